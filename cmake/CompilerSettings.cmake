@@ -1,0 +1,17 @@
+# Settings of every target in this tree. Public headers promise C++17; the rest uses C++20.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast)
+
+if(TAVRIN_SANITIZERS)
+  add_compile_options(-fsanitize=${TAVRIN_SANITIZERS} -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${TAVRIN_SANITIZERS})
+endif()

@@ -1,0 +1,6 @@
+/// @file
+/// Symbol visibility. Everything in the shared library is hidden unless it carries #TAVRIN_API.
+#pragma once
+
+/// Marks a class or function as part of the library's binary interface.
+#define TAVRIN_API __attribute__((visibility("default")))

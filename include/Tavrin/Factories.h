@@ -1,0 +1,109 @@
+/// @file
+/// The registries in which readers and writers are found by name.
+///
+/// Names match without regard to case. The library registers the reader "Expat" and the writer
+/// "XML"; an application adds a type of its own by keeping a static XMLReaderType or
+/// XMLWriterType. Registration is meant for static initialisation: nothing here is locked.
+#pragma once
+
+#include <Tavrin/Export.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+class XMLReader;
+class XMLWriter;
+
+/// Registers a type of reader for as long as the record lives.
+class TAVRIN_API XMLReaderType {
+ public:
+  /// Makes a new reader, which the caller owns.
+  using CreateFunction = std::unique_ptr<XMLReader> (*)();
+
+  /// Registers the type. A type registered earlier under the same name is replaced.
+  XMLReaderType(const std::string& name, CreateFunction create);
+  /// Removes the name from the registry, whichever record it stands for by then.
+  ~XMLReaderType();
+  XMLReaderType(const XMLReaderType&) = delete;
+  XMLReaderType& operator=(const XMLReaderType&) = delete;
+
+  /// The name as it was given.
+  const std::string& getName() const { return name_; }
+
+ private:
+  friend class XMLReaderFactory;
+
+  std::string name_;
+  CreateFunction create_;
+};
+
+/// Creates readers by the name of their type.
+class TAVRIN_API XMLReaderFactory {
+ public:
+  XMLReaderFactory() = delete;
+
+  static void addType(const XMLReaderType* type);     ///< Called by the record's constructor.
+  static void removeType(const XMLReaderType* type);  ///< Called by the record's destructor.
+
+  /// A new reader of the named type.
+  /// @throws SAXException when no such type is registered
+  static std::unique_ptr<XMLReader> createXMLReader(const std::string& name);
+  /// A new reader of the type "Expat".
+  static std::unique_ptr<XMLReader> createXMLReader();
+
+  /// The registered names as their records spell them, ordered by their lower-case form.
+  static std::vector<std::string> getTypeNames();
+
+ private:
+  static std::map<std::string, const XMLReaderType*>* typeMap_;
+};
+
+/// Registers a type of writer for as long as the record lives.
+class TAVRIN_API XMLWriterType {
+ public:
+  /// Makes a new writer, which the caller owns.
+  using CreateFunction = std::unique_ptr<XMLWriter> (*)();
+
+  /// Registers the type. A type registered earlier under the same name is replaced.
+  XMLWriterType(const std::string& name, CreateFunction create);
+  /// Removes the name from the registry, whichever record it stands for by then.
+  ~XMLWriterType();
+  XMLWriterType(const XMLWriterType&) = delete;
+  XMLWriterType& operator=(const XMLWriterType&) = delete;
+
+  /// The name as it was given.
+  const std::string& getName() const { return name_; }
+
+ private:
+  friend class XMLWriterFactory;
+
+  std::string name_;
+  CreateFunction create_;
+};
+
+/// Creates writers by the name of their type.
+class TAVRIN_API XMLWriterFactory {
+ public:
+  XMLWriterFactory() = delete;
+
+  static void addType(const XMLWriterType* type);     ///< Called by the record's constructor.
+  static void removeType(const XMLWriterType* type);  ///< Called by the record's destructor.
+
+  /// A new writer of the named type.
+  /// @throws SAXException when no such type is registered
+  static std::unique_ptr<XMLWriter> createXMLWriter(const std::string& name);
+  /// A new writer of the type "XML".
+  static std::unique_ptr<XMLWriter> createXMLWriter();
+
+  /// The registered names as their records spell them, ordered by their lower-case form.
+  static std::vector<std::string> getTypeNames();
+
+ private:
+  static std::map<std::string, const XMLWriterType*>* typeMap_;
+};
+
+}  // namespace Tavrin

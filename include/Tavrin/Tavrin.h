@@ -1,0 +1,15 @@
+/// @file
+/// The whole public interface.
+#pragma once
+
+#include <Tavrin/Attributes.h>
+#include <Tavrin/Exceptions.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/Handlers.h>
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/Version.h>
+#include <Tavrin/XMLReader.h>
+#include <Tavrin/XMLReader_Expat.h>
+#include <Tavrin/XMLWriter.h>
+#include <Tavrin/XMLWriter_XML.h>

@@ -1,0 +1,84 @@
+/// @file
+/// The reader of XML text.
+#pragma once
+
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/XMLReader.h>
+
+#include <istream>
+#include <memory>
+#include <string>
+
+struct XML_ParserStruct;
+
+namespace Tavrin {
+
+/// Reads XML 1.0 text with namespaces through expat; registered as "Expat".
+///
+/// Input is UTF-8, UTF-16, ISO-8859-1 or US-ASCII, as detected by expat. The external DTD subset
+/// and external entities are read through the EntityResolver, or passed over without one.
+///
+/// Properties: Tavrin::properties::lexicalHandler, Tavrin::properties::declarationHandler.
+///
+/// Things to know before relying on it:
+/// - No exception of a handler reaches the caller of parse while the document is being read. It is
+///   dropped, the parse stops, and parse throws the SAXParseException of an aborted parse. Only
+///   setDocumentLocator, startDocument, endDocument and fatalError may throw through.
+/// - An attribute with a prefix is split into namespace name, local name and qualified name only
+///   when its local name is at least as long as its namespace name. Otherwise both names hold the
+///   local name, a line feed and the prefix.
+/// - Every attribute has the type "CDATA".
+/// - Undeclaring the default namespace (`xmlns=""`) aborts the parse while a content handler is
+/// set.
+/// - A notation declaration aborts the parse while a DTD handler is set; the declaration of an
+///   external or unparsed entity does while a declaration handler is set (an unparsed one only
+///   with a DTD handler beside it). They need a base URI, and this reader has none.
+class TAVRIN_API XMLReader_Expat : public XMLReader {
+ public:
+  XMLReader_Expat();
+  ~XMLReader_Expat() override;
+
+  /// A new reader without handlers.
+  static std::unique_ptr<XMLReader> create();
+
+  void setProperty(const std::string& name, void* value) override;
+  void* getProperty(const std::string& name) override;
+
+  /// Reads one whole document, in blocks of 1,048,576 octets, from the stream's buffer; the
+  /// stream's state flags are neither consulted nor changed.
+  /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError; the reader
+  ///         can then read another document
+  /// @throws SAXException when no parser could be created, and when called from a handler
+  void parse(std::istream& stream) override;
+
+  /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
+  /// the document up: no endDocument follows.
+  /// @param size narrowed to a signed 32-bit count, as expat takes it
+  /// @throws as parse of a stream
+  void parse(const void* data, unsigned long size, bool isFinal) override;
+
+ private:
+  class Locator_Expat;
+  class ParseScope;
+  struct Callbacks;
+  struct ParserDeleter {
+    void operator()(XML_ParserStruct* parser) const;
+  };
+
+  void setupParser();
+  void releaseParser();
+  [[noreturn]] void reportError();
+  template <typename Parse>
+  void guardParse(Parse parse);
+
+  DeclHandler* declHandler_ = nullptr;
+  LexicalHandler* lexicalHandler_ = nullptr;
+  std::unique_ptr<Locator_Expat> locator_;
+  std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
+  bool parsing_ = false;  // A call of parse is on the stack.
+
+  static const XMLReaderType type_;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,97 @@
+/// @file
+/// The writer of XML text.
+#pragma once
+
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/XMLWriter.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tavrin {
+
+/// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML".
+///
+/// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. They may be changed at
+/// any time and count from the next event.
+///
+/// A start tag, the opening of a CDATA section and the bracket of an internal subset are completed
+/// by the first content that follows, or by flush. Stream errors are not checked: look at the
+/// stream's state when the document is done.
+///
+/// Things to know before relying on it:
+/// - Names, namespace names, comments, instructions and declarations are written as given.
+/// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A tab or
+///   carriage return does not survive being read again from an attribute value.
+/// - An attribute declaration always has a default value in quotes, so declarations that an XML
+///   parser reads back need a default.
+/// - A notation or unparsed entity with a public identifier repeats its name behind the system
+///   identifier (`<!NOTATION n PUBLIC "p" "s"n>`), and an empty root element with emptyTags off
+///   comes out as `<r</r>`: neither is well-formed.
+/// - A refused event may leave a completed start tag and an indentation behind.
+class TAVRIN_API XMLWriter_XML : public XMLWriter {
+ public:
+  XMLWriter_XML() = default;
+  ~XMLWriter_XML() override;
+
+  /// A new writer without a stream, its features at their defaults.
+  static std::unique_ptr<XMLWriter> create();
+
+  void startDocument() override;
+  /// Keeps the declaration for the next start tag; without a stream it is dropped.
+  void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Attributes& attributes) override;
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void characters(const std::string& text) override;
+  void ignorableWhitespace(const std::string& text) override;
+  void processingInstruction(const std::string& target, const std::string& data) override;
+
+  void setFeature(const std::string& name, bool value) override;
+  bool getFeature(const std::string& name) override;
+
+  /// Completes an open start tag, CDATA opening or internal subset bracket.
+  void flush() override;
+  void reset() override;
+
+  void notationDecl(const std::string& name, const std::string& publicId,
+                    const std::string& systemId) override;
+  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId, const std::string& notationName) override;
+  void elementDecl(const std::string& name, const std::string& model) override;
+  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
+                     const std::string& mode, const std::string& value) override;
+  void internalEntityDecl(const std::string& name, const std::string& value) override;
+  void externalEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId) override;
+  void startDTD(const std::string& name, const std::string& publicId,
+                const std::string& systemId) override;
+  void endDTD() override;
+  void startCDATA() override;
+  void endCDATA() override;
+  void comment(const std::string& text) override;
+
+ private:
+  void startChild();
+  void indent();
+  bool* findFeature(const std::string& name);
+  void write(std::string_view text);
+  template <typename... Pieces>
+  void writeAll(const Pieces&... pieces);
+  void writeStartTag(const std::string& qName, const Attributes& attributes);
+  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
+                               std::string_view afterPublic);
+
+  bool autoIndent_ = false;
+  bool emptyTags_ = true;
+  bool xmlDeclaration_ = true;
+  std::vector<std::string> namespaces_;  // Prefix, namespace name, prefix, namespace name, ...
+
+  static const XMLWriterType type_;
+};
+
+}  // namespace Tavrin

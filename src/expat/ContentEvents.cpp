@@ -1,0 +1,46 @@
+#include "Callbacks.h"
+
+namespace Tavrin {
+
+void XMLReader_Expat::Callbacks::characterDataHandler(void* userData, const XML_Char* text,
+                                                      int length) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.contentHandler_) return;
+  guard(reader, [&] {
+    reader.contentHandler_->characters(std::string(text, static_cast<std::size_t>(length)));
+  });
+}
+
+void XMLReader_Expat::Callbacks::processingInstructionHandler(void* userData,
+                                                              const XML_Char* target,
+                                                              const XML_Char* data) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.contentHandler_) return;
+  guard(reader, [&] { reader.contentHandler_->processingInstruction(target, data); });
+}
+
+void XMLReader_Expat::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name, int) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.contentHandler_) return;
+  guard(reader, [&] { reader.contentHandler_->skippedEntity(name); });
+}
+
+void XMLReader_Expat::Callbacks::startCdataSectionHandler(void* userData) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.lexicalHandler_) return;
+  guard(reader, [&] { reader.lexicalHandler_->startCDATA(); });
+}
+
+void XMLReader_Expat::Callbacks::endCdataSectionHandler(void* userData) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.lexicalHandler_) return;
+  guard(reader, [&] { reader.lexicalHandler_->endCDATA(); });
+}
+
+void XMLReader_Expat::Callbacks::commentHandler(void* userData, const XML_Char* text) {
+  XMLReader_Expat& reader = from(userData);
+  if (!reader.lexicalHandler_) return;
+  guard(reader, [&] { reader.lexicalHandler_->comment(text); });
+}
+
+}  // namespace Tavrin

@@ -1,0 +1,187 @@
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLReader_Expat.h>
+#include <expat.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+#include "Callbacks.h"
+
+namespace Tavrin {
+
+namespace {
+
+std::int32_t lineOf(XML_Parser parser) {
+  return static_cast<std::int32_t>(XML_GetCurrentLineNumber(parser));
+}
+
+// expat counts columns from 0.
+std::int32_t columnOf(XML_Parser parser) {
+  return static_cast<std::int32_t>(XML_GetCurrentColumnNumber(parser) + 1);
+}
+
+}  // namespace
+
+class XMLReader_Expat::Locator_Expat : public Locator {
+ public:
+  explicit Locator_Expat(XML_Parser parser) : parser_(parser) {}
+
+  std::string getPublicId() const override { return {}; }
+  std::string getSystemId() const override { return {}; }
+  std::int32_t getLineNumber() const override { return lineOf(parser_); }
+  std::int32_t getColumnNumber() const override { return columnOf(parser_); }
+
+ private:
+  XML_Parser parser_;
+};
+
+/// Marks the reader as busy. A handler that parses with the reader that calls it would free the
+/// parser beneath its own callback, so this is refused.
+class XMLReader_Expat::ParseScope {
+ public:
+  explicit ParseScope(XMLReader_Expat& reader) : reader_(reader) {
+    if (reader.parsing_) throw SAXException("parse called from a handler of the same reader");
+    reader.parsing_ = true;
+  }
+  ~ParseScope() { reader_.parsing_ = false; }
+  ParseScope(const ParseScope&) = delete;
+  ParseScope& operator=(const ParseScope&) = delete;
+
+ private:
+  XMLReader_Expat& reader_;
+};
+
+void XMLReader_Expat::ParserDeleter::operator()(XML_ParserStruct* parser) const {
+  XML_ParserFree(parser);
+}
+
+const XMLReaderType XMLReader_Expat::type_("Expat", &XMLReader_Expat::create);
+
+XMLReader_Expat::XMLReader_Expat() = default;
+
+XMLReader_Expat::~XMLReader_Expat() = default;
+
+std::unique_ptr<XMLReader> XMLReader_Expat::create() { return std::make_unique<XMLReader_Expat>(); }
+
+void XMLReader_Expat::setProperty(const std::string& name, void* value) {
+  if (name == properties::lexicalHandler) {
+    lexicalHandler_ = static_cast<LexicalHandler*>(value);
+  } else if (name == properties::declarationHandler) {
+    declHandler_ = static_cast<DeclHandler*>(value);
+  } else {
+    XMLReader::setProperty(name, value);
+  }
+}
+
+void* XMLReader_Expat::getProperty(const std::string& name) {
+  if (name == properties::lexicalHandler) return lexicalHandler_;
+  if (name == properties::declarationHandler) return declHandler_;
+  return XMLReader::getProperty(name);
+}
+
+void XMLReader_Expat::setupParser() {
+  releaseParser();  // An abandoned document may still be open.
+  parser_.reset(XML_ParserCreateNS(nullptr, kNameSeparator));
+  if (!parser_) throw SAXException("Cannot create expat xml parser");
+  locator_ = std::make_unique<Locator_Expat>(parser_.get());
+  Callbacks::install(parser_.get(), this);
+  if (contentHandler_) {
+    contentHandler_->setDocumentLocator(locator_.get());
+    contentHandler_->startDocument();
+  }
+}
+
+void XMLReader_Expat::releaseParser() {
+  locator_.reset();
+  parser_.reset();
+}
+
+void XMLReader_Expat::reportError() {
+  const SAXParseException exception(XML_ErrorString(XML_GetErrorCode(parser_.get())),
+                                    lineOf(parser_.get()), columnOf(parser_.get()));
+  if (errorHandler_) errorHandler_->fatalError(exception);
+  throw exception;
+}
+
+// SAX failures leave the reader idle, ready for another document. They leave as the two types that
+// callers of parse know, whatever was derived from them. Exceptions of other kinds, from a handler
+// or a stream, pass through, and the document stays open.
+template <typename Parse>
+void XMLReader_Expat::guardParse(Parse parse) {
+  const ParseScope scope(*this);
+  try {
+    parse();
+  } catch (const SAXParseException& exception) {
+    releaseParser();
+    throw SAXParseException(exception);
+  } catch (const SAXException& exception) {
+    releaseParser();
+    throw SAXException(exception);
+  }
+}
+
+void XMLReader_Expat::parse(std::istream& stream) {
+  guardParse([&] {
+    setupParser();
+    const XML_Status status = parseStream(parser_.get(), stream);
+    if (status == XML_STATUS_ERROR) reportError();
+    if (status == XML_STATUS_OK && contentHandler_) contentHandler_->endDocument();
+    releaseParser();
+  });
+}
+
+void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) {
+  guardParse([&] {
+    if (!parser_) setupParser();
+    if (data == nullptr) {
+      if (isFinal) releaseParser();
+      return;
+    }
+    const XML_Status status = XML_Parse(parser_.get(), static_cast<const char*>(data),
+                                        static_cast<std::int32_t>(size), isFinal);
+    if (status == XML_STATUS_ERROR) reportError();
+    if (!isFinal) return;
+    if (status == XML_STATUS_OK && contentHandler_) contentHandler_->endDocument();
+    releaseParser();
+  });
+}
+
+XML_Status parseStream(XML_Parser parser, std::istream& stream) {
+  XML_Status status = XML_STATUS_OK;
+  bool isFinal = false;
+  while (status == XML_STATUS_OK && !isFinal) {
+    void* block = XML_GetBuffer(parser, kBlockSize);
+    if (block == nullptr) return XML_STATUS_ERROR;
+    // The stream's buffer is read, not the stream: its state flags play no part.
+    std::streambuf* source = stream.rdbuf();
+    const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), kBlockSize) : 0;
+    isFinal = count < kBlockSize;
+    status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
+  }
+  return status;
+}
+
+void XMLReader_Expat::Callbacks::install(XML_Parser parser, XMLReader_Expat* reader) {
+  XML_SetUserData(parser, reader);
+  // The external entity callback gets this in place of the parser. expat only passes it on.
+  XML_SetExternalEntityRefHandlerArg(parser, reader);
+  XML_SetReturnNSTriplet(parser, 1);
+  XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
+
+  XML_SetNamespaceDeclHandler(parser, startNamespaceHandler, endNamespaceHandler);
+  XML_SetElementHandler(parser, startElementHandler, endElementHandler);
+  XML_SetCharacterDataHandler(parser, characterDataHandler);
+  XML_SetProcessingInstructionHandler(parser, processingInstructionHandler);
+  XML_SetSkippedEntityHandler(parser, skippedEntityHandler);
+  XML_SetNotationDeclHandler(parser, notationDeclHandler);
+  XML_SetElementDeclHandler(parser, elementDeclHandler);
+  XML_SetAttlistDeclHandler(parser, attlistDeclHandler);
+  XML_SetEntityDeclHandler(parser, entityDeclHandler);
+  XML_SetDoctypeDeclHandler(parser, startDoctypeDeclHandler, endDoctypeDeclHandler);
+  XML_SetExternalEntityRefHandler(parser, externalEntityRefHandler);
+  XML_SetCdataSectionHandler(parser, startCdataSectionHandler, endCdataSectionHandler);
+  XML_SetCommentHandler(parser, commentHandler);
+}
+
+}  // namespace Tavrin

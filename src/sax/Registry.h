@@ -1,0 +1,59 @@
+#pragma once
+
+#include <Tavrin/Exceptions.h>
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+/// What the registries of readers and of writers have in common. A registry's map is made by the
+/// first registration and destroyed with the last, so that static objects can register in any
+/// order; a null map is an empty registry.
+template <typename Type>
+class Registry {
+ public:
+  using Map = std::map<std::string, const Type*>;
+
+  static void add(Map*& map, const Type* type) {
+    if (map == nullptr) map = new Map;
+    (*map)[fold(type->getName())] = type;
+  }
+
+  /// Erases the name, also when a later record has taken it over: whoever registered last.
+  static void remove(Map*& map, const Type* type) {
+    if (map == nullptr) return;
+    map->erase(fold(type->getName()));
+    if (map->empty()) {
+      delete map;
+      map = nullptr;
+    }
+  }
+
+  /// The record of a name, or null.
+  static const Type* find(const Map* map, const std::string& name) {
+    if (map == nullptr) return nullptr;
+    const auto found = map->find(fold(name));
+    return found == map->end() ? nullptr : found->second;
+  }
+
+  static std::vector<std::string> names(const Map* map) {
+    std::vector<std::string> result;
+    if (map == nullptr) return result;
+    for (const auto& entry : *map) result.push_back(entry.second->getName());
+    return result;
+  }
+
+ private:
+  static std::string fold(std::string name) {
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return name;
+  }
+};
+
+}  // namespace Tavrin

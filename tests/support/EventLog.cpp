@@ -1,0 +1,191 @@
+#include "EventLog.h"
+
+#include <cstdio>
+#include <sstream>
+
+void EventLog::attachTo(Tavrin::XMLReader& reader) {
+  reader.setContentHandler(this);
+  reader.setErrorHandler(this);
+  reader.setEntityResolver(this);
+  reader.setProperty(Tavrin::properties::lexicalHandler,
+                     static_cast<Tavrin::LexicalHandler*>(this));
+}
+
+void EventLog::attachDeclarationsTo(Tavrin::XMLReader& reader) {
+  reader.setDTDHandler(this);
+  reader.setProperty(Tavrin::properties::declarationHandler,
+                     static_cast<Tavrin::DeclHandler*>(this));
+}
+
+void EventLog::clear() {
+  lines_.clear();
+  eventCount_ = 0;
+  inCharacters_ = false;
+}
+
+std::string EventLog::show(const std::string& text) {
+  std::string shown;
+  for (const char c : text) {
+    switch (c) {
+      case '\n':
+        shown += "\\n";
+        break;
+      case '\r':
+        shown += "\\r";
+        break;
+      case '\t':
+        shown += "\\t";
+        break;
+      case '\\':
+        shown += "\\\\";
+        break;
+      default:
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
+          char code[5];
+          std::snprintf(code, sizeof code, "\\x%02X", static_cast<unsigned char>(c));
+          shown += code;
+        } else {
+          shown += c;
+        }
+    }
+  }
+  return shown;
+}
+
+void EventLog::add(const std::string& operation, const std::vector<std::string>& arguments) {
+  if (beforeEvent) beforeEvent(eventCount_);
+  ++eventCount_;
+  std::string line = operation + "(";
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (i > 0) line += ", ";
+    line += arguments[i];
+  }
+  lines_.push_back(line + ")");
+  inCharacters_ = false;
+}
+
+void EventLog::addFailure(const std::string& operation,
+                          const Tavrin::SAXParseException& exception) {
+  add(operation, {show(exception.getMessage()), std::to_string(exception.getLineNumber()),
+                  std::to_string(exception.getColumnNumber())});
+}
+
+void EventLog::setDocumentLocator(const Tavrin::Locator*) { add("setDocumentLocator", {}); }
+
+void EventLog::startDocument() { add("startDocument", {}); }
+
+void EventLog::endDocument() { add("endDocument", {}); }
+
+void EventLog::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  add("startPrefixMapping", {show(prefix), show(uri)});
+}
+
+void EventLog::endPrefixMapping(const std::string& prefix) {
+  add("endPrefixMapping", {show(prefix)});
+}
+
+void EventLog::startElement(const std::string& uri, const std::string& localName,
+                            const std::string& qName, const Tavrin::Attributes& attributes) {
+  std::string list = "[";
+  for (int i = 0; i < attributes.getLength(); ++i) {
+    if (i > 0) list += ", ";
+    list += "{" + show(attributes.getURI(i)) + ", " + show(attributes.getLocalName(i)) + ", " +
+            show(attributes.getQName(i)) + ", " + show(attributes.getType(i)) + ", " +
+            show(attributes.getValue(i)) + "}";
+  }
+  add("startElement", {show(uri), show(localName), show(qName), list + "]"});
+}
+
+void EventLog::endElement(const std::string& uri, const std::string& localName,
+                          const std::string& qName) {
+  add("endElement", {show(uri), show(localName), show(qName)});
+}
+
+void EventLog::characters(const std::string& text) {
+  if (mergeCharacters && inCharacters_) {
+    if (beforeEvent) beforeEvent(eventCount_);
+    ++eventCount_;
+    lines_.back().insert(lines_.back().size() - 1, show(text));
+    return;
+  }
+  add("characters", {show(text)});
+  inCharacters_ = true;
+}
+
+void EventLog::ignorableWhitespace(const std::string& text) {
+  add("ignorableWhitespace", {show(text)});
+}
+
+void EventLog::processingInstruction(const std::string& target, const std::string& data) {
+  add("processingInstruction", {show(target), show(data)});
+}
+
+void EventLog::skippedEntity(const std::string& name) { add("skippedEntity", {show(name)}); }
+
+void EventLog::notationDecl(const std::string& name, const std::string& publicId,
+                            const std::string& systemId) {
+  add("notationDecl", {show(name), show(publicId), show(systemId)});
+}
+
+void EventLog::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                                  const std::string& systemId, const std::string& notationName) {
+  add("unparsedEntityDecl", {show(name), show(publicId), show(systemId), show(notationName)});
+}
+
+void EventLog::elementDecl(const std::string& name, const std::string& model) {
+  add("elementDecl", {show(name), show(model)});
+}
+
+void EventLog::attributeDecl(const std::string& eName, const std::string& aName,
+                             const std::string& type, const std::string& mode,
+                             const std::string& value) {
+  add("attributeDecl", {show(eName), show(aName), show(type), show(mode), show(value)});
+}
+
+void EventLog::internalEntityDecl(const std::string& name, const std::string& value) {
+  add("internalEntityDecl", {show(name), show(value)});
+}
+
+void EventLog::externalEntityDecl(const std::string& name, const std::string& publicId,
+                                  const std::string& systemId) {
+  add("externalEntityDecl", {show(name), show(publicId), show(systemId)});
+}
+
+void EventLog::startDTD(const std::string& name, const std::string& publicId,
+                        const std::string& systemId) {
+  add("startDTD", {show(name), show(publicId), show(systemId)});
+}
+
+void EventLog::endDTD() { add("endDTD", {}); }
+
+void EventLog::startEntity(const std::string& name) { add("startEntity", {show(name)}); }
+
+void EventLog::endEntity(const std::string& name) { add("endEntity", {show(name)}); }
+
+void EventLog::startCDATA() { add("startCDATA", {}); }
+
+void EventLog::endCDATA() { add("endCDATA", {}); }
+
+void EventLog::comment(const std::string& text) { add("comment", {show(text)}); }
+
+void EventLog::warning(const Tavrin::SAXParseException& exception) {
+  addFailure("warning", exception);
+}
+
+void EventLog::error(const Tavrin::SAXParseException& exception) { addFailure("error", exception); }
+
+void EventLog::fatalError(const Tavrin::SAXParseException& exception) {
+  addFailure("fatalError", exception);
+}
+
+std::unique_ptr<std::istream> EventLog::resolveEntity(const std::string& publicId,
+                                                      const std::string& systemId) {
+  add("resolveEntity", {show(publicId), show(systemId)});
+  const auto found = entities.find(systemId);
+  if (found == entities.end()) return nullptr;
+  return std::make_unique<std::istringstream>(found->second);
+}
+
+void PrintTo(const EventLog::Lines& lines, std::ostream* out) {
+  for (const std::string& line : lines) *out << "\n    " << line;
+}

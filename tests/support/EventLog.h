@@ -1,0 +1,96 @@
+#pragma once
+
+#include <Tavrin/Tavrin.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The events of a document as lines of text, one an event, so that a test compares whole logs.
+///
+/// A line is the operation's name and its arguments in order: `startElement(urn:x, a, p:a, [])`.
+/// An attribute is `{uri, localName, qName, type, value}`. Control characters show as \n, \r, \t or
+/// \xNN, and a backslash as two.
+class EventLog : public Tavrin::ContentHandler,
+                 public Tavrin::DTDHandler,
+                 public Tavrin::DeclHandler,
+                 public Tavrin::LexicalHandler,
+                 public Tavrin::ErrorHandler,
+                 public Tavrin::EntityResolver {
+ public:
+  using Lines = std::vector<std::string>;
+
+  /// Consecutive `characters` events become one line. Off shows each as it came.
+  bool mergeCharacters = true;
+  /// Called before an event is logged, with the number of events so far. May throw.
+  std::function<void(std::size_t)> beforeEvent;
+  /// What resolveEntity answers, by system identifier; any other gives no stream.
+  std::map<std::string, std::string> entities;
+
+  /// Sets this log as content handler, error handler, lexical handler and entity resolver.
+  void attachTo(Tavrin::XMLReader& reader);
+  /// Sets this log as DTD handler and declaration handler.
+  void attachDeclarationsTo(Tavrin::XMLReader& reader);
+
+  const Lines& lines() const { return lines_; }
+  std::size_t eventCount() const { return eventCount_; }
+  void clear();
+
+  /// The text as a line shows it.
+  static std::string show(const std::string& text);
+
+  void setDocumentLocator(const Tavrin::Locator* locator) override;
+  void startDocument() override;
+  void endDocument() override;
+  void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+  void endPrefixMapping(const std::string& prefix) override;
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Tavrin::Attributes& attributes) override;
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void characters(const std::string& text) override;
+  void ignorableWhitespace(const std::string& text) override;
+  void processingInstruction(const std::string& target, const std::string& data) override;
+  void skippedEntity(const std::string& name) override;
+
+  void notationDecl(const std::string& name, const std::string& publicId,
+                    const std::string& systemId) override;
+  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId, const std::string& notationName) override;
+
+  void elementDecl(const std::string& name, const std::string& model) override;
+  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
+                     const std::string& mode, const std::string& value) override;
+  void internalEntityDecl(const std::string& name, const std::string& value) override;
+  void externalEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId) override;
+
+  void startDTD(const std::string& name, const std::string& publicId,
+                const std::string& systemId) override;
+  void endDTD() override;
+  void startEntity(const std::string& name) override;
+  void endEntity(const std::string& name) override;
+  void startCDATA() override;
+  void endCDATA() override;
+  void comment(const std::string& text) override;
+
+  void warning(const Tavrin::SAXParseException& exception) override;
+  void error(const Tavrin::SAXParseException& exception) override;
+  void fatalError(const Tavrin::SAXParseException& exception) override;
+
+  std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
+                                              const std::string& systemId) override;
+
+ private:
+  void add(const std::string& operation, const std::vector<std::string>& arguments);
+  void addFailure(const std::string& operation, const Tavrin::SAXParseException& exception);
+
+  Lines lines_;
+  std::size_t eventCount_ = 0;
+  bool inCharacters_ = false;
+};
+
+/// Lines for a failure message: one a line, so that a long log can be compared by eye.
+void PrintTo(const EventLog::Lines& lines, std::ostream* out);
