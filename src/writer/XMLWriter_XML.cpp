@@ -40,9 +40,7 @@ std::string_view attributeEscape(char c) {
 }
 
 std::string lineBreak(std::size_t depth) {
-  std::string text(1 + kIndentWidth * depth, ' ');
-  text[0] = '\n';
-  return text;
+  return std::string(1, '\n').append(kIndentWidth * depth, ' ');
 }
 
 void writeTo(std::ostream& out, std::string_view text) {

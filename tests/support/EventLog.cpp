@@ -186,6 +186,10 @@ std::unique_ptr<std::istream> EventLog::resolveEntity(const std::string& publicI
   return std::make_unique<std::istringstream>(found->second);
 }
 
-void PrintTo(const EventLog::Lines& lines, std::ostream* out) {
-  for (const std::string& line : lines) *out << "\n    " << line;
+std::string EventLog::text() const { return join(lines_); }
+
+std::string join(const EventLog::Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
 }

@@ -35,6 +35,8 @@ class EventLog : public Tavrin::ContentHandler,
   void attachDeclarationsTo(Tavrin::XMLReader& reader);
 
   const Lines& lines() const { return lines_; }
+  /// join(lines())
+  std::string text() const;
   std::size_t eventCount() const { return eventCount_; }
   void clear();
 
@@ -92,5 +94,6 @@ class EventLog : public Tavrin::ContentHandler,
   bool inCharacters_ = false;
 };
 
-/// Lines for a failure message: one a line, so that a long log can be compared by eye.
-void PrintTo(const EventLog::Lines& lines, std::ostream* out);
+/// The lines of a log as one text, each ended by a line feed: GoogleTest shows how two such texts
+/// differ line by line.
+std::string join(const EventLog::Lines& lines);
