@@ -16,6 +16,18 @@ namespace properties {
 inline constexpr char lexicalHandler[] = "http://xml.org/sax/properties/lexical-handler";
 /// A DeclHandler.
 inline constexpr char declarationHandler[] = "http://xml.org/sax/properties/declaration-handler";
+/// Fast Infoset reader: a PrimitiveTypeContentHandler.
+inline constexpr char primitiveTypeContentHandler[] =
+    "http://jvnet.org/fastinfoset/sax/properties/primitive-type-content-handler";
+/// Fast Infoset reader: an EncodingAlgorithmContentHandler.
+inline constexpr char encodingAlgorithmContentHandler[] =
+    "http://jvnet.org/fastinfoset/sax/properties/encoding-algorithm-content-handler";
+/// Fast Infoset reader: an EncodingAlgorithmMap. The writer accepts and ignores it.
+inline constexpr char registeredEncodingAlgorithms[] =
+    "http://jvnet.org/fastinfoset/parser/properties/registered-encoding-algorithms";
+/// Fast Infoset reader: an ExternalVocabularyMap. The writer accepts and ignores it.
+inline constexpr char externalVocabularies[] =
+    "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies";
 }  // namespace properties
 
 /// Identifiers for setFeature and getFeature.

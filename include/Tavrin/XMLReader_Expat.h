@@ -60,7 +60,6 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
  private:
   class Locator_Expat;
-  class ParseScope;
   struct Callbacks;
   struct ParserDeleter {
     void operator()(XML_ParserStruct* parser) const;

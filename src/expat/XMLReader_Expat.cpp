@@ -2,10 +2,9 @@
 #include <Tavrin/XMLReader_Expat.h>
 #include <expat.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <utility>
 
+#include "../sax/ParseScope.h"
 #include "Callbacks.h"
 
 namespace Tavrin {
@@ -34,22 +33,6 @@ class XMLReader_Expat::Locator_Expat : public Locator {
 
  private:
   XML_Parser parser_;
-};
-
-/// Marks the reader as busy. A handler that parses with the reader that calls it would free the
-/// parser beneath its own callback, so this is refused.
-class XMLReader_Expat::ParseScope {
- public:
-  explicit ParseScope(XMLReader_Expat& reader) : reader_(reader) {
-    if (reader.parsing_) throw SAXException("parse called from a handler of the same reader");
-    reader.parsing_ = true;
-  }
-  ~ParseScope() { reader_.parsing_ = false; }
-  ParseScope(const ParseScope&) = delete;
-  ParseScope& operator=(const ParseScope&) = delete;
-
- private:
-  XMLReader_Expat& reader_;
 };
 
 void XMLReader_Expat::ParserDeleter::operator()(XML_ParserStruct* parser) const {
@@ -109,7 +92,7 @@ void XMLReader_Expat::reportError() {
 // or a stream, pass through, and the document stays open.
 template <typename Parse>
 void XMLReader_Expat::guardParse(Parse parse) {
-  const ParseScope scope(*this);
+  const ParseScope scope(parsing_);
   try {
     parse();
   } catch (const SAXParseException& exception) {

@@ -1,0 +1,124 @@
+/// @file
+/// Attribute lists whose values may be typed.
+#pragma once
+
+#include <Tavrin/Attributes.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/TypedData.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+/// An attribute list that also tells how a value is encoded and what it holds.
+///
+/// To anyone who takes it for a plain Attributes, every value is text.
+class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
+ public:
+  ~EncodingAlgorithmAttributes() override;
+
+  /// @name By position, from 0
+  /// @{
+
+  /// The URI of an application-defined algorithm, otherwise empty.
+  virtual const std::string& getAlgorithmURI(int index) const = 0;
+  /// The number of the algorithm (see Tavrin::algorithms), or -1 for a value that is text.
+  virtual int getAlgorithmIndex(int index) const = 0;
+  /// The typed value, or null for a value that is text. It belongs to the list.
+  virtual const EncodedData* getAlgorithmData(int index) const = 0;
+  /// @}
+
+  /// @name By name
+  /// @{
+  virtual const std::string& getAlgorithmURI(const std::string& uri,
+                                             const std::string& localName) const = 0;
+  virtual const std::string& getAlgorithmURI(const std::string& qName) const = 0;
+  virtual int getAlgorithmIndex(const std::string& uri, const std::string& localName) const = 0;
+  virtual int getAlgorithmIndex(const std::string& qName) const = 0;
+  virtual const EncodedData* getAlgorithmData(const std::string& uri,
+                                              const std::string& localName) const = 0;
+  virtual const EncodedData* getAlgorithmData(const std::string& qName) const = 0;
+  /// @}
+};
+
+/// The list that the Fast Infoset reader fills, and from which its writer takes typed values.
+///
+/// Access by a position outside the list, or by a name that is not in it, throws std::out_of_range
+/// with the text "vector::_M_range_check". getValue by position makes the text of a typed value
+/// when it is first asked for, and keeps it; getValue by name does not, so it is empty until then.
+/// For that reason threads must not share a list, even to read it.
+class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttributes {
+ public:
+  /// One attribute.
+  struct Attribute {
+    std::string uri;            ///< Namespace name, empty without a namespace.
+    std::string localName;      ///< Name without prefix.
+    std::string qName;          ///< Name with prefix and colon.
+    std::string type;           ///< Type text.
+    mutable std::string value;  ///< Text; of a typed value, once it was asked for.
+    std::string algorithmURI;   ///< URI of an application-defined algorithm, otherwise empty.
+    std::int32_t algorithmIndex = -1;            ///< Number of the algorithm; -1 for text.
+    std::unique_ptr<EncodedData> algorithmData;  ///< Typed value; null for text.
+  };
+
+  EncodingAlgorithmAttributesImpl();
+  ~EncodingAlgorithmAttributesImpl() override;
+
+  int getLength() const override;
+  const std::string& getURI(int index) const override;
+  const std::string& getLocalName(int index) const override;
+  const std::string& getQName(int index) const override;
+  const std::string& getType(int index) const override;
+  const std::string& getValue(int index) const override;
+  int getIndex(const std::string& uri, const std::string& localName) const override;
+  int getIndex(const std::string& qName) const override;
+  const std::string& getType(const std::string& uri, const std::string& localName) const override;
+  const std::string& getType(const std::string& qName) const override;
+  const std::string& getValue(const std::string& uri, const std::string& localName) const override;
+  const std::string& getValue(const std::string& qName) const override;
+
+  const std::string& getAlgorithmURI(int index) const override;
+  int getAlgorithmIndex(int index) const override;
+  const EncodedData* getAlgorithmData(int index) const override;
+  const std::string& getAlgorithmURI(const std::string& uri,
+                                     const std::string& localName) const override;
+  const std::string& getAlgorithmURI(const std::string& qName) const override;
+  int getAlgorithmIndex(const std::string& uri, const std::string& localName) const override;
+  int getAlgorithmIndex(const std::string& qName) const override;
+  const EncodedData* getAlgorithmData(const std::string& uri,
+                                      const std::string& localName) const override;
+  const EncodedData* getAlgorithmData(const std::string& qName) const override;
+
+  /// The position of the first attribute with this namespace name and local name, or -1.
+  int findAttribute(const std::string& uri, const std::string& localName) const;
+  /// The position of the first attribute with this qualified name, or -1.
+  int findAttribute(const std::string& qName) const;
+
+  /// Replaces the whole list by a copy of another one in which every value is text.
+  /// @throws std::length_error "vector::reserve" for a negative length; the list is then empty
+  void setAttributes(const Attributes& other);
+  /// Not to be called: it ends the process. A typed copy is not provided, and a silent text copy in
+  /// its place would lose the values' types.
+  [[noreturn]] void setAttributes(const EncodingAlgorithmAttributes& other);
+
+  /// Appends an attribute whose value is text. Nothing is checked: names may stand more than once.
+  void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const std::string& type, const std::string& value);
+  /// Appends an attribute with a typed value.
+  /// @param algorithmURI   URI of an application-defined algorithm, otherwise empty
+  /// @param algorithmIndex number of the algorithm; see Tavrin::algorithms
+  /// @param data           the value; the list takes it over
+  void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const std::string& type, const std::string& algorithmURI, int algorithmIndex,
+                    std::unique_ptr<EncodedData> data);
+
+ private:
+  const Attribute& at(int index) const;
+
+  std::vector<std::unique_ptr<Attribute>> attributes_;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,180 @@
+/// @file
+/// Encoding algorithms: how typed values become octets of a Fast Infoset document and back
+/// (X.891, clause 10). All numbers are big-endian.
+#pragma once
+
+#include <Tavrin/Exceptions.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/TypedData.h>
+
+#include <cstdint>
+#include <istream>
+#include <map>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+/// The numbers by which the library and the stream call the built-in algorithms: the standard's
+/// index minus 1. 8, the standard's uuid, is not provided.
+namespace algorithms {
+inline constexpr int hexadecimal = 0;
+inline constexpr int base64 = 1;
+inline constexpr int shortInteger = 2;
+inline constexpr int integer = 3;
+inline constexpr int longInteger = 4;
+inline constexpr int boolean = 5;
+inline constexpr int floatNumber = 6;
+inline constexpr int doubleNumber = 7;
+inline constexpr int cdata = 9;
+}  // namespace algorithms
+
+/// Encodes values of one type and decodes them again.
+///
+/// An application derives its own algorithm and registers it with a reader under a URI
+/// (Tavrin::properties::registeredEncodingAlgorithms).
+class TAVRIN_API EncodingAlgorithm {
+ public:
+  virtual ~EncodingAlgorithm();
+
+  /// Decodes a value.
+  /// @param length the number of octets; just these are read, and none beyond
+  /// @param stream stands behind the length of the encoded data. An end before its time shows in
+  ///               the stream's state; the value is then meaningless
+  /// @return the algorithm's own holder, valid until it decodes again; EncodedData::clone takes the
+  ///         value over
+  /// @throws EncodingAlgorithmException for a length that the values cannot have, before anything
+  /// is
+  ///         read
+  virtual EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) = 0;
+
+  /// Encodes a value: the octets of writeSize, then those of the value.
+  /// @param chunk true for content of an element, false for the value of an attribute
+  /// @param data  a holder of the algorithm's own type
+  /// @throws std::bad_cast for a holder of another type, before anything is written
+  virtual void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) = 0;
+
+  /// Writes what introduces encoded data: the form, the algorithm and the length (X.891, C.19 and
+  /// C.23 in attribute values, C.20 and C.24 in content).
+  ///
+  /// Empty content is left out: nothing is written. An empty attribute value is the octet 0xFF.
+  /// @param index  the algorithm's number, 0 to 255; see Tavrin::algorithms
+  /// @param chunk  true for content of an element, false for the value of an attribute
+  /// @param length the number of octets that the caller writes next
+  void writeSize(int index, bool chunk, std::uint32_t length, std::ostream& stream) const;
+};
+
+/// The algorithms that an application adds, by URI. The map owns nothing.
+using EncodingAlgorithmMap = std::map<std::string, EncodingAlgorithm*>;
+
+/// Octets that stand for hexadecimal text; they are carried as they are (X.891, 10.2).
+class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  HexadecimalData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+
+ private:
+  HexadecimalData holder_;
+};
+
+/// Octets that stand for base64 text; they are carried as they are (X.891, 10.3).
+class TAVRIN_API Base64EncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  Base64Data& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+
+ private:
+  Base64Data holder_;
+};
+
+/// 16-bit integers (X.891, 10.4).
+class TAVRIN_API ShortEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  ShortData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<short>& value, std::ostream& stream);
+
+ private:
+  ShortData holder_;
+};
+
+/// 32-bit integers. Of each 64-bit element the low 32 bits are encoded, without a check
+/// (X.891, 10.5).
+class TAVRIN_API IntEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  IntData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
+
+ private:
+  IntData holder_;
+};
+
+/// 64-bit integers (X.891, 10.6).
+class TAVRIN_API LongEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  LongData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
+
+ private:
+  LongData holder_;
+};
+
+/// Booleans, one a bit (X.891, 10.7).
+class TAVRIN_API BooleanEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  BooleanData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<bool>& value, std::ostream& stream);
+
+ private:
+  BooleanData holder_;
+};
+
+/// IEEE 754 single precision numbers (X.891, 10.8).
+class TAVRIN_API FloatEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  FloatData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<float>& value, std::ostream& stream);
+
+ private:
+  FloatData holder_;
+};
+
+/// IEEE 754 double precision numbers (X.891, 10.9).
+class TAVRIN_API DoubleEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  DoubleData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::vector<double>& value, std::ostream& stream);
+
+ private:
+  DoubleData holder_;
+};
+
+/// The text of a CDATA section, in UTF-8 (X.891, 10.11).
+class TAVRIN_API CDATAEncodingAlgorithm : public EncodingAlgorithm {
+ public:
+  CDATAData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
+  /// Encodes a bare value.
+  void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+
+ private:
+  CDATAData holder_;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,52 @@
+/// @file
+/// External vocabularies: tables that reader and writer of a Fast Infoset document agree on
+/// beforehand (X.891, 7.2.13).
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace Tavrin {
+
+/// A table of strings. The arrays belong to the application and must outlive the reader's use.
+struct StringTable {
+  const char* const* entries = nullptr;  ///< The defined entries; a null text is the empty string.
+  std::uint32_t definedCount = 0;        ///< How many entries there are.
+  /// How many index positions the table takes up, at least definedCount. An index from
+  /// definedCount up to here is invalid; the document's own entries begin behind.
+  std::uint32_t occupiedCount = 0;
+};
+
+/// A table of names. The arrays belong to the application and must outlive the reader's use.
+struct QualifiedNameTable {
+  /// The defined entries, each prefix, namespace name and local name; a null text is the empty
+  /// string.
+  const char* const (*entries)[3] = nullptr;
+  std::uint32_t definedCount = 0;   ///< As in StringTable.
+  std::uint32_t occupiedCount = 0;  ///< As in StringTable.
+};
+
+/// The twelve tables of a vocabulary, in the standard's order, all empty by default.
+///
+/// The "FI" reader consults four of them: encodingAlgorithms, attributeValues,
+/// elementNameSurrogates and attributeNameSurrogates.
+struct ExternalVocabulary {
+  StringTable restrictedAlphabets;
+  StringTable encodingAlgorithms;
+  StringTable prefixes;
+  StringTable namespaceNames;
+  StringTable localNames;
+  StringTable otherNCNames;
+  StringTable otherURIs;
+  StringTable attributeValues;
+  StringTable contentCharacterChunks;
+  StringTable otherStrings;
+  QualifiedNameTable elementNameSurrogates;
+  QualifiedNameTable attributeNameSurrogates;
+};
+
+/// The vocabularies that an application knows, by URI. The map owns nothing.
+using ExternalVocabularyMap = std::map<std::string, ExternalVocabulary*>;
+
+}  // namespace Tavrin

@@ -1,0 +1,217 @@
+/// @file
+/// The reader of Fast Infoset documents.
+#pragma once
+
+#include <Tavrin/EncodingAlgorithmAttributes.h>
+#include <Tavrin/EncodingAlgorithms.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/Vocabulary.h>
+#include <Tavrin/XMLReader.h>
+
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+/// Reads Fast Infoset documents (ITU-T X.891) as the "FI" writer writes them; registered as "FI".
+///
+/// Properties: lexicalHandler, declarationHandler, primitiveTypeContentHandler,
+/// encodingAlgorithmContentHandler, registeredEncodingAlgorithms and externalVocabularies of
+/// Tavrin::properties. None is owned.
+///
+/// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
+/// and the content handler; the primitive type handler (built-in algorithms); the encoding
+/// algorithm handler; the content handler, as text. A typed value belongs to its algorithm and is
+/// valid during the call.
+///
+/// The reader takes no octet beyond the document's last one, so documents may follow each other in
+/// one stream. Whatever a document claims about its lengths, memory grows only with the octets that
+/// arrive; elements may be nested as deep as memory allows.
+///
+/// Things to know before relying on it. It reads a dialect:
+/// - The number of items of a list is the encoded field itself, and prefixes and namespace names of
+///   a namespace declaration are counted from 0, without the built-in `xml`.
+/// - UTF-16 strings and restricted alphabets are not decoded: they give empty text, and their
+///   octets are read as the next item. The uuid algorithm is not provided.
+/// - Of an algorithm's number in content, bit 0x40 is not read.
+/// - Version, character encoding scheme, additional data and entity references are printed to
+///   standard output and delivered to no handler.
+/// - An external vocabulary, restricted alphabets and algorithm URIs stay for the documents that
+///   follow, until another document brings its own.
+class TAVRIN_API XMLReader_FI : public XMLReader {
+ public:
+  XMLReader_FI();
+  ~XMLReader_FI() override;
+
+  /// A new reader without handlers.
+  static std::unique_ptr<XMLReader> create();
+
+  void setProperty(const std::string& name, void* value) override;
+  void* getProperty(const std::string& name) override;
+
+  using XMLReader::parse;
+
+  /// Reads one document.
+  /// @throws SAXException for a stream that is not such a document; no endDocument follows, and the
+  ///         reader can read another document
+  /// @throws EncodingAlgorithmException for encoded data of a wrong length
+  void parse(std::istream& stream) override;
+
+ protected:
+  /// A name as the surrogate tables hold it; a part that is absent is empty.
+  struct QualifiedName {
+    std::string prefix;
+    std::string namespaceName;
+    std::string localName;
+
+    /// Prefix, colon and local name, or the local name alone.
+    std::string qName() const;
+  };
+
+  /// @name Octets
+  /// @{
+
+  /// The next octet. @throws SAXException at the end of the stream
+  unsigned readOctet();
+  /// Reads octets; the string grows with those that arrive. @throws SAXException at the end of the
+  /// stream
+  void readOctets(std::uint64_t length, std::string& octets);
+  /// @}
+
+  /// @name Integers (X.891, C.21 to C.28)
+  /// Each takes the octet in which the integer begins and reads those that follow.
+  /// @{
+  unsigned long decodeIndex(int octet);
+  unsigned long decodeElementIndex(int octet);
+  unsigned long decodeCharactersIndex(int octet);
+  unsigned long decodeIdentifierLength(int octet);
+  unsigned long decodeStringLength(int octet);
+  unsigned long decodeCharactersLength(int octet);
+  unsigned long decodeNumberOfItems();
+  /// @}
+
+  /// @name Strings (X.891, C.13 and C.14)
+  /// @{
+
+  /// An entry of a table: the external entries first, then the document's own.
+  std::string getString(unsigned long index, const std::vector<std::string>* table,
+                        const StringTable* external) const;
+  /// A non-identifying string whose first octet was read. What is not decoded leaves `out` alone.
+  void decodeString(int octet, std::vector<std::string>* table, const StringTable* external,
+                    std::string& out);
+  void decodeString(std::vector<std::string>* table, const StringTable* external, std::string& out);
+  /// An identifying string.
+  void decodeIdentifier(std::vector<std::string>* table, std::string& out);
+  /// @}
+
+  /// @name Document (X.891, C.2)
+  /// @{
+  bool isFastInfosetDocument();
+  void decodeAdditionalData();
+  void decodeInitialVocabulary();
+  void decodeStringTable(std::vector<std::string>& table);
+  void decodeIdentifierTable(std::vector<std::string>& table);
+  void decodeQualifiedNameTable(std::vector<QualifiedName>& table);
+  void decodeNotations();
+  void decodeUnparsedEntities();
+  void decodeCharacterEncodingScheme();
+  void decodeVersion();
+  /// @return true when it ended with a double terminator, which ends the document too
+  bool decodeDTD(int octet);
+  /// @}
+
+  /// @name Elements (X.891, C.3 and C.4)
+  /// @{
+
+  /// Decodes an element, with all that is in it, whose first octet was read.
+  /// @return true when it ended with a double terminator that also ends what it stands in
+  bool decodeElement(int octet);
+  /// @param declarations receives prefix, namespace name, prefix, namespace name, ...
+  void decodeNamespaces(std::vector<std::string>& declarations);
+  /// Decodes a literal name and adds it to the table.
+  /// @return the new entry, valid until the table changes
+  const QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
+  QualifiedName getElementName(unsigned long index) const;
+  QualifiedName getAttributeName(unsigned long index) const;
+  /// @return true when the list ended with a double terminator, which ends the element too
+  bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
+  /// @}
+
+  /// @name Content (X.891, C.5 to C.8)
+  /// @{
+  void decodeCharacters(int octet);
+  /// The algorithm of a field, or null.
+  /// @param uri receives the URI of an application-defined algorithm
+  EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
+  void decodeComment();
+  void decodeProcessingInstruction();
+  void decodeUnexpandedEntityReference(int octet);
+  /// @}
+
+ private:
+  /// An element whose end has not come yet.
+  struct OpenElement {
+    std::string uri;
+    std::string localName;
+    std::string qName;
+    std::vector<std::string> declarations;
+  };
+
+  template <typename Encoding>
+  unsigned long decodeInteger(const Encoding& encoding, int octet, const char* message);
+  bool startElement(int octet);
+  void endElement();
+  void decodeOptionalComponents();
+  void decodeChildren();
+  void decodeNameParts(unsigned octet, QualifiedName& name);
+  void decodeAttributeValue(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
+  void decodeAlgorithmData(unsigned octet);
+  EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;
+  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned long length);
+  void deliver(unsigned field, const std::string& uri, const EncodedData& value);
+
+  DeclHandler* declHandler_ = nullptr;
+  LexicalHandler* lexicalHandler_ = nullptr;
+  PrimitiveTypeContentHandler* primitiveTypeContentHandler_ = nullptr;
+  EncodingAlgorithmContentHandler* encodingAlgorithmContentHandler_ = nullptr;
+  EncodingAlgorithmMap* registeredEncodingAlgorithms_ = nullptr;
+  ExternalVocabularyMap* externalVocabularies_ = nullptr;
+
+  std::istream* stream_ = nullptr;
+  const ExternalVocabulary* externalVocabulary_ = nullptr;
+  bool parsing_ = false;                   // A call of parse is on the stack.
+  std::vector<OpenElement> openElements_;  // Nesting is bounded by memory, not by the call stack.
+
+  // The vocabulary (X.891, clause 8), in the standard's order.
+  std::vector<std::string> restrictedAlphabets_;
+  std::vector<std::string> encodingAlgorithms_;
+  std::vector<std::string> prefixes_;
+  std::vector<std::string> namespaceNames_;
+  std::vector<std::string> localNames_;
+  std::vector<std::string> otherNCNames_;
+  std::vector<std::string> otherURIs_;
+  std::vector<std::string> attributeValues_;
+  std::vector<std::string> contentCharacterChunks_;
+  std::vector<std::string> otherStrings_;
+  std::vector<QualifiedName> elementNames_;
+  std::vector<QualifiedName> attributeNames_;
+
+  HexadecimalEncodingAlgorithm hexadecimal_;
+  Base64EncodingAlgorithm base64_;
+  ShortEncodingAlgorithm short_;
+  IntEncodingAlgorithm int_;
+  LongEncodingAlgorithm long_;
+  BooleanEncodingAlgorithm boolean_;
+  FloatEncodingAlgorithm float_;
+  DoubleEncodingAlgorithm double_;
+  CDATAEncodingAlgorithm cdata_;
+
+  static const XMLReaderType type_;
+};
+
+}  // namespace Tavrin

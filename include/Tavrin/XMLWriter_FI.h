@@ -1,0 +1,171 @@
+/// @file
+/// The writer of Fast Infoset documents.
+#pragma once
+
+#include <Tavrin/EncodingAlgorithms.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/TypedData.h>
+#include <Tavrin/XMLWriter.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tavrin {
+
+/// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI".
+///
+/// Beside the events of XML it takes typed content, through PrimitiveTypeContentHandler and
+/// EncodingAlgorithmContentHandler, and typed attribute values, when the attributes of startElement
+/// are an EncodingAlgorithmAttributes. Names and short strings (under 7 octets) enter tables and
+/// are written as an index when they come again; the tables are emptied by startDocument.
+///
+/// Things to know before relying on it:
+/// - Namespace declarations come from startPrefixMapping alone; attributes in the namespace of
+///   `xmlns` are left out. A prefix or namespace name that was never declared is refused.
+/// - Ignorable white space, the document type, declarations and entity borders leave no trace.
+/// - Text in front of a CDATA section is written as a part of the section.
+/// - The 17th and later short chunks of text come back as other text when they are repeated: their
+///   index is written without the marker of its form.
+/// - The URI of octets is not written: the algorithm is known by its number alone.
+/// - Integers of ints are cut to their low 32 bits.
+/// - Typed content is accepted at any point; it is not checked against the state of the document.
+class TAVRIN_API XMLWriter_FI : public XMLWriter,
+                                public PrimitiveTypeContentHandler,
+                                public EncodingAlgorithmContentHandler {
+ public:
+  XMLWriter_FI();
+  ~XMLWriter_FI() override;
+
+  /// A new writer without a stream.
+  static std::unique_ptr<XMLWriter> create();
+
+  /// @name Events
+  /// As XMLWriter has them. Each first refuses what may not come now.
+  /// @{
+  void startDocument() override;
+  void endDocument() override;
+  void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+  /// @throws SAXException "Empty name", "Undeclared prefix ..." or "Undeclared namespace ..."
+  /// @throws EncodingAlgorithmException for a typed attribute whose algorithm is not built in;
+  /// nothing
+  ///         is written then
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Attributes& attributes) override;
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void characters(const std::string& text) override;
+  /// @throws SAXException "Empty name" for an empty target
+  void processingInstruction(const std::string& target, const std::string& data) override;
+  void endCDATA() override;
+  void comment(const std::string& text) override;
+  /// @}
+
+  /// The two properties of the Fast Infoset reader that name algorithms and vocabularies are
+  /// accepted and ignored.
+  void setProperty(const std::string& name, void* value) override;
+  /// Null for the two properties that setProperty accepts.
+  void* getProperty(const std::string& name) override;
+
+  /// @name Typed content
+  /// @{
+  void bytes(const std::string& data) override;  ///< Base64 content.
+  void shorts(const std::vector<short>& data) override;
+  void ints(const std::vector<long>& data) override;
+  void longs(const std::vector<long>& data) override;
+  void booleans(const std::vector<bool>& data) override;
+  void floats(const std::vector<float>& data) override;
+  void doubles(const std::vector<double>& data) override;
+  /// @throws EncodingAlgorithmException for a number below 0 or above 255; nothing is written then
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  /// @throws EncodingAlgorithmException for an algorithm that is not built in; nothing is written
+  /// then
+  void object(const std::string& uri, int index, const EncodedData& data) override;
+  /// @}
+
+  /// The writer's algorithm, or null.
+  /// @param uri   empty for the built-in algorithms, the only ones there are
+  /// @param index the algorithm's number; see Tavrin::algorithms
+  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
+
+ protected:
+  /// A name as the tables hold it; a part that is absent is empty.
+  struct QualifiedName {
+    std::string prefix;
+    std::string namespaceName;
+    std::string localName;
+
+    /// By local name, then prefix, then namespace name.
+    bool operator<(const QualifiedName& other) const;
+  };
+
+  using StringIndexMap = std::map<std::string, unsigned int>;
+  using NameIndexMap = std::map<QualifiedName, unsigned int>;
+
+  /// @name Primitives
+  /// None looks whether there is a stream.
+  /// @{
+  void encodeIndex(int bits, unsigned int index);
+  void encodeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  void encodeIdentifier(StringIndexMap* table, const std::string& text);
+  void encodeQualifiedName(int bits, NameIndexMap& table, const QualifiedName& name);
+  /// @param pairs prefix, namespace name, prefix, namespace name, ...
+  void encodeNamespaces(const std::vector<std::string>& pairs);
+  void encodeCharacters(const std::string& text);
+  void encodeAttributes(const Attributes& attributes);
+  /// @}
+
+  /// The number of attributes that are not namespace declarations.
+  int countAttributes(const Attributes& attributes) const;
+
+  /// Writes the terminator that is owed; with `final`, together with another one.
+  void flushTerminator(bool final);
+  /// Writes the text that has gathered as one chunk.
+  void flushCharacters();
+
+ private:
+  template <typename Encoding>
+  void putInteger(const Encoding& encoding, unsigned bits, std::uint32_t value);
+  void put(unsigned octet);
+  void putOctets(const std::string& octets);
+  void encodeElementName(unsigned attributesFlag, const QualifiedName& name);
+  unsigned builtInOrIndex(const std::string& part, const char* builtIn, const StringIndexMap& table,
+                          const char* what) const;
+  void checkAttributes(const Attributes& attributes);
+  [[noreturn]] static void throwUnknownAlgorithm(const std::string& uri);
+  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
+  template <typename Algorithm, typename Value>
+  void encodeContent(Algorithm& algorithm, const Value& value);
+
+  // The vocabulary (X.891, clause 8): each entry with its index.
+  StringIndexMap prefixes_;
+  StringIndexMap namespaceNames_;
+  StringIndexMap localNames_;
+  StringIndexMap characterChunks_;
+  NameIndexMap elementNames_;
+  NameIndexMap attributeNames_;
+  StringIndexMap attributeValues_;
+  StringIndexMap otherNCNames_;
+  StringIndexMap otherStrings_;
+
+  bool pendingTerminator_ = false;       // Owed; two in a row share an octet.
+  std::string characters_;               // Text since the last item.
+  std::vector<std::string> namespaces_;  // Prefix, namespace name, ... for the next start tag.
+
+  HexadecimalEncodingAlgorithm hexadecimal_;
+  Base64EncodingAlgorithm base64_;
+  ShortEncodingAlgorithm short_;
+  IntEncodingAlgorithm int_;
+  LongEncodingAlgorithm long_;
+  BooleanEncodingAlgorithm boolean_;
+  FloatEncodingAlgorithm float_;
+  DoubleEncodingAlgorithm double_;
+  CDATAEncodingAlgorithm cdata_;
+
+  static const XMLWriterType type_;
+};
+
+}  // namespace Tavrin

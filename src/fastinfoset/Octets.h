@@ -1,0 +1,138 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+/// The identification octets of the stream and the bits within them (X.891, clause 12 and annex C),
+/// each once, for reader, writer and tests. The integers that begin within such octets stand in
+/// Integers.h.
+namespace Tavrin::fastinfoset {
+
+/// How every document begins: identification and version number (12.6, 12.7).
+inline constexpr std::array<std::uint8_t, 4> kHeader = {0xE0, 0x00, 0x00, 0x01};
+
+// --- Document (C.2) ---
+
+/// The octet behind the header: which optional components follow, in this order.
+enum OptionalComponent : unsigned {
+  kAdditionalData = 0x40,
+  kInitialVocabulary = 0x20,
+  kNotations = 0x10,
+  kUnparsedEntities = 0x08,
+  kCharacterEncodingScheme = 0x04,
+  kStandalone = 0x02,
+  kVersion = 0x01,
+};
+
+/// The two octets of an initial vocabulary (C.2.5), as one number: which tables follow, in this
+/// order. The three high bits are padding.
+enum VocabularyTable : unsigned {
+  kExternalVocabulary = 0x1000,
+  kRestrictedAlphabets = 0x0800,
+  kEncodingAlgorithms = 0x0400,
+  kPrefixes = 0x0200,
+  kNamespaceNames = 0x0100,
+  kLocalNames = 0x0080,
+  kOtherNCNames = 0x0040,
+  kOtherURIs = 0x0020,
+  kAttributeValues = 0x0010,
+  kContentCharacterChunks = 0x0008,
+  kOtherStrings = 0x0004,
+  kElementNameSurrogates = 0x0002,
+  kAttributeNameSurrogates = 0x0001,
+};
+
+// --- Children, told by their first octet (C.2.11, C.3.7) ---
+
+inline constexpr unsigned kFirstNonElement = 0x80;        ///< Below: an element.
+inline constexpr unsigned kFirstCharacterChunk = 0x80;    ///< In an element.
+inline constexpr unsigned kLastCharacterChunk = 0xC7;     ///< In an element.
+inline constexpr unsigned kLastDocumentTypeOctet = 0xC7;  ///< At document level, from 0x80 on.
+inline constexpr unsigned kFirstEntityReference = 0xC8;   ///< In an element.
+inline constexpr unsigned kLastEntityReference = 0xCB;    ///< In an element.
+inline constexpr unsigned kProcessingInstruction = 0xE1;
+inline constexpr unsigned kComment = 0xE2;
+inline constexpr unsigned kTerminator = 0xF0;        ///< One end, padded to the octet.
+inline constexpr unsigned kDoubleTerminator = 0xFF;  ///< Two ends in a row.
+
+/// A document type declaration, an entity reference or a notation: which identifiers follow (C.9,
+/// C.4, C.11).
+inline constexpr unsigned kSystemIdentifier = 0x02;
+inline constexpr unsigned kPublicIdentifier = 0x01;
+
+/// Notations (C.2.6) and unparsed entities (C.2.7): the bits that tell, and what they must be.
+inline constexpr unsigned kNotationMask = 0xFC;
+inline constexpr unsigned kNotation = 0xC0;
+inline constexpr unsigned kUnparsedEntityMask = 0xFE;
+inline constexpr unsigned kUnparsedEntity = 0xD0;
+
+// --- Elements (C.3) and names (C.17, C.18) ---
+
+inline constexpr unsigned kElementAttributes = 0x40;  ///< Attributes follow the name.
+inline constexpr unsigned kElementNameBits = 0x3F;    ///< Where the name begins: the third bit.
+
+inline constexpr unsigned kNamespacesFollow = 0x38;  ///< In place of the name.
+inline constexpr unsigned kNamespacesFollowMask = 0xBF;
+inline constexpr unsigned kNamespaceDeclaration = 0xCC;  ///< Plus the bits of the parts (C.12).
+inline constexpr unsigned kNamespaceDeclarationMask = 0xFC;
+
+/// A name, or a namespace declaration: which parts come before the local name.
+inline constexpr unsigned kPrefixPresent = 0x02;
+inline constexpr unsigned kNamespacePresent = 0x01;
+
+inline constexpr unsigned kLiteralElementName = 0x3C;    ///< Plus the bits of the parts.
+inline constexpr unsigned kLastElementIndex = 0x37;      ///< Of the name bits: above, no index.
+inline constexpr unsigned kLiteralAttributeName = 0x78;  ///< Plus the bits of the parts.
+inline constexpr unsigned kLiteralAttributeNameMask = 0xFC;
+inline constexpr unsigned kFirstNonAttributeIndex = 0x70;  ///< Below: an index.
+
+/// In a literal name, prefix and namespace name are counted from 1: 0 stands for the built-in
+/// entry, the prefix `xml` and its namespace name (7.2.21, 7.2.22). In a namespace declaration they
+/// are counted from 0, without the built-in entry.
+inline constexpr std::uint32_t kBuiltInNameIndex = 0;
+inline constexpr std::uint32_t kBuiltInNames = 1;
+
+// --- Strings ---
+
+/// An identifying or non-identifying string: an index, not a literal (C.13, C.14).
+inline constexpr unsigned kStringIndex = 0x80;
+
+/// Non-identifying strings (C.14, with C.19).
+inline constexpr unsigned kStringAddToTable = 0x40;
+inline constexpr unsigned kStringEncoding = 0x30;  ///< The bits of the encoding format.
+inline constexpr unsigned kStringUTF8 = 0x00;
+inline constexpr unsigned kStringUTF16 = 0x10;
+inline constexpr unsigned kStringRestrictedAlphabet = 0x20;
+inline constexpr unsigned kStringAlgorithm = 0x30;
+inline constexpr unsigned kEmptyString = 0xFF;  ///< The index that means the empty string (C.26).
+/// With the bit of an index: literal or not.
+inline constexpr unsigned kStringAlgorithmMask = kStringIndex | kStringEncoding;
+
+/// Character chunks (C.15, with C.20).
+inline constexpr unsigned kChunk = 0x80;
+inline constexpr unsigned kChunkIndex = 0xA0;  ///< From here on, an index.
+inline constexpr unsigned kChunkAddToTable = 0x10;
+inline constexpr unsigned kChunkEncoding = 0x0C;  ///< The bits of the encoding format.
+inline constexpr unsigned kChunkUTF8 = 0x00;
+inline constexpr unsigned kChunkUTF16 = 0x04;
+inline constexpr unsigned kChunkRestrictedAlphabet = 0x08;
+inline constexpr unsigned kChunkAlgorithm = 0x0C;
+
+/// The writer puts shorter values and chunks into the tables, longer ones never.
+inline constexpr std::size_t kIndexedLength = 7;
+
+// --- Encoding algorithms ---
+
+/// An algorithm is named by an eight-bit field, the standard's index minus 1, that begins in the
+/// octet of the encoding format and ends in the next (C.29).
+inline constexpr unsigned kFirstApplicationAlgorithm = 32;
+inline constexpr unsigned kLastAlgorithmField = 255;
+
+/// How many of the field's bits stand at the head of the second octet; the length follows there.
+/// The first octet ends with the others.
+inline constexpr unsigned kStringFieldLowBits = 4;
+inline constexpr unsigned kChunkFieldLowBits = 6;
+/// Of the two bits in the first octet, the "FI" reader takes the higher alone: field 64 reads as 0.
+inline constexpr unsigned kChunkFieldReadBits = 0x02;
+
+}  // namespace Tavrin::fastinfoset

@@ -1,0 +1,60 @@
+#include <Tavrin/XMLReader_FI.h>
+
+#include <cstdint>
+#include <limits>
+
+#include "../Octets.h"
+
+// Encoding algorithms: finding one by its field (X.891, C.29), and letting it decode.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
+  switch (field) {
+    case algorithms::hexadecimal:
+      return &hexadecimal_;
+    case algorithms::base64:
+      return &base64_;
+    case algorithms::shortInteger:
+      return &short_;
+    case algorithms::integer:
+      return &int_;
+    case algorithms::longInteger:
+      return &long_;
+    case algorithms::boolean:
+      return &boolean_;
+    case algorithms::floatNumber:
+      return &float_;
+    case algorithms::doubleNumber:
+      return &double_;
+    case algorithms::cdata:
+      return &cdata_;
+    default:
+      return getApplicationAlgorithm(field, uri);
+  }
+}
+
+/// The algorithm that the application registered for a field's URI, or null.
+EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::string& uri) const {
+  if (field < kFirstApplicationAlgorithm) return nullptr;
+  uri = getString(field - kFirstApplicationAlgorithm, &encodingAlgorithms_,
+                  externalVocabulary_ ? &externalVocabulary_->encodingAlgorithms : nullptr);
+  if (registeredEncodingAlgorithms_ == nullptr) return nullptr;
+  const auto found = registeredEncodingAlgorithms_->find(uri);
+  return found == registeredEncodingAlgorithms_->end() ? nullptr : found->second;
+}
+
+/// Lets an algorithm decode its data. Algorithms do not notice the end of the stream.
+EncodedData& XMLReader_FI::decodeWith(EncodingAlgorithm& algorithm, unsigned long length) {
+  if (length > std::numeric_limits<std::uint32_t>::max()) {
+    throw SAXException("Encoded data longer than 4294967295 octets");
+  }
+  EncodedData& value =
+      algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), *stream_);
+  if (stream_->fail()) throw SAXException("Unexpected end of document");
+  return value;
+}
+
+}  // namespace Tavrin

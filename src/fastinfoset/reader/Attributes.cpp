@@ -1,0 +1,55 @@
+#include <Tavrin/XMLReader_FI.h>
+
+#include "../Octets.h"
+
+// Attributes (X.891, C.4).
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+namespace {
+
+const std::string kAttributeType = "CDATA";
+
+}  // namespace
+
+bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
+  for (;;) {
+    const unsigned octet = readOctet();
+    if (octet == kTerminator) return false;
+    if (octet == kDoubleTerminator) return true;
+    if (octet < kFirstNonAttributeIndex) {
+      decodeAttributeValue(attributes, getAttributeName(decodeIndex(static_cast<int>(octet))));
+    } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
+      decodeAttributeValue(attributes,
+                           decodeQualifiedName(static_cast<int>(octet), attributeNames_));
+    } else {
+      throw SAXException("Error when decoding attribute name");
+    }
+  }
+}
+
+void XMLReader_FI::decodeAttributeValue(EncodingAlgorithmAttributesImpl& attributes,
+                                        const QualifiedName& name) {
+  const unsigned octet = readOctet();
+  if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
+    const unsigned next = readOctet();
+    const unsigned field =
+        (octet << kStringFieldLowBits | next >> (8 - kStringFieldLowBits)) & kLastAlgorithmField;
+    const unsigned long length = decodeStringLength(static_cast<int>(next));
+    std::string uri;
+    EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri);
+    if (algorithm == nullptr) throw SAXException("Unknown encoding algorithm - " + uri);
+    // The list takes the value over; the algorithm would reuse its holder for the next one.
+    attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, uri,
+                            static_cast<int>(field), decodeWith(*algorithm, length).clone());
+    return;
+  }
+  std::string value;
+  decodeString(static_cast<int>(octet), &attributeValues_,
+               externalVocabulary_ ? &externalVocabulary_->attributeValues : nullptr, value);
+  attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, value);
+}
+
+}  // namespace Tavrin

@@ -1,0 +1,71 @@
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLReader_FI.h>
+
+#include "../../sax/ParseScope.h"
+
+// The reader as an object: creation, properties and parse. The format is decoded in the other files
+// of this folder: Primitives.cpp (octets, integers and strings), Document.cpp, Vocabulary.cpp,
+// Elements.cpp, Attributes.cpp, Content.cpp and Algorithms.cpp.
+
+namespace Tavrin {
+
+const XMLReaderType XMLReader_FI::type_("FI", &XMLReader_FI::create);
+
+XMLReader_FI::XMLReader_FI() = default;
+
+XMLReader_FI::~XMLReader_FI() = default;
+
+std::unique_ptr<XMLReader> XMLReader_FI::create() { return std::make_unique<XMLReader_FI>(); }
+
+void XMLReader_FI::setProperty(const std::string& name, void* value) {
+  if (name == properties::lexicalHandler) {
+    lexicalHandler_ = static_cast<LexicalHandler*>(value);
+  } else if (name == properties::declarationHandler) {
+    declHandler_ = static_cast<DeclHandler*>(value);
+  } else if (name == properties::primitiveTypeContentHandler) {
+    primitiveTypeContentHandler_ = static_cast<PrimitiveTypeContentHandler*>(value);
+  } else if (name == properties::encodingAlgorithmContentHandler) {
+    encodingAlgorithmContentHandler_ = static_cast<EncodingAlgorithmContentHandler*>(value);
+  } else if (name == properties::registeredEncodingAlgorithms) {
+    registeredEncodingAlgorithms_ = static_cast<EncodingAlgorithmMap*>(value);
+  } else if (name == properties::externalVocabularies) {
+    externalVocabularies_ = static_cast<ExternalVocabularyMap*>(value);
+  } else {
+    XMLReader::setProperty(name, value);
+  }
+}
+
+void* XMLReader_FI::getProperty(const std::string& name) {
+  if (name == properties::lexicalHandler) return lexicalHandler_;
+  if (name == properties::declarationHandler) return declHandler_;
+  if (name == properties::primitiveTypeContentHandler) return primitiveTypeContentHandler_;
+  if (name == properties::encodingAlgorithmContentHandler) return encodingAlgorithmContentHandler_;
+  if (name == properties::registeredEncodingAlgorithms) return registeredEncodingAlgorithms_;
+  if (name == properties::externalVocabularies) return externalVocabularies_;
+  return XMLReader::getProperty(name);
+}
+
+void XMLReader_FI::parse(std::istream& stream) {
+  const ParseScope scope(parsing_);
+  stream_ = &stream;
+  openElements_.clear();
+  // Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
+  prefixes_.clear();
+  namespaceNames_.clear();
+  localNames_.clear();
+  otherNCNames_.clear();
+  otherURIs_.clear();
+  attributeValues_.clear();
+  contentCharacterChunks_.clear();
+  otherStrings_.clear();
+  elementNames_.clear();
+  attributeNames_.clear();
+
+  if (!isFastInfosetDocument()) throw SAXException("Not a Fast Infoset document");
+  decodeOptionalComponents();
+  if (contentHandler_) contentHandler_->startDocument();
+  decodeChildren();
+  if (contentHandler_) contentHandler_->endDocument();
+}
+
+}  // namespace Tavrin

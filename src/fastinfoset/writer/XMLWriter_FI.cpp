@@ -1,0 +1,209 @@
+#include <Tavrin/EncodingAlgorithmAttributes.h>
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLWriter_FI.h>
+
+#include "../Octets.h"
+
+// The events. The octet forms of names, strings and integers are in Primitives.cpp, typed content
+// is in Content.cpp.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
+
+XMLWriter_FI::XMLWriter_FI() = default;
+
+XMLWriter_FI::~XMLWriter_FI() = default;
+
+std::unique_ptr<XMLWriter> XMLWriter_FI::create() { return std::make_unique<XMLWriter_FI>(); }
+
+namespace {
+
+void checkName(const std::string& name) {
+  if (name.empty()) throw SAXException("Empty name");
+}
+
+std::string prefixOf(const std::string& qName) {
+  const std::size_t colon = qName.rfind(':');
+  return colon == std::string::npos ? std::string() : qName.substr(0, colon);
+}
+
+bool isDeclaration(const Attributes& attributes, int index) {
+  return attributes.getURI(index) == namespaces::xmlns;
+}
+
+}  // namespace
+
+// --- Properties ---
+
+void XMLWriter_FI::setProperty(const std::string& name, void* value) {
+  if (name == properties::registeredEncodingAlgorithms ||
+      name == properties::externalVocabularies) {
+    return;
+  }
+  XMLWriter::setProperty(name, value);
+}
+
+void* XMLWriter_FI::getProperty(const std::string& name) {
+  if (name == properties::registeredEncodingAlgorithms ||
+      name == properties::externalVocabularies) {
+    return nullptr;
+  }
+  return XMLWriter::getProperty(name);
+}
+
+// --- What is owed ---
+
+void XMLWriter_FI::flushTerminator(bool final) {
+  if (pendingTerminator_) {
+    pendingTerminator_ = false;
+    if (out_) put(final ? kDoubleTerminator : kTerminator);
+  } else if (final && out_) {
+    put(kTerminator);
+  }
+}
+
+void XMLWriter_FI::flushCharacters() {
+  if (characters_.empty()) return;
+  flushTerminator(false);
+  if (out_) encodeCharacters(characters_);
+  characters_.clear();
+}
+
+// --- Document ---
+
+void XMLWriter_FI::startDocument() {
+  XMLWriter::startDocument();
+  pendingTerminator_ = false;
+  // A document that went on counting in the tables of another could not be read by itself.
+  prefixes_.clear();
+  namespaceNames_.clear();
+  localNames_.clear();
+  characterChunks_.clear();
+  elementNames_.clear();
+  attributeNames_.clear();
+  attributeValues_.clear();
+  otherNCNames_.clear();
+  otherStrings_.clear();
+  if (!out_) return;
+  for (const unsigned octet : kHeader) put(octet);
+  put(0);  // No optional components.
+}
+
+void XMLWriter_FI::endDocument() {
+  XMLWriter::endDocument();
+  flushCharacters();
+  flushTerminator(true);
+}
+
+void XMLWriter_FI::processingInstruction(const std::string& target, const std::string& data) {
+  XMLWriter::processingInstruction(target, data);
+  checkName(target);
+  flushCharacters();
+  flushTerminator(false);
+  if (!out_) return;
+  put(kProcessingInstruction);
+  encodeIdentifier(&otherNCNames_, target);
+  encodeString(&otherStrings_, data.size() < kIndexedLength, data);
+}
+
+void XMLWriter_FI::comment(const std::string& text) {
+  XMLWriter::comment(text);
+  flushCharacters();
+  flushTerminator(false);
+  if (!out_) return;
+  put(kComment);
+  encodeString(&otherStrings_, text.size() < kIndexedLength, text);
+}
+
+// --- Elements ---
+
+void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  namespaces_.push_back(prefix);
+  namespaces_.push_back(uri);
+}
+
+void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
+                                const std::string& qName, const Attributes& attributes) {
+  XMLWriter::startElement(uri, localName, qName, attributes);
+  checkName(localName);
+  checkAttributes(attributes);
+  flushCharacters();
+  flushTerminator(false);
+
+  const bool hasAttributes = countAttributes(attributes) > 0;
+  if (out_) {
+    unsigned flag = hasAttributes ? kElementAttributes : 0;
+    if (!namespaces_.empty()) {
+      put(kNamespacesFollow | flag);
+      encodeNamespaces(namespaces_);
+      flag = 0;  // The octet in front of the declarations carried it.
+    }
+    encodeElementName(flag, {prefixOf(qName), uri, localName});
+    if (hasAttributes) encodeAttributes(attributes);
+  }
+  namespaces_.clear();
+  // The end of the attributes is owed; it may share an octet with the end of the element.
+  pendingTerminator_ = hasAttributes;
+}
+
+void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
+                              const std::string& qName) {
+  XMLWriter::endElement(uri, localName, qName);
+  flushCharacters();
+  if (pendingTerminator_) {
+    flushTerminator(true);
+  } else {
+    pendingTerminator_ = true;
+  }
+}
+
+int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
+  int count = 0;
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    if (!isDeclaration(attributes, i)) ++count;
+  }
+  return count;
+}
+
+/// Refuses, before anything is written, what could not be written.
+void XMLWriter_FI::checkAttributes(const Attributes& attributes) {
+  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    if (isDeclaration(attributes, i)) continue;
+    checkName(attributes.getLocalName(i));
+    if (typed && typed->getAlgorithmData(i)) {
+      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+    }
+  }
+}
+
+void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
+  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    if (isDeclaration(attributes, i)) continue;
+    const QualifiedName name = {prefixOf(attributes.getQName(i)), attributes.getURI(i),
+                                attributes.getLocalName(i)};
+    const auto found = attributeNames_.find(name);
+    if (found != attributeNames_.end()) {
+      encodeIndex(0, found->second);
+    } else {
+      encodeQualifiedName(kLiteralAttributeName, attributeNames_, name);
+    }
+    if (const EncodedData* data = typed ? typed->getAlgorithmData(i) : nullptr) {
+      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i))
+          .encodeToOutputStream(false, *data, *out_);
+    } else {
+      const std::string& value = attributes.getValue(i);
+      encodeString(&attributeValues_, value.size() < kIndexedLength, value);
+    }
+  }
+  pendingTerminator_ = true;
+}
+
+}  // namespace Tavrin

@@ -1,0 +1,74 @@
+#include <Tavrin/EncodingAlgorithms.h>
+
+#include "OctetsOfItems.h"
+
+// Booleans (X.891, 10.7): the first four bits hold the number of unused bits at the end of the last
+// octet; one bit a boolean follows.
+
+namespace Tavrin {
+
+namespace {
+
+constexpr unsigned kUnusedBits = 4;                         // The width of that number.
+constexpr unsigned kFirstBit = 0x80;                        // Of an octet.
+constexpr unsigned kFirstBooleanBit = 0x80 >> kUnusedBits;  // Of the first octet.
+
+}  // namespace
+
+BooleanData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                             std::istream& stream) {
+  static const char* const kInvalidLength = "Invalid length for encoded boolean data";
+  if (length == 0) throw EncodingAlgorithmException(kInvalidLength);
+  std::vector<bool>& booleans = holder_.data_;
+  const int got = stream.get();
+  if (got == std::istream::traits_type::eof()) {
+    booleans.clear();
+    return holder_;
+  }
+  const auto first = static_cast<unsigned>(got);
+  const unsigned unused = first >> (8 - kUnusedBits);
+  const std::uint64_t bits = std::uint64_t{8} * length - kUnusedBits;
+  if (unused > bits) throw EncodingAlgorithmException(kInvalidLength);
+
+  std::uint64_t missing = bits - unused;
+  booleans.clear();
+  const auto takeBits = [&](unsigned octet, unsigned bit) {
+    for (; bit != 0 && missing > 0; bit >>= 1, --missing) booleans.push_back((octet & bit) != 0);
+  };
+  takeBits(first, kFirstBooleanBit);
+  // Octets that hold unused bits alone stay in the stream.
+  readBlocks((missing + 7) / 8, stream, [&](const unsigned char* octets, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) takeBits(octets[i], kFirstBit);
+  });
+  return holder_;
+}
+
+void BooleanEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
+                                                    std::ostream& stream) {
+  encodeToOutputStream(chunk, dynamic_cast<const BooleanData&>(data).data_, stream);
+}
+
+void BooleanEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<bool>& value,
+                                                    std::ostream& stream) {
+  if (value.empty()) {
+    writeSize(algorithms::boolean, chunk, 0, stream);
+    return;
+  }
+  const std::size_t octets = (value.size() + kUnusedBits + 7) / 8;
+  const std::size_t unused = 8 * octets - kUnusedBits - value.size();
+  writeSize(algorithms::boolean, chunk, static_cast<std::uint32_t>(octets), stream);
+  auto octet = static_cast<unsigned>(unused << (8 - kUnusedBits));
+  unsigned bit = kFirstBooleanBit;
+  for (const bool item : value) {
+    if (item) octet |= bit;
+    bit >>= 1;
+    if (bit == 0) {
+      stream.put(static_cast<char>(octet));
+      octet = 0;
+      bit = kFirstBit;
+    }
+  }
+  if (bit != kFirstBit) stream.put(static_cast<char>(octet));
+}
+
+}  // namespace Tavrin

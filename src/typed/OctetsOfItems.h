@@ -1,0 +1,89 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <istream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// Octets of arrays, read and written in blocks of a fixed size: what a document claims to hold
+/// never decides how much memory is taken before its octets have arrived.
+namespace Tavrin {
+
+inline constexpr std::size_t kBlockOctets = 8192;
+
+/// Reads a number of octets block by block and hands each block on. Octets behind the end of the
+/// stream count as 0xFF; the block they stand in is the last.
+/// @param take called as take(const unsigned char* octets, std::size_t count)
+template <typename Take>
+void readBlocks(std::uint64_t length, std::istream& stream, Take take) {
+  unsigned char block[kBlockOctets];
+  while (length > 0) {
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, sizeof block));
+    stream.read(reinterpret_cast<char*>(block), static_cast<std::streamsize>(wanted));
+    const auto got = static_cast<std::size_t>(stream.gcount());
+    std::fill(block + got, block + wanted, static_cast<unsigned char>(0xFF));
+    take(block, wanted);
+    if (got < wanted) return;
+    length -= wanted;
+  }
+}
+
+/// Reads numbers of the unsigned type Bits, most significant octet first.
+/// @param itemOf turns the bits into an element of the vector
+template <typename Bits, typename Item, typename ItemOf>
+void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
+               ItemOf itemOf) {
+  items.clear();
+  items.reserve(std::min<std::size_t>(length, kBlockOctets) / sizeof(Bits));
+  readBlocks(length, stream, [&](const unsigned char* octets, std::size_t count) {
+    for (std::size_t i = 0; i < count; i += sizeof(Bits)) {
+      Bits bits = 0;
+      for (std::size_t k = 0; k < sizeof(Bits); ++k) {
+        bits = static_cast<Bits>(std::uint64_t{bits} << 8 | octets[i + k]);
+      }
+      items.push_back(itemOf(bits));
+    }
+  });
+}
+
+/// Writes numbers of the unsigned type Bits, most significant octet first.
+/// @param bitsOf turns an element of the vector into its bits
+template <typename Bits, typename Item, typename BitsOf>
+void writeItems(const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
+  char block[kBlockOctets];
+  std::size_t used = 0;
+  for (const Item item : items) {
+    const Bits bits = bitsOf(item);
+    for (std::size_t k = sizeof(Bits); k-- > 0;) block[used++] = static_cast<char>(bits >> (8 * k));
+    if (used == sizeof block) {
+      stream.write(block, static_cast<std::streamsize>(used));
+      used = 0;
+    }
+  }
+  stream.write(block, static_cast<std::streamsize>(used));
+}
+
+/// Reads octets over a string. Where the stream ends early, the rest of the string stays as the
+/// resizing left it; beyond the size of a block, the string grows with what arrives.
+inline void readOctets(std::uint32_t length, std::istream& stream, std::string& octets) {
+  std::size_t begin = 0;
+  std::size_t end = std::min<std::size_t>(length, kBlockOctets);
+  for (;;) {
+    octets.resize(end);
+    const auto wanted = static_cast<std::streamsize>(end - begin);
+    if (!stream.read(octets.data() + begin, wanted)) return;
+    if (end == length) return;
+    begin = end;
+    end = std::min<std::size_t>(length, 2 * end);
+  }
+}
+
+inline void writeOctets(const std::string& octets, std::ostream& stream) {
+  stream.write(octets.data(), static_cast<std::streamsize>(octets.size()));
+}
+
+}  // namespace Tavrin

@@ -1,0 +1,80 @@
+#include <Tavrin/TypedData.h>
+
+#include "TextForms.h"
+
+namespace Tavrin {
+
+namespace {
+
+/// A new holder with the value of this one, which is left empty.
+template <typename Holder>
+std::unique_ptr<EncodedData> takeOver(Holder& holder) {
+  auto taken = std::make_unique<Holder>();
+  taken->data_.swap(holder.data_);
+  return taken;
+}
+
+// Significant digits of the text of floating-point numbers.
+constexpr int kFloatDigits = 6;
+constexpr int kDoubleDigits = 12;
+
+}  // namespace
+
+EncodedData::~EncodedData() = default;
+void EncodedData::callContentHandler(PrimitiveTypeContentHandler&) const {}
+
+std::string HexadecimalData::toString() const { return hexadecimalText(data_); }
+std::unique_ptr<EncodedData> HexadecimalData::clone() { return takeOver(*this); }
+void HexadecimalData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.bytes(data_);
+}
+
+std::string Base64Data::toString() const { return base64Text(data_); }
+std::unique_ptr<EncodedData> Base64Data::clone() { return takeOver(*this); }
+void Base64Data::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.bytes(data_);
+}
+
+std::string CDATAData::toString() const { return data_; }
+std::unique_ptr<EncodedData> CDATAData::clone() { return takeOver(*this); }
+void CDATAData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.bytes(data_);
+}
+
+std::string ShortData::toString() const { return integersText(data_); }
+std::unique_ptr<EncodedData> ShortData::clone() { return takeOver(*this); }
+void ShortData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.shorts(data_);
+}
+
+std::string IntData::toString() const { return integersText(data_); }
+std::unique_ptr<EncodedData> IntData::clone() { return takeOver(*this); }
+void IntData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.ints(data_);
+}
+
+std::string LongData::toString() const { return integersText(data_); }
+std::unique_ptr<EncodedData> LongData::clone() { return takeOver(*this); }
+void LongData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.longs(data_);
+}
+
+std::string BooleanData::toString() const { return booleansText(data_); }
+std::unique_ptr<EncodedData> BooleanData::clone() { return takeOver(*this); }
+void BooleanData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.booleans(data_);
+}
+
+std::string FloatData::toString() const { return floatingText(data_, kFloatDigits); }
+std::unique_ptr<EncodedData> FloatData::clone() { return takeOver(*this); }
+void FloatData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.floats(data_);
+}
+
+std::string DoubleData::toString() const { return floatingText(data_, kDoubleDigits); }
+std::unique_ptr<EncodedData> DoubleData::clone() { return takeOver(*this); }
+void DoubleData::callContentHandler(PrimitiveTypeContentHandler& handler) const {
+  handler.doubles(data_);
+}
+
+}  // namespace Tavrin
