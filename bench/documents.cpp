@@ -1,5 +1,7 @@
 #include "documents.h"
 
+#include <array>
+#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -7,20 +9,88 @@
 
 namespace documents {
 
+namespace {
+
+constexpr char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+template <typename Words>
+const char* pick(const Words& words, std::mt19937& random) {
+  return words[random() % std::size(words)];
+}
+
+}  // namespace
+
 std::string records(unsigned count) {
   static const char* const kinds[] = {"order", "return", "refund", "exchange"};
   static const char* const places[] = {"Lisbon", "Reykjavik", "Wellington", "Ulaanbaatar", "Quito"};
   std::mt19937 random(20240229);
-  std::string text =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r:records xmlns:r=\"urn:records\">\n";
+  std::string text = std::string(kDeclaration) + "<r:records xmlns:r=\"urn:records\">\n";
   for (unsigned i = 0; i < count; ++i) {
-    text += "  <r:record id=\"R" + std::to_string(100000 + i) + "\" kind=\"" +
-            kinds[random() % std::size(kinds)] + "\" r:revision-number=\"" +
-            std::to_string(random() % 10) + "\">\n    <r:place>" +
-            places[random() % std::size(places)] + "</r:place>\n    <r:amount currency=\"EUR\">" +
-            std::to_string(random() % 100000) + "</r:amount>\n  </r:record>\n";
+    text += "  <r:record id=\"R" + std::to_string(1000000 + i) + "\" kind=\"" +
+            pick(kinds, random) + "\" r:revision-number=\"" + std::to_string(random() % 10) +
+            "\">\n    <r:place>" + pick(places, random) +
+            "</r:place>\n    <r:amount currency=\"EUR\">" +
+            std::to_string(1000000 + random() % 1000000) + "</r:amount>\n  </r:record>\n";
   }
   return text + "</r:records>\n";
+}
+
+std::string text(unsigned paragraphs) {
+  static const char* const words[] = {
+      "the",   "river",  "carries", "more",    "than", "water",  "when",        "spring",
+      "comes", "from",   "high",    "valleys", "and",  "nobody", "counts",      "what",
+      "it",    "leaves", "on",      "either",  "bank", "&amp;",  "caf\xC3\xA9", "stone"};
+  std::mt19937 random(42);
+  std::string text = std::string(kDeclaration) + "<book>\n";
+  for (unsigned i = 0; i < paragraphs; ++i) {
+    text += "<p>";
+    for (int sentence = 0; sentence < 8; ++sentence) {
+      for (int word = 0; word < 12; ++word) text += std::string(pick(words, random)) + ' ';
+      text += std::string("<em>") + pick(words, random) + " indeed</em>. ";
+    }
+    text += "</p>\n";
+  }
+  return text + "</book>\n";
+}
+
+std::string attributes(unsigned count) {
+  static const char* const styles[] = {"solid", "dashed", "dotted"};
+  std::mt19937 random(7);
+  std::string text =
+      std::string(kDeclaration) + "<d:drawing xmlns:d=\"u:d\" xmlns:s=\"u:s\" xmlns:m=\"u:m\">\n";
+  for (unsigned i = 0; i < count; ++i) {
+    text += "<d:shape";
+    for (const char* name : {"left", "right", "upper", "lower"}) {
+      text += std::string(" ") + name + "=\"" + std::to_string(random() % 2000) + "\"";
+    }
+    for (const char* name : {"s:stroke", "s:fill", "s:marker"}) {
+      text += std::string(" ") + name + "=\"" + pick(styles, random) + "\"";
+    }
+    text += " m:identifier=\"shape-" + std::to_string(random() % 100000) + "\" m:layer=\"" +
+            std::to_string(random() % 8) + "\"/>\n";
+  }
+  return text + "</d:drawing>\n";
+}
+
+std::vector<float> floats(unsigned count) {
+  std::mt19937 random(3);
+  std::vector<float> numbers;
+  numbers.reserve(count);
+  for (unsigned i = 0; i < count; ++i) {
+    numbers.push_back(static_cast<float>(static_cast<int>(random() % 2000000) - 1000000) / 1000.0F);
+  }
+  return numbers;
+}
+
+std::string floatsAsText(const std::vector<float>& numbers) {
+  std::string text = std::string(kDeclaration) + "<mesh>";
+  std::array<char, 32> digits;
+  for (const float number : numbers) {
+    if (text.back() != '>') text += ' ';
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    text.append(digits.data(), end);
+  }
+  return text + "</mesh>\n";
 }
 
 std::string file(const std::string& path) {

@@ -7,28 +7,16 @@
 #include <benchmark/benchmark.h>
 #include <expat.h>
 
-#include <algorithm>
-#include <cstring>
-#include <ctime>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "documents.h"
+#include "paired.h"
+#include "totals.h"
 
 namespace {
-
-/// What a reader heard. Two readers of one document must agree, or they are not comparable.
-struct Totals {
-  std::size_t elements = 0;
-  std::size_t attributes = 0;
-  std::size_t nameOctets = 0;
-  std::size_t valueOctets = 0;
-  std::size_t textOctets = 0;
-
-  bool operator==(const Totals&) const = default;
-};
 
 // --- Raw expat ---
 
@@ -96,25 +84,6 @@ Totals readRaw(const std::string& document) {
 
 // --- The reader ---
 
-class Counter : public Tavrin::ContentHandler {
- public:
-  Totals totals;
-
-  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
-                    const Tavrin::Attributes& attributes) override {
-    ++totals.elements;
-    totals.nameOctets += uri.size() + localName.size() + qName.size();
-    const int length = attributes.getLength();
-    totals.attributes += static_cast<std::size_t>(length);
-    for (int i = 0; i < length; ++i) totals.valueOctets += attributes.getValue(i).size();
-  }
-  void endElement(const std::string& uri, const std::string& localName,
-                  const std::string& qName) override {
-    totals.nameOctets += uri.size() + localName.size() + qName.size();
-  }
-  void characters(const std::string& text) override { totals.textOctets += text.size(); }
-};
-
 Totals readTavrin(const std::string& document) {
   const std::unique_ptr<Tavrin::XMLReader> reader =
       Tavrin::XMLReaderFactory::createXMLReader("Expat");
@@ -124,40 +93,13 @@ Totals readTavrin(const std::string& document) {
   return counter.totals;
 }
 
-// --- Measuring ---
-
-double cpuSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-/// Both readers in turn, so that what the machine does besides meets both. The counter "ratio" is
-/// the median of reader over raw expat, each pair of readings giving one ratio.
 void compare(benchmark::State& state, const std::string& document) {
   if (readRaw(document) != readTavrin(document)) {
     state.SkipWithError("the two readers do not agree");
     return;
   }
-  std::vector<double> ratios, raw, tavrin;
-  for (auto _ : state) {
-    const double begin = cpuSeconds();
-    benchmark::DoNotOptimize(readRaw(document));
-    const double between = cpuSeconds();
-    benchmark::DoNotOptimize(readTavrin(document));
-    const double end = cpuSeconds();
-    raw.push_back(between - begin);
-    tavrin.push_back(end - between);
-    ratios.push_back((end - between) / (between - begin));
-  }
-  state.counters["ratio"] = median(ratios);
-  state.counters["expat_ms"] = 1e3 * median(raw);
-  state.counters["reader_ms"] = 1e3 * median(tavrin);
+  paired::compare(
+      state, [&] { return readTavrin(document); }, [&] { return readRaw(document); });
 }
 
 }  // namespace
