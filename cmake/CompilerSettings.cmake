@@ -14,6 +14,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   add_compile_options(-Wno-restrict)
 endif()
 
+if(TAVRIN_BUILD_FUZZERS)
+  add_compile_options(-fsanitize=fuzzer-no-link)  # So that the fuzzers see what they cover.
+endif()
 if(TAVRIN_SANITIZERS)
   add_compile_options(-fsanitize=${TAVRIN_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
