@@ -9,6 +9,9 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast)
+if(TAVRIN_WARNINGS_AS_ERRORS)
+  set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # Sees overlapping copies in std::string's operator+ that are not there (GCC bug 105651).
   add_compile_options(-Wno-restrict)

@@ -17,9 +17,14 @@ install(FILES ${PROJECT_BINARY_DIR}/TavrinConfig.cmake
               ${PROJECT_BINARY_DIR}/TavrinConfigVersion.cmake
         DESTINATION ${package_dir})
 
+# The pkg-config file finds the package from its own place, so that the package can be moved.
+set(pkgconfig_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH pkgconfig_prefix ${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH pkgconfig_includedir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+file(RELATIVE_PATH pkgconfig_libdir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/Tavrin.pc.in ${PROJECT_BINARY_DIR}/Tavrin.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/Tavrin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-if(TAVRIN_BUILD_TOOL)
-  #install(TARGETS tavrin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(TARGET tavrin)
+  install(TARGETS tavrin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

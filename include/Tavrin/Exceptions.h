@@ -16,6 +16,7 @@ namespace Tavrin {
 /// Any failure of reading or writing a document, told by a message.
 class TAVRIN_API SAXException {
  public:
+  /// @param message what is wrong, in English; kept as it is
   explicit SAXException(const std::string& message) : message_(message) {}
 
   /// The message, without position or type; valid as long as the exception lives.
@@ -54,6 +55,7 @@ class TAVRIN_API SAXNotRecognizedException : public SAXException {
 /// for that class does not catch it.
 class TAVRIN_API FastInfosetException {
  public:
+  /// @param message what is wrong, in English; kept as it is
   explicit FastInfosetException(const std::string& message) : message_(message) {}
 
   /// The message; valid as long as the exception lives.

@@ -87,6 +87,7 @@ class TAVRIN_API DeclHandler {
   virtual ~DeclHandler();
 
   /// An element type declaration.
+  /// @param name  the element's name
   /// @param model the content model without blanks, for example "(a,(b|c)+)", "EMPTY" or "ANY"
   virtual void elementDecl(const std::string& name, const std::string& model);
   /// The declaration of one attribute.

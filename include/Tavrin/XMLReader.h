@@ -18,14 +18,25 @@ namespace Tavrin {
 class TAVRIN_API XMLReader {
  public:
   virtual ~XMLReader();
+  XMLReader(const XMLReader&) = delete;
+  XMLReader& operator=(const XMLReader&) = delete;
 
   /// @name Features and properties
   /// The base knows none: each call throws SAXNotRecognizedException and changes nothing. See
   /// Tavrin::features and Tavrin::properties for the identifiers and for how to pass a handler.
   /// @{
+
+  /// Switches a feature on or off.
+  /// @throws SAXNotRecognizedException "Feature "name" not recognized"
   virtual void setFeature(const std::string& name, bool value);
+  /// Whether a feature is on.
+  /// @throws SAXNotRecognizedException as setFeature
   virtual bool getFeature(const std::string& name);
+  /// Sets a property, most often a handler. What it points to is not owned; null takes it away.
+  /// @throws SAXNotRecognizedException "Property "name" not recognized"
   virtual void setProperty(const std::string& name, void* value);
+  /// The pointer that was set, or null.
+  /// @throws SAXNotRecognizedException as setProperty
   virtual void* getProperty(const std::string& name);
   /// @}
 
@@ -43,26 +54,34 @@ class TAVRIN_API XMLReader {
   virtual void parse(const void* data, unsigned long size, bool isFinal);
 
   /// @name Handlers
+  /// All are null at first. The lexical and the declaration handler are properties.
   /// @{
+
+  /// Sets who hears of the document's content.
   void setContentHandler(ContentHandler* handler) { contentHandler_ = handler; }
+  /// The content handler, or null.
   ContentHandler* getContentHandler() const { return contentHandler_; }
+  /// Sets who hears of failures before they are thrown.
   void setErrorHandler(ErrorHandler* handler) { errorHandler_ = handler; }
+  /// The error handler, or null.
   ErrorHandler* getErrorHandler() const { return errorHandler_; }
+  /// Sets who opens external entities.
   void setEntityResolver(EntityResolver* resolver) { entityResolver_ = resolver; }
+  /// The entity resolver, or null.
   EntityResolver* getEntityResolver() const { return entityResolver_; }
+  /// Sets who hears of notations and unparsed entities.
   void setDTDHandler(DTDHandler* handler) { dtdHandler_ = handler; }
+  /// The DTD handler, or null.
   DTDHandler* getDTDHandler() const { return dtdHandler_; }
   /// @}
 
  protected:
   XMLReader() = default;
-  XMLReader(const XMLReader&) = delete;
-  XMLReader& operator=(const XMLReader&) = delete;
 
-  ContentHandler* contentHandler_ = nullptr;
-  ErrorHandler* errorHandler_ = nullptr;
-  EntityResolver* entityResolver_ = nullptr;
-  DTDHandler* dtdHandler_ = nullptr;
+  ContentHandler* contentHandler_ = nullptr;  ///< Not owned.
+  ErrorHandler* errorHandler_ = nullptr;      ///< Not owned.
+  EntityResolver* entityResolver_ = nullptr;  ///< Not owned.
+  DTDHandler* dtdHandler_ = nullptr;          ///< Not owned.
 };
 
 }  // namespace Tavrin

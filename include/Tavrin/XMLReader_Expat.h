@@ -27,10 +27,10 @@ namespace Tavrin {
 ///   setDocumentLocator, startDocument, endDocument and fatalError may throw through.
 /// - An attribute with a prefix is split into namespace name, local name and qualified name only
 ///   when its local name is at least as long as its namespace name. Otherwise both names hold the
-///   local name, a line feed and the prefix.
+///   local name, a line feed and the prefix, as with `xml:lang`; a copy by XMLWriter_XML is then
+///   not well-formed.
 /// - Every attribute has the type "CDATA".
-/// - Undeclaring the default namespace (`xmlns=""`) aborts the parse while a content handler is
-/// set.
+/// - Undeclaring the default namespace (`xmlns=""`) aborts the parse if there is a content handler.
 /// - A notation declaration aborts the parse while a DTD handler is set; the declaration of an
 ///   external or unparsed entity does while a declaration handler is set (an unparsed one only
 ///   with a DTD handler beside it). They need a base URI, and this reader has none.
@@ -42,7 +42,11 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
+  /// Sets the lexical or the declaration handler; a change counts from the next event.
+  /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
+  /// The lexical or the declaration handler, or null.
+  /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
 
   /// Reads one whole document, in blocks of 1,048,576 octets, from the stream's buffer; the
@@ -54,7 +58,9 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
   /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
   /// the document up: no endDocument follows.
-  /// @param size narrowed to a signed 32-bit count, as expat takes it
+  /// @param data    the block, or null
+  /// @param size    its length in octets, narrowed to a signed 32-bit count, as expat takes it
+  /// @param isFinal true on the last block
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 

@@ -28,6 +28,8 @@ class TAVRIN_API XMLWriter : public ContentHandler,
                              public LexicalHandler {
  public:
   ~XMLWriter() override;
+  XMLWriter(const XMLWriter&) = delete;
+  XMLWriter& operator=(const XMLWriter&) = delete;
 
   /// Sets where the document goes. The stream is not owned, must outlive its use, and is never
   /// flushed by the writer. Without a stream, events are checked and nothing is written.
@@ -55,9 +57,18 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// @name Features and properties
   /// The base knows none: each call throws SAXNotRecognizedException.
   /// @{
+
+  /// Switches a feature on or off.
+  /// @throws SAXNotRecognizedException "Feature "name" not recognized"
   virtual void setFeature(const std::string& name, bool value);
+  /// Whether a feature is on.
+  /// @throws SAXNotRecognizedException as setFeature
   virtual bool getFeature(const std::string& name);
+  /// Sets a property. What it points to is not owned.
+  /// @throws SAXNotRecognizedException "Property "name" not recognized"
   virtual void setProperty(const std::string& name, void* value);
+  /// The pointer that was set, or null.
+  /// @throws SAXNotRecognizedException as setProperty
   virtual void* getProperty(const std::string& name);
   /// @}
 
@@ -108,17 +119,15 @@ class TAVRIN_API XMLWriter : public ContentHandler,
 
   /// The names of an open element, as startElement gave them.
   struct Element {
-    std::string uri;
-    std::string localName;
-    std::string qName;
+    std::string uri;        ///< Namespace name, or empty.
+    std::string localName;  ///< Name without prefix.
+    std::string qName;      ///< Name with prefix and colon.
   };
 
   XMLWriter() = default;
-  XMLWriter(const XMLWriter&) = delete;
-  XMLWriter& operator=(const XMLWriter&) = delete;
 
-  std::ostream* out_ = nullptr;
-  WriterState state_ = Initial;
+  std::ostream* out_ = nullptr;   ///< Where the document goes; not owned.
+  WriterState state_ = Initial;   ///< How far the document has come.
   bool hasContent_ = false;       ///< The innermost element, DTD or CDATA section has content.
   std::deque<Element> elements_;  ///< Open elements; the innermost is the last.
 };

@@ -24,8 +24,10 @@ namespace Tavrin {
 ///
 /// Things to know before relying on it:
 /// - Names, namespace names, comments, instructions and declarations are written as given.
-/// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A tab or
-///   carriage return does not survive being read again from an attribute value.
+/// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A carriage
+///   return does not survive being read again, nor does a tab in an attribute value.
+/// - autoIndent adds white space to text: the end tag of an element with content begins a new line.
+/// - Skipped entities are not written.
 /// - An attribute declaration always has a default value in quotes, so declarations that an XML
 ///   parser reads back need a default.
 /// - A notation or unparsed entity with a public identifier repeats its name behind the system
@@ -51,7 +53,11 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
 
+  /// Switches one of the three features on or off.
+  /// @throws SAXNotRecognizedException for any other identifier
   void setFeature(const std::string& name, bool value) override;
+  /// Whether one of the three features is on.
+  /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
 
   /// Completes an open start tag, CDATA opening or internal subset bracket.

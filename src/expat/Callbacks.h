@@ -28,35 +28,37 @@ struct XMLReader_Expat::Callbacks {
   static void install(XML_Parser parser, XMLReader_Expat* reader);
 
   // Element and namespace events: ElementEvents.cpp.
-  static void startElementHandler(void* reader, const XML_Char* name, const XML_Char** attributes);
-  static void endElementHandler(void* reader, const XML_Char* name);
-  static void startNamespaceHandler(void* reader, const XML_Char* prefix, const XML_Char* uri);
-  static void endNamespaceHandler(void* reader, const XML_Char* prefix);
+  static void startElementHandler(void* userData, const XML_Char* name,
+                                  const XML_Char** attributes);
+  static void endElementHandler(void* userData, const XML_Char* name);
+  static void startNamespaceHandler(void* userData, const XML_Char* prefix, const XML_Char* uri);
+  static void endNamespaceHandler(void* userData, const XML_Char* prefix);
 
   // Content and lexical events: ContentEvents.cpp.
-  static void characterDataHandler(void* reader, const XML_Char* text, int length);
-  static void processingInstructionHandler(void* reader, const XML_Char* target,
+  static void characterDataHandler(void* userData, const XML_Char* text, int length);
+  static void processingInstructionHandler(void* userData, const XML_Char* target,
                                            const XML_Char* data);
-  static void skippedEntityHandler(void* reader, const XML_Char* name, int isParameterEntity);
-  static void startCdataSectionHandler(void* reader);
-  static void endCdataSectionHandler(void* reader);
-  static void commentHandler(void* reader, const XML_Char* text);
+  static void skippedEntityHandler(void* userData, const XML_Char* name, int isParameterEntity);
+  static void startCdataSectionHandler(void* userData);
+  static void endCdataSectionHandler(void* userData);
+  static void commentHandler(void* userData, const XML_Char* text);
 
   // DTD, declaration and external entity events: DTDEvents.cpp.
-  static void startDoctypeDeclHandler(void* reader, const XML_Char* name, const XML_Char* systemId,
-                                      const XML_Char* publicId, int hasInternalSubset);
-  static void endDoctypeDeclHandler(void* reader);
-  static void notationDeclHandler(void* reader, const XML_Char* name, const XML_Char* base,
+  static void startDoctypeDeclHandler(void* userData, const XML_Char* name,
+                                      const XML_Char* systemId, const XML_Char* publicId,
+                                      int hasInternalSubset);
+  static void endDoctypeDeclHandler(void* userData);
+  static void notationDeclHandler(void* userData, const XML_Char* name, const XML_Char* base,
                                   const XML_Char* systemId, const XML_Char* publicId);
-  static void entityDeclHandler(void* reader, const XML_Char* name, int isParameterEntity,
+  static void entityDeclHandler(void* userData, const XML_Char* name, int isParameterEntity,
                                 const XML_Char* value, int valueLength, const XML_Char* base,
                                 const XML_Char* systemId, const XML_Char* publicId,
                                 const XML_Char* notationName);
-  static void attlistDeclHandler(void* reader, const XML_Char* elementName,
+  static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);
-  static void elementDeclHandler(void* reader, const XML_Char* name, XML_Content* model);
-  static int externalEntityRefHandler(XML_Parser reader, const XML_Char* context,
+  static void elementDeclHandler(void* userData, const XML_Char* name, XML_Content* model);
+  static int externalEntityRefHandler(XML_Parser argument, const XML_Char* context,
                                       const XML_Char* base, const XML_Char* systemId,
                                       const XML_Char* publicId);
 

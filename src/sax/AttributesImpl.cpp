@@ -67,7 +67,6 @@ int AttributesImpl::findAttribute(const std::string& qName) const {
 }
 
 void AttributesImpl::setAttributes(const Attributes& other) {
-  if (&other == this) return;  // The copy of a list onto itself is the list.
   attributes_.clear();
   const int length = other.getLength();
   for (int i = 0; i < length; ++i) {

@@ -1,0 +1,38 @@
+// Prints the elements of a document as an outline: read_elements < document.xml
+#include <Tavrin/Tavrin.h>
+
+#include <iostream>
+#include <string>
+
+class Outline : public Tavrin::ContentHandler {
+ public:
+  void startElement(const std::string& /*uri*/, const std::string& /*localName*/,
+                    const std::string& qName, const Tavrin::Attributes& attributes) override {
+    std::cout << std::string(2 * depth_++, ' ') << qName;
+    for (int i = 0; i < attributes.getLength(); ++i) {
+      std::cout << ' ' << attributes.getQName(i) << "='" << attributes.getValue(i) << '\'';
+    }
+    std::cout << '\n';
+  }
+
+  void endElement(const std::string& /*uri*/, const std::string& /*localName*/,
+                  const std::string& /*qName*/) override {
+    --depth_;
+  }
+
+ private:
+  std::size_t depth_ = 0;
+};
+
+int main() {
+  Outline outline;
+  const auto reader = Tavrin::XMLReaderFactory::createXMLReader();
+  reader->setContentHandler(&outline);
+  try {
+    reader->parse(std::cin);
+  } catch (const Tavrin::SAXParseException& failure) {
+    std::cerr << failure.getLineNumber() << ':' << failure.getColumnNumber() << ": "
+              << failure.getMessage() << '\n';
+    return 1;
+  }
+}

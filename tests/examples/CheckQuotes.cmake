@@ -1,0 +1,15 @@
+# Every program in the folder EXAMPLES stands in README, to the letter, as a block of C++.
+cmake_minimum_required(VERSION 3.25)
+
+file(READ ${README} readme)
+file(GLOB examples ${EXAMPLES}/*.cpp)
+if(NOT examples)
+  message(FATAL_ERROR "no examples in ${EXAMPLES}")
+endif()
+foreach(example ${examples})
+  file(READ ${example} text)
+  string(FIND "${readme}" "\n```cpp\n${text}```\n" place)
+  if(place EQUAL -1)
+    message(SEND_ERROR "README.md does not quote ${example} as it is")
+  endif()
+endforeach()

@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "Streams.h"
+#include "Support.h"
+
+namespace {
+
+constexpr bool kSanitized =
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    true;
+#else
+    false;
+#endif
+
+// Memory is measured in the plain build only: a sanitizer keeps freed memory back.
+constexpr std::size_t kItems = kSanitized ? 100000 : 1048576;
+
+constexpr char kStart[] = "<root>\n";
+constexpr char kItem[] = "<item id='12345678'>some text<b/>more &amp; more</item><!--c-->\n";
+constexpr char kEnd[] = "</root>";
+static_assert(sizeof kItem - 1 == 64, "64 MiB are a mebi of items");
+
+std::size_t residentOctets() {
+  std::ifstream file("/proc/self/statm");
+  std::size_t size = 0;
+  std::size_t resident = 0;
+  file >> size >> resident;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A document that exists nowhere as a whole. At every read it looks at the memory in use.
+class ItemBuffer : public std::streambuf {
+ public:
+  std::size_t peak = 0;
+  std::size_t octets = 0;
+
+ protected:
+  std::streamsize xsgetn(char* target, std::streamsize asked) override {
+    peak = std::max(peak, residentOctets());
+    std::streamsize given = 0;
+    while (given < asked) {
+      if (rest_.empty()) {
+        if (next_ > kItems + 1) break;
+        rest_ = next_ == 0 ? kStart : next_ <= kItems ? kItem : kEnd;
+        ++next_;
+      }
+      const auto count = std::min(rest_.size(), static_cast<std::size_t>(asked - given));
+      std::memcpy(target + given, rest_.data(), count);
+      rest_.remove_prefix(count);
+      given += static_cast<std::streamsize>(count);
+    }
+    octets += static_cast<std::size_t>(given);
+    return given;
+  }
+
+ private:
+  std::size_t next_ = 0;  ///< 0 the start, 1 to kItems the items, then the end.
+  std::string_view rest_;
+};
+
+struct Counter : Tavrin::ContentHandler, Tavrin::LexicalHandler {
+  void startElement(const std::string&, const std::string& localName, const std::string&,
+                    const Tavrin::Attributes& attributes) override {
+    ++starts;
+    if (localName == "item" && attributes.getValue("id") == "12345678") ++items;
+  }
+  void endElement(const std::string&, const std::string&, const std::string&) override { ++ends; }
+  void characters(const std::string& chunk) override { text += chunk.size(); }
+  void comment(const std::string&) override { ++comments; }
+  void endDocument() override { ++documents; }
+
+  std::size_t starts = 0;
+  std::size_t items = 0;
+  std::size_t ends = 0;
+  std::size_t text = 0;
+  std::size_t comments = 0;
+  std::size_t documents = 0;
+};
+
+TEST(ExpatMemory, StaysTheSameHoweverLongTheDocument) {
+  Counter counter;
+  Tavrin::XMLReader_Expat reader;
+  reader.setContentHandler(&counter);
+  reader.setProperty(Tavrin::properties::lexicalHandler,
+                     static_cast<Tavrin::LexicalHandler*>(&counter));
+  ItemBuffer buffer;
+  std::istream stream(&buffer);
+  malloc_trim(0);  // What earlier tests freed must not hide what this one takes.
+  const std::size_t before = residentOctets();
+  EXPECT_EQ("done", outcomeOf([&] { reader.parse(stream); }));
+
+  EXPECT_EQ(sizeof kStart + kItems * 64 + sizeof kEnd - 2, buffer.octets);
+  EXPECT_EQ(1 + 2 * kItems, counter.starts);
+  EXPECT_EQ(kItems, counter.items);
+  EXPECT_EQ(1 + 2 * kItems, counter.ends);
+  // "some text", "more & more", and the line feed after every item and the root's start.
+  EXPECT_EQ(1 + 21 * kItems, counter.text);
+  EXPECT_EQ(kItems, counter.comments);
+  EXPECT_EQ(1U, counter.documents);
+  if constexpr (!kSanitized) {
+    ASSERT_GT(before, 0U);
+    EXPECT_LT(buffer.peak, before + (16U << 20));
+  }
+}
+
+}  // namespace

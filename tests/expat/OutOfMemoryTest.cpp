@@ -1,0 +1,154 @@
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "Support.h"
+
+// Stand in front of expat's own functions, so that a test can have them fail as they do when there
+// is no memory left.
+
+namespace {
+
+/// Lets one call of a function fail.
+class Trap {
+ public:
+  /// @param number of the call that fails, counted from 0
+  void set(int number) {
+    calls_ = 0;
+    failing_ = number;
+  }
+  void reset() { failing_ = -1; }
+  bool springs() { return calls_++ == failing_; }
+
+ private:
+  int calls_ = 0;
+  int failing_ = -1;
+};
+
+Trap createTrap;
+Trap childTrap;
+Trap bufferTrap;
+
+template <typename Function>
+Function* original(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+extern "C" {
+
+__attribute__((visibility("default"))) XML_Parser XML_ParserCreateNS(const XML_Char* encoding,
+                                                                     XML_Char separator) {
+  if (createTrap.springs()) return nullptr;
+  static const auto create = original<decltype(XML_ParserCreateNS)>("XML_ParserCreateNS");
+  return create(encoding, separator);
+}
+
+__attribute__((visibility("default"))) XML_Parser XML_ExternalEntityParserCreate(
+    XML_Parser parser, const XML_Char* context, const XML_Char* encoding) {
+  if (childTrap.springs()) return nullptr;
+  static const auto create =
+      original<decltype(XML_ExternalEntityParserCreate)>("XML_ExternalEntityParserCreate");
+  return create(parser, context, encoding);
+}
+
+__attribute__((visibility("default"))) void* XML_GetBuffer(XML_Parser parser, int size) {
+  static const auto get = original<decltype(XML_GetBuffer)>("XML_GetBuffer");
+  // A negative size is refused as one that is not to be had.
+  return get(parser, bufferTrap.springs() ? -1 : size);
+}
+
+}  // extern "C"
+
+namespace {
+
+/// A reader, its log, and the traps, none of which is left behind.
+class ExpatOutOfMemory : public testing::Test {
+ protected:
+  ExpatOutOfMemory() { log_.attachTo(reader_); }
+  ~ExpatOutOfMemory() override {
+    createTrap.reset();
+    childTrap.reset();
+    bufferTrap.reset();
+  }
+
+  void expectGoodDocument() {
+    log_.clear();
+    EXPECT_EQ("done", parseText(reader_, "<good/>"));
+    EXPECT_EQ(wholeLog({"startElement(, good, good, [])", "endElement(, good, good)"}),
+              log_.text());
+  }
+
+  EventLog log_;
+  Tavrin::XMLReader_Expat reader_;
+};
+
+const std::string kNoParser = "SAXException(Cannot create expat xml parser)";
+
+TEST_F(ExpatOutOfMemory, ForTheParserFailsBeforeAnyEvent) {
+  createTrap.set(0);
+  EXPECT_EQ(kNoParser, parseText(reader_, "<a/>"));
+  EXPECT_EQ("", log_.text());
+  expectGoodDocument();
+
+  createTrap.set(0);
+  log_.clear();
+  EXPECT_EQ(kNoParser, parseBlocks(reader_, {"<a/>"}));
+  EXPECT_EQ("", log_.text());
+  expectGoodDocument();
+}
+
+TEST_F(ExpatOutOfMemory, ForTheParserEndsTheDocumentThatWasOpen) {
+  reader_.parse("<a>", 3, false);
+  log_.clear();
+  createTrap.set(0);
+  EXPECT_EQ(kNoParser, parseText(reader_, "<b/>"));
+  EXPECT_EQ("", log_.text());
+  // Nothing is left of a: this starts a document.
+  EXPECT_EQ("done", parseBlocks(reader_, {"<c/>"}));
+  EXPECT_EQ(wholeLog({"startElement(, c, c, [])", "endElement(, c, c)"}), log_.text());
+}
+
+TEST_F(ExpatOutOfMemory, ForTheFirstBlockIsAFailureOfTheDocument) {
+  const Failure failure{XML_ERROR_NO_MEMORY, 1, 1};
+  bufferTrap.set(0);
+  EXPECT_EQ(failure.thrown(), parseText(reader_, "<a/>"));
+  EXPECT_EQ(join({"setDocumentLocator()", "startDocument()", failure.logged()}), log_.text());
+  expectGoodDocument();
+}
+
+TEST_F(ExpatOutOfMemory, ForALaterBlockIsAFailureAtItsPlace) {
+  const std::string text(1048576 - 4, 'x');
+  const Failure failure{XML_ERROR_NO_MEMORY, 2, 1048573};
+  bufferTrap.set(1);
+  EXPECT_EQ(failure.thrown(), parseText(reader_, "<a>\n" + text + "</a>"));
+  EXPECT_EQ(join({"setDocumentLocator()", "startDocument()", "startElement(, a, a, [])",
+                  "characters(\\n" + text + ")", failure.logged()}),
+            log_.text());
+  expectGoodDocument();
+}
+
+TEST_F(ExpatOutOfMemory, ForAnExternalEntityFailsTheDocument) {
+  const Failure failure{XML_ERROR_EXTERNAL_ENTITY_HANDLING, 2, 4};
+  const std::string document = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]>\n<a>&e;</a>";
+  const std::string expected =
+      join({"setDocumentLocator()", "startDocument()", "startDTD(a, , )", "endDTD()",
+            "startElement(, a, a, [])", "resolveEntity(, e)", failure.logged()});
+  log_.entities["e"] = "text";
+
+  childTrap.set(0);
+  EXPECT_EQ(failure.thrown(), parseText(reader_, document));
+  EXPECT_EQ(expected, log_.text());
+  expectGoodDocument();
+
+  // The document's own block is the first.
+  bufferTrap.set(1);
+  log_.clear();
+  EXPECT_EQ(failure.thrown(), parseText(reader_, document));
+  EXPECT_EQ(expected, log_.text());
+  expectGoodDocument();
+}
+
+}  // namespace

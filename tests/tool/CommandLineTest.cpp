@@ -1,0 +1,149 @@
+#include <Tavrin/Version.h>
+#include <sys/resource.h>
+
+#include "Workplace.h"
+
+namespace {
+
+class CommandLine : public Workplace {
+ protected:
+  void SetUp() override { writeFile("a.xml", "<a/>"); }
+};
+
+Result misuse(const std::string& message) { return {2, "", "tavrin: " + message + "\n"}; }
+
+}  // namespace
+
+TEST_F(CommandLine, TellsTheVersionOfTheLibrary) {
+  const std::string version = std::to_string(TAVRIN_VERSION_MAJOR) + "." +
+                              std::to_string(TAVRIN_VERSION_MINOR) + "." +
+                              std::to_string(TAVRIN_VERSION_PATCH);
+  EXPECT_EQ(run({"--version"}), (Result{0, "tavrin " + version + "\n", ""}));
+}
+
+TEST_F(CommandLine, ListsTheRegisteredTypes) {
+  EXPECT_EQ(run({"types"}), (Result{0, "reader Expat\nwriter XML\n", ""}));
+}
+
+TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
+  const struct {
+    ToolProcess::Arguments arguments;
+    const char* message;
+  } cases[] = {
+      {{}, "a command is required (see tavrin --help)"},
+      {{""}, "unexpected argument \"\" (see tavrin --help)"},
+      {{"bogus"}, "unexpected argument \"bogus\" (see tavrin --help)"},
+      {{"CHECK", "a.xml"}, "unexpected argument \"CHECK\" (see tavrin --help)"},
+      {{"--bogus"}, "unexpected argument \"--bogus\" (see tavrin --help)"},
+      {{"a\nb"}, "unexpected argument \"a\\nb\" (see tavrin --help)"},
+      {{"--bogus", "types"}, "unexpected argument \"--bogus\" (see tavrin types --help)"},
+      {{"types", "a.xml"}, "unexpected argument \"a.xml\" (see tavrin types --help)"},
+      {{"types", "types"}, "unexpected argument \"types\" (see tavrin types --help)"},
+      {{"convert"}, "IN is required (see tavrin convert --help)"},
+      {{"convert", "--force"}, "IN is required (see tavrin convert --help)"},
+      {{"convert", "a.xml", "b.xml", "c.xml"},
+       "unexpected argument \"c.xml\" (see tavrin convert --help)"},
+      {{"convert", "a.xml", "--bogus"},
+       "unexpected argument \"--bogus\" (see tavrin convert --help)"},
+      {{"convert", "-x", "a.xml"}, "unexpected argument \"-x\" (see tavrin convert --help)"},
+      {{"convert", "a.xml", "--from"},
+       "--from: 1 required TYPE missing (see tavrin convert --help)"},
+      {{"convert", "a.xml", "--to"}, "--to: 1 required TYPE missing (see tavrin convert --help)"},
+      {{"convert", "a.xml", "--indent=yes"},
+       "indent was given a disallowed flag override (see tavrin convert --help)"},
+      {{"convert", "a.xml", "--json"},
+       "unexpected argument \"--json\" (see tavrin convert --help)"},
+      {{"check"}, "FILE is required (see tavrin check --help)"},
+      {{"check", "--from", "Expat"}, "unexpected argument \"--from\" (see tavrin check --help)"},
+      {{"events"}, "FILE is required (see tavrin events --help)"},
+      {{"events", "a.xml", "a.xml"}, "unexpected argument \"a.xml\" (see tavrin events --help)"},
+  };
+  for (const auto& [arguments, message] : cases) {
+    SCOPED_TRACE(message);
+    EXPECT_EQ(run(arguments), misuse(message));
+  }
+  EXPECT_EQ(files(), Names{"a.xml"});
+}
+
+TEST_F(CommandLine, PassesTheRegistrysRefusalOn) {
+  EXPECT_EQ(run({"convert", "a.xml", "b.xml", "--from", "Bogus"}),
+            misuse("Unknown XML Reader: \"Bogus\""));
+  EXPECT_EQ(run({"convert", "a.xml", "b.xml", "--to", "Bogus"}),
+            misuse("Unknown XML Writer: \"Bogus\""));
+  EXPECT_EQ(run({"convert", "a.xml", "--from", "XML"}), misuse("Unknown XML Reader: \"XML\""));
+  EXPECT_EQ(run({"convert", "a.xml", "--to", "Expat"}), misuse("Unknown XML Writer: \"Expat\""));
+  EXPECT_EQ(files(), Names{"a.xml"});
+}
+
+TEST_F(CommandLine, TakesTypesInUpperAndLowerCase) {
+  EXPECT_EQ(run({"convert", "a.xml", "--from", "eXPAT", "--to=xml"}),
+            (Result{0, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><a/>", ""}));
+}
+
+TEST_F(CommandLine, TakesOptionsBeforeBetweenAndBehindFiles) {
+  const Result done = {0, "<a/>", ""};
+  EXPECT_EQ(run({"convert", "--no-declaration", "a.xml", "-"}), done);
+  EXPECT_EQ(run({"convert", "a.xml", "--no-declaration", "-"}), done);
+  EXPECT_EQ(run({"convert", "a.xml", "-", "--no-declaration"}), done);
+  EXPECT_EQ(run({"convert", "--no-declaration", "--no-declaration", "--", "a.xml", "-"}), done);
+}
+
+TEST_F(CommandLine, TakesNamesThatLookLikeSomethingElse) {
+  const Names names = {"with space.xml", "types",     "check", "-dash.xml", "--force",
+                       "\xC3\xA4.xml",   "a,b",       "%%",    "#",         "'quoted'",
+                       "$HOME",          "\"quoted\""};
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    writeFile(name, "<a/>");
+    EXPECT_EQ(run({"check", "--", name}), (Result{0, name + ": well-formed\n", ""}));
+    EXPECT_EQ(run({"convert", "--no-declaration", "--", name, "-"}), (Result{0, "<a/>", ""}));
+    EXPECT_EQ(run({"convert", "--no-declaration", "--force", "--", "a.xml", name}), silent(0));
+    EXPECT_EQ(readFile(name), "<a/>");
+  }
+}
+
+TEST_F(CommandLine, WritesBracketedNamesAsPaths) {
+  for (const std::string name : {"[a,b]", "[]", "{}", "++"}) {
+    SCOPED_TRACE(name);
+    writeFile(name, "<a/>");
+    EXPECT_EQ(run({"check", name}), (Result{0, "./" + name + ": well-formed\n", ""}));
+    EXPECT_EQ(run({"convert", "--no-declaration", name}), (Result{0, "<a/>", ""}));
+  }
+}
+
+TEST_F(CommandLine, KeepsNamesWithControlCharactersOnOneLine) {
+  const std::string name = "a\n\t\r\x1B\x7F.xml";
+  EXPECT_EQ(run({"check", name}),
+            (Result{2, "", "tavrin: a\\n\\t\\r\\x1B\\x7F.xml: No such file or directory\n"}));
+  writeFile(name, "<a>");
+  EXPECT_EQ(run({"check", name}),
+            (Result{1, "", "a\\n\\t\\r\\x1B\\x7F.xml:1:4: no element found\n"}));
+  writeFile(name, "<a/>");
+  EXPECT_EQ(run({"check", name}), (Result{0, "a\\n\\t\\r\\x1B\\x7F.xml: well-formed\n", ""}));
+}
+
+TEST_F(CommandLine, ReportsThatHelpAndTypesCannotBeWritten) {
+  const auto fullOutput = [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); };
+  const Result full = misuse("standard output: No space left on device");
+  EXPECT_EQ(run({"--help"}, "", fullOutput), full);
+  EXPECT_EQ(run({"--version"}, "", fullOutput), full);
+  EXPECT_EQ(run({"types"}, "", fullOutput), full);
+  EXPECT_EQ(run({"types"}, "", [] { close(STDOUT_FILENO); }),
+            misuse("standard output: Bad file descriptor"));
+}
+
+TEST_F(CommandLine, ReadsADeepDocumentWithASmallStack) {
+  constexpr int kDepth = 200000;
+  std::string document, end;
+  for (int i = 0; i < kDepth; ++i) document += "<a>";
+  for (int i = 0; i < kDepth; ++i) end += "</a>";
+  document.replace(document.size() - 3, 3, "<a/>");
+  document += end.substr(4);
+  const auto smallStack = [] {
+    const rlimit limit = {512 * 1024, 512 * 1024};
+    setrlimit(RLIMIT_STACK, &limit);
+  };
+  EXPECT_EQ(run({"convert", "--no-declaration", "-"}, document, smallStack),
+            (Result{0, document, ""}));
+  EXPECT_EQ(run({"check", "-"}, document, smallStack), (Result{0, "-: well-formed\n", ""}));
+}

@@ -1,0 +1,192 @@
+#include <pty.h>
+#include <termios.h>
+
+#include <regex>
+#include <thread>
+
+#include "Workplace.h"
+
+namespace {
+
+constexpr std::size_t kLimit = 8 * 1024 * 1024;
+
+/// A terminal, seen from the side of the person before it.
+class Terminal {
+ public:
+  Terminal() {
+    termios raw{};
+    cfmakeraw(&raw);
+    require(openpty(&person_, &program_, nullptr, &raw, nullptr), "openpty");
+    fcntl(person_, F_SETFD, FD_CLOEXEC);
+    fcntl(program_, F_SETFD, FD_CLOEXEC);
+    fcntl(person_, F_SETFL, O_NONBLOCK);
+  }
+  ~Terminal() {
+    close(person_);
+    close(program_);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  int program() const { return program_; }
+
+  /// What has been printed since the last call.
+  std::string shown() {
+    std::string text;
+    char block[4096];
+    for (ssize_t count; (count = read(person_, block, sizeof block)) > 0;) {
+      text.append(block, static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+ private:
+  int person_ = -1;
+  int program_ = -1;
+};
+
+/// Whether a text is a progress bar that was drawn at least once, then cleared; then a message.
+bool isBarThen(const std::string& shown, const std::string& message) {
+  static const std::regex bar("(\r\\[#*\\.*\\] [ 0-9]{3}%)+\r\x1B\\[K");
+  std::smatch match;
+  return std::regex_search(shown, match, bar, std::regex_constants::match_continuous) &&
+         match.suffix() == message;
+}
+
+class ProgressBar : public Workplace {
+ protected:
+  /// A document of a certain size.
+  static std::string document(std::size_t size) {
+    return "<a>" + std::string(size - 7, 'x') + "</a>";
+  }
+
+  /// Runs the tool with standard error on the terminal.
+  Result runOnTerminal(const ToolProcess::Arguments& arguments) {
+    return run(arguments, "", [this] { dup2(terminal_.program(), STDERR_FILENO); });
+  }
+
+  Terminal terminal_;
+};
+
+}  // namespace
+
+TEST_F(ProgressBar, IsShownForALargeFileAndCleared) {
+  writeFile("large.xml", document(kLimit + 1));
+  EXPECT_EQ(runOnTerminal({"check", "large.xml"}), (Result{0, "large.xml: well-formed\n", ""}));
+  const std::string shown = terminal_.shown();
+  EXPECT_PRED2(isBarThen, shown, "");
+  // One block of 1 MiB, of 8 MiB and an octet.
+  EXPECT_EQ(shown.substr(0, 59),
+            "\r[" + std::string(6, '#') + std::string(44, '.') + "]  12%" + "\r");
+}
+
+TEST_F(ProgressBar, IsShownWhileAFileIsConverted) {
+  const std::string text = document(kLimit + 1);
+  writeFile("large.xml", text);
+  EXPECT_EQ(runOnTerminal({"convert", "--no-declaration", "large.xml", "out.xml"}), silent(0));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+  EXPECT_EQ(readFile("out.xml"), text);
+  EXPECT_EQ(runOnTerminal({"convert", "--no-declaration", "large.xml"}), (Result{0, text, ""}));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+}
+
+TEST_F(ProgressBar, IsShownForEveryLargeFile) {
+  writeFile("large.xml", document(kLimit + 1));
+  writeFile("small.xml", "<a/>");
+  EXPECT_EQ(
+      runOnTerminal({"check", "large.xml", "small.xml", "missing.xml", "large.xml"}),
+      (Result{2, "large.xml: well-formed\nsmall.xml: well-formed\nlarge.xml: well-formed\n", ""}));
+  const std::string shown = terminal_.shown();
+  const std::string message = "tavrin: missing.xml: No such file or directory\n";
+  const std::size_t middle = shown.find(message);
+  ASSERT_NE(middle, std::string::npos);
+  EXPECT_PRED2(isBarThen, shown.substr(0, middle), "");
+  EXPECT_PRED2(isBarThen, shown.substr(middle + message.size()), "");
+}
+
+TEST_F(ProgressBar, IsShownForStandardInputThatIsAFile) {
+  writeFile("large.xml", document(kLimit + 1));
+  EXPECT_EQ(run({"events", "-"}, "",
+                [this] {
+                  dup2(open("large.xml", O_RDONLY), STDIN_FILENO);
+                  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+                  dup2(terminal_.program(), STDERR_FILENO);
+                }),
+            silent(0));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+}
+
+TEST_F(ProgressBar, IsClearedBeforeAFailureIsReported) {
+  std::string text = document(kLimit + 1);
+  text.replace(text.size() - 4, 4, "</b>");
+  writeFile("large.xml", text);
+  const std::string message = "large.xml:1:8388608: mismatched tag\n";
+  for (const std::string command : {"check", "convert", "events"}) {
+    SCOPED_TRACE(command);
+    EXPECT_EQ(runOnTerminal({command, "large.xml"}).status, 1);
+    EXPECT_PRED2(isBarThen, terminal_.shown(), message);
+  }
+}
+
+TEST_F(ProgressBar, IsNotShownForAFileUpToTheLimit) {
+  writeFile("in.xml", document(kLimit));
+  EXPECT_EQ(runOnTerminal({"check", "in.xml"}), (Result{0, "in.xml: well-formed\n", ""}));
+  EXPECT_EQ(terminal_.shown(), "");
+  writeFile("in.xml", "<a/>");
+  EXPECT_EQ(runOnTerminal({"check", "in.xml"}), (Result{0, "in.xml: well-formed\n", ""}));
+  EXPECT_EQ(runOnTerminal({"check", "missing.xml"}).status, 2);
+  EXPECT_EQ(terminal_.shown(), "tavrin: missing.xml: No such file or directory\n");
+}
+
+TEST_F(ProgressBar, IsNotShownForAPipe) {
+  const std::string text = document(kLimit + 1);
+  EXPECT_EQ(run({"check", "-"}, text, [this] { dup2(terminal_.program(), STDERR_FILENO); }),
+            (Result{0, "-: well-formed\n", ""}));
+  EXPECT_EQ(terminal_.shown(), "");
+}
+
+TEST_F(ProgressBar, IsNotShownOffTheTerminal) {
+  writeFile("large.xml", document(kLimit + 1));
+  EXPECT_EQ(run({"check", "large.xml"}), (Result{0, "large.xml: well-formed\n", ""}));
+  // Standard output on a terminal changes nothing about that.
+  EXPECT_EQ(run({"check", "large.xml"}, "", [this] { dup2(terminal_.program(), STDOUT_FILENO); }),
+            silent(0));
+  EXPECT_EQ(terminal_.shown(), "large.xml: well-formed\n");
+}
+
+// It would run through the document.
+TEST_F(ProgressBar, IsNotShownWhereTheDocumentGoesToTheTerminal) {
+  writeFile("large.xml", std::string(kLimit, ' ') + "<a/>");
+  const auto onTerminal = [this] {
+    dup2(terminal_.program(), STDOUT_FILENO);
+    dup2(terminal_.program(), STDERR_FILENO);
+  };
+  EXPECT_EQ(run({"convert", "--no-declaration", "large.xml"}, "", onTerminal), silent(0));
+  EXPECT_EQ(terminal_.shown(), "<a/>");
+  EXPECT_EQ(run({"events", "large.xml"}, "", onTerminal), silent(0));
+  EXPECT_EQ(terminal_.shown(),
+            "startDocument()\n"
+            "startElement(\"\", \"a\", \"a\", [])\n"
+            "endElement(\"\", \"a\", \"a\")\n"
+            "endDocument()\n");
+  EXPECT_EQ(run({"check", "large.xml"}, "", onTerminal), silent(0));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "large.xml: well-formed\n");
+}
+
+TEST_F(ProgressBar, IsClearedBeforeASignalEndsTheTool) {
+  writeFile("large.xml", document(kLimit + 1));
+  require(mkfifo(path("pipe").c_str(), 0600), "mkfifo");
+  ToolProcess process({"convert", "large.xml", "pipe"}, directory_,
+                      [this] { dup2(terminal_.program(), STDERR_FILENO); });
+  // Nobody empties the pipe, so the work stands still once it is full.
+  const int pipe = require(open(path("pipe").c_str(), O_RDONLY | O_CLOEXEC), "open");
+  std::string shown;
+  while (shown.empty()) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    shown = terminal_.shown();
+  }
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.wait(), silent(-SIGTERM));
+  EXPECT_PRED2(isBarThen, shown + terminal_.shown(), "");
+  close(pipe);
+}

@@ -1,0 +1,77 @@
+#include <Tavrin/XMLReader.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "Input.h"
+#include "Output.h"
+#include "Reading.h"
+#include "Text.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char kHelp[] =
+    R"(Tells whether documents are well-formed.
+
+Usage: tavrin check [OPTIONS] FILE...
+
+  FILE              a document; - is standard input
+
+Options:
+  -h, --help        print this help
+
+Every FILE is checked. A well-formed one is named on standard output:
+
+  FILE: well-formed
+
+Any other is named on standard error, with what is wrong:
+
+  FILE:LINE:COLUMN: MESSAGE
+
+External entities and the external subset are not read.
+
+Example:
+  tavrin check chapter-*.xml
+)";
+
+ExitStatus checkFile(const std::string& name) {
+  try {
+    Input input(name);
+    parse(*createReader(input), input);
+    return Done;
+  } catch (const Failure& failure) {
+    // By now a progress bar is gone.
+    failure.report();
+    return failure.status();
+  }
+}
+
+ExitStatus check(const std::vector<std::string>& files) {
+  Output output("-", false);
+  output.open();
+  ExitStatus worst = Done;
+  for (const std::string& file : files) {
+    const ExitStatus status = checkFile(file);
+    worst = std::max(worst, status);
+    if (status != Done) continue;
+    output.stream() << oneLine(file) << ": well-formed\n";
+    output.flush();  // Both streams may end in one place, where the order of the lines counts.
+  }
+  return worst;
+}
+
+}  // namespace
+
+Command makeCheck(CLI::App& app) {
+  CLI::App* command = addCommand(app, "check", kHelp);
+  const auto files = std::make_shared<std::vector<std::string>>();
+  command->add_option("FILE", *files)->required();
+  return {command, [files] { return check(*files); }};
+}
+
+}  // namespace tool

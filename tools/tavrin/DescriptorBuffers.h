@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <streambuf>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+/// An open file, closed with the object unless it is one of the three standard ones.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  void reset(int number);
+  /// Closes now. Returns the system's error number, or 0.
+  int close();
+
+ private:
+  int number_ = -1;
+};
+
+/// Reads from a descriptor. A failed read looks like the end of the input to the reading side, so
+/// that it crosses a library of any kind unharmed; afterwards error() tells them apart.
+class InputBuffer : public std::streambuf {
+ public:
+  explicit InputBuffer(const Descriptor& descriptor);
+
+  /// The octets that come next, without taking them: at least `size`, unless the input is shorter.
+  std::string_view peek(std::size_t size);
+  /// The error number of the read that failed, or 0.
+  int error() const { return error_; }
+
+ protected:
+  int_type underflow() override;
+  std::streamsize xsgetn(char* target, std::streamsize size) override;
+
+ private:
+  std::size_t read(char* target, std::size_t size);
+
+  const Descriptor& descriptor_;
+  std::vector<char> buffer_;
+  int error_ = 0;
+};
+
+/// Writes to a descriptor, through a buffer of its own. After a failure nothing more is written.
+class OutputBuffer : public std::streambuf {
+ public:
+  explicit OutputBuffer(const Descriptor& descriptor);
+
+  /// The error number of the write that failed, or 0.
+  int error() const { return error_; }
+
+ protected:
+  int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* text, std::streamsize size) override;
+  int sync() override;
+
+ private:
+  bool write(const char* text, std::size_t size);
+  bool writeBuffered();
+
+  const Descriptor& descriptor_;
+  std::vector<char> buffer_;
+  int error_ = 0;
+};
+
+}  // namespace tool

@@ -1,0 +1,84 @@
+#include <Tavrin/XMLReader.h>
+
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+#include "EventPrinter.h"
+#include "Input.h"
+#include "Output.h"
+#include "Reading.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char kHelp[] =
+    R"(Shows the events that a reader makes of a document.
+
+Usage: tavrin events [OPTIONS] FILE
+
+  FILE              the document to read; - is standard input
+
+Options:
+  --json            print JSON lines
+  --declarations    also set the handlers of declarations
+  -h, --help        print this help
+
+Every line is one call of a handler, in document order. Arguments are JSON strings, in the
+order of the call. An attribute is namespace name, local name, qualified name, type, value:
+
+  startElement("urn:x", "a", "p:a", [{"", "id", "id", "CDATA", "1"}])
+
+With --json every line is an object: "event" is the name of the call, the other members are
+its arguments, and "attributes" is an array of objects (here broken to fit the page):
+
+  {"event":"startElement","uri":"urn:x","localName":"a","qName":"p:a",
+   "attributes":[{"uri":"","localName":"id","qName":"id","type":"CDATA","value":"1"}]}
+
+resolveEntity is a reference to an external entity or to the external subset. None is read.
+
+With --declarations the Expat reader stops at a declaration with a system identifier: that
+of a notation, of an external entity or of an unparsed entity.
+
+Example:
+  tavrin events --json in.xml
+)";
+
+struct Options {
+  std::string file;
+  bool json = false;
+  bool declarations = false;
+};
+
+ExitStatus events(const Options& options) {
+  Output output("-", false);
+  output.open();
+  Input input(options.file, output.isTerminal());
+  const auto reader = createReader(input);
+  EventPrinter printer(output.stream(),
+                       options.json ? EventPrinter::Format::JSON : EventPrinter::Format::Text);
+  printer.attachTo(*reader);
+  if (options.declarations) printer.attachDeclarationsTo(*reader);
+  try {
+    parse(*reader, input);
+  } catch (...) {
+    output.commit();  // What came before the failure is shown. A failure to write it comes first.
+    throw;
+  }
+  output.commit();
+  return Done;
+}
+
+}  // namespace
+
+Command makeEvents(CLI::App& app) {
+  CLI::App* command = addCommand(app, "events", kHelp);
+  const auto options = std::make_shared<Options>();
+  command->add_option("FILE", options->file)->required();
+  command->add_flag("--json", options->json);
+  command->add_flag("--declarations", options->declarations);
+  return {command, [options] { return events(*options); }};
+}
+
+}  // namespace tool

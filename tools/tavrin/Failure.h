@@ -1,0 +1,41 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace tool {
+
+/// How the program ends; the larger is the worse.
+enum ExitStatus : int {
+  Done = 0,
+  DocumentFailed = 1,  ///< A document cannot be read, or cannot be written faithfully.
+  NotPossible = 2      ///< Wrong usage, or a file that cannot be opened, read or written.
+};
+
+/// A failure as the user meets it: one line for standard error, and the exit status.
+class Failure : public std::exception {
+ public:
+  /// "tavrin: MESSAGE"
+  static Failure usage(const std::string& message);
+  /// "tavrin: NAME: REASON", the reason being the system's.
+  static Failure system(const std::string& name, int errorNumber);
+  /// "NAME: MESSAGE"
+  static Failure document(const std::string& name, const std::string& message);
+  /// "NAME:LINE:COLUMN: MESSAGE"
+  static Failure document(const std::string& name, int line, int column,
+                          const std::string& message);
+
+  ExitStatus status() const { return status_; }
+  const char* what() const noexcept override { return line_.c_str(); }
+
+  /// Writes the line to standard error.
+  void report() const;
+
+ private:
+  Failure(ExitStatus status, const std::string& line);
+
+  ExitStatus status_;
+  std::string line_;
+};
+
+}  // namespace tool

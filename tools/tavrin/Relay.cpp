@@ -1,0 +1,138 @@
+#include "Relay.h"
+
+#include <Tavrin/Identifiers.h>
+
+#include "Failure.h"
+
+namespace tool {
+
+void Relay::attachTo(Tavrin::XMLReader& reader) {
+  reader.setContentHandler(this);
+  reader.setEntityResolver(this);
+  reader.setProperty(Tavrin::properties::lexicalHandler,
+                     static_cast<Tavrin::LexicalHandler*>(this));
+}
+
+void Relay::check() const {
+  if (failure_) std::rethrow_exception(failure_);
+}
+
+/// Hands one event to the writer. There is no use in going on after a failure, be it the writer's
+/// or that of the output.
+template <typename Event>
+void Relay::pass(Event event) {
+  if (failure_) return;  // Some events still come before the reader has stopped.
+  try {
+    event();
+    output_.checkWritten();
+  } catch (const Tavrin::SAXException& exception) {
+    fail(exception.getMessage());
+  } catch (const Tavrin::FastInfosetException& exception) {
+    fail(exception.getMessage());
+  } catch (...) {
+    failure_ = std::current_exception();
+    throw;
+  }
+}
+
+void Relay::fail(const std::string& message) {
+  check();
+  const Failure failure = locator_ ? Failure::document(documentName_, locator_->getLineNumber(),
+                                                       locator_->getColumnNumber(), message)
+                                   : Failure::document(documentName_, message);
+  failure_ = std::make_exception_ptr(failure);
+  throw failure;
+}
+
+// --- What is watched ---
+
+void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
+  locator_ = locator;
+  pass([&] { writer_.setDocumentLocator(locator); });
+}
+
+void Relay::startDTD(const std::string& name, const std::string& publicId,
+                     const std::string& systemId) {
+  inDTD_ = true;
+  pass([&] { writer_.startDTD(name, publicId, systemId); });
+}
+
+void Relay::endDTD() {
+  inDTD_ = false;
+  pass([&] { writer_.endDTD(); });
+}
+
+void Relay::skippedEntity(const std::string& name) {
+  if (!inDTD_) fail("entity \"" + name + "\" was not read, so the copy would lack it");
+  pass([&] { writer_.skippedEntity(name); });
+}
+
+// Within the document type this is its external subset or a parameter entity, behind it a reference
+// in the content.
+std::unique_ptr<std::istream> Relay::resolveEntity(const std::string&,
+                                                   const std::string& systemId) {
+  if (!inDTD_) fail("external entity \"" + systemId + "\" was not read, so the copy would lack it");
+  return nullptr;
+}
+
+// --- What just passes ---
+
+void Relay::startDocument() {
+  pass([&] { writer_.startDocument(); });
+}
+
+void Relay::endDocument() {
+  pass([&] { writer_.endDocument(); });
+}
+
+void Relay::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  pass([&] { writer_.startPrefixMapping(prefix, uri); });
+}
+
+void Relay::endPrefixMapping(const std::string& prefix) {
+  pass([&] { writer_.endPrefixMapping(prefix); });
+}
+
+void Relay::startElement(const std::string& uri, const std::string& localName,
+                         const std::string& qName, const Tavrin::Attributes& attributes) {
+  pass([&] { writer_.startElement(uri, localName, qName, attributes); });
+}
+
+void Relay::endElement(const std::string& uri, const std::string& localName,
+                       const std::string& qName) {
+  pass([&] { writer_.endElement(uri, localName, qName); });
+}
+
+void Relay::characters(const std::string& text) {
+  pass([&] { writer_.characters(text); });
+}
+
+void Relay::ignorableWhitespace(const std::string& text) {
+  pass([&] { writer_.ignorableWhitespace(text); });
+}
+
+void Relay::processingInstruction(const std::string& target, const std::string& data) {
+  pass([&] { writer_.processingInstruction(target, data); });
+}
+
+void Relay::startEntity(const std::string& name) {
+  pass([&] { writer_.startEntity(name); });
+}
+
+void Relay::endEntity(const std::string& name) {
+  pass([&] { writer_.endEntity(name); });
+}
+
+void Relay::startCDATA() {
+  pass([&] { writer_.startCDATA(); });
+}
+
+void Relay::endCDATA() {
+  pass([&] { writer_.endCDATA(); });
+}
+
+void Relay::comment(const std::string& text) {
+  pass([&] { writer_.comment(text); });
+}
+
+}  // namespace tool
