@@ -1,15 +1,21 @@
-# Every program in the folder EXAMPLES stands in README, to the letter, as a block of C++.
+# Every program in the folder EXAMPLES stands in README.md or in a page of docs, below ROOT, to the
+# letter, as a block of C++.
 cmake_minimum_required(VERSION 3.25)
 
-file(READ ${README} readme)
+file(GLOB pages ${ROOT}/README.md ${ROOT}/docs/*.md)
+set(documentation "")
+foreach(page ${pages})
+  file(READ ${page} text)
+  string(APPEND documentation "${text}")
+endforeach()
 file(GLOB examples ${EXAMPLES}/*.cpp)
 if(NOT examples)
   message(FATAL_ERROR "no examples in ${EXAMPLES}")
 endif()
 foreach(example ${examples})
   file(READ ${example} text)
-  string(FIND "${readme}" "\n```cpp\n${text}```\n" place)
+  string(FIND "${documentation}" "\n```cpp\n${text}```\n" place)
   if(place EQUAL -1)
-    message(SEND_ERROR "README.md does not quote ${example} as it is")
+    message(SEND_ERROR "no page quotes ${example} as it is")
   endif()
 endforeach()
