@@ -32,14 +32,22 @@ class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
   /// @}
 
   /// @name By name
+  /// As by position. Names compare octet for octet; the first match counts.
   /// @{
+
+  /// The algorithm's URI.
   virtual const std::string& getAlgorithmURI(const std::string& uri,
                                              const std::string& localName) const = 0;
+  /// The algorithm's URI.
   virtual const std::string& getAlgorithmURI(const std::string& qName) const = 0;
+  /// The algorithm's number.
   virtual int getAlgorithmIndex(const std::string& uri, const std::string& localName) const = 0;
+  /// The algorithm's number.
   virtual int getAlgorithmIndex(const std::string& qName) const = 0;
+  /// The typed value.
   virtual const EncodedData* getAlgorithmData(const std::string& uri,
                                               const std::string& localName) const = 0;
+  /// The typed value.
   virtual const EncodedData* getAlgorithmData(const std::string& qName) const = 0;
   /// @}
 };
@@ -108,6 +116,10 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
                     const std::string& type, const std::string& value);
   /// Appends an attribute with a typed value.
+  /// @param uri            namespace name, empty without a namespace
+  /// @param localName      name without prefix
+  /// @param qName          name with prefix and colon
+  /// @param type           type text, for example "CDATA"
   /// @param algorithmURI   URI of an application-defined algorithm, otherwise empty
   /// @param algorithmIndex number of the algorithm; see Tavrin::algorithms
   /// @param data           the value; the list takes it over

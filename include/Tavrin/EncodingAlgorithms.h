@@ -19,15 +19,15 @@ namespace Tavrin {
 /// The numbers by which the library and the stream call the built-in algorithms: the standard's
 /// index minus 1. 8, the standard's uuid, is not provided.
 namespace algorithms {
-inline constexpr int hexadecimal = 0;
-inline constexpr int base64 = 1;
-inline constexpr int shortInteger = 2;
-inline constexpr int integer = 3;
-inline constexpr int longInteger = 4;
-inline constexpr int boolean = 5;
-inline constexpr int floatNumber = 6;
-inline constexpr int doubleNumber = 7;
-inline constexpr int cdata = 9;
+inline constexpr int hexadecimal = 0;   ///< Octets with hexadecimal text.
+inline constexpr int base64 = 1;        ///< Octets with base64 text.
+inline constexpr int shortInteger = 2;  ///< 16-bit integers.
+inline constexpr int integer = 3;       ///< 32-bit integers.
+inline constexpr int longInteger = 4;   ///< 64-bit integers.
+inline constexpr int boolean = 5;       ///< Booleans.
+inline constexpr int floatNumber = 6;   ///< Single precision numbers.
+inline constexpr int doubleNumber = 7;  ///< Double precision numbers.
+inline constexpr int cdata = 9;         ///< The text of a CDATA section.
 }  // namespace algorithms
 
 /// Encodes values of one type and decodes them again.
@@ -50,8 +50,9 @@ class TAVRIN_API EncodingAlgorithm {
   virtual EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) = 0;
 
   /// Encodes a value: the octets of writeSize, then those of the value.
-  /// @param chunk true for content of an element, false for the value of an attribute
-  /// @param data  a holder of the algorithm's own type
+  /// @param chunk  true for content of an element, false for the value of an attribute
+  /// @param data   a holder of the algorithm's own type
+  /// @param stream where to write
   /// @throws std::bad_cast for a holder of another type, before anything is written
   virtual void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) = 0;
 
@@ -62,6 +63,7 @@ class TAVRIN_API EncodingAlgorithm {
   /// @param index  the algorithm's number, 0 to 255; see Tavrin::algorithms
   /// @param chunk  true for content of an element, false for the value of an attribute
   /// @param length the number of octets that the caller writes next
+  /// @param stream where to write
   void writeSize(int index, bool chunk, std::uint32_t length, std::ostream& stream) const;
 };
 

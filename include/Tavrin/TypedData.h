@@ -48,7 +48,8 @@ class TAVRIN_API EncodedData {
 template <typename T>
 class TAVRIN_API EncodedDataTemplate : public EncodedData {
  public:
-  EncodedDataTemplate() = default;
+  EncodedDataTemplate() = default;  ///< Holds an empty value.
+  /// Holds a value.
   explicit EncodedDataTemplate(T data) : data_(std::move(data)) {}
 
   T data_{};  ///< The value; callers and decoders set it.
@@ -57,83 +58,84 @@ class TAVRIN_API EncodedDataTemplate : public EncodedData {
 /// Octets whose text is hexadecimal (X.891, 10.2): "007FA0".
 class TAVRIN_API HexadecimalData : public EncodedDataTemplate<std::string> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< bytes
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
 /// Octets whose text is base64 (X.891, 10.3; RFC 4648, section 4), in one line: "TWFu".
 class TAVRIN_API Base64Data : public EncodedDataTemplate<std::string> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< bytes
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
 /// The text of a CDATA section, in UTF-8 (X.891, 10.11).
 class TAVRIN_API CDATAData : public EncodedDataTemplate<std::string> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< bytes
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
 /// 16-bit integers (X.891, 10.4): "-1 0 32767".
 class TAVRIN_API ShortData : public EncodedDataTemplate<std::vector<short>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< shorts
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls shorts.
 };
 
 /// 32-bit integers (X.891, 10.5). An element outside the 32-bit range shows whole in the text, but
 /// only its low 32 bits are encoded.
 class TAVRIN_API IntData : public EncodedDataTemplate<std::vector<long>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< ints
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls ints.
 };
 
 /// 64-bit integers (X.891, 10.6).
 class TAVRIN_API LongData : public EncodedDataTemplate<std::vector<long>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< longs
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls longs.
 };
 
 /// Booleans (X.891, 10.7): "true false".
 class TAVRIN_API BooleanData : public EncodedDataTemplate<std::vector<bool>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< booleans
+  void callContentHandler(
+      PrimitiveTypeContentHandler& handler) const override;  ///< Calls booleans.
 };
 
 /// IEEE 754 single precision numbers (X.891, 10.8), as text with 6 significant digits.
 class TAVRIN_API FloatData : public EncodedDataTemplate<std::vector<float>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< floats
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls floats.
 };
 
 /// IEEE 754 double precision numbers (X.891, 10.9), as text with 12 significant digits.
 class TAVRIN_API DoubleData : public EncodedDataTemplate<std::vector<double>> {
  public:
-  using EncodedDataTemplate::EncodedDataTemplate;
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< doubles
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls doubles.
 };
 
 /// Receives content of encoding algorithms that the receiver may or may not know. Every operation

@@ -32,18 +32,18 @@ struct QualifiedNameTable {
 /// The "FI" reader consults four of them: encodingAlgorithms, attributeValues,
 /// elementNameSurrogates and attributeNameSurrogates.
 struct ExternalVocabulary {
-  StringTable restrictedAlphabets;
-  StringTable encodingAlgorithms;
-  StringTable prefixes;
-  StringTable namespaceNames;
-  StringTable localNames;
-  StringTable otherNCNames;
-  StringTable otherURIs;
-  StringTable attributeValues;
-  StringTable contentCharacterChunks;
-  StringTable otherStrings;
-  QualifiedNameTable elementNameSurrogates;
-  QualifiedNameTable attributeNameSurrogates;
+  StringTable restrictedAlphabets;             ///< Characters of each alphabet.
+  StringTable encodingAlgorithms;              ///< URIs.
+  StringTable prefixes;                        ///< Prefixes.
+  StringTable namespaceNames;                  ///< Namespace names.
+  StringTable localNames;                      ///< Local names.
+  StringTable otherNCNames;                    ///< Names of entities and notations, targets.
+  StringTable otherURIs;                       ///< System and public identifiers.
+  StringTable attributeValues;                 ///< Attribute values.
+  StringTable contentCharacterChunks;          ///< Character chunks.
+  StringTable otherStrings;                    ///< Comments, data of instructions, versions.
+  QualifiedNameTable elementNameSurrogates;    ///< Element names.
+  QualifiedNameTable attributeNameSurrogates;  ///< Attribute names.
 };
 
 /// The vocabularies that an application knows, by URI. The map owns nothing.

@@ -50,7 +50,12 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
+  /// Sets a handler, the registered algorithms or the external vocabularies. The type of the value
+  /// is not checked.
+  /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
+  /// The pointer that was set, or null.
+  /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
 
   using XMLReader::parse;
@@ -64,62 +69,80 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
  protected:
   /// A name as the surrogate tables hold it; a part that is absent is empty.
   struct QualifiedName {
-    std::string prefix;
-    std::string namespaceName;
-    std::string localName;
+    std::string prefix;         ///< Prefix.
+    std::string namespaceName;  ///< Namespace name.
+    std::string localName;      ///< Local name.
 
     /// Prefix, colon and local name, or the local name alone.
     std::string qName() const;
   };
 
   /// @name Octets
+  /// Both throw SAXException "Unexpected end of document" where the stream ends.
   /// @{
 
-  /// The next octet. @throws SAXException at the end of the stream
+  /// The next octet.
   unsigned readOctet();
-  /// Reads octets; the string grows with those that arrive. @throws SAXException at the end of the
-  /// stream
+  /// Replaces a string by the next octets; it grows with those that arrive.
   void readOctets(std::uint64_t length, std::string& octets);
   /// @}
 
   /// @name Integers (X.891, C.21 to C.28)
-  /// Each takes the octet in which the integer begins and reads those that follow.
+  /// Each takes the octet in which the integer begins and reads those that follow. Bits that do not
+  /// belong to the integer are ignored; a form that does not exist is refused with a SAXException.
   /// @{
+
+  /// A position that begins on the second bit (C.25).
   unsigned long decodeIndex(int octet);
+  /// A position that begins on the third bit (C.27).
   unsigned long decodeElementIndex(int octet);
+  /// A position that begins on the fourth bit (C.28).
   unsigned long decodeCharactersIndex(int octet);
+  /// A length that begins on the second bit (C.22).
   unsigned long decodeIdentifierLength(int octet);
+  /// A length that begins on the fifth bit (C.23).
   unsigned long decodeStringLength(int octet);
+  /// A length that begins on the seventh bit (C.24).
   unsigned long decodeCharactersLength(int octet);
+  /// The number of items of a list (C.21), all its octets. The field itself is the number.
   unsigned long decodeNumberOfItems();
   /// @}
 
   /// @name Strings (X.891, C.13 and C.14)
   /// @{
 
-  /// An entry of a table: the external entries first, then the document's own.
+  /// An entry of a table: the external entries first, then the document's own. Either may be null.
   std::string getString(unsigned long index, const std::vector<std::string>* table,
                         const StringTable* external) const;
   /// A non-identifying string whose first octet was read. What is not decoded leaves `out` alone.
   void decodeString(int octet, std::vector<std::string>* table, const StringTable* external,
                     std::string& out);
+  /// A non-identifying string.
   void decodeString(std::vector<std::string>* table, const StringTable* external, std::string& out);
-  /// An identifying string.
+  /// An identifying string. A literal is added to the table, if there is one.
   void decodeIdentifier(std::vector<std::string>* table, std::string& out);
   /// @}
 
   /// @name Document (X.891, C.2)
   /// @{
+
+  /// Reads the header up to its first wrong octet, and tells whether there was none (12.6, 12.7).
   bool isFastInfosetDocument();
-  void decodeAdditionalData();
-  void decodeInitialVocabulary();
+  void decodeAdditionalData();     ///< Prints it (C.2.4).
+  void decodeInitialVocabulary();  ///< Fills the tables, selects the external vocabulary (C.2.5).
+  void decodeNotations();          ///< Reports them to the DTD handler (C.2.6).
+  void decodeUnparsedEntities();   ///< Reports them to the DTD handler (C.2.7).
+  void decodeCharacterEncodingScheme();  ///< Prints it (C.2.8).
+  void decodeVersion();                  ///< Prints it (C.2.10).
+
+  /// A table of an initial vocabulary, in the form of non-identifying strings.
   void decodeStringTable(std::vector<std::string>& table);
+  /// A table of an initial vocabulary, in the form of identifying strings.
   void decodeIdentifierTable(std::vector<std::string>& table);
+  /// A table of names of an initial vocabulary.
   void decodeQualifiedNameTable(std::vector<QualifiedName>& table);
-  void decodeNotations();
-  void decodeUnparsedEntities();
-  void decodeCharacterEncodingScheme();
-  void decodeVersion();
+
+  /// Decodes a document type declaration whose first octet was read (C.9).
   /// @return true when it ended with a double terminator, which ends the document too
   bool decodeDTD(int octet);
   /// @}
@@ -130,25 +153,33 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// Decodes an element, with all that is in it, whose first octet was read.
   /// @return true when it ended with a double terminator that also ends what it stands in
   bool decodeElement(int octet);
+  /// Decodes the namespace declarations of an element (C.12).
   /// @param declarations receives prefix, namespace name, prefix, namespace name, ...
   void decodeNamespaces(std::vector<std::string>& declarations);
-  /// Decodes a literal name and adds it to the table.
+  /// Decodes a literal name whose first octet was read, and adds it to the table (C.17, C.18).
   /// @return the new entry, valid until the table changes
   const QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
+  /// An entry of the element names: the external entries first, then the document's own.
   QualifiedName getElementName(unsigned long index) const;
+  /// An entry of the attribute names: the external entries first, then the document's own.
   QualifiedName getAttributeName(unsigned long index) const;
+  /// Decodes the attributes of an element.
   /// @return true when the list ended with a double terminator, which ends the element too
   bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
   /// @}
 
   /// @name Content (X.891, C.5 to C.8)
   /// @{
+
+  /// Decodes and delivers a character chunk whose first octet was read (C.7).
   void decodeCharacters(int octet);
-  /// The algorithm of a field, or null.
-  /// @param uri receives the URI of an application-defined algorithm
+  /// The algorithm of a field, or null (C.29).
+  /// @param field the algorithm's number; see Tavrin::algorithms
+  /// @param uri   receives the URI of an application-defined algorithm
   EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
-  void decodeComment();
-  void decodeProcessingInstruction();
+  void decodeComment();                ///< Decodes and delivers a comment (C.8).
+  void decodeProcessingInstruction();  ///< Decodes and delivers an instruction (C.5).
+  /// Decodes and prints an entity reference whose first octet was read (C.6).
   void decodeUnexpandedEntityReference(int octet);
   /// @}
 

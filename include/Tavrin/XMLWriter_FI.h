@@ -96,27 +96,43 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
  protected:
   /// A name as the tables hold it; a part that is absent is empty.
   struct QualifiedName {
-    std::string prefix;
-    std::string namespaceName;
-    std::string localName;
+    std::string prefix;         ///< Prefix.
+    std::string namespaceName;  ///< Namespace name.
+    std::string localName;      ///< Local name.
 
     /// By local name, then prefix, then namespace name.
     bool operator<(const QualifiedName& other) const;
   };
 
-  using StringIndexMap = std::map<std::string, unsigned int>;
-  using NameIndexMap = std::map<QualifiedName, unsigned int>;
+  using StringIndexMap = std::map<std::string, unsigned int>;  ///< Strings with their indices.
+  using NameIndexMap = std::map<QualifiedName, unsigned int>;  ///< Names with their indices.
 
   /// @name Primitives
   /// None looks whether there is a stream.
   /// @{
+
+  /// Writes an index that begins on the second bit (C.25).
+  /// @param bits  the first bit of the octet: 0x80 or 0
+  /// @param index the position in a table, from 0
   void encodeIndex(int bits, unsigned int index);
+  /// Writes a non-identifying string, or its index (C.14).
+  /// @param table      where to look it up; may be null
+  /// @param addToTable whether a literal is added to the table
+  /// @param text       the string
   void encodeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  /// Writes an identifying string, or its index (C.13). A literal is added to the table.
   void encodeIdentifier(StringIndexMap* table, const std::string& text);
+  /// Writes a literal name and adds it to the table (C.17, C.18).
+  /// @param bits  the bits of the octet that are not those of the parts
+  /// @param table the table of element or of attribute names
+  /// @param name  the name; its prefix and namespace name are built in or declared
   void encodeQualifiedName(int bits, NameIndexMap& table, const QualifiedName& name);
+  /// Writes namespace declarations and the terminator behind them (C.12).
   /// @param pairs prefix, namespace name, prefix, namespace name, ...
   void encodeNamespaces(const std::vector<std::string>& pairs);
+  /// Writes a character chunk, or its index (C.15); nothing for an empty text.
   void encodeCharacters(const std::string& text);
+  /// Writes the attributes that are not namespace declarations (C.4); their terminator is owed.
   void encodeAttributes(const Attributes& attributes);
   /// @}
 
