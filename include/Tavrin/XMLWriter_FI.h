@@ -150,8 +150,6 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   void put(unsigned octet);
   void putOctets(const std::string& octets);
   void encodeElementName(unsigned attributesFlag, const QualifiedName& name);
-  unsigned builtInOrIndex(const std::string& part, const char* builtIn, const StringIndexMap& table,
-                          const char* what) const;
   void checkAttributes(const Attributes& attributes);
   [[noreturn]] static void throwUnknownAlgorithm(const std::string& uri);
   EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);

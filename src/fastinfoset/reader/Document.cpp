@@ -1,5 +1,6 @@
 #include <Tavrin/XMLReader_FI.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "../Octets.h"
@@ -12,10 +13,7 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 bool XMLReader_FI::isFastInfosetDocument() {
-  for (const int octet : kHeader) {
-    if (stream_->get() != octet) return false;
-  }
-  return true;
+  return std::ranges::all_of(kHeader, [this](int octet) { return stream_->get() == octet; });
 }
 
 void XMLReader_FI::decodeOptionalComponents() {

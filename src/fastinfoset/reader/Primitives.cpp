@@ -15,7 +15,7 @@ namespace {
 
 /// A literal's string grows by at most this, or by as much as has arrived: what a document claims
 /// never decides how much memory is taken.
-constexpr std::uint64_t kFirstPiece = 64 * 1024;
+constexpr std::uint64_t kFirstPiece = std::uint64_t{64} * 1024;
 
 [[noreturn]] void throwEndOfDocument() { throw SAXException("Unexpected end of document"); }
 

@@ -26,6 +26,19 @@ void addEntry(Map& table, const Key& key) {
   table.emplace(key, static_cast<unsigned>(table.size()));
 }
 
+/// The index of a prefix or namespace name in a literal name.
+/// @throws SAXException when it was never declared
+template <typename Map>
+unsigned declaredIndex(const std::string& part, const char* builtIn, const Map& table,
+                       const char* what) {
+  if (part == builtIn) return kBuiltInNameIndex;
+  const auto found = table.find(part);
+  if (found == table.end()) {
+    throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
+  }
+  return found->second + kBuiltInNames;
+}
+
 /// The length of a literal. The stream has room for little more than 32 bits.
 std::uint32_t lengthOf(const std::string& text) {
   if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
@@ -106,31 +119,21 @@ void XMLWriter_FI::encodeCharacters(const std::string& text) {
 
 // --- Names ---
 
-/// The index of a prefix or namespace name in a literal name.
-/// @throws SAXException when it was never declared
-unsigned XMLWriter_FI::builtInOrIndex(const std::string& part, const char* builtIn,
-                                      const StringIndexMap& table, const char* what) const {
-  if (part == builtIn) return kBuiltInNameIndex;
-  const auto found = table.find(part);
-  if (found == table.end())
-    throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
-  return found->second + kBuiltInNames;
-}
-
 void XMLWriter_FI::encodeQualifiedName(int bits, NameIndexMap& table, const QualifiedName& name) {
   const bool hasPrefix = !name.prefix.empty();
   const bool hasNamespace = !name.namespaceName.empty();
   // Both are looked up before anything is written or added.
-  const unsigned prefix = hasPrefix ? builtInOrIndex(name.prefix, "xml", prefixes_, "prefix") : 0;
-  const unsigned namespaceName = hasNamespace ? builtInOrIndex(name.namespaceName, namespaces::xml,
+  const unsigned prefixIndex =
+      hasPrefix ? declaredIndex(name.prefix, "xml", prefixes_, "prefix") : 0;
+  const unsigned namespaceIndex = hasNamespace ? declaredIndex(name.namespaceName, namespaces::xml,
                                                                namespaceNames_, "namespace")
-                                              : 0;
+                                               : 0;
 
   addEntry(table, name);
   put(static_cast<unsigned>(bits) | (hasPrefix ? kPrefixPresent : 0) |
       (hasNamespace ? kNamespacePresent : 0));
-  if (hasPrefix) encodeIndex(kStringIndex, prefix);
-  if (hasNamespace) encodeIndex(kStringIndex, namespaceName);
+  if (hasPrefix) encodeIndex(kStringIndex, prefixIndex);
+  if (hasNamespace) encodeIndex(kStringIndex, namespaceIndex);
   encodeIdentifier(&localNames_, name.localName);
 }
 
