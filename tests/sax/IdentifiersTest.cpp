@@ -9,6 +9,14 @@ using namespace Tavrin;
 TEST(Identifiers, OfPropertiesAreExact) {
   EXPECT_STREQ(properties::lexicalHandler, "http://xml.org/sax/properties/lexical-handler");
   EXPECT_STREQ(properties::declarationHandler, "http://xml.org/sax/properties/declaration-handler");
+  EXPECT_STREQ(properties::primitiveTypeContentHandler,
+               "http://jvnet.org/fastinfoset/sax/properties/primitive-type-content-handler");
+  EXPECT_STREQ(properties::encodingAlgorithmContentHandler,
+               "http://jvnet.org/fastinfoset/sax/properties/encoding-algorithm-content-handler");
+  EXPECT_STREQ(properties::registeredEncodingAlgorithms,
+               "http://jvnet.org/fastinfoset/parser/properties/registered-encoding-algorithms");
+  EXPECT_STREQ(properties::externalVocabularies,
+               "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies");
 }
 
 TEST(Identifiers, OfFeaturesAreExact) {
