@@ -1,7 +1,36 @@
 #include "EventLog.h"
 
 #include <cstdio>
+#include <limits>
 #include <sstream>
+#include <type_traits>
+
+namespace {
+
+/// The items with a space between them.
+template <typename Item>
+std::string showItems(const std::vector<Item>& items) {
+  std::ostringstream text;
+  text.precision(std::numeric_limits<double>::max_digits10);
+  if (std::is_same_v<Item, float>) text.precision(std::numeric_limits<float>::max_digits10);
+  for (std::size_t i = 0; i < items.size(); ++i) text << (i > 0 ? " " : "") << Item{items[i]};
+  return text.str();
+}
+
+const char* classOf(const Tavrin::EncodedData& value) {
+  if (dynamic_cast<const Tavrin::HexadecimalData*>(&value)) return "HexadecimalData";
+  if (dynamic_cast<const Tavrin::Base64Data*>(&value)) return "Base64Data";
+  if (dynamic_cast<const Tavrin::CDATAData*>(&value)) return "CDATAData";
+  if (dynamic_cast<const Tavrin::ShortData*>(&value)) return "ShortData";
+  if (dynamic_cast<const Tavrin::IntData*>(&value)) return "IntData";
+  if (dynamic_cast<const Tavrin::LongData*>(&value)) return "LongData";
+  if (dynamic_cast<const Tavrin::BooleanData*>(&value)) return "BooleanData";
+  if (dynamic_cast<const Tavrin::FloatData*>(&value)) return "FloatData";
+  if (dynamic_cast<const Tavrin::DoubleData*>(&value)) return "DoubleData";
+  return "EncodedData";
+}
+
+}  // namespace
 
 void EventLog::attachTo(Tavrin::XMLReader& reader) {
   reader.setContentHandler(this);
@@ -15,6 +44,16 @@ void EventLog::attachDeclarationsTo(Tavrin::XMLReader& reader) {
   reader.setDTDHandler(this);
   reader.setProperty(Tavrin::properties::declarationHandler,
                      static_cast<Tavrin::DeclHandler*>(this));
+}
+
+void EventLog::attachPrimitiveTypesTo(Tavrin::XMLReader& reader) {
+  reader.setProperty(Tavrin::properties::primitiveTypeContentHandler,
+                     static_cast<Tavrin::PrimitiveTypeContentHandler*>(this));
+}
+
+void EventLog::attachAlgorithmsTo(Tavrin::XMLReader& reader) {
+  reader.setProperty(Tavrin::properties::encodingAlgorithmContentHandler,
+                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
 }
 
 void EventLog::clear() {
@@ -52,6 +91,21 @@ std::string EventLog::show(const std::string& text) {
   return shown;
 }
 
+std::string EventLog::showOctets(const std::string& octets) {
+  std::string shown;
+  for (const char c : octets) {
+    char code[4];
+    std::snprintf(code, sizeof code, shown.empty() ? "%02X" : " %02X",
+                  static_cast<unsigned char>(c));
+    shown += code;
+  }
+  return shown;
+}
+
+std::string EventLog::showValue(const Tavrin::EncodedData& value) {
+  return std::string(classOf(value)) + "{" + show(value.toString()) + "}";
+}
+
 void EventLog::add(const std::string& operation, const std::vector<std::string>& arguments) {
   if (beforeEvent) beforeEvent(eventCount_);
   ++eventCount_;
@@ -86,12 +140,21 @@ void EventLog::endPrefixMapping(const std::string& prefix) {
 
 void EventLog::startElement(const std::string& uri, const std::string& localName,
                             const std::string& qName, const Tavrin::Attributes& attributes) {
+  const auto* typed = showAlgorithms
+                          ? dynamic_cast<const Tavrin::EncodingAlgorithmAttributes*>(&attributes)
+                          : nullptr;
   std::string list = "[";
   for (int i = 0; i < attributes.getLength(); ++i) {
     if (i > 0) list += ", ";
     list += "{" + show(attributes.getURI(i)) + ", " + show(attributes.getLocalName(i)) + ", " +
             show(attributes.getQName(i)) + ", " + show(attributes.getType(i)) + ", " +
-            show(attributes.getValue(i)) + "}";
+            show(attributes.getValue(i));
+    if (typed && typed->getAlgorithmData(i)) {
+      list += ", " + show(typed->getAlgorithmURI(i)) + ", " +
+              std::to_string(typed->getAlgorithmIndex(i)) + ", " +
+              showValue(*typed->getAlgorithmData(i));
+    }
+    list += "}";
   }
   add("startElement", {show(uri), show(localName), show(qName), list + "]"});
 }
@@ -184,6 +247,28 @@ std::unique_ptr<std::istream> EventLog::resolveEntity(const std::string& publicI
   const auto found = entities.find(systemId);
   if (found == entities.end()) return nullptr;
   return std::make_unique<std::istringstream>(found->second);
+}
+
+void EventLog::bytes(const std::string& data) { add("bytes", {showOctets(data)}); }
+
+void EventLog::shorts(const std::vector<short>& data) { add("shorts", {showItems(data)}); }
+
+void EventLog::ints(const std::vector<long>& data) { add("ints", {showItems(data)}); }
+
+void EventLog::longs(const std::vector<long>& data) { add("longs", {showItems(data)}); }
+
+void EventLog::booleans(const std::vector<bool>& data) { add("booleans", {showItems(data)}); }
+
+void EventLog::floats(const std::vector<float>& data) { add("floats", {showItems(data)}); }
+
+void EventLog::doubles(const std::vector<double>& data) { add("doubles", {showItems(data)}); }
+
+void EventLog::octets(const std::string& uri, int index, const std::string& data) {
+  add("octets", {show(uri), std::to_string(index), showOctets(data)});
+}
+
+void EventLog::object(const std::string& uri, int index, const Tavrin::EncodedData& data) {
+  add("object", {show(uri), std::to_string(index), showValue(data)});
 }
 
 std::string EventLog::text() const { return join(lines_); }

@@ -12,18 +12,24 @@
 ///
 /// A line is the operation's name and its arguments in order: `startElement(urn:x, a, p:a, [])`.
 /// An attribute is `{uri, localName, qName, type, value}`. Control characters show as \n, \r, \t or
-/// \xNN, and a backslash as two.
+/// \xNN, and a backslash as two. Octets show as hexadecimal, `bytes(00 7F A0)`; typed values as
+/// their class and text, `object(urn:x, 32, IntData{1 -2})`; floating-point numbers so that no two
+/// that differ show alike.
 class EventLog : public Tavrin::ContentHandler,
                  public Tavrin::DTDHandler,
                  public Tavrin::DeclHandler,
                  public Tavrin::LexicalHandler,
                  public Tavrin::ErrorHandler,
-                 public Tavrin::EntityResolver {
+                 public Tavrin::EntityResolver,
+                 public Tavrin::PrimitiveTypeContentHandler,
+                 public Tavrin::EncodingAlgorithmContentHandler {
  public:
   using Lines = std::vector<std::string>;
 
   /// Consecutive `characters` events become one line. Off shows each as it came.
   bool mergeCharacters = true;
+  /// An attribute with a typed value shows three more fields: `..., algorithm URI, index, value}`.
+  bool showAlgorithms = false;
   /// Called before an event is logged, with the number of events so far. May throw.
   std::function<void(std::size_t)> beforeEvent;
   /// What resolveEntity answers, by system identifier; any other gives no stream.
@@ -33,6 +39,10 @@ class EventLog : public Tavrin::ContentHandler,
   void attachTo(Tavrin::XMLReader& reader);
   /// Sets this log as DTD handler and declaration handler.
   void attachDeclarationsTo(Tavrin::XMLReader& reader);
+  /// Sets this log as handler of primitive types.
+  void attachPrimitiveTypesTo(Tavrin::XMLReader& reader);
+  /// Sets this log as handler of encoding algorithms.
+  void attachAlgorithmsTo(Tavrin::XMLReader& reader);
 
   const Lines& lines() const { return lines_; }
   /// join(lines())
@@ -42,6 +52,10 @@ class EventLog : public Tavrin::ContentHandler,
 
   /// The text as a line shows it.
   static std::string show(const std::string& text);
+  /// Octets as a line shows them.
+  static std::string showOctets(const std::string& octets);
+  /// A typed value as a line shows it; an application's own is `EncodedData{...}`.
+  static std::string showValue(const Tavrin::EncodedData& value);
 
   void setDocumentLocator(const Tavrin::Locator* locator) override;
   void startDocument() override;
@@ -84,6 +98,17 @@ class EventLog : public Tavrin::ContentHandler,
 
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;
+
+  void bytes(const std::string& data) override;
+  void shorts(const std::vector<short>& data) override;
+  void ints(const std::vector<long>& data) override;
+  void longs(const std::vector<long>& data) override;
+  void booleans(const std::vector<bool>& data) override;
+  void floats(const std::vector<float>& data) override;
+  void doubles(const std::vector<double>& data) override;
+
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  void object(const std::string& uri, int index, const Tavrin::EncodedData& data) override;
 
  private:
   void add(const std::string& operation, const std::vector<std::string>& arguments);
