@@ -163,8 +163,7 @@ TEST_F(Input, MayEndOnTheBorderOfABlock) {
   }
 }
 
-// Were its place free, the next file to be opened would take it and be written to.
-TEST_F(Input, SurvivesAStandardErrorThatIsClosed) {
+TEST_F(Input, IsReadAlsoWhereAllStandardStreamsAreClosed) {
   writeFile("in.xml", "<a>");
   writeFile("good.xml", "<a/>");
   const auto closeAll = [] {
