@@ -7,22 +7,26 @@
 namespace {
 
 TEST(ExpatHostileInput, MayBe100000ElementsDeep) {
+  struct Tags : Tavrin::ContentHandler {
+    void startElement(const std::string&, const std::string&, const std::string& qName,
+                      const Tavrin::Attributes&) override {
+      text += "<" + qName + ">";
+    }
+    void endElement(const std::string&, const std::string&, const std::string& qName) override {
+      text += "</" + qName + ">";
+    }
+    void endDocument() override { text += "."; }
+    std::string text;
+  };
   constexpr int kDepth = 100000;
   std::string text;
-  EventLog::Lines events;
-  for (int i = 0; i < kDepth; ++i) {
-    text += "<a>";
-    events.emplace_back("startElement(, a, a, [])");
-  }
-  for (int i = 0; i < kDepth; ++i) {
-    text += "</a>";
-    events.emplace_back("endElement(, a, a)");
-  }
-  EventLog log;
+  for (int i = 0; i < kDepth; ++i) text += "<a>";
+  for (int i = 0; i < kDepth; ++i) text += "</a>";
+  Tags tags;
   Tavrin::XMLReader_Expat reader;
-  log.attachTo(reader);
+  reader.setContentHandler(&tags);
   EXPECT_EQ("done", parseText(reader, text));
-  EXPECT_TRUE(wholeLog(events) == log.text());
+  EXPECT_TRUE(text + "." == tags.text);
 }
 
 TEST(ExpatHostileInput, MayEndWith100000ElementsOpen) {
@@ -35,21 +39,34 @@ TEST(ExpatHostileInput, MayEndWith100000ElementsOpen) {
 }
 
 TEST(ExpatHostileInput, MayHave100000AttributesOnAnElement) {
+  // Half of them have a prefix.
+  struct Expected : Tavrin::ContentHandler {
+    void startElement(const std::string&, const std::string&, const std::string&,
+                      const Tavrin::Attributes& attributes) override {
+      length = attributes.getLength();
+      for (int i = 0; i < length; ++i) {
+        const std::string name = "x" + std::to_string(i / 2);
+        const bool isPrefixed = i % 2 == 1;
+        if (attributes.getURI(i) == (isPrefixed ? "u" : "") && attributes.getLocalName(i) == name &&
+            attributes.getQName(i) == (isPrefixed ? "p:" + name : name) &&
+            attributes.getType(i) == "CDATA" && attributes.getValue(i) == std::to_string(i)) {
+          ++right;
+        }
+      }
+    }
+    int length = 0;
+    int right = 0;
+  };
   std::string text = "<a xmlns:p='u'";
-  std::string list;
-  for (int i = 0; i < 50000; ++i) {
-    const std::string n = std::to_string(i);
-    text += " x" + n + "='" + n + "' p:y" + n + "=''";
-    list +=
-        ", {, x" + n + ", x" + n + ", CDATA, " + n + "}, {u, y" + n + ", p:y" + n + ", CDATA, }";
+  for (int i = 0; i < 100000; ++i) {
+    text += (i % 2 == 1 ? " p:x" : " x") + std::to_string(i / 2) + "='" + std::to_string(i) + "'";
   }
-  EventLog log;
+  Expected expected;
   Tavrin::XMLReader_Expat reader;
-  log.attachTo(reader);
+  reader.setContentHandler(&expected);
   EXPECT_EQ("done", parseText(reader, text + "/>"));
-  EXPECT_TRUE(
-      wholeLog({"startPrefixMapping(p, u)", "startElement(, a, a, [" + list.substr(2) + "])",
-                "endElement(, a, a)", "endPrefixMapping(p)"}) == log.text());
+  EXPECT_EQ(100000, expected.length);
+  EXPECT_EQ(100000, expected.right);
 }
 
 TEST(ExpatHostileInput, MayHave20000NamespacesOnAnElement) {

@@ -24,7 +24,7 @@ void expectNoLeak(const std::function<void()>& work) {
   };
   work();  // What is allocated once, for good, is now.
   const std::size_t before = used();
-  constexpr std::size_t kRounds = 100;
+  constexpr std::size_t kRounds = 20;
   for (std::size_t i = 0; i < kRounds; ++i) work();
   EXPECT_LT(used(), before + kRounds * sizeof(void*));
 #endif

@@ -1,5 +1,6 @@
 #include "EventLog.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <sstream>
@@ -63,9 +64,17 @@ void EventLog::clear() {
 }
 
 std::string EventLog::show(const std::string& text) {
+  const auto isPlain = [](char c) {
+    return static_cast<unsigned char>(c) >= 0x20 && c != 0x7F && c != '\\';
+  };
   std::string shown;
-  for (const char c : text) {
-    switch (c) {
+  auto next = text.begin();
+  while (true) {
+    // Texts may be long: what needs no escape is taken as one piece.
+    const auto special = std::find_if_not(next, text.end(), isPlain);
+    shown.append(next, special);
+    if (special == text.end()) return shown;
+    switch (*special) {
       case '\n':
         shown += "\\n";
         break;
@@ -79,16 +88,12 @@ std::string EventLog::show(const std::string& text) {
         shown += "\\\\";
         break;
       default:
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-          char code[5];
-          std::snprintf(code, sizeof code, "\\x%02X", static_cast<unsigned char>(c));
-          shown += code;
-        } else {
-          shown += c;
-        }
+        char code[5];
+        std::snprintf(code, sizeof code, "\\x%02X", static_cast<unsigned char>(*special));
+        shown += code;
     }
+    next = special + 1;
   }
-  return shown;
 }
 
 std::string EventLog::showOctets(const std::string& octets) {

@@ -7,6 +7,7 @@
 #include <sys/syscall.h>
 
 #include <cstddef>
+#include <thread>
 
 #include "Workplace.h"
 
@@ -81,6 +82,23 @@ TEST_F(Output, ReportsAStandardOutputThatIsClosed) {
   EXPECT_EQ(run({"convert", "small.xml"}, "", [] { close(STDOUT_FILENO); }),
             failed("standard output: Bad file descriptor"));
   EXPECT_EQ(run({"convert", "small.xml", "out.xml"}, "", [] { close(STDOUT_FILENO); }), silent(0));
+}
+
+TEST_F(Output, EndsTheWorkAsSoonAsItFails) {
+  ToolProcess process({"convert", "-", "/dev/full"}, directory_);
+  process.write("<a>" + std::string(3000000, 'x'));
+  EXPECT_EQ(process.waitWithOpenInput(), failed("/dev/full: No space left on device"));
+}
+
+// Were its number free, the next file to be opened would get it, and what is meant for standard
+// error with it.
+TEST_F(Output, IsNotTakenForAStandardErrorThatIsClosed) {
+  require(mkfifo(path("pipe").c_str(), 0600), "mkfifo");
+  std::string received;
+  std::thread reader([&] { received = readFile("pipe"); });
+  EXPECT_EQ(run({"convert", "-", "pipe"}, "<a>", [] { close(STDERR_FILENO); }), silent(1));
+  reader.join();
+  EXPECT_EQ(received, "");
 }
 
 // The document goes wrong behind the place where nothing more could be written.

@@ -131,6 +131,16 @@ class RefusingWriter : public Tavrin::XMLWriter_XML {
     throw Tavrin::EncodingAlgorithmException("no instruction");
   }
   void characters(const std::string&) override { throw std::bad_alloc(); }
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Tavrin::Attributes& attributes) override {
+    if (qName == "refused") throw Tavrin::SAXException("no start");
+    XMLWriter_XML::startElement(uri, localName, qName, attributes);
+  }
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override {
+    if (qName == "refused") throw std::bad_alloc();
+    XMLWriter_XML::endElement(uri, localName, qName);
+  }
   void endDocument() override { throw Tavrin::SAXException("no end"); }
 };
 
