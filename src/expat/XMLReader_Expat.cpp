@@ -69,10 +69,8 @@ void XMLReader_Expat::setupParser() {
   if (!parser_) throw SAXException("Cannot create expat xml parser");
   locator_ = std::make_unique<Locator_Expat>(parser_.get());
   Callbacks::install(parser_.get(), this);
-  if (contentHandler_) {
-    contentHandler_->setDocumentLocator(locator_.get());
-    contentHandler_->startDocument();
-  }
+  if (contentHandler_) contentHandler_->setDocumentLocator(locator_.get());
+  if (contentHandler_) contentHandler_->startDocument();  // A handler may take itself off.
 }
 
 void XMLReader_Expat::releaseParser() {

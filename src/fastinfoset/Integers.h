@@ -73,8 +73,9 @@ inline constexpr IntegerEncoding<4> kElementIndex = {0x3F,
                                                      }}};
 inline constexpr std::uint32_t kElementIndexLongestField = 0x0FFFFF;
 
-/// Character chunks: starts on the fourth bit (C.28).
-inline constexpr IntegerEncoding<4> kCharactersIndex = {0x1F,
+/// Character chunks: starts on the fourth bit (C.28). The second bit, which is zero in every chunk,
+/// is looked at too: from 0xC0 on, an octet holds no index.
+inline constexpr IntegerEncoding<4> kCharactersIndex = {0x5F,
                                                         {{
                                                             {0b00000, 4, 0, 0},
                                                             {0b10000, 2, 1, 16},
@@ -85,7 +86,7 @@ inline constexpr IntegerEncoding<4> kCharactersIndex = {0x1F,
 /// kCharactersIndex as the "FI" writer writes it: its second and third form lack their marker, so
 /// a reader takes the first octet for the whole index. Its readers' files depend on these octets.
 inline constexpr IntegerEncoding<4> kCharactersIndexUnmarked = {
-    0x1F,
+    0x5F,
     {{
         {0b00000, 4, 0, 0},
         {0b00000, 2, 1, 16},

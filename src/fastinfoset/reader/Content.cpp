@@ -62,7 +62,7 @@ void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
 void XMLReader_FI::deliver(unsigned field, const std::string& uri, const EncodedData& value) {
   if (contentHandler_ && field == algorithms::cdata) {
     if (lexicalHandler_) lexicalHandler_->startCDATA();
-    contentHandler_->characters(value.toString());
+    if (contentHandler_) contentHandler_->characters(value.toString());
     if (lexicalHandler_) lexicalHandler_->endCDATA();
   } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm) {
     value.callContentHandler(*primitiveTypeContentHandler_);

@@ -72,10 +72,9 @@ bool XMLReader_FI::startElement(int octet) {
   auto nameOctet = first;
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
     decodeNamespaces(element.declarations);
-    if (contentHandler_) {
-      for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
-        contentHandler_->startPrefixMapping(element.declarations[i], element.declarations[i + 1]);
-      }
+    for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
+      if (!contentHandler_) break;  // A handler may take itself off at any event.
+      contentHandler_->startPrefixMapping(element.declarations[i], element.declarations[i + 1]);
     }
     nameOctet = readOctet();
   }
@@ -105,9 +104,10 @@ void XMLReader_FI::endElement() {
   const OpenElement& element = openElements_.back();
   if (contentHandler_) {
     contentHandler_->endElement(element.uri, element.localName, element.qName);
-    for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
-      contentHandler_->endPrefixMapping(element.declarations[i]);
-    }
+  }
+  for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
+    if (!contentHandler_) break;
+    contentHandler_->endPrefixMapping(element.declarations[i]);
   }
   openElements_.pop_back();
 }

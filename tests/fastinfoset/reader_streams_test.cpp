@@ -1,0 +1,179 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "reader_samples.h"
+
+// The stream under the document: where the reader leaves it, and what is wrong with it.
+
+namespace reader_test {
+namespace {
+
+const char* const kNotADocument = "SAXException: Not a Fast Infoset document";
+const char* const kUnexpectedEnd = "SAXException: Unexpected end of document";
+
+std::string parse(Tavrin::XMLReader& reader, std::istream& stream) {
+  const CapturedOutput output;
+  return outcomeOf([&] { reader.parse(stream); });
+}
+
+TEST(FIReaderStream, IsLeftBehindTheDocumentsLastOctet) {
+  for (const Sample& sample : samples()) {
+    SCOPED_TRACE(sample.name);
+    std::istringstream stream("before" + sample.octets + "behind");
+    stream.seekg(6);
+    SampleReader reader;
+    EXPECT_EQ("done", parse(reader.reader, stream));
+    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(static_cast<std::streamoff>(6 + sample.octets.size()), stream.tellg());
+    std::string rest;
+    stream >> rest;
+    EXPECT_EQ("behind", rest);
+  }
+}
+
+TEST(FIReaderStream, MayHoldOneDocumentBehindAnother) {
+  std::string all;
+  for (const Sample& sample : samples()) all += sample.octets;
+  std::istringstream stream(all);
+  // Each with a reader of its own, as tables of some samples stay for the next.
+  std::size_t end = 0;
+  for (const Sample& sample : samples()) {
+    SCOPED_TRACE(sample.name);
+    SampleReader reader;
+    SampleReader alone;
+    end += sample.octets.size();
+    EXPECT_EQ("done", parse(reader.reader, stream));
+    EXPECT_EQ(static_cast<std::streamoff>(end), stream.tellg());
+    alone.read(sample.octets);
+    EXPECT_EQ(alone.log.text(), reader.log.text());
+  }
+  Tavrin::XMLReader_FI reader;
+  EXPECT_EQ(kNotADocument, parse(reader, stream));
+}
+
+TEST(FIReaderStream, MayHoldDocumentsForOneReader) {
+  std::istringstream stream(document("3C 00 'a' FF") + document("3C 00 'b' F0 F0") +
+                            document("E2 00 'c' FF") + document("C4 FF") + "<a/>");
+  LoggedReader reader;
+  const auto next = [&] {
+    reader.log.clear();
+    const std::string outcome = parse(reader.reader, stream);
+    return reader.log.text() + outcome + " at " + std::to_string(stream.tellg());
+  };
+  EXPECT_EQ(whole({"startElement(, a, a, [])", "endElement(, a, a)"}) + "done at 9", next());
+  EXPECT_EQ(whole({"startElement(, b, b, [])", "endElement(, b, b)"}) + "done at 19", next());
+  EXPECT_EQ(whole({"comment(c)"}) + "done at 28", next());
+  EXPECT_EQ(whole({"startDTD(, , )", "endDTD()"}) + "done at 35", next());
+  EXPECT_EQ(std::string(kNotADocument) + " at 36", next());
+}
+
+TEST(FIReaderStream, MayBeWithoutABuffer) {
+  std::istream stream(nullptr);
+  LoggedReader reader;
+  EXPECT_EQ(kNotADocument, parse(reader.reader, stream));
+  EXPECT_EQ("", reader.log.text());
+}
+
+TEST(FIReaderStream, ThatHasFailedBeforeIsNotRead) {
+  for (const std::ios_base::iostate state :
+       {std::ios_base::failbit, std::ios_base::badbit, std::ios_base::eofbit}) {
+    SCOPED_TRACE(state);
+    std::istringstream stream(document("3C 00 'a' FF"));
+    stream.setstate(state);
+    LoggedReader reader;
+    EXPECT_EQ(kNotADocument, parse(reader.reader, stream));
+    EXPECT_EQ("", reader.log.text());
+    // Nothing is lost: cleared, it holds its document still.
+    stream.clear();
+    EXPECT_EQ(0, stream.tellg());
+    EXPECT_EQ("done", parse(reader.reader, stream));
+  }
+}
+
+TEST(FIReaderStream, ThatThrowsDoesNotWhereTheDocumentIsWhole) {
+  for (const Sample& sample : samples()) {
+    SCOPED_TRACE(sample.name);
+    std::istringstream stream(sample.octets);
+    stream.exceptions(std::ios_base::failbit | std::ios_base::badbit | std::ios_base::eofbit);
+    SampleReader reader;
+    EXPECT_EQ("done", parse(reader.reader, stream));
+  }
+}
+
+TEST(FIReaderStream, ThatThrowsAtItsEndThrowsOutOfTheReader) {
+  const struct {
+    std::string octets;
+    const char* outcome;
+  } rows[] = {{octets("E0 00"), "std::ios_base::failure"},
+              {document(""), "std::ios_base::failure"},
+              {document("3C"), "std::ios_base::failure"},
+              {document("3C 60 00 00"), "std::ios_base::failure"},
+              {documentOfContent("8C 0E 05 00"), "std::ios_base::failure"},
+              // A literal is taken from the buffer, which sets no state.
+              {document("3C 05 'a'"), kUnexpectedEnd}};
+  for (const auto& row : rows) {
+    std::istringstream stream(row.octets);
+    stream.exceptions(std::ios_base::failbit | std::ios_base::badbit | std::ios_base::eofbit);
+    LoggedReader reader;
+    EXPECT_EQ(row.outcome, parse(reader.reader, stream));
+    // The reader is as good as new.
+    EXPECT_EQ(whole({"comment(c)"}), reader.read(document("E2 00 'c' F0")));
+  }
+}
+
+/// Gives its octets one by one, and throws behind them.
+class OctetBuffer : public std::streambuf {
+ public:
+  OctetBuffer(std::string octets, bool throws) : octets_(std::move(octets)), throws_(throws) {}
+
+ protected:
+  int_type underflow() override {
+    if (next_ == octets_.size()) {
+      if (throws_) throw std::runtime_error("broken");
+      return traits_type::eof();
+    }
+    char* octet = &octets_[next_++];
+    setg(octet, octet, octet + 1);
+    return traits_type::to_int_type(*octet);
+  }
+
+ private:
+  std::string octets_;
+  bool throws_;
+  std::size_t next_ = 0;
+};
+
+TEST(FIReaderStream, MayGiveItsOctetsOneByOne) {
+  for (const Sample& sample : samples()) {
+    SCOPED_TRACE(sample.name);
+    OctetBuffer buffer(sample.octets, true);
+    std::istream stream(&buffer);
+    SampleReader reader;
+    EXPECT_EQ("done", parse(reader.reader, stream));
+    SampleReader plain;
+    plain.read(sample.octets);
+    EXPECT_EQ(plain.log.text(), reader.log.text());
+  }
+}
+
+TEST(FIReaderStream, ThatBreaksOffEndsTheDocumentOrThrows) {
+  for (const Sample& sample : samples()) {
+    SampleReader reader;
+    const std::string whole = reader.read(sample.octets);
+    for (std::size_t length = 0; length < sample.octets.size(); ++length) {
+      SCOPED_TRACE(std::string(sample.name) + ", " + std::to_string(length));
+      OctetBuffer buffer(sample.octets.substr(0, length), true);
+      std::istream stream(&buffer);
+      const std::string outcome = parse(reader.reader, stream);
+      // A stream keeps the exceptions of its buffer to itself, the buffer does not.
+      if (outcome != "std::exception: broken") {
+        EXPECT_EQ(length < 4 ? kNotADocument : kUnexpectedEnd, outcome);
+      }
+    }
+    EXPECT_EQ(whole, reader.read(sample.octets));
+  }
+}
+
+}  // namespace
+}  // namespace reader_test
