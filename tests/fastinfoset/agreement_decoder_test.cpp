@@ -81,6 +81,8 @@ TEST(NaiveDecoder, RefusesWhatIsNoDocument) {
   EXPECT_EQ(decodedBody("3C 00 'r' F0 00 FF"), "a second root at octet 10\n");
   EXPECT_EQ(decodedBody("3C 00 'r' 01"), "an index beyond its table at octet 9\n");
   EXPECT_EQ(decodedBody("3C 00 'r' A0"), "an index beyond its table at octet 9\n");
+  EXPECT_EQ(decodedBody("3C 00 'r' 90 'x' B9"), "no chunk begins so at octet 11\n");
+  EXPECT_EQ(decodedBody("3C 00 'r' 90 'x' C0"), "no chunk begins so at octet 11\n");
   EXPECT_EQ(decodedBody("3E 00 'r'"), "a prefix without a namespace at octet 6\n");
   EXPECT_EQ(decodedBody("3D 81 00 'r'"), "an index beyond its table at octet 7\n");
   EXPECT_EQ(decodedBody("91 'hi' F0"), "no child begins so at octet 6\n");

@@ -258,6 +258,7 @@ class Decoder {
   // Chunks.
 
   void chunk(unsigned first) {
+    if (first > 0xB8) fail("no chunk begins so");
     if (first >= 0xA0) {
       characters(entry(chunks_, indexOnFourthBit(first)));
     } else if ((first & 0x0C) == 0x00) {

@@ -175,6 +175,19 @@ TEST(FIReaderDepth, IsBoundedByMemoryOnly) {
   }
 }
 
+TEST(FIReaderDepth, OfDocumentsThatFailDoesNotAddUp) {
+  const std::string deep = document("3C 00 'a'") + std::string(20000, '\0');
+  Tavrin::XMLReader_FI reader;
+  const auto parse = [&] {
+    std::istringstream stream(deep);
+    EXPECT_EQ("SAXException: Unexpected end of document", outcomeOf([&] { reader.parse(stream); }));
+  };
+  parse();
+  const std::size_t before = allocations::inUse();
+  for (int i = 0; i < 10; ++i) parse();
+  EXPECT_LE(allocations::inUse(), before + kMebibyte);
+}
+
 TEST(FIReaderDepth, OfElementsThatDeclareNamespacesIsBoundedByMemoryOnly) {
   constexpr std::size_t kDeclaringDepth = 50000;
   struct MappingHandler : DepthHandler {

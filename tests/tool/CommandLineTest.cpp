@@ -22,7 +22,7 @@ TEST_F(CommandLine, TellsTheVersionOfTheLibrary) {
 }
 
 TEST_F(CommandLine, ListsTheRegisteredTypes) {
-  EXPECT_EQ(run({"types"}), (Result{0, "reader Expat\nwriter XML\n", ""}));
+  EXPECT_EQ(run({"types"}), (Result{0, "reader Expat\nreader FI\nwriter FI\nwriter XML\n", ""}));
 }
 
 TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
@@ -55,6 +55,17 @@ TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
        "unexpected argument \"--json\" (see tavrin convert --help)"},
       {{"check"}, "FILE is required (see tavrin check --help)"},
       {{"check", "--from", "Expat"}, "unexpected argument \"--from\" (see tavrin check --help)"},
+      {{"convert", "a.xml", "b.fi", "--indent"},
+       "Feature \"http://tavrin/sax/features/auto-indent\" not recognized"},
+      {{"convert", "a.xml", "--to", "FI", "--no-declaration"},
+       "Feature \"http://tavrin/sax/features/xml-declaration\" not recognized"},
+      {{"stat"}, "FILE is required (see tavrin stat --help)"},
+      {{"stat", "--json", "a.xml"}, "unexpected argument \"--json\" (see tavrin stat --help)"},
+      {{"diff"}, "A is required (see tavrin diff --help)"},
+      {{"diff", "a.xml"}, "B is required (see tavrin diff --help)"},
+      {{"diff", "a.xml", "a.xml", "a.xml"},
+       "unexpected argument \"a.xml\" (see tavrin diff --help)"},
+      {{"diff", "-", "-"}, "only one of the documents can be standard input"},
       {{"events"}, "FILE is required (see tavrin events --help)"},
       {{"events", "a.xml", "a.xml"}, "unexpected argument \"a.xml\" (see tavrin events --help)"},
   };

@@ -4,7 +4,8 @@ namespace {
 
 using Help = Workplace;
 
-constexpr char kTool[] = R"(Reads, checks and converts XML documents.
+constexpr char kTool[] =
+    R"(Reads, checks, compares and converts XML documents, in XML text and in Fast Infoset.
 
 Usage: tavrin COMMAND [OPTIONS] ...
 
@@ -12,6 +13,8 @@ Commands:
   convert      copy a document, in the same format or in another
   check        tell whether documents are well-formed
   events       show the events that a reader makes of a document
+  stat         count what documents hold
+  diff         compare two documents event by event
   types        list the readers and writers there are
 
 Options:
@@ -20,7 +23,7 @@ Options:
 
 Exit status:
   0  done
-  1  a document cannot be read, or not be written faithfully
+  1  a document cannot be read, or not be written faithfully; or two documents differ
   2  wrong usage, or a file that cannot be opened, read or written
 
 Example:
@@ -36,11 +39,11 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
 
 Options:
   --indent          begin every tag, comment and instruction on a line of its own
-  --no-declaration  write no XML declaration at the beginning
+  --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
   --from TYPE       the type of reader, instead of going by the first octets of IN
-  --to TYPE         the type of writer, instead of going by the name of OUT; a name that
-                    says nothing means XML text
+  --to TYPE         the type of writer, instead of going by the name of OUT: .fi and .finf
+                    mean Fast Infoset, any other name means XML text
   -h, --help        print this help
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
@@ -55,8 +58,18 @@ External entities and the external subset are not read. If the content refers to
 that was not read, the work fails. In an attribute value such a reference is not noticed if
 the document has an external subset or refers to parameter entities: no text stands for it.
 
-Example:
+Fast Infoset keeps no document type. A text becomes part of the CDATA section behind it. Typed
+content stays what it is from Fast Infoset to Fast Infoset, and becomes text in XML text. If an
+encoding algorithm is unknown, the work fails. The document type has no name when it comes from
+Fast Infoset, and references to unexpanded entities are only named on standard error: in both
+cases the copy in XML text is not the document.
+
+A Fast Infoset document in which the 17th or a later different text of fewer than 7 octets
+comes again is written all the same, but cannot be read back.
+
+Examples:
   tavrin convert --indent in.xml out.xml
+  tavrin convert in.xml out.fi
 )";
 
 constexpr char kCheck[] = R"(Tells whether documents are well-formed.
@@ -74,7 +87,11 @@ Every FILE is checked. A well-formed one is named on standard output:
 
 Any other is named on standard error, with what is wrong:
 
-  FILE:LINE:COLUMN: MESSAGE
+  FILE:LINE:COLUMN: MESSAGE     in XML text
+  FILE: octet NUMBER: MESSAGE   in Fast Infoset
+
+A document that begins with the octets E0 00 is taken for Fast Infoset. NUMBER is the last octet
+that was read, counted from 1.
 
 External entities and the external subset are not read.
 
@@ -104,6 +121,15 @@ its arguments, and "attributes" is an array of objects (here broken to fit the p
   {"event":"startElement","uri":"urn:x","localName":"a","qName":"p:a",
    "attributes":[{"uri":"","localName":"id","qName":"id","type":"CDATA","value":"1"}]}
 
+Typed content, which Fast Infoset has, shows as an array of values, and octets as base64:
+
+  doubles([0.1, -2, "nan"])
+  bytes("AQID")
+
+An attribute with a typed value has two more parts behind its value: the URI and the number of
+the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". octets is the content of an
+algorithm that is not known.
+
 resolveEntity is a reference to an external entity or to the external subset. None is read.
 
 With --declarations the Expat reader stops at a declaration with a system identifier: that
@@ -111,6 +137,72 @@ of a notation, of an external entity or of an unparsed entity.
 
 Example:
   tavrin events --json in.xml
+)";
+
+constexpr char kStat[] = R"(Counts what documents hold.
+
+Usage: tavrin stat [OPTIONS] FILE...
+
+  FILE              a document; - is standard input
+
+Options:
+  -h, --help        print this help
+
+For every FILE its name is printed, and below it these counts, a line each:
+
+  octets                   the document's size
+  elements
+  attributes               without namespace declarations
+  distinct names           of elements and attributes: namespace name and name with prefix
+  text octets              octets of the text between tags, in UTF-8
+  attribute value octets   octets of the values of attributes, typed ones as text
+  comments
+  processing instructions
+  depth                    how many elements are open at the most
+  typed values             typed contents and attributes with a typed value
+  typed items              numbers, truth values or octets in all of these
+  as Fast Infoset          the size of the copy that tavrin convert would make; of a document
+  as XML text              in Fast Infoset that in XML text, of any other that in Fast Infoset
+
+If there can be no such copy, the reason stands in place of the size.
+
+Example:
+  tavrin stat in.xml in.fi
+)";
+
+constexpr char kDiff[] = R"(Compares two documents event by event, whatever their encodings.
+
+Usage: tavrin diff [OPTIONS] A B
+
+  A, B              the documents; one of them may be -, standard input
+
+Options:
+  --lexical         also compare document types and the borders of CDATA sections
+  -h, --help        print this help
+
+Nothing is printed if the documents are the same. Otherwise the first difference is: what
+comes there in A, and what comes there in B, in the form of tavrin events, and where it begins.
+A place is a line and a column in XML text, in Fast Infoset the number of an octet:
+
+  a.xml:2:4: startElement("", "b", "b", [])
+  b.fi: octet 9: endElement("", "a", "a")
+
+Where one document has come to its end, the line says so. Of long texts the part around the
+first difference is shown, with ... for what is left out.
+
+Compared are prefix mappings, elements, attributes in their order, text, comments, processing
+instructions, and references to entities that were not read. Text is the same in whatever
+pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
+its text. The content of an encoding algorithm that is not known is compared octet for octet.
+
+Document types and CDATA sections are left out because Fast Infoset does not keep them as they
+are. External entities and the external subset are not read.
+
+The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
+be read.
+
+Example:
+  tavrin diff in.xml in.fi
 )";
 
 constexpr char kTypes[] = R"(Lists the readers and writers there are.
@@ -136,6 +228,8 @@ TEST_F(Help, TellsOfTheToolAndOfEveryCommand) {
     EXPECT_EQ(run({"convert", flag}), (Result{0, kConvert, ""}));
     EXPECT_EQ(run({"check", flag}), (Result{0, kCheck, ""}));
     EXPECT_EQ(run({"events", flag}), (Result{0, kEvents, ""}));
+    EXPECT_EQ(run({"stat", flag}), (Result{0, kStat, ""}));
+    EXPECT_EQ(run({"diff", flag}), (Result{0, kDiff, ""}));
     EXPECT_EQ(run({"types", flag}), (Result{0, kTypes, ""}));
   }
 }

@@ -4,6 +4,7 @@
 #include <regex>
 #include <thread>
 
+#include "HexOctets.h"
 #include "Workplace.h"
 
 namespace {
@@ -87,6 +88,35 @@ TEST_F(ProgressBar, IsShownWhileAFileIsConverted) {
   EXPECT_PRED2(isBarThen, terminal_.shown(), "");
   EXPECT_EQ(readFile("out.xml"), text);
   EXPECT_EQ(runOnTerminal({"convert", "--no-declaration", "large.xml"}), (Result{0, text, ""}));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+}
+
+// The reader of Fast Infoset takes its octets one at a time.
+TEST_F(ProgressBar, IsShownForFastInfoset) {
+  // 10 MiB: a long text, then empty elements of two octets.
+  constexpr std::size_t kText = 9 * 1024 * 1024;
+  constexpr std::size_t kElements = 512 * 1024;
+  std::string document = octets("E0 00 00 01 00 3C 00 'a' 83 00 8F FE FD");
+  document.append(kText, 'x').append(octets("3C 00 'b' F0"));
+  for (std::size_t i = 0; i < kElements; ++i) document.append("\x01\xF0", 2);
+  document += octets("FF");
+  writeFile("large.fi", document);
+  EXPECT_EQ(runOnTerminal({"check", "large.fi"}), (Result{0, "large.fi: well-formed\n", ""}));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+  writeFile("cut.fi", document.substr(0, document.size() - 1));
+  EXPECT_EQ(runOnTerminal({"check", "cut.fi"}).status, 1);
+  EXPECT_PRED2(
+      isBarThen, terminal_.shown(),
+      "cut.fi: octet " + std::to_string(document.size() - 1) + ": Unexpected end of document\n");
+}
+
+// There is room for one.
+TEST_F(ProgressBar, IsShownForOneOfTwoDocuments) {
+  writeFile("large.xml", document(kLimit + 1));
+  writeFile("small.xml", "<a/>");
+  EXPECT_EQ(runOnTerminal({"diff", "large.xml", "large.xml"}), silent(0));
+  EXPECT_PRED2(isBarThen, terminal_.shown(), "");
+  EXPECT_EQ(runOnTerminal({"diff", "small.xml", "large.xml"}).status, 1);
   EXPECT_PRED2(isBarThen, terminal_.shown(), "");
 }
 

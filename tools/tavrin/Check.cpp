@@ -31,7 +31,11 @@ Every FILE is checked. A well-formed one is named on standard output:
 
 Any other is named on standard error, with what is wrong:
 
-  FILE:LINE:COLUMN: MESSAGE
+  FILE:LINE:COLUMN: MESSAGE     in XML text
+  FILE: octet NUMBER: MESSAGE   in Fast Infoset
+
+A document that begins with the octets E0 00 is taken for Fast Infoset. NUMBER is the last octet
+that was read, counted from 1.
 
 External entities and the external subset are not read.
 

@@ -15,7 +15,7 @@ namespace tool {
 namespace {
 
 constexpr char kHelp[] =
-    R"(Reads, checks and converts XML documents.
+    R"(Reads, checks, compares and converts XML documents, in XML text and in Fast Infoset.
 
 Usage: tavrin COMMAND [OPTIONS] ...
 
@@ -23,6 +23,8 @@ Commands:
   convert      copy a document, in the same format or in another
   check        tell whether documents are well-formed
   events       show the events that a reader makes of a document
+  stat         count what documents hold
+  diff         compare two documents event by event
   types        list the readers and writers there are
 
 Options:
@@ -31,7 +33,7 @@ Options:
 
 Exit status:
   0  done
-  1  a document cannot be read, or not be written faithfully
+  1  a document cannot be read, or not be written faithfully; or two documents differ
   2  wrong usage, or a file that cannot be opened, read or written
 
 Example:
@@ -95,7 +97,8 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.require_subcommand(1);
   app.option_defaults()->disable_flag_override();
-  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app), makeTypes(app)};
+  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app),
+                              makeStat(app),    makeDiff(app),  makeTypes(app)};
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

@@ -18,6 +18,8 @@ struct Command {
 Command makeConvert(CLI::App& app);
 Command makeCheck(CLI::App& app);
 Command makeEvents(CLI::App& app);
+Command makeStat(CLI::App& app);
+Command makeDiff(CLI::App& app);
 Command makeTypes(CLI::App& app);
 
 /// Adds an empty command.

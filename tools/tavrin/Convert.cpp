@@ -28,11 +28,11 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
 
 Options:
   --indent          begin every tag, comment and instruction on a line of its own
-  --no-declaration  write no XML declaration at the beginning
+  --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
   --from TYPE       the type of reader, instead of going by the first octets of IN
-  --to TYPE         the type of writer, instead of going by the name of OUT; a name that
-                    says nothing means XML text
+  --to TYPE         the type of writer, instead of going by the name of OUT: .fi and .finf
+                    mean Fast Infoset, any other name means XML text
   -h, --help        print this help
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
@@ -47,8 +47,18 @@ External entities and the external subset are not read. If the content refers to
 that was not read, the work fails. In an attribute value such a reference is not noticed if
 the document has an external subset or refers to parameter entities: no text stands for it.
 
-Example:
+Fast Infoset keeps no document type. A text becomes part of the CDATA section behind it. Typed
+content stays what it is from Fast Infoset to Fast Infoset, and becomes text in XML text. If an
+encoding algorithm is unknown, the work fails. The document type has no name when it comes from
+Fast Infoset, and references to unexpanded entities are only named on standard error: in both
+cases the copy in XML text is not the document.
+
+A Fast Infoset document in which the 17th or a later different text of fewer than 7 octets
+comes again is written all the same, but cannot be read back.
+
+Examples:
   tavrin convert --indent in.xml out.xml
+  tavrin convert in.xml out.fi
 )";
 
 struct Options {
@@ -87,7 +97,7 @@ ExitStatus convert(const Options& options) {
   const auto reader = createReader(input, options.from);
   output.open();
   writer->setOutputStream(&output.stream());
-  Relay relay(*writer, output, input.name());
+  Relay relay(*writer, &output, input);
   relay.attachTo(*reader);
   parseInto(relay, *reader, input);
   output.commit();

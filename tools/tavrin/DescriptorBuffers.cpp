@@ -39,7 +39,13 @@ std::size_t InputBuffer::read(char* target, std::size_t size) {
     count = ::read(descriptor_.number(), target, size);
   } while (count < 0 && errno == EINTR);
   if (count < 0) error_ = errno;
-  return count > 0 ? static_cast<std::size_t>(count) : 0;
+  if (count <= 0) return 0;
+  received_ += static_cast<std::uint64_t>(count);
+  return static_cast<std::size_t>(count);
+}
+
+void InputBuffer::report() {
+  if (progress_) progress_->show(taken());
 }
 
 std::string_view InputBuffer::peek(std::size_t size) {
@@ -55,7 +61,10 @@ std::string_view InputBuffer::peek(std::size_t size) {
 }
 
 InputBuffer::int_type InputBuffer::underflow() {
-  if (gptr() == egptr() && peek(1).empty()) return traits_type::eof();
+  if (gptr() == egptr()) {
+    if (peek(1).empty()) return traits_type::eof();
+    report();
+  }
   return traits_type::to_int_type(*gptr());
 }
 
@@ -66,13 +75,15 @@ std::streamsize InputBuffer::xsgetn(char* target, std::streamsize size) {
   if (buffered > 0) std::memcpy(target, gptr(), static_cast<std::size_t>(buffered));
   setg(eback(), gptr() + buffered, egptr());
   std::streamsize done = buffered;
+  if (done == size) return done;
   // What is in the buffer no longer stands before the next octet: nothing can be put back.
-  if (done < size) setg(buffer_.data(), buffer_.data(), buffer_.data());
+  setg(buffer_.data(), buffer_.data(), buffer_.data());
   while (done < size) {
     const std::size_t count = read(target + done, static_cast<std::size_t>(size - done));
     if (count == 0) break;
     done += static_cast<std::streamsize>(count);
   }
+  report();
   return done;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <streambuf>
 #include <string_view>
 #include <vector>
+
+#include "Progress.h"
 
 namespace tool {
 
@@ -33,6 +36,11 @@ class InputBuffer : public std::streambuf {
 
   /// The octets that come next, without taking them: at least `size`, unless the input is shorter.
   std::string_view peek(std::size_t size);
+  /// How many octets the reading side has taken.
+  std::uint64_t taken() const { return received_ - static_cast<std::uint64_t>(egptr() - gptr()); }
+  /// Where to report from now on what has been taken; null for nowhere. A report comes whenever the
+  /// descriptor is read, so an octet that comes out of the buffer costs nothing.
+  void reportTo(Progress* progress) { progress_ = progress; }
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
 
@@ -42,9 +50,12 @@ class InputBuffer : public std::streambuf {
 
  private:
   std::size_t read(char* target, std::size_t size);
+  void report();
 
   const Descriptor& descriptor_;
   std::vector<char> buffer_;
+  std::uint64_t received_ = 0;  // What has been taken, and what stands in the buffer.
+  Progress* progress_ = nullptr;
   int error_ = 0;
 };
 

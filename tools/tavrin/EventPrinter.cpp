@@ -4,15 +4,26 @@
 
 #include <stdexcept>
 
+#include "Reading.h"
 #include "Text.h"
 
 namespace tool {
+
+namespace {
+
+std::string base64(const std::string& octets) { return Tavrin::Base64Data(octets).toString(); }
+
+}  // namespace
 
 void EventPrinter::attachTo(Tavrin::XMLReader& reader) {
   reader.setContentHandler(this);
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
                      static_cast<Tavrin::LexicalHandler*>(this));
+  setPropertyIfKnown(reader, Tavrin::properties::primitiveTypeContentHandler,
+                     static_cast<Tavrin::PrimitiveTypeContentHandler*>(this));
+  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler,
+                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
 }
 
 void EventPrinter::attachDeclarationsTo(Tavrin::XMLReader& reader) {
@@ -23,43 +34,80 @@ void EventPrinter::attachDeclarationsTo(Tavrin::XMLReader& reader) {
 
 // --- Lines ---
 
-void EventPrinter::print(const char* event, std::initializer_list<Argument> arguments,
-                         const Tavrin::Attributes* attributes) {
-  const bool isJSON = format_ == Format::JSON;
-  line_ = isJSON ? std::string("{\"event\":\"") + event + "\"" : std::string(event) + "(";
-  bool isFirst = !isJSON;
-  for (const Argument& argument : arguments) {
-    appendMember(argument, isFirst);
-    isFirst = false;
-  }
-  if (attributes) {
-    line_ += isJSON ? ",\"attributes\":" : ", ";
-    appendAttributes(*attributes);
-  }
-  line_ += isJSON ? "}\n" : ")\n";
+void EventPrinter::begin(const char* event) {
+  line_ = isJSON() ? std::string("{\"event\":\"") + event + "\"" : std::string(event) + "(";
+  first_ = !isJSON();
+}
+
+void EventPrinter::end() {
+  line_ += isJSON() ? "}\n" : ")\n";
   out_.write(line_.data(), static_cast<std::streamsize>(line_.size()));
   // There is no use in reading on. The output knows why.
   if (!out_) throw std::runtime_error("events cannot be written");
 }
 
-void EventPrinter::appendMember(const Argument& argument, bool isFirst) {
-  const bool isJSON = format_ == Format::JSON;
-  if (!isFirst) line_ += isJSON ? "," : ", ";
-  if (isJSON) line_.append("\"").append(argument.name).append("\":");
+void EventPrinter::print(const char* event, std::initializer_list<Argument> arguments) {
+  begin(event);
+  for (const Argument& argument : arguments) append(argument);
+  end();
+}
+
+template <typename Vector>
+void EventPrinter::printValues(const char* event, const Vector& values) {
+  begin(event);
+  appendName("values");
+  line_ += '[';
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i > 0) line_ += separator();
+    appendValue(line_, values[i]);
+  }
+  line_ += ']';
+  end();
+}
+
+void EventPrinter::printAlgorithm(const char* event, const std::string& uri, int index,
+                                  const Argument& argument) {
+  begin(event);
+  append({"uri", uri});
+  appendNumber("index", index);
+  append(argument);
+  end();
+}
+
+/// Appends what stands in front of a value.
+void EventPrinter::appendName(const char* name) {
+  if (!first_) line_ += separator();
+  first_ = false;
+  if (isJSON()) line_.append("\"").append(name).append("\":");
+}
+
+void EventPrinter::append(const Argument& argument) {
+  appendName(argument.name);
   appendQuoted(line_, argument.value);
 }
 
+void EventPrinter::appendNumber(const char* name, int number) {
+  appendName(name);
+  line_ += std::to_string(number);
+}
+
 void EventPrinter::appendAttributes(const Tavrin::Attributes& attributes) {
-  const char* separator = format_ == Format::JSON ? "," : ", ";
+  const auto* typed = dynamic_cast<const Tavrin::EncodingAlgorithmAttributes*>(&attributes);
+  appendName("attributes");
   line_ += '[';
   for (int i = 0; i < attributes.getLength(); ++i) {
-    if (i > 0) line_ += separator;
+    if (i > 0) line_ += separator();
     line_ += '{';
-    appendMember({"uri", attributes.getURI(i)}, true);
-    appendMember({"localName", attributes.getLocalName(i)}, false);
-    appendMember({"qName", attributes.getQName(i)}, false);
-    appendMember({"type", attributes.getType(i)}, false);
-    appendMember({"value", attributes.getValue(i)}, false);
+    first_ = true;
+    append({"uri", attributes.getURI(i)});
+    append({"localName", attributes.getLocalName(i)});
+    append({"qName", attributes.getQName(i)});
+    append({"type", attributes.getType(i)});
+    append({"value", attributes.getValue(i)});
+    if (typed && typed->getAlgorithmData(i)) {
+      append({"algorithmURI", typed->getAlgorithmURI(i)});
+      appendNumber("algorithmIndex", typed->getAlgorithmIndex(i));
+    }
     line_ += '}';
   }
   line_ += ']';
@@ -81,7 +129,12 @@ void EventPrinter::endPrefixMapping(const std::string& prefix) {
 
 void EventPrinter::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Tavrin::Attributes& attributes) {
-  print("startElement", {{"uri", uri}, {"localName", localName}, {"qName", qName}}, &attributes);
+  begin("startElement");
+  append({"uri", uri});
+  append({"localName", localName});
+  append({"qName", qName});
+  appendAttributes(attributes);
+  end();
 }
 
 void EventPrinter::endElement(const std::string& uri, const std::string& localName,
@@ -162,6 +215,30 @@ std::unique_ptr<std::istream> EventPrinter::resolveEntity(const std::string& pub
                                                           const std::string& systemId) {
   print("resolveEntity", {{"publicId", publicId}, {"systemId", systemId}});
   return nullptr;
+}
+
+// --- Typed content ---
+
+void EventPrinter::bytes(const std::string& data) { print("bytes", {{"data", base64(data)}}); }
+
+void EventPrinter::shorts(const std::vector<short>& data) { printValues("shorts", data); }
+
+void EventPrinter::ints(const std::vector<long>& data) { printValues("ints", data); }
+
+void EventPrinter::longs(const std::vector<long>& data) { printValues("longs", data); }
+
+void EventPrinter::booleans(const std::vector<bool>& data) { printValues("booleans", data); }
+
+void EventPrinter::floats(const std::vector<float>& data) { printValues("floats", data); }
+
+void EventPrinter::doubles(const std::vector<double>& data) { printValues("doubles", data); }
+
+void EventPrinter::octets(const std::string& uri, int index, const std::string& data) {
+  printAlgorithm("octets", uri, index, {"data", base64(data)});
+}
+
+void EventPrinter::object(const std::string& uri, int index, const Tavrin::EncodedData& data) {
+  printAlgorithm("object", uri, index, {"text", data.toString()});
 }
 
 }  // namespace tool

@@ -1,28 +1,35 @@
 #pragma once
 
+#include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/Handlers.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
 #include <initializer_list>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace tool {
 
 /// Prints every event that it receives, on one line each: as the call it is, or as a JSON object
-/// whose members are the call's arguments. The locator is not printed.
+/// whose members are the call's arguments. Octets are printed as base64. The locator is not
+/// printed.
 class EventPrinter : public Tavrin::ContentHandler,
                      public Tavrin::DTDHandler,
                      public Tavrin::DeclHandler,
                      public Tavrin::LexicalHandler,
-                     public Tavrin::EntityResolver {
+                     public Tavrin::EntityResolver,
+                     public Tavrin::PrimitiveTypeContentHandler,
+                     public Tavrin::EncodingAlgorithmContentHandler {
  public:
   enum class Format { Text, JSON };
 
   EventPrinter(std::ostream& out, Format format) : out_(out), format_(format) {}
 
-  /// Sets this printer as content handler, lexical handler and entity resolver.
+  /// Sets this printer as content handler, lexical handler and entity resolver, and as handler of
+  /// typed content of readers that know it.
   void attachTo(Tavrin::XMLReader& reader);
   /// Sets this printer as DTD handler and declaration handler.
   void attachDeclarationsTo(Tavrin::XMLReader& reader);
@@ -65,20 +72,44 @@ class EventPrinter : public Tavrin::ContentHandler,
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;
 
+  void bytes(const std::string& data) override;
+  void shorts(const std::vector<short>& data) override;
+  void ints(const std::vector<long>& data) override;
+  void longs(const std::vector<long>& data) override;
+  void booleans(const std::vector<bool>& data) override;
+  void floats(const std::vector<float>& data) override;
+  void doubles(const std::vector<double>& data) override;
+
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  void object(const std::string& uri, int index, const Tavrin::EncodedData& data) override;
+
  private:
   struct Argument {
     const char* name;
     const std::string& value;
   };
 
-  void print(const char* event, std::initializer_list<Argument> arguments,
-             const Tavrin::Attributes* attributes = nullptr);
-  void appendMember(const Argument& argument, bool isFirst);
+  // A line is made piece by piece: its beginning, its arguments or members, its end.
+  void begin(const char* event);
+  void end();
+  void print(const char* event, std::initializer_list<Argument> arguments);
+  template <typename Vector>
+  void printValues(const char* event, const Vector& values);
+  void printAlgorithm(const char* event, const std::string& uri, int index,
+                      const Argument& argument);
+
+  void appendName(const char* name);
+  void append(const Argument& argument);
+  void appendNumber(const char* name, int number);
   void appendAttributes(const Tavrin::Attributes& attributes);
+
+  bool isJSON() const { return format_ == Format::JSON; }
+  const char* separator() const { return isJSON() ? "," : ", "; }
 
   std::ostream& out_;
   Format format_;
-  std::string line_;  // Kept for its storage.
+  std::string line_;   // Kept for its storage.
+  bool first_ = true;  // The next argument or member needs no separator in front.
 };
 
 }  // namespace tool

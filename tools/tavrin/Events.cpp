@@ -36,6 +36,15 @@ its arguments, and "attributes" is an array of objects (here broken to fit the p
   {"event":"startElement","uri":"urn:x","localName":"a","qName":"p:a",
    "attributes":[{"uri":"","localName":"id","qName":"id","type":"CDATA","value":"1"}]}
 
+Typed content, which Fast Infoset has, shows as an array of values, and octets as base64:
+
+  doubles([0.1, -2, "nan"])
+  bytes("AQID")
+
+An attribute with a typed value has two more parts behind its value: the URI and the number of
+the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". octets is the content of an
+algorithm that is not known.
+
 resolveEntity is a reference to an external entity or to the external subset. None is read.
 
 With --declarations the Expat reader stops at a declaration with a system identifier: that

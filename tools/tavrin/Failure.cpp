@@ -7,6 +7,14 @@
 
 namespace tool {
 
+std::string placeIn(const std::string& name, int line, int column) {
+  return name + ":" + std::to_string(line) + ":" + std::to_string(column);
+}
+
+std::string placeIn(const std::string& name, std::uint64_t octet) {
+  return name + ": octet " + std::to_string(octet);
+}
+
 Failure::Failure(ExitStatus status, const std::string& line)
     : status_(status), line_(oneLine(line)) {}
 
@@ -16,14 +24,8 @@ Failure Failure::system(const std::string& name, int errorNumber) {
   return usage(name + ": " + std::generic_category().message(errorNumber));
 }
 
-Failure Failure::document(const std::string& name, const std::string& message) {
-  return {DocumentFailed, name + ": " + message};
-}
-
-Failure Failure::document(const std::string& name, int line, int column,
-                          const std::string& message) {
-  return {DocumentFailed,
-          name + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + message};
+Failure Failure::document(const std::string& place, const std::string& message) {
+  return {DocumentFailed, place + ": " + message};
 }
 
 void Failure::report() const { std::cerr << line_ + "\n" << std::flush; }

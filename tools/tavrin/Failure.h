@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <string>
 
@@ -12,6 +13,11 @@ enum ExitStatus : int {
   NotPossible = 2      ///< Wrong usage, or a file that cannot be opened, read or written.
 };
 
+/// A place in a document of text: "NAME:LINE:COLUMN".
+std::string placeIn(const std::string& name, int line, int column);
+/// A place in any other document: "NAME: octet NUMBER", counted from 1.
+std::string placeIn(const std::string& name, std::uint64_t octet);
+
 /// A failure as the user meets it: one line for standard error, and the exit status.
 class Failure : public std::exception {
  public:
@@ -19,11 +25,8 @@ class Failure : public std::exception {
   static Failure usage(const std::string& message);
   /// "tavrin: NAME: REASON", the reason being the system's.
   static Failure system(const std::string& name, int errorNumber);
-  /// "NAME: MESSAGE"
-  static Failure document(const std::string& name, const std::string& message);
-  /// "NAME:LINE:COLUMN: MESSAGE"
-  static Failure document(const std::string& name, int line, int column,
-                          const std::string& message);
+  /// "PLACE: MESSAGE", about a place in a document.
+  static Failure document(const std::string& place, const std::string& message);
 
   ExitStatus status() const { return status_; }
   const char* what() const noexcept override { return line_.c_str(); }

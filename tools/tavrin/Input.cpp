@@ -38,8 +38,7 @@ void Input::showProgress() {
   if (fstat(descriptor_.number(), &status) != 0) return;
   if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
   progress_.emplace(static_cast<std::uint64_t>(status.st_size));
-  counted_.emplace(buffer_, *progress_);
-  stream_.rdbuf(&*counted_);
+  buffer_.reportTo(&*progress_);
 }
 
 std::string_view Input::firstOctets() { return buffer_.peek(kFirstOctets); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <istream>
 #include <optional>
 #include <string>
@@ -23,6 +24,10 @@ class Input {
   /// The first octets, as many as it takes to tell one format from another. Call it before reading.
   std::string_view firstOctets();
   std::istream& stream() { return stream_; }
+  /// How many octets have been read, whoever read them.
+  std::uint64_t octetsRead() const { return buffer_.taken(); }
+  /// Whether a progress bar may come up.
+  bool hasProgress() const { return progress_.has_value(); }
   /// @throws Failure when what looked like the end of the document was a failed read
   void checkRead() const;
 
@@ -33,7 +38,6 @@ class Input {
   Descriptor descriptor_;
   InputBuffer buffer_;
   std::optional<Progress> progress_;
-  std::optional<CountingBuffer> counted_;
   std::istream stream_;
 };
 

@@ -30,34 +30,13 @@ Progress::~Progress() {
   setProgressShown(false);
 }
 
-void Progress::advance(std::uint64_t octets) {
-  done_ += octets;
+void Progress::show(std::uint64_t done) {
   const auto now = std::chrono::steady_clock::now();
   if (shown_ && now - drawn_ < kPause) return;
   shown_ = true;
   drawn_ = now;
   setProgressShown(true);
-  std::cerr << bar(done_, total_) << std::flush;
-}
-
-CountingBuffer::int_type CountingBuffer::underflow() { return source_.sgetc(); }
-
-CountingBuffer::int_type CountingBuffer::uflow() {
-  const int_type c = source_.sbumpc();
-  if (!traits_type::eq_int_type(c, traits_type::eof())) progress_.advance(1);
-  return c;
-}
-
-CountingBuffer::int_type CountingBuffer::pbackfail(int_type c) {
-  return traits_type::eq_int_type(c, traits_type::eof())
-             ? source_.sungetc()
-             : source_.sputbackc(traits_type::to_char_type(c));
-}
-
-std::streamsize CountingBuffer::xsgetn(char* target, std::streamsize size) {
-  const std::streamsize count = source_.sgetn(target, size);
-  progress_.advance(static_cast<std::uint64_t>(count));
-  return count;
+  std::cerr << bar(done, total_) << std::flush;
 }
 
 }  // namespace tool

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <streambuf>
 
 namespace tool {
 
@@ -14,30 +13,14 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  void advance(std::uint64_t octets);
+  /// Draws the bar, unless it was drawn a moment ago.
+  /// @param done so many octets of the total
+  void show(std::uint64_t done);
 
  private:
   std::uint64_t total_;
-  std::uint64_t done_ = 0;
   bool shown_ = false;
   std::chrono::steady_clock::time_point drawn_{};
-};
-
-/// Counts what is read from another buffer, to which every request is handed on as it is.
-class CountingBuffer : public std::streambuf {
- public:
-  CountingBuffer(std::streambuf& source, Progress& progress)
-      : source_(source), progress_(progress) {}
-
- protected:
-  int_type underflow() override;
-  int_type uflow() override;
-  int_type pbackfail(int_type c) override;
-  std::streamsize xsgetn(char* target, std::streamsize size) override;
-
- private:
-  std::streambuf& source_;
-  Progress& progress_;
 };
 
 }  // namespace tool

@@ -14,12 +14,13 @@ void parseDocument(Tavrin::XMLReader& reader, Input& input) {
   try {
     reader.parse(input.stream());
   } catch (const Tavrin::SAXParseException& exception) {
-    throw Failure::document(input.name(), exception.getLineNumber(), exception.getColumnNumber(),
-                            exception.getMessage());
+    throw Failure::document(
+        placeIn(input.name(), exception.getLineNumber(), exception.getColumnNumber()),
+        exception.getMessage());
   } catch (const Tavrin::SAXException& exception) {
-    throw Failure::document(input.name(), exception.getMessage());
+    throw Failure::document(placeReached(input, nullptr), exception.getMessage());
   } catch (const Tavrin::FastInfosetException& exception) {
-    throw Failure::document(input.name(), exception.getMessage());
+    throw Failure::document(placeReached(input, nullptr), exception.getMessage());
   }
 }
 
@@ -28,6 +29,20 @@ void parseDocument(Tavrin::XMLReader& reader, Input& input) {
 std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string& type) {
   return Tavrin::XMLReaderFactory::createXMLReader(type.empty() ? readerTypeFor(input.firstOctets())
                                                                 : type);
+}
+
+bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value) {
+  try {
+    reader.setProperty(name, value);
+    return true;
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    return false;
+  }
+}
+
+std::string placeReached(const Input& input, const Tavrin::Locator* locator) {
+  return locator ? placeIn(input.name(), locator->getLineNumber(), locator->getColumnNumber())
+                 : placeIn(input.name(), input.octetsRead());
 }
 
 void parse(Tavrin::XMLReader& reader, Input& input) {

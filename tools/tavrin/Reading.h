@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tavrin/Handlers.h>
 #include <Tavrin/XMLReader.h>
 
 #include <memory>
@@ -13,6 +14,13 @@ namespace tool {
 /// @param type the type's name; empty to go by the document's first octets
 /// @throws Tavrin::SAXException when there is no such type
 std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string& type = {});
+
+/// Sets a property of readers that know it. Returns whether this one does.
+bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value);
+
+/// How far reading has come, for messages: the locator's place, or without one the last octet that
+/// was read.
+std::string placeReached(const Input& input, const Tavrin::Locator* locator);
 
 /// Reads the whole document.
 /// @throws Failure when it cannot be read; also what a handler throws may come through

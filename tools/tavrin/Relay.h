@@ -1,30 +1,42 @@
 #pragma once
 
 #include <Tavrin/Handlers.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
 #include <exception>
 #include <string>
 
+#include "Input.h"
 #include "Output.h"
 
 namespace tool {
 
 /// Passes the events of a document from a reader to a writer, and sees to it that nothing of the
-/// content is missing: a reference to an entity that was not read ends the work. The external part
-/// of the document type may be missing.
+/// content is missing: a reference to an entity that was not read ends the work, and so does
+/// content that the writer has no form for. The external part of the document type may be missing.
+///
+/// Typed content keeps its type where the writer takes it, and is passed on as text where not. It
+/// comes as objects of encoding algorithms and not as primitive types, which do not tell
+/// hexadecimal from base64.
 ///
 /// Readers may keep the exceptions of handlers to themselves, so the first failure is kept here.
 class Relay : public Tavrin::ContentHandler,
               public Tavrin::LexicalHandler,
-              public Tavrin::EntityResolver {
+              public Tavrin::EntityResolver,
+              public Tavrin::EncodingAlgorithmContentHandler {
  public:
-  /// @param documentName for messages
-  Relay(Tavrin::XMLWriter& writer, const Output& output, const std::string& documentName)
-      : writer_(writer), output_(output), documentName_(documentName) {}
+  /// @param output where the writer's stream leads; null where writing cannot fail
+  /// @param input  for messages
+  Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input)
+      : writer_(writer),
+        typedWriter_(dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer)),
+        output_(output),
+        input_(input) {}
 
-  /// Sets this relay as content handler, lexical handler and entity resolver.
+  /// Sets this relay as content handler, lexical handler and entity resolver, and as encoding
+  /// algorithm handler of readers that know typed content.
   void attachTo(Tavrin::XMLReader& reader);
   /// Throws the failure that was kept, if there is one.
   void check() const;
@@ -55,14 +67,18 @@ class Relay : public Tavrin::ContentHandler,
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;
 
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  void object(const std::string& uri, int index, const Tavrin::EncodedData& data) override;
+
  private:
   template <typename Event>
   void pass(Event event);
   [[noreturn]] void fail(const std::string& message);
 
   Tavrin::XMLWriter& writer_;
-  const Output& output_;
-  std::string documentName_;
+  Tavrin::EncodingAlgorithmContentHandler* typedWriter_;  // The same writer, or null.
+  const Output* output_;
+  const Input& input_;
   const Tavrin::Locator* locator_ = nullptr;
   bool inDTD_ = false;
   std::exception_ptr failure_;

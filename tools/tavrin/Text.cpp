@@ -1,5 +1,7 @@
 #include "Text.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 
@@ -57,7 +59,23 @@ bool appendShortEscape(std::string& out, char32_t code) {
   }
 }
 
+template <typename Floating>
+void appendFloating(std::string& out, Floating value) {
+  if (!std::isfinite(value)) {
+    out += std::isnan(value) ? "\"nan\"" : value > 0 ? "\"inf\"" : "\"-inf\"";
+    return;
+  }
+  char digits[32];
+  out.append(digits, std::to_chars(std::begin(digits), std::end(digits), value).ptr);
+}
+
 }  // namespace
+
+void appendValue(std::string& out, bool value) { out += value ? "true" : "false"; }
+
+void appendValue(std::string& out, float value) { appendFloating(out, value); }
+
+void appendValue(std::string& out, double value) { appendFloating(out, value); }
 
 void appendQuoted(std::string& out, std::string_view text) {
   out += '"';

@@ -14,12 +14,15 @@ struct Choice {
 /// Readers by the octets that a document begins with. The first match counts; any document matches
 /// the last one, text.
 constexpr Choice kReaders[] = {
+    {"\xE0\0"sv, "FI"},
     {""sv, "Expat"},
 };
 
 /// Writers by the ending of the file's name. The first match counts; any name matches the last one,
 /// text.
 constexpr Choice kWriters[] = {
+    {".fi"sv, "FI"},
+    {".finf"sv, "FI"},
     {".xml"sv, "XML"},
     {""sv, "XML"},
 };

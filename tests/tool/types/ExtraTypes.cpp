@@ -17,6 +17,14 @@ class ScriptReader : public Tavrin::XMLReader_Expat {
  public:
   static std::unique_ptr<Tavrin::XMLReader> create() { return std::make_unique<ScriptReader>(); }
 
+  void setProperty(const std::string& name, void* value) override {
+    if (name == Tavrin::properties::encodingAlgorithmContentHandler) {
+      algorithmHandler_ = static_cast<Tavrin::EncodingAlgorithmContentHandler*>(value);
+    } else {
+      XMLReader_Expat::setProperty(name, value);
+    }
+  }
+
   void parse(std::istream& stream) override {
     if (stream.peek() == '<') {
       XMLReader_Expat::parse(stream);
@@ -31,6 +39,8 @@ class ScriptReader : public Tavrin::XMLReader_Expat {
       everyEvent();
     } else if (name == "not UTF-8") {
       notUTF8();
+    } else if (name == "objects") {
+      objects();
     } else if (name == "print") {
       std::cout << "a diagnostic" << std::endl;
       shortDocument();
@@ -48,6 +58,18 @@ class ScriptReader : public Tavrin::XMLReader_Expat {
     } else {
       throw std::logic_error("no such script: " + name);
     }
+  }
+
+  /// Values of an application's algorithm and of a built-in one.
+  void objects() {
+    contentHandler_->startDocument();
+    contentHandler_->startElement("", "a", "a", Tavrin::AttributesImpl());
+    if (algorithmHandler_) {
+      algorithmHandler_->object("", Tavrin::algorithms::integer, Tavrin::IntData({7}));
+      algorithmHandler_->object("urn:app", 40, Tavrin::ShortData({1, 2}));
+    }
+    contentHandler_->endElement("", "a", "a");
+    contentHandler_->endDocument();
   }
 
   void shortDocument() {
@@ -102,6 +124,8 @@ class ScriptReader : public Tavrin::XMLReader_Expat {
       contentHandler_->characters(text);
     }
   }
+
+  Tavrin::EncodingAlgorithmContentHandler* algorithmHandler_ = nullptr;
 };
 
 /// Knows no property.

@@ -20,8 +20,10 @@ const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 TEST_F(ExtraTypes, AreListed) {
   EXPECT_EQ(runWithTypes({"types"}), (Result{0,
                                              "reader EXPAT\n"
+                                             "reader FI\n"
                                              "reader Plain\n"
                                              "writer Chatty\n"
+                                             "writer FI\n"
                                              "writer Refusing\n"
                                              "writer Silent\n"
                                              "writer XML\n",
@@ -93,6 +95,40 @@ endDocument()
                     ""}));
 }
 
+TEST_F(ExtraTypes, MayHaveTypedContentOfTheApplication) {
+  const std::string start = "startDocument()\nstartElement(\"\", \"a\", \"a\", [])\n";
+  const std::string end = "endElement(\"\", \"a\", \"a\")\nendDocument()\n";
+  EXPECT_EQ(
+      runWithTypes({"events", "-"}, "objects"),
+      (Result{0, start + "object(\"\", 3, \"7\")\nobject(\"urn:app\", 40, \"1 2\")\n" + end, ""}));
+  EXPECT_EQ(runWithTypes({"events", "--json", "-"}, "objects"), (Result{0,
+                                                                        R"({"event":"startDocument"}
+{"event":"startElement","uri":"","localName":"a","qName":"a","attributes":[]}
+{"event":"object","uri":"","index":3,"text":"7"}
+{"event":"object","uri":"urn:app","index":40,"text":"1 2"}
+{"event":"endElement","uri":"","localName":"a","qName":"a"}
+{"event":"endDocument"}
+)",
+                                                                        ""}));
+  EXPECT_EQ(runWithTypes({"convert", "--no-declaration", "-"}, "objects"),
+            (Result{0, "<a>71 2</a>", ""}));
+  // The writer has no form for the application's algorithm. Octet 7 is the script's last.
+  EXPECT_EQ(runWithTypes({"convert", "-", "out.fi"}, "objects"),
+            (Result{1, "", "-: octet 7: Unknown encoding algorithm - urn:app\n"}));
+  writeFile("text.xml", "<a>71 2</a>");
+  EXPECT_EQ(runWithTypes({"diff", "text.xml", "-"}, "objects"), silent(0));
+  EXPECT_EQ(files(), Names{"text.xml"});
+}
+
+// What goes wrong in a thread comes out like anything else.
+TEST_F(ExtraTypes, MayFailWhileTheyAreCompared) {
+  writeFile("a.xml", "<a/>");
+  EXPECT_EQ(runWithTypes({"diff", "a.xml", "-"}, "SAXParseException"),
+            (Result{1, "", "-:7:8: the reader gives up\n"}));
+  EXPECT_EQ(runWithTypes({"diff", "-", "a.xml"}, "bad_alloc"),
+            (Result{2, "", "tavrin: std::bad_alloc\n"}));
+}
+
 TEST_F(ExtraTypes, CannotBreakTheOutputWithOctetsThatAreNotUTF8) {
   const std::string r = "\xEF\xBF\xBD";
   const std::string texts[] = {
@@ -146,9 +182,9 @@ TEST_F(ExtraTypes, HaveTheirFailuresReportedInOneLine) {
     int status;
     const char* message;
   } cases[] = {
-      {"SAXException", 1, "-: the reader\\ngives up\n"},
+      {"SAXException", 1, "-: octet 12: the reader\\ngives up\n"},
       {"SAXParseException", 1, "-:7:8: the reader gives up\n"},
-      {"EncodingAlgorithmException", 1, "-: the data is broken\n"},
+      {"EncodingAlgorithmException", 1, "-: octet 26: the data is broken\n"},
       {"bad_alloc", 2, "tavrin: std::bad_alloc\n"},
   };
   for (const auto& [script, status, message] : cases) {
@@ -163,7 +199,7 @@ TEST_F(ExtraTypes, HaveTheirFailuresReportedInOneLine) {
 
 TEST_F(ExtraTypes, NeedNoLocatorToHaveASkippedEntityReported) {
   EXPECT_EQ(runWithTypes({"convert", "-", "out.xml"}, "skipped entity"),
-            (Result{1, "", "-: entity \"e\" was not read, so the copy would lack it\n"}));
+            (Result{1, "", "-: octet 14: entity \"e\" was not read, so the copy would lack it\n"}));
   EXPECT_EQ(files(), Names{});
 }
 

@@ -1,0 +1,315 @@
+#include <Tavrin/XMLReader.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "Commands.h"
+#include "EventPrinter.h"
+#include "EventQueue.h"
+#include "EventRecorder.h"
+#include "Input.h"
+#include "Output.h"
+#include "Reading.h"
+#include "Text.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char kHelp[] =
+    R"(Compares two documents event by event, whatever their encodings.
+
+Usage: tavrin diff [OPTIONS] A B
+
+  A, B              the documents; one of them may be -, standard input
+
+Options:
+  --lexical         also compare document types and the borders of CDATA sections
+  -h, --help        print this help
+
+Nothing is printed if the documents are the same. Otherwise the first difference is: what
+comes there in A, and what comes there in B, in the form of tavrin events, and where it begins.
+A place is a line and a column in XML text, in Fast Infoset the number of an octet:
+
+  a.xml:2:4: startElement("", "b", "b", [])
+  b.fi: octet 9: endElement("", "a", "a")
+
+Where one document has come to its end, the line says so. Of long texts the part around the
+first difference is shown, with ... for what is left out.
+
+Compared are prefix mappings, elements, attributes in their order, text, comments, processing
+instructions, and references to entities that were not read. Text is the same in whatever
+pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
+its text. The content of an encoding algorithm that is not known is compared octet for octet.
+
+Document types and CDATA sections are left out because Fast Infoset does not keep them as they
+are. External entities and the external subset are not read.
+
+The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
+be read.
+
+Example:
+  tavrin diff in.xml in.fi
+)";
+
+// Of a text longer than this only a part is shown: so much before and behind the difference.
+constexpr std::size_t kLongText = 80;
+constexpr std::size_t kShownBefore = 30;
+constexpr std::size_t kShownBehind = 50;
+constexpr std::size_t kLongestCharacter = 4;
+
+struct Options {
+  std::string a;
+  std::string b;
+  bool lexical = false;
+};
+
+/// A document whose events come from a thread of their own.
+class Document {
+ public:
+  Document(const std::string& name, bool lexical, bool quiet)
+      : input_(name, quiet), reader_(createReader(input_)), lexical_(lexical) {}
+  ~Document() {
+    queue_.stop();
+    if (thread_.joinable()) thread_.join();
+  }
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  const std::string& name() const { return input_.name(); }
+  bool hasProgress() const { return input_.hasProgress(); }
+
+  void start() {
+    thread_ = std::thread([this] { run(); });
+  }
+
+  /// The next event, valid until the next call; null when there is none.
+  const Event* next() {
+    if (position_ == batch_.size()) {
+      position_ = 0;
+      batch_.clear();
+      if (!queue_.pop(batch_)) return nullptr;
+    }
+    return &batch_[position_++];
+  }
+
+  /// @throws what ended the reading before the document did. Call it after the last event
+  void check() const {
+    if (queue_.failure()) std::rethrow_exception(queue_.failure());
+  }
+
+ private:
+  void run() {
+    std::exception_ptr failure;
+    try {
+      read();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    queue_.close(failure);
+  }
+
+  void read() {
+    EventRecorder recorder(queue_, input_, lexical_);
+    recorder.attachTo(*reader_);
+    try {
+      parse(*reader_, input_);
+    } catch (...) {
+      recorder.check();
+      recorder.finish(true);
+      throw;
+    }
+    recorder.finish(false);
+  }
+
+  Input input_;
+  std::unique_ptr<Tavrin::XMLReader> reader_;
+  bool lexical_;
+  EventQueue queue_;
+  EventBatch batch_;
+  std::size_t position_ = 0;
+  std::thread thread_;
+};
+
+// --- Comparing ---
+
+/// The type of an attribute is not looked at: only a document type tells it.
+bool isSame(const Tavrin::AttributesImpl::Attribute& a,
+            const Tavrin::AttributesImpl::Attribute& b) {
+  return std::tie(a.uri, a.localName, a.qName, a.value) ==
+         std::tie(b.uri, b.localName, b.qName, b.value);
+}
+
+bool isSame(const Event& a, const Event& b) {
+  if (a.kind != b.kind) return false;
+  if (a.isCutOff || b.isCutOff) {
+    // As far as it goes. What would have followed is a matter of the failure.
+    return a.arguments[0].starts_with(b.arguments[0]) || b.arguments[0].starts_with(a.arguments[0]);
+  }
+  return a.arguments == b.arguments &&
+         std::equal(a.attributes.begin(), a.attributes.end(), b.attributes.begin(),
+                    b.attributes.end(), [](const auto& x, const auto& y) { return isSame(x, y); });
+}
+
+// --- Printing ---
+
+bool isText(Event::Kind kind) {
+  return kind == Event::Kind::Characters || kind == Event::Kind::Comment;
+}
+
+/// The index of the first octet that the texts of two events do not have in common.
+std::size_t firstDifference(const Event& event, const Event* other) {
+  if (other == nullptr || event.kind != other->kind) return 0;
+  const std::string& a = event.arguments[0];
+  const std::string& b = other->arguments[0];
+  const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
+  return static_cast<std::size_t>(end - a.begin());
+}
+
+bool isWithinCharacter(const std::string& text, std::size_t index) {
+  return index < text.size() && (static_cast<unsigned char>(text[index]) & 0xC0U) == 0x80;
+}
+
+/// A text in quotes, or of a long one the part around an index.
+std::string excerpt(const std::string& text, std::size_t index) {
+  std::size_t begin = 0;
+  std::size_t end = text.size();
+  if (text.size() > kLongText) {
+    begin = index - std::min(index, kShownBefore);
+    end = std::min(text.size(), index + kShownBehind);
+    // Characters stay whole.
+    for (std::size_t i = 1; i < kLongestCharacter && isWithinCharacter(text, begin); ++i) --begin;
+    for (std::size_t i = 1; i < kLongestCharacter && isWithinCharacter(text, end); ++i) ++end;
+  }
+  std::string result = begin > 0 ? "..." : "";
+  appendQuoted(result, std::string_view(text).substr(begin, end - begin));
+  return end < text.size() ? result + "..." : result;
+}
+
+void print(const Event& event, EventPrinter& printer) {
+  const std::vector<std::string>& arguments = event.arguments;
+  switch (event.kind) {
+    case Event::Kind::StartPrefixMapping:
+      return printer.startPrefixMapping(arguments[0], arguments[1]);
+    case Event::Kind::StartElement: {
+      Tavrin::AttributesImpl attributes;
+      for (const auto& [uri, localName, qName, type, value] : event.attributes) {
+        attributes.addAttribute(uri, localName, qName, type, value);
+      }
+      return printer.startElement(arguments[0], arguments[1], arguments[2], attributes);
+    }
+    case Event::Kind::EndElement:
+      return printer.endElement(arguments[0], arguments[1], arguments[2]);
+    case Event::Kind::Characters:
+      return printer.characters(arguments[0]);
+    case Event::Kind::Octets:
+      return printer.octets(arguments[0], std::stoi(arguments[1]), arguments[2]);
+    case Event::Kind::ProcessingInstruction:
+      return printer.processingInstruction(arguments[0], arguments[1]);
+    case Event::Kind::Comment:
+      return printer.comment(arguments[0]);
+    case Event::Kind::SkippedEntity:
+      return printer.skippedEntity(arguments[0]);
+    case Event::Kind::ResolveEntity:
+      printer.resolveEntity(arguments[0], arguments[1]);
+      return;
+    case Event::Kind::StartDTD:
+      return printer.startDTD(arguments[0], arguments[1], arguments[2]);
+    case Event::Kind::EndDTD:
+      return printer.endDTD();
+    case Event::Kind::StartCDATA:
+      return printer.startCDATA();
+    case Event::Kind::EndCDATA:
+      return printer.endCDATA();
+  }
+}
+
+/// One side of a difference.
+std::string describe(const Document& document, const Event* event, const Event* other) {
+  if (event == nullptr) return oneLine(document.name()) + ": end of the document\n";
+  const Event::Position& position = event->position;
+  std::string line = position.line > 0 ? placeIn(document.name(), position.line, position.column)
+                                       : placeIn(document.name(), position.octet);
+  line = oneLine(line) + ": ";
+  if (isText(event->kind)) {
+    line += event->kind == Event::Kind::Comment ? "comment(" : "characters(";
+    return line + excerpt(event->arguments[0], firstDifference(*event, other)) + ")\n";
+  }
+  std::ostringstream text;
+  EventPrinter printer(text, EventPrinter::Format::Text);
+  print(*event, printer);
+  return line + text.str();
+}
+
+/// What a comparison came to.
+struct Outcome {
+  std::vector<Failure> failures;  // Of the documents that cannot be read up to a difference.
+  std::string difference;         // Empty where the documents are the same.
+};
+
+void collectFailure(const Document& document, const Event* last, Outcome& outcome) {
+  if (last) return;
+  try {
+    document.check();
+  } catch (const Failure& failure) {
+    outcome.failures.push_back(failure);
+  }
+}
+
+Outcome compare(const Options& options) {
+  Document a(options.a, options.lexical, false);
+  Document b(options.b, options.lexical, a.hasProgress());  // There is room for one progress bar.
+  a.start();
+  b.start();
+  for (;;) {
+    const Event* inA = a.next();
+    const Event* inB = b.next();
+    if (inA && inB && isSame(*inA, *inB)) continue;
+    Outcome outcome;
+    collectFailure(a, inA, outcome);
+    collectFailure(b, inB, outcome);
+    if (outcome.failures.empty() && (inA || inB)) {
+      outcome.difference = describe(a, inA, inB) + describe(b, inB, inA);
+    }
+    return outcome;
+  }
+}
+
+ExitStatus diff(const Options& options) {
+  if (options.a == "-" && options.b == "-") {
+    throw Failure::usage("only one of the documents can be standard input");
+  }
+  const Outcome outcome = compare(options);
+  // By now a progress bar is gone.
+  ExitStatus worst = outcome.difference.empty() ? Done : DocumentFailed;
+  for (const Failure& failure : outcome.failures) {
+    failure.report();
+    worst = std::max(worst, failure.status());
+  }
+  Output output("-", false);
+  output.open();
+  output.stream() << outcome.difference;
+  output.commit();
+  return worst;
+}
+
+}  // namespace
+
+Command makeDiff(CLI::App& app) {
+  CLI::App* command = addCommand(app, "diff", kHelp);
+  const auto options = std::make_shared<Options>();
+  command->add_option("A", options->a)->required();
+  command->add_option("B", options->b)->required();
+  command->add_flag("--lexical", options->lexical);
+  return {command, [options] { return diff(*options); }};
+}
+
+}  // namespace tool
