@@ -186,15 +186,11 @@ int main(int argc, char** argv) {
   };
   for (const auto& [name, xml] : inputs) {
     benchmark::RegisterBenchmark((std::string("read/") + name).c_str(), compareReading, xml)
-        ->Unit(benchmark::kMillisecond)
-        ->MinTime(1.5);
+        ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark((std::string("write/") + name).c_str(), compareWriting, xml)
-        ->Unit(benchmark::kMillisecond)
-        ->MinTime(1.5);
+        ->Unit(benchmark::kMillisecond);
   }
-  benchmark::RegisterBenchmark("read/floats", compareFloats)
-      ->Unit(benchmark::kMillisecond)
-      ->MinTime(1.5);
+  benchmark::RegisterBenchmark("read/floats", compareFloats)->Unit(benchmark::kMillisecond);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;
