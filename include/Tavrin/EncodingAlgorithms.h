@@ -179,4 +179,22 @@ class TAVRIN_API CDATAEncodingAlgorithm : public EncodingAlgorithm {
   CDATAData holder_;
 };
 
+/// One of each built-in algorithm: what a Fast Infoset reader or writer owns.
+class TAVRIN_API BuiltInAlgorithms {
+ public:
+  /// The algorithm of a number, or null where none is built in.
+  /// @param index the algorithm's number; see Tavrin::algorithms
+  EncodingAlgorithm* find(int index);
+
+  HexadecimalEncodingAlgorithm hexadecimal;  ///< Number 0.
+  Base64EncodingAlgorithm base64;            ///< Number 1.
+  ShortEncodingAlgorithm shortInteger;       ///< Number 2.
+  IntEncodingAlgorithm integer;              ///< Number 3.
+  LongEncodingAlgorithm longInteger;         ///< Number 4.
+  BooleanEncodingAlgorithm boolean;          ///< Number 5.
+  FloatEncodingAlgorithm floatNumber;        ///< Number 6.
+  DoubleEncodingAlgorithm doubleNumber;      ///< Number 7.
+  CDATAEncodingAlgorithm cdata;              ///< Number 9.
+};
+
 }  // namespace Tavrin

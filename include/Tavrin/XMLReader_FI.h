@@ -232,15 +232,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::vector<QualifiedName> elementNames_;
   std::vector<QualifiedName> attributeNames_;
 
-  HexadecimalEncodingAlgorithm hexadecimal_;
-  Base64EncodingAlgorithm base64_;
-  ShortEncodingAlgorithm short_;
-  IntEncodingAlgorithm int_;
-  LongEncodingAlgorithm long_;
-  BooleanEncodingAlgorithm boolean_;
-  FloatEncodingAlgorithm float_;
-  DoubleEncodingAlgorithm double_;
-  CDATAEncodingAlgorithm cdata_;
+  BuiltInAlgorithms builtIn_;
 
   static const XMLReaderType type_;
 };

@@ -171,15 +171,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   std::string characters_;               // Text since the last item.
   std::vector<std::string> namespaces_;  // Prefix, namespace name, ... for the next start tag.
 
-  HexadecimalEncodingAlgorithm hexadecimal_;
-  Base64EncodingAlgorithm base64_;
-  ShortEncodingAlgorithm short_;
-  IntEncodingAlgorithm int_;
-  LongEncodingAlgorithm long_;
-  BooleanEncodingAlgorithm boolean_;
-  FloatEncodingAlgorithm float_;
-  DoubleEncodingAlgorithm double_;
-  CDATAEncodingAlgorithm cdata_;
+  BuiltInAlgorithms builtIn_;
 
   static const XMLWriterType type_;
 };

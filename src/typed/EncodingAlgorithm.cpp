@@ -30,4 +30,29 @@ void EncodingAlgorithm::writeSize(int index, bool chunk, std::uint32_t length,
   }
 }
 
+EncodingAlgorithm* BuiltInAlgorithms::find(int index) {
+  switch (index) {
+    case algorithms::hexadecimal:
+      return &hexadecimal;
+    case algorithms::base64:
+      return &base64;
+    case algorithms::shortInteger:
+      return &shortInteger;
+    case algorithms::integer:
+      return &integer;
+    case algorithms::longInteger:
+      return &longInteger;
+    case algorithms::boolean:
+      return &boolean;
+    case algorithms::floatNumber:
+      return &floatNumber;
+    case algorithms::doubleNumber:
+      return &doubleNumber;
+    case algorithms::cdata:
+      return &cdata;
+    default:
+      return nullptr;
+  }
+}
+
 }  // namespace Tavrin

@@ -8,7 +8,7 @@
 
 namespace agreement {
 
-/// Random numbers that depend on the seed alone (SplitMix64); the distributions of the standard
+/// Random numbers that depend on their seed alone (SplitMix64); the distributions of the standard
 /// library do not.
 class Random {
  public:

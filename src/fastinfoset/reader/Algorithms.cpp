@@ -12,33 +12,12 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
-  switch (field) {
-    case algorithms::hexadecimal:
-      return &hexadecimal_;
-    case algorithms::base64:
-      return &base64_;
-    case algorithms::shortInteger:
-      return &short_;
-    case algorithms::integer:
-      return &int_;
-    case algorithms::longInteger:
-      return &long_;
-    case algorithms::boolean:
-      return &boolean_;
-    case algorithms::floatNumber:
-      return &float_;
-    case algorithms::doubleNumber:
-      return &double_;
-    case algorithms::cdata:
-      return &cdata_;
-    default:
-      return getApplicationAlgorithm(field, uri);
-  }
+  return field < kFirstApplicationAlgorithm ? builtIn_.find(static_cast<int>(field))
+                                            : getApplicationAlgorithm(field, uri);
 }
 
 /// The algorithm that the application registered for a field's URI, or null.
 EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::string& uri) const {
-  if (field < kFirstApplicationAlgorithm) return nullptr;
   uri = getString(field - kFirstApplicationAlgorithm, &encodingAlgorithms_,
                   externalVocabulary_ ? &externalVocabulary_->encodingAlgorithms : nullptr);
   if (registeredEncodingAlgorithms_ == nullptr) return nullptr;
