@@ -28,10 +28,10 @@ namespace Tavrin {
 ///   `xmlns` are left out. A prefix or namespace name that was never declared is refused.
 /// - Ignorable white space, the document type, declarations and entity borders leave no trace.
 /// - Text in front of a CDATA section is written as a part of the section.
-/// - A document in which the 17th or a later distinct short chunk of text is repeated cannot be
-/// read
+/// - A document in which the 17th or a later distinct short chunk of text is repeated does not come
 ///   back: the index is written without the marker of its form, so a reader takes its first octet
-///   for another chunk and the rest for the next item.
+///   for another chunk and the rest for the next item. Most such documents are refused, some are
+///   read as other documents.
 /// - The URI of octets is not written: the algorithm is known by its number alone.
 /// - Integers of ints are cut to their low 32 bits.
 /// - Typed content is accepted at any point; it is not checked against the state of the document.

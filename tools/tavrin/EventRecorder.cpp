@@ -13,7 +13,7 @@ namespace {
 
 // A batch is full with so many events, or with so many octets of text.
 constexpr std::size_t kMaximumEvents = 256;
-constexpr std::size_t kMaximumOctets = 64 * 1024;
+constexpr std::size_t kMaximumOctets = std::size_t{64} * 1024;
 
 }  // namespace
 
