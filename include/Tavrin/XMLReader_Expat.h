@@ -58,6 +58,10 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
   /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
   /// the document up: no endDocument follows.
+  ///
+  /// The events of what a block completes may come with a later block, at the latest with the last:
+  /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
+  /// two again before much more has come.
   /// @param data    the block, or null
   /// @param size    its length in octets, narrowed to a signed 32-bit count, as expat takes it
   /// @param isFinal true on the last block

@@ -31,15 +31,16 @@ class ExpatBlocks : public testing::Test {
   Tavrin::XMLReader_Expat reader_;
 };
 
+// No block cuts a tag: expat may put a tag that was cut off until much more has come.
 TEST_F(ExpatBlocks, ReportTheEventsThatTheyComplete) {
-  EXPECT_EQ("done", feed("<a", false));
-  EXPECT_EQ(join({"setDocumentLocator()", "startDocument()"}), news());
-  EXPECT_EQ("done", feed(" x='1'", false));
-  EXPECT_EQ("", news());
-  EXPECT_EQ("done", feed("><b", false));
-  EXPECT_EQ(join({"startElement(, a, a, [{, x, x, CDATA, 1}])"}), news());
-  EXPECT_EQ("done", feed("/></a>", false));
-  EXPECT_EQ(join({"startElement(, b, b, [])", "endElement(, b, b)", "endElement(, a, a)"}), news());
+  EXPECT_EQ("done", feed("<a x='1'>", false));
+  EXPECT_EQ(join({"setDocumentLocator()", "startDocument()",
+                  "startElement(, a, a, [{, x, x, CDATA, 1}])"}),
+            news());
+  EXPECT_EQ("done", feed("<b/>", false));
+  EXPECT_EQ(join({"startElement(, b, b, [])", "endElement(, b, b)"}), news());
+  EXPECT_EQ("done", feed("</a>", false));
+  EXPECT_EQ(join({"endElement(, a, a)"}), news());
   EXPECT_EQ("done", feed("\n", false));
   EXPECT_EQ("", news());
   EXPECT_EQ("done", feed("<!--c-->", true));
