@@ -11,6 +11,10 @@ namespace Tavrin {
 /// A property's value is an untyped pointer to the interface named here. Convert an object to that
 /// interface first and only then to `void*`: a writer, say, has several interfaces and each has its
 /// own address (`static_cast<LexicalHandler*>(writer)`).
+///
+/// Where a type of value is named instead, setProperty copies what the pointer points to, and null
+/// restores the default; getProperty gives a pointer to the copy, valid until the property changes,
+/// or null where there is no value.
 namespace properties {
 /// A LexicalHandler.
 inline constexpr char lexicalHandler[] = "http://xml.org/sax/properties/lexical-handler";
@@ -28,6 +32,67 @@ inline constexpr char registeredEncodingAlgorithms[] =
 /// Fast Infoset reader: an ExternalVocabularyMap. The writer accepts and ignores it.
 inline constexpr char externalVocabularies[] =
     "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies";
+
+/// "XML10" and "X891": the version of XML that the document states, a `std::string`. Of a reader it
+/// can only be asked, from startDocument on.
+inline constexpr char documentXMLVersion[] = "http://xml.org/sax/properties/document-xml-version";
+/// "XML10" and "X891": what the document states of being standalone, a `bool`; null where it states
+/// nothing. Of a reader it can only be asked, from startDocument on.
+inline constexpr char standalone[] = "http://tavrin/sax/properties/standalone";
+
+/// Reader "XML10": the URI of the document, a `std::string`, against which relative system
+/// identifiers are resolved (RFC 3986, section 5). Without one they are reported as written.
+inline constexpr char baseURI[] = "http://tavrin/sax/properties/base-uri";
+/// Reader "XML10": how many octets an octet of input may expand to through entities, a `double` of
+/// at least 1. Default 100.
+inline constexpr char entityAmplificationFactor[] =
+    "http://tavrin/sax/properties/entity-amplification-factor";
+/// Reader "XML10": how many octets entities may expand to before the factor counts, a
+/// `std::uint64_t`. Default 8 MiB.
+inline constexpr char entityAmplificationThreshold[] =
+    "http://tavrin/sax/properties/entity-amplification-threshold";
+
+/// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
+inline constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
+/// Writer "XML10": what attribute values stand in, a `char`: apostrophe (the default) or quotation
+/// mark.
+inline constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character";
+
+/// Reader "X891": how many octets may be delivered for each octet read, a `double` of at least 1.
+/// It stops a document of a few octets that stores one long string or name and refers to it again
+/// and again. Default 1000.
+inline constexpr char amplificationFactor[] =
+    "http://tavrin/fastinfoset/properties/amplification-factor";
+/// Reader "X891": how many octets may be delivered before the factor counts, a `std::uint64_t`.
+/// Default 8 MiB.
+inline constexpr char amplificationThreshold[] =
+    "http://tavrin/fastinfoset/properties/amplification-threshold";
+/// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. Every
+/// entry counts with the length of its strings and 32 octets. It stops a document without an end
+/// that fills tables alone. A reader refuses a document that needs more (default 512 MiB), a writer
+/// adds no more entries (default 64 MiB).
+inline constexpr char maximumTableOctets[] =
+    "http://tavrin/fastinfoset/properties/maximum-table-octets";
+/// Reader "X891": how many octets one string or typed value may take in the document, a
+/// `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
+inline constexpr char maximumLiteralOctets[] =
+    "http://tavrin/fastinfoset/properties/maximum-literal-octets";
+/// Writer "X891": up to which length in octets attribute values enter their table, a
+/// `std::uint64_t`. Default 32.
+inline constexpr char indexedAttributeValueLength[] =
+    "http://tavrin/fastinfoset/properties/indexed-attribute-value-length";
+/// Writer "X891": up to which length in octets character chunks enter their table, a
+/// `std::uint64_t`. Default 32.
+inline constexpr char indexedChunkLength[] =
+    "http://tavrin/fastinfoset/properties/indexed-chunk-length";
+/// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
+/// and used in it.
+inline constexpr char initialVocabulary[] =
+    "http://tavrin/fastinfoset/properties/initial-vocabulary";
+/// Writer "X891": the URI, a `std::string`, of the entry of externalVocabularies that documents
+/// refer to and use.
+inline constexpr char externalVocabulary[] =
+    "http://tavrin/fastinfoset/properties/external-vocabulary";
 }  // namespace properties
 
 /// Identifiers for setFeature and getFeature.
@@ -38,6 +103,26 @@ inline constexpr char autoIndent[] = "http://tavrin/sax/features/auto-indent";
 inline constexpr char emptyTags[] = "http://tavrin/sax/features/empty-tags";
 /// Text writer: begin the document with an XML declaration. Default on.
 inline constexpr char xmlDeclaration[] = "http://tavrin/sax/features/xml-declaration";
+
+/// Reader "XML10": split names by Namespaces in XML and report prefix mappings. Default on.
+inline constexpr char namespaces[] = "http://xml.org/sax/features/namespaces";
+/// Reader "XML10": report namespace declarations as attributes, too. Default off.
+inline constexpr char namespacePrefixes[] = "http://xml.org/sax/features/namespace-prefixes";
+/// Reader "XML10": read external general entities through the resolver. Default on.
+inline constexpr char externalGeneralEntities[] =
+    "http://xml.org/sax/features/external-general-entities";
+/// Reader "XML10": read the external subset and external parameter entities through the resolver.
+/// Default on.
+inline constexpr char externalParameterEntities[] =
+    "http://xml.org/sax/features/external-parameter-entities";
+/// Reader "XML10": namespace declarations that are reported as attributes are in the namespace of
+/// `xmlns`. Default off: they have no namespace.
+inline constexpr char xmlnsURIs[] = "http://xml.org/sax/features/xmlns-uris";
+/// Readers "XML10" and "X891": whether the document states that it is standalone. It can only be
+/// asked, from startDocument on.
+inline constexpr char isStandalone[] = "http://xml.org/sax/features/is-standalone";
+/// Reader "XML10": whether documents are validated. It can only be asked: they are not.
+inline constexpr char validation[] = "http://xml.org/sax/features/validation";
 }  // namespace features
 
 /// The namespace names that Namespaces in XML reserves (section 3).

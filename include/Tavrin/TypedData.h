@@ -4,6 +4,8 @@
 
 #include <Tavrin/Export.h>
 
+#include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -136,6 +138,18 @@ class TAVRIN_API DoubleData : public EncodedDataTemplate<std::vector<double>> {
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls doubles.
+};
+
+/// A universally unique identifier (RFC 4122): its octets in the order in which they are written.
+using UUID = std::array<std::uint8_t, 16>;
+
+/// UUIDs (X.891, 10.10): "f81d4fae-7dec-11d0-a765-00a0c91e6bf6". PrimitiveTypeContentHandler has no
+/// operation for them, so callContentHandler delivers nothing.
+class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
+ public:
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
+  std::string toString() const override;
+  std::unique_ptr<EncodedData> clone() override;
 };
 
 /// Receives content of encoding algorithms that the receiver may or may not know. Every operation

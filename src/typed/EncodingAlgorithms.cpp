@@ -178,4 +178,29 @@ void DoubleEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector
                              [](double item) { return std::bit_cast<std::uint64_t>(item); });
 }
 
+// --- UUIDs: their octets ---
+
+UUIDData& UUIDEncodingAlgorithm::decodeFromInputStream(std::uint32_t length, std::istream& stream) {
+  checkLength(length % sizeof(UUID) == 0, "Invalid length for encoded uuid data");
+  holder_.data_.clear();
+  readBlocks(length, stream, [this](const unsigned char* octets, std::size_t count) {
+    for (std::size_t i = 0; i < count; i += sizeof(UUID)) {
+      std::copy_n(octets + i, sizeof(UUID), holder_.data_.emplace_back().begin());
+    }
+  });
+  return holder_;
+}
+
+void UUIDEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
+                                                 std::ostream& stream) {
+  encodeToOutputStream(chunk, dynamic_cast<const UUIDData&>(data).data_, stream);
+}
+
+void UUIDEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<UUID>& value,
+                                                 std::ostream& stream) {
+  writeSize(algorithms::uuid, chunk, length32(sizeof(UUID) * value.size()), stream);
+  stream.write(reinterpret_cast<const char*>(value.data()),
+               static_cast<std::streamsize>(sizeof(UUID) * value.size()));
+}
+
 }  // namespace Tavrin

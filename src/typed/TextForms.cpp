@@ -42,4 +42,18 @@ std::string booleansText(const std::vector<bool>& values) {
                        [](std::ostream& text, bool value) { text << (value ? "true" : "false"); });
 }
 
+std::string uuidsText(const std::vector<UUID>& values) {
+  static const char digits[] = "0123456789abcdef";
+  std::string text;
+  for (const UUID& uuid : values) {
+    if (!text.empty()) text += ' ';
+    for (std::size_t i = 0; i < uuid.size(); ++i) {
+      if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+      text += digits[uuid[i] >> 4];
+      text += digits[uuid[i] & 0x0F];
+    }
+  }
+  return text;
+}
+
 }  // namespace Tavrin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tavrin/TypedData.h>
+
 #include <sstream>
 #include <string>
 #include <vector>
@@ -15,6 +17,9 @@ std::string base64Text(const std::string& octets);
 
 /// "true" and "false", separated by single spaces.
 std::string booleansText(const std::vector<bool>& values);
+
+/// Lower-case digits in the groups of RFC 4122, section 3, separated by single spaces.
+std::string uuidsText(const std::vector<UUID>& values);
 
 /// Inserts each element into a fresh stream, separated by single spaces. The stream takes the
 /// global locale, as every new stream does.

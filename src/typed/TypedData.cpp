@@ -77,4 +77,7 @@ void DoubleData::callContentHandler(PrimitiveTypeContentHandler& handler) const 
   handler.doubles(data_);
 }
 
+std::string UUIDData::toString() const { return uuidsText(data_); }
+std::unique_ptr<EncodedData> UUIDData::clone() { return takeOver(*this); }
+
 }  // namespace Tavrin

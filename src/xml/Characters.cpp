@@ -1,0 +1,182 @@
+#include "Characters.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+namespace Tavrin::xml {
+
+namespace {
+
+constexpr char32_t kNone = 0xFFFFFFFF;
+
+/// A character and the octets it takes; kNone where the octets are not UTF-8.
+struct Decoded {
+  char32_t character;
+  std::size_t octets;
+};
+
+unsigned octetAt(std::string_view text, std::size_t position) {
+  return static_cast<unsigned char>(text[position]);
+}
+
+/// Decodes a character (RFC 3629): no overlong forms, no surrogates, nothing above U+10FFFF.
+Decoded decode(std::string_view text, std::size_t position) {
+  const unsigned first = octetAt(text, position);
+  if (first < 0x80) return {first, 1};
+  std::size_t length;
+  char32_t character;
+  char32_t smallest;
+  if (first >= 0xC2 && first <= 0xDF) {
+    length = 2;
+    character = first & 0x1F;
+    smallest = 0x80;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    length = 3;
+    character = first & 0x0F;
+    smallest = 0x800;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    length = 4;
+    character = first & 0x07;
+    smallest = 0x10000;
+  } else {
+    return {kNone, 1};
+  }
+  if (text.size() - position < length) return {kNone, 1};
+  for (std::size_t i = 1; i < length; ++i) {
+    const unsigned next = octetAt(text, position + i);
+    if ((next & 0xC0) != 0x80) return {kNone, 1};
+    character = character << 6 | (next & 0x3F);
+  }
+  const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < smallest || character > 0x10FFFF || isSurrogate) return {kNone, 1};
+  return {character, length};
+}
+
+/// Production 2.
+bool isCharacter(char32_t c) {
+  if (c < 0x20) return c == '\t' || c == '\n' || c == '\r';
+  return c != 0xFFFE && c != 0xFFFF && c != kNone;
+}
+
+struct Range {
+  char32_t first;
+  char32_t last;
+};
+
+/// Production 4, from U+0080 on.
+constexpr Range kNameStarts[] = {
+    {0xC0, 0xD6},     {0xD8, 0xF6},     {0xF8, 0x2FF},    {0x370, 0x37D},
+    {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F}, {0x2C00, 0x2FEF},
+    {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
+};
+/// What production 4a adds from U+0080 on.
+constexpr Range kNameRest[] = {{0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}};
+
+template <std::size_t Count>
+bool isIn(const Range (&ranges)[Count], char32_t c) {
+  return std::ranges::any_of(ranges, [c](Range r) { return c >= r.first && c <= r.last; });
+}
+
+enum NameClass : std::uint8_t { kNotName = 0, kNameRestOnly, kNameStart };
+
+constexpr std::array<NameClass, 0x80> kASCIINames = [] {
+  std::array<NameClass, 0x80> classes{};
+  for (unsigned c = 'a'; c <= 'z'; ++c) classes[c] = kNameStart;
+  for (unsigned c = 'A'; c <= 'Z'; ++c) classes[c] = kNameStart;
+  for (unsigned c = '0'; c <= '9'; ++c) classes[c] = kNameRestOnly;
+  classes['_'] = classes[':'] = kNameStart;
+  classes['-'] = classes['.'] = kNameRestOnly;
+  return classes;
+}();
+
+NameClass nameClass(char32_t c) {
+  if (c < 0x80) return kASCIINames[c];
+  if (c == kNone) return kNotName;
+  if (isIn(kNameStarts, c)) return kNameStart;
+  return isIn(kNameRest, c) ? kNameRestOnly : kNotName;
+}
+
+bool areNameCharacters(std::string_view text, NameClass least) {
+  for (std::size_t i = 0; i < text.size();) {
+    const auto [character, octets] = decode(text, i);
+    if (nameClass(character) < least) return false;
+    least = kNameRestOnly;
+    i += octets;
+  }
+  return !text.empty();
+}
+
+/// Whether eight octets are all from 0x20 to 0x7F.
+bool arePlain(const char* octets) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::uint64_t word;
+  std::memcpy(&word, octets, sizeof word);
+  // Without high bits, a subtraction borrows from the high bit exactly below 0x20, in the lowest
+  // such octet at the latest.
+  return ((word | (word - kEach * 0x20)) & kEach * 0x80) == 0;
+}
+
+}  // namespace
+
+std::size_t findInvalid(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size()) {
+    // Most text is ASCII: eight octets at a time.
+    while (text.size() - i >= 8 && arePlain(text.data() + i)) i += 8;
+    if (i == text.size()) break;
+    const auto [character, octets] = decode(text, i);
+    if (!isCharacter(character)) return i;
+    i += octets;
+  }
+  return kAllValid;
+}
+
+std::string describeInvalid(std::string_view text, std::size_t position) {
+  const char32_t character = decode(text, position).character;
+  char description[32];
+  if (character == kNone) {
+    std::snprintf(description, sizeof description, "UTF-8 octet 0x%02X", octetAt(text, position));
+  } else {
+    std::snprintf(description, sizeof description, "character U+%04X",
+                  static_cast<unsigned>(character));
+  }
+  return description;
+}
+
+bool isName(std::string_view text) { return areNameCharacters(text, kNameStart); }
+
+bool isNCName(std::string_view text) {
+  return text.find(':') == std::string_view::npos && isName(text);
+}
+
+bool isQName(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return isName(text);
+  return isNCName(text.substr(0, colon)) && isNCName(text.substr(colon + 1));
+}
+
+bool isNmtoken(std::string_view text) { return areNameCharacters(text, kNameRestOnly); }
+
+bool isPublicId(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) {
+    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) return true;
+    return c != '\0' && std::strchr(" \r\n-'()+,./:=?;!*#@$_%", c) != nullptr;
+  });
+}
+
+bool isSystemId(std::string_view text) {
+  const bool hasBothQuotes =
+      text.find('"') != std::string_view::npos && text.find('\'') != std::string_view::npos;
+  return !hasBothQuotes && findInvalid(text) == kAllValid;
+}
+
+bool isTarget(std::string_view text) {
+  const bool isReserved = text.size() == 3 && (text[0] | 0x20) == 'x' && (text[1] | 0x20) == 'm' &&
+                          (text[2] | 0x20) == 'l';
+  return !isReserved && isNCName(text);
+}
+
+}  // namespace Tavrin::xml

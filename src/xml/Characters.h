@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// What XML 1.0 (fifth edition) and Namespaces in XML allow strings to hold. Strings are UTF-8; one
+/// that is not is never allowed.
+namespace Tavrin::xml {
+
+inline constexpr std::size_t kAllValid = std::string_view::npos;
+
+/// Where a text first goes wrong: the position of the first octet that is not part of a character
+/// of XML 1.0 (production 2), or kAllValid.
+std::size_t findInvalid(std::string_view text);
+
+/// How octets that findInvalid found are to be named in a message: "character U+0001" or
+/// "UTF-8 octet 0xFF".
+std::string describeInvalid(std::string_view text, std::size_t position);
+
+/// Production 5.
+bool isName(std::string_view text);
+/// A name without a colon (Namespaces in XML, production 4).
+bool isNCName(std::string_view text);
+/// A name with at most one colon, which is inside (Namespaces in XML, production 7).
+bool isQName(std::string_view text);
+/// Production 7.
+bool isNmtoken(std::string_view text);
+/// Whether all characters may stand in a public identifier (production 13).
+bool isPublicId(std::string_view text);
+/// Whether a system identifier can be written as a literal (production 11): it does not hold both
+/// kinds of quotes, and its characters are allowed.
+bool isSystemId(std::string_view text);
+/// Whether a processing instruction may have this target: a name without a colon other than "xml"
+/// in any case (production 17).
+bool isTarget(std::string_view text);
+
+}  // namespace Tavrin::xml
