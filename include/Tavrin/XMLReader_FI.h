@@ -17,6 +17,11 @@
 
 namespace Tavrin {
 
+namespace fastinfoset {
+struct Dialect;
+struct IntegerForm;
+}  // namespace fastinfoset
+
 /// Reads Fast Infoset documents (ITU-T X.891) as the "FI" writer writes them; registered as "FI".
 ///
 /// Properties: lexicalHandler, declarationHandler, primitiveTypeContentHandler,
@@ -84,6 +89,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// The next octet.
   unsigned readOctet();
   /// Replaces a string by the next octets; it grows with those that arrive.
+  /// @throws SAXException also for a length over the limit that a derived reader has
   void readOctets(std::uint64_t length, std::string& octets);
   /// @}
 
@@ -104,7 +110,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   unsigned long decodeStringLength(int octet);
   /// A length that begins on the seventh bit (C.24).
   unsigned long decodeCharactersLength(int octet);
-  /// The number of items of a list (C.21), all its octets. The field itself is the number.
+  /// The number of items of a list (C.21), all its octets. The field itself is the number; in
+  /// X.891, the number minus the least that the form has.
   unsigned long decodeNumberOfItems();
   /// @}
 
@@ -128,10 +135,11 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   /// Reads the header up to its first wrong octet, and tells whether there was none (12.6, 12.7).
   bool isFastInfosetDocument();
-  void decodeAdditionalData();     ///< Prints it (C.2.4).
-  void decodeInitialVocabulary();  ///< Fills the tables, selects the external vocabulary (C.2.5).
-  void decodeNotations();          ///< Reports them to the DTD handler (C.2.6).
-  void decodeUnparsedEntities();   ///< Reports them to the DTD handler (C.2.7).
+  void decodeAdditionalData();  ///< Prints it (C.2.4).
+  virtual void
+  decodeInitialVocabulary();      ///< Fills the tables, selects the external vocabulary (C.2.5).
+  void decodeNotations();         ///< Reports them to the DTD handler (C.2.6).
+  void decodeUnparsedEntities();  ///< Reports them to the DTD handler (C.2.7).
   void decodeCharacterEncodingScheme();  ///< Prints it (C.2.8).
   void decodeVersion();                  ///< Prints it (C.2.10).
 
@@ -160,9 +168,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @return the new entry, valid until the table changes
   const QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
   /// An entry of the element names: the external entries first, then the document's own.
-  QualifiedName getElementName(unsigned long index) const;
+  QualifiedName getElementName(unsigned long index);
   /// An entry of the attribute names: the external entries first, then the document's own.
-  QualifiedName getAttributeName(unsigned long index) const;
+  QualifiedName getAttributeName(unsigned long index);
   /// Decodes the attributes of an element.
   /// @return true when the list ended with a double terminator, which ends the element too
   bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
@@ -176,7 +184,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// The algorithm of a field, or null (C.29).
   /// @param field the algorithm's number; see Tavrin::algorithms
   /// @param uri   receives the URI of an application-defined algorithm
-  EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
+  virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
   void decodeComment();                ///< Decodes and delivers a comment (C.8).
   void decodeProcessingInstruction();  ///< Decodes and delivers an instruction (C.5).
   /// Decodes and prints an entity reference whose first octet was read (C.6).
@@ -184,27 +192,88 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @}
 
  private:
+  // The reader of the standard's own dialect is this reader with other numbers and other steps.
+  friend class XMLReader_X891;
+  explicit XMLReader_FI(const fastinfoset::Dialect& dialect);
+
+  using Strings = std::vector<std::string>;
+  using Names = std::vector<QualifiedName>;
+
   /// An element whose end has not come yet.
   struct OpenElement {
     std::string uri;
     std::string localName;
     std::string qName;
-    std::vector<std::string> declarations;
+    Strings declarations;  // Prefix, namespace name, prefix, namespace name, ...
   };
+
+  // --- Steps that dialects take differently: the document ---
+
+  [[noreturn]] virtual void fail(const std::string& message) const;
+  virtual void clearTables();
+  virtual void decodeDocument();
+  virtual void checkPadding(unsigned bits) const;  // Of bits that the standard wants to be zero.
+  virtual void endChildren(bool elementSeen);
+
+  // --- Steps: strings and names. A table tells what kind of string it is. ---
+
+  virtual void checkLiteral(const Strings* table, const std::string& text);
+  virtual void decodeOtherString(unsigned octet, std::string& text);
+  virtual void decodeOtherChunk(unsigned octet, std::string& text);
+  virtual EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                  unsigned long length);
+  virtual void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value);
+  virtual void checkElementName(const QualifiedName& name);
+  virtual void checkAttributeName(const QualifiedName& name);
+
+  // --- Steps: delivery ---
+
+  virtual void deliverVersion(const std::string& version);
+  virtual void deliverStandalone(unsigned octet);
+  virtual void deliverUnused(const std::string& line);  // What no handler takes.
+  virtual void deliverNotation(const std::string& name, const std::string& publicId,
+                               const std::string& systemId);
+  virtual void deliverUnparsedEntity(const std::string& name, const std::string& publicId,
+                                     const std::string& systemId, const std::string& notationName);
+  virtual void deliverStartDTD(const std::string& publicId, const std::string& systemId);
+  virtual void deliverEndDTD();
+  virtual void deliverDeclarations(const Strings& declarations);
+  virtual void deliverStartElement(const OpenElement& element, const Attributes& attributes);
+  virtual void deliverEndElement(const OpenElement& element);
+  virtual void deliverCharacters(const std::string& text);
+  virtual void deliver(unsigned field, const std::string& uri, const EncodedData& value);
+  virtual void deliverOctets(unsigned field, const std::string& uri, const std::string& octets);
+  virtual void deliverComment(const std::string& text);
+  virtual void deliverInstruction(const std::string& target, const std::string& data);
+  virtual void deliverEntityReference(const std::string& name, const std::string& publicId,
+                                      const std::string& systemId);
+
+  // --- What all dialects share ---
 
   template <typename Encoding>
   unsigned long decodeInteger(const Encoding& encoding, int octet, const char* message);
+  unsigned long withoutPadding(unsigned long index, const fastinfoset::IntegerForm& longest,
+                               std::uint32_t fieldBits) const;
+  void addEntry(Strings& table, const std::string& entry);
+  void accountFor(std::uint64_t octets);
+  void decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out);
   bool startElement(int octet);
   void endElement();
   void decodeOptionalComponents();
   void decodeChildren();
   void decodeNameParts(unsigned octet, QualifiedName& name);
-  void decodeAttributeValue(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  void decodeNamePart(Strings& table, const char* builtIn, const char* message, std::string& part);
+  void decodeDeclaredName(Strings& table, const char* builtIn, std::string& part);
+  const QualifiedName& nameAt(unsigned long index, const Names& table,
+                              const QualifiedNameTable* external, const char* message);
+  const QualifiedName& elementNameAt(unsigned long index);
+  const QualifiedName& attributeNameAt(unsigned long index);
+  void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
   EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;
-  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned long length);
-  void deliver(unsigned field, const std::string& uri, const EncodedData& value);
+
+  const fastinfoset::Dialect& dialect_;
 
   DeclHandler* declHandler_ = nullptr;
   LexicalHandler* lexicalHandler_ = nullptr;
@@ -215,7 +284,12 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   std::istream* stream_ = nullptr;
   const ExternalVocabulary* externalVocabulary_ = nullptr;
-  bool parsing_ = false;                   // A call of parse is on the stack.
+  bool parsing_ = false;          // A call of parse is on the stack.
+  std::uint64_t octetsRead_ = 0;  // Of the document, in whole.
+  QualifiedName unlisted_;        // A name that is in none of the document's tables.
+  std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
+  std::uint64_t tableOctets_ = 0;
+  std::uint64_t maximumTableOctets_ = UINT64_MAX;
   std::vector<OpenElement> openElements_;  // Nesting is bounded by memory, not by the call stack.
 
   // The vocabulary (X.891, clause 8), in the standard's order.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Integers.h"
+#include "Octets.h"
 
 /// What the two families of Fast Infoset types do differently, as far as it is a matter of numbers.
 /// "X891" does what ITU-T X.891 says. "FI" keeps the stream that its files have always had.
@@ -9,6 +10,9 @@
 namespace Tavrin::fastinfoset {
 
 struct Dialect {
+  /// How many entries a table has at most; a literal is then used but not added (X.891, 7.2).
+  std::uint32_t maximumEntries;
+
   /// What is added to the field of a number of items (C.21), in the short and in the long form.
   std::uint32_t itemCountBias;
   std::uint32_t longItemCountBias;
@@ -22,31 +26,44 @@ struct Dialect {
   IntegerEncoding<4> charactersIndexWritten;
   std::uint32_t charactersIndexLongestField;
 
+  /// Whether prefix and namespace name of a literal name may be literals, too (C.17, C.18).
+  bool literalNameParts;
+
+  /// From which octet on, at document level, a document type declaration is meant (C.9).
+  unsigned firstDocumentTypeOctet;
+
   /// Of the two bits of an algorithm's number in the first octet of a chunk (C.20), those that are
   /// read.
   unsigned chunkFieldReadBits;
 };
 
+/// The most entries that a table of X.891 has (7.2); "FI" counts on.
+inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
+/// The most restricted alphabets and encoding algorithms (7.2).
+inline constexpr std::uint32_t kMaximumAlgorithms = 256;
+
 inline constexpr Dialect kDialectFI = {
+    .maximumEntries = UINT32_MAX,
     .itemCountBias = 0,
     .longItemCountBias = 0,
     .builtInNamesInDeclarations = 0,
     .charactersIndexWritten = kCharactersIndexUnmarked,
     .charactersIndexLongestField = 0xFFFFFF,
+    .literalNameParts = false,
+    .firstDocumentTypeOctet = kFirstNonElement,
     .chunkFieldReadBits = 0x02,
 };
 
 inline constexpr Dialect kDialectX891 = {
+    .maximumEntries = kMaximumEntries,
     .itemCountBias = 1,
     .longItemCountBias = 1 + 128,
     .builtInNamesInDeclarations = 1,
     .charactersIndexWritten = kCharactersIndex,
     .charactersIndexLongestField = 0x0FFFFF,
+    .literalNameParts = true,
+    .firstDocumentTypeOctet = kDocumentType,
     .chunkFieldReadBits = 0x03,
 };
-
-/// Tables have at most this many entries (X.891, 7.2), restricted alphabets and encoding algorithms
-/// 256. "FI" does not look.
-inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
 
 }  // namespace Tavrin::fastinfoset

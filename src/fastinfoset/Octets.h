@@ -24,6 +24,9 @@ enum OptionalComponent : unsigned {
   kVersion = 0x01,
 };
 
+/// The bit of that octet that is none.
+inline constexpr unsigned kComponentsPadding = 0x80;
+
 /// The two octets of an initial vocabulary (C.2.5), as one number: which tables follow, in this
 /// order. The three high bits are padding.
 enum VocabularyTable : unsigned {
@@ -47,7 +50,8 @@ enum VocabularyTable : unsigned {
 inline constexpr unsigned kFirstNonElement = 0x80;        ///< Below: an element.
 inline constexpr unsigned kFirstCharacterChunk = 0x80;    ///< In an element.
 inline constexpr unsigned kLastCharacterChunk = 0xC7;     ///< In an element.
-inline constexpr unsigned kLastDocumentTypeOctet = 0xC7;  ///< At document level, from 0x80 on.
+inline constexpr unsigned kDocumentType = 0xC4;           ///< Plus the bits of the identifiers.
+inline constexpr unsigned kLastDocumentTypeOctet = 0xC7;  ///< At document level.
 inline constexpr unsigned kFirstEntityReference = 0xC8;   ///< In an element.
 inline constexpr unsigned kLastEntityReference = 0xCB;    ///< In an element.
 inline constexpr unsigned kProcessingInstruction = 0xE1;
@@ -132,7 +136,5 @@ inline constexpr unsigned kLastAlgorithmField = 255;
 /// The first octet ends with the others.
 inline constexpr unsigned kStringFieldLowBits = 4;
 inline constexpr unsigned kChunkFieldLowBits = 6;
-/// Of the two bits in the first octet, the "FI" reader takes the higher alone: field 64 reads as 0.
-inline constexpr unsigned kChunkFieldReadBits = 0x02;
 
 }  // namespace Tavrin::fastinfoset

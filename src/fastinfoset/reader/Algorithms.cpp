@@ -26,14 +26,18 @@ EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::st
 }
 
 /// Lets an algorithm decode its data. Algorithms do not notice the end of the stream.
-EncodedData& XMLReader_FI::decodeWith(EncodingAlgorithm& algorithm, unsigned long length) {
+EncodedData& XMLReader_FI::decodeWith(EncodingAlgorithm& algorithm, unsigned,
+                                      unsigned long length) {
   if (length > std::numeric_limits<std::uint32_t>::max()) {
-    throw SAXException("Encoded data longer than 4294967295 octets");
+    fail("Encoded data longer than 4294967295 octets");
   }
   EncodedData& value =
       algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), *stream_);
-  if (stream_->fail()) throw SAXException("Unexpected end of document");
+  if (stream_->fail()) fail("Unexpected end of document");
   return value;
 }
+
+/// An encoded literal is not added to a table.
+void XMLReader_FI::takeTyped(bool, Strings&, unsigned, EncodedData&) {}
 
 }  // namespace Tavrin

@@ -20,18 +20,18 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
     if (octet == kTerminator) return false;
     if (octet == kDoubleTerminator) return true;
     if (octet < kFirstNonAttributeIndex) {
-      decodeAttributeValue(attributes, getAttributeName(decodeIndex(static_cast<int>(octet))));
+      decodeAttribute(attributes, attributeNameAt(decodeIndex(static_cast<int>(octet))));
     } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
-      decodeAttributeValue(attributes,
-                           decodeQualifiedName(static_cast<int>(octet), attributeNames_));
+      decodeAttribute(attributes, decodeQualifiedName(static_cast<int>(octet), attributeNames_));
     } else {
-      throw SAXException("Error when decoding attribute name");
+      fail("Error when decoding attribute name");
     }
   }
 }
 
-void XMLReader_FI::decodeAttributeValue(EncodingAlgorithmAttributesImpl& attributes,
-                                        const QualifiedName& name) {
+void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
+                                   const QualifiedName& name) {
+  checkAttributeName(name);
   const unsigned octet = readOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
     const unsigned next = readOctet();
@@ -40,10 +40,12 @@ void XMLReader_FI::decodeAttributeValue(EncodingAlgorithmAttributesImpl& attribu
     const unsigned long length = decodeStringLength(static_cast<int>(next));
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri);
-    if (algorithm == nullptr) throw SAXException("Unknown encoding algorithm - " + uri);
+    if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
+    EncodedData& value = decodeWith(*algorithm, field, length);
+    takeTyped(octet & kStringAddToTable, attributeValues_, field, value);
     // The list takes the value over; the algorithm would reuse its holder for the next one.
     attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, uri,
-                            static_cast<int>(field), decodeWith(*algorithm, length).clone());
+                            static_cast<int>(field), value.clone());
     return;
   }
   std::string value;

@@ -1,7 +1,6 @@
 #include <Tavrin/XMLReader_FI.h>
 
-#include <iostream>
-
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // What an element holds besides elements: character chunks, typed content, comments, processing
@@ -13,70 +12,52 @@ using namespace fastinfoset;
 
 void XMLReader_FI::decodeCharacters(int octet) {
   const auto first = static_cast<unsigned>(octet);
-  if (first < kChunk) throw SAXException("Error when decoding character chunk");
-  std::string text;
+  if (first < kChunk) fail("Error when decoding character chunk");
   if (first >= kChunkIndex) {
     const unsigned long index = decodeCharactersIndex(octet);
     if (index >= contentCharacterChunks_.size()) {
-      throw SAXException("Error when decoding character chunk - invalid index");
+      fail("Error when decoding character chunk - invalid index");
     }
-    text = contentCharacterChunks_[index];
-  } else {
-    switch (first & kChunkEncoding) {
-      case kChunkUTF8:
-        readOctets(decodeCharactersLength(octet), text);
-        break;
-      case kChunkUTF16:
-        decodeCharactersLength(octet);  // The text itself is taken for the next item.
-        break;
-      case kChunkRestrictedAlphabet:
-        readOctet();  // The rest is taken for the next item.
-        break;
-      default:
-        decodeAlgorithmData(first);
-        return;
-    }
-    if (first & kChunkAddToTable) contentCharacterChunks_.push_back(text);
+    deliverCharacters(contentCharacterChunks_[index]);
+    return;
   }
-  if (contentHandler_) contentHandler_->characters(text);
+  if ((first & kChunkEncoding) == kChunkAlgorithm) {
+    decodeAlgorithmData(first);
+    return;
+  }
+  std::string text;
+  if ((first & kChunkEncoding) == kChunkUTF8) {
+    readOctets(decodeCharactersLength(octet), text);
+  } else {
+    decodeOtherChunk(first, text);
+  }
+  checkLiteral(&contentCharacterChunks_, text);
+  if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text);
+  deliverCharacters(text);
 }
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.
 void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
   const unsigned next = readOctet();
-  const unsigned field =
-      (octet & kChunkFieldReadBits) << kChunkFieldLowBits | next >> (8 - kChunkFieldLowBits);
+  const unsigned field = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
+                         next >> (8 - kChunkFieldLowBits);
   const unsigned long length = decodeCharactersLength(static_cast<int>(next));
   std::string uri;
   if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri)) {
-    deliver(field, uri, decodeWith(*algorithm, length));
+    EncodedData& value = decodeWith(*algorithm, field, length);
+    takeTyped(octet & kChunkAddToTable, contentCharacterChunks_, field, value);
+    deliver(field, uri, value);
     return;
   }
   std::string octets;
   readOctets(length, octets);
-  if (encodingAlgorithmContentHandler_) {
-    encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
-  }
-}
-
-void XMLReader_FI::deliver(unsigned field, const std::string& uri, const EncodedData& value) {
-  if (contentHandler_ && field == algorithms::cdata) {
-    if (lexicalHandler_) lexicalHandler_->startCDATA();
-    if (contentHandler_) contentHandler_->characters(value.toString());
-    if (lexicalHandler_) lexicalHandler_->endCDATA();
-  } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm) {
-    value.callContentHandler(*primitiveTypeContentHandler_);
-  } else if (encodingAlgorithmContentHandler_) {
-    encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
-  } else if (contentHandler_) {
-    contentHandler_->characters(value.toString());
-  }
+  deliverOctets(field, uri, octets);
 }
 
 void XMLReader_FI::decodeComment() {
   std::string text;
   decodeString(&otherStrings_, nullptr, text);
-  if (lexicalHandler_) lexicalHandler_->comment(text);
+  deliverComment(text);
 }
 
 void XMLReader_FI::decodeProcessingInstruction() {
@@ -84,7 +65,7 @@ void XMLReader_FI::decodeProcessingInstruction() {
   std::string data;
   decodeIdentifier(&otherNCNames_, target);
   decodeString(&otherStrings_, nullptr, data);
-  if (contentHandler_) contentHandler_->processingInstruction(target, data);
+  deliverInstruction(target, data);
 }
 
 void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
@@ -93,8 +74,7 @@ void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
   std::string publicId;
   decodeIdentifier(&otherNCNames_, name);
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  std::cout << "unexpanded entity reference - name = \"" << name << "\", systemID = \"" << systemId
-            << "\", publicID = \"" << publicId << "\"\n";
+  deliverEntityReference(name, publicId, systemId);
 }
 
 }  // namespace Tavrin

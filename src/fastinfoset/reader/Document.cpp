@@ -1,8 +1,8 @@
 #include <Tavrin/XMLReader_FI.h>
 
 #include <algorithm>
-#include <iostream>
 
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // The document: header, optional components, children and document type (X.891, C.2 and C.9 to
@@ -13,17 +13,22 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 bool XMLReader_FI::isFastInfosetDocument() {
-  return std::ranges::all_of(kHeader, [this](int octet) { return stream_->get() == octet; });
+  return std::ranges::all_of(kHeader, [this](int octet) {
+    const int got = stream_->get();
+    if (got != std::istream::traits_type::eof()) ++octetsRead_;
+    return got == octet;
+  });
 }
 
 void XMLReader_FI::decodeOptionalComponents() {
   const unsigned components = readOctet();
+  checkPadding(components & kComponentsPadding);
   if (components & kAdditionalData) decodeAdditionalData();
   if (components & kInitialVocabulary) decodeInitialVocabulary();
   if (components & kNotations) decodeNotations();
   if (components & kUnparsedEntities) decodeUnparsedEntities();
   if (components & kCharacterEncodingScheme) decodeCharacterEncodingScheme();
-  if (components & kStandalone) readOctet();
+  if (components & kStandalone) deliverStandalone(readOctet());
   if (components & kVersion) decodeVersion();
 }
 
@@ -33,7 +38,7 @@ void XMLReader_FI::decodeChildren() {
   for (;;) {
     const unsigned octet = readOctet();
     if (octet < kFirstNonElement) {
-      if (elementSeen) throw SAXException("Found more than one element on the top level");
+      if (elementSeen) fail("Found more than one element on the top level");
       if (decodeElement(static_cast<int>(octet))) return;
       elementSeen = true;
     } else if (octet == kProcessingInstruction) {
@@ -41,14 +46,18 @@ void XMLReader_FI::decodeChildren() {
     } else if (octet == kComment) {
       decodeComment();
     } else if (octet == kTerminator || octet == kDoubleTerminator) {
+      endChildren(elementSeen);
       return;
-    } else if (octet > kLastDocumentTypeOctet) {
-      throw SAXException("Error while parsing document");
+    } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
+      fail("Error while parsing document");
     } else {
-      if (elementSeen) throw SAXException("Found DTD behind the top level element");
-      if (dtdSeen) throw SAXException("Found more than one DTD");
-      if (decodeDTD(static_cast<int>(octet))) return;
+      if (elementSeen) fail("Found DTD behind the top level element");
+      if (dtdSeen) fail("Found more than one DTD");
       dtdSeen = true;
+      if (decodeDTD(static_cast<int>(octet))) {
+        endChildren(elementSeen);
+        return;
+      }
     }
   }
 }
@@ -63,16 +72,16 @@ bool XMLReader_FI::decodeDTD(int octet) {
   std::string systemId;
   std::string publicId;
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  if (lexicalHandler_) lexicalHandler_->startDTD(std::string(), publicId, systemId);
+  deliverStartDTD(publicId, systemId);
   unsigned next = readOctet();
   while (next == kProcessingInstruction) {
     decodeProcessingInstruction();
     next = readOctet();
   }
   if (next != kTerminator && next != kDoubleTerminator) {
-    throw SAXException("Error while parsing DTD");
+    fail("Error while parsing DTD");
   }
-  if (lexicalHandler_) lexicalHandler_->endDTD();
+  deliverEndDTD();
   return next == kDoubleTerminator;
 }
 
@@ -84,9 +93,9 @@ void XMLReader_FI::decodeNotations() {
     std::string publicId;
     decodeIdentifier(&otherNCNames_, name);
     decodeIdentifiers(octet, systemId, publicId);
-    if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
+    deliverNotation(name, publicId, systemId);
   }
-  if (octet != kTerminator) throw SAXException("Error while parsing namespaces");
+  if (octet != kTerminator) fail("Error while parsing namespaces");
 }
 
 void XMLReader_FI::decodeUnparsedEntities() {
@@ -100,35 +109,33 @@ void XMLReader_FI::decodeUnparsedEntities() {
     decodeIdentifier(&otherURIs_, systemId);
     if (octet & kPublicIdentifier) decodeIdentifier(&otherURIs_, publicId);
     decodeIdentifier(&otherNCNames_, notationName);
-    if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
+    deliverUnparsedEntity(name, publicId, systemId, notationName);
   }
-  if (octet != kTerminator) throw SAXException("Error while parsing namespaces");
+  if (octet != kTerminator) fail("Error while parsing namespaces");
 }
 
-// What no handler takes is printed, a line each.
-
 void XMLReader_FI::decodeAdditionalData() {
-  std::cout << "decodeAdditionalData\n";
+  deliverUnused("decodeAdditionalData");
   const unsigned long count = decodeNumberOfItems();
   for (unsigned long i = 0; i < count; ++i) {
     std::string identifier;
     std::string data;
     decodeIdentifier(nullptr, identifier);
     decodeIdentifier(nullptr, data);
-    std::cout << '"' << identifier << "\" = \"" << data << "\"\n";
+    deliverUnused('"' + identifier + "\" = \"" + data + '"');
   }
 }
 
 void XMLReader_FI::decodeCharacterEncodingScheme() {
   std::string scheme;
   decodeIdentifier(nullptr, scheme);
-  std::cout << "decodeCharacterEncodingScheme - \"" << scheme << "\"\n";
+  deliverUnused("decodeCharacterEncodingScheme - \"" + scheme + '"');
 }
 
 void XMLReader_FI::decodeVersion() {
   std::string version;
   decodeString(&otherStrings_, nullptr, version);
-  std::cout << "decodeVersion - \"" << version << "\"\n";
+  deliverVersion(version);
 }
 
 }  // namespace Tavrin

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_FI.h>
 
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // Elements, their names and namespace declarations (X.891, C.3, C.12, C.17 and C.18).
@@ -12,22 +13,6 @@ using namespace fastinfoset;
 namespace {
 
 std::string textOrEmpty(const char* text) { return text ? text : std::string(); }
-
-/// An entry of a table of names: the external entries first, then the document's own.
-template <typename QualifiedName>
-QualifiedName nameAt(unsigned long index, const std::vector<QualifiedName>& table,
-                     const QualifiedNameTable* external, const char* message) {
-  if (external != nullptr) {
-    if (index < external->definedCount) {
-      const char* const(&entry)[3] = external->entries[index];
-      return {textOrEmpty(entry[0]), textOrEmpty(entry[1]), textOrEmpty(entry[2])};
-    }
-    if (index < external->occupiedCount) throw SAXException(message);
-    index -= external->occupiedCount;
-  }
-  if (index >= table.size()) throw SAXException(message);
-  return table[index];
-}
 
 }  // namespace
 
@@ -56,7 +41,7 @@ bool XMLReader_FI::decodeElement(int octet) {
       if (openElements_.size() == outer) return true;
       endElement();
     } else {
-      throw SAXException("Error when decoding element children");
+      fail("Error when decoding element children");
     }
   }
   return false;
@@ -72,43 +57,33 @@ bool XMLReader_FI::startElement(int octet) {
   auto nameOctet = first;
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
     decodeNamespaces(element.declarations);
-    for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
-      if (!contentHandler_) break;  // A handler may take itself off at any event.
-      contentHandler_->startPrefixMapping(element.declarations[i], element.declarations[i + 1]);
-    }
+    deliverDeclarations(element.declarations);
     nameOctet = readOctet();
+    checkPadding(nameOctet & ~kElementNameBits);
   }
 
   const unsigned nameBits = nameOctet & kElementNameBits;
-  QualifiedName name;
+  const QualifiedName* name;
   if (nameBits <= kLastElementIndex) {
-    name = getElementName(decodeElementIndex(static_cast<int>(nameBits)));
+    name = &elementNameAt(decodeElementIndex(static_cast<int>(nameBits)));
   } else if ((nameBits & kLiteralElementName) == kLiteralElementName) {
-    name = decodeQualifiedName(static_cast<int>(nameBits), elementNames_);
+    name = &decodeQualifiedName(static_cast<int>(nameBits), elementNames_);
   } else {
-    throw SAXException("Error when decoding element name");
+    fail("Error when decoding element name");
   }
-  element.qName = name.qName();
-  element.uri = std::move(name.namespaceName);
-  element.localName = std::move(name.localName);
+  checkElementName(*name);
+  element.qName = name->qName();
+  element.uri = name->namespaceName;
+  element.localName = name->localName;
 
   EncodingAlgorithmAttributesImpl attributes;
   const bool ended = (first & kElementAttributes) && decodeAttributes(attributes);
-  if (contentHandler_) {
-    contentHandler_->startElement(element.uri, element.localName, element.qName, attributes);
-  }
+  deliverStartElement(element, attributes);
   return ended;
 }
 
 void XMLReader_FI::endElement() {
-  const OpenElement& element = openElements_.back();
-  if (contentHandler_) {
-    contentHandler_->endElement(element.uri, element.localName, element.qName);
-  }
-  for (std::size_t i = 0; i < element.declarations.size(); i += 2) {
-    if (!contentHandler_) break;
-    contentHandler_->endPrefixMapping(element.declarations[i]);
-  }
+  deliverEndElement(openElements_.back());
   openElements_.pop_back();
 }
 
@@ -117,56 +92,116 @@ void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
   for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
     std::string prefix;
     std::string namespaceName;
-    if (octet & kPrefixPresent) decodeIdentifier(&prefixes_, prefix);
-    if (octet & kNamespacePresent) decodeIdentifier(&namespaceNames_, namespaceName);
+    if (octet & kPrefixPresent) decodeDeclaredName(prefixes_, "xml", prefix);
+    if (octet & kNamespacePresent) {
+      decodeDeclaredName(namespaceNames_, namespaces::xml, namespaceName);
+    }
     declarations.push_back(std::move(prefix));
     declarations.push_back(std::move(namespaceName));
   }
-  if (octet != kTerminator) throw SAXException("Error while parsing namespaces");
+  if (octet != kTerminator) fail("Error while parsing namespaces");
 }
 
 std::string XMLReader_FI::QualifiedName::qName() const {
   return prefix.empty() ? localName : prefix + ":" + localName;
 }
 
-const XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(
-    int octet, std::vector<QualifiedName>& table) {
+/// Decodes a prefix or namespace name of a declaration. Whether an index counts the built-in entry
+/// is a matter of the dialect.
+void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::string& part) {
+  const unsigned octet = readOctet();
+  if ((octet & kStringIndex) == 0) {
+    decodeLiteralIdentifier(octet, &table, part);
+    return;
+  }
+  const unsigned long index = decodeIndex(static_cast<int>(octet));
+  if (index < dialect_.builtInNamesInDeclarations) {
+    part = builtIn;
+  } else {
+    part = getString(index - dialect_.builtInNamesInDeclarations, &table, nullptr);
+  }
+}
+
+const XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names& table) {
+  if (table.size() >= dialect_.maximumEntries) {
+    unlisted_ = {};
+    decodeNameParts(static_cast<unsigned>(octet), unlisted_);
+    return unlisted_;
+  }
   table.emplace_back();
-  decodeNameParts(static_cast<unsigned>(octet), table.back());
-  return table.back();
+  QualifiedName& name = table.back();
+  decodeNameParts(static_cast<unsigned>(octet), name);
+  accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
+  return name;
 }
 
 /// Decodes the parts of a literal name that an octet's low bits announce.
 void XMLReader_FI::decodeNameParts(unsigned octet, QualifiedName& name) {
   if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) {
-    throw SAXException("Qualified name with a prefix, but without a namespace");
+    fail("Qualified name with a prefix, but without a namespace");
   }
-  const auto decodePart = [this](const std::vector<std::string>& table, const char* builtIn,
-                                 const char* message) -> std::string {
-    const unsigned long index = decodeIndex(static_cast<int>(readOctet()));
-    if (index == kBuiltInNameIndex) return builtIn;
-    if (index - kBuiltInNames >= table.size()) throw SAXException(message);
-    return table[index - kBuiltInNames];
-  };
-  if (octet & kPrefixPresent)
-    name.prefix = decodePart(prefixes_, "xml", "Error when parsing prefix");
+  if (octet & kPrefixPresent) {
+    decodeNamePart(prefixes_, "xml", "Error when parsing prefix", name.prefix);
+  }
   if (octet & kNamespacePresent) {
-    name.namespaceName =
-        decodePart(namespaceNames_, namespaces::xml, "Error when parsing namespace");
+    decodeNamePart(namespaceNames_, namespaces::xml, "Error when parsing namespace",
+                   name.namespaceName);
   }
   decodeIdentifier(&localNames_, name.localName);
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) const {
+void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const char* message,
+                                  std::string& part) {
+  const unsigned octet = readOctet();
+  if (dialect_.literalNameParts && (octet & kStringIndex) == 0) {
+    decodeLiteralIdentifier(octet, &table, part);
+    return;
+  }
+  const unsigned long index = decodeIndex(static_cast<int>(octet));
+  if (index == kBuiltInNameIndex) {
+    part = builtIn;
+    return;
+  }
+  if (index - kBuiltInNames >= table.size()) fail(message);
+  part = table[index - kBuiltInNames];
+}
+
+/// An entry of a table of names: the external entries first, then the document's own. Valid until a
+/// name is decoded.
+const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, const Names& table,
+                                                        const QualifiedNameTable* external,
+                                                        const char* message) {
+  if (external != nullptr) {
+    if (index < external->definedCount) {
+      const char* const(&entry)[3] = external->entries[index];
+      unlisted_ = {textOrEmpty(entry[0]), textOrEmpty(entry[1]), textOrEmpty(entry[2])};
+      return unlisted_;
+    }
+    if (index < external->occupiedCount) fail(message);
+    index -= external->occupiedCount;
+  }
+  if (index >= table.size()) fail(message);
+  return table[index];
+}
+
+const XMLReader_FI::QualifiedName& XMLReader_FI::elementNameAt(unsigned long index) {
   return nameAt(index, elementNames_,
                 externalVocabulary_ ? &externalVocabulary_->elementNameSurrogates : nullptr,
                 "Error when decoding element name - invalid index");
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::getAttributeName(unsigned long index) const {
+const XMLReader_FI::QualifiedName& XMLReader_FI::attributeNameAt(unsigned long index) {
   return nameAt(index, attributeNames_,
                 externalVocabulary_ ? &externalVocabulary_->attributeNameSurrogates : nullptr,
                 "Error when decoding attribute name - invalid index");
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) {
+  return elementNameAt(index);
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::getAttributeName(unsigned long index) {
+  return attributeNameAt(index);
 }
 
 }  // namespace Tavrin

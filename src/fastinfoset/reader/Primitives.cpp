@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../Dialect.h"
 #include "../Integers.h"
 #include "../Octets.h"
 
@@ -17,7 +18,7 @@ namespace {
 /// never decides how much memory is taken.
 constexpr std::uint64_t kFirstPiece = std::uint64_t{64} * 1024;
 
-[[noreturn]] void throwEndOfDocument() { throw SAXException("Unexpected end of document"); }
+constexpr const char* kEndOfDocument = "Unexpected end of document";
 
 }  // namespace
 
@@ -25,20 +26,49 @@ constexpr std::uint64_t kFirstPiece = std::uint64_t{64} * 1024;
 
 unsigned XMLReader_FI::readOctet() {
   const int octet = stream_->get();
-  if (octet == std::istream::traits_type::eof()) throwEndOfDocument();
+  if (octet == std::istream::traits_type::eof()) fail(kEndOfDocument);
+  ++octetsRead_;
   return static_cast<unsigned>(octet);
 }
 
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
+  if (length > maximumLiteralOctets_) {
+    fail("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets");
+  }
   std::uint64_t begin = 0;
   while (begin < length) {
     const std::uint64_t piece = std::min(length - begin, std::max(begin, kFirstPiece));
     octets.resize(begin + piece);
     const auto wanted = static_cast<std::streamsize>(piece);
-    if (stream_->rdbuf()->sgetn(octets.data() + begin, wanted) != wanted) throwEndOfDocument();
+    const std::streamsize got = stream_->rdbuf()->sgetn(octets.data() + begin, wanted);
+    octetsRead_ += static_cast<std::uint64_t>(got);
+    if (got != wanted) fail(kEndOfDocument);
     begin += piece;
   }
   octets.resize(length);
+}
+
+// --- Tables ---
+
+namespace {
+
+/// What an entry costs beside its strings.
+constexpr std::uint64_t kEntryOctets = 32;
+
+}  // namespace
+
+void XMLReader_FI::accountFor(std::uint64_t octets) {
+  tableOctets_ += octets + kEntryOctets;
+  if (tableOctets_ > maximumTableOctets_) {
+    fail("Tables larger than " + std::to_string(maximumTableOctets_) + " octets");
+  }
+}
+
+void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
+  const bool hasBuiltIn = &table == &prefixes_ || &table == &namespaceNames_;
+  if (table.size() >= dialect_.maximumEntries - (hasBuiltIn ? kBuiltInNames : 0)) return;
+  accountFor(entry.size());
+  table.push_back(entry);
 }
 
 // --- Integers ---
@@ -48,10 +78,20 @@ unsigned long XMLReader_FI::decodeInteger(const Encoding& encoding, int octet,
                                           const char* message) {
   const auto first = static_cast<unsigned>(octet);
   const IntegerForm* form = findForm(encoding, first);
-  if (form == nullptr) throw SAXException(message);
+  if (form == nullptr) fail(message);
   unsigned long field = firstField(*form, first);
   for (unsigned i = 0; i < form->octets; ++i) field = field << 8 | readOctet();
   return field + form->bias;  // In 64 bits: the sum may pass 32.
+}
+
+/// Of the longest form of an index, only some bits of its octets are the field; the others are
+/// padding.
+unsigned long XMLReader_FI::withoutPadding(unsigned long index, const IntegerForm& longest,
+                                           std::uint32_t fieldBits) const {
+  if (index < longest.bias) return index;
+  const unsigned long field = index - longest.bias;
+  checkPadding(static_cast<unsigned>(field & ~static_cast<unsigned long>(fieldBits)));
+  return (field & fieldBits) + longest.bias;
 }
 
 unsigned long XMLReader_FI::decodeIndex(int octet) {
@@ -61,13 +101,13 @@ unsigned long XMLReader_FI::decodeIndex(int octet) {
 unsigned long XMLReader_FI::decodeElementIndex(int octet) {
   const unsigned long index =
       decodeInteger(kElementIndex, octet, "Error when decoding element name");
-  const IntegerForm& longest = kElementIndex.forms.back();
-  if (index < longest.bias) return index;
-  return ((index - longest.bias) & kElementIndexLongestField) + longest.bias;
+  return withoutPadding(index, kElementIndex.forms.back(), kElementIndexLongestField);
 }
 
 unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
-  return decodeInteger(kCharactersIndex, octet, "Error when decoding character chunk");
+  const unsigned long index =
+      decodeInteger(kCharactersIndex, octet, "Error when decoding character chunk");
+  return withoutPadding(index, kCharactersIndex.forms.back(), dialect_.charactersIndexLongestField);
 }
 
 unsigned long XMLReader_FI::decodeIdentifierLength(int octet) {
@@ -84,10 +124,11 @@ unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
 
 unsigned long XMLReader_FI::decodeNumberOfItems() {
   const unsigned octet = readOctet();
-  if (octet < kItemCountLong) return octet;
+  if (octet < kItemCountLong) return octet + dialect_.itemCountBias;
+  checkPadding(octet & ~(kItemCountLong | kItemCountLongBits));
   unsigned long count = octet & kItemCountLongBits;
   for (int i = 0; i < 2; ++i) count = count << 8 | readOctet();
-  return count;
+  return count + dialect_.longItemCountBias;
 }
 
 // --- Strings ---
@@ -100,11 +141,11 @@ std::string XMLReader_FI::getString(unsigned long index, const std::vector<std::
       const char* text = external->entries[index];
       return text ? text : std::string();
     }
-    if (index < external->occupiedCount) throw SAXException(kInvalidIndex);
+    if (index < external->occupiedCount) fail(kInvalidIndex);
     index -= external->occupiedCount;
   }
-  if (table == nullptr) throw SAXException("Error when decoding string");
-  if (index >= table->size()) throw SAXException(kInvalidIndex);
+  if (table == nullptr) fail("Error when decoding string");
+  if (index >= table->size()) fail(kInvalidIndex);
   return (*table)[index];
 }
 
@@ -119,17 +160,13 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
     out = getString(decodeIndex(octet), table, external);
     return;
   }
-  switch (first & kStringEncoding) {
-    case kStringUTF8:
-      readOctets(decodeStringLength(octet), out);
-      break;
-    case kStringUTF16:
-      decodeStringLength(octet);  // The string itself is taken for the next item.
-      break;
-    default:  // Restricted alphabets and algorithms: so is what follows of the string.
-      break;
+  if ((first & kStringEncoding) == kStringUTF8) {
+    readOctets(decodeStringLength(octet), out);
+  } else {
+    decodeOtherString(first, out);
   }
-  if ((first & kStringAddToTable) && table != nullptr) table->push_back(out);
+  checkLiteral(table, out);
+  if ((first & kStringAddToTable) && table != nullptr) addEntry(*table, out);
 }
 
 void XMLReader_FI::decodeString(std::vector<std::string>* table, const StringTable* external,
@@ -140,12 +177,17 @@ void XMLReader_FI::decodeString(std::vector<std::string>* table, const StringTab
 void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string& out) {
   const auto octet = static_cast<int>(readOctet());
   if (static_cast<unsigned>(octet) & kStringIndex) {
-    if (table == nullptr) throw SAXException("Error when parsing identifier");
+    if (table == nullptr) fail("Error when parsing identifier");
     out = getString(decodeIndex(octet), table, nullptr);
     return;
   }
-  readOctets(decodeIdentifierLength(octet), out);
-  if (table != nullptr) table->push_back(out);
+  decodeLiteralIdentifier(static_cast<unsigned>(octet), table, out);
+}
+
+void XMLReader_FI::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out) {
+  readOctets(decodeIdentifierLength(static_cast<int>(octet)), out);
+  checkLiteral(table, out);
+  if (table != nullptr) addEntry(*table, out);
 }
 
 }  // namespace Tavrin

@@ -15,7 +15,7 @@ void XMLReader_FI::decodeInitialVocabulary() {
     std::string uri;
     decodeIdentifier(nullptr, uri);
     if (externalVocabularies_ == nullptr || externalVocabularies_->count(uri) == 0) {
-      throw SAXException("Unknown external vocabulary - " + uri);
+      fail("Unknown external vocabulary - " + uri);
     }
     externalVocabulary_ = externalVocabularies_->at(uri);
   }

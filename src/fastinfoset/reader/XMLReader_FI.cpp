@@ -2,16 +2,20 @@
 #include <Tavrin/XMLReader_FI.h>
 
 #include "../../sax/ParseScope.h"
+#include "../Dialect.h"
 
 // The reader as an object: creation, properties and parse. The format is decoded in the other files
 // of this folder: Primitives.cpp (octets, integers and strings), Document.cpp, Vocabulary.cpp,
-// Elements.cpp, Attributes.cpp, Content.cpp and Algorithms.cpp.
+// Elements.cpp, Attributes.cpp, Content.cpp and Algorithms.cpp. Delivery.cpp calls the handlers,
+// and has the other steps that the "X891" reader (folder x891) takes otherwise.
 
 namespace Tavrin {
 
 const XMLReaderType XMLReader_FI::type_("FI", &XMLReader_FI::create);
 
-XMLReader_FI::XMLReader_FI() = default;
+XMLReader_FI::XMLReader_FI() : XMLReader_FI(fastinfoset::kDialectFI) {}
+
+XMLReader_FI::XMLReader_FI(const fastinfoset::Dialect& dialect) : dialect_(dialect) {}
 
 XMLReader_FI::~XMLReader_FI() = default;
 
@@ -48,8 +52,15 @@ void* XMLReader_FI::getProperty(const std::string& name) {
 void XMLReader_FI::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
   stream_ = &stream;
+  octetsRead_ = 0;
+  tableOctets_ = 0;
   openElements_.clear();
-  // Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
+  clearTables();
+  decodeDocument();
+}
+
+// Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
+void XMLReader_FI::clearTables() {
   prefixes_.clear();
   namespaceNames_.clear();
   localNames_.clear();
@@ -60,12 +71,16 @@ void XMLReader_FI::parse(std::istream& stream) {
   otherStrings_.clear();
   elementNames_.clear();
   attributeNames_.clear();
+}
 
-  if (!isFastInfosetDocument()) throw SAXException("Not a Fast Infoset document");
+void XMLReader_FI::decodeDocument() {
+  if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
   decodeChildren();
   if (contentHandler_) contentHandler_->endDocument();
 }
+
+void XMLReader_FI::fail(const std::string& message) const { throw SAXException(message); }
 
 }  // namespace Tavrin
