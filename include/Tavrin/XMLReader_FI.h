@@ -207,6 +207,12 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
     Strings declarations;  // Prefix, namespace name, prefix, namespace name, ...
   };
 
+  /// What precedes the data of an algorithm or restricted alphabet.
+  struct Field {
+    unsigned number;
+    unsigned long length;
+  };
+
   // --- Steps that dialects take differently: the document ---
 
   [[noreturn]] virtual void fail(const std::string& message) const;
@@ -242,7 +248,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   virtual void deliverEndElement(const OpenElement& element);
   virtual void deliverCharacters(const std::string& text);
   virtual void deliver(unsigned field, const std::string& uri, const EncodedData& value);
-  virtual void deliverOctets(unsigned field, const std::string& uri, const std::string& octets);
+  virtual void deliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                             const std::string& octets);
   virtual void deliverComment(const std::string& text);
   virtual void deliverInstruction(const std::string& target, const std::string& data);
   virtual void deliverEntityReference(const std::string& name, const std::string& publicId,
@@ -256,6 +263,10 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
                                std::uint32_t fieldBits) const;
   void addEntry(Strings& table, const std::string& entry);
   void accountFor(std::uint64_t octets);
+  const StringTable* externalEntries(const Strings* table) const;
+  const QualifiedNameTable* externalNames(const Names* table) const;
+  Field decodeStringField(unsigned octet);
+  Field decodeChunkField(unsigned octet);
   void decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out);
   bool startElement(int octet);
   void endElement();
@@ -264,8 +275,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void decodeNameParts(unsigned octet, QualifiedName& name);
   void decodeNamePart(Strings& table, const char* builtIn, const char* message, std::string& part);
   void decodeDeclaredName(Strings& table, const char* builtIn, std::string& part);
-  const QualifiedName& nameAt(unsigned long index, const Names& table,
-                              const QualifiedNameTable* external, const char* message);
+  const QualifiedName& nameAt(unsigned long index, const Names& table, const char* message);
   const QualifiedName& elementNameAt(unsigned long index);
   const QualifiedName& attributeNameAt(unsigned long index);
   void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);

@@ -26,6 +26,10 @@ struct Dialect {
   IntegerEncoding<4> charactersIndexWritten;
   std::uint32_t charactersIndexLongestField;
 
+  /// The tables of which an external vocabulary's entries are consulted, as bits of
+  /// VocabularyTable.
+  unsigned externalTables;
+
   /// Whether prefix and namespace name of a literal name may be literals, too (C.17, C.18).
   bool literalNameParts;
 
@@ -35,6 +39,10 @@ struct Dialect {
   /// Of the two bits of an algorithm's number in the first octet of a chunk (C.20), those that are
   /// read.
   unsigned chunkFieldReadBits;
+
+  /// What is said of a wrong octet among notations and unparsed entities.
+  const char* wrongNotation;
+  const char* wrongUnparsedEntity;
 };
 
 /// The most entries that a table of X.891 has (7.2); "FI" counts on.
@@ -49,9 +57,13 @@ inline constexpr Dialect kDialectFI = {
     .builtInNamesInDeclarations = 0,
     .charactersIndexWritten = kCharactersIndexUnmarked,
     .charactersIndexLongestField = 0xFFFFFF,
+    .externalTables =
+        kEncodingAlgorithms | kAttributeValues | kElementNameSurrogates | kAttributeNameSurrogates,
     .literalNameParts = false,
     .firstDocumentTypeOctet = kFirstNonElement,
     .chunkFieldReadBits = 0x02,
+    .wrongNotation = "Error while parsing namespaces",
+    .wrongUnparsedEntity = "Error while parsing namespaces",
 };
 
 inline constexpr Dialect kDialectX891 = {
@@ -61,9 +73,12 @@ inline constexpr Dialect kDialectX891 = {
     .builtInNamesInDeclarations = 1,
     .charactersIndexWritten = kCharactersIndex,
     .charactersIndexLongestField = 0x0FFFFF,
+    .externalTables = ~0U,
     .literalNameParts = true,
     .firstDocumentTypeOctet = kDocumentType,
     .chunkFieldReadBits = 0x03,
+    .wrongNotation = "Error while parsing notations",
+    .wrongUnparsedEntity = "Error while parsing unparsed entities",
 };
 
 }  // namespace Tavrin::fastinfoset

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // Encoding algorithms: finding one by its field (X.891, C.29), and letting it decode.
@@ -10,6 +11,22 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
+
+/// Decodes the number of an algorithm or restricted alphabet, and the length of its data.
+XMLReader_FI::Field XMLReader_FI::decodeStringField(unsigned octet) {
+  const unsigned next = readOctet();
+  const unsigned number =
+      (octet << kStringFieldLowBits | next >> (8 - kStringFieldLowBits)) & kLastAlgorithmField;
+  return {number, decodeStringLength(static_cast<int>(next))};
+}
+
+/// Likewise, of a character chunk.
+XMLReader_FI::Field XMLReader_FI::decodeChunkField(unsigned octet) {
+  const unsigned next = readOctet();
+  const unsigned number = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
+                          next >> (8 - kChunkFieldLowBits);
+  return {number, decodeCharactersLength(static_cast<int>(next))};
+}
 
 EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return field < kFirstApplicationAlgorithm ? builtIn_.find(static_cast<int>(field))
@@ -19,7 +36,7 @@ EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::s
 /// The algorithm that the application registered for a field's URI, or null.
 EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::string& uri) const {
   uri = getString(field - kFirstApplicationAlgorithm, &encodingAlgorithms_,
-                  externalVocabulary_ ? &externalVocabulary_->encodingAlgorithms : nullptr);
+                  externalEntries(&encodingAlgorithms_));
   if (registeredEncodingAlgorithms_ == nullptr) return nullptr;
   const auto found = registeredEncodingAlgorithms_->find(uri);
   return found == registeredEncodingAlgorithms_->end() ? nullptr : found->second;

@@ -34,10 +34,7 @@ void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
   checkAttributeName(name);
   const unsigned octet = readOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
-    const unsigned next = readOctet();
-    const unsigned field =
-        (octet << kStringFieldLowBits | next >> (8 - kStringFieldLowBits)) & kLastAlgorithmField;
-    const unsigned long length = decodeStringLength(static_cast<int>(next));
+    const auto [field, length] = decodeStringField(octet);
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri);
     if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
@@ -49,8 +46,8 @@ void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
     return;
   }
   std::string value;
-  decodeString(static_cast<int>(octet), &attributeValues_,
-               externalVocabulary_ ? &externalVocabulary_->attributeValues : nullptr, value);
+  decodeString(static_cast<int>(octet), &attributeValues_, externalEntries(&attributeValues_),
+               value);
   attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, value);
 }
 

@@ -1,6 +1,5 @@
 #include <Tavrin/XMLReader_FI.h>
 
-#include "../Dialect.h"
 #include "../Octets.h"
 
 // What an element holds besides elements: character chunks, typed content, comments, processing
@@ -15,6 +14,10 @@ void XMLReader_FI::decodeCharacters(int octet) {
   if (first < kChunk) fail("Error when decoding character chunk");
   if (first >= kChunkIndex) {
     const unsigned long index = decodeCharactersIndex(octet);
+    if (const StringTable* external = externalEntries(&contentCharacterChunks_)) {
+      deliverCharacters(getString(index, &contentCharacterChunks_, external));
+      return;
+    }
     if (index >= contentCharacterChunks_.size()) {
       fail("Error when decoding character chunk - invalid index");
     }
@@ -38,10 +41,7 @@ void XMLReader_FI::decodeCharacters(int octet) {
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.
 void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
-  const unsigned next = readOctet();
-  const unsigned field = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
-                         next >> (8 - kChunkFieldLowBits);
-  const unsigned long length = decodeCharactersLength(static_cast<int>(next));
+  const auto [field, length] = decodeChunkField(octet);
   std::string uri;
   if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri)) {
     EncodedData& value = decodeWith(*algorithm, field, length);
@@ -51,12 +51,12 @@ void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
   }
   std::string octets;
   readOctets(length, octets);
-  deliverOctets(field, uri, octets);
+  deliverOctets(octet & kChunkAddToTable, field, uri, octets);
 }
 
 void XMLReader_FI::decodeComment() {
   std::string text;
-  decodeString(&otherStrings_, nullptr, text);
+  decodeString(&otherStrings_, externalEntries(&otherStrings_), text);
   deliverComment(text);
 }
 
@@ -64,7 +64,7 @@ void XMLReader_FI::decodeProcessingInstruction() {
   std::string target;
   std::string data;
   decodeIdentifier(&otherNCNames_, target);
-  decodeString(&otherStrings_, nullptr, data);
+  decodeString(&otherStrings_, externalEntries(&otherStrings_), data);
   deliverInstruction(target, data);
 }
 

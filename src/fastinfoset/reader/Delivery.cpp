@@ -82,7 +82,7 @@ void XMLReader_FI::deliver(unsigned field, const std::string& uri, const Encoded
   }
 }
 
-void XMLReader_FI::deliverOctets(unsigned field, const std::string& uri,
+void XMLReader_FI::deliverOctets(bool, unsigned field, const std::string& uri,
                                  const std::string& octets) {
   if (!encodingAlgorithmContentHandler_) return;
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);

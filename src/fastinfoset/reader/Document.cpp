@@ -95,7 +95,7 @@ void XMLReader_FI::decodeNotations() {
     decodeIdentifiers(octet, systemId, publicId);
     deliverNotation(name, publicId, systemId);
   }
-  if (octet != kTerminator) fail("Error while parsing namespaces");
+  if (octet != kTerminator) fail(dialect_.wrongNotation);
 }
 
 void XMLReader_FI::decodeUnparsedEntities() {
@@ -111,7 +111,7 @@ void XMLReader_FI::decodeUnparsedEntities() {
     decodeIdentifier(&otherNCNames_, notationName);
     deliverUnparsedEntity(name, publicId, systemId, notationName);
   }
-  if (octet != kTerminator) fail("Error while parsing namespaces");
+  if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
 
 void XMLReader_FI::decodeAdditionalData() {
@@ -134,7 +134,7 @@ void XMLReader_FI::decodeCharacterEncodingScheme() {
 
 void XMLReader_FI::decodeVersion() {
   std::string version;
-  decodeString(&otherStrings_, nullptr, version);
+  decodeString(&otherStrings_, externalEntries(&otherStrings_), version);
   deliverVersion(version);
 }
 

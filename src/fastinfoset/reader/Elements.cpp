@@ -118,12 +118,13 @@ void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::
   if (index < dialect_.builtInNamesInDeclarations) {
     part = builtIn;
   } else {
-    part = getString(index - dialect_.builtInNamesInDeclarations, &table, nullptr);
+    part = getString(index - dialect_.builtInNamesInDeclarations, &table, externalEntries(&table));
   }
 }
 
 const XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names& table) {
-  if (table.size() >= dialect_.maximumEntries) {
+  const QualifiedNameTable* external = externalNames(&table);
+  if (table.size() + (external ? external->occupiedCount : 0) >= dialect_.maximumEntries) {
     unlisted_ = {};
     decodeNameParts(static_cast<unsigned>(octet), unlisted_);
     return unlisted_;
@@ -162,15 +163,27 @@ void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const cha
     part = builtIn;
     return;
   }
+  if (const StringTable* external = externalEntries(&table)) {
+    part = getString(index - kBuiltInNames, &table, external);
+    return;
+  }
   if (index - kBuiltInNames >= table.size()) fail(message);
   part = table[index - kBuiltInNames];
+}
+
+/// The external entries in front of a table of names, or null.
+const QualifiedNameTable* XMLReader_FI::externalNames(const Names* table) const {
+  if (externalVocabulary_ == nullptr) return nullptr;
+  if (table == &elementNames_) return &externalVocabulary_->elementNameSurrogates;
+  if (table == &attributeNames_) return &externalVocabulary_->attributeNameSurrogates;
+  return nullptr;
 }
 
 /// An entry of a table of names: the external entries first, then the document's own. Valid until a
 /// name is decoded.
 const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, const Names& table,
-                                                        const QualifiedNameTable* external,
                                                         const char* message) {
+  const QualifiedNameTable* external = externalNames(&table);
   if (external != nullptr) {
     if (index < external->definedCount) {
       const char* const(&entry)[3] = external->entries[index];
@@ -185,15 +198,11 @@ const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, con
 }
 
 const XMLReader_FI::QualifiedName& XMLReader_FI::elementNameAt(unsigned long index) {
-  return nameAt(index, elementNames_,
-                externalVocabulary_ ? &externalVocabulary_->elementNameSurrogates : nullptr,
-                "Error when decoding element name - invalid index");
+  return nameAt(index, elementNames_, "Error when decoding element name - invalid index");
 }
 
 const XMLReader_FI::QualifiedName& XMLReader_FI::attributeNameAt(unsigned long index) {
-  return nameAt(index, attributeNames_,
-                externalVocabulary_ ? &externalVocabulary_->attributeNameSurrogates : nullptr,
-                "Error when decoding attribute name - invalid index");
+  return nameAt(index, attributeNames_, "Error when decoding attribute name - invalid index");
 }
 
 XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) {

@@ -64,9 +64,38 @@ void XMLReader_FI::accountFor(std::uint64_t octets) {
   }
 }
 
+/// The external entries in front of a table, or null.
+const StringTable* XMLReader_FI::externalEntries(const Strings* table) const {
+  if (externalVocabulary_ == nullptr) return nullptr;
+  const ExternalVocabulary& vocabulary = *externalVocabulary_;
+  const struct {
+    const Strings* own;
+    VocabularyTable kind;
+    const StringTable& external;
+  } tables[] = {
+      {&contentCharacterChunks_, kContentCharacterChunks, vocabulary.contentCharacterChunks},
+      {&attributeValues_, kAttributeValues, vocabulary.attributeValues},
+      {&prefixes_, kPrefixes, vocabulary.prefixes},
+      {&namespaceNames_, kNamespaceNames, vocabulary.namespaceNames},
+      {&localNames_, kLocalNames, vocabulary.localNames},
+      {&otherNCNames_, kOtherNCNames, vocabulary.otherNCNames},
+      {&otherURIs_, kOtherURIs, vocabulary.otherURIs},
+      {&otherStrings_, kOtherStrings, vocabulary.otherStrings},
+      {&encodingAlgorithms_, kEncodingAlgorithms, vocabulary.encodingAlgorithms},
+      {&restrictedAlphabets_, kRestrictedAlphabets, vocabulary.restrictedAlphabets},
+  };
+  for (const auto& entry : tables) {
+    if (entry.own == table) return dialect_.externalTables & entry.kind ? &entry.external : nullptr;
+  }
+  return nullptr;
+}
+
 void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
   const bool hasBuiltIn = &table == &prefixes_ || &table == &namespaceNames_;
-  if (table.size() >= dialect_.maximumEntries - (hasBuiltIn ? kBuiltInNames : 0)) return;
+  const StringTable* external = externalEntries(&table);
+  const std::size_t inFront =
+      (hasBuiltIn ? kBuiltInNames : 0) + (external ? external->occupiedCount : 0);
+  if (table.size() + inFront >= dialect_.maximumEntries) return;
   accountFor(entry.size());
   table.push_back(entry);
 }
@@ -178,7 +207,7 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
   const auto octet = static_cast<int>(readOctet());
   if (static_cast<unsigned>(octet) & kStringIndex) {
     if (table == nullptr) fail("Error when parsing identifier");
-    out = getString(decodeIndex(octet), table, nullptr);
+    out = getString(decodeIndex(octet), table, externalEntries(table));
     return;
   }
   decodeLiteralIdentifier(static_cast<unsigned>(octet), table, out);
