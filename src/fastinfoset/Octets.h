@@ -28,7 +28,7 @@ enum OptionalComponent : unsigned {
 inline constexpr unsigned kComponentsPadding = 0x80;
 
 /// The two octets of an initial vocabulary (C.2.5), as one number: which tables follow, in this
-/// order. The three high bits are padding.
+/// order.
 enum VocabularyTable : unsigned {
   kExternalVocabulary = 0x1000,
   kRestrictedAlphabets = 0x0800,
@@ -44,6 +44,8 @@ enum VocabularyTable : unsigned {
   kElementNameSurrogates = 0x0002,
   kAttributeNameSurrogates = 0x0001,
 };
+/// The bits of the first of them that are padding.
+inline constexpr unsigned kVocabularyPadding = 0xE0;
 
 // --- Children, told by their first octet (C.2.11, C.3.7) ---
 

@@ -1,0 +1,143 @@
+/// @file
+/// The reader of Fast Infoset documents that follows ITU-T X.891 to the letter.
+#pragma once
+
+#include <Tavrin/Export.h>
+#include <Tavrin/XMLReader_FI.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace Tavrin {
+
+/// Reads Fast Infoset documents as ITU-T X.891 | ISO/IEC 24824-1 defines them, whoever wrote them;
+/// registered as "X891".
+///
+/// It decodes the whole format: the XML declaration in front, the initial vocabulary with built-in,
+/// external and own entries, every form of index and length, UTF-8, UTF-16 and restricted
+/// alphabets, the ten built-in encoding algorithms, and those that the application registers.
+///
+/// What it delivers can be written as XML 1.0 with namespaces, or the document is refused: names,
+/// characters, UTF-8, unique attributes, prefixes in scope, one root element. (A prefix may be
+/// undeclared in a document that says that its version of XML is 1.1.) The entries of an external
+/// vocabulary are the application's own, and their characters are not looked at.
+///
+/// The format keeps no name of the document type. That of the root element is reported, so what
+/// stands between the document type declaration and the root element is reported together with the
+/// root element. Notations and unparsed entities come between startDTD and endDTD; where a document
+/// has some but no document type declaration, a startDTD without identifiers and an endDTD are
+/// reported in front of the root element.
+///
+/// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
+/// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
+/// algorithm handler; the content handler, as text. The text of floating-point numbers has as many
+/// digits as it takes to read the same numbers again, and INF, -INF and NaN as XML Schema spells
+/// them, whatever the locale. Data of an algorithm that is neither built in nor registered goes to
+/// the encoding algorithm handler as octets, or is refused without one; in an attribute it is
+/// refused.
+///
+/// Failures of a document are told to ErrorHandler::fatalError and thrown as a SAXParseException
+/// with the line -1 and, as column, the number of octets of the document that were read by then (at
+/// most 2147483647). What handlers and registered algorithms throw reaches the caller of parse as
+/// it was thrown, but for an EncodingAlgorithmException, which is a failure of the document. After
+/// either, the reader can read another document.
+///
+/// The reader takes no octet behind the document's last one, so documents may follow each other on
+/// one stream; all tables start fresh with each. Elements may be nested as deep as memory allows.
+///
+/// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
+/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets. Feature:
+/// Tavrin::features::isStandalone.
+class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
+ public:
+  XMLReader_X891();
+  ~XMLReader_X891() override;
+
+  /// A new reader without handlers.
+  static std::unique_ptr<XMLReader> create();
+
+  /// Sets a handler, the registered algorithms, the external vocabularies or a limit.
+  /// @throws SAXNotRecognizedException for any other identifier
+  /// @throws SAXException for a property that can only be asked, and for an amplification factor
+  ///         below 1
+  void setProperty(const std::string& name, void* value) override;
+  /// The pointer that was set, or a pointer to the value.
+  /// @throws SAXNotRecognizedException for any other identifier
+  void* getProperty(const std::string& name) override;
+  /// Refused: the one feature can only be asked.
+  /// @throws SAXNotRecognizedException for any other identifier
+  /// @throws SAXException for isStandalone
+  void setFeature(const std::string& name, bool value) override;
+  /// Whether the document says that it is standalone.
+  /// @throws SAXNotRecognizedException for any other identifier
+  bool getFeature(const std::string& name) override;
+
+ protected:
+  void decodeInitialVocabulary() override;
+  EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri) override;
+
+ private:
+  struct State;
+  enum class TextFormat { utf16, restrictedAlphabet, algorithm };
+
+  [[noreturn]] void fail(const std::string& message) const override;
+  void clearTables() override;
+  void decodeDocument() override;
+  void checkPadding(unsigned bits) const override;
+  void endChildren(bool elementSeen) override;
+
+  void checkLiteral(const Strings* table, const std::string& text) override;
+  void decodeOtherString(unsigned octet, std::string& text) override;
+  void decodeOtherChunk(unsigned octet, std::string& text) override;
+  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                          unsigned long length) override;
+  void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value) override;
+  void checkElementName(const QualifiedName& name) override;
+  void checkAttributeName(const QualifiedName& name) override;
+
+  void deliverVersion(const std::string& version) override;
+  void deliverStandalone(unsigned octet) override;
+  void deliverUnused(const std::string& line) override;
+  void deliverNotation(const std::string& name, const std::string& publicId,
+                       const std::string& systemId) override;
+  void deliverUnparsedEntity(const std::string& name, const std::string& publicId,
+                             const std::string& systemId, const std::string& notationName) override;
+  void deliverStartDTD(const std::string& publicId, const std::string& systemId) override;
+  void deliverEndDTD() override;
+  void deliverDeclarations(const Strings& declarations) override;
+  void deliverStartElement(const OpenElement& element, const Attributes& attributes) override;
+  void deliverEndElement(const OpenElement& element) override;
+  void deliverCharacters(const std::string& text) override;
+  void deliver(unsigned field, const std::string& uri, const EncodedData& value) override;
+  void deliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                     const std::string& octets) override;
+  void deliverComment(const std::string& text) override;
+  void deliverInstruction(const std::string& target, const std::string& data) override;
+  void deliverEntityReference(const std::string& name, const std::string& publicId,
+                              const std::string& systemId) override;
+
+  void decodeHeader();
+  void decodeXMLDeclaration();
+  unsigned long decodeListLength(unsigned long most);
+  void decodeIdentifiers(Strings& table);
+  void decodeStrings(Strings& table);
+  void decodeSurrogates(Names& table);
+  unsigned long decodeSurrogateIndex();
+
+  void decodeUTF16(unsigned long length, std::string& text);
+  void decodeRestrictedAlphabet(Field field, std::string& text);
+  void decodeAlgorithmText(Field field, std::string& text);
+
+  void checkCharacters(const std::string& text) const;
+  void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
+  void checkBinding(const QualifiedName& name) const;
+  void releaseProlog(const std::string& rootName);
+  void account(std::uint64_t octets);
+
+  std::unique_ptr<State> state_;
+
+  static const XMLReaderType type_;
+};
+
+}  // namespace Tavrin

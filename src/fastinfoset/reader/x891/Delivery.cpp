@@ -1,0 +1,186 @@
+#include <algorithm>
+
+#include "../../../xml/Characters.h"
+#include "../../Octets.h"
+#include "State.h"
+
+// What is decoded reaches the handlers here. A handler may take itself off at any event.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+/// Counts octets before they are delivered. A document that delivers far more than it holds is an
+/// attack.
+void XMLReader_X891::account(std::uint64_t octets) {
+  State::Document& document = state_->document;
+  document.delivered += octets;
+  if (document.delivered <= state_->amplificationThreshold) return;
+  if (static_cast<double>(document.delivered) <=
+      state_->amplificationFactor * static_cast<double>(octetsRead_)) {
+    return;
+  }
+  fail("More octets delivered for each octet read than the limit allows");
+}
+
+// --- What comes before the root element ---
+// The name of the document type is that of the root element: what follows it waits for that. It
+// takes memory meanwhile, so it counts like an entry of a table.
+
+void XMLReader_X891::deliverUnused(const std::string&) {}
+
+void XMLReader_X891::deliverNotation(const std::string& name, const std::string& publicId,
+                                     const std::string& systemId) {
+  checkIdentifiers(publicId, systemId);
+  if (publicId.empty() && systemId.empty()) fail("Notation without an identifier");
+  accountFor(name.size() + publicId.size() + systemId.size());
+  state_->document.isHoldingBack = true;
+  state_->document.declarations.push_back([=, this](const std::string&) {
+    if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
+  });
+}
+
+void XMLReader_X891::deliverUnparsedEntity(const std::string& name, const std::string& publicId,
+                                           const std::string& systemId,
+                                           const std::string& notationName) {
+  checkIdentifiers(publicId, systemId);
+  accountFor(name.size() + publicId.size() + systemId.size() + notationName.size());
+  state_->document.isHoldingBack = true;
+  state_->document.declarations.push_back([=, this](const std::string&) {
+    if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
+  });
+}
+
+void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::string& systemId) {
+  checkIdentifiers(publicId, systemId);
+  State::Document& document = state_->document;
+  if (!publicId.empty() && systemId.empty()) {
+    fail("Document type declaration with a public, but without a system identifier");
+  }
+  document.hasDocumentType = true;
+  document.isHoldingBack = true;
+  document.prolog.push_back([=, this](const std::string& rootName) {
+    if (lexicalHandler_) lexicalHandler_->startDTD(rootName, publicId, systemId);
+  });
+  std::ranges::move(document.declarations, std::back_inserter(document.prolog));
+  document.declarations.clear();
+}
+
+void XMLReader_X891::deliverEndDTD() {
+  state_->document.prolog.push_back([this](const std::string&) {
+    if (lexicalHandler_) lexicalHandler_->endDTD();
+  });
+}
+
+void XMLReader_X891::releaseProlog(const std::string& rootName) {
+  State::Document& document = state_->document;
+  document.isHoldingBack = false;
+  if (!document.hasDocumentType) {
+    if (lexicalHandler_) lexicalHandler_->startDTD(rootName, {}, {});
+    for (const auto& event : document.declarations) event(rootName);
+    if (lexicalHandler_) lexicalHandler_->endDTD();
+  }
+  for (const auto& event : document.prolog) event(rootName);
+  document.declarations.clear();
+  document.prolog.clear();
+}
+
+void XMLReader_X891::deliverComment(const std::string& text) {
+  if (text.find("--") != std::string::npos || text.ends_with('-')) {
+    fail("Comment with \"--\" or \"-\" at its end");
+  }
+  account(text.size());
+  if (state_->document.isHoldingBack) {
+    accountFor(text.size());
+    state_->document.prolog.push_back([=, this](const std::string&) {
+      if (lexicalHandler_) lexicalHandler_->comment(text);
+    });
+  } else if (lexicalHandler_) {
+    lexicalHandler_->comment(text);
+  }
+}
+
+void XMLReader_X891::deliverInstruction(const std::string& target, const std::string& data) {
+  if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
+  if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
+  if (data.find_first_of(" \t\r\n") == 0) {
+    fail("Processing instruction that begins with white space");
+  }
+  account(target.size() + data.size());
+  if (state_->document.isHoldingBack) {
+    accountFor(target.size() + data.size());
+    state_->document.prolog.push_back([=, this](const std::string&) {
+      if (contentHandler_) contentHandler_->processingInstruction(target, data);
+    });
+  } else if (contentHandler_) {
+    contentHandler_->processingInstruction(target, data);
+  }
+}
+
+// --- Elements ---
+
+void XMLReader_X891::deliverStartElement(const OpenElement& element, const Attributes& attributes) {
+  // The names come again with the end.
+  std::uint64_t octets = 2 * (element.uri.size() + element.localName.size() + element.qName.size());
+  const auto& typed = static_cast<const EncodingAlgorithmAttributesImpl&>(attributes);
+  for (int i = 0; i < typed.getLength(); ++i) {
+    octets += typed.getURI(i).size() + typed.getLocalName(i).size() + typed.getQName(i).size();
+    if (typed.getAlgorithmData(i) == nullptr) octets += typed.getValue(i).size();
+  }
+  for (const std::string& declaration : element.declarations) octets += declaration.size();
+  account(octets);
+
+  if (state_->document.isHoldingBack) releaseProlog(element.qName);
+  XMLReader_FI::deliverDeclarations(element.declarations);
+  XMLReader_FI::deliverStartElement(element, attributes);
+}
+
+void XMLReader_X891::deliverEndElement(const OpenElement& element) {
+  if (contentHandler_) {
+    contentHandler_->endElement(element.uri, element.localName, element.qName);
+  }
+  for (std::size_t i = element.declarations.size(); i > 0 && contentHandler_; i -= 2) {
+    contentHandler_->endPrefixMapping(element.declarations[i - 2]);
+  }
+  state_->document.bindings.undo(element.declarations.size() / 2);
+}
+
+// --- Content ---
+
+void XMLReader_X891::deliverCharacters(const std::string& text) {
+  account(text.size());
+  if (!text.empty()) XMLReader_FI::deliverCharacters(text);
+}
+
+void XMLReader_X891::deliver(unsigned field, const std::string& uri, const EncodedData& value) {
+  if (field == algorithms::cdata) {
+    if (lexicalHandler_) lexicalHandler_->startCDATA();
+    deliverCharacters(static_cast<const CDATAData&>(value).data_);
+    if (lexicalHandler_) lexicalHandler_->endCDATA();
+  } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm &&
+             field != algorithms::uuid) {
+    value.callContentHandler(*primitiveTypeContentHandler_);
+  } else if (encodingAlgorithmContentHandler_) {
+    encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
+  } else if (contentHandler_) {
+    const std::string text = value.toString();
+    checkCharacters(text);  // An application's algorithm may give any.
+    deliverCharacters(text);
+  }
+}
+
+void XMLReader_X891::deliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                                   const std::string& octets) {
+  // Without the text the table would lack an entry, and later indexes would lead astray.
+  if (addToTable || !encodingAlgorithmContentHandler_) fail("Unknown encoding algorithm - " + uri);
+  encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
+}
+
+void XMLReader_X891::deliverEntityReference(const std::string& name, const std::string& publicId,
+                                            const std::string& systemId) {
+  checkIdentifiers(publicId, systemId);
+  account(name.size());
+  if (contentHandler_) contentHandler_->skippedEntity(name);
+}
+
+}  // namespace Tavrin

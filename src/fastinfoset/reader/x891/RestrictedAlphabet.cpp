@@ -1,0 +1,57 @@
+#include "RestrictedAlphabet.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace Tavrin {
+
+namespace {
+
+constexpr std::size_t kMostCharacters = std::size_t{1} << 20;
+constexpr std::size_t kLongestCharacter = 4;  // In UTF-8.
+
+bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+}  // namespace
+
+RestrictedAlphabet::RestrictedAlphabet(std::string_view characters) {
+  if (characters.size() > kLongestCharacter * kMostCharacters) return;
+  characters_ = characters;
+  for (std::uint32_t i = 0; i < characters_.size(); ++i) {
+    if (!isContinuation(characters_[i])) begins_.push_back(i);
+  }
+  const std::size_t count = begins_.size();
+  begins_.push_back(static_cast<std::uint32_t>(characters_.size()));
+  while (std::size_t{1} << bits_ <= count) ++bits_;
+
+  std::vector<std::string_view> sorted;
+  for (std::size_t i = 0; i < count; ++i) sorted.push_back(characterAt(i));
+  std::ranges::sort(sorted);
+  isValid_ =
+      count >= 2 && count <= kMostCharacters && std::ranges::adjacent_find(sorted) == sorted.end();
+}
+
+std::string_view RestrictedAlphabet::characterAt(std::size_t code) const {
+  return std::string_view(characters_).substr(begins_[code], begins_[code + 1] - begins_[code]);
+}
+
+bool RestrictedAlphabet::decode(std::string_view octets, std::string& text) const {
+  const std::uint64_t end = (std::uint64_t{1} << bits_) - 1;  // All ones: filled up from here on.
+  std::uint64_t pending = 0;
+  unsigned pendingBits = 0;
+  text.clear();
+  for (const char octet : octets) {
+    pending = (pending << 8 | static_cast<unsigned char>(octet)) & 0xFFFFFFFFFF;
+    pendingBits += 8;
+    while (pendingBits >= bits_) {
+      const std::uint64_t code = pending >> (pendingBits - bits_) & end;
+      if (code == end) return true;
+      if (code + 1 >= begins_.size()) return false;
+      text += characterAt(code);
+      pendingBits -= bits_;
+    }
+  }
+  return true;
+}
+
+}  // namespace Tavrin

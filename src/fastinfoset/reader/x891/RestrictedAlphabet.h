@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tavrin {
+
+/// A restricted alphabet (X.891, 7.17.6): characters that are packed into as few bits each as let
+/// the code of all ones free.
+class RestrictedAlphabet {
+ public:
+  RestrictedAlphabet() = default;
+
+  /// @param characters the characters in order, in valid UTF-8
+  explicit RestrictedAlphabet(std::string_view characters);
+
+  /// Whether there are at least two characters and at most 2^20, none of them twice.
+  bool isValid() const { return isValid_; }
+
+  /// Unpacks characters.
+  /// @return false for a code that stands for no character
+  bool decode(std::string_view octets, std::string& text) const;
+
+ private:
+  std::string_view characterAt(std::size_t code) const;
+
+  std::string characters_;
+  std::vector<std::uint32_t> begins_;  // Where each character begins; behind them, the end.
+  unsigned bits_ = 0;                  // Of a code.
+  bool isValid_ = false;
+};
+
+/// The built-in alphabets (X.891, 9.1 and 9.2).
+inline constexpr std::string_view kNumericAlphabet = "0123456789-+.E ";
+inline constexpr std::string_view kDateAndTimeAlphabet = "0123456789-:TZ ";
+
+}  // namespace Tavrin

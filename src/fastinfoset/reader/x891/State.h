@@ -1,0 +1,102 @@
+#pragma once
+
+#include <Tavrin/XMLReader_X891.h>
+
+#include <cstdint>
+#include <functional>
+#include <istream>
+#include <map>
+#include <optional>
+#include <streambuf>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "../../../typed/ExactNumbers.h"
+#include "../../../xml/NamespaceBindings.h"
+#include "RestrictedAlphabet.h"
+
+namespace Tavrin {
+
+/// A stream over octets in memory, for algorithms to decode from: so that none reads beyond its
+/// data.
+class OctetStream {
+ public:
+  OctetStream() : stream_(&buffer_) {}
+
+  /// The stream, at the beginning of these octets, which must outlive its use.
+  std::istream& over(std::string& octets) {
+    buffer_.set(octets);
+    stream_.clear();
+    return stream_;
+  }
+  bool isAtEnd() const { return buffer_.isAtEnd(); }
+
+ private:
+  class Buffer : public std::streambuf {
+   public:
+    void set(std::string& octets) {
+      setg(octets.data(), octets.data(), octets.data() + octets.size());
+    }
+    bool isAtEnd() const { return gptr() == egptr(); }
+  };
+
+  Buffer buffer_;
+  std::istream stream_;
+};
+
+/// What the reader knows beside what it shares with that of "FI".
+struct XMLReader_X891::State {
+  // --- Limits ---
+
+  static constexpr double kAmplificationFactor = 1000;
+  static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} << 20;
+  static constexpr std::uint64_t kMaximumTableOctets = std::uint64_t{512} << 20;
+  static constexpr std::uint64_t kMaximumLiteralOctets = std::uint64_t{1} << 30;
+
+  double amplificationFactor = kAmplificationFactor;
+  std::uint64_t amplificationThreshold = kAmplificationThreshold;
+
+  // --- Typed content ---
+
+  UUIDEncodingAlgorithm uuid;
+  ExactFloatData floats;
+  ExactDoubleData doubles;
+  std::string octets;  // Of the value that is being decoded.
+  OctetStream octetStream;
+
+  // --- The document; what follows is new for each ---
+
+  /// An event that waits for the root element, whose qualified name it is called with.
+  using HeldBack = std::function<void(const std::string& rootName)>;
+
+  /// What a name of a table was found to be.
+  struct CheckedName {
+    std::uint64_t bindings = 0;  // The version of the bindings in which its prefix was right, or 0.
+    std::size_t identity = 0;    // Of attributes: see attributeIdentities; 0 while unknown.
+  };
+
+  struct Document {
+    std::string version = "1.0";
+    std::optional<bool> standalone;
+    std::uint64_t delivered = 0;  // Octets.
+
+    std::vector<HeldBack> prolog;
+    std::vector<HeldBack> declarations;  // Notations and unparsed entities.
+    bool hasDocumentType = false;
+    bool isHoldingBack = false;
+
+    std::map<unsigned, RestrictedAlphabet> alphabets;  // By field, when first used.
+
+    xml::NamespaceBindings bindings;
+    std::vector<CheckedName> elementNames;    // By position in the table.
+    std::vector<CheckedName> attributeNames;  // Likewise.
+    /// A number, from 1, for each pair of namespace name and local name.
+    std::map<std::pair<std::string, std::string>, std::size_t> attributeIdentities;
+    std::vector<std::uint64_t> lastElement{0};  // By identity: the last element that had it.
+    std::uint64_t elements = 1;                 // How many were begun, and 1.
+  };
+  Document document;
+};
+
+}  // namespace Tavrin

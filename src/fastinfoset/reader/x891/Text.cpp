@@ -1,0 +1,171 @@
+#include <limits>
+#include <string_view>
+
+#include "../../Octets.h"
+#include "State.h"
+
+// Text in other formats than UTF-8: UTF-16, restricted alphabets and encoding algorithms (X.891,
+// C.19, C.20 and clauses 9 and 10).
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+namespace {
+
+/// The restricted alphabets that are built in, and the first field of the application's own; those
+/// between are reserved.
+enum RestrictedAlphabetField : unsigned { kNumeric = 0, kDateAndTime = 1, kFirstOwnAlphabet = 15 };
+
+void appendUTF8(char32_t character, std::string& text) {
+  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
+  if (character < 0x80) {
+    append(character);
+  } else if (character < 0x800) {
+    append(0xC0 | character >> 6);
+    append(0x80 | (character & 0x3F));
+  } else if (character < 0x10000) {
+    append(0xE0 | character >> 12);
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
+  } else {
+    append(0xF0 | character >> 18);
+    append(0x80 | (character >> 12 & 0x3F));
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
+  }
+}
+
+}  // namespace
+
+void XMLReader_X891::decodeOtherString(unsigned octet, std::string& text) {
+  switch (octet & kStringEncoding) {
+    case kStringUTF16:
+      return decodeUTF16(decodeStringLength(static_cast<int>(octet)), text);
+    case kStringRestrictedAlphabet:
+      return decodeRestrictedAlphabet(decodeStringField(octet), text);
+    default:
+      return decodeAlgorithmText(decodeStringField(octet), text);
+  }
+}
+
+// Chunks that an algorithm encodes are typed content: they do not come here.
+void XMLReader_X891::decodeOtherChunk(unsigned octet, std::string& text) {
+  if ((octet & kChunkEncoding) == kChunkUTF16) {
+    decodeUTF16(decodeCharactersLength(static_cast<int>(octet)), text);
+  } else {
+    decodeRestrictedAlphabet(decodeChunkField(octet), text);
+  }
+}
+
+/// Big-endian, without a mark of byte order.
+void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
+  std::string& octets = state_->octets;
+  readOctets(length, octets);
+  text.clear();
+  char32_t high = 0;  // The first half of a surrogate pair.
+  const auto unitAt = [&octets](std::size_t i) {
+    return static_cast<char32_t>(static_cast<unsigned char>(octets[i]) << 8 |
+                                 static_cast<unsigned char>(octets[i + 1]));
+  };
+  bool isValid = length % 2 == 0;
+  for (std::size_t i = 0; isValid && i < length; i += 2) {
+    const char32_t unit = unitAt(i);
+    const bool isHigh = unit >= 0xD800 && unit <= 0xDBFF;
+    const bool isLow = unit >= 0xDC00 && unit <= 0xDFFF;
+    isValid = isLow == (high != 0);
+    if (isHigh) {
+      high = unit;
+    } else {
+      appendUTF8(isLow ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit, text);
+      high = 0;
+    }
+  }
+  if (!isValid || high != 0) fail("Invalid UTF-16");
+}
+
+void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
+  auto& alphabets = state_->document.alphabets;
+  auto found = alphabets.find(field.number);
+  if (found == alphabets.end()) {
+    const auto charactersOf = [this](unsigned number) -> std::string {
+      if (number == kNumeric) return std::string(kNumericAlphabet);
+      if (number == kDateAndTime) return std::string(kDateAndTimeAlphabet);
+      if (number < kFirstOwnAlphabet) {
+        fail("Reserved restricted alphabet " + std::to_string(number + 1));
+      }
+      return getString(number - kFirstOwnAlphabet, &restrictedAlphabets_,
+                       externalEntries(&restrictedAlphabets_));
+    };
+    const std::string characters = charactersOf(field.number);
+    checkCharacters(characters);
+    found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
+    if (!found->second.isValid()) fail("Invalid restricted alphabet");
+  }
+  readOctets(field.length, state_->octets);
+  if (!found->second.decode(state_->octets, text)) {
+    fail("Error when decoding restricted alphabet");
+  }
+}
+
+// --- Encoding algorithms ---
+
+EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
+  if (field == algorithms::uuid) return &state_->uuid;
+  EncodingAlgorithm* algorithm = XMLReader_FI::getEncodingAlgorithm(field, uri);
+  if (algorithm == nullptr && field < kFirstApplicationAlgorithm) {
+    fail("Reserved encoding algorithm " + std::to_string(field + 1));
+  }
+  return algorithm;
+}
+
+/// The octets are read before the algorithm sees them: it cannot read beyond.
+EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                        unsigned long length) {
+  if (length > std::numeric_limits<std::uint32_t>::max()) {
+    fail("Encoded data longer than 4294967295 octets");
+  }
+  readOctets(length, state_->octets);
+  std::istream& stream = state_->octetStream.over(state_->octets);
+  EncodedData* decoded = nullptr;
+  try {
+    decoded = &algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
+  } catch (const EncodingAlgorithmException& exception) {
+    fail(exception.getMessage());
+  }
+  if (stream.fail() || !state_->octetStream.isAtEnd()) {
+    fail("Encoded data of another length than its value");
+  }
+  // The text of these must read back as the same numbers, which that of their own holders need not.
+  if (field == algorithms::floatNumber) {
+    state_->floats.data_.swap(static_cast<FloatData&>(*decoded).data_);
+    return state_->floats;
+  }
+  if (field == algorithms::doubleNumber) {
+    state_->doubles.data_.swap(static_cast<DoubleData&>(*decoded).data_);
+    return state_->doubles;
+  }
+  return *decoded;
+}
+
+/// Text of a string that stands where nothing typed is delivered.
+void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
+  std::string uri;
+  EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
+  if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
+  text = decodeWith(*algorithm, field.number, field.length).toString();
+}
+
+/// The table holds the text that the value stands for (7.14).
+void XMLReader_X891::takeTyped(bool addToTable, Strings& table, unsigned field,
+                               EncodedData& value) {
+  if (field == algorithms::cdata && &table == &attributeValues_) {
+    fail("CDATA section in an attribute value");
+  }
+  if (!addToTable && field != algorithms::cdata) return;
+  const std::string text = value.toString();
+  checkLiteral(&table, text);
+  if (addToTable) addEntry(table, text);
+}
+
+}  // namespace Tavrin
