@@ -128,9 +128,14 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
                     std::unique_ptr<EncodedData> data);
 
  private:
+  friend class XMLReader_FI;
+
   const Attribute& at(int index) const;
+  void clear();
+  Attribute& append();
 
   std::vector<std::unique_ptr<Attribute>> attributes_;
+  std::vector<std::unique_ptr<Attribute>> spare_;  // Cleared records, which keep their memory.
 };
 
 }  // namespace Tavrin

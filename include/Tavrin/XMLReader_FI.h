@@ -77,6 +77,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
     std::string prefix;         ///< Prefix.
     std::string namespaceName;  ///< Namespace name.
     std::string localName;      ///< Local name.
+    std::string whole{};        ///< What qName gives, of names that are in use.
 
     /// Prefix, colon and local name, or the local name alone.
     std::string qName() const;
@@ -199,11 +200,11 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   using Strings = std::vector<std::string>;
   using Names = std::vector<QualifiedName>;
 
-  /// An element whose end has not come yet.
+  /// An element whose end has not come yet. What a document repeats, it does not copy.
   struct OpenElement {
-    std::string uri;
-    std::string localName;
-    std::string qName;
+    std::size_t position;  // Of its name in the table.
+    std::unique_ptr<QualifiedName>
+        unlisted;          // Its name, if it is in none of the document's tables.
     Strings declarations;  // Prefix, namespace name, prefix, namespace name, ...
   };
 
@@ -244,8 +245,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   virtual void deliverStartDTD(const std::string& publicId, const std::string& systemId);
   virtual void deliverEndDTD();
   virtual void deliverDeclarations(const Strings& declarations);
-  virtual void deliverStartElement(const OpenElement& element, const Attributes& attributes);
-  virtual void deliverEndElement(const OpenElement& element);
+  virtual void deliverStartElement(const QualifiedName& name, const Strings& declarations,
+                                   const EncodingAlgorithmAttributesImpl& attributes);
+  virtual void deliverEndElement(const QualifiedName& name, const Strings& declarations);
   virtual void deliverCharacters(const std::string& text);
   virtual void deliver(unsigned field, const std::string& uri, const EncodedData& value);
   virtual void deliverOctets(bool addToTable, unsigned field, const std::string& uri,
@@ -263,6 +265,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
                                std::uint32_t fieldBits) const;
   void addEntry(Strings& table, const std::string& entry);
   void accountFor(std::uint64_t octets);
+  void accountForName(const QualifiedName& name);
   const StringTable* externalEntries(const Strings* table) const;
   const QualifiedNameTable* externalNames(const Names* table) const;
   Field decodeStringField(unsigned octet);
@@ -279,6 +282,11 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   const QualifiedName& elementNameAt(unsigned long index);
   const QualifiedName& attributeNameAt(unsigned long index);
   void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  static EncodingAlgorithmAttributesImpl::Attribute& appendTo(
+      EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  const QualifiedName& nameOf(const OpenElement& element) const;
+  int nextOctet();
+  int endOfStream();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
   EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;
@@ -293,10 +301,16 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
 
   std::istream* stream_ = nullptr;
+  std::streambuf* buffer_ = nullptr;  // That of the stream, or one without octets.
   const ExternalVocabulary* externalVocabulary_ = nullptr;
   bool parsing_ = false;          // A call of parse is on the stack.
   std::uint64_t octetsRead_ = 0;  // Of the document, in whole.
   QualifiedName unlisted_;        // A name that is in none of the document's tables.
+
+  // Used again for each item, as they keep their memory.
+  EncodingAlgorithmAttributesImpl attributes_;
+  std::string text_;
+
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;
   std::uint64_t maximumTableOctets_ = UINT64_MAX;

@@ -106,8 +106,9 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void deliverStartDTD(const std::string& publicId, const std::string& systemId) override;
   void deliverEndDTD() override;
   void deliverDeclarations(const Strings& declarations) override;
-  void deliverStartElement(const OpenElement& element, const Attributes& attributes) override;
-  void deliverEndElement(const OpenElement& element) override;
+  void deliverStartElement(const QualifiedName& name, const Strings& declarations,
+                           const EncodingAlgorithmAttributesImpl& attributes) override;
+  void deliverEndElement(const QualifiedName& name, const Strings& declarations) override;
   void deliverCharacters(const std::string& text) override;
   void deliver(unsigned field, const std::string& uri, const EncodedData& value) override;
   void deliverOctets(bool addToTable, unsigned field, const std::string& uri,

@@ -167,4 +167,33 @@ void EncodingAlgorithmAttributesImpl::addAttribute(
       uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)}));
 }
 
+// A reader fills one list again and again. Strings made anew for each attribute take it several
+// times as long as all the rest; one that was large is given back, so that memory follows the
+// document.
+
+void EncodingAlgorithmAttributesImpl::clear() {
+  constexpr std::size_t kMostSpare = 256;
+  constexpr std::size_t kLargestSpare = 4096;
+  while (!attributes_.empty()) {
+    std::unique_ptr<Attribute> record = std::move(attributes_.back());
+    attributes_.pop_back();
+    if (spare_.size() >= kMostSpare || record->value.capacity() > kLargestSpare) continue;
+    record->value.clear();
+    record->algorithmURI.clear();
+    record->algorithmIndex = -1;
+    record->algorithmData.reset();
+    spare_.push_back(std::move(record));
+  }
+}
+
+EncodingAlgorithmAttributesImpl::Attribute& EncodingAlgorithmAttributesImpl::append() {
+  if (spare_.empty()) {
+    attributes_.push_back(std::make_unique<Attribute>());
+  } else {
+    attributes_.push_back(std::move(spare_.back()));
+    spare_.pop_back();
+  }
+  return *attributes_.back();
+}
+
 }  // namespace Tavrin

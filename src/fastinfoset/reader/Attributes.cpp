@@ -41,14 +41,24 @@ void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
     EncodedData& value = decodeWith(*algorithm, field, length);
     takeTyped(octet & kStringAddToTable, attributeValues_, field, value);
     // The list takes the value over; the algorithm would reuse its holder for the next one.
-    attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, uri,
-                            static_cast<int>(field), value.clone());
+    auto& attribute = appendTo(attributes, name);
+    attribute.algorithmURI = uri;
+    attribute.algorithmIndex = static_cast<std::int32_t>(field);
+    attribute.algorithmData = value.clone();
     return;
   }
-  std::string value;
   decodeString(static_cast<int>(octet), &attributeValues_, externalEntries(&attributeValues_),
-               value);
-  attributes.addAttribute(name.namespaceName, name.localName, name.qName(), kAttributeType, value);
+               appendTo(attributes, name).value);
+}
+
+EncodingAlgorithmAttributesImpl::Attribute& XMLReader_FI::appendTo(
+    EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name) {
+  auto& attribute = attributes.append();
+  attribute.uri = name.namespaceName;
+  attribute.localName = name.localName;
+  attribute.qName = name.whole;
+  attribute.type = kAttributeType;
+  return attribute;
 }
 
 }  // namespace Tavrin

@@ -28,15 +28,15 @@ void XMLReader_FI::decodeCharacters(int octet) {
     decodeAlgorithmData(first);
     return;
   }
-  std::string text;
+  text_.clear();
   if ((first & kChunkEncoding) == kChunkUTF8) {
-    readOctets(decodeCharactersLength(octet), text);
+    readOctets(decodeCharactersLength(octet), text_);
   } else {
-    decodeOtherChunk(first, text);
+    decodeOtherChunk(first, text_);
   }
-  checkLiteral(&contentCharacterChunks_, text);
-  if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text);
-  deliverCharacters(text);
+  checkLiteral(&contentCharacterChunks_, text_);
+  if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text_);
+  deliverCharacters(text_);
 }
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.

@@ -48,17 +48,16 @@ void XMLReader_FI::deliverDeclarations(const Strings& declarations) {
   }
 }
 
-void XMLReader_FI::deliverStartElement(const OpenElement& element, const Attributes& attributes) {
+void XMLReader_FI::deliverStartElement(const QualifiedName& name, const Strings&,
+                                       const EncodingAlgorithmAttributesImpl& attributes) {
   if (!contentHandler_) return;
-  contentHandler_->startElement(element.uri, element.localName, element.qName, attributes);
+  contentHandler_->startElement(name.namespaceName, name.localName, name.whole, attributes);
 }
 
-void XMLReader_FI::deliverEndElement(const OpenElement& element) {
-  if (contentHandler_) {
-    contentHandler_->endElement(element.uri, element.localName, element.qName);
-  }
-  for (std::size_t i = 0; i < element.declarations.size() && contentHandler_; i += 2) {
-    contentHandler_->endPrefixMapping(element.declarations[i]);
+void XMLReader_FI::deliverEndElement(const QualifiedName& name, const Strings& declarations) {
+  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.whole);
+  for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
+    contentHandler_->endPrefixMapping(declarations[i]);
   }
 }
 

@@ -13,11 +13,7 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 bool XMLReader_FI::isFastInfosetDocument() {
-  return std::ranges::all_of(kHeader, [this](int octet) {
-    const int got = stream_->get();
-    if (got != std::istream::traits_type::eof()) ++octetsRead_;
-    return got == octet;
-  });
+  return std::ranges::all_of(kHeader, [this](int octet) { return nextOctet() == octet; });
 }
 
 void XMLReader_FI::decodeOptionalComponents() {

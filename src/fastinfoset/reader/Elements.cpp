@@ -71,20 +71,28 @@ bool XMLReader_FI::startElement(int octet) {
   } else {
     fail("Error when decoding element name");
   }
+  if (name == &unlisted_) {
+    element.unlisted = std::make_unique<QualifiedName>(unlisted_);
+    name = element.unlisted.get();
+  } else {
+    element.position = static_cast<std::size_t>(name - elementNames_.data());
+  }
   checkElementName(*name);
-  element.qName = name->qName();
-  element.uri = name->namespaceName;
-  element.localName = name->localName;
 
-  EncodingAlgorithmAttributesImpl attributes;
-  const bool ended = (first & kElementAttributes) && decodeAttributes(attributes);
-  deliverStartElement(element, attributes);
+  attributes_.clear();
+  const bool ended = (first & kElementAttributes) && decodeAttributes(attributes_);
+  deliverStartElement(*name, element.declarations, attributes_);
   return ended;
 }
 
 void XMLReader_FI::endElement() {
-  deliverEndElement(openElements_.back());
+  const OpenElement& element = openElements_.back();
+  deliverEndElement(nameOf(element), element.declarations);
   openElements_.pop_back();
+}
+
+const XMLReader_FI::QualifiedName& XMLReader_FI::nameOf(const OpenElement& element) const {
+  return element.unlisted ? *element.unlisted : elementNames_[element.position];
 }
 
 void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
@@ -127,12 +135,14 @@ const XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, 
   if (table.size() + (external ? external->occupiedCount : 0) >= dialect_.maximumEntries) {
     unlisted_ = {};
     decodeNameParts(static_cast<unsigned>(octet), unlisted_);
+    unlisted_.whole = unlisted_.qName();
     return unlisted_;
   }
   table.emplace_back();
   QualifiedName& name = table.back();
   decodeNameParts(static_cast<unsigned>(octet), name);
-  accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
+  name.whole = name.qName();
+  accountForName(name);
   return name;
 }
 
@@ -188,6 +198,7 @@ const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, con
     if (index < external->definedCount) {
       const char* const(&entry)[3] = external->entries[index];
       unlisted_ = {textOrEmpty(entry[0]), textOrEmpty(entry[1]), textOrEmpty(entry[2])};
+      unlisted_.whole = unlisted_.qName();
       return unlisted_;
     }
     if (index < external->occupiedCount) fail(message);

@@ -59,8 +59,10 @@ void XMLReader_FI::decodeIdentifierTable(std::vector<std::string>& table) {
 }
 
 void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
-  replaceEntries(decodeNumberOfItems(), table,
-                 [this](QualifiedName& name) { decodeNameParts(readOctet(), name); });
+  replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
+    decodeNameParts(readOctet(), name);
+    name.whole = name.qName();
+  });
 }
 
 }  // namespace Tavrin

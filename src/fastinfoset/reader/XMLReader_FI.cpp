@@ -49,9 +49,19 @@ void* XMLReader_FI::getProperty(const std::string& name) {
   return XMLReader::getProperty(name);
 }
 
+namespace {
+
+/// What is read of a stream that has failed before.
+class EmptyBuffer : public std::streambuf {};
+
+}  // namespace
+
 void XMLReader_FI::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
+  EmptyBuffer empty;
+  const std::istream::sentry isReady(stream, true);
   stream_ = &stream;
+  buffer_ = isReady ? stream.rdbuf() : &empty;
   octetsRead_ = 0;
   tableOctets_ = 0;
   openElements_.clear();

@@ -119,30 +119,30 @@ void XMLReader_X891::deliverInstruction(const std::string& target, const std::st
 
 // --- Elements ---
 
-void XMLReader_X891::deliverStartElement(const OpenElement& element, const Attributes& attributes) {
+void XMLReader_X891::deliverStartElement(const QualifiedName& name, const Strings& declarations,
+                                         const EncodingAlgorithmAttributesImpl& attributes) {
   // The names come again with the end.
-  std::uint64_t octets = 2 * (element.uri.size() + element.localName.size() + element.qName.size());
-  const auto& typed = static_cast<const EncodingAlgorithmAttributesImpl&>(attributes);
-  for (int i = 0; i < typed.getLength(); ++i) {
-    octets += typed.getURI(i).size() + typed.getLocalName(i).size() + typed.getQName(i).size();
-    if (typed.getAlgorithmData(i) == nullptr) octets += typed.getValue(i).size();
+  std::uint64_t octets =
+      2 * (name.namespaceName.size() + name.localName.size() + name.whole.size());
+  for (int i = 0; i < attributes.getLength(); ++i) {
+    octets += attributes.getURI(i).size() + attributes.getLocalName(i).size() +
+              attributes.getQName(i).size();
+    if (attributes.getAlgorithmData(i) == nullptr) octets += attributes.getValue(i).size();
   }
-  for (const std::string& declaration : element.declarations) octets += declaration.size();
+  for (const std::string& declaration : declarations) octets += declaration.size();
   account(octets);
 
-  if (state_->document.isHoldingBack) releaseProlog(element.qName);
-  XMLReader_FI::deliverDeclarations(element.declarations);
-  XMLReader_FI::deliverStartElement(element, attributes);
+  if (state_->document.isHoldingBack) releaseProlog(name.whole);
+  XMLReader_FI::deliverDeclarations(declarations);
+  XMLReader_FI::deliverStartElement(name, declarations, attributes);
 }
 
-void XMLReader_X891::deliverEndElement(const OpenElement& element) {
-  if (contentHandler_) {
-    contentHandler_->endElement(element.uri, element.localName, element.qName);
+void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings& declarations) {
+  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.whole);
+  for (std::size_t i = declarations.size(); i > 0 && contentHandler_; i -= 2) {
+    contentHandler_->endPrefixMapping(declarations[i - 2]);
   }
-  for (std::size_t i = element.declarations.size(); i > 0 && contentHandler_; i -= 2) {
-    contentHandler_->endPrefixMapping(element.declarations[i - 2]);
-  }
-  state_->document.bindings.undo(element.declarations.size() / 2);
+  state_->document.bindings.undo(declarations.size() / 2);
 }
 
 // --- Content ---

@@ -47,7 +47,7 @@ void XMLReader_X891::decodeDocument() {
 }
 
 void XMLReader_X891::decodeHeader() {
-  if (stream_->peek() == kXMLDeclarations[0].text[0]) decodeXMLDeclaration();
+  if (buffer_->sgetc() == kXMLDeclarations[0].text[0]) decodeXMLDeclaration();
   if (!isFastInfosetDocument()) fail(kNotFastInfoset);
 }
 
@@ -171,7 +171,8 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
     if (octet & kPrefixPresent) name.prefix = builtInOr(prefixes_, "xml");
     if (octet & kNamespacePresent) name.namespaceName = builtInOr(namespaceNames_, namespaces::xml);
     name.localName = getString(decodeSurrogateIndex(), &localNames_, externalEntries(&localNames_));
-    accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
+    name.whole = name.qName();
+    accountForName(name);
     table.push_back(std::move(name));
   }
 }
