@@ -216,7 +216,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   // --- Steps that dialects take differently: the document ---
 
-  [[noreturn]] virtual void fail(const std::string& message) const;
+  [[noreturn]] virtual void throwFailure(const std::string& message) const;
   virtual void clearTables();
   virtual void decodeDocument();
   virtual void checkPadding(unsigned bits) const;  // Of bits that the standard wants to be zero.
@@ -286,7 +286,11 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
       EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
   const QualifiedName& nameOf(const OpenElement& element) const;
   int nextOctet();
+  unsigned takeOctet();
+  int brokenStream();
   int endOfStream();
+  [[noreturn]] void fail(const std::string& message) const;
+  [[noreturn]] void failAtEnd() const;
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
   EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;

@@ -81,7 +81,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   struct State;
   enum class TextFormat { utf16, restrictedAlphabet, algorithm };
 
-  [[noreturn]] void fail(const std::string& message) const override;
+  [[noreturn]] void throwFailure(const std::string& message) const override;
   void clearTables() override;
   void decodeDocument() override;
   void checkPadding(unsigned bits) const override;

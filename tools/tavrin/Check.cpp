@@ -23,6 +23,7 @@ Usage: tavrin check [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every FILE is checked. A well-formed one is named on standard output:
@@ -34,8 +35,8 @@ Any other is named on standard error, with what is wrong:
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
-A document that begins with the octets E0 00 is taken for Fast Infoset. NUMBER is the last octet
-that was read, counted from 1.
+A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
+taken for Fast Infoset. NUMBER is the last octet that was read, counted from 1.
 
 External entities and the external subset are not read.
 
@@ -43,10 +44,15 @@ Example:
   tavrin check chapter-*.xml
 )";
 
-ExitStatus checkFile(const std::string& name) {
+struct Options {
+  std::vector<std::string> files;
+  std::string from;
+};
+
+ExitStatus checkFile(const std::string& name, const std::string& from) {
   try {
     Input input(name);
-    parse(*createReader(input), input);
+    parse(*createReader(input, from), input);
     return Done;
   } catch (const Failure& failure) {
     // By now a progress bar is gone.
@@ -55,12 +61,12 @@ ExitStatus checkFile(const std::string& name) {
   }
 }
 
-ExitStatus check(const std::vector<std::string>& files) {
+ExitStatus check(const Options& options) {
   Output output("-", false);
   output.open();
   ExitStatus worst = Done;
-  for (const std::string& file : files) {
-    const ExitStatus status = checkFile(file);
+  for (const std::string& file : options.files) {
+    const ExitStatus status = checkFile(file, options.from);
     worst = std::max(worst, status);
     if (status != Done) continue;
     output.stream() << oneLine(file) << ": well-formed\n";
@@ -73,9 +79,10 @@ ExitStatus check(const std::vector<std::string>& files) {
 
 Command makeCheck(CLI::App& app) {
   CLI::App* command = addCommand(app, "check", kHelp);
-  const auto files = std::make_shared<std::vector<std::string>>();
-  command->add_option("FILE", *files)->required();
-  return {command, [files] { return check(*files); }};
+  const auto options = std::make_shared<Options>();
+  command->add_option("FILE", options->files)->required();
+  command->add_option("--from", options->from)->type_name("TYPE");
+  return {command, [options] { return check(*options); }};
 }
 
 }  // namespace tool

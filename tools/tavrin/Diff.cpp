@@ -33,6 +33,8 @@ Usage: tavrin diff [OPTIONS] A B
 
 Options:
   --lexical         also compare document types and the borders of CDATA sections
+  --from-a TYPE     the type of reader of A, instead of going by its first octets
+  --from-b TYPE     the type of reader of B
   -h, --help        print this help
 
 Nothing is printed if the documents are the same. Otherwise the first difference is: what
@@ -69,14 +71,16 @@ constexpr std::size_t kLongestCharacter = 4;
 struct Options {
   std::string a;
   std::string b;
+  std::string fromA;
+  std::string fromB;
   bool lexical = false;
 };
 
 /// A document whose events come from a thread of their own.
 class Document {
  public:
-  Document(const std::string& name, bool lexical, bool quiet)
-      : input_(name, quiet), reader_(createReader(input_)), lexical_(lexical) {}
+  Document(const std::string& name, const std::string& from, bool lexical, bool quiet)
+      : input_(name, quiet), reader_(createReader(input_, from)), lexical_(lexical) {}
   ~Document() {
     queue_.stop();
     if (thread_.joinable()) thread_.join();
@@ -265,8 +269,9 @@ void collectFailure(const Document& document, const Event* last, Outcome& outcom
 }
 
 Outcome compare(const Options& options) {
-  Document a(options.a, options.lexical, false);
-  Document b(options.b, options.lexical, a.hasProgress());  // There is room for one progress bar.
+  Document a(options.a, options.fromA, options.lexical, false);
+  // There is room for one progress bar.
+  Document b(options.b, options.fromB, options.lexical, a.hasProgress());
   a.start();
   b.start();
   for (;;) {
@@ -309,6 +314,8 @@ Command makeDiff(CLI::App& app) {
   command->add_option("A", options->a)->required();
   command->add_option("B", options->b)->required();
   command->add_flag("--lexical", options->lexical);
+  command->add_option("--from-a", options->fromA)->type_name("TYPE");
+  command->add_option("--from-b", options->fromB)->type_name("TYPE");
   return {command, [options] { return diff(*options); }};
 }
 

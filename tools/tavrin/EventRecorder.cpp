@@ -148,7 +148,9 @@ void EventRecorder::processingInstruction(const std::string& target, const std::
   record(Event::Kind::ProcessingInstruction, {target, data});
 }
 
-void EventRecorder::comment(const std::string& text) { record(Event::Kind::Comment, {text}); }
+void EventRecorder::comment(const std::string& text) {
+  recordIf(lexical_ || !inDTD_, Event::Kind::Comment, {text});
+}
 
 void EventRecorder::skippedEntity(const std::string& name) {
   recordIf(lexical_ || !inDTD_, Event::Kind::SkippedEntity, {name});

@@ -19,7 +19,7 @@ namespace tool {
 /// encodings have the same events:
 /// - Text is one event, whatever calls, CDATA sections or typed values it comes in.
 /// - The end of a prefix mapping is left out: it goes without saying where the element ends.
-/// - The document type and references within it are left out.
+/// - The document type, and references and comments within it, are left out.
 ///
 /// Document types and the borders of CDATA sections are recorded on demand.
 class EventRecorder : public Tavrin::ContentHandler,

@@ -23,6 +23,7 @@ Usage: tavrin events [OPTIONS] FILE
 Options:
   --json            print JSON lines
   --declarations    also set the handlers of declarations
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every line is one call of a handler, in document order. Arguments are JSON strings, in the
@@ -47,7 +48,7 @@ algorithm that is not known.
 
 resolveEntity is a reference to an external entity or to the external subset. None is read.
 
-With --declarations the Expat reader stops at a declaration with a system identifier: that
+With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
 
 Example:
@@ -58,13 +59,14 @@ struct Options {
   std::string file;
   bool json = false;
   bool declarations = false;
+  std::string from;
 };
 
 ExitStatus events(const Options& options) {
   Output output("-", false);
   output.open();
   Input input(options.file, output.isTerminal());
-  const auto reader = createReader(input);
+  const auto reader = createReader(input, options.from);
   EventPrinter printer(output.stream(),
                        options.json ? EventPrinter::Format::JSON : EventPrinter::Format::Text);
   printer.attachTo(*reader);
@@ -87,6 +89,7 @@ Command makeEvents(CLI::App& app) {
   command->add_option("FILE", options->file)->required();
   command->add_flag("--json", options->json);
   command->add_flag("--declarations", options->declarations);
+  command->add_option("--from", options->from)->type_name("TYPE");
   return {command, [options] { return events(*options); }};
 }
 

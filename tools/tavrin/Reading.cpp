@@ -2,6 +2,7 @@
 
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Factories.h>
+#include <Tavrin/Identifiers.h>
 
 #include "Failure.h"
 #include "TypeChoice.h"
@@ -14,9 +15,12 @@ void parseDocument(Tavrin::XMLReader& reader, Input& input) {
   try {
     reader.parse(input.stream());
   } catch (const Tavrin::SAXParseException& exception) {
-    throw Failure::document(
-        placeIn(input.name(), exception.getLineNumber(), exception.getColumnNumber()),
-        exception.getMessage());
+    // A binary format has no lines; the column is the number of the octet.
+    const int line = exception.getLineNumber();
+    const int column = exception.getColumnNumber();
+    throw Failure::document(line < 0 ? placeIn(input.name(), static_cast<std::uint64_t>(column))
+                                     : placeIn(input.name(), line, column),
+                            exception.getMessage());
   } catch (const Tavrin::SAXException& exception) {
     throw Failure::document(placeReached(input, nullptr), exception.getMessage());
   } catch (const Tavrin::FastInfosetException& exception) {
@@ -34,6 +38,15 @@ std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string&
 bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value) {
   try {
     reader.setProperty(name, value);
+    return true;
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    return false;
+  }
+}
+
+bool followsStandard(Tavrin::XMLReader& reader) {
+  try {
+    reader.getFeature(Tavrin::features::isStandalone);
     return true;
   } catch (const Tavrin::SAXNotRecognizedException&) {
     return false;

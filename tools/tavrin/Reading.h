@@ -18,6 +18,10 @@ std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string&
 /// Sets a property of readers that know it. Returns whether this one does.
 bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value);
 
+/// Whether a reader follows the standards: it can report all declarations, and it reports
+/// references to entities that were not read.
+bool followsStandard(Tavrin::XMLReader& reader);
+
 /// How far reading has come, for messages: the locator's place, or without one the last octet that
 /// was read.
 std::string placeReached(const Input& input, const Tavrin::Locator* locator);

@@ -13,13 +13,37 @@ namespace {
 /// have none.
 constexpr int kFirstApplicationAlgorithm = 32;
 
+/// Whether a writer keeps all that a document states, and references to entities.
+bool followsStandard(Tavrin::XMLWriter& writer) {
+  try {
+    writer.getProperty(Tavrin::properties::standalone);
+    return true;
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    return false;
+  }
+}
+
 std::string describe(const std::string& uri, int index) {
   return std::to_string(index) + (uri.empty() ? "" : " \"" + uri + "\"");
 }
 
 }  // namespace
 
+Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input)
+    : writer_(writer),
+      typedWriter_(dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer)),
+      output_(output),
+      input_(input),
+      writerKeepsReferences_(followsStandard(writer)) {}
+
 void Relay::attachTo(Tavrin::XMLReader& reader) {
+  reader_ = &reader;
+  readerFollowsStandard_ = tool::followsStandard(reader);
+  if (readerFollowsStandard_) {
+    reader.setDTDHandler(this);
+    reader.setProperty(Tavrin::properties::declarationHandler,
+                       static_cast<Tavrin::DeclHandler*>(this));
+  }
   reader.setContentHandler(this);
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
@@ -76,15 +100,19 @@ void Relay::endDTD() {
 }
 
 void Relay::skippedEntity(const std::string& name) {
-  if (!inDTD_) fail("entity \"" + name + "\" was not read, so the copy would lack it");
+  if (!inDTD_ && !writerKeepsReferences_) {
+    fail("entity \"" + name + "\" was not read, so the copy would lack it");
+  }
   pass([&] { writer_.skippedEntity(name); });
 }
 
 // Within the document type this is its external subset or a parameter entity, behind it a reference
-// in the content.
+// in the content. Readers that follow the standards report that as skipped, too.
 std::unique_ptr<std::istream> Relay::resolveEntity(const std::string&,
                                                    const std::string& systemId) {
-  if (!inDTD_) fail("external entity \"" + systemId + "\" was not read, so the copy would lack it");
+  if (!inDTD_ && !readerFollowsStandard_) {
+    fail("external entity \"" + systemId + "\" was not read, so the copy would lack it");
+  }
   return nullptr;
 }
 
@@ -111,7 +139,22 @@ void Relay::object(const std::string& uri, int index, const Tavrin::EncodedData&
 // --- What just passes ---
 
 void Relay::startDocument() {
-  pass([&] { writer_.startDocument(); });
+  pass([&] {
+    passOnStatements();
+    writer_.startDocument();
+  });
+}
+
+/// What a document states of itself. Its version of XML goes to Fast Infoset alone: text is
+/// XML 1.0.
+void Relay::passOnStatements() {
+  if (!readerFollowsStandard_ || !writerKeepsReferences_) return;
+  writer_.setProperty(Tavrin::properties::standalone,
+                      reader_->getProperty(Tavrin::properties::standalone));
+  void* version = reader_->getProperty(Tavrin::properties::documentXMLVersion);
+  if (typedWriter_ && version && *static_cast<std::string*>(version) != "1.0") {
+    writer_.setProperty(Tavrin::properties::documentXMLVersion, version);
+  }
 }
 
 void Relay::endDocument() {
@@ -146,6 +189,35 @@ void Relay::ignorableWhitespace(const std::string& text) {
 
 void Relay::processingInstruction(const std::string& target, const std::string& data) {
   pass([&] { writer_.processingInstruction(target, data); });
+}
+
+void Relay::notationDecl(const std::string& name, const std::string& publicId,
+                         const std::string& systemId) {
+  pass([&] { writer_.notationDecl(name, publicId, systemId); });
+}
+
+void Relay::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                               const std::string& systemId, const std::string& notationName) {
+  pass([&] { writer_.unparsedEntityDecl(name, publicId, systemId, notationName); });
+}
+
+void Relay::elementDecl(const std::string& name, const std::string& model) {
+  pass([&] { writer_.elementDecl(name, model); });
+}
+
+void Relay::attributeDecl(const std::string& eName, const std::string& aName,
+                          const std::string& type, const std::string& mode,
+                          const std::string& value) {
+  pass([&] { writer_.attributeDecl(eName, aName, type, mode, value); });
+}
+
+void Relay::internalEntityDecl(const std::string& name, const std::string& value) {
+  pass([&] { writer_.internalEntityDecl(name, value); });
+}
+
+void Relay::externalEntityDecl(const std::string& name, const std::string& publicId,
+                               const std::string& systemId) {
+  pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
 }
 
 void Relay::startEntity(const std::string& name) {

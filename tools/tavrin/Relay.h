@@ -14,8 +14,11 @@
 namespace tool {
 
 /// Passes the events of a document from a reader to a writer, and sees to it that nothing of the
-/// content is missing: a reference to an entity that was not read ends the work, and so does
-/// content that the writer has no form for. The external part of the document type may be missing.
+/// content is missing: a reference to an entity that was not read ends the work, unless the writer
+/// keeps such references, and so does content that the writer has no form for. The external part of
+/// the document type may be missing.
+///
+/// Declarations are passed on from readers that follow the standards; others stop at some of them.
 ///
 /// Typed content keeps its type where the writer takes it, and is passed on as text where not. It
 /// comes as objects of encoding algorithms and not as primitive types, which do not tell
@@ -23,20 +26,19 @@ namespace tool {
 ///
 /// Readers may keep the exceptions of handlers to themselves, so the first failure is kept here.
 class Relay : public Tavrin::ContentHandler,
+              public Tavrin::DTDHandler,
+              public Tavrin::DeclHandler,
               public Tavrin::LexicalHandler,
               public Tavrin::EntityResolver,
               public Tavrin::EncodingAlgorithmContentHandler {
  public:
   /// @param output where the writer's stream leads; null where writing cannot fail
   /// @param input  for messages
-  Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input)
-      : writer_(writer),
-        typedWriter_(dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer)),
-        output_(output),
-        input_(input) {}
+  Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input);
 
-  /// Sets this relay as content handler, lexical handler and entity resolver, and as encoding
-  /// algorithm handler of readers that know typed content.
+  /// Sets this relay as content handler, lexical handler and entity resolver; as encoding algorithm
+  /// handler of readers that know typed content; and as handler of declarations of readers that
+  /// report them all.
   void attachTo(Tavrin::XMLReader& reader);
   /// Throws the failure that was kept, if there is one.
   void check() const;
@@ -64,6 +66,17 @@ class Relay : public Tavrin::ContentHandler,
   void endCDATA() override;
   void comment(const std::string& text) override;
 
+  void notationDecl(const std::string& name, const std::string& publicId,
+                    const std::string& systemId) override;
+  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId, const std::string& notationName) override;
+  void elementDecl(const std::string& name, const std::string& model) override;
+  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
+                     const std::string& mode, const std::string& value) override;
+  void internalEntityDecl(const std::string& name, const std::string& value) override;
+  void externalEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId) override;
+
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;
 
@@ -74,12 +87,16 @@ class Relay : public Tavrin::ContentHandler,
   template <typename Event>
   void pass(Event event);
   [[noreturn]] void fail(const std::string& message);
+  void passOnStatements();
 
   Tavrin::XMLWriter& writer_;
   Tavrin::EncodingAlgorithmContentHandler* typedWriter_;  // The same writer, or null.
   const Output* output_;
   const Input& input_;
+  Tavrin::XMLReader* reader_ = nullptr;
   const Tavrin::Locator* locator_ = nullptr;
+  bool readerFollowsStandard_ = false;
+  bool writerKeepsReferences_;
   bool inDTD_ = false;
   std::exception_ptr failure_;
 };

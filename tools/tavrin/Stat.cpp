@@ -30,6 +30,7 @@ Usage: tavrin stat [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 For every FILE its name is printed, and below it these counts, a line each:
@@ -80,8 +81,8 @@ struct OtherEncoding {
 };
 
 OtherEncoding otherEncodingOf(Input& input) {
-  return readerTypeFor(input.firstOctets()) == "FI" ? OtherEncoding{"XML", "as XML text"}
-                                                    : OtherEncoding{"FI", "as Fast Infoset"};
+  return readerTypeFor(input.firstOctets()) == "X891" ? OtherEncoding{"XML10", "as XML text"}
+                                                      : OtherEncoding{"X891", "as Fast Infoset"};
 }
 
 template <typename Value>
@@ -112,10 +113,10 @@ void print(std::ostream& out, const Input& input, const DocumentCounter& counter
 }
 
 /// Prints a block about a document, with an empty line in front unless it is the first.
-void statFile(const std::string& name, Output& output, bool isFirst) {
+void statFile(const std::string& name, const std::string& from, Output& output, bool isFirst) {
   Input input(name);
   const OtherEncoding other = otherEncodingOf(input);
-  const auto reader = createReader(input);
+  const auto reader = createReader(input, from);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
   OctetCounter octets;
   std::ostream copy(&octets);
@@ -133,14 +134,19 @@ void statFile(const std::string& name, Output& output, bool isFirst) {
   print(output.stream(), input, counter, other.label, octets.count());
 }
 
-ExitStatus stat(const std::vector<std::string>& files) {
+struct Options {
+  std::vector<std::string> files;
+  std::string from;
+};
+
+ExitStatus stat(const Options& options) {
   Output output("-", false);
   output.open();
   ExitStatus worst = Done;
   bool isFirst = true;
-  for (const std::string& file : files) {
+  for (const std::string& file : options.files) {
     try {
-      statFile(file, output, isFirst);
+      statFile(file, options.from, output, isFirst);
       isFirst = false;
     } catch (const Failure& failure) {
       // By now a progress bar is gone.
@@ -156,9 +162,10 @@ ExitStatus stat(const std::vector<std::string>& files) {
 
 Command makeStat(CLI::App& app) {
   CLI::App* command = addCommand(app, "stat", kHelp);
-  const auto files = std::make_shared<std::vector<std::string>>();
-  command->add_option("FILE", *files)->required();
-  return {command, [files] { return stat(*files); }};
+  const auto options = std::make_shared<Options>();
+  command->add_option("FILE", options->files)->required();
+  command->add_option("--from", options->from)->type_name("TYPE");
+  return {command, [options] { return stat(*options); }};
 }
 
 }  // namespace tool

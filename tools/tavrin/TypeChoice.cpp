@@ -14,17 +14,18 @@ struct Choice {
 /// Readers by the octets that a document begins with. The first match counts; any document matches
 /// the last one, text.
 constexpr Choice kReaders[] = {
-    {"\xE0\0"sv, "FI"},
-    {""sv, "Expat"},
+    {"\xE0\0"sv, "X891"},
+    {"<?xml encoding='finf'"sv, "X891"},
+    {"<?xml version='1.0' encoding='finf'"sv, "X891"},
+    {"<?xml version='1.1' encoding='finf'"sv, "X891"},
+    {""sv, "XML10"},
 };
 
 /// Writers by the ending of the file's name. The first match counts; any name matches the last one,
 /// text.
 constexpr Choice kWriters[] = {
-    {".fi"sv, "FI"},
-    {".finf"sv, "FI"},
-    {".xml"sv, "XML"},
-    {""sv, "XML"},
+    {".fi"sv, "X891"},   {".finf"sv, "X891"}, {".x3db"sv, "X891"},
+    {".xml"sv, "XML10"}, {""sv, "XML10"},
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // Encoding algorithms: finding one by its field (X.891, C.29), and letting it decode.
 
@@ -14,7 +15,7 @@ using namespace fastinfoset;
 
 /// Decodes the number of an algorithm or restricted alphabet, and the length of its data.
 XMLReader_FI::Field XMLReader_FI::decodeStringField(unsigned octet) {
-  const unsigned next = readOctet();
+  const unsigned next = takeOctet();
   const unsigned number =
       (octet << kStringFieldLowBits | next >> (8 - kStringFieldLowBits)) & kLastAlgorithmField;
   return {number, decodeStringLength(static_cast<int>(next))};
@@ -22,7 +23,7 @@ XMLReader_FI::Field XMLReader_FI::decodeStringField(unsigned octet) {
 
 /// Likewise, of a character chunk.
 XMLReader_FI::Field XMLReader_FI::decodeChunkField(unsigned octet) {
-  const unsigned next = readOctet();
+  const unsigned next = takeOctet();
   const unsigned number = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
                           next >> (8 - kChunkFieldLowBits);
   return {number, decodeCharactersLength(static_cast<int>(next))};

@@ -1,6 +1,7 @@
 #include <Tavrin/XMLReader_FI.h>
 
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // Attributes (X.891, C.4).
 
@@ -16,7 +17,7 @@ const std::string kAttributeType = "CDATA";
 
 bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
   for (;;) {
-    const unsigned octet = readOctet();
+    const unsigned octet = takeOctet();
     if (octet == kTerminator) return false;
     if (octet == kDoubleTerminator) return true;
     if (octet < kFirstNonAttributeIndex) {
@@ -32,7 +33,7 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
                                    const QualifiedName& name) {
   checkAttributeName(name);
-  const unsigned octet = readOctet();
+  const unsigned octet = takeOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
     const auto [field, length] = decodeStringField(octet);
     std::string uri;

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
 
@@ -121,7 +122,7 @@ void XMLReader_FI::decodeOtherChunk(unsigned octet, std::string&) {
   if ((octet & kChunkEncoding) == kChunkUTF16) {
     decodeCharactersLength(static_cast<int>(octet));  // The text is taken for the next item.
   } else {
-    readOctet();  // The rest is taken for the next item.
+    takeOctet();  // The rest is taken for the next item.
   }
 }
 

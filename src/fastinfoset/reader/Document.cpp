@@ -4,6 +4,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // The document: header, optional components, children and document type (X.891, C.2 and C.9 to
 // C.11).
@@ -17,14 +18,14 @@ bool XMLReader_FI::isFastInfosetDocument() {
 }
 
 void XMLReader_FI::decodeOptionalComponents() {
-  const unsigned components = readOctet();
+  const unsigned components = takeOctet();
   checkPadding(components & kComponentsPadding);
   if (components & kAdditionalData) decodeAdditionalData();
   if (components & kInitialVocabulary) decodeInitialVocabulary();
   if (components & kNotations) decodeNotations();
   if (components & kUnparsedEntities) decodeUnparsedEntities();
   if (components & kCharacterEncodingScheme) decodeCharacterEncodingScheme();
-  if (components & kStandalone) deliverStandalone(readOctet());
+  if (components & kStandalone) deliverStandalone(takeOctet());
   if (components & kVersion) decodeVersion();
 }
 
@@ -32,7 +33,7 @@ void XMLReader_FI::decodeChildren() {
   bool elementSeen = false;
   bool dtdSeen = false;
   for (;;) {
-    const unsigned octet = readOctet();
+    const unsigned octet = takeOctet();
     if (octet < kFirstNonElement) {
       if (elementSeen) fail("Found more than one element on the top level");
       if (decodeElement(static_cast<int>(octet))) return;
@@ -69,10 +70,10 @@ bool XMLReader_FI::decodeDTD(int octet) {
   std::string publicId;
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
   deliverStartDTD(publicId, systemId);
-  unsigned next = readOctet();
+  unsigned next = takeOctet();
   while (next == kProcessingInstruction) {
     decodeProcessingInstruction();
-    next = readOctet();
+    next = takeOctet();
   }
   if (next != kTerminator && next != kDoubleTerminator) {
     fail("Error while parsing DTD");
@@ -82,8 +83,8 @@ bool XMLReader_FI::decodeDTD(int octet) {
 }
 
 void XMLReader_FI::decodeNotations() {
-  unsigned octet = readOctet();
-  for (; (octet & kNotationMask) == kNotation; octet = readOctet()) {
+  unsigned octet = takeOctet();
+  for (; (octet & kNotationMask) == kNotation; octet = takeOctet()) {
     std::string name;
     std::string systemId;
     std::string publicId;
@@ -95,8 +96,8 @@ void XMLReader_FI::decodeNotations() {
 }
 
 void XMLReader_FI::decodeUnparsedEntities() {
-  unsigned octet = readOctet();
-  for (; (octet & kUnparsedEntityMask) == kUnparsedEntity; octet = readOctet()) {
+  unsigned octet = takeOctet();
+  for (; (octet & kUnparsedEntityMask) == kUnparsedEntity; octet = takeOctet()) {
     std::string name;
     std::string systemId;
     std::string publicId;

@@ -3,6 +3,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // Elements, their names and namespace declarations (X.891, C.3, C.12, C.17 and C.18).
 
@@ -23,7 +24,7 @@ bool XMLReader_FI::decodeElement(int octet) {
     return false;
   }
   while (openElements_.size() > outer) {
-    const unsigned child = readOctet();
+    const unsigned child = takeOctet();
     if (child < kFirstNonElement) {
       if (startElement(static_cast<int>(child))) endElement();
     } else if (child <= kLastCharacterChunk) {
@@ -58,7 +59,7 @@ bool XMLReader_FI::startElement(int octet) {
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
     decodeNamespaces(element.declarations);
     deliverDeclarations(element.declarations);
-    nameOctet = readOctet();
+    nameOctet = takeOctet();
     checkPadding(nameOctet & ~kElementNameBits);
   }
 
@@ -96,8 +97,8 @@ const XMLReader_FI::QualifiedName& XMLReader_FI::nameOf(const OpenElement& eleme
 }
 
 void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
-  unsigned octet = readOctet();
-  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
+  unsigned octet = takeOctet();
+  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
     std::string prefix;
     std::string namespaceName;
     if (octet & kPrefixPresent) decodeDeclaredName(prefixes_, "xml", prefix);
@@ -117,7 +118,7 @@ std::string XMLReader_FI::QualifiedName::qName() const {
 /// Decodes a prefix or namespace name of a declaration. Whether an index counts the built-in entry
 /// is a matter of the dialect.
 void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::string& part) {
-  const unsigned octet = readOctet();
+  const unsigned octet = takeOctet();
   if ((octet & kStringIndex) == 0) {
     decodeLiteralIdentifier(octet, &table, part);
     return;
@@ -163,7 +164,7 @@ void XMLReader_FI::decodeNameParts(unsigned octet, QualifiedName& name) {
 
 void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const char* message,
                                   std::string& part) {
-  const unsigned octet = readOctet();
+  const unsigned octet = takeOctet();
   if (dialect_.literalNameParts && (octet & kStringIndex) == 0) {
     decodeLiteralIdentifier(octet, &table, part);
     return;

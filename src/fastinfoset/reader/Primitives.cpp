@@ -5,6 +5,7 @@
 #include "../Dialect.h"
 #include "../Integers.h"
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // Octets, integers and strings (X.891, C.13, C.14 and C.21 to C.28).
 
@@ -24,29 +25,17 @@ constexpr const char* kEndOfDocument = "Unexpected end of document";
 
 // --- Octets ---
 
-// Octets come from the stream's buffer: the stream's own get looks after its state and its tied
-// stream each time, which takes longer than all else that is done with an octet. At the end the
-// state is set as get would set it.
-
-int XMLReader_FI::nextOctet() {
+/// The buffer broke. A stream keeps that to itself, unless it is asked not to. To be called from
+/// the handler of the exception.
+int XMLReader_FI::brokenStream() {
+  const bool throws = stream_->exceptions() & std::ios_base::badbit;
   try {
-    const int octet = buffer_->sbumpc();
-    if (octet == std::istream::traits_type::eof()) return endOfStream();
-    ++octetsRead_;
-    return octet;
+    stream_->setstate(std::ios_base::badbit | std::ios_base::failbit);
   } catch (const std::ios_base::failure&) {
-    throw;  // The stream's own, of its state.
-  } catch (...) {
-    // The buffer broke. A stream keeps that to itself, unless it is asked not to.
-    const bool throws = stream_->exceptions() & std::ios_base::badbit;
-    try {
-      stream_->setstate(std::ios_base::badbit | std::ios_base::failbit);
-    } catch (const std::ios_base::failure&) {
-      if (!throws) throw;
-    }
-    if (throws) throw;
-    return std::istream::traits_type::eof();
+    if (!throws) throw;
   }
+  if (throws) throw;
+  return std::istream::traits_type::eof();
 }
 
 int XMLReader_FI::endOfStream() {
@@ -54,11 +43,9 @@ int XMLReader_FI::endOfStream() {
   return std::istream::traits_type::eof();
 }
 
-unsigned XMLReader_FI::readOctet() {
-  const int octet = nextOctet();
-  if (octet == std::istream::traits_type::eof()) fail(kEndOfDocument);
-  return static_cast<unsigned>(octet);
-}
+void XMLReader_FI::failAtEnd() const { fail(kEndOfDocument); }
+
+unsigned XMLReader_FI::readOctet() { return takeOctet(); }
 
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
   if (length > maximumLiteralOctets_) {
@@ -143,7 +130,7 @@ unsigned long XMLReader_FI::decodeInteger(const Encoding& encoding, int octet,
   const IntegerForm* form = findForm(encoding, first);
   if (form == nullptr) fail(message);
   unsigned long field = firstField(*form, first);
-  for (unsigned i = 0; i < form->octets; ++i) field = field << 8 | readOctet();
+  for (unsigned i = 0; i < form->octets; ++i) field = field << 8 | takeOctet();
   return field + form->bias;  // In 64 bits: the sum may pass 32.
 }
 
@@ -186,11 +173,11 @@ unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
 }
 
 unsigned long XMLReader_FI::decodeNumberOfItems() {
-  const unsigned octet = readOctet();
+  const unsigned octet = takeOctet();
   if (octet < kItemCountLong) return octet + dialect_.itemCountBias;
   checkPadding(octet & ~(kItemCountLong | kItemCountLongBits));
   unsigned long count = octet & kItemCountLongBits;
-  for (int i = 0; i < 2; ++i) count = count << 8 | readOctet();
+  for (int i = 0; i < 2; ++i) count = count << 8 | takeOctet();
   return count + dialect_.longItemCountBias;
 }
 
@@ -234,11 +221,11 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
 
 void XMLReader_FI::decodeString(std::vector<std::string>* table, const StringTable* external,
                                 std::string& out) {
-  decodeString(static_cast<int>(readOctet()), table, external, out);
+  decodeString(static_cast<int>(takeOctet()), table, external, out);
 }
 
 void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string& out) {
-  const auto octet = static_cast<int>(readOctet());
+  const auto octet = static_cast<int>(takeOctet());
   if (static_cast<unsigned>(octet) & kStringIndex) {
     if (table == nullptr) fail("Error when parsing identifier");
     out = getString(decodeIndex(octet), table, externalEntries(table));

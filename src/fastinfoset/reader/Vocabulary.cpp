@@ -1,6 +1,7 @@
 #include <Tavrin/XMLReader_FI.h>
 
 #include "../Octets.h"
+#include "TakeOctet.h"
 
 // The initial vocabulary (X.891, C.2.5 and C.16).
 
@@ -9,8 +10,8 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 void XMLReader_FI::decodeInitialVocabulary() {
-  const unsigned high = readOctet();
-  const unsigned tables = high << 8 | readOctet();
+  const unsigned high = takeOctet();
+  const unsigned tables = high << 8 | takeOctet();
   if (tables & kExternalVocabulary) {
     std::string uri;
     decodeIdentifier(nullptr, uri);
@@ -60,7 +61,7 @@ void XMLReader_FI::decodeIdentifierTable(std::vector<std::string>& table) {
 
 void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
   replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
-    decodeNameParts(readOctet(), name);
+    decodeNameParts(takeOctet(), name);
     name.whole = name.qName();
   });
 }

@@ -1,6 +1,8 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_FI.h>
 
+#include <cstdlib>
+
 #include "../../sax/ParseScope.h"
 #include "../Dialect.h"
 
@@ -91,6 +93,11 @@ void XMLReader_FI::decodeDocument() {
   if (contentHandler_) contentHandler_->endDocument();
 }
 
-void XMLReader_FI::fail(const std::string& message) const { throw SAXException(message); }
+void XMLReader_FI::fail(const std::string& message) const {
+  throwFailure(message);
+  std::abort();  // A dialect that does not throw is wrong.
+}
+
+void XMLReader_FI::throwFailure(const std::string& message) const { throw SAXException(message); }
 
 }  // namespace Tavrin

@@ -74,7 +74,7 @@ bool XMLReader_X891::getFeature(const std::string& name) {
   return XMLReader_FI::getFeature(name);
 }
 
-void XMLReader_X891::fail(const std::string& message) const {
+void XMLReader_X891::throwFailure(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
   const SAXParseException exception(message, -1,
                                     static_cast<std::int32_t>(std::min(octetsRead_, kMost)));
