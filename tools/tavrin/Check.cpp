@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "EntityFiles.h"
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
@@ -23,6 +24,7 @@ Usage: tavrin check [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --entities        read external entities and the external subset, as far as they are files
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -38,8 +40,6 @@ Any other is named on standard error, with what is wrong:
 A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
 taken for Fast Infoset. NUMBER is the last octet that was read, counted from 1.
 
-External entities and the external subset are not read.
-
 Example:
   tavrin check chapter-*.xml
 )";
@@ -47,12 +47,16 @@ Example:
 struct Options {
   std::vector<std::string> files;
   std::string from;
+  bool entities = false;
 };
 
-ExitStatus checkFile(const std::string& name, const std::string& from) {
+ExitStatus checkFile(const std::string& name, const Options& options) {
   try {
     Input input(name);
-    parse(*createReader(input, from), input);
+    EntityFiles entities(name);
+    const auto reader = createReader(input, options.from);
+    if (options.entities) reader->setEntityResolver(&entities);
+    parse(*reader, input);
     return Done;
   } catch (const Failure& failure) {
     // By now a progress bar is gone.
@@ -66,7 +70,7 @@ ExitStatus check(const Options& options) {
   output.open();
   ExitStatus worst = Done;
   for (const std::string& file : options.files) {
-    const ExitStatus status = checkFile(file, options.from);
+    const ExitStatus status = checkFile(file, options);
     worst = std::max(worst, status);
     if (status != Done) continue;
     output.stream() << oneLine(file) << ": well-formed\n";
@@ -81,6 +85,7 @@ Command makeCheck(CLI::App& app) {
   CLI::App* command = addCommand(app, "check", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
+  command->add_flag("--entities", options->entities);
   command->add_option("--from", options->from)->type_name("TYPE");
   return {command, [options] { return check(*options); }};
 }

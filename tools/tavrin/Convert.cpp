@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Commands.h"
+#include "EntityFiles.h"
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
@@ -30,31 +31,30 @@ Options:
   --indent          begin every tag, comment and instruction on a line of its own
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
+  --entities        read external entities and the external subset, as far as they are files
   --from TYPE       the type of reader, instead of going by the first octets of IN
-  --to TYPE         the type of writer, instead of going by the name of OUT: .fi and .finf
-                    mean Fast Infoset, any other name means XML text
+  --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
+                    .x3db mean Fast Infoset, any other name means XML text
   -h, --help        print this help
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
-instructions and CDATA sections, and the name and identifiers of the document type. In place
-of internal entities stands their text. The declarations of the internal subset are not
-copied.
+instructions and CDATA sections, the document type, and in XML text the declarations of its
+internal subset. In place of internal entities stands their text. Typed content stays what it is
+from Fast Infoset to Fast Infoset, and becomes text in XML text.
 
-External entities and the external subset are not read. If the content refers to an entity
-that was not read, the work fails. In an attribute value such a reference is not noticed if
-the document has an external subset or refers to parameter entities: no text stands for it.
+Without --entities, external entities and the external subset are not read: references to them
+are copied. In an attribute value such a reference is not noticed if the document has an external
+subset or refers to parameter entities: no text stands for it.
 
-Fast Infoset keeps no document type. A text becomes part of the CDATA section behind it. Typed
-content stays what it is from Fast Infoset to Fast Infoset, and becomes text in XML text. If an
-encoding algorithm is unknown, the work fails. The document type has no name when it comes from
-Fast Infoset, and references to unexpanded entities are only named on standard error: in both
-cases the copy in XML text is not the document.
+Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
+entities, and comments. They are left out. If a document refers to an entity whose declaration was
+lost in that way, or an encoding algorithm is unknown, the work fails.
 
-A Fast Infoset document in which the 17th or a later different text of fewer than 7 octets
-comes again is written all the same, but cannot be read back.
+These types read and write as the public standards want it. The types Expat, XML and FI, which
+--from and --to reach, keep less; the README tells what.
 
 Examples:
   tavrin convert --indent in.xml out.xml
@@ -69,6 +69,7 @@ struct Options {
   bool indent = false;
   bool noDeclaration = false;
   bool force = false;
+  bool entities = false;
 };
 
 std::unique_ptr<Tavrin::XMLWriter> createWriter(const Options& options) {
@@ -97,7 +98,9 @@ ExitStatus convert(const Options& options) {
   const auto reader = createReader(input, options.from);
   output.open();
   writer->setOutputStream(&output.stream());
+  EntityFiles entities(options.in);
   Relay relay(*writer, &output, input);
+  if (options.entities) relay.readEntities(&entities);
   relay.attachTo(*reader);
   parseInto(relay, *reader, input);
   output.commit();
@@ -114,6 +117,7 @@ Command makeConvert(CLI::App& app) {
   command->add_flag("--indent", options->indent);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
+  command->add_flag("--entities", options->entities);
   command->add_option("--from", options->from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   return {command, [options] { return convert(*options); }};

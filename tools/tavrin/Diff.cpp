@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "EntityFiles.h"
 #include "EventPrinter.h"
 #include "EventQueue.h"
 #include "EventRecorder.h"
@@ -33,6 +34,7 @@ Usage: tavrin diff [OPTIONS] A B
 
 Options:
   --lexical         also compare document types and the borders of CDATA sections
+  --entities        read external entities and external subsets, as far as they are files
   --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
   -h, --help        print this help
@@ -52,8 +54,8 @@ instructions, and references to entities that were not read. Text is the same in
 pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
 its text. The content of an encoding algorithm that is not known is compared octet for octet.
 
-Document types and CDATA sections are left out because Fast Infoset does not keep them as they
-are. External entities and the external subset are not read.
+Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
+does not keep them as they are.
 
 The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
 be read.
@@ -74,13 +76,18 @@ struct Options {
   std::string fromA;
   std::string fromB;
   bool lexical = false;
+  bool entities = false;
 };
 
 /// A document whose events come from a thread of their own.
 class Document {
  public:
-  Document(const std::string& name, const std::string& from, bool lexical, bool quiet)
-      : input_(name, quiet), reader_(createReader(input_, from)), lexical_(lexical) {}
+  Document(const std::string& name, const std::string& from, const Options& options, bool quiet)
+      : input_(name, quiet),
+        reader_(createReader(input_, from)),
+        lexical_(options.lexical),
+        readsEntities_(options.entities),
+        entities_(name) {}
   ~Document() {
     queue_.stop();
     if (thread_.joinable()) thread_.join();
@@ -122,7 +129,7 @@ class Document {
   }
 
   void read() {
-    EventRecorder recorder(queue_, input_, lexical_);
+    EventRecorder recorder(queue_, input_, lexical_, readsEntities_ ? &entities_ : nullptr);
     recorder.attachTo(*reader_);
     try {
       parse(*reader_, input_);
@@ -137,6 +144,8 @@ class Document {
   Input input_;
   std::unique_ptr<Tavrin::XMLReader> reader_;
   bool lexical_;
+  bool readsEntities_;
+  EntityFiles entities_;
   EventQueue queue_;
   EventBatch batch_;
   std::size_t position_ = 0;
@@ -269,9 +278,9 @@ void collectFailure(const Document& document, const Event* last, Outcome& outcom
 }
 
 Outcome compare(const Options& options) {
-  Document a(options.a, options.fromA, options.lexical, false);
+  Document a(options.a, options.fromA, options, false);
   // There is room for one progress bar.
-  Document b(options.b, options.fromB, options.lexical, a.hasProgress());
+  Document b(options.b, options.fromB, options, a.hasProgress());
   a.start();
   b.start();
   for (;;) {
@@ -314,6 +323,7 @@ Command makeDiff(CLI::App& app) {
   command->add_option("A", options->a)->required();
   command->add_option("B", options->b)->required();
   command->add_flag("--lexical", options->lexical);
+  command->add_flag("--entities", options->entities);
   command->add_option("--from-a", options->fromA)->type_name("TYPE");
   command->add_option("--from-b", options->fromB)->type_name("TYPE");
   return {command, [options] { return diff(*options); }};

@@ -18,6 +18,7 @@ constexpr std::size_t kMaximumOctets = std::size_t{64} * 1024;
 }  // namespace
 
 void EventRecorder::attachTo(Tavrin::XMLReader& reader) {
+  readerFollowsStandard_ = followsStandard(reader);
   reader.setContentHandler(this);
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
@@ -158,8 +159,15 @@ void EventRecorder::skippedEntity(const std::string& name) {
 
 std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& publicId,
                                                            const std::string& systemId) {
-  recordIf(lexical_ || !inDTD_, Event::Kind::ResolveEntity, {publicId, systemId});
-  return nullptr;
+  std::unique_ptr<std::istream> entity;
+  guard([&] {
+    if (resolver_) entity = resolver_->resolveEntity(publicId, systemId);
+  });
+  // A reader that follows the standard goes on to say that the entity was skipped.
+  if (!entity && !readerFollowsStandard_) {
+    recordIf(lexical_ || !inDTD_, Event::Kind::ResolveEntity, {publicId, systemId});
+  }
+  return entity;
 }
 
 void EventRecorder::startDTD(const std::string& name, const std::string& publicId,

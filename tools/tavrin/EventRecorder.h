@@ -27,8 +27,10 @@ class EventRecorder : public Tavrin::ContentHandler,
                       public Tavrin::EntityResolver,
                       public Tavrin::EncodingAlgorithmContentHandler {
  public:
-  EventRecorder(EventQueue& queue, const Input& input, bool lexical)
-      : queue_(queue), input_(input), lexical_(lexical) {}
+  /// @param resolver gives the external entities; null leaves them out
+  EventRecorder(EventQueue& queue, const Input& input, bool lexical,
+                Tavrin::EntityResolver* resolver)
+      : queue_(queue), input_(input), lexical_(lexical), resolver_(resolver) {}
 
   /// Sets this recorder as content handler, lexical handler and entity resolver, and as encoding
   /// algorithm handler of readers that know typed content.
@@ -79,6 +81,8 @@ class EventRecorder : public Tavrin::ContentHandler,
   EventQueue& queue_;
   const Input& input_;
   bool lexical_;
+  Tavrin::EntityResolver* resolver_;
+  bool readerFollowsStandard_ = false;
   const Tavrin::Locator* locator_ = nullptr;
   std::uint64_t end_ = 0;  // The last octet of the event before.
   bool inDTD_ = false;

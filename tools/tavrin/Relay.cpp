@@ -108,8 +108,13 @@ void Relay::skippedEntity(const std::string& name) {
 
 // Within the document type this is its external subset or a parameter entity, behind it a reference
 // in the content. Readers that follow the standards report that as skipped, too.
-std::unique_ptr<std::istream> Relay::resolveEntity(const std::string&,
+std::unique_ptr<std::istream> Relay::resolveEntity(const std::string& publicId,
                                                    const std::string& systemId) {
+  if (resolver_) {
+    std::unique_ptr<std::istream> entity;
+    pass([&] { entity = resolver_->resolveEntity(publicId, systemId); });
+    return entity;
+  }
   if (!inDTD_ && !readerFollowsStandard_) {
     fail("external entity \"" + systemId + "\" was not read, so the copy would lack it");
   }

@@ -40,6 +40,8 @@ class Relay : public Tavrin::ContentHandler,
   /// handler of readers that know typed content; and as handler of declarations of readers that
   /// report them all.
   void attachTo(Tavrin::XMLReader& reader);
+  /// From here on, external entities are read. The resolver must outlive the relay.
+  void readEntities(Tavrin::EntityResolver* resolver) { resolver_ = resolver; }
   /// Throws the failure that was kept, if there is one.
   void check() const;
 
@@ -94,6 +96,7 @@ class Relay : public Tavrin::ContentHandler,
   const Output* output_;
   const Input& input_;
   Tavrin::XMLReader* reader_ = nullptr;
+  Tavrin::EntityResolver* resolver_ = nullptr;
   const Tavrin::Locator* locator_ = nullptr;
   bool readerFollowsStandard_ = false;
   bool writerKeepsReferences_;
