@@ -20,3 +20,4 @@
 #include <Tavrin/XMLWriter.h>
 #include <Tavrin/XMLWriter_FI.h>
 #include <Tavrin/XMLWriter_XML.h>
+#include <Tavrin/XMLWriter_XML10.h>

@@ -81,21 +81,51 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void endCDATA() override;
   void comment(const std::string& text) override;
 
- private:
+ protected:
+  /// What an external identifier belongs to.
+  enum class Declared {
+    DocumentType,    ///< `<!DOCTYPE`
+    Notation,        ///< `<!NOTATION`
+    UnparsedEntity,  ///< `<!ENTITY` with `NDATA`
+    ParsedEntity     ///< `<!ENTITY`
+  };
+
+  /// @name Steps
+  /// What a derived writer may do otherwise.
+  /// @{
+
+  /// Whether events leave anything to write: whether there is a stream.
+  virtual bool isWriting() const;
+  /// Writes a piece of the document. Without a stream it does nothing.
+  virtual void write(std::string_view text);
+  /// Breaks the line in front of what comes next, if auto-indent is on.
+  virtual void indent();
+  /// Writes what the XML declaration says of being standalone, with the blank before it: nothing.
+  virtual void writeStandaloneDeclaration();
+  /// Writes a start tag without its ">". The element is open in the base.
+  virtual void writeStartTag(const std::string& uri, const std::string& localName,
+                             const std::string& qName, const Attributes& attributes);
+  /// Writes the ">" of an element that ends without content, no empty-element tag being wanted.
+  virtual void completeEmptyStartTag();
+  /// Writes the external identifier of a declaration, with the blank before it.
+  virtual void writeExternalIdentifier(Declared declared, const std::string& name,
+                                       const std::string& publicId, const std::string& systemId);
+  /// Writes the default of an attribute declaration.
+  virtual void writeDefault(const std::string& mode, const std::string& value);
+  /// @}
+
+  /// Completes what the innermost container leaves open before its first content.
   void startChild();
-  void indent();
+
+  bool autoIndent_ = false;              ///< The feature auto-indent.
+  bool emptyTags_ = true;                ///< The feature empty-tags.
+  bool xmlDeclaration_ = true;           ///< The feature xml-declaration.
+  std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
+
+ private:
   bool* findFeature(const std::string& name);
-  void write(std::string_view text);
   template <typename... Pieces>
   void writeAll(const Pieces&... pieces);
-  void writeStartTag(const std::string& qName, const Attributes& attributes);
-  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
-                               std::string_view afterPublic);
-
-  bool autoIndent_ = false;
-  bool emptyTags_ = true;
-  bool xmlDeclaration_ = true;
-  std::vector<std::string> namespaces_;  // Prefix, namespace name, prefix, namespace name, ...
 
   static const XMLWriterType type_;
 };

@@ -7,7 +7,6 @@ namespace Tavrin {
 
 namespace {
 
-constexpr std::string_view kXMLDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 constexpr std::size_t kIndentWidth = 2;
 
 std::string_view textEscape(char c) {
@@ -73,7 +72,7 @@ std::unique_ptr<XMLWriter> XMLWriter_XML::create() { return std::make_unique<XML
 
 /// Completes what the innermost container still leaves open before its first content.
 void XMLWriter_XML::startChild() {
-  if (!out_ || hasContent_) return;
+  if (!isWriting() || hasContent_) return;
   switch (state_) {
     case InElement:
       write(">");
@@ -115,6 +114,8 @@ void XMLWriter_XML::indent() {
   }
 }
 
+bool XMLWriter_XML::isWriting() const { return out_ != nullptr; }
+
 void XMLWriter_XML::write(std::string_view text) {
   if (out_) writeTo(*out_, text);
 }
@@ -128,8 +129,13 @@ void XMLWriter_XML::writeAll(const Pieces&... pieces) {
 
 void XMLWriter_XML::startDocument() {
   XMLWriter::startDocument();
-  if (xmlDeclaration_) write(kXMLDeclaration);
+  if (!xmlDeclaration_) return;
+  write("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+  writeStandaloneDeclaration();
+  write("?>");
 }
+
+void XMLWriter_XML::writeStandaloneDeclaration() {}
 
 void XMLWriter_XML::startPrefixMapping(const std::string& prefix, const std::string& uri) {
   if (!out_) return;
@@ -142,12 +148,13 @@ void XMLWriter_XML::startElement(const std::string& uri, const std::string& loca
   startChild();
   indent();
   XMLWriter::startElement(uri, localName, qName, attributes);
-  if (out_) writeStartTag(qName, attributes);
+  if (isWriting()) writeStartTag(uri, localName, qName, attributes);
   namespaces_.clear();
 }
 
 /// Writes a start tag without its ">", which startChild or endElement adds.
-void XMLWriter_XML::writeStartTag(const std::string& qName, const Attributes& attributes) {
+void XMLWriter_XML::writeStartTag(const std::string& /*uri*/, const std::string& /*localName*/,
+                                  const std::string& qName, const Attributes& attributes) {
   writeAll("<", qName);
   for (std::size_t i = 0; i < namespaces_.size(); i += 2) {
     const std::string& prefix = namespaces_[i];
@@ -171,12 +178,16 @@ void XMLWriter_XML::endElement(const std::string& uri, const std::string& localN
   } else if (emptyTags_) {
     write("/>");
   } else {
-    // By now the element is closed in the base. Behind the root no start tag is completed any
-    // more, so an empty root comes out as `<r</r>`. Output compatibility: keep.
-    hasContent_ = false;
-    startChild();
+    completeEmptyStartTag();
     writeAll("</", qName, ">");
   }
+}
+
+/// By now the element is closed in the base. Behind the root no start tag is completed any more, so
+/// an empty root comes out as `<r</r>`. Output compatibility: keep.
+void XMLWriter_XML::completeEmptyStartTag() {
+  hasContent_ = false;
+  startChild();
 }
 
 void XMLWriter_XML::characters(const std::string& text) {
@@ -235,12 +246,16 @@ void XMLWriter_XML::reset() {
 // --- Document type ---
 
 /// Writes an external identifier (XML 1.0, production 75).
-/// @param afterPublic what follows directly behind the PUBLIC form
-void XMLWriter_XML::writeExternalIdentifier(const std::string& publicId,
-                                            const std::string& systemId,
-                                            std::string_view afterPublic) {
+///
+/// Behind a public identifier, notations and unparsed entities repeat their name. That is part of
+/// the output that consumers have come to expect. Output compatibility: keep.
+void XMLWriter_XML::writeExternalIdentifier(Declared declared, const std::string& name,
+                                            const std::string& publicId,
+                                            const std::string& systemId) {
+  const bool repeatsName = declared == Declared::Notation || declared == Declared::UnparsedEntity;
   if (!publicId.empty()) {
-    writeAll(" PUBLIC \"", publicId, "\" \"", systemId, "\"", afterPublic);
+    writeAll(" PUBLIC \"", publicId, "\" \"", systemId, "\"");
+    if (repeatsName) write(name);
   } else if (!systemId.empty()) {
     writeAll(" SYSTEM \"", systemId, "\"");
   }
@@ -251,7 +266,7 @@ void XMLWriter_XML::startDTD(const std::string& name, const std::string& publicI
   indent();
   XMLWriter::startDTD(name, publicId, systemId);
   writeAll("<!DOCTYPE ", name);
-  writeExternalIdentifier(publicId, systemId, {});
+  writeExternalIdentifier(Declared::DocumentType, name, publicId, systemId);
 }
 
 void XMLWriter_XML::endDTD() {
@@ -264,16 +279,13 @@ void XMLWriter_XML::endDTD() {
   write(">");
 }
 
-// The name that notations and unparsed entities repeat behind a public identifier is part of the
-// output that consumers have come to expect. Output compatibility: keep.
-
 void XMLWriter_XML::notationDecl(const std::string& name, const std::string& publicId,
                                  const std::string& systemId) {
   startChild();
   indent();
   XMLWriter::notationDecl(name, publicId, systemId);
   writeAll("  <!NOTATION ", name);
-  writeExternalIdentifier(publicId, systemId, name);
+  writeExternalIdentifier(Declared::Notation, name, publicId, systemId);
   write(">");
 }
 
@@ -284,7 +296,7 @@ void XMLWriter_XML::unparsedEntityDecl(const std::string& name, const std::strin
   indent();
   XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
   writeAll("  <!ENTITY ", name);
-  writeExternalIdentifier(publicId, systemId, name);
+  writeExternalIdentifier(Declared::UnparsedEntity, name, publicId, systemId);
   writeAll(" NDATA ", notationName, ">");
 }
 
@@ -294,7 +306,7 @@ void XMLWriter_XML::externalEntityDecl(const std::string& name, const std::strin
   indent();
   XMLWriter::externalEntityDecl(name, publicId, systemId);
   writeAll("  <!ENTITY ", name);
-  writeExternalIdentifier(publicId, systemId, {});
+  writeExternalIdentifier(Declared::ParsedEntity, name, publicId, systemId);
   write(">");
 }
 
@@ -318,7 +330,13 @@ void XMLWriter_XML::attributeDecl(const std::string& eName, const std::string& a
   startChild();
   indent();
   XMLWriter::attributeDecl(eName, aName, type, mode, value);
-  writeAll("  <!ATTLIST ", eName, " ", aName, " ", type, " ", mode, " \"", value, "\">");
+  writeAll("  <!ATTLIST ", eName, " ", aName, " ", type, " ");
+  writeDefault(mode, value);
+  write(">");
+}
+
+void XMLWriter_XML::writeDefault(const std::string& mode, const std::string& value) {
+  writeAll(mode, " \"", value, "\"");
 }
 
 // --- CDATA sections and comments ---

@@ -109,6 +109,17 @@ bool areNameCharacters(std::string_view text, NameClass least) {
   return !text.empty();
 }
 
+/// How many octets the first character takes, if it is one of the common ones of which the first
+/// octet tells that all that begin with it are characters. Otherwise 0.
+std::size_t commonOctets(std::string_view text) {
+  const auto isNext = [text](std::size_t i) { return (octetAt(text, i) & 0xC0) == 0x80; };
+  const unsigned first = octetAt(text, 0);
+  if (first >= 0x20 && first < 0x80) return 1;
+  if (first >= 0xC2 && first <= 0xDF) return text.size() >= 2 && isNext(1) ? 2 : 0;
+  if (first >= 0xE1 && first <= 0xEC) return text.size() >= 3 && isNext(1) && isNext(2) ? 3 : 0;
+  return 0;
+}
+
 /// Whether eight octets are all from 0x20 to 0x7F.
 bool arePlain(const char* octets) {
   constexpr std::uint64_t kEach = 0x0101010101010101;
@@ -127,9 +138,14 @@ std::size_t findInvalid(std::string_view text) {
     // Most text is ASCII: eight octets at a time.
     while (text.size() - i >= 8 && arePlain(text.data() + i)) i += 8;
     if (i == text.size()) break;
-    const auto [character, octets] = decode(text, i);
-    if (!isCharacter(character)) return i;
-    i += octets;
+    const std::size_t octets = commonOctets(text.substr(i));
+    if (octets != 0) {
+      i += octets;
+      continue;
+    }
+    const Decoded decoded = decode(text, i);
+    if (!isCharacter(decoded.character)) return i;
+    i += decoded.octets;
   }
   return kAllValid;
 }

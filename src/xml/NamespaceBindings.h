@@ -32,6 +32,9 @@ class NamespaceBindings {
   /// Leaves the scope of the last declarations.
   void undo(std::size_t count);
 
+  /// How many declarations there are.
+  std::size_t count() const { return declarations_.size(); }
+
   /// What a prefix is bound to, the empty string where it is not. `xml` is always bound. Valid
   /// until the next change.
   const std::string& find(std::string_view prefix) const;

@@ -1,0 +1,287 @@
+#include <Tavrin/XMLWriter_XML10.h>
+
+#include "../xml/Characters.h"
+#include "../xml/Declarations.h"
+#include "../xml/Escapes.h"
+#include "../xml/Requirements.h"
+#include "XML10Document.h"
+
+// The document type and its declarations (XML 1.0, sections 2.8, 3.2, 3.3 and 4).
+
+namespace Tavrin {
+
+namespace {
+
+std::string quoted(const std::string& text) { return '"' + text + '"'; }
+
+bool isParameterEntity(const std::string& name) { return name.starts_with('%'); }
+
+/// The name of an entity as its declaration has it.
+std::string declaredName(const std::string& name) {
+  return isParameterEntity(name) ? "% " + name.substr(1) : name;
+}
+
+void requireEntityName(const std::string& name) {
+  xml::requireNCName(isParameterEntity(name) ? name.substr(1) : name);
+}
+
+}  // namespace
+
+// --- The declaration itself, and its external parts ---
+
+void XMLWriter_XML10::startDTD(const std::string& name, const std::string& publicId,
+                               const std::string& systemId) {
+  perform([&] {
+    XMLWriter_XML::startDTD(name, publicId, systemId);
+    xml::requireQName(name);
+    document_->hasExternalSubset = !publicId.empty() || !systemId.empty();
+  });
+}
+
+void XMLWriter_XML10::endDTD() {
+  perform([this] { XMLWriter_XML::endDTD(); });
+}
+
+void XMLWriter_XML10::startEntity(const std::string& name) {
+  if (state_ != InDTD) return;
+  Document& document = *document_;
+  if (document.entitiesOutside > 0) {
+    ++document.entitiesOutside;
+  } else if (name == "[dtd]") {
+    if (document.hasExternalSubset) document.entitiesOutside = 1;
+  } else if (isParameterEntity(name)) {
+    // What an internal entity declares is written in its place: only a parser can tell whether its
+    // text would do as it stands.
+    const auto found = document.entities.find(name);
+    const bool isInternal =
+        found != document.entities.end() && found->second != Document::EntityKind::External;
+    if (isInternal) return;
+    writeParameterReference(name);
+    document.entitiesOutside = 1;
+  }
+}
+
+void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+  if (state_ == InDTD && document_->entitiesOutside > 0) --document_->entitiesOutside;
+}
+
+// --- References ---
+
+void XMLWriter_XML10::skippedEntity(const std::string& name) {
+  if (name == "[dtd]" || isOutsideInternalSubset()) return;
+  if (isParameterEntity(name) && state_ == InDTD) {
+    writeParameterReference(name);
+  } else if (!isParameterEntity(name) && state_ == InElement) {
+    writeGeneralReference(name);
+  } else {
+    throw SAXException("You cannot refer to an entity at this point");
+  }
+}
+
+/// Writes a reference in content. The entity is declared (XML 1.0, section 4.1, "Entity Declared"),
+/// and, as far as can be seen here, its text may stand there.
+void XMLWriter_XML10::writeGeneralReference(const std::string& name) {
+  using Kind = Document::EntityKind;
+  perform([&] {
+    xml::requireNCName(name);
+    const Document& document = *document_;
+    const auto found = document.entities.find(name);
+    if (found == document.entities.end()) {
+      const bool mayBeElsewhere =
+          !document.isStandalone && (document.hasExternalSubset || document.hasParameterReferences);
+      if (!mayBeElsewhere && !xml::isPredefinedEntity(name)) {
+        throw SAXException("The entity " + quoted(name) + " is not declared");
+      }
+    } else if (found->second == Kind::Unparsed) {
+      throw SAXException("You cannot refer to the unparsed entity " + quoted(name));
+    } else if (found->second == Kind::Markup && !xml::isPredefinedEntity(name)) {
+      throw SAXException("You cannot refer to the entity " + quoted(name) +
+                         ", whose text holds markup");
+    }
+    startChild();
+    hasContent_ = true;
+    write("&");
+    write(name);
+    write(";");
+    forbidIndentation();
+  });
+}
+
+/// Writes a reference between declarations.
+void XMLWriter_XML10::writeParameterReference(const std::string& name) {
+  perform([&] {
+    xml::requireNCName(name.substr(1));
+    const auto found = document_->entities.find(name);
+    if (found == document_->entities.end()) {
+      if (document_->isStandalone) {
+        throw SAXException("The entity " + quoted(name) + " is not declared");
+      }
+    } else if (found->second != Document::EntityKind::External) {
+      throw SAXException("You cannot refer to the entity " + quoted(name) +
+                         ", whose text is internal");
+    }
+    startChild();
+    indent();
+    hasContent_ = true;
+    write(name);
+    write(";");
+    document_->hasParameterReferences = true;
+  });
+}
+
+// --- Declarations ---
+
+void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
+  xml::requireSystemId(systemId);
+  const std::string_view quote = systemId.find('"') == std::string_view::npos ? "\"" : "'";
+  write(" ");
+  write(quote);
+  write(systemId);
+  write(quote);
+}
+
+/// Only a notation may do without a system identifier (productions 75 and 83).
+void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& /*name*/,
+                                              const std::string& publicId,
+                                              const std::string& systemId) {
+  const bool hasSystemId = !systemId.empty();
+  if (!publicId.empty()) {
+    xml::requirePublicId(publicId);
+    write(" PUBLIC \"");
+    write(publicId);
+    write("\"");
+    if (hasSystemId || declared != Declared::Notation) writeSystemLiteral(systemId);
+    return;
+  }
+  if (!hasSystemId && declared == Declared::DocumentType) return;
+  if (!hasSystemId && declared == Declared::Notation) {
+    throw SAXException("A notation needs a public or a system identifier");
+  }
+  write(" SYSTEM");
+  writeSystemLiteral(systemId);
+}
+
+void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& publicId,
+                                   const std::string& systemId) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::notationDecl(name, publicId, systemId);
+    XMLWriter_XML::notationDecl(name, publicId, systemId);
+    xml::requireNCName(name);
+  });
+}
+
+void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId,
+                                         const std::string& notationName) {
+  perform([&] {
+    if (isOutsideInternalSubset()) {
+      return XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+    }
+    XMLWriter_XML::unparsedEntityDecl(name, publicId, systemId, notationName);
+    xml::requireNCName(name);
+    xml::requireNCName(notationName);
+    if (xml::isPredefinedEntity(name)) {
+      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
+    }
+    document_->entities.emplace(name, Document::EntityKind::Unparsed);
+  });
+}
+
+void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::externalEntityDecl(name, publicId, systemId);
+    XMLWriter_XML::externalEntityDecl(declaredName(name), publicId, systemId);
+    requireEntityName(name);
+    if (xml::isPredefinedEntity(name)) {
+      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
+    }
+    document_->entities.emplace(name, Document::EntityKind::External);
+  });
+}
+
+void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::string& value) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::internalEntityDecl(name, value);
+    std::string literal;
+    const std::size_t invalid = xml::kEntityValueEscapes.append(literal, value);
+    XMLWriter_XML::internalEntityDecl(declaredName(name), literal);
+    requireEntityName(name);
+    if (invalid != xml::kAllValid) xml::requireText(value, "the text of an entity");
+    if (!xml::isReplacementText(name, value)) {
+      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
+    }
+    // Of what else may not stand in content, there is the end of a CDATA section (section 2.4).
+    const bool hasMarkup =
+        value.find_first_of("<&") != std::string::npos || value.find("]]>") != std::string::npos;
+    using Kind = Document::EntityKind;
+    document_->entities.emplace(name, hasMarkup ? Kind::Markup : Kind::Text);
+  });
+}
+
+void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& model) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::elementDecl(name, model);
+    XMLWriter_XML::elementDecl(name, model);
+    xml::requireQName(name);
+    xml::requireText(model, "a content model");
+    if (!xml::isContentModel(model)) throw SAXException(quoted(model) + " is not a content model");
+  });
+}
+
+void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string& aName,
+                                    const std::string& type, const std::string& mode,
+                                    const std::string& value) {
+  perform([&] {
+    if (isOutsideInternalSubset()) {
+      return XMLWriter::attributeDecl(eName, aName, type, mode, value);
+    }
+    const std::string writtenType = xml::attributeType(type);
+    XMLWriter_XML::attributeDecl(eName, aName, writtenType, mode, value);
+    xml::requireQName(eName);
+    xml::requireQName(aName);
+    if (writtenType.empty()) {
+      xml::requireText(type, "the type of an attribute");
+      throw SAXException(quoted(type) + " is not the type of an attribute");
+    }
+    rememberDefault(eName, aName, mode, value);
+  });
+}
+
+/// Production 60.
+void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& value) {
+  if (mode == "#IMPLIED" || mode == "#REQUIRED") {
+    if (!value.empty()) throw SAXException("An attribute cannot have a default and be " + mode);
+    write(mode);
+    return;
+  }
+  if (mode == "#FIXED") {
+    write("#FIXED ");
+  } else if (!mode.empty()) {
+    xml::requireText(mode, "the default of an attribute");
+    throw SAXException(quoted(mode) + " is not a default of an attribute");
+  }
+  std::string& text = document_->text;
+  text += quote_;
+  xml::appendText(text, value, xml::attributeEscapes(quote_), "the default of an attribute");
+  text += quote_;
+}
+
+/// Keeps what has to do with namespaces. The first declaration of an attribute is binding (section
+/// 3.3), also where it has no default.
+void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::string& aName,
+                                      const std::string& mode, const std::string& value) {
+  const bool isNamespaceDeclaration = aName == "xmlns" || aName.starts_with("xmlns:");
+  const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
+  if (!isNamespaceDeclaration && !hasPrefix) return;
+  std::optional<std::string> given;
+  if (mode.empty() || mode == "#FIXED") {
+    if (isNamespaceDeclaration) {
+      xml::requireDeclarable(aName.size() > 6 ? aName.substr(6) : std::string(), value);
+    }
+    given = value;
+  }
+  document_->defaults[eName].emplace(aName, given);
+}
+
+}  // namespace Tavrin

@@ -1,0 +1,287 @@
+#include "XML10StartTag.h"
+
+#include <Tavrin/Exceptions.h>
+#include <Tavrin/Identifiers.h>
+
+#include <algorithm>
+#include <tuple>
+
+#include "../xml/Escapes.h"
+#include "../xml/Requirements.h"
+
+namespace Tavrin {
+
+namespace {
+
+std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+struct Parts {
+  std::string_view prefix;
+  std::string_view localName;
+};
+
+Parts split(std::string_view qName) {
+  const std::size_t colon = qName.find(':');
+  if (colon == std::string_view::npos) return {{}, qName};
+  return {qName.substr(0, colon), qName.substr(colon + 1)};
+}
+
+/// Whether an attribute is a namespace declaration: `xmlns`, or the prefix `xmlns`.
+bool isDeclaration(std::string_view qName) {
+  const bool mayBe = qName.size() >= 5 && qName[0] == 'x';  // Few names get further.
+  return mayBe && qName.starts_with("xmlns") && (qName.size() == 5 || qName[5] == ':');
+}
+
+std::string_view declaredPrefix(std::string_view qName) {
+  return qName.size() > 6 ? qName.substr(6) : std::string_view();
+}
+
+/// What reports no namespaces gives an empty namespace name and an empty local name.
+bool isRaw(const std::string& uri, const std::string& localName) {
+  return uri.empty() && localName.empty();
+}
+
+void requireLocalName(const std::string& localName, std::string_view qName) {
+  if (localName == split(qName).localName) return;
+  throw SAXException("The local name " + quoted(localName) + " does not belong to " +
+                     quoted(qName));
+}
+
+/// Refuses a prefix that is not bound, or bound to another namespace.
+/// @param uri the namespace, null where any will do
+/// @return what the prefix is bound to
+const std::string& requireBound(std::string_view prefix, const std::string* uri,
+                                const xml::NamespaceBindings& bindings) {
+  const std::string& bound = bindings.find(prefix);
+  if (bound.empty()) throw SAXException("The prefix " + quoted(prefix) + " is not declared");
+  if (uri != nullptr && bound != *uri) {
+    throw SAXException("The prefix " + quoted(prefix) + " is bound to " + quoted(bound) +
+                       " and not to " + quoted(*uri));
+  }
+  return bound;
+}
+
+void requireElementName(const XML10StartTag::Element& element,
+                        const xml::NamespaceBindings& bindings) {
+  const auto& [uri, localName, qName, attributes, mappings] = element;
+  xml::requireQName(qName);
+  const bool raw = isRaw(uri, localName);
+  if (!raw) requireLocalName(localName, qName);
+  const std::string_view prefix = split(qName).prefix;
+  if (!prefix.empty()) {
+    requireBound(prefix, raw ? nullptr : &uri, bindings);
+    return;
+  }
+  if (raw) return;
+  const std::string& bound = bindings.find({});
+  if (bound == uri) return;
+  if (uri.empty()) {
+    throw SAXException("The element " + quoted(qName) +
+                       " has no namespace, but the default namespace is " + quoted(bound));
+  }
+  throw SAXException("The element " + quoted(qName) + " has no prefix, but " + quoted(uri) +
+                     " is not the default namespace");
+}
+
+void appendAttribute(std::string& out, std::string_view name, std::string_view value, char quote) {
+  (out += ' ') += name;
+  (out += '=') += quote;
+  xml::appendText(out, value, xml::attributeEscapes(quote), "an attribute value");
+  out += quote;
+}
+
+/// A cheap hash: names of one document differ in length or at their ends, most of the time.
+std::size_t hashOf(std::string_view name) {
+  const auto at = [name](std::size_t i) { return static_cast<unsigned char>(name[i]); };
+  const std::size_t size = name.size();
+  return size == 0 ? 0 : size * 7 + at(0) + at(size / 2) * 5U + at(size - 1) * 3U;
+}
+
+}  // namespace
+
+XML10StartTag::Space XML10StartTag::write(std::string& out, const Element& element, char quote,
+                                          const Defaults& defaults,
+                                          xml::NamespaceBindings& bindings) {
+  collectDeclarations(element);
+  if (!declarations_.empty()) declareAll(bindings);
+  if (Checked* const checked =
+          findChecked(elements_, element.uri, element.localName, element.qName, bindings)) {
+    requireElementName(element, bindings);
+    *checked = {element.uri, element.localName, element.qName, bindings.version()};
+  }
+  (out += '<') += element.qName;
+  for (std::size_t i = 0; i < element.mappings.size(); i += 2) {
+    const std::string& prefix = element.mappings[i];
+    const std::string name = prefix.empty() ? "xmlns" : "xmlns:" + prefix;
+    appendAttribute(out, name, element.mappings[i + 1], quote);
+  }
+  Space space = Space::Inherited;
+  names_.clear();
+  const Attributes& attributes = element.attributes;
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    const std::string& qName = attributes.getQName(i);
+    const std::string& value = attributes.getValue(i);
+    if (!isDeclaration(qName)) {
+      addAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings);
+      if (qName == "xml:space") space = value == "preserve" ? Space::Preserve : Space::Default;
+    } else if (isRepeated_[static_cast<std::size_t>(i)]) {
+      continue;
+    }
+    appendAttribute(out, qName, value, quote);
+  }
+  if (!defaults.empty()) checkDefaults(element, defaults, bindings);
+  refuseDuplicates();
+  return space;
+}
+
+/// Finds what the element declares, by mappings and by attributes.
+void XML10StartTag::collectDeclarations(const Element& element) {
+  declarations_.clear();
+  isRepeated_.clear();
+  for (std::size_t i = 0; i < element.mappings.size(); i += 2) {
+    declarations_.push_back({element.mappings[i], element.mappings[i + 1], kMapping});
+  }
+  const Attributes& attributes = element.attributes;
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    const std::string& qName = attributes.getQName(i);
+    if (!isDeclaration(qName)) continue;
+    isRepeated_.resize(static_cast<std::size_t>(length));
+    xml::requireQName(qName);
+    const std::string& uri = attributes.getURI(i);
+    if (!uri.empty() && uri != namespaces::xmlns) {
+      throw SAXException("The prefix \"xmlns\" is bound to " + quoted(namespaces::xmlns) +
+                         " and not to " + quoted(uri));
+    }
+    if (const std::string& localName = attributes.getLocalName(i); !localName.empty()) {
+      requireLocalName(localName, qName);
+    }
+    const std::string& value = attributes.getValue(i);
+    xml::requireDeclarable(declaredPrefix(qName), value);
+    declarations_.push_back({declaredPrefix(qName), value, i});
+  }
+}
+
+/// Takes the declarations into account, but for those that repeat another one.
+void XML10StartTag::declareAll(xml::NamespaceBindings& bindings) {
+  // Of each prefix, a mapping comes first.
+  std::ranges::sort(declarations_, {}, [](const Declaration& declaration) {
+    return std::tuple(declaration.prefix, declaration.attribute);
+  });
+  const Declaration* last = nullptr;
+  for (const Declaration& declaration : declarations_) {
+    if (last != nullptr && last->prefix == declaration.prefix) {
+      const bool isRepetition =
+          last->attribute == kMapping && declaration.attribute >= 0 && last->uri == declaration.uri;
+      if (!isRepetition) {
+        throw SAXException("The prefix " + quoted(declaration.prefix) +
+                           " is declared twice on one element");
+      }
+      isRepeated_[static_cast<std::size_t>(declaration.attribute)] = true;
+    } else {
+      bindings.declare(std::string(declaration.prefix), std::string(declaration.uri));
+    }
+    last = &declaration;
+  }
+}
+
+/// Documents use few names again and again.
+/// @return null where the name has been found right with the same bindings; otherwise where to keep
+///         it
+XML10StartTag::Checked* XML10StartTag::findChecked(CheckedNames& names, const std::string& uri,
+                                                   const std::string& localName,
+                                                   const std::string& qName,
+                                                   const xml::NamespaceBindings& bindings) {
+  Checked& checked = names[hashOf(qName) % names.size()];
+  const bool isSame = checked.version == bindings.version() && checked.qName == qName &&
+                      checked.localName == localName && checked.uri == uri;
+  return isSame ? nullptr : &checked;
+}
+
+void XML10StartTag::addName(std::string_view uri, std::string_view localName,
+                            std::string_view qName, bool isDefault) {
+  names_.push_back({uri, localName, qName, isDefault, hashOf(localName)});
+}
+
+void XML10StartTag::addAttributeName(const std::string& uri, const std::string& localName,
+                                     const std::string& qName,
+                                     const xml::NamespaceBindings& bindings) {
+  Checked* const checked = findChecked(attributes_, uri, localName, qName, bindings);
+  if (checked == nullptr) {
+    addName(uri, localName, qName, false);
+    return;
+  }
+  xml::requireQName(qName);
+  const auto [prefix, local] = split(qName);
+  if (isRaw(uri, localName)) {
+    const bool hasPrefix = !prefix.empty();
+    const std::string& bound = hasPrefix ? requireBound(prefix, nullptr, bindings) : uri;
+    addName(bound, local, qName, false);
+    return;
+  }
+  requireLocalName(localName, qName);
+  if (!prefix.empty()) {
+    requireBound(prefix, &uri, bindings);
+  } else if (!uri.empty()) {
+    throw SAXException("The attribute " + quoted(qName) + " has a namespace, but no prefix");
+  }
+  addName(uri, localName, qName, false);
+  *checked = {uri, localName, qName, bindings.version()};
+}
+
+/// What a parser may add must change no binding, be bound, and not be another name for an attribute
+/// that is given.
+void XML10StartTag::checkDefaults(const Element& element, const Defaults& defaults,
+                                  const xml::NamespaceBindings& bindings) {
+  const auto found = defaults.find(element.qName);
+  if (found == defaults.end()) return;
+  for (const auto& [name, value] : found->second) {
+    if (!value) continue;
+    if (!isDeclaration(name)) {
+      const auto [prefix, local] = split(name);
+      addName(requireBound(prefix, nullptr, bindings), local, name, true);
+      continue;
+    }
+    const std::string_view prefix = declaredPrefix(name);
+    const bool isDeclared =
+        std::ranges::binary_search(declarations_, prefix, {}, &Declaration::prefix);
+    if (!isDeclared && bindings.find(prefix) != *value) {
+      throw SAXException("The element " + quoted(element.qName) + " has " + quoted(name) +
+                         " by default, but does not declare it");
+    }
+  }
+}
+
+/// Attributes must differ in their names as written and in their expanded names. Two names that are
+/// written alike have one expanded name.
+void XML10StartTag::refuseDuplicates() {
+  constexpr std::size_t kFew = 32;
+  const auto refusePair = [](const ExpandedName& one, const ExpandedName& other) {
+    if (one.qName == other.qName && one.isDefault != other.isDefault) return;
+    if (one.qName == other.qName) {
+      throw SAXException("The attribute " + quoted(one.qName) + " is given twice");
+    }
+    throw SAXException("The attributes " + quoted(one.qName) + " and " + quoted(other.qName) +
+                       " have the same name");
+  };
+  const auto areEqual = [](const ExpandedName& one, const ExpandedName& other) {
+    return one.hash == other.hash && one.localName == other.localName && one.uri == other.uri;
+  };
+  if (names_.size() <= kFew) {
+    for (std::size_t i = 1; i < names_.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (areEqual(names_[j], names_[i])) refusePair(names_[j], names_[i]);
+      }
+    }
+    return;
+  }
+  std::ranges::sort(names_, {}, [](const ExpandedName& name) {
+    return std::tuple(name.localName, name.uri, name.qName, name.isDefault);
+  });
+  for (std::size_t i = 1; i < names_.size(); ++i) {
+    if (areEqual(names_[i - 1], names_[i])) refusePair(names_[i - 1], names_[i]);
+  }
+}
+
+}  // namespace Tavrin

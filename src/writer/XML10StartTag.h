@@ -1,0 +1,92 @@
+#pragma once
+
+#include <Tavrin/Attributes.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "../xml/NamespaceBindings.h"
+
+namespace Tavrin {
+
+/// Writes start tags in which names, prefixes and namespaces agree (Namespaces in XML 1.0, section
+/// 5), or refuses them with a SAXException.
+class XML10StartTag {
+ public:
+  /// What a declared attribute has for a value where it is not given, if anything, by the names of
+  /// the element and the attribute (XML 1.0, section 3.3.2). Only attributes that have to do with
+  /// namespaces are of interest. A parser may add them or not, so nothing may depend on it.
+  using Defaults =
+      std::map<std::string, std::map<std::string, std::optional<std::string>>, std::less<>>;
+
+  struct Element {
+    const std::string& uri;
+    const std::string& localName;
+    const std::string& qName;
+    const Attributes& attributes;
+    const std::vector<std::string>& mappings;  // Prefix, namespace name, prefix, ...
+  };
+
+  /// What the attribute `xml:space` says (XML 1.0, section 2.10).
+  enum class Space { Inherited, Default, Preserve };
+
+  /// Appends a start tag without its ">".
+  /// @param bindings gains the declarations of the element, some of them also after a refusal
+  Space write(std::string& out, const Element& element, char quote, const Defaults& defaults,
+              xml::NamespaceBindings& bindings);
+
+ private:
+  static constexpr int kMapping = -1;  // Instead of an attribute's position.
+
+  struct Declaration {
+    std::string_view prefix;
+    std::string_view uri;
+    int attribute;
+  };
+  struct ExpandedName {
+    std::string_view uri;
+    std::string_view localName;
+    std::string_view qName;
+    bool isDefault;
+    std::size_t hash;  // Of the local name.
+  };
+
+  /// Names that have been found right, with the bindings in force then.
+  struct Checked {
+    std::string uri;
+    std::string localName;
+    std::string qName;
+    std::uint64_t version = 0;
+  };
+  using CheckedNames = std::array<Checked, 64>;
+
+  static Checked* findChecked(CheckedNames& names, const std::string& uri,
+                              const std::string& localName, const std::string& qName,
+                              const xml::NamespaceBindings& bindings);
+  void addName(std::string_view uri, std::string_view localName, std::string_view qName,
+               bool isDefault);
+  void collectDeclarations(const Element& element);
+  void declareAll(xml::NamespaceBindings& bindings);
+  void addAttributeName(const std::string& uri, const std::string& localName,
+                        const std::string& qName, const xml::NamespaceBindings& bindings);
+  void checkDefaults(const Element& element, const Defaults& defaults,
+                     const xml::NamespaceBindings& bindings);
+  void refuseDuplicates();
+
+  // Kept between start tags for their memory.
+  std::vector<Declaration> declarations_;
+  std::vector<bool> isRepeated_;  // By attribute: says what a mapping says already.
+  std::vector<ExpandedName> names_;
+
+  CheckedNames elements_;
+  CheckedNames attributes_;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,312 @@
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLWriter_XML10.h>
+
+#include <algorithm>
+
+#include "../xml/Escapes.h"
+#include "../xml/Requirements.h"
+#include "XML10Document.h"
+
+namespace Tavrin {
+
+namespace {
+
+constexpr std::size_t kDeepestIndentation = 100;
+
+// What one large event took is not kept for all the small ones.
+constexpr std::size_t kKeptOctets = 1U << 20U;
+
+const std::string kNoText;
+
+}  // namespace
+
+const XMLWriterType XMLWriter_XML10::type_("XML10", &XMLWriter_XML10::create);
+
+XMLWriter_XML10::XMLWriter_XML10() : document_(std::make_unique<Document>()) {}
+
+XMLWriter_XML10::~XMLWriter_XML10() = default;
+
+std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<XMLWriter_XML10>(); }
+
+// --- Composing and writing out ---
+
+bool XMLWriter_XML10::isWriting() const { return true; }
+
+void XMLWriter_XML10::write(std::string_view text) { document_->text += text; }
+
+void XMLWriter_XML10::restore(const Mark& mark) {
+  state_ = mark.state;
+  hasContent_ = mark.hasContent;
+  while (elements_.size() > mark.elements) elements_.pop_back();
+  document_->text.resize(mark.octets);
+  document_->breaks.resize(mark.breaks);
+  document_->bindings.undo(document_->bindings.count() - mark.declarations);
+}
+
+/// Writes what is composed, unless a line break in it may yet be forbidden.
+void XMLWriter_XML10::commit() {
+  if (document_->text.empty()) return;
+  document_->hasBegun = true;
+  if (document_->breaks.empty() || elements_.empty()) writeOut();
+}
+
+void XMLWriter_XML10::writeOut() {
+  // Gone even when the stream throws.
+  struct Clear {
+    Document& document;
+    ~Clear() {
+      document.text.clear();
+      document.breaks.clear();
+      if (document.text.capacity() > kKeptOctets) document.text.shrink_to_fit();
+    }
+  } const clear{*document_};
+  if (out_ == nullptr) return;
+  const std::string_view text = document_->text;
+  const auto writePiece = [this](std::string_view piece) {
+    out_->write(piece.data(), static_cast<std::streamsize>(piece.size()));
+  };
+  std::size_t begin = 0;
+  std::string line = "\n";
+  for (const auto& [position, depth] : document_->breaks) {
+    writePiece(text.substr(begin, position - begin));
+    line.resize(1 + indentWidth_ * std::min(depth, kDeepestIndentation), ' ');
+    writePiece(line);
+    begin = position;
+  }
+  writePiece(text.substr(begin));
+}
+
+// --- Indentation ---
+
+void XMLWriter_XML10::indent() {
+  if (!autoIndent_) return;
+  if (!document_->open.empty()) {
+    const Document::Open& element = document_->open.back();
+    if (element.isMixed || element.preservesSpace) return;
+    document_->breaks.push_back({document_->text.size(), elements_.size()});
+  } else if (state_ == InDTD) {
+    write("\n");
+    document_->text.append(indentWidth_, ' ');
+  } else if (document_->hasBegun) {
+    write("\n");
+  }
+}
+
+/// There is text in the innermost element: no line break that stands in it, or comes, may be
+/// written. Comes last in an event: it cannot be undone.
+void XMLWriter_XML10::forbidIndentation() {
+  if (document_->open.empty()) return;
+  Document::Open& element = document_->open.back();
+  if (element.isMixed) return;
+  element.isMixed = true;
+  if (document_->breaks.size() > element.firstBreak) document_->breaks.resize(element.firstBreak);
+}
+
+// --- Document and elements ---
+
+void XMLWriter_XML10::startDocument() {
+  perform([this] {
+    XMLWriter_XML::startDocument();
+    document_->isStandalone = xmlDeclaration_ && statesStandalone_ && standalone_;
+  });
+}
+
+void XMLWriter_XML10::writeStandaloneDeclaration() {
+  if (statesStandalone_) write(standalone_ ? " standalone=\"yes\"" : " standalone=\"no\"");
+}
+
+void XMLWriter_XML10::endDocument() {
+  perform([this] {
+    const bool hasElement = state_ != Prolog && state_ != AfterDTD;
+    XMLWriter_XML::endDocument();
+    if (!hasElement) throw SAXException("You cannot end a document without an element");
+  });
+}
+
+void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
+    throw SAXException("You cannot declare a namespace at this point");
+  }
+  xml::requireDeclarable(prefix, uri);
+  namespaces_.push_back(prefix);
+  namespaces_.push_back(uri);
+}
+
+void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
+                                   const std::string& qName, const Attributes& attributes) {
+  perform([&] { XMLWriter_XML::startElement(uri, localName, qName, attributes); });
+}
+
+void XMLWriter_XML10::writeStartTag(const std::string& uri, const std::string& localName,
+                                    const std::string& qName, const Attributes& attributes) {
+  using Space = XML10StartTag::Space;
+  Document& document = *document_;
+  const std::size_t declared = document.bindings.count();
+  const Space space =
+      document.startTag.write(document.text, {uri, localName, qName, attributes, namespaces_},
+                              quote_, document.defaults, document.bindings);
+  Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
+                         space == Space::Preserve};
+  if (!document.open.empty()) {
+    const Document::Open& parent = document.open.back();
+    element.isMixed = parent.isMixed;
+    if (space == Space::Inherited) element.preservesSpace = parent.preservesSpace;
+  }
+  document.open.push_back(element);
+}
+
+void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
+                                 const std::string& qName) {
+  perform([&] {
+    XMLWriter_XML::endElement(uri, localName, qName);
+    document_->bindings.undo(document_->open.back().declarations);
+    document_->open.pop_back();
+  });
+}
+
+void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
+
+// --- Content ---
+
+void XMLWriter_XML10::characters(const std::string& text) {
+  perform([&] {
+    const bool inSection = state_ == InCDATA;
+    if (!inSection) startChild();
+    const bool hadContent = hasContent_;
+    XMLWriter::characters(kNoText);  // Of the base, the order alone is wanted.
+    if (inSection) {
+      hasContent_ = hadContent;
+      xml::requireText(text, "a CDATA section");
+      writeSection(text);
+    } else {
+      xml::appendText(document_->text, text, xml::kTextEscapes, "character data");
+    }
+    forbidIndentation();
+  });
+}
+
+/// Writes into the CDATA section. While it is open in the output, it has content.
+void XMLWriter_XML10::writeSection(std::string_view text) {
+  std::size_t begin = 0;
+  const auto writeUpTo = [&](std::size_t end) {
+    if (end == begin) return;
+    startChild();
+    write(text.substr(begin, end - begin));
+    begin = end;
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '>' && document_->brackets >= 2) {
+      writeUpTo(i);
+      write("]]><![CDATA[");
+    } else if (c == '\r') {
+      writeUpTo(i);
+      if (hasContent_) write("]]>");
+      write("&#xD;");
+      hasContent_ = false;
+      begin = i + 1;
+    }
+    document_->brackets = c == ']' ? document_->brackets + 1 : 0;
+  }
+  writeUpTo(text.size());
+}
+
+void XMLWriter_XML10::ignorableWhitespace(const std::string& text) {
+  perform([&] {
+    const bool inSection = state_ == InCDATA;
+    if (!inSection && !isOutsideInternalSubset()) startChild();
+    const bool hadContent = hasContent_;
+    XMLWriter::ignorableWhitespace(text);
+    if (inSection) {
+      hasContent_ = hadContent;
+      writeSection(text);
+    } else if (state_ == InElement) {
+      xml::kTextEscapes.append(document_->text, text);
+    } else if (!isOutsideInternalSubset()) {
+      write(text);
+    }
+    forbidIndentation();
+  });
+}
+
+void XMLWriter_XML10::startCDATA() {
+  perform([this] {
+    XMLWriter_XML::startCDATA();
+    document_->brackets = 0;
+    forbidIndentation();
+  });
+}
+
+void XMLWriter_XML10::endCDATA() {
+  perform([this] { XMLWriter_XML::endCDATA(); });
+}
+
+void XMLWriter_XML10::processingInstruction(const std::string& target, const std::string& data) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::processingInstruction(target, data);
+    XMLWriter_XML::processingInstruction(target, data);
+    xml::requireTarget(target);
+    xml::requireText(data, "a processing instruction");
+    if (data.find("?>") != std::string::npos) {
+      throw SAXException("You cannot put \"?>\" into a processing instruction");
+    }
+  });
+}
+
+void XMLWriter_XML10::comment(const std::string& text) {
+  perform([&] {
+    if (isOutsideInternalSubset()) return XMLWriter::comment(text);
+    XMLWriter_XML::comment(text);
+    xml::requireText(text, "a comment");
+    if (text.find("--") != std::string::npos) {
+      throw SAXException("You cannot put \"--\" into a comment");
+    }
+    if (text.ends_with('-')) throw SAXException("You cannot end a comment with \"-\"");
+  });
+}
+
+// --- Properties, flush and reset ---
+
+void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
+  if (name == properties::documentXMLVersion) {
+    const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
+    if (version != "1.0") throw SAXException("XML " + version + " cannot be written");
+    version_ = version;
+  } else if (name == properties::standalone) {
+    statesStandalone_ = value != nullptr;
+    standalone_ = statesStandalone_ && *static_cast<bool*>(value);
+  } else if (name == properties::indentWidth) {
+    indentWidth_ = value == nullptr ? 2 : *static_cast<unsigned*>(value);
+  } else if (name == properties::quoteCharacter) {
+    const char quote = value == nullptr ? '\'' : *static_cast<char*>(value);
+    if (quote != '\'' && quote != '"') {
+      throw SAXException("Attribute values can stand in apostrophes or quotation marks only");
+    }
+    quote_ = quote;
+  } else {
+    XMLWriter_XML::setProperty(name, value);
+  }
+}
+
+void* XMLWriter_XML10::getProperty(const std::string& name) {
+  if (name == properties::documentXMLVersion) return &version_;
+  if (name == properties::standalone) return statesStandalone_ ? &standalone_ : nullptr;
+  if (name == properties::indentWidth) return &indentWidth_;
+  if (name == properties::quoteCharacter) return &quote_;
+  return XMLWriter_XML::getProperty(name);
+}
+
+void XMLWriter_XML10::flush() {
+  perform([this] {
+    XMLWriter_XML::flush();
+    for (Document::Open& element : document_->open) element.isMixed = true;
+    document_->breaks.clear();
+  });
+}
+
+void XMLWriter_XML10::reset() {
+  XMLWriter_XML::reset();
+  *document_ = Document();
+}
+
+}  // namespace Tavrin

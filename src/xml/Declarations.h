@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Tavrin::xml {
+
+/// Whether a text is the content model of an element type declaration (XML 1.0, production 46).
+bool isContentModel(std::string_view text);
+
+/// The type of an attribute declaration (production 54), as it is to be written, or an empty string
+/// where it is none. Between NOTATION and the names, the blank may be missing.
+std::string attributeType(std::string_view text);
+
+/// Whether a text may be declared as the replacement text of an entity. It may not where the entity
+/// is one of the five that everyone knows and the text is not its character (section 4.6).
+bool isReplacementText(std::string_view name, std::string_view text);
+
+/// Whether an entity is one of the five that need no declaration (section 4.6).
+bool isPredefinedEntity(std::string_view name);
+
+}  // namespace Tavrin::xml
