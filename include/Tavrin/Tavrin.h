@@ -17,6 +17,7 @@
 #include <Tavrin/XMLReader_Expat.h>
 #include <Tavrin/XMLReader_FI.h>
 #include <Tavrin/XMLReader_X891.h>
+#include <Tavrin/XMLReader_XML10.h>
 #include <Tavrin/XMLWriter.h>
 #include <Tavrin/XMLWriter_FI.h>
 #include <Tavrin/XMLWriter_XML.h>

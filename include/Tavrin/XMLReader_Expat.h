@@ -68,22 +68,62 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
- private:
-  class Locator_Expat;
+ protected:
   struct Callbacks;
+  /// Frees a parser.
   struct ParserDeleter {
+    /// @param parser not null
     void operator()(XML_ParserStruct* parser) const;
   };
 
+  DeclHandler* declHandler_ = nullptr;        ///< Not owned.
+  LexicalHandler* lexicalHandler_ = nullptr;  ///< Not owned.
+
+  /// The document's parser, while a document is open.
+  XML_ParserStruct* parser() const { return parser_.get(); }
+  /// Calls setDocumentLocator and startDocument.
+  void announceDocument();
+
+  /// Whether events are delivered. Where it is off, makeReady is asked before an event.
+  bool ready_ = true;
+
+  /// @name Steps that a derived reader may take in another way
+  /// @{
+
+  /// A new parser, which the caller owns, or null.
+  virtual XML_ParserStruct* createParser() const;
+  /// Installs the callbacks in the new parser.
+  virtual void configureParser();
+  /// A locator for the new parser.
+  virtual std::unique_ptr<Locator> createLocator() const;
+  /// The parser is ready and has read nothing yet.
+  virtual void beginDocument();
+  /// Before an event that finds ready_ off.
+  /// @return whether the event is to be delivered
+  virtual bool makeReady();
+  /// Called while what a handler threw inside of expat is being caught.
+  virtual void handlerThrew();
+  /// Gives a block to the parser.
+  /// @return expat's status
+  virtual int parseBlock(const void* data, unsigned long size, bool isFinal);
+  /// expat has failed: tells the error handler, and throws.
+  [[noreturn]] virtual void reportError();
+  /// expat has read the whole document.
+  virtual void endDocument();
+  /// Called while what ends a parse is being caught: throws what the caller is to get.
+  [[noreturn]] virtual void leaveParse();
+  /// Frees what belongs to the open document.
+  virtual void releaseParser();
+  /// @}
+
+ private:
+  class Locator_Expat;
+
   void setupParser();
-  void releaseParser();
-  [[noreturn]] void reportError();
   template <typename Parse>
   void guardParse(Parse parse);
 
-  DeclHandler* declHandler_ = nullptr;
-  LexicalHandler* lexicalHandler_ = nullptr;
-  std::unique_ptr<Locator_Expat> locator_;
+  std::unique_ptr<Locator> locator_;
   std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
   bool parsing_ = false;  // A call of parse is on the stack.
 

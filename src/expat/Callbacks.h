@@ -3,6 +3,7 @@
 #include <Tavrin/XMLReader_Expat.h>
 #include <expat.h>
 
+#include <cstdint>
 #include <istream>
 #include <string>
 
@@ -15,12 +16,27 @@ inline constexpr int kBlockSize = 1024 * 1024;
 /// name, prefix. A line feed cannot stand in a name, and in a namespace name only as a reference.
 inline constexpr XML_Char kNameSeparator = '\n';
 
-/// Feeds a whole stream to a parser.
+/// Feeds a whole stream to a parser, in blocks.
 /// @return the parser's last status; XML_STATUS_ERROR also when it gives no buffer
-XML_Status parseStream(XML_Parser parser, std::istream& stream);
+XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize);
+
+inline std::int32_t lineOf(XML_Parser parser) {
+  return static_cast<std::int32_t>(XML_GetCurrentLineNumber(parser));
+}
+
+// expat counts columns from 0.
+inline std::int32_t columnOf(XML_Parser parser) {
+  return static_cast<std::int32_t>(XML_GetCurrentColumnNumber(parser) + 1);
+}
 
 /// Text that expat may leave out; absent text is empty.
 inline std::string textOrEmpty(const XML_Char* text) { return text ? text : std::string(); }
+
+/// The mode of an attribute's declaration (XML 1.0, production 60); empty for a plain default.
+inline const char* defaultMode(const XML_Char* defaultValue, int isRequired) {
+  if (defaultValue) return isRequired ? "#FIXED" : "";
+  return isRequired ? "#REQUIRED" : "#IMPLIED";
+}
 
 /// expat's callbacks. The user data of every parser, also that of an external entity, is the
 /// reader.
@@ -64,15 +80,25 @@ struct XMLReader_Expat::Callbacks {
 
   static XMLReader_Expat& from(void* userData) { return *static_cast<XMLReader_Expat*>(userData); }
 
-  /// Runs a callback's work. An exception must not unwind through expat, which is C: it is
-  /// dropped, and the document's parser ends with XML_ERROR_ABORTED.
+  /// Runs a callback's work. An exception must not unwind through expat, which is C: the reader
+  /// takes it, and the parse stops.
   template <typename Work>
   static void guard(XMLReader_Expat& reader, Work work) {
     try {
-      work();
+      if (reader.ready_ || reader.makeReady()) work();
     } catch (...) {
-      XML_StopParser(reader.parser_.get(), XML_FALSE);
+      reader.handlerThrew();
     }
+  }
+
+  /// Runs the work that calls a handler, where it is set. The handler is a reference to the
+  /// reader's own pointer, because an earlier event may have taken it off.
+  template <typename Handler, typename Work>
+  static void deliver(XMLReader_Expat& reader, Handler* const& handler, Work work) {
+    if (!handler) return;
+    guard(reader, [&] {
+      if (handler) work(*handler);
+    });
   }
 
  private:

@@ -5,9 +5,8 @@ namespace Tavrin {
 void XMLReader_Expat::Callbacks::characterDataHandler(void* userData, const XML_Char* text,
                                                       int length) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.contentHandler_) return;
-  guard(reader, [&] {
-    reader.contentHandler_->characters(std::string(text, static_cast<std::size_t>(length)));
+  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
+    handler.characters(std::string(text, static_cast<std::size_t>(length)));
   });
 }
 
@@ -15,32 +14,29 @@ void XMLReader_Expat::Callbacks::processingInstructionHandler(void* userData,
                                                               const XML_Char* target,
                                                               const XML_Char* data) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.contentHandler_) return;
-  guard(reader, [&] { reader.contentHandler_->processingInstruction(target, data); });
+  deliver(reader, reader.contentHandler_,
+          [&](ContentHandler& handler) { handler.processingInstruction(target, data); });
 }
 
 void XMLReader_Expat::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name, int) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.contentHandler_) return;
-  guard(reader, [&] { reader.contentHandler_->skippedEntity(name); });
+  deliver(reader, reader.contentHandler_,
+          [&](ContentHandler& handler) { handler.skippedEntity(name); });
 }
 
 void XMLReader_Expat::Callbacks::startCdataSectionHandler(void* userData) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.lexicalHandler_) return;
-  guard(reader, [&] { reader.lexicalHandler_->startCDATA(); });
+  deliver(reader, reader.lexicalHandler_, [](LexicalHandler& handler) { handler.startCDATA(); });
 }
 
 void XMLReader_Expat::Callbacks::endCdataSectionHandler(void* userData) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.lexicalHandler_) return;
-  guard(reader, [&] { reader.lexicalHandler_->endCDATA(); });
+  deliver(reader, reader.lexicalHandler_, [](LexicalHandler& handler) { handler.endCDATA(); });
 }
 
 void XMLReader_Expat::Callbacks::commentHandler(void* userData, const XML_Char* text) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.lexicalHandler_) return;
-  guard(reader, [&] { reader.lexicalHandler_->comment(text); });
+  deliver(reader, reader.lexicalHandler_, [&](LexicalHandler& handler) { handler.comment(text); });
 }
 
 }  // namespace Tavrin

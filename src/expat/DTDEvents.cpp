@@ -20,25 +20,22 @@ void XMLReader_Expat::Callbacks::startDoctypeDeclHandler(void* userData, const X
                                                          const XML_Char* systemId,
                                                          const XML_Char* publicId, int) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.lexicalHandler_) return;
-  guard(reader, [&] {
-    reader.lexicalHandler_->startDTD(name, textOrEmpty(publicId), textOrEmpty(systemId));
+  deliver(reader, reader.lexicalHandler_, [&](LexicalHandler& handler) {
+    handler.startDTD(name, textOrEmpty(publicId), textOrEmpty(systemId));
   });
 }
 
 void XMLReader_Expat::Callbacks::endDoctypeDeclHandler(void* userData) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.lexicalHandler_) return;
-  guard(reader, [&] { reader.lexicalHandler_->endDTD(); });
+  deliver(reader, reader.lexicalHandler_, [](LexicalHandler& handler) { handler.endDTD(); });
 }
 
 void XMLReader_Expat::Callbacks::notationDeclHandler(void* userData, const XML_Char* name,
                                                      const XML_Char* base, const XML_Char* systemId,
                                                      const XML_Char* publicId) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.dtdHandler_) return;
-  guard(reader, [&] {
-    reader.dtdHandler_->notationDecl(name, textOrEmpty(publicId), systemIdFrom(base, systemId));
+  deliver(reader, reader.dtdHandler_, [&](DTDHandler& handler) {
+    handler.notationDecl(name, textOrEmpty(publicId), systemIdFrom(base, systemId));
   });
 }
 
@@ -73,12 +70,9 @@ void XMLReader_Expat::Callbacks::attlistDeclHandler(void* userData, const XML_Ch
                                                     const XML_Char* type,
                                                     const XML_Char* defaultValue, int isRequired) {
   XMLReader_Expat& reader = from(userData);
-  if (!reader.declHandler_) return;
-  guard(reader, [&] {
-    const char* mode =
-        defaultValue ? (isRequired ? "#FIXED" : "") : (isRequired ? "#REQUIRED" : "#IMPLIED");
-    reader.declHandler_->attributeDecl(elementName, attributeName, type, mode,
-                                       textOrEmpty(defaultValue));
+  deliver(reader, reader.declHandler_, [&](DeclHandler& handler) {
+    handler.attributeDecl(elementName, attributeName, type, defaultMode(defaultValue, isRequired),
+                          textOrEmpty(defaultValue));
   });
 }
 
@@ -91,8 +85,8 @@ void XMLReader_Expat::Callbacks::elementDeclHandler(void* userData, const XML_Ch
   const std::unique_ptr<XML_Content, Release> owned(model);
 
   XMLReader_Expat& reader = from(userData);
-  if (!reader.declHandler_) return;
-  guard(reader, [&] { reader.declHandler_->elementDecl(name, contentModelText(*model)); });
+  deliver(reader, reader.declHandler_,
+          [&](DeclHandler& handler) { handler.elementDecl(name, contentModelText(*model)); });
 }
 
 int XMLReader_Expat::Callbacks::externalEntityRefHandler(XML_Parser argument,
@@ -120,7 +114,7 @@ XML_Status XMLReader_Expat::Callbacks::readExternalEntity(XMLReader_Expat& reade
   const std::unique_ptr<XML_ParserStruct, ParserDeleter> child(
       XML_ExternalEntityParserCreate(reader.parser_.get(), context, nullptr));
   if (!child) return XML_STATUS_ERROR;
-  return parseStream(child.get(), *stream);
+  return parseStream(child.get(), *stream, kBlockSize);
 }
 
 }  // namespace Tavrin

@@ -9,19 +9,6 @@
 
 namespace Tavrin {
 
-namespace {
-
-std::int32_t lineOf(XML_Parser parser) {
-  return static_cast<std::int32_t>(XML_GetCurrentLineNumber(parser));
-}
-
-// expat counts columns from 0.
-std::int32_t columnOf(XML_Parser parser) {
-  return static_cast<std::int32_t>(XML_GetCurrentColumnNumber(parser) + 1);
-}
-
-}  // namespace
-
 class XMLReader_Expat::Locator_Expat : public Locator {
  public:
   explicit Locator_Expat(XML_Parser parser) : parser_(parser) {}
@@ -65,17 +52,37 @@ void* XMLReader_Expat::getProperty(const std::string& name) {
 
 void XMLReader_Expat::setupParser() {
   releaseParser();  // An abandoned document may still be open.
-  parser_.reset(XML_ParserCreateNS(nullptr, kNameSeparator));
+  parser_.reset(createParser());
   if (!parser_) throw SAXException("Cannot create expat xml parser");
-  locator_ = std::make_unique<Locator_Expat>(parser_.get());
-  Callbacks::install(parser_.get(), this);
+  configureParser();
+  locator_ = createLocator();
+  beginDocument();
+}
+
+XML_ParserStruct* XMLReader_Expat::createParser() const {
+  return XML_ParserCreateNS(nullptr, kNameSeparator);
+}
+
+std::unique_ptr<Locator> XMLReader_Expat::createLocator() const {
+  return std::make_unique<Locator_Expat>(parser_.get());
+}
+
+void XMLReader_Expat::configureParser() { Callbacks::install(parser_.get(), this); }
+
+void XMLReader_Expat::beginDocument() { announceDocument(); }
+
+void XMLReader_Expat::announceDocument() {
   if (contentHandler_) contentHandler_->setDocumentLocator(locator_.get());
   if (contentHandler_) contentHandler_->startDocument();  // A handler may take itself off.
 }
 
-void XMLReader_Expat::releaseParser() {
-  locator_.reset();
-  parser_.reset();
+bool XMLReader_Expat::makeReady() { return true; }
+
+void XMLReader_Expat::handlerThrew() { XML_StopParser(parser_.get(), XML_FALSE); }
+
+int XMLReader_Expat::parseBlock(const void* data, unsigned long size, bool isFinal) {
+  return XML_Parse(parser_.get(), static_cast<const char*>(data), static_cast<std::int32_t>(size),
+                   isFinal);
 }
 
 void XMLReader_Expat::reportError() {
@@ -85,14 +92,21 @@ void XMLReader_Expat::reportError() {
   throw exception;
 }
 
+void XMLReader_Expat::endDocument() {
+  if (contentHandler_) contentHandler_->endDocument();
+}
+
+void XMLReader_Expat::releaseParser() {
+  locator_.reset();
+  parser_.reset();
+}
+
 // SAX failures leave the reader idle, ready for another document. They leave as the two types that
 // callers of parse know, whatever was derived from them. Exceptions of other kinds, from a handler
 // or a stream, pass through, and the document stays open.
-template <typename Parse>
-void XMLReader_Expat::guardParse(Parse parse) {
-  const ParseScope scope(parsing_);
+void XMLReader_Expat::leaveParse() {
   try {
-    parse();
+    throw;
   } catch (const SAXParseException& exception) {
     releaseParser();
     throw SAXParseException(exception);
@@ -102,12 +116,22 @@ void XMLReader_Expat::guardParse(Parse parse) {
   }
 }
 
+template <typename Parse>
+void XMLReader_Expat::guardParse(Parse parse) {
+  const ParseScope scope(parsing_);
+  try {
+    parse();
+  } catch (...) {
+    leaveParse();
+  }
+}
+
 void XMLReader_Expat::parse(std::istream& stream) {
   guardParse([&] {
     setupParser();
-    const XML_Status status = parseStream(parser_.get(), stream);
+    const XML_Status status = parseStream(parser_.get(), stream, kBlockSize);
     if (status == XML_STATUS_ERROR) reportError();
-    if (status == XML_STATUS_OK && contentHandler_) contentHandler_->endDocument();
+    if (status == XML_STATUS_OK) endDocument();
     releaseParser();
   });
 }
@@ -119,25 +143,24 @@ void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) 
       if (isFinal) releaseParser();
       return;
     }
-    const XML_Status status = XML_Parse(parser_.get(), static_cast<const char*>(data),
-                                        static_cast<std::int32_t>(size), isFinal);
+    const int status = parseBlock(data, size, isFinal);
     if (status == XML_STATUS_ERROR) reportError();
     if (!isFinal) return;
-    if (status == XML_STATUS_OK && contentHandler_) contentHandler_->endDocument();
+    if (status == XML_STATUS_OK) endDocument();
     releaseParser();
   });
 }
 
-XML_Status parseStream(XML_Parser parser, std::istream& stream) {
+XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize) {
   XML_Status status = XML_STATUS_OK;
   bool isFinal = false;
   while (status == XML_STATUS_OK && !isFinal) {
-    void* block = XML_GetBuffer(parser, kBlockSize);
+    void* block = XML_GetBuffer(parser, blockSize);
     if (block == nullptr) return XML_STATUS_ERROR;
     // The stream's buffer is read, not the stream: its state flags play no part.
     std::streambuf* source = stream.rdbuf();
-    const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), kBlockSize) : 0;
-    isFinal = count < kBlockSize;
+    const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), blockSize) : 0;
+    isFinal = count < blockSize;
     status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
   }
   return status;

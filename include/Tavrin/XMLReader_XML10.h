@@ -1,0 +1,122 @@
+/// @file
+/// The reader of XML text that follows XML 1.0, Namespaces in XML and SAX2 to the letter.
+#pragma once
+
+#include <Tavrin/Export.h>
+#include <Tavrin/XMLReader_Expat.h>
+
+#include <memory>
+#include <string>
+
+namespace Tavrin {
+
+/// Reads XML 1.0 text through expat and loses nothing that SAX2 reports; registered as "XML10".
+///
+/// It is XMLReader_Expat without that reader's oddities:
+/// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
+///   whatever its type, and no event follows it. The reader can then read another document.
+/// - Names are always split by Namespaces in XML. `xmlns=""` is startPrefixMapping("", "").
+/// - Notations and unparsed entities go to the DTD handler, declarations to the declaration
+///   handler, each where it is set. Of several declarations of an entity or an attribute only the
+///   first counts (XML 1.0, sections 3.3 and 4.2) and is reported.
+/// - Attributes have the type that the DTD declares: "NMTOKEN" for an enumeration, "NOTATION" for a
+///   notation type, "CDATA" where nothing is declared. DeclHandler::attributeDecl tells an
+///   enumeration as "(a|b)" and a notation type as "NOTATION (a|b)".
+/// - startEntity and endEntity tell the borders of external entities: a general entity by its name,
+///   a parameter entity as "%name", the external subset as "[dtd]". Those that are not read are
+///   reported by the same names to skippedEntity: the feature is off, there is no resolver, or it
+///   gives no stream. Nothing external is read without a resolver.
+/// - The position of a failure, and what the Locator tells, is that of the external entity that is
+///   being read; the message of a failure there names the entity.
+///
+/// setDocumentLocator and startDocument come when the XML declaration has been read, or before the
+/// first other event or failure, so that the properties below can be asked in startDocument. A
+/// document of blocks that is given up before may have had no event at all.
+///
+/// Encodings: those of expat, and through iconv those in which every character is one octet and
+/// ASCII is ASCII. Others are refused.
+///
+/// Features: Tavrin::features::namespaces, namespacePrefixes, externalGeneralEntities,
+/// externalParameterEntities, xmlnsURIs; only to be asked isStandalone; validation, which can only
+/// be off. A change counts from the next document.
+/// - Without `namespaces`, elements and attributes have a qualified name only, declarations of
+///   namespaces are attributes like others, and there are no prefix mappings.
+/// - With `namespace-prefixes`, declarations stand in front of the other attributes, in the order
+///   of the start tag, without namespace name and local name; with `xmlns-uris`, too, they are in
+///   the namespace of `xmlns` and have a local name.
+///
+/// Properties: those of XMLReader_Expat; Tavrin::properties::baseURI, entityAmplificationFactor,
+/// entityAmplificationThreshold, which count from the next document; only to be asked
+/// documentXMLVersion ("1.0" where the document has no declaration) and standalone, which tell of
+/// the last document that has begun.
+///
+/// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
+/// the declaration: the property `base-uri` for the document, which leaves them as written where it
+/// is not set, and the resolved system identifier for an external entity. LexicalHandler::startDTD
+/// has the identifier as written, as SAX2 asks.
+///
+/// What expat does not let a reader see:
+/// - the borders of internal entities and of character references;
+/// - skipped entities in attribute values and inside of declarations;
+/// - positions inside an internal entity: the place of the reference is told;
+/// - ignorable white space in element content: it comes as characters.
+///
+/// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition.
+class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
+ public:
+  XMLReader_XML10();
+  ~XMLReader_XML10() override;
+
+  /// A new reader without handlers.
+  static std::unique_ptr<XMLReader> create();
+
+  /// Switches a feature on or off, from the next document on.
+  /// @throws SAXNotRecognizedException for an unknown identifier
+  /// @throws SAXException              for a feature that can only be asked, or validation
+  void setFeature(const std::string& name, bool value) override;
+  /// Whether a feature is on.
+  /// @throws SAXNotRecognizedException for an unknown identifier
+  bool getFeature(const std::string& name) override;
+  /// Sets a property; values are copied.
+  /// @throws SAXNotRecognizedException for an unknown identifier
+  /// @throws SAXException              for a property that can only be asked, or a bad value
+  void setProperty(const std::string& name, void* value) override;
+  /// The value of a property, or null where it has none.
+  /// @throws SAXNotRecognizedException for an unknown identifier
+  void* getProperty(const std::string& name) override;
+
+ private:
+  class Locator_XML10;
+  class EntityScope;
+  struct Callbacks;
+  struct DeclaredEntity;
+  struct Document;
+  struct Settings;
+
+  XML_ParserStruct* createParser() const override;
+  void configureParser() override;
+  std::unique_ptr<Locator> createLocator() const override;
+  void beginDocument() override;
+  bool makeReady() override;
+  void handlerThrew() override;
+  int parseBlock(const void* data, unsigned long size, bool isFinal) override;
+  [[noreturn]] void reportError() override;
+  void endDocument() override;
+  [[noreturn]] void leaveParse() override;
+  void releaseParser() override;
+
+  /// Ends the document with a failure where the current entity stands.
+  [[noreturn]] void fail(const std::string& message);
+  /// Ends the document with expat's failure in the current entity.
+  [[noreturn]] void failAsParser();
+  /// The entity that the next external declaration of a parser declares.
+  void numberNextEntity(XML_ParserStruct* parser);
+  void readEntity(const DeclaredEntity& entity, const char* context);
+
+  std::unique_ptr<Settings> settings_;
+  std::unique_ptr<Document> document_;  // While a document is open.
+
+  static const XMLReaderType type_;
+};
+
+}  // namespace Tavrin

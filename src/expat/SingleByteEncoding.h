@@ -1,0 +1,14 @@
+#pragma once
+
+#include <expat.h>
+
+namespace Tavrin {
+
+enum class EncodingSupport { singleByte, multiByte, unknown };
+
+/// Fills expat's table for an encoding that expat does not know itself, through iconv. Only
+/// encodings in which each octet is a character by itself can be told in such a table.
+/// @return whether that was done, or why not
+EncodingSupport describeEncoding(const char* name, XML_Encoding& encoding);
+
+}  // namespace Tavrin
