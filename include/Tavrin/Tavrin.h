@@ -18,4 +18,5 @@
 #include <Tavrin/XMLReader_FI.h>
 #include <Tavrin/XMLWriter.h>
 #include <Tavrin/XMLWriter_FI.h>
+#include <Tavrin/XMLWriter_X891.h>
 #include <Tavrin/XMLWriter_XML.h>

@@ -25,6 +25,9 @@ struct Dialect {
   /// Of the two bits of an algorithm's number in the first octet of a chunk (C.20), those that are
   /// read.
   unsigned chunkFieldReadBits;
+
+  /// The longest string that is written, in octets (C.22 to C.24).
+  std::uint64_t longestStringWritten;
 };
 
 inline constexpr Dialect kDialectFI = {
@@ -34,6 +37,7 @@ inline constexpr Dialect kDialectFI = {
     .charactersIndexWritten = kCharactersIndexUnmarked,
     .charactersIndexLongestField = 0xFFFFFF,
     .chunkFieldReadBits = 0x02,
+    .longestStringWritten = 0xFFFFFFFF,
 };
 
 inline constexpr Dialect kDialectX891 = {
@@ -43,6 +47,7 @@ inline constexpr Dialect kDialectX891 = {
     .charactersIndexWritten = kCharactersIndex,
     .charactersIndexLongestField = 0x0FFFFF,
     .chunkFieldReadBits = 0x03,
+    .longestStringWritten = 0x100000000,
 };
 
 /// Tables have at most this many entries (X.891, 7.2), restricted alphabets and encoding algorithms

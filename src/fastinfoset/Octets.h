@@ -47,6 +47,7 @@ enum VocabularyTable : unsigned {
 inline constexpr unsigned kFirstNonElement = 0x80;        ///< Below: an element.
 inline constexpr unsigned kFirstCharacterChunk = 0x80;    ///< In an element.
 inline constexpr unsigned kLastCharacterChunk = 0xC7;     ///< In an element.
+inline constexpr unsigned kDocumentType = 0xC4;           ///< Plus the bits of the identifiers.
 inline constexpr unsigned kLastDocumentTypeOctet = 0xC7;  ///< At document level, from 0x80 on.
 inline constexpr unsigned kFirstEntityReference = 0xC8;   ///< In an element.
 inline constexpr unsigned kLastEntityReference = 0xCB;    ///< In an element.
