@@ -20,5 +20,6 @@
 #include <Tavrin/XMLReader_XML10.h>
 #include <Tavrin/XMLWriter.h>
 #include <Tavrin/XMLWriter_FI.h>
+#include <Tavrin/XMLWriter_X891.h>
 #include <Tavrin/XMLWriter_XML.h>
 #include <Tavrin/XMLWriter_XML10.h>

@@ -8,13 +8,19 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLWriter.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <map>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Tavrin {
+
+namespace fastinfoset {
+struct Dialect;
+}
 
 /// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI".
 ///
@@ -91,9 +97,12 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   /// The writer's algorithm, or null.
   /// @param uri   empty for the built-in algorithms, the only ones there are
   /// @param index the algorithm's number; see Tavrin::algorithms
-  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
+  virtual EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
 
  protected:
+  /// A writer of another dialect of the stream.
+  explicit XMLWriter_FI(const fastinfoset::Dialect& dialect);
+
   /// A name as the tables hold it; a part that is absent is empty.
   struct QualifiedName {
     std::string prefix;         ///< Prefix.
@@ -102,10 +111,92 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
 
     /// By local name, then prefix, then namespace name.
     bool operator<(const QualifiedName& other) const;
+    /// Whether all parts are the same.
+    bool operator==(const QualifiedName& other) const;
   };
 
-  using StringIndexMap = std::map<std::string, unsigned int>;  ///< Strings with their indices.
-  using NameIndexMap = std::map<QualifiedName, unsigned int>;  ///< Names with their indices.
+  /// A hash with a secret of the process, so that no document can choose entries that collide.
+  struct TAVRIN_API Hash {
+    std::size_t operator()(const std::string& text) const;    ///< Of a string.
+    std::size_t operator()(const QualifiedName& name) const;  ///< Of a name.
+    static std::size_t sizeOf(const std::string& text);       ///< Octets of a string.
+    static std::size_t sizeOf(const QualifiedName& name);     ///< Octets of all parts.
+  };
+
+  /// A table of the vocabulary as a writer needs it: entries with their indices, from 0.
+  template <typename Key>
+  class IndexMap {
+   public:
+    using Entries = std::unordered_map<Key, unsigned int, Hash>;  ///< How they are kept.
+    using value_type = typename Entries::value_type;              ///< Entry and index.
+    using const_iterator = typename Entries::const_iterator;      ///< In no order.
+    using iterator = const_iterator;                              ///< In no order.
+
+    IndexMap() = default;  ///< An empty table.
+    /// A table of given entries.
+    IndexMap(std::initializer_list<value_type> entries) : entries_(entries) {
+      for (const value_type& entry : entries) grow(Hash::sizeOf(entry.first));
+    }
+
+    /// The index of an entry, or null where there is none.
+    const unsigned int* find(const Key& key) const {
+      if (Hash::sizeOf(key) > longest_) return nullptr;  // Long texts are not hashed in vain.
+      const auto found = entries_.find(key);
+      return found == entries_.end() ? nullptr : &found->second;
+    }
+    /// Takes up the next position with an entry. Of equal entries, the first is found.
+    void add(const Key& key) {
+      if (entries_.emplace(key, positions()).second) {
+        grow(Hash::sizeOf(key));
+      } else {
+        ++withoutEntry_;
+      }
+    }
+    /// Takes up positions at which nothing can be found.
+    void skip(unsigned int count) { withoutEntry_ += count; }
+    /// How many positions are taken up: the index of what comes next.
+    unsigned int positions() const {
+      return static_cast<unsigned int>(entries_.size()) + withoutEntry_;
+    }
+    /// The index of an entry.
+    /// @throws std::out_of_range where there is none
+    unsigned int at(const Key& key) const { return entries_.at(key); }
+    /// How many entries there are.
+    std::size_t size() const { return entries_.size(); }
+    /// Whether there are no entries.
+    bool empty() const { return entries_.empty(); }
+    /// Empties the table.
+    void clear() { *this = IndexMap(); }
+
+    const_iterator begin() const { return entries_.begin(); }  ///< In no order.
+    const_iterator end() const { return entries_.end(); }      ///< In no order.
+    /// Whether the entries and their indices are the same.
+    bool operator==(const IndexMap& other) const { return entries_ == other.entries_; }
+
+   private:
+    void grow(std::size_t size) { longest_ = std::max(longest_, size); }
+
+    Entries entries_;
+    unsigned int withoutEntry_ = 0;
+    std::size_t longest_ = 0;
+  };
+
+  using StringIndexMap = IndexMap<std::string>;  ///< Strings with their indices.
+  using NameIndexMap = IndexMap<QualifiedName>;  ///< Names with their indices.
+
+  /// The tables that the writer adds to (X.891, clause 8).
+  struct Vocabulary {
+    StringIndexMap prefixes;         ///< Prefixes.
+    StringIndexMap namespaceNames;   ///< Namespace names.
+    StringIndexMap localNames;       ///< Local names.
+    StringIndexMap otherNCNames;     ///< Names of entities and notations, targets.
+    StringIndexMap otherURIs;        ///< System and public identifiers.
+    StringIndexMap attributeValues;  ///< Attribute values.
+    StringIndexMap characterChunks;  ///< Character chunks.
+    StringIndexMap otherStrings;     ///< Comments, data of instructions.
+    NameIndexMap elementNames;       ///< Element names.
+    NameIndexMap attributeNames;     ///< Attribute names.
+  };
 
   /// @name Primitives
   /// None looks whether there is a stream.
@@ -144,34 +235,72 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   /// Writes the text that has gathered as one chunk.
   void flushCharacters();
 
+  /// @name Octets
+  /// They need a stream. A dialect that gathers must send at the end of each event.
+  /// @{
+  void gatherOctets() { gathers_ = true; }    ///< From now on, small pieces go out together.
+  void sendOctets();                          ///< Writes what has gathered, if anything.
+  void put(unsigned octet);                   ///< Writes one octet.
+  void putOctets(const std::string& octets);  ///< Writes octets.
+  /// Writes the length and the octets of an identifying string (C.22).
+  void putIdentifier(const std::string& text);
+  /// Writes a number of items (C.21).
+  void putItemCount(std::uint32_t count);
+  /// Writes what introduces the octets of an algorithm (C.19 with C.23, C.20 with C.24).
+  void putAlgorithm(bool chunk, unsigned field, std::uint64_t length);
+  /// @}
+
+  /// @name Steps in which the dialects differ
+  /// @{
+
+  /// Writes what stands in front of the children (C.2), or puts it off.
+  virtual void beginDocument();
+  /// Whether a value, chunk or other string is to enter its table when it is written.
+  virtual bool isIndexed(const StringIndexMap& table, const std::string& text) const;
+  /// Enters what was written literally into its table.
+  virtual void addEntry(StringIndexMap& table, const std::string& text);
+  /// Enters a name that was written literally into its table.
+  virtual void addEntry(NameIndexMap& table, const QualifiedName& name);
+  /// Is told of a part of a name that is in no table. Where it returns, the part is written
+  /// literally.
+  virtual void missingNamePart(const std::string& part, const char* what) const;
+  /// Whether an attribute is a namespace declaration, which startPrefixMapping tells of.
+  virtual bool isDeclaration(const Attributes& attributes, int index) const;
+  /// Refuses, before anything is written, what could not be written.
+  virtual void checkElement(const std::string& localName, const Attributes& attributes);
+  /// Writes the typed value of an attribute.
+  virtual void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
+  /// @}
+
+  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI
+  [[noreturn]] static void throwUnknownAlgorithm(const std::string& uri);
+  /// The algorithm, or throwUnknownAlgorithm.
+  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
+
+  Vocabulary vocabulary_;                ///< Of the current document.
+  bool pendingTerminator_ = false;       ///< Owed; two in a row share an octet.
+  std::string characters_;               ///< Text since the last item.
+  std::vector<std::string> namespaces_;  ///< Prefix, namespace name, ... for the next start tag.
+  BuiltInAlgorithms builtIn_;            ///< The algorithms.
+
  private:
   template <typename Encoding>
-  void putInteger(const Encoding& encoding, unsigned bits, std::uint32_t value);
-  void put(unsigned octet);
-  void putOctets(const std::string& octets);
+  void putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
+  std::uint64_t lengthOf(const std::string& text) const;
+  unsigned int findNamePart(const StringIndexMap& table, const std::string& part,
+                            const char* builtIn, const char* what) const;
+  void encodeNamePart(StringIndexMap& table, const std::string& part, unsigned int index);
   void encodeElementName(unsigned attributesFlag, const QualifiedName& name);
-  void checkAttributes(const Attributes& attributes);
-  [[noreturn]] static void throwUnknownAlgorithm(const std::string& uri);
-  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
 
-  // The vocabulary (X.891, clause 8): each entry with its index.
-  StringIndexMap prefixes_;
-  StringIndexMap namespaceNames_;
-  StringIndexMap localNames_;
-  StringIndexMap characterChunks_;
-  NameIndexMap elementNames_;
-  NameIndexMap attributeNames_;
-  StringIndexMap attributeValues_;
-  StringIndexMap otherNCNames_;
-  StringIndexMap otherStrings_;
+  void write(const char* octets, std::size_t count);
+  std::ostream& stream();
 
-  bool pendingTerminator_ = false;       // Owed; two in a row share an octet.
-  std::string characters_;               // Text since the last item.
-  std::vector<std::string> namespaces_;  // Prefix, namespace name, ... for the next start tag.
-
-  BuiltInAlgorithms builtIn_;
+  const fastinfoset::Dialect& dialect_;
+  bool gathers_ = false;
+  std::string gathered_;
+  QualifiedName name_;  // Of the item that is being written; its strings keep their memory.
 
   static const XMLWriterType type_;
 };

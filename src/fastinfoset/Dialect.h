@@ -43,6 +43,8 @@ struct Dialect {
   /// What is said of a wrong octet among notations and unparsed entities.
   const char* wrongNotation;
   const char* wrongUnparsedEntity;
+  /// The longest string that is written, in octets (C.22 to C.24).
+  std::uint64_t longestStringWritten;
 };
 
 /// The most entries that a table of X.891 has (7.2); "FI" counts on.
@@ -64,6 +66,7 @@ inline constexpr Dialect kDialectFI = {
     .chunkFieldReadBits = 0x02,
     .wrongNotation = "Error while parsing namespaces",
     .wrongUnparsedEntity = "Error while parsing namespaces",
+    .longestStringWritten = 0xFFFFFFFF,
 };
 
 inline constexpr Dialect kDialectX891 = {
@@ -79,6 +82,7 @@ inline constexpr Dialect kDialectX891 = {
     .chunkFieldReadBits = 0x03,
     .wrongNotation = "Error while parsing notations",
     .wrongUnparsedEntity = "Error while parsing unparsed entities",
+    .longestStringWritten = 0x100000000,
 };
 
 }  // namespace Tavrin::fastinfoset

@@ -130,7 +130,7 @@ struct EncodedInteger {
 /// @param value at least the bias of the first form
 template <std::size_t Forms>
 constexpr EncodedInteger encodeInteger(const IntegerEncoding<Forms>& encoding, unsigned bits,
-                                       std::uint32_t value) {
+                                       std::uint64_t value) {
   std::size_t last = Forms - 1;
   while (last > 0 && value < encoding.forms[last].bias) --last;
   const IntegerForm& form = encoding.forms[last];

@@ -19,7 +19,7 @@ void XMLWriter_FI::characters(const std::string& text) {
 void XMLWriter_FI::endCDATA() {
   XMLWriter::endCDATA();
   flushTerminator(false);
-  if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, *out_);
+  if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, stream());
   characters_.clear();
 }
 
@@ -27,7 +27,7 @@ template <typename Algorithm, typename Value>
 void XMLWriter_FI::encodeContent(Algorithm& algorithm, const Value& value) {
   flushCharacters();
   flushTerminator(false);
-  if (out_) algorithm.encodeToOutputStream(true, value, *out_);
+  if (out_) algorithm.encodeToOutputStream(true, value, stream());
 }
 
 void XMLWriter_FI::bytes(const std::string& data) { encodeContent(builtIn_.base64, data); }
@@ -64,7 +64,7 @@ void XMLWriter_FI::octets(const std::string& uri, int index, const std::string& 
   flushTerminator(false);
   if (!out_) return;
   // What introduces the octets does not depend on the algorithm that asks for it.
-  builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), *out_);
+  builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), stream());
   putOctets(data);
 }
 

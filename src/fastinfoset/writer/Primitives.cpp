@@ -1,14 +1,14 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_FI.h>
 
-#include <limits>
+#include <algorithm>
 #include <tuple>
 
-#include "../Integers.h"
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // Integers, strings, names and namespace declarations (X.891, C.12 to C.28), and the tables behind
-// them. An entry's index is the number of entries that came before it.
+// them. An entry's index is the number of positions that were taken up before it.
 
 namespace Tavrin {
 
@@ -19,55 +19,98 @@ bool XMLWriter_FI::QualifiedName::operator<(const QualifiedName& other) const {
          std::tie(other.localName, other.prefix, other.namespaceName);
 }
 
-namespace {
-
-template <typename Map, typename Key>
-void addEntry(Map& table, const Key& key) {
-  table.emplace(key, static_cast<unsigned>(table.size()));
+bool XMLWriter_FI::QualifiedName::operator==(const QualifiedName& other) const {
+  return localName == other.localName && prefix == other.prefix &&
+         namespaceName == other.namespaceName;
 }
-
-/// The index of a prefix or namespace name in a literal name.
-/// @throws SAXException when it was never declared
-template <typename Map>
-unsigned declaredIndex(const std::string& part, const char* builtIn, const Map& table,
-                       const char* what) {
-  if (part == builtIn) return kBuiltInNameIndex;
-  const auto found = table.find(part);
-  if (found == table.end()) {
-    throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
-  }
-  return found->second + kBuiltInNames;
-}
-
-/// The length of a literal. The stream has room for little more than 32 bits.
-std::uint32_t lengthOf(const std::string& text) {
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
-    throw SAXException("String longer than 4294967295 octets");
-  }
-  return static_cast<std::uint32_t>(text.size());
-}
-
-}  // namespace
 
 // --- Octets and integers ---
 
-void XMLWriter_FI::put(unsigned octet) { out_->put(static_cast<char>(octet)); }
-
-void XMLWriter_FI::putOctets(const std::string& octets) {
-  out_->write(octets.data(), static_cast<std::streamsize>(octets.size()));
+void XMLWriter_FI::put(unsigned octet) {
+  if (gathers_) {
+    gathered_ += static_cast<char>(octet);
+  } else {
+    out_->put(static_cast<char>(octet));
+  }
 }
 
+void XMLWriter_FI::write(const char* octets, std::size_t count) {
+  constexpr std::size_t kGathered = 4096;
+  if (gathers_) {
+    if (count < kGathered - std::min(kGathered, gathered_.size())) {
+      gathered_.append(octets, count);
+      return;
+    }
+    sendOctets();
+  }
+  out_->write(octets, static_cast<std::streamsize>(count));
+}
+
+void XMLWriter_FI::sendOctets() {
+  if (gathered_.empty()) return;
+  if (out_) out_->write(gathered_.data(), static_cast<std::streamsize>(gathered_.size()));
+  gathered_.clear();
+}
+
+/// The stream, for those who write into it themselves.
+std::ostream& XMLWriter_FI::stream() {
+  sendOctets();
+  return *out_;
+}
+
+void XMLWriter_FI::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
+
 template <typename Encoding>
-void XMLWriter_FI::putInteger(const Encoding& encoding, unsigned bits, std::uint32_t value) {
+void XMLWriter_FI::putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value) {
   const EncodedInteger integer = encodeInteger(encoding, bits, value);
-  out_->write(integer.octets.data(), static_cast<std::streamsize>(integer.length));
+  write(integer.octets.data(), integer.length);
 }
 
 void XMLWriter_FI::encodeIndex(int bits, unsigned int index) {
   putInteger(kIndex, static_cast<unsigned>(bits), index);
 }
 
+void XMLWriter_FI::putItemCount(std::uint32_t count) {
+  if (count < kItemCountLong + dialect_.itemCountBias) {
+    put(count - dialect_.itemCountBias);
+    return;
+  }
+  const std::uint32_t field = count - dialect_.longItemCountBias;
+  put(kItemCountLong | field >> 16);
+  put(field >> 8 & 0xFF);
+  put(field & 0xFF);
+}
+
+void XMLWriter_FI::putAlgorithm(bool chunk, unsigned field, std::uint64_t length) {
+  if (chunk) {
+    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
+    putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);
+  } else {
+    put(kStringAlgorithm | field >> kStringFieldLowBits);
+    putInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length);
+  }
+}
+
+// --- Tables ---
+
+void XMLWriter_FI::addEntry(StringIndexMap& table, const std::string& text) { table.add(text); }
+
+void XMLWriter_FI::addEntry(NameIndexMap& table, const QualifiedName& name) { table.add(name); }
+
+bool XMLWriter_FI::isIndexed(const StringIndexMap&, const std::string& text) const {
+  return text.size() < kIndexedLength;
+}
+
 // --- Strings ---
+
+/// The length of a literal. The stream has room for little more than 32 bits.
+std::uint64_t XMLWriter_FI::lengthOf(const std::string& text) const {
+  if (text.size() > dialect_.longestStringWritten) {
+    throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
+                       " octets");
+  }
+  return text.size();
+}
 
 void XMLWriter_FI::encodeString(StringIndexMap* table, bool addToTable, const std::string& text) {
   if (text.empty()) {
@@ -76,9 +119,8 @@ void XMLWriter_FI::encodeString(StringIndexMap* table, bool addToTable, const st
   }
   unsigned bits = kStringUTF8;
   if (table != nullptr) {
-    const auto found = table->find(text);
-    if (found != table->end()) {
-      encodeIndex(kStringIndex, found->second);
+    if (const unsigned* const index = table->find(text)) {
+      encodeIndex(kStringIndex, *index);
       return;
     }
     if (addToTable) {
@@ -91,26 +133,29 @@ void XMLWriter_FI::encodeString(StringIndexMap* table, bool addToTable, const st
 }
 
 void XMLWriter_FI::encodeIdentifier(StringIndexMap* table, const std::string& text) {
-  const auto found = table->find(text);
-  if (found != table->end()) {
-    encodeIndex(kStringIndex, found->second);
+  if (const unsigned* const index = table->find(text)) {
+    encodeIndex(kStringIndex, *index);
     return;
   }
   addEntry(*table, text);
+  putIdentifier(text);
+}
+
+void XMLWriter_FI::putIdentifier(const std::string& text) {
   putInteger(kIdentifierLength, 0, lengthOf(text));
   putOctets(text);
 }
 
 void XMLWriter_FI::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
-  const auto found = characterChunks_.find(text);
-  if (found != characterChunks_.end()) {
-    putInteger(kCharactersIndexUnmarked, kChunkIndex, found->second);
+  StringIndexMap& table = vocabulary_.characterChunks;
+  if (const unsigned* const index = table.find(text)) {
+    putInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
     return;
   }
   unsigned bits = kChunk | kChunkUTF8;
-  if (text.size() < kIndexedLength) {
-    addEntry(characterChunks_, text);
+  if (isIndexed(table, text)) {
+    addEntry(table, text);
     bits |= kChunkAddToTable;
   }
   putInteger(kCharactersLength, bits, lengthOf(text));
@@ -119,31 +164,63 @@ void XMLWriter_FI::encodeCharacters(const std::string& text) {
 
 // --- Names ---
 
+void XMLWriter_FI::missingNamePart(const std::string& part, const char* what) const {
+  throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
+}
+
+namespace {
+
+/// In place of the index of a part that is written literally.
+constexpr unsigned kNoIndex = ~0U;
+
+}  // namespace
+
+/// The index of a prefix or namespace name as a literal name counts it.
+unsigned XMLWriter_FI::findNamePart(const StringIndexMap& table, const std::string& part,
+                                    const char* builtIn, const char* what) const {
+  if (part == builtIn) return kBuiltInNameIndex;
+  if (const unsigned* const index = table.find(part)) {
+    return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
+  }
+  missingNamePart(part, what);
+  return kNoIndex;
+}
+
+void XMLWriter_FI::encodeNamePart(StringIndexMap& table, const std::string& part, unsigned index) {
+  if (index == kNoIndex) {
+    encodeIdentifier(&table, part);
+  } else {
+    encodeIndex(kStringIndex, index);
+  }
+}
+
 void XMLWriter_FI::encodeQualifiedName(int bits, NameIndexMap& table, const QualifiedName& name) {
   const bool hasPrefix = !name.prefix.empty();
   const bool hasNamespace = !name.namespaceName.empty();
   // Both are looked up before anything is written or added.
-  const unsigned prefixIndex =
-      hasPrefix ? declaredIndex(name.prefix, "xml", prefixes_, "prefix") : 0;
-  const unsigned namespaceIndex = hasNamespace ? declaredIndex(name.namespaceName, namespaces::xml,
-                                                               namespaceNames_, "namespace")
-                                               : 0;
-
+  unsigned prefixIndex = kNoIndex;
+  unsigned namespaceIndex = kNoIndex;
+  if (hasPrefix) prefixIndex = findNamePart(vocabulary_.prefixes, name.prefix, "xml", "prefix");
+  if (hasNamespace) {
+    namespaceIndex =
+        findNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaces::xml, "namespace");
+  }
   addEntry(table, name);
   put(static_cast<unsigned>(bits) | (hasPrefix ? kPrefixPresent : 0) |
       (hasNamespace ? kNamespacePresent : 0));
-  if (hasPrefix) encodeIndex(kStringIndex, prefixIndex);
-  if (hasNamespace) encodeIndex(kStringIndex, namespaceIndex);
-  encodeIdentifier(&localNames_, name.localName);
+  if (hasPrefix) encodeNamePart(vocabulary_.prefixes, name.prefix, prefixIndex);
+  if (hasNamespace) {
+    encodeNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaceIndex);
+  }
+  encodeIdentifier(&vocabulary_.localNames, name.localName);
 }
 
 void XMLWriter_FI::encodeElementName(unsigned attributesFlag, const QualifiedName& name) {
-  const auto found = elementNames_.find(name);
-  if (found != elementNames_.end()) {
-    putInteger(kElementIndex, attributesFlag, found->second);
+  if (const unsigned* const index = vocabulary_.elementNames.find(name)) {
+    putInteger(kElementIndex, attributesFlag, *index);
   } else {
-    encodeQualifiedName(static_cast<int>(kLiteralElementName | attributesFlag), elementNames_,
-                        name);
+    encodeQualifiedName(static_cast<int>(kLiteralElementName | attributesFlag),
+                        vocabulary_.elementNames, name);
   }
 }
 
@@ -153,8 +230,8 @@ void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
     const std::string& namespaceName = pairs[i + 1];
     put(kNamespaceDeclaration | (prefix.empty() ? 0 : kPrefixPresent) |
         (namespaceName.empty() ? 0 : kNamespacePresent));
-    if (!prefix.empty()) encodeIdentifier(&prefixes_, prefix);
-    if (!namespaceName.empty()) encodeIdentifier(&namespaceNames_, namespaceName);
+    if (!prefix.empty()) encodeIdentifier(&vocabulary_.prefixes, prefix);
+    if (!namespaceName.empty()) encodeIdentifier(&vocabulary_.namespaceNames, namespaceName);
   }
   put(kTerminator);
 }

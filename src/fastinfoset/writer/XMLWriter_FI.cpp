@@ -2,6 +2,9 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_FI.h>
 
+#include <string_view>
+
+#include "../Dialect.h"
 #include "../Octets.h"
 
 // The events. The octet forms of names, strings and integers are in Primitives.cpp, typed content
@@ -13,7 +16,9 @@ using namespace fastinfoset;
 
 const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
 
-XMLWriter_FI::XMLWriter_FI() = default;
+XMLWriter_FI::XMLWriter_FI() : XMLWriter_FI(kDialectFI) {}
+
+XMLWriter_FI::XMLWriter_FI(const Dialect& dialect) : dialect_(dialect) {}
 
 XMLWriter_FI::~XMLWriter_FI() = default;
 
@@ -25,16 +30,17 @@ void checkName(const std::string& name) {
   if (name.empty()) throw SAXException("Empty name");
 }
 
-std::string prefixOf(const std::string& qName) {
+void assignPrefix(std::string& prefix, const std::string& qName) {
   const std::size_t colon = qName.rfind(':');
-  return colon == std::string::npos ? std::string() : qName.substr(0, colon);
-}
-
-bool isDeclaration(const Attributes& attributes, int index) {
-  return attributes.getURI(index) == namespaces::xmlns;
+  prefix.assign(qName, 0, colon == std::string::npos ? 0 : colon);
 }
 
 }  // namespace
+
+bool XMLWriter_FI::isDeclaration(const Attributes& attributes, int index) const {
+  constexpr std::string_view kXmlns = namespaces::xmlns;
+  return attributes.getURI(index) == kXmlns;  // Looks at the length first.
+}
 
 // --- Properties ---
 
@@ -78,15 +84,11 @@ void XMLWriter_FI::startDocument() {
   XMLWriter::startDocument();
   pendingTerminator_ = false;
   // A document that went on counting in the tables of another could not be read by itself.
-  prefixes_.clear();
-  namespaceNames_.clear();
-  localNames_.clear();
-  characterChunks_.clear();
-  elementNames_.clear();
-  attributeNames_.clear();
-  attributeValues_.clear();
-  otherNCNames_.clear();
-  otherStrings_.clear();
+  vocabulary_ = {};
+  beginDocument();
+}
+
+void XMLWriter_FI::beginDocument() {
   if (!out_) return;
   for (const unsigned octet : kHeader) put(octet);
   put(0);  // No optional components.
@@ -105,8 +107,8 @@ void XMLWriter_FI::processingInstruction(const std::string& target, const std::s
   flushTerminator(false);
   if (!out_) return;
   put(kProcessingInstruction);
-  encodeIdentifier(&otherNCNames_, target);
-  encodeString(&otherStrings_, data.size() < kIndexedLength, data);
+  encodeIdentifier(&vocabulary_.otherNCNames, target);
+  encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
 }
 
 void XMLWriter_FI::comment(const std::string& text) {
@@ -115,7 +117,7 @@ void XMLWriter_FI::comment(const std::string& text) {
   flushTerminator(false);
   if (!out_) return;
   put(kComment);
-  encodeString(&otherStrings_, text.size() < kIndexedLength, text);
+  encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
 }
 
 // --- Elements ---
@@ -128,8 +130,7 @@ void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::stri
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
-  checkName(localName);
-  checkAttributes(attributes);
+  checkElement(localName, attributes);
   flushCharacters();
   flushTerminator(false);
 
@@ -141,7 +142,10 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
       encodeNamespaces(namespaces_);
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    encodeElementName(flag, {prefixOf(qName), uri, localName});
+    assignPrefix(name_.prefix, qName);
+    name_.namespaceName = uri;
+    name_.localName = localName;
+    encodeElementName(flag, name_);
     if (hasAttributes) encodeAttributes(attributes);
   }
   namespaces_.clear();
@@ -169,8 +173,8 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
   return count;
 }
 
-/// Refuses, before anything is written, what could not be written.
-void XMLWriter_FI::checkAttributes(const Attributes& attributes) {
+void XMLWriter_FI::checkElement(const std::string& localName, const Attributes& attributes) {
+  checkName(localName);
   const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
@@ -187,23 +191,27 @@ void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     if (isDeclaration(attributes, i)) continue;
-    const QualifiedName name = {prefixOf(attributes.getQName(i)), attributes.getURI(i),
-                                attributes.getLocalName(i)};
-    const auto found = attributeNames_.find(name);
-    if (found != attributeNames_.end()) {
-      encodeIndex(0, found->second);
+    assignPrefix(name_.prefix, attributes.getQName(i));
+    name_.namespaceName = attributes.getURI(i);
+    name_.localName = attributes.getLocalName(i);
+    if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
+      encodeIndex(0, *index);
     } else {
-      encodeQualifiedName(kLiteralAttributeName, attributeNames_, name);
+      encodeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
     }
     if (const EncodedData* data = typed ? typed->getAlgorithmData(i) : nullptr) {
-      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i))
-          .encodeToOutputStream(false, *data, *out_);
+      encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
     } else {
       const std::string& value = attributes.getValue(i);
-      encodeString(&attributeValues_, value.size() < kIndexedLength, value);
+      encodeString(&vocabulary_.attributeValues, isIndexed(vocabulary_.attributeValues, value),
+                   value);
     }
   }
   pendingTerminator_ = true;
+}
+
+void XMLWriter_FI::encodeTypedValue(const std::string& uri, int index, const EncodedData& data) {
+  algorithmOrThrow(uri, index).encodeToOutputStream(false, data, stream());
 }
 
 }  // namespace Tavrin

@@ -1,0 +1,222 @@
+/// @file
+/// The writer of Fast Infoset documents as the standard has them.
+#pragma once
+
+#include <Tavrin/XMLWriter_FI.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tavrin {
+
+struct ExternalVocabulary;
+
+/// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
+///
+/// It takes the events of XMLWriter_FI and writes what the format can hold: the identifiers of the
+/// document type and its instructions, notations, unparsed entities, references to entities that
+/// were skipped, CDATA sections, white space. The format has no place for the name of the document
+/// type, for its comments and other declarations, and for the borders of entities; they leave no
+/// trace. A document type that has nothing but notations and unparsed entities needs no item of its
+/// own: they belong to the document.
+///
+/// What is written is well-formed (XML 1.0, Namespaces in XML), or it is refused by a SAXException
+/// that names the reason, before any octet of the event. Attributes that are namespace declarations
+/// count as startPrefixMapping, unless that told of them already. `xml` needs no declaration.
+///
+/// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal:
+/// - text: `Invalid character U+0001 in character data`, `Invalid UTF-8 octet 0xFF in a comment`,
+///   `String longer than 4294967296 octets`; `You cannot put "--" into a comment`,
+///   `A comment cannot end with "-"`, `You cannot put "?>" into a processing instruction`;
+/// - names: `Empty name`, `"1" is not a name without a colon`, `"xml" is not a target`,
+///   `The qualified name "p:a" does not belong to the local name "b"`, `Undeclared prefix "p"`,
+///   `Undeclared namespace "u"`, `The prefix "p" is bound to "u", not to "v"`,
+///   `The default namespace is "u", not "v"`,
+///   `The attribute "a" has the namespace "u", but no prefix`,
+///   `The attribute "a" stands twice in a start tag`, `The prefix "p" is declared twice`, and what
+///   Namespaces in XML says of reserved names;
+/// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
+///   `The notation "n" has no identifier`, `The unparsed entity "e" has no system identifier`;
+/// - the document: `A document needs a root element`, `Unknown external vocabulary "U"`, and what
+///   the vocabulary properties give as reasons (see setProperty).
+///
+/// Names and identifiers always enter the tables of a reader, so that they enter those of the
+/// writer, too, whatever their size: a document is refused (`The vocabulary takes more than N
+/// octets`) whose tables would take more than 512 MiB, or maximumTableOctets if that is more.
+/// Values, chunks and other strings enter the tables up to a length
+/// (Tavrin::properties::indexedAttributeValueLength, which other strings share, and
+/// Tavrin::properties::indexedChunkLength), as long as the tables take no more than
+/// Tavrin::properties::maximumTableOctets. No table has more than 2^20 entries.
+///
+/// What stands in front of the root is kept in memory until the root begins, because notations and
+/// unparsed entities stand in front of it all.
+class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
+ public:
+  XMLWriter_X891();
+  ~XMLWriter_X891() override;
+
+  /// A new writer without a stream.
+  static std::unique_ptr<XMLWriter> create();
+
+  /// @name Events
+  /// As XMLWriter has them. What is refused changes nothing.
+  /// @{
+  /// @throws SAXException also `Unknown external vocabulary "U"`
+  void startDocument() override;
+  /// @throws SAXException also `A document needs a root element`
+  void endDocument() override;
+  void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+  /// @throws SAXException also for what properties say of the vocabulary, at the root
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Attributes& attributes) override;
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void characters(const std::string& text) override;
+  /// In an element, written as character data.
+  void ignorableWhitespace(const std::string& text) override;
+  void processingInstruction(const std::string& target, const std::string& data) override;
+  /// In an element, writes an unexpanded entity reference (C.4) with the identifiers that
+  /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
+  /// external subset.
+  void skippedEntity(const std::string& name) override;
+  void notationDecl(const std::string& name, const std::string& publicId,
+                    const std::string& systemId) override;
+  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId, const std::string& notationName) override;
+  /// Writes nothing; skippedEntity uses the identifiers.
+  void externalEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId) override;
+  void startDTD(const std::string& name, const std::string& publicId,
+                const std::string& systemId) override;
+  void endDTD() override;
+  void startCDATA() override;
+  /// Writes the section as a chunk of the cdata algorithm; nothing for an empty one.
+  void endCDATA() override;
+  void comment(const std::string& text) override;
+  /// @}
+
+  /// Forgets the current document with its tables and text. Properties stay.
+  void reset() override;
+
+  /// Sets a property of the writer "X891" (see Tavrin::properties): documentXMLVersion, standalone,
+  /// registeredEncodingAlgorithms, externalVocabularies, externalVocabulary, initialVocabulary,
+  /// indexedAttributeValueLength, indexedChunkLength, maximumTableOctets. Until the root begins,
+  /// the first six count for the current document, later for the next one. Maps, and the arrays of
+  /// vocabularies, stay with the application and must outlive their use.
+  ///
+  /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
+  /// map, behind those of the two vocabularies; their fields begin at 32. Of an initial vocabulary,
+  /// the defined entries are written. What its names need and no table has is added.
+  ///
+  /// startElement refuses the root with a SAXException where the vocabularies are not possible:
+  /// `An entry of the initial vocabulary is empty`,
+  /// `A restricted alphabet of the initial vocabulary has fewer than two characters`, or repeats
+  /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 224
+  /// encoding algorithms`, `More than 241 restricted alphabets`, `A table of the vocabulary has
+  /// more than 1048576 entries`, and as for names and text elsewhere.
+  /// @throws SAXException for an XML version that is neither "1.0" nor "1.1"
+  void setProperty(const std::string& name, void* value) override;
+  void* getProperty(const std::string& name) override;
+
+  /// @name Typed content
+  /// Each throws SAXException "You cannot write character data at this point" anywhere but in an
+  /// element, and writes nothing for an empty value. A value of more than 4294967295 octets is
+  /// refused; `bytes` and `octets` take one octet more.
+  /// @{
+  void bytes(const std::string& data) override;  ///< Base64 content.
+  void shorts(const std::vector<short>& data) override;
+  /// @throws SAXException `N is not a 32-bit integer`
+  void ints(const std::vector<long>& data) override;
+  void longs(const std::vector<long>& data) override;
+  void booleans(const std::vector<bool>& data) override;
+  void floats(const std::vector<float>& data) override;
+  void doubles(const std::vector<double>& data) override;
+  /// Writes octets that are encoded already.
+  /// @param uri   the algorithm, which a vocabulary or registeredEncodingAlgorithms names; where it
+  ///              is empty, the index counts
+  /// @param index a built-in algorithm (0 to 9), or the field of a named one (32 and above)
+  /// @param data  what the algorithm made; of a built-in one, it is checked
+  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI, or for octets
+  ///         that a built-in algorithm cannot have made
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  /// Encodes a value.
+  /// @param uri   names a registered algorithm; where it is empty, the index counts
+  /// @param index a built-in algorithm (0 to 9), or the field of a registered one
+  /// @param data  a holder of the algorithm's own type
+  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI; or `The
+  ///         algorithm "U" announced other octets than it wrote`
+  /// @throws std::bad_cast for a holder of another type
+  void object(const std::string& uri, int index, const EncodedData& data) override;
+  /// @}
+
+  /// The algorithm that encodes, or null.
+  /// @param uri   names a registered algorithm; where it is empty, the index counts
+  /// @param index a built-in algorithm (0 to 9), or the field of a registered one
+  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index) override;
+
+ protected:
+  /// @name Steps
+  /// @{
+  void beginDocument() override;
+  bool isIndexed(const StringIndexMap& table, const std::string& text) const override;
+  void addEntry(StringIndexMap& table, const std::string& text) override;
+  void addEntry(NameIndexMap& table, const QualifiedName& name) override;
+  void missingNamePart(const std::string& part, const char* what) const override;
+  bool isDeclaration(const Attributes& attributes, int index) const override;
+  void checkElement(const std::string& localName, const Attributes& attributes) override;
+  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data) override;
+  /// @}
+
+ private:
+  struct State;
+  struct WrittenVocabulary;
+
+  void declare(const std::string& prefix, const std::string& uri);
+  void takeDeclarations(const Attributes& attributes);
+  void checkStartTag(const std::string& uri, const std::string& localName, const std::string& qName,
+                     const Attributes& attributes);
+  void checkNames(const std::string& uri, const std::string& localName, const std::string& qName,
+                  const Attributes& attributes);
+  void checkPrefix(std::string_view prefix, const std::string& uri) const;
+  void checkDuplicates();
+  void checkValues(const Attributes& attributes);
+  void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
+  void checkRoom(std::uint64_t octets, std::uint64_t entries) const;
+
+  void beginChildren(const WrittenVocabulary& vocabulary);
+  void writeComponents(const WrittenVocabulary& vocabulary);
+  void writeProlog();
+  void encodeIdentifiers(const std::string& systemId, const std::string& publicId);
+
+  const ExternalVocabulary* findExternalVocabulary() const;
+  void loadExternalVocabulary(WrittenVocabulary& written);
+  void loadInitialVocabulary(WrittenVocabulary& written);
+  void loadAlgorithms(WrittenVocabulary& written);
+  WrittenVocabulary prepareVocabulary();
+  void writeVocabulary(const WrittenVocabulary& vocabulary);
+
+  void gather(const std::string& text);
+  void checkTypedContent() const;
+  bool beginTypedContent(std::uint64_t octets) const;
+  void putContent(unsigned int field, const std::string& octets);
+
+  static bool isBuiltIn(const std::string& uri, int index);
+  std::string namedAlgorithm(int index) const;
+  unsigned int fieldOf(const std::string& uri, int index) const;
+  static std::uint64_t octetsOfBooleans(std::size_t count);
+  static void checkValueLength(std::uint64_t octets);
+  static std::uint64_t checkBuiltIn(int index, const EncodedData& data);
+  void checkOctets(unsigned int field, const std::string& octets);
+  static std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool chunk,
+                               const EncodedData& data);
+
+  std::unique_ptr<State> own_;
+
+  static const XMLWriterType type_;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <Tavrin/Vocabulary.h>
+#include <Tavrin/XMLWriter_X891.h>
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "../../../xml/NamespaceBindings.h"
+
+namespace Tavrin {
+
+/// What the writer "X891" keeps beside what it shares with "FI".
+struct XMLWriter_X891::State {
+  // --- Properties ---
+  std::optional<std::string> xmlVersion;
+  std::optional<bool> standalone;
+  std::uint64_t indexedAttributeValueLength = kIndexedLengthDefault;
+  std::uint64_t indexedChunkLength = kIndexedLengthDefault;
+  std::uint64_t maximumTableOctets = kMaximumTableOctetsDefault;
+  std::optional<ExternalVocabulary> initialVocabulary;
+  std::optional<std::string> externalVocabulary;
+  ExternalVocabularyMap* externalVocabularies = nullptr;
+  EncodingAlgorithmMap* registeredAlgorithms = nullptr;
+
+  static constexpr std::uint64_t kIndexedLengthDefault = 32;
+  static constexpr std::uint64_t kMaximumTableOctetsDefault = std::uint64_t{64} << 20;
+
+  /// What an entry of a table counts for beside its strings.
+  static constexpr std::uint64_t kEntryOctets = 32;
+
+  UUIDEncodingAlgorithm uuid;
+
+  // --- The document ---
+  enum class Kind { comment, instruction, documentType, endOfDocumentType };
+
+  /// What stands in front of the root: a comment's text, an instruction's target and data, the
+  /// public and system identifiers of a document type.
+  struct PrologItem {
+    Kind kind;
+    std::string first;
+    std::string second;
+  };
+  struct Notation {
+    std::string name;
+    std::string publicId;
+    std::string systemId;
+  };
+  struct UnparsedEntity {
+    std::string name;
+    std::string publicId;
+    std::string systemId;
+    std::string notationName;
+  };
+
+  struct Document {
+    bool childrenBegan = false;  // The header and what was held back are written.
+    std::vector<PrologItem> prolog;
+    std::vector<Notation> notations;
+    std::vector<UnparsedEntity> unparsedEntities;
+    std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
+
+    xml::NamespaceBindings bindings;
+    std::set<std::string> declared;          // Prefixes, for the next start tag.
+    std::vector<std::size_t> declaredCount;  // Of each open element.
+
+    std::uint64_t tableOctets = 0;        // What the entries count for together.
+    std::vector<std::string> algorithms;  // URIs; the first has field 32. Empty: not defined.
+    std::map<std::string, unsigned> algorithmFields;
+  };
+  Document document;
+
+  // --- Of the start tag that is being written ---
+  bool mayDeclare = true;                 // Whether attributes may be declarations.
+  std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
+  std::vector<std::pair<std::string_view, std::string_view>> expandedNames;
+};
+
+}  // namespace Tavrin

@@ -1,0 +1,157 @@
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLWriter_X891.h>
+
+#include "../../Dialect.h"
+#include "State.h"
+
+// Properties, the life of a document, and what enters the tables. The prolog is in
+// X891Document.cpp, elements are in X891Elements.cpp, content is in X891Content.cpp.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+const XMLWriterType XMLWriter_X891::type_("X891", &XMLWriter_X891::create);
+
+XMLWriter_X891::XMLWriter_X891() : XMLWriter_FI(kDialectX891), own_(std::make_unique<State>()) {
+  gatherOctets();
+}
+
+XMLWriter_X891::~XMLWriter_X891() = default;
+
+std::unique_ptr<XMLWriter> XMLWriter_X891::create() { return std::make_unique<XMLWriter_X891>(); }
+
+// --- Properties ---
+
+namespace {
+
+template <typename Value>
+void assign(std::optional<Value>& property, const void* value) {
+  property.reset();
+  if (value != nullptr) property = *static_cast<const Value*>(value);
+}
+
+void assign(std::uint64_t& property, const void* value, std::uint64_t standard) {
+  property = value != nullptr ? *static_cast<const std::uint64_t*>(value) : standard;
+}
+
+template <typename Value>
+void* addressOf(std::optional<Value>& property) {
+  return property ? &*property : nullptr;
+}
+
+void checkVersion(const void* value) {
+  if (value == nullptr) return;
+  const auto& version = *static_cast<const std::string*>(value);
+  if (version != "1.0" && version != "1.1") {
+    throw SAXException("\"" + version + "\" is not a version of XML");
+  }
+}
+
+}  // namespace
+
+void XMLWriter_X891::setProperty(const std::string& name, void* value) {
+  if (name == properties::documentXMLVersion) {
+    checkVersion(value);
+    assign(own_->xmlVersion, value);
+  } else if (name == properties::standalone) {
+    assign(own_->standalone, value);
+  } else if (name == properties::registeredEncodingAlgorithms) {
+    own_->registeredAlgorithms = static_cast<EncodingAlgorithmMap*>(value);
+  } else if (name == properties::externalVocabularies) {
+    own_->externalVocabularies = static_cast<ExternalVocabularyMap*>(value);
+  } else if (name == properties::externalVocabulary) {
+    assign(own_->externalVocabulary, value);
+  } else if (name == properties::initialVocabulary) {
+    assign(own_->initialVocabulary, value);
+  } else if (name == properties::indexedAttributeValueLength) {
+    assign(own_->indexedAttributeValueLength, value, State::kIndexedLengthDefault);
+  } else if (name == properties::indexedChunkLength) {
+    assign(own_->indexedChunkLength, value, State::kIndexedLengthDefault);
+  } else if (name == properties::maximumTableOctets) {
+    assign(own_->maximumTableOctets, value, State::kMaximumTableOctetsDefault);
+  } else {
+    XMLWriter_FI::setProperty(name, value);
+  }
+}
+
+void* XMLWriter_X891::getProperty(const std::string& name) {
+  if (name == properties::documentXMLVersion) return addressOf(own_->xmlVersion);
+  if (name == properties::standalone) return addressOf(own_->standalone);
+  if (name == properties::registeredEncodingAlgorithms) return own_->registeredAlgorithms;
+  if (name == properties::externalVocabularies) return own_->externalVocabularies;
+  if (name == properties::externalVocabulary) return addressOf(own_->externalVocabulary);
+  if (name == properties::initialVocabulary) return addressOf(own_->initialVocabulary);
+  if (name == properties::indexedAttributeValueLength) return &own_->indexedAttributeValueLength;
+  if (name == properties::indexedChunkLength) return &own_->indexedChunkLength;
+  if (name == properties::maximumTableOctets) return &own_->maximumTableOctets;
+  return XMLWriter_FI::getProperty(name);
+}
+
+// --- The document ---
+
+void XMLWriter_X891::startDocument() {
+  if (state_ == Initial) findExternalVocabulary();
+  XMLWriter_FI::startDocument();
+}
+
+/// Nothing is written yet: notations and unparsed entities, which stand in front of the children,
+/// are still to come.
+void XMLWriter_X891::beginDocument() {
+  own_->document = {};
+  characters_.clear();
+  namespaces_.clear();
+}
+
+void XMLWriter_X891::endDocument() {
+  if (state_ == Prolog || state_ == AfterDTD) throw SAXException("A document needs a root element");
+  XMLWriter_FI::endDocument();
+  sendOctets();
+}
+
+void XMLWriter_X891::reset() {
+  XMLWriter_FI::reset();
+  vocabulary_ = {};
+  pendingTerminator_ = false;
+  beginDocument();
+}
+
+// --- Tables ---
+
+namespace {
+
+/// What the tables may always take: what readers take by default.
+constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
+
+}  // namespace
+
+bool XMLWriter_X891::isIndexed(const StringIndexMap& table, const std::string& text) const {
+  const std::uint64_t longest = &table == &vocabulary_.characterChunks
+                                    ? own_->indexedChunkLength
+                                    : own_->indexedAttributeValueLength;
+  return text.size() <= longest && table.positions() < kMaximumEntries &&
+         own_->document.tableOctets + text.size() + State::kEntryOctets <= own_->maximumTableOctets;
+}
+
+void XMLWriter_X891::addEntry(StringIndexMap& table, const std::string& text) {
+  if (table.positions() >= kMaximumEntries) return;
+  own_->document.tableOctets += text.size() + State::kEntryOctets;
+  XMLWriter_FI::addEntry(table, text);
+}
+
+void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
+  if (table.positions() >= kMaximumEntries) return;
+  own_->document.tableOctets += Hash::sizeOf(name) + State::kEntryOctets;
+  XMLWriter_FI::addEntry(table, name);
+}
+
+/// Names and identifiers enter a reader's tables in any case: what a reader would refuse is refused
+/// here.
+void XMLWriter_X891::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
+  const std::uint64_t most = std::max(kReadersTableOctets, own_->maximumTableOctets);
+  if (own_->document.tableOctets + octets + entries * State::kEntryOctets > most) {
+    throw SAXException("The vocabulary takes more than " + std::to_string(most) + " octets");
+  }
+}
+
+}  // namespace Tavrin
