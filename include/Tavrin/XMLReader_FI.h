@@ -79,6 +79,12 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
     std::string localName;      ///< Local name.
     std::string whole{};        ///< What qName gives, of names that are in use.
 
+    /// @name What a reader that checks names has found out, to look once
+    /// @{
+    std::uint64_t bindings = 0;  ///< The version of the bindings in which the prefix is right.
+    std::size_t identity = 0;    ///< The number of the namespace name and local name, or 0.
+    /// @}
+
     /// Prefix, colon and local name, or the local name alone.
     std::string qName() const;
   };
@@ -167,7 +173,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void decodeNamespaces(std::vector<std::string>& declarations);
   /// Decodes a literal name whose first octet was read, and adds it to the table (C.17, C.18).
   /// @return the new entry, valid until the table changes
-  const QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
+  QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
   /// An entry of the element names: the external entries first, then the document's own.
   QualifiedName getElementName(unsigned long index);
   /// An entry of the attribute names: the external entries first, then the document's own.
@@ -224,14 +230,15 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   // --- Steps: strings and names. A table tells what kind of string it is. ---
 
-  virtual void checkLiteral(const Strings* table, const std::string& text);
+  virtual void checkIdentifier(const Strings* table, const std::string& text);
+  virtual void checkText(const std::string& text);
   virtual void decodeOtherString(unsigned octet, std::string& text);
   virtual void decodeOtherChunk(unsigned octet, std::string& text);
   virtual EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
                                   unsigned long length);
   virtual void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value);
-  virtual void checkElementName(const QualifiedName& name);
-  virtual void checkAttributeName(const QualifiedName& name);
+  virtual void checkElementName(QualifiedName& name);
+  virtual void checkAttributeName(QualifiedName& name);
 
   // --- Steps: delivery ---
 
@@ -278,10 +285,10 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void decodeNameParts(unsigned octet, QualifiedName& name);
   void decodeNamePart(Strings& table, const char* builtIn, const char* message, std::string& part);
   void decodeDeclaredName(Strings& table, const char* builtIn, std::string& part);
-  const QualifiedName& nameAt(unsigned long index, const Names& table, const char* message);
-  const QualifiedName& elementNameAt(unsigned long index);
-  const QualifiedName& attributeNameAt(unsigned long index);
-  void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  QualifiedName& nameAt(unsigned long index, Names& table, const char* message);
+  QualifiedName& elementNameAt(unsigned long index);
+  QualifiedName& attributeNameAt(unsigned long index);
+  void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, QualifiedName& name);
   static EncodingAlgorithmAttributesImpl::Attribute& appendTo(
       EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
   const QualifiedName& nameOf(const OpenElement& element) const;
@@ -293,6 +300,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   [[noreturn]] void failAtEnd() const;
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
+  void deliverFromTable(const std::string& text);
   EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;
 
   const fastinfoset::Dialect& dialect_;
@@ -309,6 +317,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   const ExternalVocabulary* externalVocabulary_ = nullptr;
   bool parsing_ = false;          // A call of parse is on the stack.
   std::uint64_t octetsRead_ = 0;  // Of the document, in whole.
+  std::uint64_t fromTables_ = 0;  // Octets of strings that were delivered by their index.
   QualifiedName unlisted_;        // A name that is in none of the document's tables.
 
   // Used again for each item, as they keep their memory.

@@ -87,14 +87,15 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void checkPadding(unsigned bits) const override;
   void endChildren(bool elementSeen) override;
 
-  void checkLiteral(const Strings* table, const std::string& text) override;
+  void checkIdentifier(const Strings* table, const std::string& text) override;
+  void checkText(const std::string& text) override;
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
                           unsigned long length) override;
   void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value) override;
-  void checkElementName(const QualifiedName& name) override;
-  void checkAttributeName(const QualifiedName& name) override;
+  void checkElementName(QualifiedName& name) override;
+  void checkAttributeName(QualifiedName& name) override;
 
   void deliverVersion(const std::string& version) override;
   void deliverStandalone(unsigned octet) override;
@@ -130,11 +131,10 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void decodeRestrictedAlphabet(Field field, std::string& text);
   void decodeAlgorithmText(Field field, std::string& text);
 
-  void checkCharacters(const std::string& text) const;
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const QualifiedName& name) const;
   void releaseProlog(const std::string& rootName);
-  void account(std::uint64_t octets);
+  void checkAmplification() const;
 
   std::unique_ptr<State> state_;
 

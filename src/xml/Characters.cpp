@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "PlainOctets.h"
+
 namespace Tavrin::xml {
 
 namespace {
@@ -114,40 +116,25 @@ bool areNameCharacters(std::string_view text, NameClass least) {
 std::size_t commonOctets(std::string_view text) {
   const auto isNext = [text](std::size_t i) { return (octetAt(text, i) & 0xC0) == 0x80; };
   const unsigned first = octetAt(text, 0);
-  if (first >= 0x20 && first < 0x80) return 1;
+  if (first == '\n' || first == '\t') return 1;
   if (first >= 0xC2 && first <= 0xDF) return text.size() >= 2 && isNext(1) ? 2 : 0;
   if (first >= 0xE1 && first <= 0xEC) return text.size() >= 3 && isNext(1) && isNext(2) ? 3 : 0;
   return 0;
 }
 
-/// Whether eight octets are all from 0x20 to 0x7F.
-bool arePlain(const char* octets) {
-  constexpr std::uint64_t kEach = 0x0101010101010101;
-  std::uint64_t word;
-  std::memcpy(&word, octets, sizeof word);
-  // Without high bits, a subtraction borrows from the high bit exactly below 0x20, in the lowest
-  // such octet at the latest.
-  return ((word | (word - kEach * 0x20)) & kEach * 0x80) == 0;
-}
-
 }  // namespace
 
 std::size_t findInvalid(std::string_view text) {
-  std::size_t i = 0;
-  while (i < text.size()) {
-    // Most text is ASCII: eight octets at a time.
-    while (text.size() - i >= 8 && arePlain(text.data() + i)) i += 8;
-    if (i == text.size()) break;
-    const std::size_t octets = commonOctets(text.substr(i));
-    if (octets != 0) {
-      i += octets;
-      continue;
+  for (std::size_t i = plainOctets(text);; i += plainOctets(text.substr(i))) {
+    if (i == text.size()) return kAllValid;
+    std::size_t octets = commonOctets(text.substr(i));
+    if (octets == 0) {
+      const Decoded decoded = decode(text, i);
+      if (!isCharacter(decoded.character)) return i;
+      octets = decoded.octets;
     }
-    const Decoded decoded = decode(text, i);
-    if (!isCharacter(decoded.character)) return i;
-    i += decoded.octets;
+    i += octets;
   }
-  return kAllValid;
 }
 
 std::string describeInvalid(std::string_view text, std::size_t position) {

@@ -31,7 +31,7 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 }
 
 void XMLReader_FI::decodeAttribute(EncodingAlgorithmAttributesImpl& attributes,
-                                   const QualifiedName& name) {
+                                   QualifiedName& name) {
   checkAttributeName(name);
   const unsigned octet = takeOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {

@@ -15,13 +15,14 @@ void XMLReader_FI::decodeCharacters(int octet) {
   if (first >= kChunkIndex) {
     const unsigned long index = decodeCharactersIndex(octet);
     if (const StringTable* external = externalEntries(&contentCharacterChunks_)) {
-      deliverCharacters(getString(index, &contentCharacterChunks_, external));
+      text_ = getString(index, &contentCharacterChunks_, external);
+      deliverFromTable(text_);
       return;
     }
     if (index >= contentCharacterChunks_.size()) {
       fail("Error when decoding character chunk - invalid index");
     }
-    deliverCharacters(contentCharacterChunks_[index]);
+    deliverFromTable(contentCharacterChunks_[index]);
     return;
   }
   if ((first & kChunkEncoding) == kChunkAlgorithm) {
@@ -34,9 +35,14 @@ void XMLReader_FI::decodeCharacters(int octet) {
   } else {
     decodeOtherChunk(first, text_);
   }
-  checkLiteral(&contentCharacterChunks_, text_);
+  checkText(text_);
   if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text_);
   deliverCharacters(text_);
+}
+
+void XMLReader_FI::deliverFromTable(const std::string& text) {
+  fromTables_ += text.size();
+  deliverCharacters(text);
 }
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.

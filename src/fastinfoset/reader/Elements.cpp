@@ -64,7 +64,7 @@ bool XMLReader_FI::startElement(int octet) {
   }
 
   const unsigned nameBits = nameOctet & kElementNameBits;
-  const QualifiedName* name;
+  QualifiedName* name;
   if (nameBits <= kLastElementIndex) {
     name = &elementNameAt(decodeElementIndex(static_cast<int>(nameBits)));
   } else if ((nameBits & kLiteralElementName) == kLiteralElementName) {
@@ -131,7 +131,7 @@ void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::
   }
 }
 
-const XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names& table) {
+XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names& table) {
   const QualifiedNameTable* external = externalNames(&table);
   if (table.size() + (external ? external->occupiedCount : 0) >= dialect_.maximumEntries) {
     unlisted_ = {};
@@ -192,8 +192,8 @@ const QualifiedNameTable* XMLReader_FI::externalNames(const Names* table) const 
 
 /// An entry of a table of names: the external entries first, then the document's own. Valid until a
 /// name is decoded.
-const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, const Names& table,
-                                                        const char* message) {
+XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, Names& table,
+                                                  const char* message) {
   const QualifiedNameTable* external = externalNames(&table);
   if (external != nullptr) {
     if (index < external->definedCount) {
@@ -209,11 +209,11 @@ const XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, con
   return table[index];
 }
 
-const XMLReader_FI::QualifiedName& XMLReader_FI::elementNameAt(unsigned long index) {
+XMLReader_FI::QualifiedName& XMLReader_FI::elementNameAt(unsigned long index) {
   return nameAt(index, elementNames_, "Error when decoding element name - invalid index");
 }
 
-const XMLReader_FI::QualifiedName& XMLReader_FI::attributeNameAt(unsigned long index) {
+XMLReader_FI::QualifiedName& XMLReader_FI::attributeNameAt(unsigned long index) {
   return nameAt(index, attributeNames_, "Error when decoding attribute name - invalid index");
 }
 

@@ -208,6 +208,7 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
   }
   if (first & kStringIndex) {
     out = getString(decodeIndex(octet), table, external);
+    fromTables_ += out.size();
     return;
   }
   if ((first & kStringEncoding) == kStringUTF8) {
@@ -215,7 +216,7 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
   } else {
     decodeOtherString(first, out);
   }
-  checkLiteral(table, out);
+  checkText(out);
   if ((first & kStringAddToTable) && table != nullptr) addEntry(*table, out);
 }
 
@@ -236,7 +237,7 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
 
 void XMLReader_FI::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out) {
   readOctets(decodeIdentifierLength(static_cast<int>(octet)), out);
-  checkLiteral(table, out);
+  checkIdentifier(table, out);
   if (table != nullptr) addEntry(*table, out);
 }
 

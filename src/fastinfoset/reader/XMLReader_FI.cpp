@@ -66,6 +66,7 @@ void XMLReader_FI::parse(std::istream& stream) {
   buffer_ = isReady ? stream.rdbuf() : &empty;
   octetsRead_ = 0;
   tableOctets_ = 0;
+  fromTables_ = 0;
   openElements_.clear();
   clearTables();
   decodeDocument();

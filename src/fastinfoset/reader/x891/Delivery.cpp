@@ -10,13 +10,10 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-/// Counts octets before they are delivered. A document that delivers far more than it holds is an
-/// attack.
-void XMLReader_X891::account(std::uint64_t octets) {
-  State::Document& document = state_->document;
-  document.delivered += octets;
-  if (document.delivered <= state_->amplificationThreshold) return;
-  if (static_cast<double>(document.delivered) <=
+/// Only what comes from a table by its index can be delivered far more often than it was read.
+void XMLReader_X891::checkAmplification() const {
+  if (fromTables_ <= state_->amplificationThreshold) return;
+  if (static_cast<double>(fromTables_) <=
       state_->amplificationFactor * static_cast<double>(octetsRead_)) {
     return;
   }
@@ -89,7 +86,7 @@ void XMLReader_X891::deliverComment(const std::string& text) {
   if (text.find("--") != std::string::npos || text.ends_with('-')) {
     fail("Comment with \"--\" or \"-\" at its end");
   }
-  account(text.size());
+  checkAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(text.size());
     state_->document.prolog.push_back([=, this](const std::string&) {
@@ -106,7 +103,7 @@ void XMLReader_X891::deliverInstruction(const std::string& target, const std::st
   if (data.find_first_of(" \t\r\n") == 0) {
     fail("Processing instruction that begins with white space");
   }
-  account(target.size() + data.size());
+  checkAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(target.size() + data.size());
     state_->document.prolog.push_back([=, this](const std::string&) {
@@ -121,24 +118,15 @@ void XMLReader_X891::deliverInstruction(const std::string& target, const std::st
 
 void XMLReader_X891::deliverStartElement(const QualifiedName& name, const Strings& declarations,
                                          const EncodingAlgorithmAttributesImpl& attributes) {
-  // The names come again with the end.
-  std::uint64_t octets =
-      2 * (name.namespaceName.size() + name.localName.size() + name.whole.size());
-  for (int i = 0; i < attributes.getLength(); ++i) {
-    octets += attributes.getURI(i).size() + attributes.getLocalName(i).size() +
-              attributes.getQName(i).size();
-    if (attributes.getAlgorithmData(i) == nullptr) octets += attributes.getValue(i).size();
-  }
-  for (const std::string& declaration : declarations) octets += declaration.size();
-  account(octets);
-
+  checkAmplification();
   if (state_->document.isHoldingBack) releaseProlog(name.whole);
-  XMLReader_FI::deliverDeclarations(declarations);
+  if (!declarations.empty()) XMLReader_FI::deliverDeclarations(declarations);
   XMLReader_FI::deliverStartElement(name, declarations, attributes);
 }
 
 void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings& declarations) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.whole);
+  if (declarations.empty()) return;
   for (std::size_t i = declarations.size(); i > 0 && contentHandler_; i -= 2) {
     contentHandler_->endPrefixMapping(declarations[i - 2]);
   }
@@ -148,8 +136,8 @@ void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings&
 // --- Content ---
 
 void XMLReader_X891::deliverCharacters(const std::string& text) {
-  account(text.size());
-  if (!text.empty()) XMLReader_FI::deliverCharacters(text);
+  checkAmplification();
+  if (contentHandler_ && !text.empty()) contentHandler_->characters(text);
 }
 
 void XMLReader_X891::deliver(unsigned field, const std::string& uri, const EncodedData& value) {
@@ -164,7 +152,7 @@ void XMLReader_X891::deliver(unsigned field, const std::string& uri, const Encod
     encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
   } else if (contentHandler_) {
     const std::string text = value.toString();
-    checkCharacters(text);  // An application's algorithm may give any.
+    checkText(text);  // An application's algorithm may give any.
     deliverCharacters(text);
   }
 }
@@ -179,7 +167,7 @@ void XMLReader_X891::deliverOctets(bool addToTable, unsigned field, const std::s
 void XMLReader_X891::deliverEntityReference(const std::string& name, const std::string& publicId,
                                             const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
-  account(name.size());
+  checkAmplification();
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }
 

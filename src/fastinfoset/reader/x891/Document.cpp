@@ -98,7 +98,7 @@ void XMLReader_X891::decodeInitialVocabulary() {
   if (tables & kExternalVocabulary) {
     std::string uri;
     decodeIdentifier(nullptr, uri);
-    checkCharacters(uri);
+    checkText(uri);
     const auto* known = externalVocabularies_;
     const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
     if (known == nullptr || found == known->end() || found->second == nullptr) {
@@ -135,7 +135,7 @@ void XMLReader_X891::decodeIdentifiers(Strings& table) {
   std::string entry;
   for (unsigned long i = 0; i < length; ++i) {
     decodeIdentifier(nullptr, entry);
-    checkLiteral(&table, entry);
+    checkIdentifier(&table, entry);
     addEntry(table, entry);
   }
 }
@@ -148,7 +148,6 @@ void XMLReader_X891::decodeStrings(Strings& table) {
     const unsigned octet = readOctet();
     checkPadding(octet & (kStringIndex | kStringAddToTable));
     decodeString(static_cast<int>(octet), nullptr, nullptr, entry);
-    checkLiteral(&table, entry);
     addEntry(table, entry);
   }
 }

@@ -70,16 +70,9 @@ struct XMLReader_X891::State {
   /// An event that waits for the root element, whose qualified name it is called with.
   using HeldBack = std::function<void(const std::string& rootName)>;
 
-  /// What a name of a table was found to be.
-  struct CheckedName {
-    std::uint64_t bindings = 0;  // The version of the bindings in which its prefix was right, or 0.
-    std::size_t identity = 0;    // Of attributes: see attributeIdentities; 0 while unknown.
-  };
-
   struct Document {
     std::string version = "1.0";
     std::optional<bool> standalone;
-    std::uint64_t delivered = 0;  // Octets.
 
     std::vector<HeldBack> prolog;
     std::vector<HeldBack> declarations;  // Notations and unparsed entities.
@@ -89,9 +82,7 @@ struct XMLReader_X891::State {
     std::map<unsigned, RestrictedAlphabet> alphabets;  // By field, when first used.
 
     xml::NamespaceBindings bindings;
-    std::vector<CheckedName> elementNames;    // By position in the table.
-    std::vector<CheckedName> attributeNames;  // Likewise.
-    /// A number, from 1, for each pair of namespace name and local name.
+    /// A number, from 1, for each pair of namespace name and local name of an attribute.
     std::map<std::pair<std::string, std::string>, std::size_t> attributeIdentities;
     std::vector<std::uint64_t> lastElement{0};  // By identity: the last element that had it.
     std::uint64_t elements = 1;                 // How many were begun, and 1.

@@ -98,7 +98,7 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
                        externalEntries(&restrictedAlphabets_));
     };
     const std::string characters = charactersOf(field.number);
-    checkCharacters(characters);
+    checkText(characters);
     found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
     if (!found->second.isValid()) fail("Invalid restricted alphabet");
   }
@@ -164,7 +164,7 @@ void XMLReader_X891::takeTyped(bool addToTable, Strings& table, unsigned field,
   }
   if (!addToTable && field != algorithms::cdata) return;
   const std::string text = value.toString();
-  checkLiteral(&table, text);
+  checkText(text);
   if (addToTable) addEntry(table, text);
 }
 

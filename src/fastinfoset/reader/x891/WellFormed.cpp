@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "../../../xml/Characters.h"
+#include "../../../xml/PlainOctets.h"
 #include "State.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
@@ -11,16 +12,18 @@
 
 namespace Tavrin {
 
-void XMLReader_X891::checkCharacters(const std::string& text) const {
+void XMLReader_X891::checkText(const std::string& text) {
+  if (xml::plainOctets(text) == text.size()) return;
   const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void XMLReader_X891::checkLiteral(const Strings* table, const std::string& text) {
+void XMLReader_X891::checkIdentifier(const Strings* table, const std::string& text) {
+  if (table == nullptr) return;  // Octets, or a string that is checked where it is used.
   if (table == &prefixes_ || table == &localNames_ || table == &otherNCNames_) {
     if (!xml::isNCName(text)) fail("Invalid name \"" + text + "\"");
-  } else if (table != nullptr) {
-    checkCharacters(text);
+  } else {
+    checkText(text);
   }
 }
 
@@ -41,7 +44,7 @@ void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
         xml::whyNotDeclarable(declarations[i], declarations[i + 1], document.version == "1.1");
     if (!why.empty()) fail(why);
     document.bindings.declare(declarations[i], declarations[i + 1]);
-    prefixes.push_back(declarations[i]);
+    if (declarations.size() > 2) prefixes.push_back(declarations[i]);
   }
   std::ranges::sort(prefixes);
   const auto twice = std::ranges::adjacent_find(prefixes);
@@ -61,33 +64,20 @@ void XMLReader_X891::checkBinding(const QualifiedName& name) const {
        "\"");
 }
 
-namespace {
-
-/// The record of a name by its position in its table; null for one that is in no table.
-template <typename Names, typename Checked>
-auto* checkedName(const Names& table, const typename Names::value_type& name, Checked& checked) {
-  const bool isListed = !table.empty() && !std::less<>()(&name, table.data()) &&
-                        std::less<>()(&name, table.data() + table.size());
-  if (!isListed) return static_cast<typename Checked::value_type*>(nullptr);
-  if (checked.size() < table.size()) checked.resize(table.size());
-  return &checked[static_cast<std::size_t>(&name - table.data())];
-}
-
-}  // namespace
-
-void XMLReader_X891::checkElementName(const QualifiedName& name) {
+void XMLReader_X891::checkElementName(QualifiedName& name) {
   State::Document& document = state_->document;
   ++document.elements;
-  State::CheckedName* checked = checkedName(elementNames_, name, document.elementNames);
-  if (checked && checked->bindings == document.bindings.version()) return;
+  // It comes again with the end.
+  fromTables_ += 2 * (name.namespaceName.size() + name.localName.size() + name.whole.size());
+  if (name.bindings == document.bindings.version()) return;
   checkBinding(name);
-  if (checked) checked->bindings = document.bindings.version();
+  name.bindings = document.bindings.version();
 }
 
-void XMLReader_X891::checkAttributeName(const QualifiedName& name) {
+void XMLReader_X891::checkAttributeName(QualifiedName& name) {
   State::Document& document = state_->document;
-  State::CheckedName* checked = checkedName(attributeNames_, name, document.attributeNames);
-  if (!checked || checked->bindings != document.bindings.version()) {
+  fromTables_ += name.namespaceName.size() + name.localName.size() + name.whole.size();
+  if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
       if (!name.namespaceName.empty()) {
         fail("Attribute \"" + name.localName + "\" in a namespace, but without a prefix");
@@ -95,21 +85,20 @@ void XMLReader_X891::checkAttributeName(const QualifiedName& name) {
     } else {
       checkBinding(name);
     }
-    if (checked) checked->bindings = document.bindings.version();
+    name.bindings = document.bindings.version();
   }
 
-  std::size_t identity = checked ? checked->identity : 0;
-  if (identity == 0) {
-    identity = document.attributeIdentities
-                   .try_emplace({name.namespaceName, name.localName}, document.lastElement.size())
-                   .first->second;
-    if (identity == document.lastElement.size()) document.lastElement.push_back(0);
-    if (checked) checked->identity = identity;
+  if (name.identity == 0) {
+    name.identity =
+        document.attributeIdentities
+            .try_emplace({name.namespaceName, name.localName}, document.lastElement.size())
+            .first->second;
+    if (name.identity == document.lastElement.size()) document.lastElement.push_back(0);
   }
-  if (document.lastElement[identity] == document.elements) {
+  if (document.lastElement[name.identity] == document.elements) {
     fail("Attribute \"" + name.qName() + "\" is there twice");
   }
-  document.lastElement[identity] = document.elements;
+  document.lastElement[name.identity] = document.elements;
 }
 
 }  // namespace Tavrin

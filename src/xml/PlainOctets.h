@@ -1,0 +1,44 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace Tavrin::xml {
+
+/// Of the octets of a word: the high bit where one is not from 0x20 to 0x7F, exact up to the first
+/// such octet.
+inline std::uint64_t notPlain(const char* octets) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::uint64_t word;
+  std::memcpy(&word, octets, sizeof word);
+  // Without high bits, a subtraction borrows from the high bit exactly below 0x20.
+  return (word | (word - kEach * 0x20)) & kEach * 0x80;
+}
+
+/// How many octets from the beginning on are from 0x20 to 0x7F: characters of ASCII that need no
+/// further look. Nearly all text is, so several words are looked at together.
+inline std::size_t plainOctets(std::string_view text) {
+  static_assert(std::endian::native == std::endian::little);
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  const char* octets = text.data();
+  const std::size_t size = text.size();
+  std::size_t i = 0;
+  for (; size - i >= 4 * kWord; i += 4 * kWord) {
+    const char* next = octets + i;
+    if ((notPlain(next) | notPlain(next + kWord) | notPlain(next + 2 * kWord) |
+         notPlain(next + 3 * kWord)) != 0) {
+      break;
+    }
+  }
+  for (; size - i >= kWord; i += kWord) {
+    const std::uint64_t found = notPlain(octets + i);
+    if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found)) / 8;
+  }
+  while (i < size && octets[i] >= 0x20) ++i;  // From 0x80 on, a char is negative.
+  return i;
+}
+
+}  // namespace Tavrin::xml
