@@ -157,7 +157,7 @@ void XMLReader_X891::deliver(unsigned field, const std::string& uri, const Encod
     if (lexicalHandler_) lexicalHandler_->startCDATA();
     deliverCharacters(static_cast<const CDATAData&>(value).data_);
     if (lexicalHandler_) lexicalHandler_->endCDATA();
-  } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm &&
+  } else if (primitiveTypeContentHandler_ && field < State::kFirstOwnAlgorithm &&
              field != algorithms::uuid) {
     value.callContentHandler(*primitiveTypeContentHandler_);
   } else if (encodingAlgorithmContentHandler_) {
@@ -178,8 +178,9 @@ void XMLReader_X891::deliverOctets(bool addToTable, unsigned field, const std::s
 
 void XMLReader_X891::deliverEntityReference(const std::string& name, const std::string& publicId,
                                             const std::string& systemId) {
+  // The identifiers are read and checked, though no one is told.
+  account(name.size() + publicId.size() + systemId.size());
   checkIdentifiers(publicId, systemId);
-  account(name.size());
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }
 

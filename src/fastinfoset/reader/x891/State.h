@@ -59,7 +59,14 @@ struct XMLReader_X891::State {
 
   // --- Typed content ---
 
+  /// The field of the first algorithm that is the application's own: its index is 32 (7.2.20),
+  /// which C.29 encodes as 31. In the stream of "FI" the field is 32.
+  static constexpr unsigned kFirstOwnAlgorithm = 31;
+
   UUIDEncodingAlgorithm uuid;
+  ExactShortData shorts;
+  ExactIntData ints;
+  ExactLongData longs;
   ExactFloatData floats;
   ExactDoubleData doubles;
   std::string octets;  // Of the value that is being decoded.

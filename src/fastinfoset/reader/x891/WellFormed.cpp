@@ -52,7 +52,8 @@ void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
 
 void XMLReader_X891::checkBinding(const QualifiedName& name) const {
   const std::string& bound = state_->document.bindings.find(name.prefix);
-  if (bound == name.namespaceName) return;
+  const bool isUnbound = !name.prefix.empty() && bound.empty();
+  if (bound == name.namespaceName && !isUnbound) return;
   if (name.prefix.empty()) {
     fail("Element \"" + name.localName + "\" in the namespace \"" + name.namespaceName +
          "\" where the default namespace is \"" + bound + "\"");
@@ -92,6 +93,8 @@ void XMLReader_X891::checkAttributeName(const QualifiedName& name) {
       if (!name.namespaceName.empty()) {
         fail("Attribute \"" + name.localName + "\" in a namespace, but without a prefix");
       }
+      // As XML, it would declare the default namespace.
+      if (name.localName == "xmlns") fail("Attribute with the name \"xmlns\"");
     } else {
       checkBinding(name);
     }
@@ -103,7 +106,11 @@ void XMLReader_X891::checkAttributeName(const QualifiedName& name) {
     identity = document.attributeIdentities
                    .try_emplace({name.namespaceName, name.localName}, document.lastElement.size())
                    .first->second;
-    if (identity == document.lastElement.size()) document.lastElement.push_back(0);
+    if (identity == document.lastElement.size()) {
+      // What the table has no place for is remembered here, so it counts here.
+      if (!checked) accountFor(name.namespaceName.size() + name.localName.size());
+      document.lastElement.push_back(0);
+    }
     if (checked) checked->identity = identity;
   }
   if (document.lastElement[identity] == document.elements) {
