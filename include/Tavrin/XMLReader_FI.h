@@ -232,6 +232,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   virtual void checkIdentifier(const Strings* table, const std::string& text);
   virtual void checkText(const std::string& text);
+  virtual void checkAmplification() const;  // After strings were taken from tables.
   virtual void decodeOtherString(unsigned octet, std::string& text);
   virtual void decodeOtherChunk(unsigned octet, std::string& text);
   virtual EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,

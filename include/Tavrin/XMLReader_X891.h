@@ -89,6 +89,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
 
   void checkIdentifier(const Strings* table, const std::string& text) override;
   void checkText(const std::string& text) override;
+  void checkAmplification() const override;
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
@@ -134,7 +135,6 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const QualifiedName& name) const;
   void releaseProlog(const std::string& rootName);
-  void checkAmplification() const;
 
   std::unique_ptr<State> state_;
 

@@ -109,13 +109,13 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// vocabularies, stay with the application and must outlive their use.
   ///
   /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
-  /// map, behind those of the two vocabularies; their fields begin at 32. Of an initial vocabulary,
+  /// map, behind those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
   /// the defined entries are written. What its names need and no table has is added.
   ///
   /// startElement refuses the root with a SAXException where the vocabularies are not possible:
   /// `An entry of the initial vocabulary is empty`,
   /// `A restricted alphabet of the initial vocabulary has fewer than two characters`, or repeats
-  /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 224
+  /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 225
   /// encoding algorithms`, `More than 241 restricted alphabets`, `A table of the vocabulary has
   /// more than 1048576 entries`, and as for names and text elsewhere.
   /// @throws SAXException for an XML version that is neither "1.0" nor "1.1"
@@ -138,7 +138,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// Writes octets that are encoded already.
   /// @param uri   the algorithm, which a vocabulary or registeredEncodingAlgorithms names; where it
   ///              is empty, the index counts
-  /// @param index a built-in algorithm (0 to 9), or the field of a named one (32 and above)
+  /// @param index a built-in algorithm (0 to 9), or the field of a named one (31 and above)
   /// @param data  what the algorithm made; of a built-in one, it is checked
   /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI, or for octets
   ///         that a built-in algorithm cannot have made

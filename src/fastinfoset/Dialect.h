@@ -40,6 +40,10 @@ struct Dialect {
   /// read.
   unsigned chunkFieldReadBits;
 
+  /// The field of the first algorithm that an application defines. In X.891 it has the index 32,
+  /// which is written as 31 (7.2.20, C.29).
+  unsigned firstApplicationAlgorithm;
+
   /// What is said of a wrong octet among notations and unparsed entities.
   const char* wrongNotation;
   const char* wrongUnparsedEntity;
@@ -64,6 +68,7 @@ inline constexpr Dialect kDialectFI = {
     .literalNameParts = false,
     .firstDocumentTypeOctet = kFirstNonElement,
     .chunkFieldReadBits = 0x02,
+    .firstApplicationAlgorithm = 32,
     .wrongNotation = "Error while parsing namespaces",
     .wrongUnparsedEntity = "Error while parsing namespaces",
     .longestStringWritten = 0xFFFFFFFF,
@@ -80,6 +85,7 @@ inline constexpr Dialect kDialectX891 = {
     .literalNameParts = true,
     .firstDocumentTypeOctet = kDocumentType,
     .chunkFieldReadBits = 0x03,
+    .firstApplicationAlgorithm = 31,
     .wrongNotation = "Error while parsing notations",
     .wrongUnparsedEntity = "Error while parsing unparsed entities",
     .longestStringWritten = 0x100000000,

@@ -131,7 +131,6 @@ inline constexpr std::size_t kIndexedLength = 7;
 
 /// An algorithm is named by an eight-bit field, the standard's index minus 1, that begins in the
 /// octet of the encoding format and ends in the next (C.29).
-inline constexpr unsigned kFirstApplicationAlgorithm = 32;
 inline constexpr unsigned kLastAlgorithmField = 255;
 
 /// How many of the field's bits stand at the head of the second octet; the length follows there.

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <type_traits>
 
 namespace Tavrin {
 
@@ -9,14 +10,18 @@ namespace {
 
 template <typename Number>
 void append(std::string& text, Number number) {
-  if (std::isnan(number)) {
-    text += "NaN";
-  } else if (std::isinf(number)) {
-    text += number < 0 ? "-INF" : "INF";
-  } else {
-    char digits[32];  // The longest double takes 24.
-    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+  if constexpr (std::is_floating_point_v<Number>) {
+    if (std::isnan(number)) {
+      text += "NaN";
+      return;
+    }
+    if (std::isinf(number)) {
+      text += number < 0 ? "-INF" : "INF";
+      return;
+    }
   }
+  char digits[32];  // The longest double takes 24.
+  text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
 template <typename Number>
@@ -37,6 +42,15 @@ std::unique_ptr<EncodedData> takeOver(Holder& holder) {
 }
 
 }  // namespace
+
+std::string ExactShortData::toString() const { return exactText(data_); }
+std::unique_ptr<EncodedData> ExactShortData::clone() { return takeOver(*this); }
+
+std::string ExactIntData::toString() const { return exactText(data_); }
+std::unique_ptr<EncodedData> ExactIntData::clone() { return takeOver(*this); }
+
+std::string ExactLongData::toString() const { return exactText(data_); }
+std::unique_ptr<EncodedData> ExactLongData::clone() { return takeOver(*this); }
 
 std::string ExactFloatData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactFloatData::clone() { return takeOver(*this); }

@@ -2,10 +2,33 @@
 
 #include <Tavrin/TypedData.h>
 
+// Numbers whose text reads back as the same numbers, whatever the locale.
+
 namespace Tavrin {
 
-/// Single precision numbers whose text reads back as the same numbers: the fewest digits that do,
-/// in the lexical form of XML Schema (X.891, 10.8), whatever the locale.
+/// 16-bit integers in canonical form (X.891, 10.4).
+class ExactShortData : public ShortData {
+ public:
+  std::string toString() const override;
+  std::unique_ptr<EncodedData> clone() override;
+};
+
+/// 32-bit integers, likewise (X.891, 10.5).
+class ExactIntData : public IntData {
+ public:
+  std::string toString() const override;
+  std::unique_ptr<EncodedData> clone() override;
+};
+
+/// 64-bit integers, likewise (X.891, 10.6).
+class ExactLongData : public LongData {
+ public:
+  std::string toString() const override;
+  std::unique_ptr<EncodedData> clone() override;
+};
+
+/// Single precision numbers: the fewest digits that read back as the same number, in the lexical
+/// form of XML Schema (X.891, 10.8).
 class ExactFloatData : public FloatData {
  public:
   std::string toString() const override;

@@ -30,13 +30,13 @@ XMLReader_FI::Field XMLReader_FI::decodeChunkField(unsigned octet) {
 }
 
 EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
-  return field < kFirstApplicationAlgorithm ? builtIn_.find(static_cast<int>(field))
-                                            : getApplicationAlgorithm(field, uri);
+  return field < dialect_.firstApplicationAlgorithm ? builtIn_.find(static_cast<int>(field))
+                                                    : getApplicationAlgorithm(field, uri);
 }
 
 /// The algorithm that the application registered for a field's URI, or null.
 EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::string& uri) const {
-  uri = getString(field - kFirstApplicationAlgorithm, &encodingAlgorithms_,
+  uri = getString(field - dialect_.firstApplicationAlgorithm, &encodingAlgorithms_,
                   externalEntries(&encodingAlgorithms_));
   if (registeredEncodingAlgorithms_ == nullptr) return nullptr;
   const auto found = registeredEncodingAlgorithms_->find(uri);

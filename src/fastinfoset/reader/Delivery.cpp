@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "../Dialect.h"
 #include "../Octets.h"
 #include "TakeOctet.h"
 
@@ -73,7 +74,7 @@ void XMLReader_FI::deliver(unsigned field, const std::string& uri, const Encoded
     if (lexicalHandler_) lexicalHandler_->startCDATA();
     if (contentHandler_) contentHandler_->characters(value.toString());
     if (lexicalHandler_) lexicalHandler_->endCDATA();
-  } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm) {
+  } else if (primitiveTypeContentHandler_ && field < dialect_.firstApplicationAlgorithm) {
     value.callContentHandler(*primitiveTypeContentHandler_);
   } else if (encodingAlgorithmContentHandler_) {
     encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
@@ -108,6 +109,7 @@ void XMLReader_FI::checkPadding(unsigned) const {}
 void XMLReader_FI::endChildren(bool) {}
 void XMLReader_FI::checkIdentifier(const Strings*, const std::string&) {}
 void XMLReader_FI::checkText(const std::string&) {}
+void XMLReader_FI::checkAmplification() const {}
 void XMLReader_FI::checkElementName(QualifiedName&) {}
 void XMLReader_FI::checkAttributeName(QualifiedName&) {}
 

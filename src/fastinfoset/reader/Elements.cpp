@@ -105,6 +105,10 @@ void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
     if (octet & kNamespacePresent) {
       decodeDeclaredName(namespaceNames_, namespaces::xml, namespaceName);
     }
+    // A start tag may hold as many of them as the document has octets, each a long string: they
+    // count before they are kept.
+    fromTables_ += prefix.size() + namespaceName.size();
+    checkAmplification();
     declarations.push_back(std::move(prefix));
     declarations.push_back(std::move(namespaceName));
   }

@@ -230,6 +230,7 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
   if (static_cast<unsigned>(octet) & kStringIndex) {
     if (table == nullptr) fail("Error when parsing identifier");
     out = getString(decodeIndex(octet), table, externalEntries(table));
+    fromTables_ += out.size();
     return;
   }
   decodeLiteralIdentifier(static_cast<unsigned>(octet), table, out);

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "../../../xml/Characters.h"
-#include "../../Octets.h"
+#include "../../Dialect.h"
 #include "State.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
@@ -145,7 +145,7 @@ void XMLReader_X891::deliver(unsigned field, const std::string& uri, const Encod
     if (lexicalHandler_) lexicalHandler_->startCDATA();
     deliverCharacters(static_cast<const CDATAData&>(value).data_);
     if (lexicalHandler_) lexicalHandler_->endCDATA();
-  } else if (primitiveTypeContentHandler_ && field < kFirstApplicationAlgorithm &&
+  } else if (primitiveTypeContentHandler_ && field < kDialectX891.firstApplicationAlgorithm &&
              field != algorithms::uuid) {
     value.callContentHandler(*primitiveTypeContentHandler_);
   } else if (encodingAlgorithmContentHandler_) {
@@ -166,8 +166,8 @@ void XMLReader_X891::deliverOctets(bool addToTable, unsigned field, const std::s
 
 void XMLReader_X891::deliverEntityReference(const std::string& name, const std::string& publicId,
                                             const std::string& systemId) {
-  checkIdentifiers(publicId, systemId);
   checkAmplification();
+  checkIdentifiers(publicId, systemId);
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }
 

@@ -76,6 +76,10 @@ void XMLReader_X891::checkPadding(unsigned bits) const {
 // The components have the last word.
 
 void XMLReader_X891::deliverVersion(const std::string& version) {
+  // XML 1.0, production 26.
+  const bool isVersion = version.size() > 2 && version.starts_with("1.") &&
+                         version.find_first_not_of("0123456789", 2) == std::string::npos;
+  if (!isVersion) fail("Invalid version of XML \"" + version + "\"");
   state_->document.version = version;
 }
 
@@ -170,6 +174,8 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
     if (octet & kPrefixPresent) name.prefix = builtInOr(prefixes_, "xml");
     if (octet & kNamespacePresent) name.namespaceName = builtInOr(namespaceNames_, namespaces::xml);
     name.localName = getString(decodeSurrogateIndex(), &localNames_, externalEntries(&localNames_));
+    const QualifiedNameTable* external = externalNames(&table);
+    if (table.size() + (external ? external->occupiedCount : 0) >= kMaximumEntries) continue;
     name.whole = name.qName();
     accountForName(name);
     table.push_back(std::move(name));

@@ -60,6 +60,9 @@ struct XMLReader_X891::State {
   // --- Typed content ---
 
   UUIDEncodingAlgorithm uuid;
+  ExactShortData shorts;
+  ExactIntData ints;
+  ExactLongData longs;
   ExactFloatData floats;
   ExactDoubleData doubles;
   std::string octets;  // Of the value that is being decoded.

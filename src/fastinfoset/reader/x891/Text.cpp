@@ -1,6 +1,7 @@
 #include <limits>
 #include <string_view>
 
+#include "../../Dialect.h"
 #include "../../Octets.h"
 #include "State.h"
 
@@ -113,11 +114,24 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   if (field == algorithms::uuid) return &state_->uuid;
   EncodingAlgorithm* algorithm = XMLReader_FI::getEncodingAlgorithm(field, uri);
-  if (algorithm == nullptr && field < kFirstApplicationAlgorithm) {
+  if (algorithm == nullptr && field < kDialectX891.firstApplicationAlgorithm) {
     fail("Reserved encoding algorithm " + std::to_string(field + 1));
   }
+  fromTables_ += uri.size();  // It goes with every value.
+  checkAmplification();
   return algorithm;
 }
+
+namespace {
+
+/// Takes a value out of its holder into one whose text is exact.
+template <typename Holder, typename Exact>
+Exact& takeOver(EncodedData& holder, Exact& exact) {
+  exact.data_.swap(static_cast<Holder&>(holder).data_);
+  return exact;
+}
+
+}  // namespace
 
 /// The octets are read before the algorithm sees them: it cannot read beyond.
 EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
@@ -136,16 +150,21 @@ EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned f
   if (stream.fail() || !state_->octetStream.isAtEnd()) {
     fail("Encoded data of another length than its value");
   }
-  // The text of these must read back as the same numbers, which that of their own holders need not.
-  if (field == algorithms::floatNumber) {
-    state_->floats.data_.swap(static_cast<FloatData&>(*decoded).data_);
-    return state_->floats;
+  // The text of numbers must read back as the same ones, which that of their own holders need not.
+  switch (field) {
+    case algorithms::shortInteger:
+      return takeOver<ShortData>(*decoded, state_->shorts);
+    case algorithms::integer:
+      return takeOver<IntData>(*decoded, state_->ints);
+    case algorithms::longInteger:
+      return takeOver<LongData>(*decoded, state_->longs);
+    case algorithms::floatNumber:
+      return takeOver<FloatData>(*decoded, state_->floats);
+    case algorithms::doubleNumber:
+      return takeOver<DoubleData>(*decoded, state_->doubles);
+    default:
+      return *decoded;
   }
-  if (field == algorithms::doubleNumber) {
-    state_->doubles.data_.swap(static_cast<DoubleData&>(*decoded).data_);
-    return state_->doubles;
-  }
-  return *decoded;
 }
 
 /// Text of a string that stands where nothing typed is delivered.
@@ -162,7 +181,10 @@ void XMLReader_X891::takeTyped(bool addToTable, Strings& table, unsigned field,
   if (field == algorithms::cdata && &table == &attributeValues_) {
     fail("CDATA section in an attribute value");
   }
-  if (!addToTable && field != algorithms::cdata) return;
+  // Anyone may ask for an attribute's text; an application's algorithm may give any.
+  const bool isOwnAttribute =
+      field >= kDialectX891.firstApplicationAlgorithm && &table == &attributeValues_;
+  if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
   checkText(text);
   if (addToTable) addEntry(table, text);

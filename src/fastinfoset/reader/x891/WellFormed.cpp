@@ -55,7 +55,8 @@ void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
 
 void XMLReader_X891::checkBinding(const QualifiedName& name) const {
   const std::string& bound = state_->document.bindings.find(name.prefix);
-  if (bound == name.namespaceName) return;
+  const bool isUnbound = !name.prefix.empty() && bound.empty();
+  if (bound == name.namespaceName && !isUnbound) return;
   if (name.prefix.empty()) {
     fail("Element \"" + name.localName + "\" in the namespace \"" + name.namespaceName +
          "\" where the default namespace is \"" + bound + "\"");
@@ -76,12 +77,16 @@ void XMLReader_X891::checkElementName(QualifiedName& name) {
 
 void XMLReader_X891::checkAttributeName(QualifiedName& name) {
   State::Document& document = state_->document;
+  // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.namespaceName.size() + name.localName.size() + name.whole.size();
+  checkAmplification();
   if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
       if (!name.namespaceName.empty()) {
         fail("Attribute \"" + name.localName + "\" in a namespace, but without a prefix");
       }
+      // As XML, it would declare the default namespace.
+      if (name.localName == "xmlns") fail("Attribute with the name \"xmlns\"");
     } else {
       checkBinding(name);
     }
@@ -93,7 +98,11 @@ void XMLReader_X891::checkAttributeName(QualifiedName& name) {
         document.attributeIdentities
             .try_emplace({name.namespaceName, name.localName}, document.lastElement.size())
             .first->second;
-    if (name.identity == document.lastElement.size()) document.lastElement.push_back(0);
+    if (name.identity == document.lastElement.size()) {
+      // What the table has no place for is remembered here, so it counts here.
+      if (&name == &unlisted_) accountFor(name.namespaceName.size() + name.localName.size());
+      document.lastElement.push_back(0);
+    }
   }
   if (document.lastElement[name.identity] == document.elements) {
     fail("Attribute \"" + name.qName() + "\" is there twice");

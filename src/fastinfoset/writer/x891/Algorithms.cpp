@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "../../Dialect.h"
 #include "../../Integers.h"
 #include "../../Octets.h"
 #include "Checks.h"
@@ -15,7 +16,7 @@ using namespace fastinfoset;
 
 namespace {
 
-constexpr auto kFirstNamed = static_cast<int>(kFirstApplicationAlgorithm);
+constexpr auto kFirstNamed = static_cast<int>(kDialectX891.firstApplicationAlgorithm);
 
 }  // namespace
 
@@ -113,7 +114,7 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
 /// Refuses octets that a built-in algorithm cannot have made.
 void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
   if (octets.size() > kLongestString) checkText(octets, "");  // Tells of the length.
-  if (field >= kFirstApplicationAlgorithm || octets.empty()) return;
+  if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty()) return;
   switch (field) {
     case algorithms::hexadecimal:
     case algorithms::base64:

@@ -69,7 +69,7 @@ struct XMLWriter_X891::State {
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
     std::uint64_t tableOctets = 0;        // What the entries count for together.
-    std::vector<std::string> algorithms;  // URIs; the first has field 32. Empty: not defined.
+    std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document;

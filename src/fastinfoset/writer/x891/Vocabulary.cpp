@@ -20,7 +20,7 @@ namespace {
 /// How many alphabets and algorithms can be named: the indexes up to 256 that are not reserved.
 constexpr std::size_t kMaximumAlphabets = 256 - 15;
 constexpr std::size_t kMostApplicationAlgorithms =
-    kLastAlgorithmField + 1 - kFirstApplicationAlgorithm;
+    kLastAlgorithmField + 1 - kDialectX891.firstApplicationAlgorithm;
 
 std::string textOf(const char* entry) { return entry == nullptr ? std::string() : entry; }
 
@@ -192,7 +192,8 @@ void XMLWriter_X891::loadAlgorithms(WrittenVocabulary& written) {
   std::vector<std::string>& named = own_->document.algorithms;
   std::map<std::string, unsigned>& fields = own_->document.algorithmFields;
   const auto name = [&](const std::string& uri) {
-    const bool isNew = fields.emplace(uri, kFirstApplicationAlgorithm + named.size()).second;
+    const bool isNew =
+        fields.emplace(uri, kDialectX891.firstApplicationAlgorithm + named.size()).second;
     named.push_back(uri);
     return isNew;
   };
