@@ -58,13 +58,13 @@ inline constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width
 /// mark.
 inline constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character";
 
-/// Reader "X891": how many octets may be delivered for each octet read, a `double` of at least 1.
-/// It stops a document of a few octets that stores one long string or name and refers to it again
-/// and again. Default 1000.
+/// Reader "X891": how many octets may be delivered from tables for each octet of the document, a
+/// `double` of at least 1. It stops a document of a few octets that stores one long string or name
+/// and refers to it again and again. Default 1000.
 inline constexpr char amplificationFactor[] =
     "http://tavrin/fastinfoset/properties/amplification-factor";
-/// Reader "X891": how many octets may be delivered before the factor counts, a `std::uint64_t`.
-/// Default 8 MiB.
+/// Reader "X891": how many octets may be delivered from tables before the factor counts, a
+/// `std::uint64_t`. Default 8 MiB.
 inline constexpr char amplificationThreshold[] =
     "http://tavrin/fastinfoset/properties/amplification-threshold";
 /// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. Every

@@ -117,7 +117,7 @@ class Decoder : private Cursor {
   }
 
   std::string algorithm(unsigned field) const {
-    return field < 32 ? "" : entry(tables_.algorithms, field - 31);
+    return field < 31 ? "" : entry(tables_.algorithms, field - 30);
   }
 
   /// The text of an encoded string; of an application's algorithm nobody knows it.
@@ -133,7 +133,7 @@ class Decoder : private Cursor {
     } else {
       text = {"", true, field, octets};
       algorithm(field);
-      if (field < 32) text.text = valueOf(field, octets).text;
+      if (field < 31) text.text = valueOf(field, octets).text;
     }
     return text;
   }
@@ -163,7 +163,7 @@ class Decoder : private Cursor {
   /// C.14 where an algorithm makes no sense but as text.
   std::string plainString(Lines& table) {
     const Text text = string(table);
-    if (text.isTyped && text.field >= 32) fail("an application's algorithm in a plain string");
+    if (text.isTyped && text.field >= 31) fail("an application's algorithm in a plain string");
     return text.text;
   }
 
@@ -406,7 +406,7 @@ class Decoder : private Cursor {
   void typedAttribute(const Text& value, std::string& list, Lines& typed) {
     if (value.field == 9) fail("cdata in an attribute");
     list += ", " + show(algorithm(value.field)) + ", " + std::to_string(value.field) + ", ";
-    if (value.field >= 32) {
+    if (value.field >= 31) {
       list += "octets{" + EventLog::showOctets(value.octets) + "}";
       return;
     }
@@ -440,7 +440,7 @@ class Decoder : private Cursor {
   void characters(const std::string& text) { line("characters(" + show(text) + ")"); }
 
   void typedContent(const Text& text) {
-    if (text.field >= 32) {
+    if (text.field >= 31) {
       line("octets(" + show(algorithm(text.field)) + ", " + std::to_string(text.field) + ", " +
            EventLog::showOctets(text.octets) + ")");
       return;

@@ -222,13 +222,15 @@ std::string repeated(std::size_t size, std::size_t times) {
 
 TEST(X891ReaderLimits, RepeatedStringIsStopped) {
   Tavrin::XMLReader_X891 reader;
-  // The element counts 4 octets, both events of it. The comment is delivered until 8 MiB are
-  // passed, and until that is more than 1000 octets for each that was read.
+  // The element counts 4 octets, both events of it, and the comment each time it comes from the
+  // table. It is delivered until 8 MiB are passed, and until that is more than 1000 octets for each
+  // that was read.
   constexpr std::size_t kSize = 100000;
   const std::size_t head = 8 + 6 + kSize;
-  // After n comments, 4 + n * 100000 octets are delivered and head + 2 * (n - 1) read.
+  // After n comments, these many octets are from the table, and head + 2 * (n - 1) read.
   std::size_t n = 1;
-  while (4 + n * kSize <= 8 * kMebi || 4 + n * kSize <= 1000 * (head + 2 * (n - 1))) ++n;
+  const auto fromTable = [&] { return 4 + (n - 1) * kSize; };
+  while (fromTable() <= 8 * kMebi || fromTable() <= 1000 * (head + 2 * (n - 1))) ++n;
   EXPECT_EQ("SAXParseException: " + std::string(kAmplified) +
                 " (-1:" + std::to_string(head + 2 * (n - 1)) + ")",
             parse(reader, repeated(kSize, 2000)).end);
@@ -239,12 +241,12 @@ TEST(X891ReaderLimits, RepeatedStringIsStopped) {
 TEST(X891ReaderLimits, ThresholdAndFactorDecideTogether) {
   Tavrin::XMLReader_X891 reader;
   set<double>(reader, amplificationFactor, 1);
-  // 4 octets for the element, 300 a comment; 314 octets read behind the first.
-  set<std::uint64_t>(reader, amplificationThreshold, 904);
+  // 4 octets for the element, 300 a comment from the second on; 314 octets read behind the first.
+  set<std::uint64_t>(reader, amplificationThreshold, 604);
   EXPECT_EQ("done", parse(reader, repeated(300, 3)).end);
   EXPECT_EQ("SAXParseException: " + std::string(kAmplified) + " (-1:320)",
             parse(reader, repeated(300, 4)).end);
-  set<std::uint64_t>(reader, amplificationThreshold, 903);
+  set<std::uint64_t>(reader, amplificationThreshold, 603);
   EXPECT_EQ("SAXParseException: " + std::string(kAmplified) + " (-1:318)",
             parse(reader, repeated(300, 3)).end);
   set<double>(reader, amplificationFactor, 1000);

@@ -11,7 +11,7 @@ namespace {
 
 /// Algorithms from here on are the application's: a table in the document names them, and writers
 /// have none.
-constexpr int kFirstApplicationAlgorithm = 32;
+constexpr int kFirstApplicationAlgorithm = 31;
 
 /// Whether a writer keeps all that a document states, and references to entities.
 bool followsStandard(Tavrin::XMLWriter& writer) {

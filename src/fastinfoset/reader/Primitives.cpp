@@ -107,8 +107,7 @@ const StringTable* XMLReader_FI::externalEntries(const Strings* table) const {
 }
 
 void XMLReader_FI::accountForName(const QualifiedName& name) {
-  accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size() +
-             name.whole.size());
+  accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
 }
 
 void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {

@@ -10,7 +10,8 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-/// Only what comes from a table by its index can be delivered far more often than it was read.
+/// Only what comes from a table by its index can be delivered far more often than it was read; and
+/// what an application's algorithm makes counts alike.
 void XMLReader_X891::checkAmplification() const {
   if (fromTables_ <= state_->amplificationThreshold) return;
   if (static_cast<double>(fromTables_) <=
@@ -152,7 +153,10 @@ void XMLReader_X891::deliver(unsigned field, const std::string& uri, const Encod
     encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
   } else if (contentHandler_) {
     const std::string text = value.toString();
-    checkText(text);  // An application's algorithm may give any.
+    if (field >= kDialectX891.firstApplicationAlgorithm) {
+      checkText(text);  // It may be anything, and much.
+      fromTables_ += text.size();
+    }
     deliverCharacters(text);
   }
 }
