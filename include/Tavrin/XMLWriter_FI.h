@@ -266,8 +266,21 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   virtual void missingNamePart(const std::string& part, const char* what) const;
   /// Whether an attribute is a namespace declaration, which startPrefixMapping tells of.
   virtual bool isDeclaration(const Attributes& attributes, int index) const;
-  /// Refuses, before anything is written, what could not be written.
-  virtual void checkElement(const std::string& localName, const Attributes& attributes);
+  /// Refuses the name of an element, before anything of the tag is written.
+  /// @param name  the name
+  /// @param qName how it is given
+  /// @param index its position in the table, or null
+  virtual void checkElementName(const QualifiedName& name, const std::string& qName,
+                                const unsigned int* index);
+  /// Refuses the name of an attribute, likewise.
+  virtual void checkAttributeName(const QualifiedName& name, const std::string& qName,
+                                  const unsigned int* index);
+  /// Refuses the text of an attribute, likewise.
+  virtual void checkValue(const std::string& value) const;
+  /// Refuses the typed value of an attribute, likewise.
+  virtual void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
+  /// Nothing was refused: the tag will be written.
+  virtual void beginTag();
   /// Writes the typed value of an attribute.
   virtual void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
   /// @}
@@ -290,7 +303,11 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   unsigned int findNamePart(const StringIndexMap& table, const std::string& part,
                             const char* builtIn, const char* what) const;
   void encodeNamePart(StringIndexMap& table, const std::string& part, unsigned int index);
-  void encodeElementName(unsigned attributesFlag, const QualifiedName& name);
+  static void assignName(QualifiedName& name, const std::string& uri, const std::string& localName,
+                         const std::string& qName);
+  void takeAttributes(const Attributes& attributes);
+  void encodeTakenAttributes(const Attributes& attributes);
+  void encodeNewAttributeName(const Attributes& attributes, int i);
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
 
@@ -300,7 +317,15 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   const fastinfoset::Dialect& dialect_;
   bool gathers_ = false;
   std::string gathered_;
-  QualifiedName name_;  // Of the item that is being written; its strings keep their memory.
+
+  // Used again for each item; they keep their memory.
+  struct TakenAttribute {
+    int position;
+    const unsigned int* index;  // Of its name, or null. Entries of a table stay where they are.
+  };
+  QualifiedName name_;
+  QualifiedName elementName_;
+  std::vector<TakenAttribute> taken_;  // The attributes that are not declarations.
 
   static const XMLWriterType type_;
 };

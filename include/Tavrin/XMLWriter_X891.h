@@ -167,7 +167,13 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   void addEntry(NameIndexMap& table, const QualifiedName& name) override;
   void missingNamePart(const std::string& part, const char* what) const override;
   bool isDeclaration(const Attributes& attributes, int index) const override;
-  void checkElement(const std::string& localName, const Attributes& attributes) override;
+  void checkElementName(const QualifiedName& name, const std::string& qName,
+                        const unsigned int* index) override;
+  void checkAttributeName(const QualifiedName& name, const std::string& qName,
+                          const unsigned int* index) override;
+  void checkValue(const std::string& value) const override;
+  void checkTypedValue(const std::string& uri, int index, const EncodedData& data) override;
+  void beginTag() override;
   void encodeTypedValue(const std::string& uri, int index, const EncodedData& data) override;
   /// @}
 
@@ -177,14 +183,9 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
 
   void declare(const std::string& prefix, const std::string& uri);
   void takeDeclarations(const Attributes& attributes);
-  void checkStartTag(const std::string& uri, const std::string& localName, const std::string& qName,
-                     const Attributes& attributes);
-  void checkNames(const std::string& uri, const std::string& localName, const std::string& qName,
-                  const Attributes& attributes);
+  static void checkName(const QualifiedName& name);
+  [[noreturn]] static void refuseSpelling(const std::string& qName, const std::string& localName);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
-  void checkDuplicates();
-  void checkValues(const Attributes& attributes);
-  void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
   void checkRoom(std::uint64_t octets, std::uint64_t entries) const;
 
   void beginChildren(const WrittenVocabulary& vocabulary);

@@ -6,6 +6,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "PutInteger.h"
 
 // Integers, strings, names and namespace declarations (X.891, C.12 to C.28), and the tables behind
 // them. An entry's index is the number of positions that were taken up before it.
@@ -59,12 +60,6 @@ std::ostream& XMLWriter_FI::stream() {
 }
 
 void XMLWriter_FI::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
-
-template <typename Encoding>
-void XMLWriter_FI::putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value) {
-  const EncodedInteger integer = encodeInteger(encoding, bits, value);
-  write(integer.octets.data(), integer.length);
-}
 
 void XMLWriter_FI::encodeIndex(int bits, unsigned int index) {
   putInteger(kIndex, static_cast<unsigned>(bits), index);
@@ -213,15 +208,6 @@ void XMLWriter_FI::encodeQualifiedName(int bits, NameIndexMap& table, const Qual
     encodeNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaceIndex);
   }
   encodeIdentifier(&vocabulary_.localNames, name.localName);
-}
-
-void XMLWriter_FI::encodeElementName(unsigned attributesFlag, const QualifiedName& name) {
-  if (const unsigned* const index = vocabulary_.elementNames.find(name)) {
-    putInteger(kElementIndex, attributesFlag, *index);
-  } else {
-    encodeQualifiedName(static_cast<int>(kLiteralElementName | attributesFlag),
-                        vocabulary_.elementNames, name);
-  }
 }
 
 void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {

@@ -6,6 +6,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "PutInteger.h"
 
 // The events. The octet forms of names, strings and integers are in Primitives.cpp, typed content
 // is in Content.cpp.
@@ -36,6 +37,14 @@ void assignPrefix(std::string& prefix, const std::string& qName) {
 }
 
 }  // namespace
+
+/// Assigns over a name that is used again and again: its strings keep their memory.
+void XMLWriter_FI::assignName(QualifiedName& name, const std::string& uri,
+                              const std::string& localName, const std::string& qName) {
+  assignPrefix(name.prefix, qName);
+  name.namespaceName = uri;
+  name.localName = localName;
+}
 
 bool XMLWriter_FI::isDeclaration(const Attributes& attributes, int index) const {
   constexpr std::string_view kXmlns = namespaces::xmlns;
@@ -130,11 +139,15 @@ void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::stri
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
-  checkElement(localName, attributes);
+  assignName(elementName_, uri, localName, qName);
+  const unsigned* const index = vocabulary_.elementNames.find(elementName_);
+  checkElementName(elementName_, qName, index);
+  takeAttributes(attributes);
+  beginTag();
   flushCharacters();
   flushTerminator(false);
 
-  const bool hasAttributes = countAttributes(attributes) > 0;
+  const bool hasAttributes = !taken_.empty();
   if (out_) {
     unsigned flag = hasAttributes ? kElementAttributes : 0;
     if (!namespaces_.empty()) {
@@ -142,11 +155,13 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
       encodeNamespaces(namespaces_);
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    assignPrefix(name_.prefix, qName);
-    name_.namespaceName = uri;
-    name_.localName = localName;
-    encodeElementName(flag, name_);
-    if (hasAttributes) encodeAttributes(attributes);
+    if (index != nullptr) {
+      putInteger(kElementIndex, flag, *index);
+    } else {
+      encodeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
+                          elementName_);
+    }
+    if (hasAttributes) encodeTakenAttributes(attributes);
   }
   namespaces_.clear();
   // The end of the attributes is owed; it may share an octet with the end of the element.
@@ -173,33 +188,59 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
   return count;
 }
 
-void XMLWriter_FI::checkElement(const std::string& localName, const Attributes& attributes) {
-  checkName(localName);
-  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+/// Looks at attributes before anything of the tag is written: refuses what cannot be, and looks up
+/// their names.
+void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
+  taken_.clear();
   const int length = attributes.getLength();
+  if (length == 0) return;
+  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
   for (int i = 0; i < length; ++i) {
     if (isDeclaration(attributes, i)) continue;
-    checkName(attributes.getLocalName(i));
-    if (typed && typed->getAlgorithmData(i)) {
-      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+    assignName(name_, attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+    const unsigned* const index = vocabulary_.attributeNames.find(name_);
+    checkAttributeName(name_, attributes.getQName(i), index);
+    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+    } else {
+      checkValue(attributes.getValue(i));
     }
+    taken_.push_back({i, index});
   }
 }
 
+void XMLWriter_FI::checkElementName(const QualifiedName& name, const std::string&,
+                                    const unsigned*) {
+  checkName(name.localName);
+}
+
+void XMLWriter_FI::checkAttributeName(const QualifiedName& name, const std::string&,
+                                      const unsigned*) {
+  checkName(name.localName);
+}
+
+void XMLWriter_FI::checkTypedValue(const std::string& uri, int index, const EncodedData&) {
+  algorithmOrThrow(uri, index);
+}
+
+void XMLWriter_FI::checkValue(const std::string&) const {}
+
+void XMLWriter_FI::beginTag() {}
+
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
+  takeAttributes(attributes);
+  encodeTakenAttributes(attributes);
+}
+
+void XMLWriter_FI::encodeTakenAttributes(const Attributes& attributes) {
   const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
-  const int length = attributes.getLength();
-  for (int i = 0; i < length; ++i) {
-    if (isDeclaration(attributes, i)) continue;
-    assignPrefix(name_.prefix, attributes.getQName(i));
-    name_.namespaceName = attributes.getURI(i);
-    name_.localName = attributes.getLocalName(i);
-    if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
+  for (const auto& [i, index] : taken_) {
+    if (index != nullptr) {
       encodeIndex(0, *index);
     } else {
-      encodeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+      encodeNewAttributeName(attributes, i);
     }
-    if (const EncodedData* data = typed ? typed->getAlgorithmData(i) : nullptr) {
+    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
     } else {
       const std::string& value = attributes.getValue(i);
@@ -208,6 +249,16 @@ void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
     }
   }
   pendingTerminator_ = true;
+}
+
+/// Writes a name that was in no table when the tag began. The same one may have come since.
+void XMLWriter_FI::encodeNewAttributeName(const Attributes& attributes, int i) {
+  assignName(name_, attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+  if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
+    encodeIndex(0, *index);
+  } else {
+    encodeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+  }
 }
 
 void XMLWriter_FI::encodeTypedValue(const std::string& uri, int index, const EncodedData& data) {

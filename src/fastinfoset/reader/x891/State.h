@@ -14,6 +14,7 @@
 
 #include "../../../typed/ExactNumbers.h"
 #include "../../../xml/NamespaceBindings.h"
+#include "../../../xml/UniqueAttributes.h"
 #include "RestrictedAlphabet.h"
 
 namespace Tavrin {
@@ -85,10 +86,7 @@ struct XMLReader_X891::State {
     std::map<unsigned, RestrictedAlphabet> alphabets;  // By field, when first used.
 
     xml::NamespaceBindings bindings;
-    /// A number, from 1, for each pair of namespace name and local name of an attribute.
-    std::map<std::pair<std::string, std::string>, std::size_t> attributeIdentities;
-    std::vector<std::uint64_t> lastElement{0};  // By identity: the last element that had it.
-    std::uint64_t elements = 1;                 // How many were begun, and 1.
+    xml::UniqueAttributes attributes;
   };
   Document document;
 };

@@ -67,7 +67,7 @@ void XMLReader_X891::checkBinding(const QualifiedName& name) const {
 
 void XMLReader_X891::checkElementName(QualifiedName& name) {
   State::Document& document = state_->document;
-  ++document.elements;
+  document.attributes.beginTag();
   // It comes again with the end.
   fromTables_ += 2 * (name.namespaceName.size() + name.localName.size() + name.whole.size());
   if (name.bindings == document.bindings.version()) return;
@@ -93,21 +93,16 @@ void XMLReader_X891::checkAttributeName(QualifiedName& name) {
     name.bindings = document.bindings.version();
   }
 
-  if (name.identity == 0) {
-    name.identity =
-        document.attributeIdentities
-            .try_emplace({name.namespaceName, name.localName}, document.lastElement.size())
-            .first->second;
-    if (name.identity == document.lastElement.size()) {
-      // What the table has no place for is remembered here, so it counts here.
-      if (&name == &unlisted_) accountFor(name.namespaceName.size() + name.localName.size());
-      document.lastElement.push_back(0);
+  xml::UniqueAttributes& attributes = document.attributes;
+  if (name.identity == xml::UniqueAttributes::kUnknown) {
+    const std::size_t known = attributes.size();
+    name.identity = attributes.number(name.namespaceName, name.localName);
+    // What the table has no place for is remembered here, so it counts here.
+    if (&name == &unlisted_ && attributes.size() > known) {
+      accountFor(name.namespaceName.size() + name.localName.size());
     }
   }
-  if (document.lastElement[name.identity] == document.elements) {
-    fail("Attribute \"" + name.qName() + "\" is there twice");
-  }
-  document.lastElement[name.identity] = document.elements;
+  if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName() + "\" is there twice");
 }
 
 }  // namespace Tavrin

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "../../../xml/Characters.h"
+#include "../../../xml/PlainOctets.h"
 #include "../../Octets.h"
 #include "Checks.h"
 #include "State.h"
@@ -81,37 +81,41 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
 void XMLWriter_X891::startElement(const std::string& uri, const std::string& localName,
                                   const std::string& qName, const Attributes& attributes) {
   State::Document& document = own_->document;
+  const WriterState state = state_;
+  const bool hadContent = hasContent_;
+  const std::size_t depth = elements_.size();
+  const std::size_t told = namespaces_.size();
+  const std::set<std::string> declared = document.declared;
   own_->mayDeclare = true;
-  if (state_ == Prolog || state_ == AfterDTD || state_ == InElement) {
-    const std::size_t told = namespaces_.size();
-    const std::set<std::string> declared = document.declared;
-    try {
-      checkStartTag(uri, localName, qName, attributes);
-    } catch (...) {
-      namespaces_.resize(told);
-      document.bindings.undo(document.declared.size() - declared.size());
-      document.declared = declared;
-      throw;
+  own_->encodedValues.clear();
+  own_->newOctets = 0;
+  own_->newEntries = 0;
+  try {
+    if (state == Prolog || state == AfterDTD || state == InElement) {
+      if (!document.childrenBegan) own_->vocabulary = prepareVocabulary();
+      takeDeclarations(attributes);
     }
+    XMLWriter_FI::startElement(uri, localName, qName, attributes);
+  } catch (...) {
+    state_ = state;
+    hasContent_ = hadContent;
+    elements_.resize(depth);
+    namespaces_.resize(told);
+    document.bindings.undo(document.declared.size() - declared.size());
+    document.declared = declared;
+    throw;
   }
-  XMLWriter_FI::startElement(uri, localName, qName, attributes);
   sendOctets();
   document.declaredCount.push_back(document.declared.size());
   document.declared.clear();
 }
 
-void XMLWriter_X891::checkStartTag(const std::string& uri, const std::string& localName,
-                                   const std::string& qName, const Attributes& attributes) {
-  std::optional<WrittenVocabulary> vocabulary;
-  if (!own_->document.childrenBegan) vocabulary = prepareVocabulary();
-  takeDeclarations(attributes);
-  checkNames(uri, localName, qName, attributes);
-  checkValues(attributes);
-  if (vocabulary) beginChildren(*vocabulary);
+/// All of the tag was looked at. The first one brings the header.
+void XMLWriter_X891::beginTag() {
+  for (const std::string& part : namespaces_) own_->newOctets += part.size();
+  checkRoom(own_->newOctets, own_->newEntries + namespaces_.size());
+  if (!own_->document.childrenBegan) beginChildren(own_->vocabulary);
 }
-
-/// Done before.
-void XMLWriter_X891::checkElement(const std::string&, const Attributes&) {}
 
 void XMLWriter_X891::endElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName) {
@@ -128,23 +132,17 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
 
 namespace {
 
-/// The part of a qualified name in front of its last colon.
-std::string_view prefixOf(const std::string& qName) {
-  const std::size_t colon = qName.rfind(':');
-  return std::string_view(qName).substr(0, colon == std::string::npos ? 0 : colon);
+/// Whether a qualified name is that of these parts.
+bool isSpelling(const std::string& qName, const std::string& prefix, const std::string& localName) {
+  if (prefix.empty()) return qName == localName || qName.empty();
+  return qName.size() == prefix.size() + 1 + localName.size() && qName.ends_with(localName);
 }
 
-/// @return the prefix
-std::string_view checkLocalName(const std::string& localName, const std::string& qName) {
-  checkNCName(localName);
-  if (qName == localName || qName.empty()) return {};
-  const std::string_view prefix = prefixOf(qName);
-  if (prefix.empty() || qName.size() != prefix.size() + 1 + localName.size() ||
-      !qName.ends_with(localName)) {
-    throw SAXException("The qualified name \"" + qName + "\" does not belong to the local name \"" +
-                       localName + "\"");
-  }
-  return prefix;
+/// The record of a position in a table.
+template <typename Record>
+Record& recordAt(std::vector<Record>& records, std::size_t position) {
+  if (position >= records.size()) records.resize(position + position / 2 + 1);
+  return records[position];
 }
 
 }  // namespace
@@ -162,52 +160,64 @@ void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri
                      "\", not to \"" + uri + "\"");
 }
 
-void XMLWriter_X891::checkNames(const std::string& uri, const std::string& localName,
-                                const std::string& qName, const Attributes& attributes) {
-  checkPrefix(checkLocalName(localName, qName), uri);
-  std::uint64_t octets = qName.size() + uri.size() + localName.size();
-  auto& names = own_->expandedNames;
-  names.clear();
-  const int length = attributes.getLength();
-  for (int i = 0; i < length; ++i) {
-    if (isDeclaration(attributes, i)) continue;
-    const std::string& attributeURI = attributes.getURI(i);
-    const std::string& name = attributes.getLocalName(i);
-    const std::string_view prefix = checkLocalName(name, attributes.getQName(i));
-    if (!prefix.empty()) {
-      checkPrefix(prefix, attributeURI);
-    } else if (!attributeURI.empty()) {
-      throw SAXException("The attribute \"" + name + "\" has the namespace \"" + attributeURI +
-                         "\", but no prefix");
-    }
-    names.emplace_back(name, attributeURI);
-    octets += prefix.size() + attributeURI.size() + 2 * name.size();
-  }
-  checkDuplicates();
-  for (const std::string& part : namespaces_) octets += part.size();
-  // The name and the local name, of each.
-  checkRoom(octets, 2 * (names.size() + 1) + namespaces_.size());
+/// Looks at a name that is new, or in another place than before.
+void XMLWriter_X891::checkName(const QualifiedName& name) {
+  checkNCName(name.localName);
+  if (!name.prefix.empty()) checkNCName(name.prefix);
 }
 
-/// No two attributes may have the same expanded name (Namespaces in XML, section 6.3).
-void XMLWriter_X891::checkDuplicates() {
-  auto& names = own_->expandedNames;
-  constexpr std::size_t kFew = 8;
-  std::size_t twice = names.size();
-  if (names.size() <= kFew) {
-    for (std::size_t i = 1; i < names.size(); ++i) {
-      for (std::size_t k = 0; k < i; ++k) {
-        if (names[i] == names[k]) twice = i;
-      }
-    }
-  } else {
-    std::ranges::sort(names);
-    const auto found = std::ranges::adjacent_find(names);
-    twice = static_cast<std::size_t>(found - names.begin());
+// A name that is in a table is looked at again only where other declarations are in force.
+
+void XMLWriter_X891::checkElementName(const QualifiedName& name, const std::string& qName,
+                                      const unsigned* index) {
+  State::Document& document = own_->document;
+  document.attributes.beginTag();
+  if (!isSpelling(qName, name.prefix, name.localName)) refuseSpelling(qName, name.localName);
+  if (index == nullptr) {
+    own_->newOctets += Hash::sizeOf(name) + name.localName.size();
+    own_->newEntries += 2;
+    checkName(name);
+    checkPrefix(name.prefix, name.namespaceName);
+    return;
   }
-  if (twice == names.size()) return;
-  throw SAXException("The attribute \"" + std::string(names[twice].first) +
-                     "\" stands twice in a start tag");
+  std::uint64_t& bindings = recordAt(document.elementBindings, *index);
+  if (bindings == document.bindings.version()) return;
+  checkPrefix(name.prefix, name.namespaceName);
+  bindings = document.bindings.version();
+}
+
+void XMLWriter_X891::checkAttributeName(const QualifiedName& name, const std::string& qName,
+                                        const unsigned* index) {
+  State::Document& document = own_->document;
+  if (!isSpelling(qName, name.prefix, name.localName)) refuseSpelling(qName, name.localName);
+  State::AttributeRecord fresh;
+  State::AttributeRecord& record = index ? recordAt(document.attributeRecords, *index) : fresh;
+  if (index == nullptr) {
+    own_->newOctets += Hash::sizeOf(name) + name.localName.size();
+    own_->newEntries += 2;
+    checkName(name);
+  }
+  if (record.bindings != document.bindings.version()) {
+    if (!name.prefix.empty()) {
+      checkPrefix(name.prefix, name.namespaceName);
+    } else if (!name.namespaceName.empty()) {
+      throw SAXException("The attribute \"" + name.localName + "\" has the namespace \"" +
+                         name.namespaceName + "\", but no prefix");
+    }
+    record.bindings = document.bindings.version();
+  }
+  if (record.number == xml::UniqueAttributes::kUnknown) {
+    record.number = document.attributes.number(name.namespaceName, name.localName);
+  }
+  if (!document.attributes.take(record.number)) {
+    throw SAXException("The attribute \"" + name.localName + "\" stands twice in a start tag");
+  }
+}
+
+void XMLWriter_X891::refuseSpelling(const std::string& qName, const std::string& localName) {
+  checkNCName(localName);
+  throw SAXException("The qualified name \"" + qName + "\" does not belong to the local name \"" +
+                     localName + "\"");
 }
 
 /// The parts were checked: only a full table lacks one.
@@ -215,18 +225,9 @@ void XMLWriter_X891::missingNamePart(const std::string&, const char*) const {}
 
 // --- Values ---
 
-void XMLWriter_X891::checkValues(const Attributes& attributes) {
-  own_->encodedValues.clear();
-  if (attributes.getLength() == 0) return;
-  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
-  const int length = attributes.getLength();
-  for (int i = 0; i < length; ++i) {
-    if (isDeclaration(attributes, i)) continue;
-    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
-      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
-    } else {
-      checkText(attributes.getValue(i), "an attribute value");
-    }
+void XMLWriter_X891::checkValue(const std::string& value) const {
+  if (xml::plainOctets(value) != value.size() || value.size() > kLongestString) {
+    checkText(value, "an attribute value");
   }
 }
 

@@ -11,6 +11,8 @@
 #include <utility>
 
 #include "../../../xml/NamespaceBindings.h"
+#include "../../../xml/UniqueAttributes.h"
+#include "Vocabulary.h"
 
 namespace Tavrin {
 
@@ -57,6 +59,12 @@ struct XMLWriter_X891::State {
     std::string notationName;
   };
 
+  /// What was found out about the name of an attribute.
+  struct AttributeRecord {
+    std::uint64_t bindings = 0;  // The version of the bindings in which its prefix is right.
+    std::size_t number = xml::UniqueAttributes::kUnknown;
+  };
+
   struct Document {
     bool childrenBegan = false;  // The header and what was held back are written.
     std::vector<PrologItem> prolog;
@@ -65,6 +73,9 @@ struct XMLWriter_X891::State {
     std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
 
     xml::NamespaceBindings bindings;
+    std::vector<std::uint64_t> elementBindings;     // By position: in which the prefix is right.
+    std::vector<AttributeRecord> attributeRecords;  // By position.
+    xml::UniqueAttributes attributes;
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
@@ -77,7 +88,9 @@ struct XMLWriter_X891::State {
   // --- Of the start tag that is being written ---
   bool mayDeclare = true;                 // Whether attributes may be declarations.
   std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
-  std::vector<std::pair<std::string_view, std::string_view>> expandedNames;
+  std::uint64_t newOctets = 0;            // What new names may add to the tables.
+  std::uint64_t newEntries = 0;
+  WrittenVocabulary vocabulary;  // Of the root: the header's.
 };
 
 }  // namespace Tavrin
