@@ -208,7 +208,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   /// An element whose end has not come yet. What a document repeats, it does not copy.
   struct OpenElement {
-    std::size_t position;  // Of its name in the table.
+    std::size_t position = 0;  // Of its name in the table.
     std::unique_ptr<QualifiedName>
         unlisted;          // Its name, if it is in none of the document's tables.
     Strings declarations;  // Prefix, namespace name, prefix, namespace name, ...

@@ -199,6 +199,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   void loadAlgorithms(WrittenVocabulary& written);
   WrittenVocabulary prepareVocabulary();
   void writeVocabulary(const WrittenVocabulary& vocabulary);
+  void writeSurrogates(const std::vector<QualifiedName>& names);
 
   void gather(const std::string& text);
   void checkTypedContent() const;

@@ -92,9 +92,11 @@ void appendAttribute(std::string& out, std::string_view name, std::string_view v
 
 /// A cheap hash: names of one document differ in length or at their ends, most of the time.
 std::size_t hashOf(std::string_view name) {
-  const auto at = [name](std::size_t i) { return static_cast<unsigned char>(name[i]); };
+  const auto at = [name](std::size_t i) {
+    return std::size_t{static_cast<unsigned char>(name[i])};
+  };
   const std::size_t size = name.size();
-  return size == 0 ? 0 : size * 7 + at(0) + at(size / 2) * 5U + at(size - 1) * 3U;
+  return size == 0 ? 0 : size * 7 + at(0) + at(size / 2) * 5 + at(size - 1) * 3;
 }
 
 }  // namespace

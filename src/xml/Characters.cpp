@@ -28,9 +28,9 @@ unsigned octetAt(std::string_view text, std::size_t position) {
 Decoded decode(std::string_view text, std::size_t position) {
   const unsigned first = octetAt(text, position);
   if (first < 0x80) return {first, 1};
-  std::size_t length;
-  char32_t character;
-  char32_t smallest;
+  std::size_t length = 0;
+  char32_t character = 0;
+  char32_t smallest = 0;
   if (first >= 0xC2 && first <= 0xDF) {
     length = 2;
     character = first & 0x1F;

@@ -12,7 +12,7 @@ namespace Tavrin::xml {
 /// such octet.
 inline std::uint64_t notPlain(const char* octets) {
   constexpr std::uint64_t kEach = 0x0101010101010101;
-  std::uint64_t word;
+  std::uint64_t word = 0;
   std::memcpy(&word, octets, sizeof word);
   // Without high bits, a subtraction borrows from the high bit exactly below 0x20.
   return (word | (word - kEach * 0x20)) & kEach * 0x80;

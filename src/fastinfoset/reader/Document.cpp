@@ -119,7 +119,7 @@ void XMLReader_FI::decodeAdditionalData() {
     std::string data;
     decodeIdentifier(nullptr, identifier);
     decodeIdentifier(nullptr, data);
-    deliverUnused('"' + identifier + "\" = \"" + data + '"');
+    deliverUnused(std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
   }
 }
 

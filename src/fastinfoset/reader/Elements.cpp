@@ -64,7 +64,7 @@ bool XMLReader_FI::startElement(int octet) {
   }
 
   const unsigned nameBits = nameOctet & kElementNameBits;
-  QualifiedName* name;
+  QualifiedName* name = nullptr;
   if (nameBits <= kLastElementIndex) {
     name = &elementNameAt(decodeElementIndex(static_cast<int>(nameBits)));
   } else if ((nameBits & kLiteralElementName) == kLiteralElementName) {

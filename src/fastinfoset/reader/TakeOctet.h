@@ -13,7 +13,7 @@ namespace Tavrin {
 
 /// The next octet, or the end of the stream.
 inline int XMLReader_FI::nextOctet() {
-  int octet;
+  int octet = 0;
   try {
     octet = buffer_->sbumpc();
   } catch (...) {

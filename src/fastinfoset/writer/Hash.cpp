@@ -39,7 +39,7 @@ std::uint64_t hashOf(const std::string& text, std::uint64_t begin, std::uint64_t
   std::uint64_t hash = mix(begin ^ text.size(), factor);
   const char* next = text.data();
   std::size_t left = text.size();
-  std::uint64_t word;
+  std::uint64_t word = 0;
   for (; left >= sizeof word; left -= sizeof word, next += sizeof word) {
     std::memcpy(&word, next, sizeof word);
     hash = mix(hash ^ word, factor);

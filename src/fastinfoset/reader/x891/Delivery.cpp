@@ -33,7 +33,7 @@ void XMLReader_X891::deliverNotation(const std::string& name, const std::string&
   if (publicId.empty() && systemId.empty()) fail("Notation without an identifier");
   accountFor(name.size() + publicId.size() + systemId.size());
   state_->document.isHoldingBack = true;
-  state_->document.declarations.push_back([=, this](const std::string&) {
+  state_->document.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
   });
 }
@@ -44,7 +44,7 @@ void XMLReader_X891::deliverUnparsedEntity(const std::string& name, const std::s
   checkIdentifiers(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + notationName.size());
   state_->document.isHoldingBack = true;
-  state_->document.declarations.push_back([=, this](const std::string&) {
+  state_->document.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
   });
 }
@@ -57,7 +57,7 @@ void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::str
   }
   document.hasDocumentType = true;
   document.isHoldingBack = true;
-  document.prolog.push_back([=, this](const std::string& rootName) {
+  document.prolog.emplace_back([=, this](const std::string& rootName) {
     if (lexicalHandler_) lexicalHandler_->startDTD(rootName, publicId, systemId);
   });
   std::ranges::move(document.declarations, std::back_inserter(document.prolog));
@@ -65,7 +65,7 @@ void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::str
 }
 
 void XMLReader_X891::deliverEndDTD() {
-  state_->document.prolog.push_back([this](const std::string&) {
+  state_->document.prolog.emplace_back([this](const std::string&) {
     if (lexicalHandler_) lexicalHandler_->endDTD();
   });
 }
@@ -90,7 +90,7 @@ void XMLReader_X891::deliverComment(const std::string& text) {
   checkAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(text.size());
-    state_->document.prolog.push_back([=, this](const std::string&) {
+    state_->document.prolog.emplace_back([=, this](const std::string&) {
       if (lexicalHandler_) lexicalHandler_->comment(text);
     });
   } else if (lexicalHandler_) {
@@ -107,7 +107,7 @@ void XMLReader_X891::deliverInstruction(const std::string& target, const std::st
   checkAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(target.size() + data.size());
-    state_->document.prolog.push_back([=, this](const std::string&) {
+    state_->document.prolog.emplace_back([=, this](const std::string&) {
       if (contentHandler_) contentHandler_->processingInstruction(target, data);
     });
   } else if (contentHandler_) {

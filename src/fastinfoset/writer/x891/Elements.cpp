@@ -33,7 +33,7 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   if (!reason.empty()) throw SAXException(reason);
   if (!prefix.empty()) checkNCName(prefix);
   checkText(uri, "a namespace name");
-  if (document.declared.count(prefix) != 0) {
+  if (document.declared.contains(prefix)) {
     throw SAXException("The prefix \"" + prefix + "\" is declared twice");
   }
   document.declared.insert(prefix);
@@ -69,8 +69,7 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
                                         : attributes.getLocalName(i);
     if (!isXmlns(qName) && prefix == "xmlns") prefix.clear();
     const std::string& uri = attributes.getValue(i);
-    const bool isTold =
-        document.declared.count(prefix) != 0 && document.bindings.find(prefix) == uri;
+    const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
     if (!isTold) declare(prefix, uri);
   }
   own_->mayDeclare = declares;

@@ -207,7 +207,7 @@ void XMLWriter_X891::loadAlgorithms(WrittenVocabulary& written) {
   for (const std::string& uri : written.encodingAlgorithms) name(uri);
   if (own_->registeredAlgorithms != nullptr) {
     for (const auto& [uri, algorithm] : *own_->registeredAlgorithms) {
-      if (fields.count(uri) != 0) continue;
+      if (fields.contains(uri)) continue;
       if (uri.empty()) throw SAXException("An encoding algorithm is registered without a URI");
       checkURI(uri);
       name(uri);
@@ -244,19 +244,22 @@ void XMLWriter_X891::writeVocabulary(const WrittenVocabulary& vocabulary) {
     putItemCount(static_cast<std::uint32_t>(table->size()));
     for (const std::string& entry : *table) encodeString(nullptr, false, entry);
   }
-  for (const std::vector<QualifiedName>* const table :
-       {&vocabulary.elementNames, &vocabulary.attributeNames}) {
-    if (table->empty()) continue;
-    putItemCount(static_cast<std::uint32_t>(table->size()));
-    for (const QualifiedName& name : *table) {
-      put((name.prefix.empty() ? 0 : kPrefixPresent) |
-          (name.namespaceName.empty() ? 0 : kNamespacePresent));
-      if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));
-      if (!name.namespaceName.empty()) {
-        encodeIndex(0, vocabulary_.namespaceNames.at(name.namespaceName));
-      }
-      encodeIndex(0, vocabulary_.localNames.at(name.localName));
+  writeSurrogates(vocabulary.elementNames);
+  writeSurrogates(vocabulary.attributeNames);
+}
+
+/// Writes names as the indexes of their parts (C.16).
+void XMLWriter_X891::writeSurrogates(const std::vector<QualifiedName>& names) {
+  if (names.empty()) return;
+  putItemCount(static_cast<std::uint32_t>(names.size()));
+  for (const QualifiedName& name : names) {
+    put((name.prefix.empty() ? 0 : kPrefixPresent) |
+        (name.namespaceName.empty() ? 0 : kNamespacePresent));
+    if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));
+    if (!name.namespaceName.empty()) {
+      encodeIndex(0, vocabulary_.namespaceNames.at(name.namespaceName));
     }
+    encodeIndex(0, vocabulary_.localNames.at(name.localName));
   }
 }
 
