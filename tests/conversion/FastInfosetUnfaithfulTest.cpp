@@ -7,13 +7,14 @@ constexpr char kKeyboards[] = "/usr/share/X11/xkb/rules/evdev.xml";  // From xkb
 // From dpkg: a text in many languages.
 constexpr char kPolicy[] = "/usr/share/polkit-1/actions/org.dpkg.pkexec.update-alternatives.policy";
 
-/// Documents that do not come through Fast Infoset as they are. What comes out is fixed all the
-/// same: reader and writer agree on it octet for octet.
+/// Documents that do not come through the types "FI" as they are. What comes out is fixed all the
+/// same: reader and writer agree on it octet for octet. Text is read by "Expat" and written by
+/// "XML".
 class FastInfosetUnfaithful : public Workplace {
  protected:
   /// The octets of a document behind the header.
   std::string encoded(const std::string& document) {
-    const Result result = run({"convert", "--to", "FI", "-"}, document);
+    const Result result = run({"convert", "--from", "Expat", "--to", "FI", "-"}, document);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.out.substr(0, 5), octets("E0 00 00 01 00"));
@@ -21,7 +22,8 @@ class FastInfosetUnfaithful : public Workplace {
   }
 
   Result decoded(const std::string& written) {
-    return run({"convert", "--no-declaration", "-"}, octets("E0 00 00 01 00 " + written));
+    return run({"convert", "--from", "FI", "--to", "XML", "--no-declaration", "-"},
+               octets("E0 00 00 01 00 " + written));
   }
 };
 
@@ -47,8 +49,9 @@ std::string encodedLetters(int count) {
 TEST_F(FastInfosetUnfaithful, TakesTheFirstSixteenShortTextsAgain) {
   const std::string document = "<a>" + letters(16) + "<b>P</b></a>";
   EXPECT_EQ(encoded(document), octets("3C 00 'a'") + encodedLetters(16) + octets("F0 01 AF FF F0"));
-  EXPECT_EQ(run({"convert", "-", "copy.fi"}, document), silent(0));
-  EXPECT_EQ(run({"diff", "copy.fi", "-"}, document), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", "-", "copy.fi"}, document), silent(0));
+  EXPECT_EQ(run({"diff", "--from-a", "FI", "--from-b", "Expat", "copy.fi", "-"}, document),
+            silent(0));
 }
 
 // Index 16 is written as A0 00: index 0, then an element of the first name.
@@ -56,17 +59,17 @@ TEST_F(FastInfosetUnfaithful, TakesTheSeventeenthForTheFirstAndAnElement) {
   const std::string document = "<a>" + letters(17) + "<b>Q</b></a>";
   EXPECT_EQ(encoded(document),
             octets("3C 00 'a'") + encodedLetters(17) + octets("F0 01 A0 00 FF F0"));
-  EXPECT_EQ(run({"convert", "-", "copy.fi"}, document), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", "-", "copy.fi"}, document), silent(0));
   // 5 octets of header, 3 and 5 up to the first text, 4 for each of the others.
-  EXPECT_EQ(run({"diff", "-", "copy.fi"}, document),
+  EXPECT_EQ(run({"diff", "--from-a", "Expat", "--from-b", "FI", "-", "copy.fi"}, document),
             (Result{1, "-:1:143: characters(\"Q\")\ncopy.fi: octet 80: characters(\"A\")\n", ""}));
 }
 
 TEST_F(FastInfosetUnfaithful, CannotReadTheKeyboardRegistryBack) {
   ASSERT_TRUE(std::filesystem::exists(kKeyboards)) << "install Debian's package xkb-data";
-  EXPECT_EQ(run({"convert", kKeyboards, "copy.fi"}), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", kKeyboards, "copy.fi"}), silent(0));
   EXPECT_EQ(readFile("copy.fi").substr(0, 5), octets("E0 00 00 01 00"));
-  const Result failed = run({"convert", "copy.fi", "copy.xml"});
+  const Result failed = run({"convert", "--from", "FI", "--to", "XML", "copy.fi", "copy.xml"});
   EXPECT_EQ(failed.status, 1);
   EXPECT_EQ(failed.out, "");
   EXPECT_TRUE(failed.err.starts_with("copy.fi: octet "));
@@ -92,12 +95,12 @@ TEST_F(FastInfosetUnfaithful, ReadsSuchANameWhereItIsWrittenInItsParts) {
 
 TEST_F(FastInfosetUnfaithful, CannotReadTheTextOfAPolicyInManyLanguages) {
   ASSERT_TRUE(std::filesystem::exists(kPolicy)) << kPolicy << " is missing: Debian's package dpkg";
-  EXPECT_EQ(run({"convert", kPolicy, "copy.fi"}), silent(0));
-  EXPECT_EQ(run({"diff", kPolicy, "copy.fi"}), silent(0));
-  EXPECT_EQ(run({"convert", "copy.fi", "copy.xml"}), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", kPolicy, "copy.fi"}), silent(0));
+  EXPECT_EQ(run({"diff", "--from-a", "Expat", "--from-b", "FI", kPolicy, "copy.fi"}), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "FI", "--to", "XML", "copy.fi", "copy.xml"}), silent(0));
   // The ninth line has the first of these names, and is the seventh now; the name goes on in the
   // next.
-  EXPECT_EQ(run({"check", "copy.xml"}),
+  EXPECT_EQ(run({"check", "--from", "Expat", "copy.xml"}),
             (Result{1, "", "copy.xml:8:1: not well-formed (invalid token)\n"}));
 }
 
@@ -113,7 +116,7 @@ TEST_F(FastInfosetUnfaithful, LacksTheDocumentType) {
 TEST_F(FastInfosetUnfaithful, HasNoNameForTheDocumentType) {
   const Result result = decoded("83 00 's' 00 'p' F0 3C 00 'a' FF");
   EXPECT_EQ(result, printed("<!DOCTYPE  PUBLIC \"p\" \"s\"><a/>"));
-  EXPECT_EQ(run({"check", "-"}, result.out).status, 1);
+  EXPECT_EQ(run({"check", "--from", "Expat", "-"}, result.out).status, 1);
 }
 
 TEST_F(FastInfosetUnfaithful, HasTheTextInFrontOfACDATASectionInIt) {
@@ -125,8 +128,10 @@ TEST_F(FastInfosetUnfaithful, HasTheTextInFrontOfACDATASectionInIt) {
 
 // The end of a CDATA section may stand in text, but not in the section that text becomes part of.
 TEST_F(FastInfosetUnfaithful, CannotWriteTextThatWouldEndACDATASection) {
-  EXPECT_EQ(run({"convert", "-", "copy.fi"}, "<a>]]&gt;<![CDATA[1]]></a>"), silent(0));
-  EXPECT_EQ(run({"convert", "copy.fi", "copy.xml"}),
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", "-", "copy.fi"},
+                "<a>]]&gt;<![CDATA[1]]></a>"),
+            silent(0));
+  EXPECT_EQ(run({"convert", "--from", "FI", "--to", "XML", "copy.fi", "copy.xml"}),
             (Result{1, "", "copy.fi: octet 15: You cannot put \"]]>\" into a CDATA section\n"}));
   EXPECT_EQ(files(), Names{"copy.fi"});
 }
@@ -138,6 +143,7 @@ TEST_F(FastInfosetUnfaithful, IsFaithfulToPrefixesThatAreDeclaredAgain) {
   EXPECT_EQ(encoded(document), octets("38 CF 00 'p' 04 'urn:1' F0 3F 81 81 00 'a' "
                                       "38 CF 80 04 'urn:2' F0 3F 81 82 00 'b' 3F 81 82 00 'c' FF "
                                       "3F 81 81 00 'd' FF F0"));
-  EXPECT_EQ(run({"convert", "-", "copy.fi"}, document), silent(0));
-  EXPECT_EQ(run({"convert", "--no-declaration", "copy.fi"}), printed(document));
+  EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "FI", "-", "copy.fi"}, document), silent(0));
+  EXPECT_EQ(run({"convert", "--from", "FI", "--to", "XML", "--no-declaration", "copy.fi"}),
+            printed(document));
 }

@@ -16,6 +16,7 @@ usage() {
 }
 (($# == 1 || $# == 2)) && [[ -d $1 ]] || usage
 folder=$1
+[[ $folder == -* ]] && folder=./$folder  # Or find takes it for an option.
 here=$(dirname "${BASH_SOURCE[0]}")
 
 tool=${2-}

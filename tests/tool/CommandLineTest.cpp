@@ -22,7 +22,10 @@ TEST_F(CommandLine, TellsTheVersionOfTheLibrary) {
 }
 
 TEST_F(CommandLine, ListsTheRegisteredTypes) {
-  EXPECT_EQ(run({"types"}), (Result{0, "reader Expat\nreader FI\nwriter FI\nwriter XML\n", ""}));
+  EXPECT_EQ(run({"types"}), (Result{0,
+                                    "reader Expat\nreader FI\nreader X891\nreader XML10\n"
+                                    "writer FI\nwriter X891\nwriter XML\nwriter XML10\n",
+                                    ""}));
 }
 
 TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
@@ -54,7 +57,25 @@ TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
       {{"convert", "a.xml", "--json"},
        "unexpected argument \"--json\" (see tavrin convert --help)"},
       {{"check"}, "FILE is required (see tavrin check --help)"},
-      {{"check", "--from", "Expat"}, "unexpected argument \"--from\" (see tavrin check --help)"},
+      {{"check", "--from", "Expat"}, "FILE is required (see tavrin check --help)"},
+      {{"check", "--to", "XML", "a.xml"}, "unexpected argument \"--to\" (see tavrin check --help)"},
+      {{"check", "a.xml", "--from"}, "--from: 1 required TYPE missing (see tavrin check --help)"},
+      {{"check", "--entities=no", "a.xml"},
+       "entities was given a disallowed flag override (see tavrin check --help)"},
+      {{"events", "a.xml", "--from"}, "--from: 1 required TYPE missing (see tavrin events --help)"},
+      {{"events", "--entities", "a.xml"},
+       "unexpected argument \"--entities\" (see tavrin events --help)"},
+      {{"stat", "a.xml", "--from"}, "--from: 1 required TYPE missing (see tavrin stat --help)"},
+      {{"stat", "--entities", "a.xml"},
+       "unexpected argument \"--entities\" (see tavrin stat --help)"},
+      {{"diff", "--from", "Expat", "a.xml", "a.xml"},
+       "unexpected argument \"--from\" (see tavrin diff --help)"},
+      {{"diff", "a.xml", "a.xml", "--from-a"},
+       "--from-a: 1 required TYPE missing (see tavrin diff --help)"},
+      {{"diff", "a.xml", "a.xml", "--from-b"},
+       "--from-b: 1 required TYPE missing (see tavrin diff --help)"},
+      {{"convert", "a.xml", "b.x3db", "--indent"},
+       "Feature \"http://tavrin/sax/features/auto-indent\" not recognized"},
       {{"convert", "a.xml", "b.fi", "--indent"},
        "Feature \"http://tavrin/sax/features/auto-indent\" not recognized"},
       {{"convert", "a.xml", "--to", "FI", "--no-declaration"},
@@ -83,6 +104,12 @@ TEST_F(CommandLine, PassesTheRegistrysRefusalOn) {
             misuse("Unknown XML Writer: \"Bogus\""));
   EXPECT_EQ(run({"convert", "a.xml", "--from", "XML"}), misuse("Unknown XML Reader: \"XML\""));
   EXPECT_EQ(run({"convert", "a.xml", "--to", "Expat"}), misuse("Unknown XML Writer: \"Expat\""));
+  const Result unknown = misuse("Unknown XML Reader: \"Bogus\"");
+  EXPECT_EQ(run({"check", "--from", "Bogus", "a.xml"}), unknown);
+  EXPECT_EQ(run({"events", "--from", "Bogus", "a.xml"}), unknown);
+  EXPECT_EQ(run({"stat", "--from", "Bogus", "a.xml"}), unknown);
+  EXPECT_EQ(run({"diff", "--from-a", "Bogus", "a.xml", "a.xml"}), unknown);
+  EXPECT_EQ(run({"diff", "--from-b", "Bogus", "a.xml", "a.xml"}), unknown);
   EXPECT_EQ(files(), Names{"a.xml"});
 }
 

@@ -32,8 +32,9 @@ comment("before")
 startDTD("p:a", "pub", "a.dtd")
 comment("within")
 processingInstruction("in", "it")
-skippedEntity("gone")
+skippedEntity("%gone")
 resolveEntity("pub", "a.dtd")
+skippedEntity("[dtd]")
 endDTD()
 processingInstruction("target", "some data")
 startPrefixMapping("p", "urn:x")
@@ -63,8 +64,9 @@ TEST_F(Events, AreOneObjectALineInJSON) {
 {"event":"startDTD","name":"p:a","publicId":"pub","systemId":"a.dtd"}
 {"event":"comment","text":"within"}
 {"event":"processingInstruction","target":"in","data":"it"}
-{"event":"skippedEntity","name":"gone"}
+{"event":"skippedEntity","name":"%gone"}
 {"event":"resolveEntity","publicId":"pub","systemId":"a.dtd"}
+{"event":"skippedEntity","name":"[dtd]"}
 {"event":"endDTD"}
 {"event":"processingInstruction","target":"target","data":"some data"}
 {"event":"startPrefixMapping","prefix":"p","uri":"urn:x"}
@@ -94,8 +96,8 @@ TEST_F(Events, IncludeDeclarationsOnlyWhereTheyAreWanted) {
       "<!ENTITY e 'a \"text\"'><!ENTITY % p 'q'>]><a/>";
   const std::string end =
       "endDTD()\n"
-      "startElement(\"\", \"a\", \"a\", [{\"\", \"y\", \"y\", \"CDATA\", \"on\"}, "
-      "{\"\", \"z\", \"z\", \"CDATA\", \"z\"}])\n"
+      "startElement(\"\", \"a\", \"a\", [{\"\", \"y\", \"y\", \"NMTOKEN\", \"on\"}, "
+      "{\"\", \"z\", \"z\", \"NMTOKEN\", \"z\"}])\n"
       "endElement(\"\", \"a\", \"a\")\n"
       "endDocument()\n";
   EXPECT_EQ(events(document), (Result{0,
@@ -136,24 +138,43 @@ TEST_F(Events, NameTheArgumentsOfDeclarationsInJSON) {
                     ""}));
 }
 
-TEST_F(Events, StopAtDeclarationsWithASystemIdentifier) {
+TEST_F(Events, StopAtDeclarationsWithASystemIdentifierInTheReaderExpat) {
   const std::string start = "startDocument()\nstartDTD(\"a\", \"\", \"\")\n";
   for (const std::string declaration :
        {"<!NOTATION n SYSTEM 'n'>", "<!ENTITY e SYSTEM 'e'>", "<!ENTITY % p SYSTEM 'p'>"}) {
     SCOPED_TRACE(declaration);
     const std::string document = "<!DOCTYPE a [" + declaration + "]><a/>";
-    EXPECT_EQ(events(document), (Result{0,
-                                        start + "endDTD()\n"
-                                                "startElement(\"\", \"a\", \"a\", [])\n"
-                                                "endElement(\"\", \"a\", \"a\")\n"
-                                                "endDocument()\n",
-                                        ""}));
-    const Result result = events(document, {"--declarations"});
+    EXPECT_EQ(events(document, {"--from", "Expat"}),
+              (Result{0,
+                      start + "endDTD()\n"
+                              "startElement(\"\", \"a\", \"a\", [])\n"
+                              "endElement(\"\", \"a\", \"a\")\n"
+                              "endDocument()\n",
+                      ""}));
+    const Result result = events(document, {"--from", "Expat", "--declarations"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, start);
     // The column is where expat stood when it was told to stop.
     EXPECT_THAT(result.err, testing::MatchesRegex("-:1:[0-9]+: parsing aborted\n"));
   }
+}
+
+TEST_F(Events, IncludeDeclarationsWithASystemIdentifier) {
+  EXPECT_EQ(events("<!DOCTYPE a [<!NOTATION n PUBLIC 'p'><!ENTITY e PUBLIC 'p' 'e'>"
+                   "<!ENTITY % p SYSTEM 'p'><!ENTITY u SYSTEM 'u' NDATA n>]><a/>",
+                   {"--declarations"}),
+            (Result{0,
+                    "startDocument()\n"
+                    "startDTD(\"a\", \"\", \"\")\n"
+                    "notationDecl(\"n\", \"p\", \"\")\n"
+                    "externalEntityDecl(\"e\", \"p\", \"e\")\n"
+                    "externalEntityDecl(\"%p\", \"\", \"p\")\n"
+                    "unparsedEntityDecl(\"u\", \"\", \"u\", \"n\")\n"
+                    "endDTD()\n"
+                    "startElement(\"\", \"a\", \"a\", [])\n"
+                    "endElement(\"\", \"a\", \"a\")\n"
+                    "endDocument()\n",
+                    ""}));
 }
 
 TEST_F(Events, ShowReferencesToExternalEntities) {
@@ -164,6 +185,7 @@ TEST_F(Events, ShowReferencesToExternalEntities) {
                     "endDTD()\n"
                     "startElement(\"\", \"a\", \"a\", [])\n"
                     "resolveEntity(\"p\", \"s\")\n"
+                    "skippedEntity(\"e\")\n"
                     "endElement(\"\", \"a\", \"a\")\n"
                     "endDocument()\n",
                     ""}));

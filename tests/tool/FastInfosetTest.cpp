@@ -22,12 +22,13 @@ Result failed(const std::string& message) { return {1, "", message + "\n"}; }
 }  // namespace
 
 TEST_F(FastInfoset, IsWrittenToFilesThatAreNamedSo) {
-  for (const std::string name : {"out.fi", "out.finf", ".fi", "a.xml.fi"}) {
+  for (const std::string name : {"out.fi", "out.finf", "out.x3db", ".fi", ".x3db", "a.xml.fi"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(run({"convert", "-", name}, kText), silent(0));
     EXPECT_EQ(readFile(name), binary());
   }
-  for (const std::string name : {"fi", "out.FI", "out.fi.xml", "out.finfo", "finf"}) {
+  for (const std::string name :
+       {"fi", "out.FI", "out.fi.xml", "out.finfo", "finf", "x3db", "out.x3d", "out.x3dbx"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(run({"convert", "--no-declaration", "-", name}, kText), silent(0));
     EXPECT_EQ(readFile(name), kText);
@@ -62,6 +63,7 @@ TEST_F(FastInfoset, IsReadAsTextOnlyWhereThatIsAskedFor) {
 }
 
 TEST_F(FastInfoset, IsCopiedOctetForOctet) {
+  EXPECT_EQ(run({"convert", "--to", "X891", "-"}, binary()), (Result{0, binary(), ""}));
   EXPECT_EQ(run({"convert", "--to", "FI", "-"}, binary()), (Result{0, binary(), ""}));
 }
 
@@ -90,6 +92,7 @@ TEST_F(FastInfoset, FailsAtTheOctetThatIsWrong) {
   const struct {
     const char* document;
     const char* message;
+    const char* messageOfFI = message;  ///< Where the reader "FI" says something else.
   } cases[] = {
       {"E0 00 00 02 00", "octet 4: Not a Fast Infoset document"},
       {"E0 00 01 01 00", "octet 3: Not a Fast Infoset document"},
@@ -100,20 +103,32 @@ TEST_F(FastInfoset, FailsAtTheOctetThatIsWrong) {
        "octet 9: Error when decoding character chunk - invalid index"},
       {"E0 00 00 01 00 3C 00 'a' B9", "octet 9: Error when decoding character chunk"},
       {"E0 00 00 01 00 3C 00 'a' F0 3C", "octet 10: Found more than one element on the top level"},
-      {"E0 00 00 01 00 7C 00 'a' 78 00 'x' 30 80", "octet 13: Unknown encoding algorithm - "},
+      {"E0 00 00 01 00 7C 00 'a' 78 00 'x' 30 A0", "octet 13: Reserved encoding algorithm 11",
+       "octet 13: Unknown encoding algorithm - "},
       {"E0 00 00 01 00 3C 00 'a' 8C 0A 00 010203",
+       "octet 14: Invalid length for encoded short data",
        "octet 11: Invalid length for encoded short data"},
       // Lengths of 4 GiB that nothing follows.
-      {"E0 00 00 01 00 3C 00 'a' 83 FFFFFFFF 'x'", "octet 14: Unexpected end of document"},
-      {"E0 00 00 01 00 3C 60 FFFFFFFF 'x'", "octet 12: Unexpected end of document"},
-      {"E0 00 00 01 00 3C 00 'a' 8C 07 FFFF0000 'x'", "octet 15: Unexpected end of document"},
+      {"E0 00 00 01 00 3C 00 'a' 83 FFFFFFFF 'x'",
+       "octet 13: Literal longer than 1073741824 octets", "octet 14: Unexpected end of document"},
+      {"E0 00 00 01 00 3C 60 FFFFFFFF 'x'", "octet 11: Literal longer than 1073741824 octets",
+       "octet 12: Unexpected end of document"},
+      {"E0 00 00 01 00 3C 00 'a' 8C 07 FFFF0000 'x'",
+       "octet 14: Literal longer than 1073741824 octets", "octet 15: Unexpected end of document"},
       {"E0 00 00 01 00 3C 00 'a' 8C 07 FFFFFFFF 'x'",
        "octet 14: Encoded data longer than 4294967295 octets"},
+      // A length of 1 GiB, less the 259 that its form adds, is as long as may be.
+      {"E0 00 00 01 00 3C 00 'a' 83 3FFFFEFD 'x'", "octet 14: Unexpected end of document"},
+      {"E0 00 00 01 00 3C 00 'a' 83 3FFFFEFE 'x'",
+       "octet 13: Literal longer than 1073741824 octets", "octet 14: Unexpected end of document"},
   };
-  for (const auto& [document, message] : cases) {
+  for (const auto& [document, message, messageOfFI] : cases) {
     SCOPED_TRACE(document);
     writeFile("in.fi", octets(document));
     const std::string line = std::string("in.fi: ") + message;
+    const std::string lineOfFI = std::string("in.fi: ") + messageOfFI;
+    EXPECT_EQ(run({"check", "--from", "FI", "in.fi"}), failed(lineOfFI));
+    EXPECT_EQ(run({"convert", "--from", "FI", "in.fi", "out.xml"}), failed(lineOfFI));
     EXPECT_EQ(run({"check", "in.fi"}), failed(line));
     EXPECT_EQ(run({"convert", "in.fi", "out.xml"}), failed(line));
     EXPECT_EQ(run({"convert", "in.fi", "out.fi"}), failed(line));
@@ -123,13 +138,22 @@ TEST_F(FastInfoset, FailsAtTheOctetThatIsWrong) {
 }
 
 TEST_F(FastInfoset, FailsWhereItHoldsWhatTextCannot) {
-  EXPECT_EQ(run({"convert", "-", "out.xml"}, typed::element("8C 26 00 ']]>'")),
+  EXPECT_EQ(run({"convert", "--to", "XML", "-", "out.xml"}, typed::element("8C 26 00 ']]>'")),
             failed("-: octet 14: You cannot put \"]]>\" into a CDATA section"));
-  EXPECT_EQ(run({"convert", "-", "out.xml"}, typed::element("E2 02 '-->'")),
+  EXPECT_EQ(run({"convert", "--from", "FI", "--to", "XML", "-", "out.xml"},
+                typed::element("E2 02 '-->'")),
             failed("-: octet 13: You cannot put \"-->\" into a comment"));
+  EXPECT_EQ(run({"convert", "--from", "FI", "-", "out.xml"}, typed::element("E2 02 '-->'")),
+            failed("-: octet 13: You cannot put \"-->\" into a comment"));
+  EXPECT_EQ(run({"convert", "-", "out.xml"}, typed::element("E2 02 '-->'")),
+            failed("-: octet 13: Comment with \"--\" or \"-\" at its end"));
   EXPECT_EQ(files(), Names{});
+  // Such a section is written in two.
+  EXPECT_EQ(run({"convert", "--no-declaration", "-"}, typed::element("8C 26 00 ']]>'")),
+            (Result{0, "<a><![CDATA[]]]]><![CDATA[>]]></a>", ""}));
 }
 
+// The reader "FI" has no event for them.
 TEST_F(FastInfoset, HasWhatNobodyTakesPrintedBesideTheCopy) {
   // A version, then a reference to an entity: name, system identifier and public identifier.
   const std::string document =
@@ -137,8 +161,11 @@ TEST_F(FastInfoset, HasWhatNobodyTakesPrintedBesideTheCopy) {
   const std::string diagnostics =
       "decodeVersion - \"1.0\"\n"
       "unexpanded entity reference - name = \"e\", systemID = \"s\", publicID = \"p\"\n";
-  EXPECT_EQ(run({"convert", "--no-declaration", "-"}, document), (Result{0, "<a/>", diagnostics}));
-  EXPECT_EQ(run({"check", "-"}, document), (Result{0, "-: well-formed\n", diagnostics}));
+  EXPECT_EQ(run({"convert", "--from", "FI", "--no-declaration", "-"}, document),
+            (Result{0, "<a/>", diagnostics}));
+  EXPECT_EQ(run({"check", "--from", "FI", "-"}, document),
+            (Result{0, "-: well-formed\n", diagnostics}));
+  EXPECT_EQ(run({"check", "-"}, document), (Result{0, "-: well-formed\n", ""}));
 }
 
 // Options of text mean nothing to a binary format.
@@ -180,4 +207,38 @@ TEST_F(FastInfoset, IsOneWhereverItsBufferEnds) {
         run({"check", "-"}, document.substr(0, document.size() - 1)),
         failed("-: octet " + std::to_string(document.size() - 1) + ": Unexpected end of document"));
   }
+}
+
+// Each document has its own end, and reading stops right behind it.
+TEST_F(FastInfoset, MayHaveADocumentBehindIt) {
+  const std::string two = binary() + typed::element("90 'x'");
+  EXPECT_EQ(run({"convert", "--no-declaration", "-"}, two), (Result{0, kText, ""}));
+  EXPECT_EQ(run({"convert", "--to", "X891", "-"}, two), (Result{0, binary(), ""}));
+  writeFile("two.fi", two);
+  writeFile("one.fi", binary());
+  EXPECT_EQ(run({"diff", "one.fi", "two.fi"}), silent(0));
+  // In text it is an error (XML 1.0, production 1).
+  EXPECT_EQ(run({"check", "-"}, "<a/><?xml version='1.0'?><a/>"),
+            failed("-:1:5: junk after document element"));
+}
+
+// What X.891 and XML do not allow, the reader "FI" may deliver all the same.
+TEST_F(FastInfoset, IsWellFormedOnlyIfItCouldBeText) {
+  const struct {
+    const char* document;
+    const char* message;
+  } cases[] = {
+      {"E0 00 00 01 00 3C 00 '1' FF", "octet 8: Invalid name \"1\""},
+      {"E0 00 00 01 00 3C 00 'a' 90 01 FF", "octet 10: Invalid character U+0001"},
+      {"E0 00 00 01 00 3C 00 'a' 90 FF FF", "octet 10: Invalid UTF-8 octet 0xFF"},
+      {"E0 00 00 01 00 90 'x' 3C 00 'a' FF", "octet 6: Error while parsing document"},
+  };
+  for (const auto& [document, message] : cases) {
+    SCOPED_TRACE(document);
+    EXPECT_EQ(run({"check", "-"}, octets(document)), failed(std::string("-: ") + message));
+    EXPECT_EQ(run({"convert", "-", "out.xml"}, octets(document)),
+              failed(std::string("-: ") + message));
+    EXPECT_EQ(run({"stat", "-"}, octets(document)), failed(std::string("-: ") + message));
+  }
+  EXPECT_EQ(files(), Names{});
 }

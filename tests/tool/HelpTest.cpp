@@ -38,34 +38,35 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
-  --indent          begin every tag, comment and instruction on a line of its own
+  --indent          begin every tag, comment and instruction on a line of its own, but for
+                    elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
+  --entities        read external entities and the external subset, as far as they are files
   --from TYPE       the type of reader, instead of going by the first octets of IN
-  --to TYPE         the type of writer, instead of going by the name of OUT: .fi and .finf
-                    mean Fast Infoset, any other name means XML text
+  --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
+                    .x3db mean Fast Infoset, any other name means XML text
   -h, --help        print this help
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
-instructions and CDATA sections, and the name and identifiers of the document type. In place
-of internal entities stands their text. The declarations of the internal subset are not
-copied.
+instructions and CDATA sections, the document type, and in XML text the declarations of its
+internal subset. In place of entities that are read stands their text. Typed content stays what it
+is from Fast Infoset to Fast Infoset, and becomes text in XML text.
 
-External entities and the external subset are not read. If the content refers to an entity
-that was not read, the work fails. In an attribute value such a reference is not noticed if
-the document has an external subset or refers to parameter entities: no text stands for it.
+Without --entities, external entities and the external subset are not read: references to them
+are copied. In an attribute value such a reference is not noticed if the document has an external
+subset or refers to parameter entities: no text stands for it.
 
-Fast Infoset keeps no document type. A text becomes part of the CDATA section behind it. Typed
-content stays what it is from Fast Infoset to Fast Infoset, and becomes text in XML text. If an
-encoding algorithm is unknown, the work fails. The document type has no name when it comes from
-Fast Infoset, and references to unexpanded entities are only named on standard error: in both
-cases the copy in XML text is not the document.
+Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
+parsed entities, and comments. They are left out. A reference to an entity whose declaration was
+lost in that way cannot be written in XML text, nor can the content of an unknown encoding
+algorithm be written at all: the work fails.
 
-A Fast Infoset document in which the 17th or a later different text of fewer than 7 octets
-comes again is written all the same, but cannot be read back.
+All that is so for the types XML10 and X891, which are used where no other is named. Others keep
+less: the README tells what.
 
 Examples:
   tavrin convert --indent in.xml out.xml
@@ -79,6 +80,8 @@ Usage: tavrin check [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --entities        read external entities and the external subset, as far as they are files
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every FILE is checked. A well-formed one is named on standard output:
@@ -90,10 +93,9 @@ Any other is named on standard error, with what is wrong:
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
-A document that begins with the octets E0 00 is taken for Fast Infoset. NUMBER is the last octet
-that was read, counted from 1.
-
-External entities and the external subset are not read.
+A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
+taken for Fast Infoset. It is well-formed if it could be written as XML text, and what stands
+behind its end is not looked at. NUMBER is the last octet that was read, counted from 1.
 
 Example:
   tavrin check chapter-*.xml
@@ -108,6 +110,7 @@ Usage: tavrin events [OPTIONS] FILE
 Options:
   --json            print JSON lines
   --declarations    also set the handlers of declarations
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every line is one call of a handler, in document order. Arguments are JSON strings, in the
@@ -125,14 +128,17 @@ Typed content, which Fast Infoset has, shows as an array of values, and octets a
 
   doubles([0.1, -2, "nan"])
   bytes("AQID")
+  object("", 8, "f81d4fae-7dec-11d0-a765-00a0c91e6bf6")
 
 An attribute with a typed value has two more parts behind its value: the URI and the number of
-the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". octets is the content of an
-algorithm that is not known.
+the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". object is the content of an
+algorithm that has no call of its own, such as UUIDs, as text; octets that of an algorithm that is
+not known.
 
-resolveEntity is a reference to an external entity or to the external subset. None is read.
+resolveEntity is a reference to an external entity or to the external subset. None is read, so
+skippedEntity follows.
 
-With --declarations the Expat reader stops at a declaration with a system identifier: that
+With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
 
 Example:
@@ -146,6 +152,7 @@ Usage: tavrin stat [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 For every FILE its name is printed, and below it these counts, a line each:
@@ -160,7 +167,7 @@ For every FILE its name is printed, and below it these counts, a line each:
   processing instructions
   depth                    how many elements are open at the most
   typed values             typed contents and attributes with a typed value
-  typed items              numbers, truth values or octets in all of these
+  typed items              numbers, truth values, UUIDs or octets in all of these
   as Fast Infoset          the size of the copy that tavrin convert would make; of a document
   as XML text              in Fast Infoset that in XML text, of any other that in Fast Infoset
 
@@ -177,7 +184,11 @@ Usage: tavrin diff [OPTIONS] A B
   A, B              the documents; one of them may be -, standard input
 
 Options:
-  --lexical         also compare document types and the borders of CDATA sections
+  --lexical         also compare the borders of CDATA sections, and document types but for
+                    their declarations
+  --entities        read external entities and external subsets, as far as they are files
+  --from-a TYPE     the type of reader of A, instead of going by its first octets
+  --from-b TYPE     the type of reader of B
   -h, --help        print this help
 
 Nothing is printed if the documents are the same. Otherwise the first difference is: what
@@ -195,8 +206,8 @@ instructions, and references to entities that were not read. Text is the same in
 pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
 its text. The content of an encoding algorithm that is not known is compared octet for octet.
 
-Document types and CDATA sections are left out because Fast Infoset does not keep them as they
-are. External entities and the external subset are not read.
+Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
+does not keep them as they are. Instructions in the internal subset are compared.
 
 The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
 be read.
@@ -212,8 +223,7 @@ Usage: tavrin types [OPTIONS]
 Options:
   -h, --help        print this help
 
-Every line is "reader" or "writer" and the name that --from and --to of convert take, in
-upper or lower case.
+Every line is "reader" or "writer" and the name that --from or --to takes, in upper or lower case.
 
 Example:
   tavrin types
@@ -239,6 +249,17 @@ TEST_F(Help, ComesBeforeAnyWork) {
   EXPECT_EQ(run({"convert", "a.xml", "b.xml", "--help"}), (Result{0, kConvert, ""}));
   EXPECT_EQ(run({"convert", "missing.xml", "--help"}), (Result{0, kConvert, ""}));
   EXPECT_EQ(files(), Names{"a.xml"});
+}
+
+TEST_F(Help, FitsAPageOf100Columns) {
+  for (const std::string text : {kTool, kConvert, kCheck, kEvents, kStat, kDiff, kTypes}) {
+    for (std::size_t begin = 0; begin < text.size();) {
+      const std::size_t end = text.find('\n', begin);
+      ASSERT_NE(end, std::string::npos);
+      EXPECT_LE(end - begin, 100U) << text.substr(begin, end - begin);
+      begin = end + 1;
+    }
+  }
 }
 
 // What the help tells of the events of an attribute, shown by the tool itself.

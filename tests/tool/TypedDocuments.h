@@ -30,7 +30,7 @@ inline const std::string kContentsAsText =
     "1 -1"
     "-1"
     "true false true"
-    "0.1 nan inf -inf"
+    "0.1 NaN INF -INF"
     "0.1 -2"
     "010203"
     "/wD+"
@@ -43,14 +43,14 @@ inline std::string document() {
 }
 inline const std::string kDocumentAsText = "<a x='7' y='1'>" + kContentsAsText + "</a>";
 
-/// The content of an algorithm that the standard numbers and the library does not have.
+/// The content of an algorithm that the standard numbers and the types "FI" do not have: uuid.
 inline std::string unknownBuiltIn(const std::string& octet = "AB") {
   return element("8C 20 " + octet);
 }
 
 /// The content of an application's algorithm: number 32, "urn:u" in the document's table.
-inline std::string unknownOfApplication() {
-  return octets("E0 00 00 01 20 04 00 01 04 'urn:u' 3C 00 'a' 8C 81 ABCD FF");
+inline std::string unknownOfApplication(const std::string& value = "ABCD") {
+  return octets("E0 00 00 01 20 04 00 00 04 'urn:u' 3C 00 'a' 8C 81 " + value + " FF");
 }
 
 }  // namespace typed

@@ -28,7 +28,8 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
-  --indent          begin every tag, comment and instruction on a line of its own
+  --indent          begin every tag, comment and instruction on a line of its own, but for
+                    elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
   --entities        read external entities and the external subset, as far as they are files
@@ -42,19 +43,20 @@ received a part of the document by then.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
-internal subset. In place of internal entities stands their text. Typed content stays what it is
-from Fast Infoset to Fast Infoset, and becomes text in XML text.
+internal subset. In place of entities that are read stands their text. Typed content stays what it
+is from Fast Infoset to Fast Infoset, and becomes text in XML text.
 
 Without --entities, external entities and the external subset are not read: references to them
 are copied. In an attribute value such a reference is not noticed if the document has an external
 subset or refers to parameter entities: no text stands for it.
 
 Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
-entities, and comments. They are left out. If a document refers to an entity whose declaration was
-lost in that way, or an encoding algorithm is unknown, the work fails.
+parsed entities, and comments. They are left out. A reference to an entity whose declaration was
+lost in that way cannot be written in XML text, nor can the content of an unknown encoding
+algorithm be written at all: the work fails.
 
-These types read and write as the public standards want it. The types Expat, XML and FI, which
---from and --to reach, keep less; the README tells what.
+All that is so for the types XML10 and X891, which are used where no other is named. Others keep
+less: the README tells what.
 
 Examples:
   tavrin convert --indent in.xml out.xml
@@ -81,9 +83,9 @@ std::unique_ptr<Tavrin::XMLWriter> createWriter(const Options& options) {
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
-void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input) {
+void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const EntityFiles& entities) {
   try {
-    parse(reader, input);
+    parse(reader, input, &entities);
   } catch (...) {
     relay.check();
     throw;
@@ -102,7 +104,7 @@ ExitStatus convert(const Options& options) {
   Relay relay(*writer, &output, input);
   if (options.entities) relay.readEntities(&entities);
   relay.attachTo(*reader);
-  parseInto(relay, *reader, input);
+  parseInto(relay, *reader, input, entities);
   output.commit();
   return Done;
 }

@@ -33,7 +33,8 @@ Usage: tavrin diff [OPTIONS] A B
   A, B              the documents; one of them may be -, standard input
 
 Options:
-  --lexical         also compare document types and the borders of CDATA sections
+  --lexical         also compare the borders of CDATA sections, and document types but for
+                    their declarations
   --entities        read external entities and external subsets, as far as they are files
   --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
@@ -55,7 +56,7 @@ pieces, CDATA sections or typed values it comes; a typed value of an attribute i
 its text. The content of an encoding algorithm that is not known is compared octet for octet.
 
 Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
-does not keep them as they are.
+does not keep them as they are. Instructions in the internal subset are compared.
 
 The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
 be read.
@@ -132,7 +133,7 @@ class Document {
     EventRecorder recorder(queue_, input_, lexical_, readsEntities_ ? &entities_ : nullptr);
     recorder.attachTo(*reader_);
     try {
-      parse(*reader_, input_);
+      parse(*reader_, input_, &entities_);
     } catch (...) {
       recorder.check();
       recorder.finish(true);
@@ -251,7 +252,7 @@ std::string describe(const Document& document, const Event* event, const Event* 
   const Event::Position& position = event->position;
   std::string line = position.line > 0 ? placeIn(document.name(), position.line, position.column)
                                        : placeIn(document.name(), position.octet);
-  line = oneLine(line) + ": ";
+  line = oneLine(line + position.entity) + ": ";
   if (isText(event->kind)) {
     line += event->kind == Event::Kind::Comment ? "comment(" : "characters(";
     return line + excerpt(event->arguments[0], firstDifference(*event, other)) + ")\n";

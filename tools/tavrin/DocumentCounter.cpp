@@ -32,6 +32,12 @@ class ItemCounter : public Tavrin::PrimitiveTypeContentHandler {
 }  // namespace
 
 void DocumentCounter::attachTo(Tavrin::XMLReader& reader) {
+  relay_.expectFrom(reader);
+  if (relay_.takesDeclarations()) {
+    reader.setDTDHandler(this);
+    reader.setProperty(Tavrin::properties::declarationHandler,
+                       static_cast<Tavrin::DeclHandler*>(this));
+  }
   reader.setContentHandler(this);
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
@@ -63,6 +69,9 @@ void DocumentCounter::countTyped(const Tavrin::EncodedData& data) {
   data.callContentHandler(items);
   ++counts_.typedValues;
   counts_.typedItems += items.count();
+  // They have no operation of the handler.
+  const auto* uuids = dynamic_cast<const Tavrin::UUIDData*>(&data);
+  if (uuids) counts_.typedItems += uuids->data_.size();
 }
 
 void DocumentCounter::countAttributes(const Tavrin::Attributes& attributes) {
@@ -171,6 +180,36 @@ void DocumentCounter::startCDATA() {
 
 void DocumentCounter::endCDATA() {
   forward([&] { relay_.endCDATA(); });
+}
+
+void DocumentCounter::notationDecl(const std::string& name, const std::string& publicId,
+                                   const std::string& systemId) {
+  forward([&] { relay_.notationDecl(name, publicId, systemId); });
+}
+
+void DocumentCounter::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId,
+                                         const std::string& notationName) {
+  forward([&] { relay_.unparsedEntityDecl(name, publicId, systemId, notationName); });
+}
+
+void DocumentCounter::elementDecl(const std::string& name, const std::string& model) {
+  forward([&] { relay_.elementDecl(name, model); });
+}
+
+void DocumentCounter::attributeDecl(const std::string& eName, const std::string& aName,
+                                    const std::string& type, const std::string& mode,
+                                    const std::string& value) {
+  forward([&] { relay_.attributeDecl(eName, aName, type, mode, value); });
+}
+
+void DocumentCounter::internalEntityDecl(const std::string& name, const std::string& value) {
+  forward([&] { relay_.internalEntityDecl(name, value); });
+}
+
+void DocumentCounter::externalEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId) {
+  forward([&] { relay_.externalEntityDecl(name, publicId, systemId); });
 }
 
 std::unique_ptr<std::istream> DocumentCounter::resolveEntity(const std::string& publicId,

@@ -15,6 +15,8 @@ namespace tool {
 /// Counts what a document holds, and hands every event on to a relay until that refuses one.
 /// Memory grows with the number of distinct names, not with the document.
 class DocumentCounter : public Tavrin::ContentHandler,
+                        public Tavrin::DTDHandler,
+                        public Tavrin::DeclHandler,
                         public Tavrin::LexicalHandler,
                         public Tavrin::EntityResolver,
                         public Tavrin::EncodingAlgorithmContentHandler {
@@ -33,8 +35,9 @@ class DocumentCounter : public Tavrin::ContentHandler,
 
   explicit DocumentCounter(Relay& relay) : relay_(relay) {}
 
-  /// Sets this counter as content handler, lexical handler and entity resolver, and as encoding
-  /// algorithm handler of readers that know typed content.
+  /// Sets this counter as content handler, lexical handler and entity resolver; as encoding
+  /// algorithm handler of readers that know typed content; and as handler of declarations where the
+  /// relay takes them.
   void attachTo(Tavrin::XMLReader& reader);
 
   const Counts& counts() const { return counts_; }
@@ -65,6 +68,17 @@ class DocumentCounter : public Tavrin::ContentHandler,
   void startCDATA() override;
   void endCDATA() override;
   void comment(const std::string& text) override;
+
+  void notationDecl(const std::string& name, const std::string& publicId,
+                    const std::string& systemId) override;
+  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId, const std::string& notationName) override;
+  void elementDecl(const std::string& name, const std::string& model) override;
+  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
+                     const std::string& mode, const std::string& value) override;
+  void internalEntityDecl(const std::string& name, const std::string& value) override;
+  void externalEntityDecl(const std::string& name, const std::string& publicId,
+                          const std::string& systemId) override;
 
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;

@@ -34,6 +34,7 @@ struct Event {
     int line = 0;
     int column = 0;
     std::uint64_t octet = 0;
+    std::string entity;  ///< Names the external entity it was in; empty in the document itself.
   };
 
   Kind kind;

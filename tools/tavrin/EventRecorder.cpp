@@ -53,10 +53,12 @@ void EventRecorder::guard(Work work) {
 /// Where the event that comes now began. A locator says so. Without one it is the octet behind the
 /// event before, unless one octet brought both.
 Event::Position EventRecorder::advance() {
-  if (locator_) return {locator_->getLineNumber(), locator_->getColumnNumber(), 0};
+  if (locator_) {
+    return {locator_->getLineNumber(), locator_->getColumnNumber(), 0, entityAt(locator_)};
+  }
   const std::uint64_t begin = std::min(end_ + 1, input_.octetsRead());
   end_ = input_.octetsRead();
-  return {0, 0, begin};
+  return {0, 0, begin, {}};
 }
 
 void EventRecorder::add(Event event) {
@@ -146,7 +148,7 @@ void EventRecorder::octets(const std::string& uri, int index, const std::string&
 }
 
 void EventRecorder::processingInstruction(const std::string& target, const std::string& data) {
-  record(Event::Kind::ProcessingInstruction, {target, data});
+  recordIf(lexical_ || !inExternalSubset_, Event::Kind::ProcessingInstruction, {target, data});
 }
 
 void EventRecorder::comment(const std::string& text) {
@@ -179,6 +181,14 @@ void EventRecorder::startDTD(const std::string& name, const std::string& publicI
 void EventRecorder::endDTD() {
   inDTD_ = false;
   recordIf(lexical_, Event::Kind::EndDTD, {});
+}
+
+void EventRecorder::startEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = true;
+}
+
+void EventRecorder::endEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = false;
 }
 
 void EventRecorder::startCDATA() { recordIf(lexical_, Event::Kind::StartCDATA, {}); }

@@ -19,7 +19,8 @@ namespace tool {
 /// encodings have the same events:
 /// - Text is one event, whatever calls, CDATA sections or typed values it comes in.
 /// - The end of a prefix mapping is left out: it goes without saying where the element ends.
-/// - The document type, and references and comments within it, are left out.
+/// - The document type is left out, with references and comments within it, and its external subset
+///   whole.
 ///
 /// Document types and the borders of CDATA sections are recorded on demand.
 class EventRecorder : public Tavrin::ContentHandler,
@@ -57,6 +58,8 @@ class EventRecorder : public Tavrin::ContentHandler,
   void startDTD(const std::string& name, const std::string& publicId,
                 const std::string& systemId) override;
   void endDTD() override;
+  void startEntity(const std::string& name) override;
+  void endEntity(const std::string& name) override;
   void startCDATA() override;
   void endCDATA() override;
   void comment(const std::string& text) override;
@@ -86,6 +89,7 @@ class EventRecorder : public Tavrin::ContentHandler,
   const Tavrin::Locator* locator_ = nullptr;
   std::uint64_t end_ = 0;  // The last octet of the event before.
   bool inDTD_ = false;
+  bool inExternalSubset_ = false;
   std::string text_;  // Not handed over yet: more may follow.
   Event::Position textPosition_;
   EventBatch batch_;

@@ -41,12 +41,15 @@ Typed content, which Fast Infoset has, shows as an array of values, and octets a
 
   doubles([0.1, -2, "nan"])
   bytes("AQID")
+  object("", 8, "f81d4fae-7dec-11d0-a765-00a0c91e6bf6")
 
 An attribute with a typed value has two more parts behind its value: the URI and the number of
-the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". octets is the content of an
-algorithm that is not known.
+the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". object is the content of an
+algorithm that has no call of its own, such as UUIDs, as text; octets that of an algorithm that is
+not known.
 
-resolveEntity is a reference to an external entity or to the external subset. None is read.
+resolveEntity is a reference to an external entity or to the external subset. None is read, so
+skippedEntity follows.
 
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.

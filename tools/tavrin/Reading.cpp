@@ -58,14 +58,23 @@ std::string placeReached(const Input& input, const Tavrin::Locator* locator) {
                  : placeIn(input.name(), input.octetsRead());
 }
 
-void parse(Tavrin::XMLReader& reader, Input& input) {
+std::string entityAt(const Tavrin::Locator* locator) {
+  const std::string systemId = locator ? locator->getSystemId() : std::string();
+  return systemId.empty() ? systemId : " (in the entity \"" + systemId + "\")";
+}
+
+void parse(Tavrin::XMLReader& reader, Input& input, const EntityFiles* entities) {
+  const auto checkRead = [&] {
+    input.checkRead();
+    if (entities) entities->check();
+  };
   try {
     parseDocument(reader, input);
   } catch (...) {
-    input.checkRead();  // A document that was cut off by a failed read is not to blame.
+    checkRead();  // A document that was cut off by a failed read is not to blame.
     throw;
   }
-  input.checkRead();
+  checkRead();
 }
 
 }  // namespace tool

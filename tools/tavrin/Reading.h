@@ -5,7 +5,9 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "EntityFiles.h"
 #include "Input.h"
 
 namespace tool {
@@ -26,8 +28,15 @@ bool followsStandard(Tavrin::XMLReader& reader);
 /// was read.
 std::string placeReached(const Input& input, const Tavrin::Locator* locator);
 
+/// What to add to a message about a place in an external entity; nothing in the document itself.
+std::string entityAt(const Tavrin::Locator* locator);
+
+/// The name of the external subset in startEntity and endEntity.
+inline constexpr std::string_view kExternalSubset = "[dtd]";
+
 /// Reads the whole document.
+/// @param entities gives the external entities; null where they are not read
 /// @throws Failure when it cannot be read; also what a handler throws may come through
-void parse(Tavrin::XMLReader& reader, Input& input);
+void parse(Tavrin::XMLReader& reader, Input& input, const EntityFiles* entities = nullptr);
 
 }  // namespace tool

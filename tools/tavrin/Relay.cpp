@@ -9,11 +9,12 @@ namespace tool {
 
 namespace {
 
-/// Algorithms from here on are the application's: a table in the document names them, and writers
-/// have none.
+/// Algorithms from here on are the application's, in X.891: a table in the document names them, and
+/// the writers here have none.
 constexpr int kFirstApplicationAlgorithm = 31;
 
-/// Whether a writer keeps all that a document states, and references to entities.
+/// Whether a writer follows the standards: it keeps declarations, what a document states of itself
+/// and references to entities.
 bool followsStandard(Tavrin::XMLWriter& writer) {
   try {
     writer.getProperty(Tavrin::properties::standalone);
@@ -34,12 +35,16 @@ Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input
       typedWriter_(dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer)),
       output_(output),
       input_(input),
-      writerKeepsReferences_(followsStandard(writer)) {}
+      writerFollowsStandard_(followsStandard(writer)) {}
 
-void Relay::attachTo(Tavrin::XMLReader& reader) {
+void Relay::expectFrom(Tavrin::XMLReader& reader) {
   reader_ = &reader;
   readerFollowsStandard_ = tool::followsStandard(reader);
-  if (readerFollowsStandard_) {
+}
+
+void Relay::attachTo(Tavrin::XMLReader& reader) {
+  expectFrom(reader);
+  if (takesDeclarations()) {
     reader.setDTDHandler(this);
     reader.setProperty(Tavrin::properties::declarationHandler,
                        static_cast<Tavrin::DeclHandler*>(this));
@@ -76,7 +81,8 @@ void Relay::pass(Event event) {
 
 void Relay::fail(const std::string& message) {
   check();
-  const Failure failure = Failure::document(placeReached(input_, locator_), message);
+  const Failure failure =
+      Failure::document(placeReached(input_, locator_), message + entityAt(locator_));
   failure_ = std::make_exception_ptr(failure);
   throw failure;
 }
@@ -100,7 +106,7 @@ void Relay::endDTD() {
 }
 
 void Relay::skippedEntity(const std::string& name) {
-  if (!inDTD_ && !writerKeepsReferences_) {
+  if (!inDTD_ && !writerFollowsStandard_) {
     fail("entity \"" + name + "\" was not read, so the copy would lack it");
   }
   pass([&] { writer_.skippedEntity(name); });
@@ -153,7 +159,7 @@ void Relay::startDocument() {
 /// What a document states of itself. Its version of XML goes to Fast Infoset alone: text is
 /// XML 1.0.
 void Relay::passOnStatements() {
-  if (!readerFollowsStandard_ || !writerKeepsReferences_) return;
+  if (!takesDeclarations()) return;
   writer_.setProperty(Tavrin::properties::standalone,
                       reader_->getProperty(Tavrin::properties::standalone));
   void* version = reader_->getProperty(Tavrin::properties::documentXMLVersion);
@@ -193,6 +199,7 @@ void Relay::ignorableWhitespace(const std::string& text) {
 }
 
 void Relay::processingInstruction(const std::string& target, const std::string& data) {
+  if (inExternalSubset_) return;
   pass([&] { writer_.processingInstruction(target, data); });
 }
 
@@ -226,10 +233,12 @@ void Relay::externalEntityDecl(const std::string& name, const std::string& publi
 }
 
 void Relay::startEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = true;
   pass([&] { writer_.startEntity(name); });
 }
 
 void Relay::endEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = false;
   pass([&] { writer_.endEntity(name); });
 }
 
@@ -242,6 +251,7 @@ void Relay::endCDATA() {
 }
 
 void Relay::comment(const std::string& text) {
+  if (inExternalSubset_) return;
   pass([&] { writer_.comment(text); });
 }
 

@@ -18,7 +18,10 @@ namespace tool {
 /// keeps such references, and so does content that the writer has no form for. The external part of
 /// the document type may be missing.
 ///
-/// Declarations are passed on from readers that follow the standards; others stop at some of them.
+/// Declarations, and what a document states of itself, are passed on where reader and writer follow
+/// the standards. Other readers stop at some declarations, other writers break some.
+///
+/// Comments and instructions in the external subset stay there: the copy refers to it, too.
 ///
 /// Typed content keeps its type where the writer takes it, and is passed on as text where not. It
 /// comes as objects of encoding algorithms and not as primitive types, which do not tell
@@ -37,9 +40,13 @@ class Relay : public Tavrin::ContentHandler,
   Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input);
 
   /// Sets this relay as content handler, lexical handler and entity resolver; as encoding algorithm
-  /// handler of readers that know typed content; and as handler of declarations of readers that
-  /// report them all.
+  /// handler of readers that know typed content; and as handler of declarations where they are
+  /// passed on.
   void attachTo(Tavrin::XMLReader& reader);
+  /// Names the reader whose events come, by way of another handler.
+  void expectFrom(Tavrin::XMLReader& reader);
+  /// Whether declarations are passed on.
+  bool takesDeclarations() const { return readerFollowsStandard_ && writerFollowsStandard_; }
   /// From here on, external entities are read. The resolver must outlive the relay.
   void readEntities(Tavrin::EntityResolver* resolver) { resolver_ = resolver; }
   /// Throws the failure that was kept, if there is one.
@@ -99,8 +106,9 @@ class Relay : public Tavrin::ContentHandler,
   Tavrin::EntityResolver* resolver_ = nullptr;
   const Tavrin::Locator* locator_ = nullptr;
   bool readerFollowsStandard_ = false;
-  bool writerKeepsReferences_;
+  bool writerFollowsStandard_;
   bool inDTD_ = false;
+  bool inExternalSubset_ = false;
   std::exception_ptr failure_;
 };
 

@@ -45,7 +45,7 @@ For every FILE its name is printed, and below it these counts, a line each:
   processing instructions
   depth                    how many elements are open at the most
   typed values             typed contents and attributes with a typed value
-  typed items              numbers, truth values or octets in all of these
+  typed items              numbers, truth values, UUIDs or octets in all of these
   as Fast Infoset          the size of the copy that tavrin convert would make; of a document
   as XML text              in Fast Infoset that in XML text, of any other that in Fast Infoset
 

@@ -15,8 +15,7 @@ Usage: tavrin types [OPTIONS]
 Options:
   -h, --help        print this help
 
-Every line is "reader" or "writer" and the name that --from and --to of convert take, in
-upper or lower case.
+Every line is "reader" or "writer" and the name that --from or --to takes, in upper or lower case.
 
 Example:
   tavrin types

@@ -11,8 +11,8 @@ namespace {
 using Tavrin::properties::declarationHandler;
 using Tavrin::properties::lexicalHandler;
 
-/// Stands in for the text reader. A document that does not begin with "<" is the name of something
-/// to do that text cannot bring about; see the names in run.
+/// Stands in for the reader of text. A document that does not begin with "<" is the name of
+/// something to do that text cannot bring about; see the names in run.
 class ScriptReader : public Tavrin::XMLReader_Expat {
  public:
   static std::unique_ptr<Tavrin::XMLReader> create() { return std::make_unique<ScriptReader>(); }
@@ -51,6 +51,8 @@ class ScriptReader : public Tavrin::XMLReader_Expat {
       throw Tavrin::SAXException("the reader\ngives up");
     } else if (name == "SAXParseException") {
       throw Tavrin::SAXParseException("the reader gives up", 7, 8);
+    } else if (name == "octet") {
+      throw Tavrin::SAXParseException("the reader gives up", -1, 2147483647);
     } else if (name == "EncodingAlgorithmException") {
       throw Tavrin::EncodingAlgorithmException("the data is broken");
     } else if (name == "bad_alloc") {
@@ -175,7 +177,7 @@ class SilentWriter : public Tavrin::XMLWriter {
 };
 
 // The last registration of a name counts.
-const Tavrin::XMLReaderType scriptReader("EXPAT", &ScriptReader::create);
+const Tavrin::XMLReaderType scriptReader("xml10", &ScriptReader::create);
 const Tavrin::XMLReaderType plainReader("Plain", &PlainReader::create);
 const Tavrin::XMLWriterType chattyWriter("Chatty", &ChattyWriter::create);
 const Tavrin::XMLWriterType refusingWriter("Refusing", &RefusingWriter::create);

@@ -19,14 +19,18 @@ const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 
 TEST_F(ExtraTypes, AreListed) {
   EXPECT_EQ(runWithTypes({"types"}), (Result{0,
-                                             "reader EXPAT\n"
+                                             "reader Expat\n"
                                              "reader FI\n"
                                              "reader Plain\n"
+                                             "reader X891\n"
+                                             "reader xml10\n"
                                              "writer Chatty\n"
                                              "writer FI\n"
                                              "writer Refusing\n"
                                              "writer Silent\n"
-                                             "writer XML\n",
+                                             "writer X891\n"
+                                             "writer XML\n"
+                                             "writer XML10\n",
                                              ""}));
 }
 
@@ -184,6 +188,8 @@ TEST_F(ExtraTypes, HaveTheirFailuresReportedInOneLine) {
   } cases[] = {
       {"SAXException", 1, "-: octet 12: the reader\\ngives up\n"},
       {"SAXParseException", 1, "-:7:8: the reader gives up\n"},
+      // In a format without lines the column is an octet.
+      {"octet", 1, "-: octet 2147483647: the reader gives up\n"},
       {"EncodingAlgorithmException", 1, "-: octet 26: the data is broken\n"},
       {"bad_alloc", 2, "tavrin: std::bad_alloc\n"},
   };
@@ -198,7 +204,7 @@ TEST_F(ExtraTypes, HaveTheirFailuresReportedInOneLine) {
 }
 
 TEST_F(ExtraTypes, NeedNoLocatorToHaveASkippedEntityReported) {
-  EXPECT_EQ(runWithTypes({"convert", "-", "out.xml"}, "skipped entity"),
+  EXPECT_EQ(runWithTypes({"convert", "--to", "XML", "-", "out.xml"}, "skipped entity"),
             (Result{1, "", "-: octet 14: entity \"e\" was not read, so the copy would lack it\n"}));
   EXPECT_EQ(files(), Names{});
 }
