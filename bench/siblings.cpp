@@ -38,7 +38,7 @@ void compareReading(benchmark::State& state, Family job, Family baseline, const 
 }
 
 /// Writes with tables of the same strings: those that the writer "FI" puts into its own.
-std::size_t write(const char* type, const jobs::Recorder& events) {
+std::size_t writeAlike(const char* type, const jobs::Recorder& events) {
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(type);
   std::uint64_t longest = 6;
   if (dynamic_cast<Tavrin::XMLWriter_X891*>(writer.get())) {
@@ -57,8 +57,8 @@ void compareWriting(benchmark::State& state, Family job, Family baseline, const 
   reader->setContentHandler(&events);
   reader->parse(xml.data(), xml.size(), true);
   paired::compare(
-      state, [&] { return write(job.writer, events); },
-      [&] { return write(baseline.writer, events); });
+      state, [&] { return writeAlike(job.writer, events); },
+      [&] { return writeAlike(baseline.writer, events); });
 }
 
 }  // namespace

@@ -48,9 +48,9 @@ inline std::string unknownBuiltIn(const std::string& octet = "AB") {
   return element("8C 20 " + octet);
 }
 
-/// The content of an application's algorithm: number 32, "urn:u" in the document's table.
+/// The content of an application's algorithm: number 31, "urn:u" in the document's table.
 inline std::string unknownOfApplication(const std::string& value = "ABCD") {
-  return octets("E0 00 00 01 20 04 00 00 04 'urn:u' 3C 00 'a' 8C 81 " + value + " FF");
+  return octets("E0 00 00 01 20 04 00 00 04 'urn:u' 3C 00 'a' 8C 7D " + value + " FF");
 }
 
 }  // namespace typed
