@@ -89,7 +89,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
 
   void checkIdentifier(const Strings* table, const std::string& text) override;
   void checkText(const std::string& text) override;
-  void checkAmplification() const override;
+  void checkAmplification() const final;
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,

@@ -51,6 +51,18 @@ void XMLWriter_XML10::commit() {
 }
 
 void XMLWriter_XML10::writeOut() {
+  // Without auto-indent there are no breaks, and each event comes here.
+  if (document_->breaks.empty() && document_->text.size() <= kKeptOctets) {
+    const std::string& text = document_->text;
+    try {
+      if (out_) out_->write(text.data(), static_cast<std::streamsize>(text.size()));
+    } catch (...) {
+      document_->text.clear();
+      throw;
+    }
+    document_->text.clear();
+    return;
+  }
   // Gone even when the stream throws.
   struct Clear {
     Document& document;
@@ -169,6 +181,22 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 // --- Content ---
 
 void XMLWriter_XML10::characters(const std::string& text) {
+  // The commonest event: nothing waits to be written, so little has to be restored.
+  if (state_ == InElement && document_->text.empty()) {
+    const bool hadContent = hasContent_;
+    startChild();
+    try {
+      xml::appendText(document_->text, text, xml::kTextEscapes, "character data");
+    } catch (...) {
+      document_->text.clear();
+      hasContent_ = hadContent;
+      throw;
+    }
+    hasContent_ = true;
+    forbidIndentation();
+    commit();
+    return;
+  }
   perform([&] {
     const bool inSection = state_ == InCDATA;
     if (!inSection) startChild();

@@ -124,8 +124,8 @@ std::size_t commonOctets(std::string_view text) {
 
 }  // namespace
 
-std::size_t findInvalid(std::string_view text) {
-  for (std::size_t i = plainOctets(text);; i += plainOctets(text.substr(i))) {
+std::size_t findInvalid(std::string_view text, std::size_t from) {
+  for (std::size_t i = from + plainOctets(text.substr(from));; i += plainOctets(text.substr(i))) {
     if (i == text.size()) return kAllValid;
     std::size_t octets = commonOctets(text.substr(i));
     if (octets == 0) {

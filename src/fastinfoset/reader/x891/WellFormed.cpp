@@ -13,8 +13,9 @@
 namespace Tavrin {
 
 void XMLReader_X891::checkText(const std::string& text) {
-  if (xml::plainOctets(text) == text.size()) return;
-  const std::size_t position = xml::findInvalid(text);
+  const std::size_t plain = xml::plainOctets(text);
+  if (plain == text.size()) return;
+  const std::size_t position = xml::findInvalid(text, plain);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "../../../xml/Characters.h"
+#include "../../../xml/PlainOctets.h"
 
 namespace Tavrin::fastinfoset {
 
@@ -24,7 +25,9 @@ void checkLength(const std::string& text) {
 
 void checkText(const std::string& text, const char* where) {
   checkLength(text);
-  const std::size_t position = xml::findInvalid(text);
+  const std::size_t plain = xml::plainOctets(text);
+  if (plain == text.size()) return;
+  const std::size_t position = xml::findInvalid(text, plain);
   if (position == xml::kAllValid) return;
   throw SAXException("Invalid " + xml::describeInvalid(text, position) + " in " + where);
 }
