@@ -1,9 +1,10 @@
 /// @file
 /// The registries in which readers and writers are found by name.
 ///
-/// Names match without regard to case. The library registers the reader "Expat" and the writer
-/// "XML"; an application adds a type of its own by keeping a static XMLReaderType or
-/// XMLWriterType. Registration is meant for static initialisation: nothing here is locked.
+/// Names match without regard to case. The library registers the readers "Expat", "FI",
+/// "X891" and "XML10" and the writers "FI", "X891", "XML" and "XML10"; an application adds a type
+/// of its own by keeping a static XMLReaderType or XMLWriterType. Registration is meant for static
+/// initialisation: nothing here is locked.
 #pragma once
 
 #include <Tavrin/Export.h>

@@ -31,11 +31,11 @@ namespace Tavrin {
 ///
 /// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
 /// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
-/// algorithm handler; the content handler, as text. The text of floating-point numbers has as many
-/// digits as it takes to read the same numbers again, and INF, -INF and NaN as XML Schema spells
-/// them, whatever the locale. Data of an algorithm that is neither built in nor registered goes to
-/// the encoding algorithm handler as octets, or is refused without one; in an attribute it is
-/// refused.
+/// algorithm handler; the content handler, as text. The text of numbers is the same in every
+/// locale; that of floating-point numbers has as many digits as it takes to read the same numbers
+/// again, and INF, -INF and NaN as XML Schema spells them. Data of an algorithm that is neither
+/// built in nor registered goes to the encoding algorithm handler as octets, or is refused without
+/// one; in an attribute it is refused.
 ///
 /// Failures of a document are told to ErrorHandler::fatalError and thrown as a SAXParseException
 /// with the line -1 and, as column, the number of octets of the document that were read by then (at

@@ -37,6 +37,11 @@ inline std::size_t plainOctets(std::string_view text) {
     const std::uint64_t found = notPlain(octets + i);
     if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found)) / 8;
   }
+  if (size >= kWord) {
+    // What is left of the last word, with octets in front of it that are known to be plain.
+    const std::uint64_t found = notPlain(octets + size - kWord);
+    return found == 0 ? size : size - kWord + static_cast<std::size_t>(std::countr_zero(found)) / 8;
+  }
   while (i < size && octets[i] >= 0x20) ++i;  // From 0x80 on, a char is negative.
   return i;
 }
