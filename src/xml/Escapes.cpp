@@ -1,39 +1,49 @@
 #include "Escapes.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include <bit>
+#include <cstring>
+
 #include "Characters.h"
+#include "PlainOctets.h"
 
 namespace Tavrin::xml {
 
-/// Most text has nothing to escape: eight characters at a time.
-std::size_t Escapes::findNumbered(std::string_view text, std::size_t begin, unsigned mask) const {
+/// Where the next character to escape stands, or the end. Most text has none: sixteen characters
+/// are looked at together.
+std::size_t Escapes::findEscaped(std::string_view text, std::size_t begin) const {
   std::size_t i = begin;
-  for (; text.size() - i >= 8; i += 8) {
-    const char* const c = text.data() + i;
-    const unsigned any = numberOf(c[0]) | numberOf(c[1]) | numberOf(c[2]) | numberOf(c[3]) |
-                         numberOf(c[4]) | numberOf(c[5]) | numberOf(c[6]) | numberOf(c[7]);
-    if ((any & mask) != 0) break;
+#ifdef __SSE2__
+  constexpr std::size_t kTogether = sizeof(__m128i);
+  for (; text.size() - i >= kTogether; i += kTogether) {
+    __m128i all;
+    std::memcpy(&all, text.data() + i, kTogether);
+    __m128i found = _mm_cmpeq_epi8(all, _mm_set1_epi8(characters_[0]));
+    for (std::size_t k = 1; k < kMost; ++k) {
+      found = _mm_or_si128(found, _mm_cmpeq_epi8(all, _mm_set1_epi8(characters_[k])));
+    }
+    const auto positions = static_cast<unsigned>(_mm_movemask_epi8(found));
+    if (positions != 0) return i + static_cast<std::size_t>(std::countr_zero(positions));
   }
-  while (i < text.size() && (numberOf(text[i]) & mask) == 0) ++i;
+#endif
+  while (i < text.size() && numberOf(text[i]) == 0) ++i;
   return i;
 }
 
 std::size_t Escapes::append(std::string& out, std::string_view text) const {
-  unsigned mask = 0xFF;
-  std::size_t begin = 0;
-  std::size_t end = 0;
-  while (true) {
-    end = findNumbered(text, end, mask);
-    if (end < text.size() && numberOf(text[end]) == kDoubtful) {
-      // The first doubtful character has the rest examined once; then none is doubtful any more.
-      const std::size_t invalid = findInvalid(text.substr(end));
-      if (invalid != kAllValid) return end + invalid;
-      mask = kDoubtful - 1U;
-      continue;
-    }
+  if (!isEasyText(text)) {
+    const std::size_t invalid = findInvalid(text);
+    if (invalid != kAllValid) return invalid;
+  }
+  for (std::size_t begin = 0;;) {
+    const std::size_t end = findEscaped(text, begin);
     out.append(text, begin, end - begin);
     if (end == text.size()) return kAllValid;
     out += references_[numberOf(text[end])];
-    begin = ++end;
+    begin = end + 1;
   }
 }
 

@@ -18,31 +18,29 @@ class Escapes {
   };
 
   constexpr Escapes(std::initializer_list<Escape> escapes) {
-    for (unsigned c = 0; c < 256; ++c) {
-      if ((c < 0x20 && c != '\t' && c != '\n') || c >= 0x80) numbers_[c] = kDoubtful;
-    }
     std::uint8_t number = 0;
     for (const Escape& escape : escapes) {
+      characters_[number] = escape.character;
       references_[++number] = escape.reference;
       numbers_[static_cast<unsigned char>(escape.character)] = number;
     }
+    for (std::size_t i = number; i < kMost; ++i) characters_[i] = characters_[0];
   }
 
   /// Appends a text with its references.
-  /// @return kAllValid, or where the text goes wrong as findInvalid tells it; a part of the text
-  /// may
-  ///         have been appended then
+  /// @return kAllValid, or where the text goes wrong as findInvalid tells it; nothing was appended
+  ///         then
   std::size_t append(std::string& out, std::string_view text) const;
 
  private:
-  // The number of a character that may be none, or is not ASCII.
-  static constexpr std::uint8_t kDoubtful = 0x80;
+  static constexpr std::size_t kMost = 6;
 
   unsigned numberOf(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
-  std::size_t findNumbered(std::string_view text, std::size_t begin, unsigned mask) const;
+  std::size_t findEscaped(std::string_view text, std::size_t begin) const;
 
-  std::array<std::uint8_t, 256> numbers_{};       // 0 where a character stands for itself.
-  std::array<std::string_view, 8> references_{};  // By number.
+  std::array<char, kMost> characters_{};     // Where there are fewer, the first one again.
+  std::array<std::uint8_t, 256> numbers_{};  // 0 where a character stands for itself.
+  std::array<std::string_view, kMost + 1> references_{};  // By number.
 };
 
 /// Of text between tags (XML 1.0, sections 2.4 and 2.11). A parser turns a carriage return that

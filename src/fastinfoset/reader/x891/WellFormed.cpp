@@ -13,9 +13,8 @@
 namespace Tavrin {
 
 void XMLReader_X891::checkText(const std::string& text) {
-  const std::size_t plain = xml::plainOctets(text);
-  if (plain == text.size()) return;
-  const std::size_t position = xml::findInvalid(text, plain);
+  if (xml::isEasyText(text)) return;
+  const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 

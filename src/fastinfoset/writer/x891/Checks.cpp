@@ -25,9 +25,8 @@ void checkLength(const std::string& text) {
 
 void checkText(const std::string& text, const char* where) {
   checkLength(text);
-  const std::size_t plain = xml::plainOctets(text);
-  if (plain == text.size()) return;
-  const std::size_t position = xml::findInvalid(text, plain);
+  if (xml::isEasyText(text)) return;
+  const std::size_t position = xml::findInvalid(text);
   if (position == xml::kAllValid) return;
   throw SAXException("Invalid " + xml::describeInvalid(text, position) + " in " + where);
 }

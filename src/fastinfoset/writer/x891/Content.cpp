@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../../../xml/PlainOctets.h"
 #include "../../Octets.h"
 #include "Checks.h"
 #include "State.h"
@@ -27,6 +28,13 @@ void XMLWriter_X891::gather(const std::string& text) {
 }
 
 void XMLWriter_X891::characters(const std::string& text) {
+  // The commonest event, without what only a section or a hard text needs.
+  if (state_ == InElement && xml::isEasyText(text) &&
+      characters_.size() + text.size() <= kLongestString) {
+    hasContent_ = true;
+    characters_ += text;
+    return;
+  }
   XMLWriter::characters(text);
   checkText(text, "character data");
   // "]]>" may also come in pieces.

@@ -70,7 +70,9 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
     if (!isXmlns(qName) && prefix == "xmlns") prefix.clear();
     const std::string& uri = attributes.getValue(i);
     const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
-    if (!isTold) declare(prefix, uri);
+    if (isTold) continue;
+    declare(prefix, uri);
+    own_->taken.push_back(std::move(prefix));
   }
   own_->mayDeclare = declares;
 }
@@ -84,9 +86,9 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
   const bool hadContent = hasContent_;
   const std::size_t depth = elements_.size();
   const std::size_t told = namespaces_.size();
-  const std::set<std::string> declared = document.declared;
   own_->mayDeclare = true;
   own_->encodedValues.clear();
+  own_->taken.clear();
   own_->newOctets = 0;
   own_->newEntries = 0;
   try {
@@ -100,8 +102,8 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     hasContent_ = hadContent;
     elements_.resize(depth);
     namespaces_.resize(told);
-    document.bindings.undo(document.declared.size() - declared.size());
-    document.declared = declared;
+    for (const std::string& prefix : own_->taken) document.declared.erase(prefix);
+    document.bindings.undo(own_->taken.size());
     throw;
   }
   sendOctets();
@@ -225,7 +227,7 @@ void XMLWriter_X891::missingNamePart(const std::string&, const char*) const {}
 // --- Values ---
 
 void XMLWriter_X891::checkValue(const std::string& value) const {
-  if (xml::plainOctets(value) != value.size() || value.size() > kLongestString) {
+  if (!xml::isEasyText(value) || value.size() > kLongestString) {
     checkText(value, "an attribute value");
   }
 }

@@ -87,6 +87,7 @@ struct XMLWriter_X891::State {
 
   // --- Of the start tag that is being written ---
   bool mayDeclare = true;                 // Whether attributes may be declarations.
+  std::vector<std::string> taken;         // Prefixes that attributes declare.
   std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
   std::uint64_t newOctets = 0;            // What new names may add to the tables.
   std::uint64_t newEntries = 0;
