@@ -47,6 +47,7 @@ struct Dialect {
   /// What is said of a wrong octet among notations and unparsed entities.
   const char* wrongNotation;
   const char* wrongUnparsedEntity;
+
   /// The longest string that is written, in octets (C.22 to C.24).
   std::uint64_t longestStringWritten;
 };
@@ -55,6 +56,12 @@ struct Dialect {
 inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
 /// The most restricted alphabets and encoding algorithms (7.2).
 inline constexpr std::uint32_t kMaximumAlgorithms = 256;
+
+/// What an entry of a table counts for beside its strings, where tables are bounded.
+inline constexpr std::uint64_t kEntryOctets = 32;
+/// What the tables of a document may take altogether before a reader refuses it, unless it is told
+/// otherwise. A writer must not go beyond.
+inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
 
 inline constexpr Dialect kDialectFI = {
     .maximumEntries = UINT32_MAX,
@@ -88,7 +95,7 @@ inline constexpr Dialect kDialectX891 = {
     .firstApplicationAlgorithm = 31,
     .wrongNotation = "Error while parsing notations",
     .wrongUnparsedEntity = "Error while parsing unparsed entities",
-    .longestStringWritten = 0x100000000,
+    .longestStringWritten = std::uint64_t{1} << 32,
 };
 
 }  // namespace Tavrin::fastinfoset

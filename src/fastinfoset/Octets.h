@@ -133,6 +133,12 @@ inline constexpr std::size_t kIndexedLength = 7;
 /// octet of the encoding format and ends in the next (C.29).
 inline constexpr unsigned kLastAlgorithmField = 255;
 
+/// The restricted alphabets, likewise: the two that are built in, and the first of the document's
+/// own. Those between are reserved (X.891, 7.2.19).
+inline constexpr unsigned kNumericAlphabet = 0;
+inline constexpr unsigned kDateAndTimeAlphabet = 1;
+inline constexpr unsigned kFirstOwnAlphabet = 15;
+
 /// How many of the field's bits stand at the head of the second octet; the length follows there.
 /// The first octet ends with the others.
 inline constexpr unsigned kStringFieldLowBits = 4;

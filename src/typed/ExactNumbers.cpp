@@ -4,6 +4,8 @@
 #include <cmath>
 #include <type_traits>
 
+#include "TakeOver.h"
+
 namespace Tavrin {
 
 namespace {
@@ -32,13 +34,6 @@ std::string exactText(const std::vector<Number>& numbers) {
     append(text, number);
   }
   return text;
-}
-
-template <typename Holder>
-std::unique_ptr<EncodedData> takeOver(Holder& holder) {
-  auto taken = std::make_unique<Holder>();
-  taken->data_.swap(holder.data_);
-  return taken;
 }
 
 }  // namespace

@@ -1,18 +1,11 @@
 #include <Tavrin/TypedData.h>
 
+#include "TakeOver.h"
 #include "TextForms.h"
 
 namespace Tavrin {
 
 namespace {
-
-/// A new holder with the value of this one, which is left empty.
-template <typename Holder>
-std::unique_ptr<EncodedData> takeOver(Holder& holder) {
-  auto taken = std::make_unique<Holder>();
-  taken->data_.swap(holder.data_);
-  return taken;
-}
 
 // Significant digits of the text of floating-point numbers.
 constexpr int kFloatDigits = 6;

@@ -271,13 +271,13 @@ void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& v
 /// 3.3), also where it has no default.
 void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::string& aName,
                                       const std::string& mode, const std::string& value) {
-  const bool isNamespaceDeclaration = aName == "xmlns" || aName.starts_with("xmlns:");
+  const bool isNamespaceDeclaration = xml::isDeclarationName(aName);
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;
   std::optional<std::string> given;
   if (mode.empty() || mode == "#FIXED") {
     if (isNamespaceDeclaration) {
-      xml::requireDeclarable(aName.size() > 6 ? aName.substr(6) : std::string(), value);
+      xml::requireDeclarable(xml::declaredPrefix(aName), value);
     }
     given = value;
   }

@@ -26,16 +26,6 @@ Parts split(std::string_view qName) {
   return {qName.substr(0, colon), qName.substr(colon + 1)};
 }
 
-/// Whether an attribute is a namespace declaration: `xmlns`, or the prefix `xmlns`.
-bool isDeclaration(std::string_view qName) {
-  const bool mayBe = qName.size() >= 5 && qName[0] == 'x';  // Few names get further.
-  return mayBe && qName.starts_with("xmlns") && (qName.size() == 5 || qName[5] == ':');
-}
-
-std::string_view declaredPrefix(std::string_view qName) {
-  return qName.size() > 6 ? qName.substr(6) : std::string_view();
-}
-
 /// What reports no namespaces gives an empty namespace name and an empty local name.
 bool isRaw(const std::string& uri, const std::string& localName) {
   return uri.empty() && localName.empty();
@@ -124,7 +114,7 @@ XML10StartTag::Space XML10StartTag::write(std::string& out, const Element& eleme
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
     const std::string& value = attributes.getValue(i);
-    if (!isDeclaration(qName)) {
+    if (!xml::isDeclarationName(qName)) {
       addAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings);
       if (qName == "xml:space") space = value == "preserve" ? Space::Preserve : Space::Default;
     } else if (isRepeated_[static_cast<std::size_t>(i)]) {
@@ -148,7 +138,7 @@ void XML10StartTag::collectDeclarations(const Element& element) {
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
-    if (!isDeclaration(qName)) continue;
+    if (!xml::isDeclarationName(qName)) continue;
     isRepeated_.resize(static_cast<std::size_t>(length));
     xml::requireQName(qName);
     const std::string& uri = attributes.getURI(i);
@@ -160,8 +150,8 @@ void XML10StartTag::collectDeclarations(const Element& element) {
       requireLocalName(localName, qName);
     }
     const std::string& value = attributes.getValue(i);
-    xml::requireDeclarable(declaredPrefix(qName), value);
-    declarations_.push_back({declaredPrefix(qName), value, i});
+    xml::requireDeclarable(xml::declaredPrefix(qName), value);
+    declarations_.push_back({xml::declaredPrefix(qName), value, i});
   }
 }
 
@@ -240,12 +230,12 @@ void XML10StartTag::checkDefaults(const Element& element, const Defaults& defaul
   if (found == defaults.end()) return;
   for (const auto& [name, value] : found->second) {
     if (!value) continue;
-    if (!isDeclaration(name)) {
+    if (!xml::isDeclarationName(name)) {
       const auto [prefix, local] = split(name);
       addName(requireBound(prefix, nullptr, bindings), local, name, true);
       continue;
     }
-    const std::string_view prefix = declaredPrefix(name);
+    const std::string_view prefix = xml::declaredPrefix(name);
     const bool isDeclared =
         std::ranges::binary_search(declarations_, prefix, {}, &Declaration::prefix);
     if (!isDeclared && bindings.find(prefix) != *value) {

@@ -9,6 +9,18 @@
 
 namespace Tavrin::xml {
 
+/// Whether an attribute of this name declares a namespace (Namespaces in XML, section 3): it is
+/// `xmlns`, or has the prefix `xmlns`.
+inline bool isDeclarationName(std::string_view qName) {
+  const bool mayBe = qName.size() >= 5 && qName[0] == 'x';  // Few names get further.
+  return mayBe && qName.starts_with("xmlns") && (qName.size() == 5 || qName[5] == ':');
+}
+
+/// The prefix that an attribute of such a name declares; empty for the default namespace.
+inline std::string_view declaredPrefix(std::string_view qName) {
+  return qName.size() > 6 ? qName.substr(6) : std::string_view();
+}
+
 /// Why Namespaces in XML 1.0 forbids a declaration (section 3, constraints "Reserved Prefixes and
 /// Namespace Names" and "No Prefix Undeclaring"), or an empty string.
 /// @param prefix empty for the default namespace

@@ -66,13 +66,6 @@ void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
 
 // --- Tables ---
 
-namespace {
-
-/// What an entry costs beside its strings.
-constexpr std::uint64_t kEntryOctets = 32;
-
-}  // namespace
-
 void XMLReader_FI::accountFor(std::uint64_t octets) {
   tableOctets_ += octets + kEntryOctets;
   if (tableOctets_ > maximumTableOctets_) {

@@ -33,8 +33,8 @@ class RestrictedAlphabet {
   bool isValid_ = false;
 };
 
-/// The built-in alphabets (X.891, 9.1 and 9.2).
-inline constexpr std::string_view kNumericAlphabet = "0123456789-+.E ";
-inline constexpr std::string_view kDateAndTimeAlphabet = "0123456789-:TZ ";
+/// The characters of the built-in alphabets (X.891, 9.1 and 9.2).
+inline constexpr std::string_view kNumericCharacters = "0123456789-+.E ";
+inline constexpr std::string_view kDateAndTimeCharacters = "0123456789-:TZ ";
 
 }  // namespace Tavrin

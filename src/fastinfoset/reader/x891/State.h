@@ -9,12 +9,12 @@
 #include <optional>
 #include <streambuf>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "../../../typed/ExactNumbers.h"
 #include "../../../xml/NamespaceBindings.h"
 #include "../../../xml/UniqueAttributes.h"
+#include "../../Dialect.h"
 #include "RestrictedAlphabet.h"
 
 namespace Tavrin {
@@ -52,7 +52,7 @@ struct XMLReader_X891::State {
 
   static constexpr double kAmplificationFactor = 1000;
   static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} << 20;
-  static constexpr std::uint64_t kMaximumTableOctets = std::uint64_t{512} << 20;
+  static constexpr std::uint64_t kMaximumTableOctets = fastinfoset::kReadersTableOctets;
   static constexpr std::uint64_t kMaximumLiteralOctets = std::uint64_t{1} << 30;
 
   double amplificationFactor = kAmplificationFactor;

@@ -14,10 +14,6 @@ using namespace fastinfoset;
 
 namespace {
 
-/// The restricted alphabets that are built in, and the first field of the application's own; those
-/// between are reserved.
-enum RestrictedAlphabetField : unsigned { kNumeric = 0, kDateAndTime = 1, kFirstOwnAlphabet = 15 };
-
 void appendUTF8(char32_t character, std::string& text) {
   const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
   if (character < 0x80) {
@@ -90,8 +86,8 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
   auto found = alphabets.find(field.number);
   if (found == alphabets.end()) {
     const auto charactersOf = [this](unsigned number) -> std::string {
-      if (number == kNumeric) return std::string(kNumericAlphabet);
-      if (number == kDateAndTime) return std::string(kDateAndTimeAlphabet);
+      if (number == kNumericAlphabet) return std::string(kNumericCharacters);
+      if (number == kDateAndTimeAlphabet) return std::string(kDateAndTimeCharacters);
       if (number < kFirstOwnAlphabet) {
         fail("Reserved restricted alphabet " + std::to_string(number + 1));
       }

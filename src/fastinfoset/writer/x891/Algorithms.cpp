@@ -24,7 +24,7 @@ bool XMLWriter_X891::isBuiltIn(const std::string& uri, int index) {
   return uri.empty() && index < kFirstNamed;
 }
 
-/// The URI of a field from 32 on, or nothing.
+/// The URI of an application's field, or nothing.
 std::string XMLWriter_X891::namedAlgorithm(int index) const {
   const std::vector<std::string>& named = own_->document.algorithms;
   if (index < kFirstNamed) return {};
@@ -160,11 +160,13 @@ std::string XMLWriter_X891::encodedBy(EncodingAlgorithm& algorithm, const std::s
   const bool isEmpty =
       chunk ? octets.empty() : octets.size() == 1 && octets[0] == static_cast<char>(kEmptyString);
   if (isEmpty) return {};
-  const unsigned mask = chunk ? 0xFC : 0xF0;
+  // Behind these bits, the first octet has the beginning of the number.
+  const unsigned numberBits = 8 - (chunk ? kChunkFieldLowBits : kStringFieldLowBits);
   const unsigned introduction = chunk ? kChunk | kChunkAlgorithm : kStringAlgorithm;
   const auto [length, begin] =
       chunk ? announced(kCharactersLength, octets) : announced(kStringLength, octets);
-  if (octets.empty() || (static_cast<unsigned char>(octets[0]) & mask) != introduction ||
+  if (octets.empty() ||
+      unsigned{static_cast<unsigned char>(octets[0])} >> numberBits != introduction >> numberBits ||
       octets.size() - begin != length || length == 0) {
     throw EncodingAlgorithmException("The algorithm \"" + uri +
                                      "\" announced other octets than it wrote");

@@ -4,12 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "../../Dialect.h"
+
 /// What the writer "X891" refuses in strings, whatever event brings them. Each throws a
 /// SAXException that names the reason.
 namespace Tavrin::fastinfoset {
 
-/// The longest string there is: 2^32 octets (X.891, C.22 to C.24).
-inline constexpr std::uint64_t kLongestString = std::uint64_t{1} << 32;
+/// The longest string there is (X.891, C.22 to C.24).
+inline constexpr std::uint64_t kLongestString = kDialectX891.longestStringWritten;
 
 /// @param where what the text stands in, with its article
 void checkText(const std::string& text, const char* where);

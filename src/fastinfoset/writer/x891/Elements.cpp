@@ -2,8 +2,6 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
-#include <algorithm>
-
 #include "../../../xml/PlainOctets.h"
 #include "../../Octets.h"
 #include "Checks.h"
@@ -42,18 +40,10 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
 }
 
-namespace {
-
-bool isXmlns(const std::string& qName) {
-  return !qName.empty() && qName[0] == 'x' && qName.compare(0, 5, "xmlns") == 0 &&
-         (qName.size() == 5 || qName[5] == ':');
-}
-
-}  // namespace
-
 bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) const {
   if (!own_->mayDeclare) return false;
-  return isXmlns(attributes.getQName(index)) || XMLWriter_FI::isDeclaration(attributes, index);
+  return xml::isDeclarationName(attributes.getQName(index)) ||
+         XMLWriter_FI::isDeclaration(attributes, index);
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
@@ -65,9 +55,9 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
     if (!isDeclaration(attributes, i)) continue;
     declares = true;
     const std::string& qName = attributes.getQName(i);
-    std::string prefix = isXmlns(qName) ? qName.substr(std::min<std::size_t>(qName.size(), 6))
-                                        : attributes.getLocalName(i);
-    if (!isXmlns(qName) && prefix == "xmlns") prefix.clear();
+    const bool hasName = xml::isDeclarationName(qName);
+    std::string prefix(hasName ? xml::declaredPrefix(qName) : attributes.getLocalName(i));
+    if (!hasName && prefix == "xmlns") prefix.clear();
     const std::string& uri = attributes.getValue(i);
     const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
     if (isTold) continue;
@@ -161,7 +151,7 @@ void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri
                      "\", not to \"" + uri + "\"");
 }
 
-/// Looks at a name that is new, or in another place than before.
+/// Looks at the parts of a name that is in no table.
 void XMLWriter_X891::checkName(const QualifiedName& name) {
   checkNCName(name.localName);
   if (!name.prefix.empty()) checkNCName(name.prefix);

@@ -32,9 +32,6 @@ struct XMLWriter_X891::State {
   static constexpr std::uint64_t kIndexedLengthDefault = 32;
   static constexpr std::uint64_t kMaximumTableOctetsDefault = std::uint64_t{64} << 20;
 
-  /// What an entry of a table counts for beside its strings.
-  static constexpr std::uint64_t kEntryOctets = 32;
-
   UUIDEncodingAlgorithm uuid;
 
   // --- The document ---

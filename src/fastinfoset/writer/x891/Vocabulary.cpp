@@ -18,9 +18,9 @@ using namespace fastinfoset;
 namespace {
 
 /// How many alphabets and algorithms can be named: the indexes up to 256 that are not reserved.
-constexpr std::size_t kMaximumAlphabets = 256 - 15;
+constexpr std::size_t kMaximumAlphabets = kMaximumAlgorithms - kFirstOwnAlphabet;
 constexpr std::size_t kMostApplicationAlgorithms =
-    kLastAlgorithmField + 1 - kDialectX891.firstApplicationAlgorithm;
+    kMaximumAlgorithms - kDialectX891.firstApplicationAlgorithm;
 
 std::string textOf(const char* entry) { return entry == nullptr ? std::string() : entry; }
 
@@ -41,7 +41,7 @@ void checkPositions(const Map& table) {
 void checkURI(const std::string& uri) { checkText(uri, "a URI"); }
 void checkVocabularyText(const std::string& text) { checkText(text, "the initial vocabulary"); }
 
-/// The number of characters (X.891, 7.17: at least two, each once).
+/// Refuses what is no alphabet (X.891, 7.17): it has at least two characters, each once.
 void checkAlphabet(const std::string& alphabet) {
   checkVocabularyText(alphabet);
   std::vector<std::string> characters;
@@ -135,7 +135,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->document.tableOctets += Hash::sizeOf(entry) + State::kEntryOctets;
+    own_->document.tableOctets += Hash::sizeOf(entry) + kEntryOctets;
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {

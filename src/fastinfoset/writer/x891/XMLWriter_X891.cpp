@@ -118,30 +118,23 @@ void XMLWriter_X891::reset() {
 
 // --- Tables ---
 
-namespace {
-
-/// What the tables may always take: what readers take by default.
-constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
-
-}  // namespace
-
 bool XMLWriter_X891::isIndexed(const StringIndexMap& table, const std::string& text) const {
   const std::uint64_t longest = &table == &vocabulary_.characterChunks
                                     ? own_->indexedChunkLength
                                     : own_->indexedAttributeValueLength;
   return text.size() <= longest && table.positions() < kMaximumEntries &&
-         own_->document.tableOctets + text.size() + State::kEntryOctets <= own_->maximumTableOctets;
+         own_->document.tableOctets + text.size() + kEntryOctets <= own_->maximumTableOctets;
 }
 
 void XMLWriter_X891::addEntry(StringIndexMap& table, const std::string& text) {
   if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += text.size() + State::kEntryOctets;
+  own_->document.tableOctets += text.size() + kEntryOctets;
   XMLWriter_FI::addEntry(table, text);
 }
 
 void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
   if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += Hash::sizeOf(name) + State::kEntryOctets;
+  own_->document.tableOctets += Hash::sizeOf(name) + kEntryOctets;
   XMLWriter_FI::addEntry(table, name);
 }
 
@@ -149,7 +142,7 @@ void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
 /// here.
 void XMLWriter_X891::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
   const std::uint64_t most = std::max(kReadersTableOctets, own_->maximumTableOctets);
-  if (own_->document.tableOctets + octets + entries * State::kEntryOctets > most) {
+  if (own_->document.tableOctets + octets + entries * kEntryOctets > most) {
     throw SAXException("The vocabulary takes more than " + std::to_string(most) + " octets");
   }
 }

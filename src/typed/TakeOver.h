@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Tavrin/TypedData.h>
+
+#include <memory>
+
+namespace Tavrin {
+
+/// A new holder with the value of this one, which is left empty.
+template <typename Holder>
+std::unique_ptr<EncodedData> takeOver(Holder& holder) {
+  auto taken = std::make_unique<Holder>();
+  taken->data_.swap(holder.data_);
+  return taken;
+}
+
+}  // namespace Tavrin
