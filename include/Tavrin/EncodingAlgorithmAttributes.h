@@ -130,12 +130,17 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
  private:
   friend class XMLReader_FI;
 
+  struct Record : Attribute {
+    std::uint64_t name = 0;  // A number of the reader's for the names that it holds; 0: none.
+  };
+
   const Attribute& at(int index) const;
   void clear();
-  Attribute& append();
+  Record& append();
 
-  std::vector<std::unique_ptr<Attribute>> attributes_;
-  std::vector<std::unique_ptr<Attribute>> spare_;  // Cleared records, which keep their memory.
+  std::vector<std::unique_ptr<Record>> attributes_;
+  std::vector<std::unique_ptr<Record>> spare_;  // Without values; they keep their memory and names.
+  std::size_t spareOctets_ = 0;
 };
 
 }  // namespace Tavrin

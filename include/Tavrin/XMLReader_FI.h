@@ -290,8 +290,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   QualifiedName& elementNameAt(unsigned long index);
   QualifiedName& attributeNameAt(unsigned long index);
   void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, QualifiedName& name);
-  static EncodingAlgorithmAttributesImpl::Attribute& appendTo(
-      EncodingAlgorithmAttributesImpl& attributes, const QualifiedName& name);
+  EncodingAlgorithmAttributesImpl::Attribute& appendTo(EncodingAlgorithmAttributesImpl& attributes,
+                                                       const QualifiedName& name) const;
   const QualifiedName& nameOf(const OpenElement& element) const;
   int nextOctet();
   unsigned takeOctet();
@@ -343,6 +343,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::vector<std::string> otherStrings_;
   std::vector<QualifiedName> elementNames_;
   std::vector<QualifiedName> attributeNames_;
+  std::uint64_t tableNumber_ = 0;  // Of attributeNames_ in this document; positions come below it.
 
   BuiltInAlgorithms builtIn_;
 

@@ -8,16 +8,18 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLWriter.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <string_view>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace Tavrin {
 
+class EncodingAlgorithmAttributes;
 namespace fastinfoset {
 struct Dialect;
 }
@@ -115,43 +117,26 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
     bool operator==(const QualifiedName& other) const;
   };
 
-  /// A hash with a secret of the process, so that no document can choose entries that collide.
-  struct TAVRIN_API Hash {
-    std::size_t operator()(const std::string& text) const;    ///< Of a string.
-    std::size_t operator()(const QualifiedName& name) const;  ///< Of a name.
-    static std::size_t sizeOf(const std::string& text);       ///< Octets of a string.
-    static std::size_t sizeOf(const QualifiedName& name);     ///< Octets of all parts.
-  };
+  static std::size_t octetsOf(const std::string& text);    ///< Octets of a string.
+  static std::size_t octetsOf(const QualifiedName& name);  ///< Octets of all parts.
 
   /// A table of the vocabulary as a writer needs it: entries with their indices, from 0.
   template <typename Key>
-  class IndexMap {
+  class TAVRIN_API IndexMap {
    public:
-    using Entries = std::unordered_map<Key, unsigned int, Hash>;  ///< How they are kept.
-    using value_type = typename Entries::value_type;              ///< Entry and index.
-    using const_iterator = typename Entries::const_iterator;      ///< In no order.
-    using iterator = const_iterator;                              ///< In no order.
+    using value_type = std::pair<Key, unsigned int>;          ///< Entry and index.
+    using Entries = std::vector<value_type>;                  ///< How they are kept.
+    using const_iterator = typename Entries::const_iterator;  ///< In the order of their arrival.
+    using iterator = const_iterator;                          ///< In the order of their arrival.
 
-    IndexMap() = default;  ///< An empty table.
+    IndexMap();  ///< An empty table.
     /// A table of given entries.
-    IndexMap(std::initializer_list<value_type> entries) : entries_(entries) {
-      for (const value_type& entry : entries) grow(Hash::sizeOf(entry.first));
-    }
+    IndexMap(std::initializer_list<value_type> entries);
 
-    /// The index of an entry, or null where there is none.
-    const unsigned int* find(const Key& key) const {
-      if (Hash::sizeOf(key) > longest_) return nullptr;  // Long texts are not hashed in vain.
-      const auto found = entries_.find(key);
-      return found == entries_.end() ? nullptr : &found->second;
-    }
+    /// The index of an entry, or null where there is none. Valid until the next change.
+    const unsigned int* find(const Key& key) const;
     /// Takes up the next position with an entry. Of equal entries, the first is found.
-    void add(const Key& key) {
-      if (entries_.emplace(key, positions()).second) {
-        grow(Hash::sizeOf(key));
-      } else {
-        ++withoutEntry_;
-      }
-    }
+    void add(const Key& key);
     /// Takes up positions at which nothing can be found.
     void skip(unsigned int count) { withoutEntry_ += count; }
     /// How many positions are taken up: the index of what comes next.
@@ -160,7 +145,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
     }
     /// The index of an entry.
     /// @throws std::out_of_range where there is none
-    unsigned int at(const Key& key) const { return entries_.at(key); }
+    unsigned int at(const Key& key) const;
     /// How many entries there are.
     std::size_t size() const { return entries_.size(); }
     /// Whether there are no entries.
@@ -168,21 +153,43 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
     /// Empties the table.
     void clear() { *this = IndexMap(); }
 
-    const_iterator begin() const { return entries_.begin(); }  ///< In no order.
-    const_iterator end() const { return entries_.end(); }      ///< In no order.
-    /// Whether the entries and their indices are the same.
-    bool operator==(const IndexMap& other) const { return entries_ == other.entries_; }
+    const_iterator begin() const { return entries_.begin(); }  ///< The first entry.
+    const_iterator end() const { return entries_.end(); }      ///< Behind the last entry.
+    /// Whether the entries and their indices are the same, in any order.
+    bool operator==(const IndexMap& other) const;
 
    private:
-    void grow(std::size_t size) { longest_ = std::max(longest_, size); }
+    /// Where an entry is found. A tag that is 0 has none.
+    struct Slot {
+      std::uint64_t tag;
+      std::uint32_t entry;
+    };
+
+    bool enter(const Key& key, unsigned int index);
+    Slot* slotOf(std::uint64_t tag, const Key& key);
+    void grow();
 
     Entries entries_;
+    std::vector<Slot> slots_;  // None, or a power of two, at most half of them taken.
     unsigned int withoutEntry_ = 0;
-    std::size_t longest_ = 0;
+    std::size_t longest_ = 0;  // Octets.
   };
 
   using StringIndexMap = IndexMap<std::string>;  ///< Strings with their indices.
   using NameIndexMap = IndexMap<QualifiedName>;  ///< Names with their indices.
+
+  /// The index of what is in no table.
+  static constexpr unsigned int kNoIndex = ~0U;
+
+  /// A name as an event brings it.
+  struct Name {
+    const std::string& uri;        ///< Namespace name.
+    const std::string& localName;  ///< Local name.
+    const std::string& qName;      ///< Qualified name.
+
+    /// What stands in front of the last colon of the qualified name.
+    std::string_view prefix() const;
+  };
 
   /// The tables that the writer adds to (X.891, clause 8).
   struct Vocabulary {
@@ -227,6 +234,9 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   void encodeAttributes(const Attributes& attributes);
   /// @}
 
+  /// Empties all tables.
+  void clearTables();
+
   /// The number of attributes that are not namespace declarations.
   int countAttributes(const Attributes& attributes) const;
 
@@ -236,9 +246,9 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   void flushCharacters();
 
   /// @name Octets
-  /// They need a stream. A dialect that gathers must send at the end of each event.
+  /// They need a stream. What gathers is to be sent at the end of each event.
   /// @{
-  void gatherOctets() { gathers_ = true; }    ///< From now on, small pieces go out together.
+  void gatherOctets() { gathers_ = true; }    ///< From now on, also between events.
   void sendOctets();                          ///< Writes what has gathered, if anything.
   void put(unsigned octet);                   ///< Writes one octet.
   void putOctets(const std::string& octets);  ///< Writes octets.
@@ -266,15 +276,17 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   virtual void missingNamePart(const std::string& part, const char* what) const;
   /// Whether an attribute is a namespace declaration, which startPrefixMapping tells of.
   virtual bool isDeclaration(const Attributes& attributes, int index) const;
+  /// Takes the attributes of a start tag for namespace declarations that are such. Called where
+  /// there are any, before names are looked at.
+  /// @param declarations their positions
+  virtual void takeDeclarations(const Attributes& attributes, const std::vector<int>& declarations);
   /// Refuses the name of an element, before anything of the tag is written.
   /// @param name  the name
-  /// @param qName how it is given
-  /// @param index its position in the table, or null
-  virtual void checkElementName(const QualifiedName& name, const std::string& qName,
-                                const unsigned int* index);
+  /// @param index its position in the table, or kNoIndex
+  /// @param isKnown whether these very strings were looked at before and not refused
+  virtual void checkElementName(const Name& name, unsigned int index, bool isKnown);
   /// Refuses the name of an attribute, likewise.
-  virtual void checkAttributeName(const QualifiedName& name, const std::string& qName,
-                                  const unsigned int* index);
+  virtual void checkAttributeName(const Name& name, unsigned int index, bool isKnown);
   /// Refuses the text of an attribute, likewise.
   virtual void checkValue(const std::string& value) const;
   /// Refuses the typed value of an attribute, likewise.
@@ -300,14 +312,20 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   template <typename Encoding>
   void putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
   std::uint64_t lengthOf(const std::string& text) const;
+  void encodeNewString(StringIndexMap* table, const std::string& text);
   unsigned int findNamePart(const StringIndexMap& table, const std::string& part,
                             const char* builtIn, const char* what) const;
   void encodeNamePart(StringIndexMap& table, const std::string& part, unsigned int index);
-  static void assignName(QualifiedName& name, const std::string& uri, const std::string& localName,
-                         const std::string& qName);
+  static void assignName(QualifiedName& name, const Name& from);
+  unsigned int takeElementName(const Name& name);
+  const EncodingAlgorithmAttributes* typedForm(const Attributes& attributes);
+  void recogniseAttributes(const Attributes& attributes);
   void takeAttributes(const Attributes& attributes);
   void encodeTakenAttributes(const Attributes& attributes);
-  void encodeNewAttributeName(const Attributes& attributes, int i);
+  void encodeNewAttributeName(const Name& name);
+  void writeStartTag(const Name& name, const Attributes& attributes);
+  template <typename Body>
+  void perform(Body body);
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
 
@@ -318,14 +336,21 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   bool gathers_ = false;
   std::string gathered_;
 
+  struct KnownNames;
+  std::unique_ptr<KnownNames> known_;
+
   // Used again for each item; they keep their memory.
   struct TakenAttribute {
     int position;
-    const unsigned int* index;  // Of its name, or null. Entries of a table stay where they are.
+    unsigned int index;       // Of its name, or kNoIndex.
+    unsigned int valueIndex;  // Of its text, or kNoIndex.
+    bool isKnown;             // Its name is one of known_.
   };
   QualifiedName name_;
   QualifiedName elementName_;
-  std::vector<TakenAttribute> taken_;  // The attributes that are not declarations.
+  std::vector<TakenAttribute> taken_;        // The attributes that are not declarations.
+  std::vector<int> declarations_;            // The positions of the others.
+  const std::type_info* untyped_ = nullptr;  // A class of attributes without typed values.
 
   static const XMLWriterType type_;
 };

@@ -167,10 +167,10 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   void addEntry(NameIndexMap& table, const QualifiedName& name) override;
   void missingNamePart(const std::string& part, const char* what) const override;
   bool isDeclaration(const Attributes& attributes, int index) const override;
-  void checkElementName(const QualifiedName& name, const std::string& qName,
-                        const unsigned int* index) override;
-  void checkAttributeName(const QualifiedName& name, const std::string& qName,
-                          const unsigned int* index) override;
+  void takeDeclarations(const Attributes& attributes,
+                        const std::vector<int>& declarations) override;
+  void checkElementName(const Name& name, unsigned int index, bool isKnown) override;
+  void checkAttributeName(const Name& name, unsigned int index, bool isKnown) override;
   void checkValue(const std::string& value) const override;
   void checkTypedValue(const std::string& uri, int index, const EncodedData& data) override;
   void beginTag() override;
@@ -182,9 +182,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   struct WrittenVocabulary;
 
   void declare(const std::string& prefix, const std::string& uri);
-  void takeDeclarations(const Attributes& attributes);
-  static void checkName(const QualifiedName& name);
-  [[noreturn]] static void refuseSpelling(const std::string& qName, const std::string& localName);
+  void takeNewName(const Name& name);
+  [[noreturn]] static void refuseSpelling(const Name& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkRoom(std::uint64_t octets, std::uint64_t entries) const;
 

@@ -126,6 +126,12 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   bool* findFeature(const std::string& name);
   template <typename... Pieces>
   void writeAll(const Pieces&... pieces);
+  template <typename Body>
+  void perform(Body body);
+  void send();
+  void writeText(std::string_view text);
+
+  std::string composed_;  // Octets of the event that is being written.
 
   static const XMLWriterType type_;
 };

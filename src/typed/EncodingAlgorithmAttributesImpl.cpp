@@ -155,16 +155,17 @@ void EncodingAlgorithmAttributesImpl::addAttribute(const std::string& uri,
                                                    const std::string& qName,
                                                    const std::string& type,
                                                    const std::string& value) {
-  attributes_.push_back(std::make_unique<Attribute>(
-      Attribute{uri, localName, qName, type, value, std::string(), -1, nullptr}));
+  attributes_.push_back(std::make_unique<Record>(
+      Record{{uri, localName, qName, type, value, std::string(), -1, nullptr}, 0}));
 }
 
 void EncodingAlgorithmAttributesImpl::addAttribute(
     const std::string& uri, const std::string& localName, const std::string& qName,
     const std::string& type, const std::string& algorithmURI, int algorithmIndex,
     std::unique_ptr<EncodedData> data) {
-  attributes_.push_back(std::make_unique<Attribute>(Attribute{
-      uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)}));
+  attributes_.push_back(std::make_unique<Record>(Record{
+      {uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)},
+      0}));
 }
 
 // A reader fills one list again and again. Strings made anew for each attribute take it several
@@ -172,12 +173,13 @@ void EncodingAlgorithmAttributesImpl::addAttribute(
 // document.
 
 void EncodingAlgorithmAttributesImpl::clear() {
-  constexpr std::size_t kMostSpare = 256;
-  constexpr std::size_t kLargestSpare = 4096;
+  constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
   while (!attributes_.empty()) {
-    std::unique_ptr<Attribute> record = std::move(attributes_.back());
+    std::unique_ptr<Record> record = std::move(attributes_.back());
     attributes_.pop_back();
-    if (spare_.size() >= kMostSpare || record->value.capacity() > kLargestSpare) continue;
+    const std::size_t octets = sizeof *record + record->value.capacity();
+    if (spareOctets_ + octets > kMostSpareOctets) continue;
+    spareOctets_ += octets;
     record->value.clear();
     record->algorithmURI.clear();
     record->algorithmIndex = -1;
@@ -186,12 +188,13 @@ void EncodingAlgorithmAttributesImpl::clear() {
   }
 }
 
-EncodingAlgorithmAttributesImpl::Attribute& EncodingAlgorithmAttributesImpl::append() {
+EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::append() {
   if (spare_.empty()) {
-    attributes_.push_back(std::make_unique<Attribute>());
+    attributes_.push_back(std::make_unique<Record>());
   } else {
     attributes_.push_back(std::move(spare_.back()));
     spare_.pop_back();
+    spareOctets_ -= sizeof *attributes_.back() + attributes_.back()->value.capacity();
   }
   return *attributes_.back();
 }

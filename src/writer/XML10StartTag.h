@@ -12,7 +12,9 @@
 #include <string_view>
 #include <vector>
 
+#include "../xml/NameCache.h"
 #include "../xml/NamespaceBindings.h"
+#include "../xml/UniqueAttributes.h"
 
 namespace Tavrin {
 
@@ -55,27 +57,27 @@ class XML10StartTag {
     std::string_view localName;
     std::string_view qName;
     bool isDefault;
-    std::size_t hash;  // Of the local name.
+    std::size_t hash;  // Of the local name, where there are many.
   };
 
-  /// Names that have been found right, with the bindings in force then.
+  /// A name that has been found right with some bindings. The commonest ones are kept.
   struct Checked {
-    std::string uri;
-    std::string localName;
-    std::string qName;
-    std::uint64_t version = 0;
+    std::uint64_t version;  // Of the bindings.
+    std::size_t number;     // Of an attribute, among those that must differ.
+    bool isSpace;           // It is `xml:space`.
   };
-  using CheckedNames = std::array<Checked, 64>;
+  using CheckedNames = xml::NameCache<Checked>;
 
-  static Checked* findChecked(CheckedNames& names, const std::string& uri,
-                              const std::string& localName, const std::string& qName,
-                              const xml::NamespaceBindings& bindings);
+  bool writeChecked(std::string& out, const Element& element, char quote,
+                    const xml::NamespaceBindings& bindings, Space& space);
+  void checkElementName(const Element& element, const xml::NamespaceBindings& bindings);
   void addName(std::string_view uri, std::string_view localName, std::string_view qName,
                bool isDefault);
   void collectDeclarations(const Element& element);
   void declareAll(xml::NamespaceBindings& bindings);
   void addAttributeName(const std::string& uri, const std::string& localName,
-                        const std::string& qName, const xml::NamespaceBindings& bindings);
+                        const std::string& qName, const xml::NamespaceBindings& bindings,
+                        bool keep);
   void checkDefaults(const Element& element, const Defaults& defaults,
                      const xml::NamespaceBindings& bindings);
   void refuseDuplicates();
@@ -85,8 +87,9 @@ class XML10StartTag {
   std::vector<bool> isRepeated_;  // By attribute: says what a mapping says already.
   std::vector<ExpandedName> names_;
 
-  CheckedNames elements_;
-  CheckedNames attributes_;
+  CheckedNames checkedElements_;
+  CheckedNames checkedAttributes_;
+  xml::UniqueAttributes numbers_;  // Of the attributes that are or were checked.
 };
 
 }  // namespace Tavrin

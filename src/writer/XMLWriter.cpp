@@ -1,6 +1,7 @@
 #include <Tavrin/XMLWriter.h>
 
 #include "../sax/NotRecognized.h"
+#include "../xml/SameText.h"
 
 namespace Tavrin {
 
@@ -85,7 +86,8 @@ void XMLWriter::endElement(const std::string& uri, const std::string& localName,
   checkState(state_, bit(InElement), "You cannot end an element at this point");
   hasContent_ = true;  // It is the parent that counts now.
   const Element& element = elements_.back();
-  if (element.uri != uri || element.localName != localName || element.qName != qName) {
+  if (!xml::sameText(element.uri, uri) || !xml::sameText(element.localName, localName) ||
+      !xml::sameText(element.qName, qName)) {
     throw SAXException("Name mismatch between start and end element");
   }
   elements_.pop_back();

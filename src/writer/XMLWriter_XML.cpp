@@ -3,61 +3,38 @@
 
 #include <cstddef>
 
+#include "../xml/Escapes.h"
+#include "WriteOctets.h"
+
 namespace Tavrin {
 
 namespace {
 
 constexpr std::size_t kIndentWidth = 2;
 
-std::string_view textEscape(char c) {
-  switch (c) {
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '&':
-      return "&amp;";
-    default:
-      return {};
-  }
-}
+constexpr xml::Escapes kTextEscapes{{'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}};
 
 // Values stand between apostrophes. A line feed would be read back as a space.
-std::string_view attributeEscape(char c) {
-  switch (c) {
-    case '<':
-      return "&lt;";
-    case '&':
-      return "&amp;";
-    case '\'':
-      return "&apos;";
-    case '\n':
-      return "&#xA;";
-    default:
-      return {};
-  }
-}
+constexpr xml::Escapes kValueEscapes{
+    {'<', "&lt;"}, {'&', "&amp;"}, {'\'', "&apos;"}, {'\n', "&#xA;"}};
+
+// What one large event took is not kept for all the small ones.
+constexpr std::size_t kKeptOctets = 1U << 20U;
 
 std::string lineBreak(std::size_t depth) {
   return std::string(1, '\n').append(kIndentWidth * depth, ' ');
 }
 
-void writeTo(std::ostream& out, std::string_view text) {
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
-/// Writes text in runs between the characters for which there is an escape.
-template <typename Escape>
-void writeEscaped(std::ostream& out, std::string_view text, Escape escapeOf) {
-  std::size_t begin = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::string_view escape = escapeOf(text[i]);
-    if (escape.empty()) continue;
-    if (i > begin) writeTo(out, text.substr(begin, i - begin));
-    writeTo(out, escape);
-    begin = i + 1;
+/// Hands over a text in runs between the escapes.
+template <typename Write>
+void escape(const xml::Escapes& escapes, std::string_view text, Write write) {
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = escapes.find(text, begin);
+    if (end > begin) write(text.substr(begin, end - begin));
+    if (end == text.size()) return;
+    write(escapes.reference(text[end]));
+    begin = end + 1;
   }
-  if (begin < text.size()) writeTo(out, text.substr(begin));
 }
 
 }  // namespace
@@ -117,7 +94,7 @@ void XMLWriter_XML::indent() {
 bool XMLWriter_XML::isWriting() const { return out_ != nullptr; }
 
 void XMLWriter_XML::write(std::string_view text) {
-  if (out_) writeTo(*out_, text);
+  if (out_) composed_ += text;
 }
 
 template <typename... Pieces>
@@ -125,14 +102,42 @@ void XMLWriter_XML::writeAll(const Pieces&... pieces) {
   (write(pieces), ...);
 }
 
+/// Composes an event and writes it in one piece: looking after a stream takes longer than
+/// composing. Also where the event is refused: what stands in front of it was written.
+template <typename Body>
+void XMLWriter_XML::perform(Body body) {
+  try {
+    body();
+  } catch (...) {
+    send();
+    throw;
+  }
+  send();
+}
+
+void XMLWriter_XML::send() {
+  if (composed_.empty()) return;
+  // Gone even when the stream throws.
+  struct Clear {
+    std::string& octets;
+    ~Clear() {
+      octets.clear();
+      if (octets.capacity() > kKeptOctets) octets.shrink_to_fit();
+    }
+  } const clear{composed_};
+  writeOctets(*out_, composed_);
+}
+
 // --- Document, elements and content ---
 
 void XMLWriter_XML::startDocument() {
-  XMLWriter::startDocument();
-  if (!xmlDeclaration_) return;
-  write("<?xml version=\"1.0\" encoding=\"UTF-8\"");
-  writeStandaloneDeclaration();
-  write("?>");
+  perform([&] {
+    XMLWriter::startDocument();
+    if (!xmlDeclaration_) return;
+    write("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+    writeStandaloneDeclaration();
+    write("?>");
+  });
 }
 
 void XMLWriter_XML::writeStandaloneDeclaration() {}
@@ -145,11 +150,13 @@ void XMLWriter_XML::startPrefixMapping(const std::string& prefix, const std::str
 
 void XMLWriter_XML::startElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const Attributes& attributes) {
-  startChild();
-  indent();
-  XMLWriter::startElement(uri, localName, qName, attributes);
-  if (isWriting()) writeStartTag(uri, localName, qName, attributes);
-  namespaces_.clear();
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::startElement(uri, localName, qName, attributes);
+    if (isWriting()) writeStartTag(uri, localName, qName, attributes);
+    namespaces_.clear();
+  });
 }
 
 /// Writes a start tag without its ">", which startChild or endElement adds.
@@ -163,24 +170,26 @@ void XMLWriter_XML::writeStartTag(const std::string& /*uri*/, const std::string&
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     writeAll(" ", attributes.getQName(i), "='");
-    writeEscaped(*out_, attributes.getValue(i), attributeEscape);
+    escape(kValueEscapes, attributes.getValue(i), [this](std::string_view run) { write(run); });
     write("'");
   }
 }
 
 void XMLWriter_XML::endElement(const std::string& uri, const std::string& localName,
                                const std::string& qName) {
-  const bool hadContent = hasContent_;
-  XMLWriter::endElement(uri, localName, qName);
-  if (hadContent) {
-    indent();
-    writeAll("</", qName, ">");
-  } else if (emptyTags_) {
-    write("/>");
-  } else {
-    completeEmptyStartTag();
-    writeAll("</", qName, ">");
-  }
+  perform([&] {
+    const bool hadContent = hasContent_;
+    XMLWriter::endElement(uri, localName, qName);
+    if (hadContent) {
+      indent();
+      writeAll("</", qName, ">");
+    } else if (emptyTags_) {
+      write("/>");
+    } else {
+      completeEmptyStartTag();
+      writeAll("</", qName, ">");
+    }
+  });
 }
 
 /// By now the element is closed in the base. Behind the root no start tag is completed any more, so
@@ -191,27 +200,41 @@ void XMLWriter_XML::completeEmptyStartTag() {
 }
 
 void XMLWriter_XML::characters(const std::string& text) {
-  startChild();
-  XMLWriter::characters(text);
-  if (!out_) return;
-  if (state_ == InCDATA) {
-    write(text);
-  } else {
-    writeEscaped(*out_, text, textEscape);
-  }
+  perform([&] {
+    startChild();
+    XMLWriter::characters(text);
+    if (!out_) return;
+    if (state_ == InCDATA) {
+      write(text);
+    } else {
+      writeText(text);
+    }
+  });
+}
+
+/// Text goes out in runs, without being copied.
+void XMLWriter_XML::writeText(std::string_view text) {
+  constexpr std::size_t kShort = 256;
+  if (text.size() <= kShort && kTextEscapes.find(text, 0) == text.size()) return write(text);
+  send();
+  escape(kTextEscapes, text, [this](std::string_view run) { writeOctets(*out_, run); });
 }
 
 void XMLWriter_XML::ignorableWhitespace(const std::string& text) {
-  startChild();
-  XMLWriter::ignorableWhitespace(text);
-  write(text);
+  perform([&] {
+    startChild();
+    XMLWriter::ignorableWhitespace(text);
+    write(text);
+  });
 }
 
 void XMLWriter_XML::processingInstruction(const std::string& target, const std::string& data) {
-  startChild();
-  indent();
-  XMLWriter::processingInstruction(target, data);
-  writeAll("<?", target, " ", data, "?>");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::processingInstruction(target, data);
+    writeAll("<?", target, " ", data, "?>");
+  });
 }
 
 // --- Features, flush and reset ---
@@ -236,7 +259,9 @@ bool XMLWriter_XML::getFeature(const std::string& name) {
   return XMLWriter::getFeature(name);
 }
 
-void XMLWriter_XML::flush() { startChild(); }
+void XMLWriter_XML::flush() {
+  perform([&] { startChild(); });
+}
 
 void XMLWriter_XML::reset() {
   XMLWriter::reset();
@@ -263,76 +288,92 @@ void XMLWriter_XML::writeExternalIdentifier(Declared declared, const std::string
 
 void XMLWriter_XML::startDTD(const std::string& name, const std::string& publicId,
                              const std::string& systemId) {
-  indent();
-  XMLWriter::startDTD(name, publicId, systemId);
-  writeAll("<!DOCTYPE ", name);
-  writeExternalIdentifier(Declared::DocumentType, name, publicId, systemId);
+  perform([&] {
+    indent();
+    XMLWriter::startDTD(name, publicId, systemId);
+    writeAll("<!DOCTYPE ", name);
+    writeExternalIdentifier(Declared::DocumentType, name, publicId, systemId);
+  });
 }
 
 void XMLWriter_XML::endDTD() {
-  const bool hadContent = hasContent_;
-  XMLWriter::endDTD();
-  if (hadContent) {
-    indent();
-    write("]");
-  }
-  write(">");
+  perform([&] {
+    const bool hadContent = hasContent_;
+    XMLWriter::endDTD();
+    if (hadContent) {
+      indent();
+      write("]");
+    }
+    write(">");
+  });
 }
 
 void XMLWriter_XML::notationDecl(const std::string& name, const std::string& publicId,
                                  const std::string& systemId) {
-  startChild();
-  indent();
-  XMLWriter::notationDecl(name, publicId, systemId);
-  writeAll("  <!NOTATION ", name);
-  writeExternalIdentifier(Declared::Notation, name, publicId, systemId);
-  write(">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::notationDecl(name, publicId, systemId);
+    writeAll("  <!NOTATION ", name);
+    writeExternalIdentifier(Declared::Notation, name, publicId, systemId);
+    write(">");
+  });
 }
 
 void XMLWriter_XML::unparsedEntityDecl(const std::string& name, const std::string& publicId,
                                        const std::string& systemId,
                                        const std::string& notationName) {
-  startChild();
-  indent();
-  XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
-  writeAll("  <!ENTITY ", name);
-  writeExternalIdentifier(Declared::UnparsedEntity, name, publicId, systemId);
-  writeAll(" NDATA ", notationName, ">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+    writeAll("  <!ENTITY ", name);
+    writeExternalIdentifier(Declared::UnparsedEntity, name, publicId, systemId);
+    writeAll(" NDATA ", notationName, ">");
+  });
 }
 
 void XMLWriter_XML::externalEntityDecl(const std::string& name, const std::string& publicId,
                                        const std::string& systemId) {
-  startChild();
-  indent();
-  XMLWriter::externalEntityDecl(name, publicId, systemId);
-  writeAll("  <!ENTITY ", name);
-  writeExternalIdentifier(Declared::ParsedEntity, name, publicId, systemId);
-  write(">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::externalEntityDecl(name, publicId, systemId);
+    writeAll("  <!ENTITY ", name);
+    writeExternalIdentifier(Declared::ParsedEntity, name, publicId, systemId);
+    write(">");
+  });
 }
 
 void XMLWriter_XML::internalEntityDecl(const std::string& name, const std::string& value) {
-  startChild();
-  indent();
-  XMLWriter::internalEntityDecl(name, value);
-  writeAll("  <!ENTITY ", name, " \"", value, "\">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::internalEntityDecl(name, value);
+    writeAll("  <!ENTITY ", name, " \"", value, "\">");
+  });
 }
 
 void XMLWriter_XML::elementDecl(const std::string& name, const std::string& model) {
-  startChild();
-  indent();
-  XMLWriter::elementDecl(name, model);
-  writeAll("  <!ELEMENT ", name, " ", model, ">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::elementDecl(name, model);
+    writeAll("  <!ELEMENT ", name, " ", model, ">");
+  });
 }
 
 void XMLWriter_XML::attributeDecl(const std::string& eName, const std::string& aName,
                                   const std::string& type, const std::string& mode,
                                   const std::string& value) {
-  startChild();
-  indent();
-  XMLWriter::attributeDecl(eName, aName, type, mode, value);
-  writeAll("  <!ATTLIST ", eName, " ", aName, " ", type, " ");
-  writeDefault(mode, value);
-  write(">");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::attributeDecl(eName, aName, type, mode, value);
+    writeAll("  <!ATTLIST ", eName, " ", aName, " ", type, " ");
+    writeDefault(mode, value);
+    write(">");
+  });
 }
 
 void XMLWriter_XML::writeDefault(const std::string& mode, const std::string& value) {
@@ -342,21 +383,27 @@ void XMLWriter_XML::writeDefault(const std::string& mode, const std::string& val
 // --- CDATA sections and comments ---
 
 void XMLWriter_XML::startCDATA() {
-  startChild();
-  XMLWriter::startCDATA();
+  perform([&] {
+    startChild();
+    XMLWriter::startCDATA();
+  });
 }
 
 void XMLWriter_XML::endCDATA() {
-  const bool hadContent = hasContent_;
-  XMLWriter::endCDATA();
-  if (hadContent) write("]]>");
+  perform([&] {
+    const bool hadContent = hasContent_;
+    XMLWriter::endCDATA();
+    if (hadContent) write("]]>");
+  });
 }
 
 void XMLWriter_XML::comment(const std::string& text) {
-  startChild();
-  indent();
-  XMLWriter::comment(text);
-  writeAll("<!--", text, "-->");
+  perform([&] {
+    startChild();
+    indent();
+    XMLWriter::comment(text);
+    writeAll("<!--", text, "-->");
+  });
 }
 
 }  // namespace Tavrin

@@ -5,6 +5,7 @@
 
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
+#include "WriteOctets.h"
 #include "XML10Document.h"
 
 namespace Tavrin {
@@ -55,7 +56,7 @@ void XMLWriter_XML10::writeOut() {
   if (document_->breaks.empty() && document_->text.size() <= kKeptOctets) {
     const std::string& text = document_->text;
     try {
-      if (out_) out_->write(text.data(), static_cast<std::streamsize>(text.size()));
+      if (out_) writeOctets(*out_, text);
     } catch (...) {
       document_->text.clear();
       throw;
@@ -74,9 +75,7 @@ void XMLWriter_XML10::writeOut() {
   } const clear{*document_};
   if (out_ == nullptr) return;
   const std::string_view text = document_->text;
-  const auto writePiece = [this](std::string_view piece) {
-    out_->write(piece.data(), static_cast<std::streamsize>(piece.size()));
-  };
+  const auto writePiece = [this](std::string_view piece) { writeOctets(*out_, piece); };
   std::size_t begin = 0;
   std::string line = "\n";
   for (const auto& [position, depth] : document_->breaks) {
@@ -183,6 +182,11 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 void XMLWriter_XML10::characters(const std::string& text) {
   // The commonest event: nothing waits to be written, so little has to be restored.
   if (state_ == InElement && document_->text.empty()) {
+    if (hasContent_ && document_->breaks.empty() && xml::kTextEscapes.isVerbatim(text)) {
+      if (out_) writeOctets(*out_, text);
+      forbidIndentation();
+      return;
+    }
     const bool hadContent = hasContent_;
     startChild();
     try {

@@ -18,14 +18,24 @@ class Escapes {
   };
 
   constexpr Escapes(std::initializer_list<Escape> escapes) {
-    std::uint8_t number = 0;
-    for (const Escape& escape : escapes) {
-      characters_[number] = escape.character;
-      references_[++number] = escape.reference;
-      numbers_[static_cast<unsigned char>(escape.character)] = number;
+    for (std::size_t octet = 0; octet < numbers_.size(); ++octet) {
+      const bool isEasy = (octet >= 0x20 && octet < 0x80) || octet == '\t' || octet == '\n';
+      numbers_[octet] = isEasy ? 0 : kUneasy;
     }
-    for (std::size_t i = number; i < kMost; ++i) characters_[i] = characters_[0];
+    for (const Escape& escape : escapes) {
+      blocks_[count_].fill(escape.character);
+      references_[++count_] = escape.reference;
+      numbers_[static_cast<unsigned char>(escape.character)] = count_;
+    }
   }
+
+  /// Whether a text can be seen at a glance to be valid and to have nothing to escape.
+  bool isVerbatim(std::string_view text) const;
+
+  /// Where the next character to escape stands, or the end.
+  std::size_t find(std::string_view text, std::size_t begin) const;
+  /// What is written for a character to escape.
+  std::string_view reference(char c) const { return references_[numberOf(c)]; }
 
   /// Appends a text with its references.
   /// @return kAllValid, or where the text goes wrong as findInvalid tells it; nothing was appended
@@ -34,12 +44,16 @@ class Escapes {
 
  private:
   static constexpr std::size_t kMost = 6;
+  using Block = std::array<char, 16>;
 
-  unsigned numberOf(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
-  std::size_t findEscaped(std::string_view text, std::size_t begin) const;
+  static constexpr std::uint8_t kUneasy = 0x80;  // Part of a character that may be invalid.
 
-  std::array<char, kMost> characters_{};     // Where there are fewer, the first one again.
-  std::array<std::uint8_t, 256> numbers_{};  // 0 where a character stands for itself.
+  std::uint8_t lookUp(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
+  unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kUneasy}; }
+
+  std::array<Block, kMost> blocks_{};        // The characters, each to compare with many at once.
+  std::uint8_t count_ = 0;                   // How many they are.
+  std::array<std::uint8_t, 256> numbers_{};  // 0 where a character of ASCII stands for itself.
   std::array<std::string_view, kMost + 1> references_{};  // By number.
 };
 

@@ -59,6 +59,12 @@ struct OctetSets {
   unsigned lead;          ///< 0xC2 to 0xDF: the first of two octets.
   unsigned control;       ///< Below 0x20, but for tab and line feed.
 
+  /// Whether an octet is one of `lead`.
+  static bool isLead(char octet) {
+    const auto value = static_cast<unsigned char>(octet);
+    return value >= 0xC2 && value <= 0xDF;
+  }
+
   explicit OctetSets(const char* octets) {
     __m128i all;
     std::memcpy(&all, octets, sizeof all);
@@ -96,9 +102,9 @@ inline bool isSimpleText(std::string_view text) {
   }
   // The last octets, with some in front of them that were looked at.
   const std::size_t last = text.size() - kBlock;
-  const auto before = static_cast<unsigned char>(last > 0 ? text[last - 1] : 0);
   const OctetSets sets(text.data() + last);
-  return sets.areSimple(before >= 0xC2 && before <= 0xDF ? 1 : 0) && sets.lead >> (kBlock - 1) == 0;
+  const bool followsLead = last > 0 && OctetSets::isLead(text[last - 1]);
+  return sets.areSimple(followsLead ? 1 : 0) && sets.lead >> (kBlock - 1) == 0;
 }
 
 #endif

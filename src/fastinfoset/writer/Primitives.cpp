@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <tuple>
 
+#include "../../writer/WriteOctets.h"
 #include "../Dialect.h"
 #include "../Octets.h"
-#include "PutInteger.h"
+#include "Event.h"
 
 // Integers, strings, names and namespace declarations (X.891, C.12 to C.28), and the tables behind
 // them. An entry's index is the number of positions that were taken up before it.
@@ -44,12 +45,12 @@ void XMLWriter_FI::write(const char* octets, std::size_t count) {
     }
     sendOctets();
   }
-  out_->write(octets, static_cast<std::streamsize>(count));
+  writeOctets(*out_, {octets, count});
 }
 
 void XMLWriter_FI::sendOctets() {
   if (gathered_.empty()) return;
-  if (out_) out_->write(gathered_.data(), static_cast<std::streamsize>(gathered_.size()));
+  if (out_) writeOctets(*out_, gathered_);
   gathered_.clear();
 }
 
@@ -108,22 +109,24 @@ std::uint64_t XMLWriter_FI::lengthOf(const std::string& text) const {
 }
 
 void XMLWriter_FI::encodeString(StringIndexMap* table, bool addToTable, const std::string& text) {
+  const unsigned* const index = table != nullptr && !text.empty() ? table->find(text) : nullptr;
+  if (index != nullptr) {
+    encodeIndex(kStringIndex, *index);
+  } else {
+    encodeNewString(addToTable ? table : nullptr, text);
+  }
+}
+
+/// Writes a string that is in no table.
+/// @param table to which it is added, or null
+void XMLWriter_FI::encodeNewString(StringIndexMap* table, const std::string& text) {
   if (text.empty()) {
     put(kEmptyString);
     return;
   }
-  unsigned bits = kStringUTF8;
-  if (table != nullptr) {
-    if (const unsigned* const index = table->find(text)) {
-      encodeIndex(kStringIndex, *index);
-      return;
-    }
-    if (addToTable) {
-      addEntry(*table, text);
-      bits |= kStringAddToTable;
-    }
-  }
-  putInteger(kStringLength, bits, lengthOf(text));
+  if (table != nullptr) addEntry(*table, text);
+  putInteger(kStringLength, kStringUTF8 | (table != nullptr ? kStringAddToTable : 0),
+             lengthOf(text));
   putOctets(text);
 }
 

@@ -3,10 +3,11 @@
 #include <Tavrin/XMLWriter_FI.h>
 
 #include <string_view>
+#include <typeinfo>
 
 #include "../Dialect.h"
 #include "../Octets.h"
-#include "PutInteger.h"
+#include "Event.h"
 
 // The events. The octet forms of names, strings and integers are in Primitives.cpp, typed content
 // is in Content.cpp.
@@ -19,7 +20,8 @@ const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
 
 XMLWriter_FI::XMLWriter_FI() : XMLWriter_FI(kDialectFI) {}
 
-XMLWriter_FI::XMLWriter_FI(const Dialect& dialect) : dialect_(dialect) {}
+XMLWriter_FI::XMLWriter_FI(const Dialect& dialect)
+    : dialect_(dialect), known_(std::make_unique<KnownNames>()) {}
 
 XMLWriter_FI::~XMLWriter_FI() = default;
 
@@ -31,19 +33,18 @@ void checkName(const std::string& name) {
   if (name.empty()) throw SAXException("Empty name");
 }
 
-void assignPrefix(std::string& prefix, const std::string& qName) {
-  const std::size_t colon = qName.rfind(':');
-  prefix.assign(qName, 0, colon == std::string::npos ? 0 : colon);
-}
-
 }  // namespace
 
+std::string_view XMLWriter_FI::Name::prefix() const {
+  const std::size_t colon = qName.rfind(':');
+  return std::string_view(qName).substr(0, colon == std::string::npos ? 0 : colon);
+}
+
 /// Assigns over a name that is used again and again: its strings keep their memory.
-void XMLWriter_FI::assignName(QualifiedName& name, const std::string& uri,
-                              const std::string& localName, const std::string& qName) {
-  assignPrefix(name.prefix, qName);
-  name.namespaceName = uri;
-  name.localName = localName;
+void XMLWriter_FI::assignName(QualifiedName& name, const Name& from) {
+  name.prefix = from.prefix();
+  name.namespaceName = from.uri;
+  name.localName = from.localName;
 }
 
 bool XMLWriter_FI::isDeclaration(const Attributes& attributes, int index) const {
@@ -93,8 +94,14 @@ void XMLWriter_FI::startDocument() {
   XMLWriter::startDocument();
   pendingTerminator_ = false;
   // A document that went on counting in the tables of another could not be read by itself.
+  clearTables();
+  perform([this] { beginDocument(); });
+}
+
+void XMLWriter_FI::clearTables() {
   vocabulary_ = {};
-  beginDocument();
+  known_->elements.clear();
+  known_->attributes.clear();
 }
 
 void XMLWriter_FI::beginDocument() {
@@ -105,28 +112,34 @@ void XMLWriter_FI::beginDocument() {
 
 void XMLWriter_FI::endDocument() {
   XMLWriter::endDocument();
-  flushCharacters();
-  flushTerminator(true);
+  perform([this] {
+    flushCharacters();
+    flushTerminator(true);
+  });
 }
 
 void XMLWriter_FI::processingInstruction(const std::string& target, const std::string& data) {
   XMLWriter::processingInstruction(target, data);
   checkName(target);
-  flushCharacters();
-  flushTerminator(false);
-  if (!out_) return;
-  put(kProcessingInstruction);
-  encodeIdentifier(&vocabulary_.otherNCNames, target);
-  encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kProcessingInstruction);
+    encodeIdentifier(&vocabulary_.otherNCNames, target);
+    encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+  });
 }
 
 void XMLWriter_FI::comment(const std::string& text) {
   XMLWriter::comment(text);
-  flushCharacters();
-  flushTerminator(false);
-  if (!out_) return;
-  put(kComment);
-  encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kComment);
+    encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+  });
 }
 
 // --- Elements ---
@@ -139,9 +152,13 @@ void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::stri
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
-  assignName(elementName_, uri, localName, qName);
-  const unsigned* const index = vocabulary_.elementNames.find(elementName_);
-  checkElementName(elementName_, qName, index);
+  perform([&] { writeStartTag({uri, localName, qName}, attributes); });
+}
+
+void XMLWriter_FI::writeStartTag(const Name& name, const Attributes& attributes) {
+  recogniseAttributes(attributes);
+  if (!declarations_.empty()) takeDeclarations(attributes, declarations_);
+  const unsigned index = takeElementName(name);
   takeAttributes(attributes);
   beginTag();
   flushCharacters();
@@ -155,8 +172,8 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
       encodeNamespaces(namespaces_);
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    if (index != nullptr) {
-      putInteger(kElementIndex, flag, *index);
+    if (index != kNoIndex) {
+      putInteger(kElementIndex, flag, index);
     } else {
       encodeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
                           elementName_);
@@ -171,12 +188,30 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
 void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
                               const std::string& qName) {
   XMLWriter::endElement(uri, localName, qName);
-  flushCharacters();
-  if (pendingTerminator_) {
-    flushTerminator(true);
-  } else {
-    pendingTerminator_ = true;
+  perform([this] {
+    flushCharacters();
+    if (pendingTerminator_) {
+      flushTerminator(true);
+    } else {
+      pendingTerminator_ = true;
+    }
+  });
+}
+
+// --- Names and attributes ---
+
+unsigned XMLWriter_FI::takeElementName(const Name& name) {
+  const auto& [uri, localName, qName] = name;
+  if (const unsigned* const known = known_->elements.find(uri, localName, qName)) {
+    checkElementName(name, *known, true);
+    return *known;
   }
+  assignName(elementName_, name);
+  const unsigned* const found = vocabulary_.elementNames.find(elementName_);
+  const unsigned index = found ? *found : kNoIndex;
+  checkElementName(name, index, false);
+  if (found) known_->elements.put(uri, localName, qName, index);
+  return index;
 }
 
 int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
@@ -188,34 +223,67 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
   return count;
 }
 
-/// Looks at attributes before anything of the tag is written: refuses what cannot be, and looks up
-/// their names.
-void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
+/// The attributes with their typed values, or null. Sources tend to use one class of attributes.
+const EncodingAlgorithmAttributes* XMLWriter_FI::typedForm(const Attributes& attributes) {
+  if (&typeid(attributes) == untyped_) return nullptr;
+  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  if (typed == nullptr) untyped_ = &typeid(attributes);
+  return typed;
+}
+
+/// Tells attributes from declarations. A name that is known is that of no declaration.
+void XMLWriter_FI::recogniseAttributes(const Attributes& attributes) {
   taken_.clear();
+  declarations_.clear();
   const int length = attributes.getLength();
-  if (length == 0) return;
-  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
   for (int i = 0; i < length; ++i) {
-    if (isDeclaration(attributes, i)) continue;
-    assignName(name_, attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
-    const unsigned* const index = vocabulary_.attributeNames.find(name_);
-    checkAttributeName(name_, attributes.getQName(i), index);
-    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
-      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+    const unsigned* const known = known_->attributes.find(
+        attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+    if (known != nullptr) {
+      taken_.push_back({i, *known, kNoIndex, true});
+    } else if (isDeclaration(attributes, i)) {
+      declarations_.push_back(i);
     } else {
-      checkValue(attributes.getValue(i));
+      taken_.push_back({i, kNoIndex, kNoIndex, false});
     }
-    taken_.push_back({i, index});
   }
 }
 
-void XMLWriter_FI::checkElementName(const QualifiedName& name, const std::string&,
-                                    const unsigned*) {
-  checkName(name.localName);
+/// Looks at attributes before anything of the tag is written: refuses what cannot be, and looks up
+/// their names.
+void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
+  if (taken_.empty()) return;
+  const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
+  for (auto& [i, index, valueIndex, isKnown] : taken_) {
+    const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+    if (!isKnown) {
+      assignName(name_, name);
+      if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
+    }
+    checkAttributeName(name, index, isKnown);
+    if (!isKnown && index != kNoIndex) {
+      known_->attributes.put(name.uri, name.localName, name.qName, index);
+    }
+    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+      continue;
+    }
+    // What is in the table was looked at when it was added.
+    const std::string& value = attributes.getValue(i);
+    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) {
+      valueIndex = *found;
+    } else {
+      checkValue(value);
+    }
+  }
 }
 
-void XMLWriter_FI::checkAttributeName(const QualifiedName& name, const std::string&,
-                                      const unsigned*) {
+// They are left out.
+void XMLWriter_FI::takeDeclarations(const Attributes&, const std::vector<int>&) {}
+
+void XMLWriter_FI::checkElementName(const Name& name, unsigned, bool) { checkName(name.localName); }
+
+void XMLWriter_FI::checkAttributeName(const Name& name, unsigned, bool) {
   checkName(name.localName);
 }
 
@@ -228,32 +296,42 @@ void XMLWriter_FI::checkValue(const std::string&) const {}
 void XMLWriter_FI::beginTag() {}
 
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
+  recogniseAttributes(attributes);
   takeAttributes(attributes);
   encodeTakenAttributes(attributes);
 }
 
 void XMLWriter_FI::encodeTakenAttributes(const Attributes& attributes) {
-  const auto* typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
-  for (const auto& [i, index] : taken_) {
-    if (index != nullptr) {
-      encodeIndex(0, *index);
+  const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
+  StringIndexMap& values = vocabulary_.attributeValues;
+  const unsigned lookedUp = values.positions();
+  for (const auto& [i, index, valueIndex, isKnown] : taken_) {
+    if (index != kNoIndex) {
+      encodeIndex(0, index);
     } else {
-      encodeNewAttributeName(attributes, i);
+      encodeNewAttributeName(
+          {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+    } else if (valueIndex != kNoIndex) {
+      encodeIndex(kStringIndex, valueIndex);
     } else {
       const std::string& value = attributes.getValue(i);
-      encodeString(&vocabulary_.attributeValues, isIndexed(vocabulary_.attributeValues, value),
-                   value);
+      const bool add = isIndexed(values, value);
+      if (values.positions() == lookedUp) {
+        encodeNewString(add ? &values : nullptr, value);
+      } else {
+        encodeString(&values, add, value);  // It may have come since, in this very tag.
+      }
     }
   }
   pendingTerminator_ = true;
 }
 
 /// Writes a name that was in no table when the tag began. The same one may have come since.
-void XMLWriter_FI::encodeNewAttributeName(const Attributes& attributes, int i) {
-  assignName(name_, attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+void XMLWriter_FI::encodeNewAttributeName(const Name& name) {
+  assignName(name_, name);
   if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
     encodeIndex(0, *index);
   } else {

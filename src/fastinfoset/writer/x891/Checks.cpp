@@ -11,14 +11,14 @@ namespace Tavrin::fastinfoset {
 
 namespace {
 
-void checkLength(const std::string& text) {
+void checkLength(std::string_view text) {
   if (text.size() > kLongestString) {
     throw SAXException("String longer than " + std::to_string(kLongestString) + " octets");
   }
 }
 
-[[noreturn]] void throwIsNot(const std::string& text, const char* what) {
-  throw SAXException("\"" + text + "\" is not a " + what);
+[[noreturn]] void throwIsNot(std::string_view text, const char* what) {
+  throw SAXException("\"" + std::string(text) + "\" is not a " + what);
 }
 
 }  // namespace
@@ -31,7 +31,7 @@ void checkText(const std::string& text, const char* where) {
   throw SAXException("Invalid " + xml::describeInvalid(text, position) + " in " + where);
 }
 
-void checkNCName(const std::string& name) {
+void checkNCName(std::string_view name) {
   if (name.empty()) throw SAXException("Empty name");
   checkLength(name);
   if (!xml::isNCName(name)) throwIsNot(name, "name without a colon");

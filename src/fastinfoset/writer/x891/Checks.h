@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "../../Dialect.h"
@@ -16,7 +17,7 @@ inline constexpr std::uint64_t kLongestString = kDialectX891.longestStringWritte
 /// @param where what the text stands in, with its article
 void checkText(const std::string& text, const char* where);
 /// A name without a colon (Namespaces in XML, production 4).
-void checkNCName(const std::string& name);
+void checkNCName(std::string_view name);
 void checkTarget(const std::string& target);
 /// The text of a comment (XML 1.0, production 15).
 void checkComment(const std::string& text);

@@ -41,19 +41,15 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
 }
 
 bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) const {
-  if (!own_->mayDeclare) return false;
   return xml::isDeclarationName(attributes.getQName(index)) ||
          XMLWriter_FI::isDeclaration(attributes, index);
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
-void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
+void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
+                                      const std::vector<int>& declarations) {
   const State::Document& document = own_->document;
-  const int length = attributes.getLength();
-  bool declares = false;
-  for (int i = 0; i < length; ++i) {
-    if (!isDeclaration(attributes, i)) continue;
-    declares = true;
+  for (const int i : declarations) {
     const std::string& qName = attributes.getQName(i);
     const bool hasName = xml::isDeclarationName(qName);
     std::string prefix(hasName ? xml::declaredPrefix(qName) : attributes.getLocalName(i));
@@ -64,7 +60,6 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes) {
     declare(prefix, uri);
     own_->taken.push_back(std::move(prefix));
   }
-  own_->mayDeclare = declares;
 }
 
 // --- Elements ---
@@ -76,16 +71,13 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
   const bool hadContent = hasContent_;
   const std::size_t depth = elements_.size();
   const std::size_t told = namespaces_.size();
-  own_->mayDeclare = true;
   own_->encodedValues.clear();
   own_->taken.clear();
   own_->newOctets = 0;
   own_->newEntries = 0;
   try {
-    if (state == Prolog || state == AfterDTD || state == InElement) {
-      if (!document.childrenBegan) own_->vocabulary = prepareVocabulary();
-      takeDeclarations(attributes);
-    }
+    const bool mayBegin = state == Prolog || state == AfterDTD;
+    if (mayBegin && !document.childrenBegan) own_->vocabulary = prepareVocabulary();
     XMLWriter_FI::startElement(uri, localName, qName, attributes);
   } catch (...) {
     state_ = state;
@@ -124,7 +116,7 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
 namespace {
 
 /// Whether a qualified name is that of these parts.
-bool isSpelling(const std::string& qName, const std::string& prefix, const std::string& localName) {
+bool isSpelling(const std::string& qName, std::string_view prefix, const std::string& localName) {
   if (prefix.empty()) return qName == localName || qName.empty();
   return qName.size() == prefix.size() + 1 + localName.size() && qName.ends_with(localName);
 }
@@ -152,63 +144,60 @@ void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri
 }
 
 /// Looks at the parts of a name that is in no table.
-void XMLWriter_X891::checkName(const QualifiedName& name) {
+void XMLWriter_X891::takeNewName(const Name& name) {
+  const std::string_view prefix = name.prefix();
+  own_->newOctets += prefix.size() + name.uri.size() + 2 * name.localName.size();
+  own_->newEntries += 2;
   checkNCName(name.localName);
-  if (!name.prefix.empty()) checkNCName(name.prefix);
+  if (!prefix.empty()) checkNCName(prefix);
 }
 
 // A name that is in a table is looked at again only where other declarations are in force.
 
-void XMLWriter_X891::checkElementName(const QualifiedName& name, const std::string& qName,
-                                      const unsigned* index) {
+void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isKnown) {
   State::Document& document = own_->document;
   document.attributes.beginTag();
-  if (!isSpelling(qName, name.prefix, name.localName)) refuseSpelling(qName, name.localName);
-  if (index == nullptr) {
-    own_->newOctets += Hash::sizeOf(name) + name.localName.size();
-    own_->newEntries += 2;
-    checkName(name);
-    checkPrefix(name.prefix, name.namespaceName);
+  if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
+  if (index == kNoIndex) {
+    takeNewName(name);
+    checkPrefix(name.prefix(), name.uri);
     return;
   }
-  std::uint64_t& bindings = recordAt(document.elementBindings, *index);
+  std::uint64_t& bindings = recordAt(document.elementBindings, index);
   if (bindings == document.bindings.version()) return;
-  checkPrefix(name.prefix, name.namespaceName);
+  checkPrefix(name.prefix(), name.uri);
   bindings = document.bindings.version();
 }
 
-void XMLWriter_X891::checkAttributeName(const QualifiedName& name, const std::string& qName,
-                                        const unsigned* index) {
+void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool isKnown) {
   State::Document& document = own_->document;
-  if (!isSpelling(qName, name.prefix, name.localName)) refuseSpelling(qName, name.localName);
+  if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
   State::AttributeRecord fresh;
-  State::AttributeRecord& record = index ? recordAt(document.attributeRecords, *index) : fresh;
-  if (index == nullptr) {
-    own_->newOctets += Hash::sizeOf(name) + name.localName.size();
-    own_->newEntries += 2;
-    checkName(name);
-  }
+  State::AttributeRecord& record =
+      index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
+  if (index == kNoIndex) takeNewName(name);
   if (record.bindings != document.bindings.version()) {
-    if (!name.prefix.empty()) {
-      checkPrefix(name.prefix, name.namespaceName);
-    } else if (!name.namespaceName.empty()) {
+    const std::string_view prefix = name.prefix();
+    if (!prefix.empty()) {
+      checkPrefix(prefix, name.uri);
+    } else if (!name.uri.empty()) {
       throw SAXException("The attribute \"" + name.localName + "\" has the namespace \"" +
-                         name.namespaceName + "\", but no prefix");
+                         name.uri + "\", but no prefix");
     }
     record.bindings = document.bindings.version();
   }
   if (record.number == xml::UniqueAttributes::kUnknown) {
-    record.number = document.attributes.number(name.namespaceName, name.localName);
+    record.number = document.attributes.number(name.uri, name.localName);
   }
   if (!document.attributes.take(record.number)) {
     throw SAXException("The attribute \"" + name.localName + "\" stands twice in a start tag");
   }
 }
 
-void XMLWriter_X891::refuseSpelling(const std::string& qName, const std::string& localName) {
-  checkNCName(localName);
-  throw SAXException("The qualified name \"" + qName + "\" does not belong to the local name \"" +
-                     localName + "\"");
+void XMLWriter_X891::refuseSpelling(const Name& name) {
+  checkNCName(name.localName);
+  throw SAXException("The qualified name \"" + name.qName +
+                     "\" does not belong to the local name \"" + name.localName + "\"");
 }
 
 /// The parts were checked: only a full table lacks one.

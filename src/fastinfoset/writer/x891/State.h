@@ -83,7 +83,6 @@ struct XMLWriter_X891::State {
   Document document;
 
   // --- Of the start tag that is being written ---
-  bool mayDeclare = true;                 // Whether attributes may be declarations.
   std::vector<std::string> taken;         // Prefixes that attributes declare.
   std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
   std::uint64_t newOctets = 0;            // What new names may add to the tables.

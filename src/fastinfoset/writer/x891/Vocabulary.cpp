@@ -76,7 +76,7 @@ const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
 /// Begins the tables of the document, anew where that was tried before.
 /// @throws SAXException where the vocabularies are not possible
 XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
-  vocabulary_ = {};
+  clearTables();
   own_->document.tableOctets = 0;
   own_->document.algorithms.clear();
   own_->document.algorithmFields.clear();
@@ -135,7 +135,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->document.tableOctets += Hash::sizeOf(entry) + kEntryOctets;
+    own_->document.tableOctets += octetsOf(entry) + kEntryOctets;
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {

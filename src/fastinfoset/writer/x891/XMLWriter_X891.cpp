@@ -111,7 +111,7 @@ void XMLWriter_X891::endDocument() {
 
 void XMLWriter_X891::reset() {
   XMLWriter_FI::reset();
-  vocabulary_ = {};
+  clearTables();
   pendingTerminator_ = false;
   beginDocument();
 }
@@ -134,7 +134,7 @@ void XMLWriter_X891::addEntry(StringIndexMap& table, const std::string& text) {
 
 void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
   if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += Hash::sizeOf(name) + kEntryOctets;
+  own_->document.tableOctets += octetsOf(name) + kEntryOctets;
   XMLWriter_FI::addEntry(table, name);
 }
 
