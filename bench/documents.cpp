@@ -72,6 +72,27 @@ std::string attributes(unsigned count) {
   return text + "</d:drawing>\n";
 }
 
+std::string nested(unsigned elements, unsigned depth) {
+  std::string text = std::string(kDeclaration) + "<chains>";
+  for (unsigned count = 0; count == 0 || count + depth <= elements; count += depth) {
+    for (unsigned i = 0; i < depth; ++i) text += "<link>";
+    for (unsigned i = 0; i < depth; ++i) text += "</link>";
+  }
+  return text + "</chains>\n";
+}
+
+std::string crowded(unsigned attributes, unsigned length) {
+  std::string text = std::string(kDeclaration) + "<crowd>";
+  for (unsigned count = 0; count == 0 || count + length <= attributes; count += length) {
+    text += "<group";
+    for (unsigned i = 0; i < length; ++i) {
+      text += " a" + std::to_string(i) + "='" + std::to_string(i % 100) + '\'';
+    }
+    text += "/>";
+  }
+  return text + "</crowd>\n";
+}
+
 std::vector<float> floats(unsigned count) {
   std::mt19937 random(3);
   std::vector<float> numbers;
@@ -82,7 +103,7 @@ std::vector<float> floats(unsigned count) {
   return numbers;
 }
 
-std::string floatsAsText(const std::vector<float>& numbers) {
+std::string mesh(const std::vector<float>& numbers) {
   std::string text = std::string(kDeclaration) + "<mesh>";
   std::array<char, 32> digits;
   for (const float number : numbers) {

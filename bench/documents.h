@@ -8,8 +8,12 @@
 /// octets occurs in more than sixteen values, so that the "FI" types can carry them.
 namespace documents {
 
-/// Many short records: few distinct names and values, many distinct identifiers, one namespace.
+/// Many short records of three elements: few distinct names and values, many distinct identifiers,
+/// one namespace.
 std::string records(unsigned count);
+
+/// About how many of these records make a million octets.
+constexpr double kRecordsPerMegabyte = 6350;
 
 /// Long paragraphs with some elements among their words.
 std::string text(unsigned paragraphs);
@@ -17,11 +21,17 @@ std::string text(unsigned paragraphs);
 /// Elements with many attributes of several namespaces.
 std::string attributes(unsigned count);
 
+/// Chains of elements in one another, as many as it takes for so many elements.
+std::string nested(unsigned elements, unsigned depth);
+
+/// Elements with so many attributes each, as many as it takes for so many attributes in all.
+std::string crowded(unsigned attributes, unsigned length);
+
 /// Numbers with six significant digits or fewer.
 std::vector<float> floats(unsigned count);
 
-/// An element that holds the numbers as text, with blanks between.
-std::string floatsAsText(const std::vector<float>& numbers);
+/// An element `mesh` that holds the numbers as text, with blanks between.
+std::string mesh(const std::vector<float>& numbers);
 
 /// The content of a file.
 /// @throws std::runtime_error when it cannot be read

@@ -3,80 +3,54 @@
 #include <Tavrin/Tavrin.h>
 
 #include <functional>
-#include <memory>
-#include <sstream>
+#include <istream>
+#include <ostream>
 #include <string>
 #include <vector>
 
+#include "document.h"
 #include "totals.h"
 
-/// What benchmarks have readers and writers do.
+/// What benchmarks have readers and writers do, peers and our own alike.
 namespace jobs {
 
-using namespace Tavrin;
+/// Each creates what it works with, and lets it go when it is done.
+Totals read(const std::string& type, std::istream& stream);
+void convert(const std::string& readerType, const std::string& writerType, std::istream& stream,
+             std::ostream& out);
 
-inline Totals read(const char* type, const std::string& document) {
-  const auto reader = XMLReaderFactory::createXMLReader(type);
-  Counter counter;
-  reader->setContentHandler(&counter);
-  std::istringstream stream(document);
-  reader->parse(stream);
-  return counter.totals;
-}
+struct Reader {
+  std::string name;
+  std::string writer;  ///< Whose output it reads; empty for the text of the document.
+  std::function<Totals(std::istream&)> read;
+  bool takesNamesApart = true;
 
-inline std::string convert(const char* readerType, const char* writerType,
-                           const std::string& document) {
-  const auto reader = XMLReaderFactory::createXMLReader(readerType);
-  const auto writer = XMLWriterFactory::createXMLWriter(writerType);
-  std::ostringstream out;
-  writer->setOutputStream(&out);
-  reader->setContentHandler(writer.get());
-  std::istringstream stream(document);
-  reader->parse(stream);
-  return out.str();
-}
-
-/// Keeps events, to play them to a writer without reading again.
-class Recorder : public ContentHandler {
- public:
-  void startDocument() override {
-    events_.push_back([](ContentHandler& handler) { handler.startDocument(); });
+  /// What it reads of a document.
+  const std::string& inputOf(Document& document) const {
+    return writer.empty() ? document.xml() : document.writtenBy(writer);
   }
-  void endDocument() override {
-    events_.push_back([](ContentHandler& handler) { handler.endDocument(); });
-  }
-  void startPrefixMapping(const std::string& prefix, const std::string& uri) override {
-    events_.push_back([=](ContentHandler& handler) { handler.startPrefixMapping(prefix, uri); });
-  }
-  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
-                    const Attributes& attributes) override {
-    AttributesImpl copy;
-    copy.setAttributes(attributes);
-    events_.push_back(
-        [=](ContentHandler& handler) { handler.startElement(uri, localName, qName, copy); });
-  }
-  void endElement(const std::string& uri, const std::string& localName,
-                  const std::string& qName) override {
-    events_.push_back([=](ContentHandler& handler) { handler.endElement(uri, localName, qName); });
-  }
-  void characters(const std::string& text) override {
-    events_.push_back([=](ContentHandler& handler) { handler.characters(text); });
-  }
-
-  void play(ContentHandler& handler) const {
-    for (const auto& event : events_) event(handler);
-  }
-
- private:
-  std::vector<std::function<void(ContentHandler&)>> events_;
 };
 
-inline std::size_t write(const char* type, const Recorder& events) {
-  const auto writer = XMLWriterFactory::createXMLWriter(type);
-  std::ostringstream out;
-  writer->setOutputStream(&out);
-  events.play(*writer);
-  return out.str().size();
-}
+/// All readers, first the peers with the baseline at their head.
+const std::vector<Reader>& readers();
+
+/// @throws std::runtime_error when there is none of that name
+const Reader& findReader(const std::string& name);
+
+struct Writer {
+  std::string name;
+  std::function<void(Document&, std::ostream&)> write;
+};
+
+/// All writers of text, first the peers with the baseline at their head.
+const std::vector<Writer>& textWriters();
+
+/// What was written to a string.
+std::string written(const Writer& writer, Document& document);
+
+/// A job that is not like the others has no place beside them.
+/// @throws std::runtime_error when the reader hears anything else than it must
+void requireAgreement(const Reader& reader, const std::string& input, Document& document);
+void requireAgreement(const Reader& reader, Document& document);
 
 }  // namespace jobs

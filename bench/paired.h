@@ -3,16 +3,20 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <ctime>
 #include <vector>
 
 /// Measures two jobs in turn, so that whatever else the machine does meets both alike.
 namespace paired {
 
-inline double cpuSeconds() {
+/// Fewer runs than these make no median.
+constexpr std::size_t kLeast = 3;
+
+inline double cpuNanoseconds() {
   timespec now{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+  return 1e9 * static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec);
 }
 
 inline double median(std::vector<double> values) {
@@ -20,26 +24,46 @@ inline double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-/// Runs job and baseline once an iteration. The counter "ratio" is the median of their ratios, in
-/// processor time, each pair of runs giving one; "job_ms" and "baseline_ms" are medians too.
+/// The processor time of one run of several in a row. A job that is shorter than reading the clock
+/// takes is run often.
+template <typename Job>
+double timeOf(unsigned runs, const Job& job) {
+  const double begin = cpuNanoseconds();
+  for (unsigned i = 0; i < runs; ++i) job();
+  return (cpuNanoseconds() - begin) / runs;
+}
+
+/// Runs job and baseline in turn, a pair once an iteration, after a pair that does not count. The
+/// counter "ratio" is the median of their ratios, in processor time, each pair giving one; "job_ns"
+/// and "baseline_ns" are medians too.
 template <typename Job, typename Baseline>
-void compare(benchmark::State& state, Job job, Baseline baseline) {
+void compare(benchmark::State& state, unsigned runs, const Job& job, const Baseline& baseline) {
   std::vector<double> ratios;
   std::vector<double> jobs;
   std::vector<double> baselines;
-  for (auto _ : state) {
-    const double begin = cpuSeconds();
-    benchmark::DoNotOptimize(baseline());
-    const double between = cpuSeconds();
-    benchmark::DoNotOptimize(job());
-    const double end = cpuSeconds();
-    baselines.push_back(between - begin);
-    jobs.push_back(end - between);
-    ratios.push_back((end - between) / (between - begin));
-  }
+  const auto runPair = [&] {
+    baselines.push_back(timeOf(runs, baseline));
+    jobs.push_back(timeOf(runs, job));
+    ratios.push_back(jobs.back() / baselines.back());
+  };
+  timeOf(runs, baseline);
+  timeOf(runs, job);
+  for (auto _ : state) runPair();
+  while (ratios.size() < kLeast) runPair();
   state.counters["ratio"] = median(ratios);
-  state.counters["job_ms"] = 1e3 * median(jobs);
-  state.counters["baseline_ms"] = 1e3 * median(baselines);
+  state.counters["job_ns"] = median(jobs);
+  state.counters["baseline_ns"] = median(baselines);
+}
+
+/// Runs a job that has no peer once an iteration, after a run that does not count. The counter
+/// "job_ns" is the median of its processor time.
+template <typename Job>
+void measure(benchmark::State& state, const Job& job) {
+  std::vector<double> jobs;
+  timeOf(1, job);
+  for (auto _ : state) jobs.push_back(timeOf(1, job));
+  while (jobs.size() < kLeast) jobs.push_back(timeOf(1, job));
+  state.counters["job_ns"] = median(jobs);
 }
 
 }  // namespace paired

@@ -1,0 +1,110 @@
+"""What every job should take, beside its baseline: the one table of targets and of usual values."""
+
+from dataclasses import dataclass
+
+# Means are taken over these and over the files that were named. The others are shown only.
+MEAN_DOCUMENTS = ("records", "text", "attributes")
+
+# A usual value times this is the limit of the guard. Runs of a busy machine differ by up to a
+# third, and a doubling has to fail.
+TOLERANCE = 1.6
+
+ISTREAM = "expat from a stream"
+ISTREAM_TWIN = "expat from a stream, on the XML twin"
+
+
+@dataclass(frozen=True)
+class Row:
+    """A job whose time is held against that of a baseline, which is 1."""
+
+    group: str
+    type: str
+    job: str
+    baseline: str
+    target: float | None  # None: there is no target, the row is guarded only.
+    usual: float  # At the scale of scripts/check-benchmarks.
+    document: str | None = None  # The only document; None: the mean over documents.
+
+    @property
+    def limit(self) -> float:
+        return TOLERANCE * self.usual
+
+    @property
+    def key(self) -> str:
+        return f"{self.group}/{self.type}"
+
+    def name(self, document: str) -> str:
+        """Of the benchmark that measures this job on a document."""
+        return f"{self.group}/{document}/{self.type}"
+
+    def required(self) -> list[str]:
+        """The benchmarks without which the row tells nothing."""
+        documents = (self.document,) if self.document else MEAN_DOCUMENTS
+        return [self.name(document) for document in documents]
+
+
+def _rows(group: str, job: str, baseline: str, *types: tuple[str, float | None, float],
+          document: str | None = None) -> list[Row]:
+    return [Row(group, name, job, baseline, target, usual, document)
+            for name, target, usual in types]
+
+
+# Group, job, baseline; then for each type its target and its usual value.
+ROWS = (
+    *_rows("read", "read", ISTREAM, ("Expat", 0.95, 0.94), ("XML10", 1.00, 0.81)),
+    *_rows("read", "read", ISTREAM_TWIN, ("FI", 0.20, 0.2), ("X891", 0.20, 0.23)),
+    *_rows("write-binary", "write", ISTREAM_TWIN, ("FI", 0.55, 0.55), ("X891", 0.55, 0.69)),
+    *_rows("write", "write", "escape loop by hand", ("XML", 1.10, 1.31), ("XML10", 1.10, 1.25)),
+    *_rows("to-binary", "convert XML text to Fast Infoset", ISTREAM,
+           ("Expat-FI", 1.40, 1.53), ("XML10-X891", 1.40, 1.55)),
+    *_rows("to-text", "convert Fast Infoset to XML text", ISTREAM_TWIN,
+           ("FI-XML", 0.45, 0.64), ("X891-XML10", 0.45, 0.68)),
+    *_rows("floats-read", "read a million floats, typed", "`strtof` over the text of the XML twin",
+           ("FI", 0.03, 0.021), ("X891", 0.03, 0.022), document="mesh"),
+    *_rows("floats-write", "write a million floats, typed", "`std::to_chars` and the text writer",
+           ("FI", 0.05, 0.012), ("X891", 0.05, 0.012), document="mesh"),
+    *_rows("small", "read 2 KB with a new reader", "expat, a new parser each time",
+           ("Expat", 1.05, 0.95), ("XML10", 1.05, 0.89), ("FI", 0.25, 0.27), ("X891", 0.25, 0.34),
+           document="document"),
+    *_rows("sibling-read", "read", "`Expat`", ("XML10", None, 0.86)),
+    *_rows("sibling-read", "read", "`FI`", ("X891", None, 1.11)),
+    *_rows("sibling-write", "write", "`XML`", ("XML10", None, 0.96)),
+    *_rows("sibling-write", "write", "`FI`", ("X891", None, 1.06)),
+)
+
+# The writers of Fast Infoset, whose tables grow most with the records.
+RECORDS_NO_WORSE = ("write-binary", ("FI", "X891"))
+
+# Readers, whose added peak of memory is held against that of expat-istream.
+MEMORY_BASELINE = "expat-istream"
+MEMORY_TEXT_TYPES = ("Expat", "XML10")
+MEMORY_BINARY_TYPES = ("FI", "X891")
+
+GROWTH_READERS = ("Expat", "XML10", "FI", "X891")
+GROWTH_WRITERS = ("XML-writer", "XML10-writer", "FI-writer", "X891-writer")
+
+
+@dataclass(frozen=True)
+class Growth:
+    """Time per event of a large number against that of a small one."""
+
+    group: str
+    what: str
+    small: int
+    large: int
+    limit: float  # No job may take more than so many times longer per event.
+
+    def names(self, job: str) -> list[str]:
+        """The two benchmarks that tell."""
+        return [f"{self.group}/{number}/{job}" for number in (self.small, self.large)]
+
+
+# The limits leave room for memory that no longer fits the caches of the processor, and for a search
+# among attributes; what grows with the number itself grows by tens at least. At a small scale the
+# sizes shrink as documents do; the other numbers stay.
+GROWTH = (
+    Growth("growth-size", "size of the document, MB", 1, 100, 2.0),
+    Growth("growth-depth", "open elements", 10, 100000, 2.0),
+    # With one attribute, most events are tags.
+    Growth("growth-attributes", "attributes on an element", 10, 10000, 7.0),
+)
