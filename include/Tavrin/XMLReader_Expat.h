@@ -70,6 +70,7 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
  protected:
   struct Callbacks;
+  struct Event;
   /// Frees a parser.
   struct ParserDeleter {
     /// @param parser not null
@@ -78,6 +79,8 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
   DeclHandler* declHandler_ = nullptr;        ///< Not owned.
   LexicalHandler* lexicalHandler_ = nullptr;  ///< Not owned.
+
+  std::unique_ptr<Event> event_;  ///< Of the open document.
 
   /// The document's parser, while a document is open.
   XML_ParserStruct* parser() const { return parser_.get(); }

@@ -267,8 +267,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   // --- What all dialects share ---
 
-  template <typename Encoding>
-  unsigned long decodeInteger(const Encoding& encoding, int octet, const char* message);
+  template <const auto& Encoding>
+  unsigned long decodeInteger(int octet, const char* message);
   unsigned long withoutPadding(unsigned long index, const fastinfoset::IntegerForm& longest,
                                std::uint32_t fieldBits) const;
   void addEntry(Strings& table, const std::string& entry);

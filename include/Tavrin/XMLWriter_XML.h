@@ -96,8 +96,8 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
 
   /// Whether events leave anything to write: whether there is a stream.
   virtual bool isWriting() const;
-  /// Writes a piece of the document. Without a stream it does nothing.
-  virtual void write(std::string_view text);
+  /// Writes out what has been composed; called at the end of each event, also of a refused one.
+  virtual void send();
   /// Breaks the line in front of what comes next, if auto-indent is on.
   virtual void indent();
   /// Writes what the XML declaration says of being standalone, with the blank before it: nothing.
@@ -114,12 +114,15 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   virtual void writeDefault(const std::string& mode, const std::string& value);
   /// @}
 
+  /// Composes a piece of the document, if isWriting.
+  void write(std::string_view text);
   /// Completes what the innermost container leaves open before its first content.
   void startChild();
 
   bool autoIndent_ = false;              ///< The feature auto-indent.
   bool emptyTags_ = true;                ///< The feature empty-tags.
   bool xmlDeclaration_ = true;           ///< The feature xml-declaration.
+  std::string composed_;                 ///< Octets that are not written out yet.
   std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
 
  private:
@@ -128,10 +131,7 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void writeAll(const Pieces&... pieces);
   template <typename Body>
   void perform(Body body);
-  void send();
   void writeText(std::string_view text);
-
-  std::string composed_;  // Octets of the event that is being written.
 
   static const XMLWriterType type_;
 };

@@ -126,7 +126,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
  protected:
   /// Always: events are checked and their octets composed, whether there is a stream or not.
   bool isWriting() const override;
-  void write(std::string_view text) override;
+  void send() override;
   void indent() override;
   void writeStandaloneDeclaration() override;
   void writeStartTag(const std::string& uri, const std::string& localName, const std::string& qName,

@@ -1,4 +1,4 @@
-#include "Callbacks.h"
+#include "Event.h"
 
 namespace Tavrin {
 
@@ -6,7 +6,9 @@ void XMLReader_Expat::Callbacks::characterDataHandler(void* userData, const XML_
                                                       int length) {
   XMLReader_Expat& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    handler.characters(std::string(text, static_cast<std::size_t>(length)));
+    std::string& kept = reader.event_->text;
+    kept.assign(text, static_cast<std::size_t>(length));
+    handler.characters(kept);
   });
 }
 

@@ -4,8 +4,6 @@
 
 #include <stdexcept>
 
-#include "ExpatNames.h"
-
 namespace Tavrin {
 
 ElementAttributes::Record& ElementAttributes::append() {
@@ -13,15 +11,16 @@ ElementAttributes::Record& ElementAttributes::append() {
   return records_[size_++];
 }
 
-void ElementAttributes::add(const char* name, const char* value, bool splits) {
+void ElementAttributes::add(const char* name, const char* value,
+                            ExpatName (*split)(std::string_view)) {
   Record& record = append();
   if (record.name != name) {
     record.name = name;
-    if (splits) {
-      const ExpatName split = splitName(record.name);
-      record.uri = split.uri;
-      record.localName = split.localName;
-      assignQName(record.qName, split);
+    if (split != nullptr) {
+      const ExpatName parts = split(record.name);
+      record.uri = parts.uri;
+      record.localName = parts.localName;
+      assignQName(record.qName, parts);
     } else {
       record.qName = record.name;
     }

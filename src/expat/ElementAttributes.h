@@ -3,9 +3,11 @@
 #include <Tavrin/Attributes.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "AttributeTypes.h"
+#include "ExpatNames.h"
 
 namespace Tavrin {
 
@@ -17,8 +19,9 @@ class ElementAttributes : public Attributes {
  public:
   void clear() { size_ = 0; }
   /// Appends an attribute by the name that expat gives.
-  /// @param splits whether expat has processed the name for namespaces
-  void add(const char* name, const char* value, bool splits);
+  /// @param split how the name is taken apart, always the same way; null where expat has not
+  ///              processed it for namespaces
+  void add(const char* name, const char* value, ExpatName (*split)(std::string_view));
   /// Appends a namespace declaration.
   /// @param prefix    empty for the default namespace
   /// @param inXmlns whether it is in the namespace of `xmlns`

@@ -1,4 +1,4 @@
-#include "ExpatNames.h"
+#include "Event.h"
 
 namespace Tavrin {
 
@@ -12,42 +12,28 @@ ExpatName splitAttributeName(std::string_view name) {
   return splitAt(name, uriLength, uriLength);
 }
 
-std::string qNameOf(const ExpatName& name) {
-  std::string qName;
-  assignQName(qName, name);
-  return qName;
-}
-
 }  // namespace
 
 void XMLReader_Expat::Callbacks::startElementHandler(void* userData, const XML_Char* name,
                                                      const XML_Char** attributes) {
   XMLReader_Expat& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    AttributesImpl list;
-    std::size_t count = 0;
-    while (attributes[2 * count]) ++count;
-    list.attributes_.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      const ExpatName split = splitAttributeName(attributes[2 * i]);
-      AttributesImpl::Attribute& attribute = list.attributes_[i];
-      attribute.uri = split.uri;
-      attribute.localName = split.localName;
-      assignQName(attribute.qName, split);
-      attribute.type = "CDATA";
-      attribute.value = attributes[2 * i + 1];
+    Event& event = *reader.event_;
+    event.takeName(name, true);
+    event.attributes.clear();
+    for (; *attributes; attributes += 2) {
+      event.attributes.add(attributes[0], attributes[1], splitAttributeName);
     }
-    const ExpatName split = splitName(name);
-    handler.startElement(std::string(split.uri), std::string(split.localName), qNameOf(split),
-                         list);
+    handler.startElement(event.uri, event.localName, event.qName, event.attributes);
   });
 }
 
 void XMLReader_Expat::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
   XMLReader_Expat& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    const ExpatName split = splitName(name);
-    handler.endElement(std::string(split.uri), std::string(split.localName), qNameOf(split));
+    Event& event = *reader.event_;
+    event.takeName(name, true);
+    handler.endElement(event.uri, event.localName, event.qName);
   });
 }
 

@@ -1,40 +1,27 @@
-#include "ExpatNames.h"
+#include "Event.h"
 #include "XML10Document.h"
 
 namespace Tavrin {
-
-void XMLReader_XML10::Callbacks::splitElementName(Document& document, const XML_Char* name) {
-  // The end tag of an element without child elements, say, follows its start tag.
-  if (document.elementName == name) return;
-  document.elementName = name;
-  if (document.features.namespaces) {
-    const ExpatName split = splitName(document.elementName);
-    document.uri = split.uri;
-    document.localName = split.localName;
-    assignQName(document.qName, split);
-  } else {
-    document.qName = document.elementName;
-  }
-}
 
 void XMLReader_XML10::Callbacks::startElementHandler(void* userData, const XML_Char* name,
                                                      const XML_Char** attributes) {
   XMLReader_XML10& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
     Document& document = *reader.document_;
-    splitElementName(document, name);
-    ElementAttributes& list = document.attributes;
+    Event& event = *reader.event_;
+    event.takeName(name, document.features.namespaces);
+    ElementAttributes& list = event.attributes;
     list.clear();
     for (const auto& [prefix, uri] : document.declarations) {
       list.addDeclaration(prefix, uri, document.features.xmlnsURIs);
     }
     for (; *attributes; attributes += 2) {
-      list.add(attributes[0], attributes[1], document.features.namespaces);
+      list.add(attributes[0], attributes[1], document.features.namespaces ? splitName : nullptr);
     }
     if (!document.attributeTypes.isEmpty()) {
-      list.setTypes(document.attributeTypes.find(document.qName));
+      list.setTypes(document.attributeTypes.find(event.qName));
     }
-    handler.startElement(document.uri, document.localName, document.qName, list);
+    handler.startElement(event.uri, event.localName, event.qName, list);
   });
   reader.document_->declarations.clear();
 }
@@ -42,9 +29,9 @@ void XMLReader_XML10::Callbacks::startElementHandler(void* userData, const XML_C
 void XMLReader_XML10::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
   XMLReader_XML10& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    Document& document = *reader.document_;
-    splitElementName(document, name);
-    handler.endElement(document.uri, document.localName, document.qName);
+    Event& event = *reader.event_;
+    event.takeName(name, reader.document_->features.namespaces);
+    handler.endElement(event.uri, event.localName, event.qName);
   });
 }
 
@@ -58,16 +45,6 @@ void XMLReader_XML10::Callbacks::startNamespaceHandler(void* userData, const XML
       document.declarations.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
     }
     handler.startPrefixMapping(textOrEmpty(prefix), textOrEmpty(uri));
-  });
-}
-
-void XMLReader_XML10::Callbacks::characterDataHandler(void* userData, const XML_Char* text,
-                                                      int length) {
-  XMLReader_XML10& reader = from(userData);
-  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    std::string& kept = reader.document_->text;
-    kept.assign(text, static_cast<std::size_t>(length));
-    handler.characters(kept);
   });
 }
 

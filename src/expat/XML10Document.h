@@ -13,7 +13,6 @@
 
 #include "AttributeTypes.h"
 #include "Callbacks.h"
-#include "ElementAttributes.h"
 
 namespace Tavrin {
 
@@ -86,14 +85,6 @@ struct XMLReader_XML10::Document {
   std::exception_ptr failure;
   /// What an encoding is refused for, to follow expat's message.
   std::string encodingProblem;
-
-  // Strings of the current event, kept so that their memory is used again.
-  ElementAttributes attributes;
-  std::string elementName;  // As expat gave the last one, which the next three are split from.
-  std::string uri;
-  std::string localName;
-  std::string qName;
-  std::string text;
 };
 
 /// The callbacks in which this reader differs from its base.
@@ -109,7 +100,6 @@ struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
                                   const XML_Char** attributes);
   static void endElementHandler(void* userData, const XML_Char* name);
   static void startNamespaceHandler(void* userData, const XML_Char* prefix, const XML_Char* uri);
-  static void characterDataHandler(void* userData, const XML_Char* text, int length);
   static void skippedEntityHandler(void* userData, const XML_Char* name, int isParameterEntity);
 
   // Declarations: XML10Declarations.cpp.
@@ -133,9 +123,6 @@ struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
                                       const XML_Char* base, const XML_Char* systemId,
                                       const XML_Char* publicId);
   static int unknownEncodingHandler(void* data, const XML_Char* name, XML_Encoding* encoding);
-
- private:
-  static void splitElementName(Document& document, const XML_Char* name);
 };
 
 }  // namespace Tavrin

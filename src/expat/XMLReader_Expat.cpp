@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "../sax/ParseScope.h"
-#include "Callbacks.h"
+#include "Event.h"
 
 namespace Tavrin {
 
@@ -55,6 +55,7 @@ void XMLReader_Expat::setupParser() {
   parser_.reset(createParser());
   if (!parser_) throw SAXException("Cannot create expat xml parser");
   configureParser();
+  event_ = std::make_unique<Event>();
   locator_ = createLocator();
   beginDocument();
 }
@@ -99,6 +100,7 @@ void XMLReader_Expat::endDocument() {
 void XMLReader_Expat::releaseParser() {
   locator_.reset();
   parser_.reset();
+  event_.reset();
 }
 
 // SAX failures leave the reader idle, ready for another document. They leave as the two types that

@@ -56,7 +56,6 @@ void XMLReader_XML10::Callbacks::install(XML_Parser parser, const Settings::Feat
   XML_SetXmlDeclHandler(parser, xmlDeclHandler);
   XML_SetElementHandler(parser, startElementHandler, endElementHandler);
   if (features.namespaces) XML_SetStartNamespaceDeclHandler(parser, startNamespaceHandler);
-  XML_SetCharacterDataHandler(parser, characterDataHandler);
   XML_SetSkippedEntityHandler(parser, skippedEntityHandler);
   XML_SetStartDoctypeDeclHandler(parser, startDoctypeDeclHandler);
   XML_SetNotationDeclHandler(parser, notationDeclHandler);

@@ -19,11 +19,10 @@ struct XMLWriter_XML10::Document {
 
   /// A line break that auto-indent wants, as long as no text forbids it.
   struct Break {
-    std::size_t position;  // In the text.
+    std::size_t position;  // In what is composed.
     std::size_t depth;
   };
 
-  std::string text;           // Octets, without the line breaks.
   std::vector<Break> breaks;  // In the order of their positions.
   bool hasBegun = false;      // Octets have been composed.
 
@@ -79,7 +78,7 @@ inline XMLWriter_XML10::Mark XMLWriter_XML10::mark() const {
           hasContent_,
           isOutsideInternalSubset(),
           elements_.size(),
-          document_->text.size(),
+          composed_.size(),
           document_->breaks.size(),
           document_->bindings.count()};
 }

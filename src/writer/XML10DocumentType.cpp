@@ -261,7 +261,7 @@ void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& v
     xml::requireText(mode, "the default of an attribute");
     throw SAXException(quoted(mode) + " is not a default of an attribute");
   }
-  std::string& text = document_->text;
+  std::string& text = composed_;
   text += quote_;
   xml::appendText(text, value, xml::attributeEscapes(quote_), "the default of an attribute");
   text += quote_;

@@ -76,7 +76,7 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
                              const std::string& qName, const Attributes&) {
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
-  elements_.push_back({uri, localName, qName});
+  elements_.emplace_back(uri, localName, qName);
   state_ = InElement;
   hasContent_ = false;
 }

@@ -93,9 +93,8 @@ void XMLWriter_XML::indent() {
 
 bool XMLWriter_XML::isWriting() const { return out_ != nullptr; }
 
-void XMLWriter_XML::write(std::string_view text) {
-  if (out_) composed_ += text;
-}
+// Without a stream it goes nowhere: see send.
+void XMLWriter_XML::write(std::string_view text) { composed_ += text; }
 
 template <typename... Pieces>
 void XMLWriter_XML::writeAll(const Pieces&... pieces) {
@@ -125,7 +124,7 @@ void XMLWriter_XML::send() {
       if (octets.capacity() > kKeptOctets) octets.shrink_to_fit();
     }
   } const clear{composed_};
-  writeOctets(*out_, composed_);
+  if (out_) writeOctets(*out_, composed_);
 }
 
 // --- Document, elements and content ---

@@ -2,6 +2,7 @@
 #include <Tavrin/XMLWriter_XML10.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
@@ -13,9 +14,6 @@ namespace Tavrin {
 namespace {
 
 constexpr std::size_t kDeepestIndentation = 100;
-
-// What one large event took is not kept for all the small ones.
-constexpr std::size_t kKeptOctets = 1U << 20U;
 
 const std::string kNoText;
 
@@ -33,58 +31,41 @@ std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<X
 
 bool XMLWriter_XML10::isWriting() const { return true; }
 
-void XMLWriter_XML10::write(std::string_view text) { document_->text += text; }
+/// What an event composes is written out when all of it is known to be right.
+void XMLWriter_XML10::send() {}
 
 void XMLWriter_XML10::restore(const Mark& mark) {
   state_ = mark.state;
   hasContent_ = mark.hasContent;
   while (elements_.size() > mark.elements) elements_.pop_back();
-  document_->text.resize(mark.octets);
+  composed_.resize(mark.octets);
   document_->breaks.resize(mark.breaks);
   document_->bindings.undo(document_->bindings.count() - mark.declarations);
 }
 
 /// Writes what is composed, unless a line break in it may yet be forbidden.
 void XMLWriter_XML10::commit() {
-  if (document_->text.empty()) return;
+  if (composed_.empty()) return;
   document_->hasBegun = true;
   if (document_->breaks.empty() || elements_.empty()) writeOut();
 }
 
 void XMLWriter_XML10::writeOut() {
   // Without auto-indent there are no breaks, and each event comes here.
-  if (document_->breaks.empty() && document_->text.size() <= kKeptOctets) {
-    const std::string& text = document_->text;
-    try {
-      if (out_) writeOctets(*out_, text);
-    } catch (...) {
-      document_->text.clear();
-      throw;
-    }
-    document_->text.clear();
-    return;
-  }
-  // Gone even when the stream throws.
-  struct Clear {
-    Document& document;
-    ~Clear() {
-      document.text.clear();
-      document.breaks.clear();
-      if (document.text.capacity() > kKeptOctets) document.text.shrink_to_fit();
-    }
-  } const clear{*document_};
+  if (document_->breaks.empty()) return XMLWriter_XML::send();
+  const std::string text = std::exchange(composed_, {});
+  const std::vector<Document::Break> breaks = std::exchange(document_->breaks, {});
   if (out_ == nullptr) return;
-  const std::string_view text = document_->text;
-  const auto writePiece = [this](std::string_view piece) { writeOctets(*out_, piece); };
+  const std::string_view octets = text;
   std::size_t begin = 0;
   std::string line = "\n";
-  for (const auto& [position, depth] : document_->breaks) {
-    writePiece(text.substr(begin, position - begin));
+  for (const auto& [position, depth] : breaks) {
+    writeOctets(*out_, octets.substr(begin, position - begin));
     line.resize(1 + indentWidth_ * std::min(depth, kDeepestIndentation), ' ');
-    writePiece(line);
+    writeOctets(*out_, line);
     begin = position;
   }
-  writePiece(text.substr(begin));
+  writeOctets(*out_, octets.substr(begin));
 }
 
 // --- Indentation ---
@@ -94,10 +75,10 @@ void XMLWriter_XML10::indent() {
   if (!document_->open.empty()) {
     const Document::Open& element = document_->open.back();
     if (element.isMixed || element.preservesSpace) return;
-    document_->breaks.push_back({document_->text.size(), elements_.size()});
+    document_->breaks.push_back({composed_.size(), elements_.size()});
   } else if (state_ == InDTD) {
     write("\n");
-    document_->text.append(indentWidth_, ' ');
+    composed_.append(indentWidth_, ' ');
   } else if (document_->hasBegun) {
     write("\n");
   }
@@ -154,8 +135,8 @@ void XMLWriter_XML10::writeStartTag(const std::string& uri, const std::string& l
   Document& document = *document_;
   const std::size_t declared = document.bindings.count();
   const Space space =
-      document.startTag.write(document.text, {uri, localName, qName, attributes, namespaces_},
-                              quote_, document.defaults, document.bindings);
+      document.startTag.write(composed_, {uri, localName, qName, attributes, namespaces_}, quote_,
+                              document.defaults, document.bindings);
   Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
                          space == Space::Preserve};
   if (!document.open.empty()) {
@@ -181,7 +162,7 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 
 void XMLWriter_XML10::characters(const std::string& text) {
   // The commonest event: nothing waits to be written, so little has to be restored.
-  if (state_ == InElement && document_->text.empty()) {
+  if (state_ == InElement && composed_.empty()) {
     if (hasContent_ && document_->breaks.empty() && xml::kTextEscapes.isVerbatim(text)) {
       if (out_) writeOctets(*out_, text);
       forbidIndentation();
@@ -190,9 +171,9 @@ void XMLWriter_XML10::characters(const std::string& text) {
     const bool hadContent = hasContent_;
     startChild();
     try {
-      xml::appendText(document_->text, text, xml::kTextEscapes, "character data");
+      xml::appendText(composed_, text, xml::kTextEscapes, "character data");
     } catch (...) {
-      document_->text.clear();
+      composed_.clear();
       hasContent_ = hadContent;
       throw;
     }
@@ -211,7 +192,7 @@ void XMLWriter_XML10::characters(const std::string& text) {
       xml::requireText(text, "a CDATA section");
       writeSection(text);
     } else {
-      xml::appendText(document_->text, text, xml::kTextEscapes, "character data");
+      xml::appendText(composed_, text, xml::kTextEscapes, "character data");
     }
     forbidIndentation();
   });
@@ -253,7 +234,7 @@ void XMLWriter_XML10::ignorableWhitespace(const std::string& text) {
       hasContent_ = hadContent;
       writeSection(text);
     } else if (state_ == InElement) {
-      xml::kTextEscapes.append(document_->text, text);
+      xml::kTextEscapes.append(composed_, text);
     } else if (!isOutsideInternalSubset()) {
       write(text);
     }
@@ -338,6 +319,7 @@ void XMLWriter_XML10::flush() {
 
 void XMLWriter_XML10::reset() {
   XMLWriter_XML::reset();
+  composed_.clear();
   *document_ = Document();
 }
 

@@ -16,7 +16,7 @@ namespace Tavrin::xml {
 
 namespace {
 
-constexpr std::size_t kTogether = sizeof(__m128i);
+constexpr std::size_t kTogether = OctetSets::kCount;
 
 __m128i blockAt(const char* octets) {
   __m128i block;
@@ -25,6 +25,25 @@ __m128i blockAt(const char* octets) {
 }
 
 __m128i equal(__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); }
+
+constexpr std::size_t kFew = 4;
+
+/// The octets of a text of kFew or more, but less than a block; some of them twice.
+__m128i blockOf(std::string_view text) {
+  std::uint64_t first = 0;
+  std::uint64_t last = 0;
+  const char* const octets = text.data();
+  if (text.size() >= sizeof first) {
+    std::memcpy(&first, octets, sizeof first);
+    std::memcpy(&last, octets + text.size() - sizeof last, sizeof last);
+  } else {
+    std::memcpy(&first, octets, kFew);
+    std::memcpy(&last, octets + text.size() - kFew, kFew);
+    first |= last << 32U;
+    last = first;
+  }
+  return _mm_set_epi64x(static_cast<long long>(first), static_cast<long long>(last));
+}
 
 template <typename Blocks>
 __m128i equalToOneOf(__m128i block, const Blocks& blocks, std::size_t count) {
@@ -51,24 +70,28 @@ __m128i uneasy(__m128i block) {
 bool Escapes::isVerbatim(std::string_view text) const {
 #ifdef __SSE2__
   if (text.size() >= kTogether) {
-    unsigned afterLead = 0;  // 1 where the octet in front is the first of two.
+    unsigned owed = 0;  // Where continuations must stand.
     const auto isVerbatimBlock = [&](const char* octets) {
       const __m128i block = blockAt(octets);
       const unsigned hard =
           positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_)));
-      if ((hard | afterLead) == 0) return true;
+      if ((hard | owed) == 0) return true;
       const OctetSets sets(octets);
-      if ((hard & ~sets.high) != 0 || !sets.areSimple(afterLead)) return false;
-      afterLead = sets.lead >> (kTogether - 1);
+      if ((hard & ~sets.high) != 0 || !sets.areSimple(owed)) return false;
+      owed = sets.owed();
       return true;
     };
-    const char* const last = text.data() + text.size() - kTogether;
-    for (const char* octets = text.data(); octets < last; octets += kTogether) {
-      if (!isVerbatimBlock(octets)) return false;
+    const std::size_t last = text.size() - kTogether;
+    for (std::size_t i = 0; i < last; i += kTogether) {
+      if (!isVerbatimBlock(text.data() + i)) return false;
     }
     // The last octets, with some in front of them that were looked at.
-    afterLead = last > text.data() && OctetSets::isLead(last[-1]) ? 1 : 0;
-    return isVerbatimBlock(last) && afterLead == 0;
+    owed = owedBehind(text.substr(0, last));
+    return isVerbatimBlock(text.data() + last) && owed == 0;
+  }
+  if (text.size() >= kFew) {
+    const __m128i block = blockOf(text);
+    return positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_))) == 0;
   }
 #endif
   unsigned found = 0;
@@ -80,6 +103,10 @@ bool Escapes::isVerbatim(std::string_view text) const {
 std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
   std::size_t i = begin;
 #ifdef __SSE2__
+  if (i == 0 && text.size() >= kFew && text.size() < kTogether &&
+      positions(equalToOneOf(blockOf(text), blocks_, count_)) == 0) {
+    return text.size();
+  }
   for (; text.size() - i >= kTogether; i += kTogether) {
     const unsigned found = positions(equalToOneOf(blockAt(text.data() + i), blocks_, count_));
     if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found));

@@ -18,14 +18,20 @@ class NameCache {
  public:
   /// What is kept of a name, or null.
   Value* find(const std::string& uri, const std::string& localName, const std::string& qName) {
-    Entry& entry = entries_[placeOf(qName)];
-    const bool isThat = entry.isTaken && sameText(entry.qName, qName) &&
-                        sameText(entry.localName, localName) && sameText(entry.uri, uri);
-    return isThat ? &entry.value : nullptr;
+    Entry* const pair = pairOf(qName);
+    for (Entry* entry = pair; entry != pair + 2; ++entry) {
+      if (entry->isTaken && sameText(entry->qName, qName) &&
+          sameText(entry->localName, localName) && sameText(entry->uri, uri)) {
+        return &entry->value;
+      }
+    }
+    return nullptr;
   }
   void put(const std::string& uri, const std::string& localName, const std::string& qName,
            Value value) {
-    entries_[placeOf(qName)] = {true, uri, localName, qName, std::move(value)};
+    Entry* const pair = pairOf(qName);
+    if (pair->isTaken) std::swap(pair[0], pair[1]);  // The older one goes.
+    *pair = {true, uri, localName, qName, std::move(value)};
   }
   void clear() {
     for (Entry& entry : entries_) entry.isTaken = false;
@@ -40,16 +46,20 @@ class NameCache {
     Value value{};
   };
 
-  std::array<Entry, 64> entries_;
+  static constexpr std::size_t kPairs = 32;
 
-  /// Names of one document differ in length or at their ends, most of the time.
-  std::size_t placeOf(std::string_view name) const {
+  std::array<Entry, 2 * kPairs> entries_;
+
+  /// The two places that a name may have. Names of one document differ in length or at their ends,
+  /// most of the time.
+  Entry* pairOf(std::string_view name) {
     const auto at = [name](std::size_t i) {
       return std::size_t{static_cast<unsigned char>(name[i])};
     };
     const std::size_t size = name.size();
-    if (size == 0) return 0;
-    return (size * 7 + at(0) + at(size / 2) * 5 + at(size - 1) * 3) % entries_.size();
+    const std::size_t number =
+        size == 0 ? 0 : size * 7 + at(0) + at(size / 2) * 5 + at(size - 1) * 3;
+    return &entries_[2 * (number % kPairs)];
   }
 };
 

@@ -56,14 +56,11 @@ inline std::size_t plainOctets(std::string_view text) {
 struct OctetSets {
   unsigned high;          ///< From 0x80 on.
   unsigned continuation;  ///< 0x80 to 0xBF.
-  unsigned lead;          ///< 0xC2 to 0xDF: the first of two octets.
+  unsigned leadOfTwo;     ///< 0xC2 to 0xDF.
+  unsigned leadOfThree;   ///< 0xE1 to 0xEC, 0xEE: any two continuations make a character of XML.
   unsigned control;       ///< Below 0x20, but for tab and line feed.
 
-  /// Whether an octet is one of `lead`.
-  static bool isLead(char octet) {
-    const auto value = static_cast<unsigned char>(octet);
-    return value >= 0xC2 && value <= 0xDF;
-  }
+  static constexpr std::size_t kCount = 16;
 
   explicit OctetSets(const char* octets) {
     __m128i all;
@@ -71,40 +68,59 @@ struct OctetSets {
     const auto each = [](int octet) { return _mm_set1_epi8(static_cast<char>(octet)); };
     const auto set = [](__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); };
     // Compared with sign, octets from 0x80 on are negative.
-    const __m128i below = _mm_cmplt_epi8(all, each(0x20));
-    const __m128i space =
-        _mm_or_si128(_mm_cmpeq_epi8(all, each('\t')), _mm_cmpeq_epi8(all, each('\n')));
+    const auto isBelow = [&](int octet) { return _mm_cmplt_epi8(all, each(octet)); };
+    const auto is = [&](int octet) { return _mm_cmpeq_epi8(all, each(octet)); };
     high = set(all);
-    continuation = set(_mm_cmplt_epi8(all, each(0xC0)));
-    lead = set(_mm_andnot_si128(_mm_cmplt_epi8(all, each(0xC2)), _mm_cmplt_epi8(all, each(0xE0))));
-    control = set(_mm_andnot_si128(space, below)) & ~high;
+    continuation = set(isBelow(0xC0));
+    leadOfTwo = set(_mm_andnot_si128(isBelow(0xC2), isBelow(0xE0)));
+    leadOfThree = set(_mm_or_si128(_mm_andnot_si128(isBelow(0xE1), isBelow(0xED)), is(0xEE)));
+    control = set(_mm_andnot_si128(_mm_or_si128(is('\t'), is('\n')), isBelow(0x20))) & ~high;
   }
 
-  /// Whether all are ASCII characters of XML or belong to characters of two octets.
-  /// @param afterLead 1 where the octet in front is the first of two
-  bool areSimple(unsigned afterLead) const {
-    return control == 0 && continuation == ((lead << 1 | afterLead) & 0xFFFF) &&
-           high == (continuation | lead);
+  /// Where continuations have to stand; beyond the sixteen octets, too.
+  unsigned expected() const { return (leadOfTwo | leadOfThree) << 1 | leadOfThree << 2; }
+
+  /// Whether all are ASCII characters of XML or belong to characters of two or three octets.
+  /// @param owed where the octets in front want continuations
+  bool areSimple(unsigned owed) const {
+    return control == 0 && continuation == ((expected() | owed) & 0xFFFF) &&
+           high == (continuation | leadOfTwo | leadOfThree);
   }
+  /// Where the octets behind must be continuations.
+  unsigned owed() const { return expected() >> kCount; }
 };
 
-/// Whether a text of at least 16 octets is characters of one or two octets alone, as that of most
-/// languages of Europe is. What follows a character does not depend on it, so it takes no branch
-/// that could be guessed wrong. Measured: reading such text as Fast Infoset takes a fifth less
-/// time.
+/// Where octets behind a text must be continuations, as OctetSets::owed tells it.
+inline unsigned owedBehind(std::string_view text) {
+  const auto at = [text](std::size_t fromEnd) {
+    return fromEnd > text.size()
+               ? 0U
+               : unsigned{static_cast<unsigned char>(text[text.size() - fromEnd])};
+  };
+  const auto leadsThree = [](unsigned octet) {
+    return (octet >= 0xE1 && octet <= 0xEC) || octet == 0xEE;
+  };
+  const unsigned last = at(1);
+  if (last >= 0xC2 && last <= 0xDF) return 0b01;
+  if (leadsThree(last)) return 0b11;
+  return leadsThree(at(2)) ? 0b01 : 0;
+}
+
+/// Whether a text of at least 16 octets is characters of one or two octets, and most of three,
+/// alone, as that of most languages is. What follows a character does not depend on it, so it takes
+/// no branch that could be guessed wrong. Measured: reading such text as Fast Infoset takes a fifth
+/// less time.
 inline bool isSimpleText(std::string_view text) {
-  constexpr std::size_t kBlock = 16;
-  unsigned afterLead = 0;
-  for (std::size_t i = 0; text.size() - i >= kBlock; i += kBlock) {
+  unsigned owed = 0;
+  for (std::size_t i = 0; text.size() - i >= OctetSets::kCount; i += OctetSets::kCount) {
     const OctetSets sets(text.data() + i);
-    if (!sets.areSimple(afterLead)) return false;
-    afterLead = sets.lead >> (kBlock - 1);
+    if (!sets.areSimple(owed)) return false;
+    owed = sets.owed();
   }
   // The last octets, with some in front of them that were looked at.
-  const std::size_t last = text.size() - kBlock;
+  const std::size_t last = text.size() - OctetSets::kCount;
   const OctetSets sets(text.data() + last);
-  const bool followsLead = last > 0 && OctetSets::isLead(text[last - 1]);
-  return sets.areSimple(followsLead ? 1 : 0) && sets.lead >> (kBlock - 1) == 0;
+  return sets.areSimple(owedBehind(text.substr(0, last))) && sets.owed() == 0;
 }
 
 #endif

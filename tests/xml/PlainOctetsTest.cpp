@@ -90,18 +90,36 @@ TEST(EasyText, HasASCIIAndLineBreaks) {
 }
 
 #ifdef __SSE2__
-TEST(EasyText, HasCharactersOfTwoOctetsFromSixteenOctetsOn) {
-  for (const char* right : {"\xC2\x80", "\xC3\xA9", "\xDF\xBF", "\xC3\xA9\xD0\xB6\xC3\xA9"}) {
+TEST(EasyText, HasCharactersOfTwoAndMostOfThreeOctetsFromSixteenOctetsOn) {
+  for (const char* right : {"\xC2\x80", "\xC3\xA9", "\xDF\xBF", "\xC3\xA9\xD0\xB6\xC3\xA9",
+                            "\xE1\x80\x80", "\xE3\x81\x82", "\xEC\xBF\xBF", "\xEE\x80\x80",
+                            "\xEE\xBF\xBF", "\xE3\x81\x82\xC3\xA9\xE6\x97\xA5\xE6\x9C\xAC"}) {
     atEveryPlace(right, [](const std::string& text, std::size_t at) {
       EXPECT_EQ(findInvalid(text), kAllValid);
       EXPECT_EQ(isEasyText(text), text.size() >= 16) << text.size() << " octets, at " << at;
     });
   }
-  std::string all;
-  for (int i = 0; i < 100; ++i) all += "\xD0\xB6";
-  EXPECT_TRUE(isEasyText(all));
-  EXPECT_FALSE(isEasyText(all.substr(1)));
-  EXPECT_FALSE(isEasyText(all.substr(0, 199)));
+  for (const std::string character : {"\xD0\xB6", "\xE3\x81\x82"}) {
+    std::string all;
+    for (int i = 0; i < 100; ++i) all += character;
+    for (std::size_t begin = 0; begin < character.size(); ++begin) {
+      for (std::size_t end = 0; end < character.size(); ++end) {
+        const std::string part = all.substr(begin, all.size() - begin - end);
+        EXPECT_EQ(isEasyText(part), begin + end == 0) << begin << ' ' << end;
+      }
+    }
+  }
+}
+
+// A closer look tells whether they are right.
+TEST(EasyText, HasNoCharacterOfWhichSomeSecondOctetsAreWrong) {
+  for (const char* right : {"\xE0\xA0\x80", "\xED\x9F\xBF", "\xEF\xBC\xA1", "\xEF\xBF\xBD",
+                            "\xF0\x9F\x98\x80", "\xF4\x8F\xBF\xBD"}) {
+    atEveryPlace(right, [](const std::string& text, std::size_t) {
+      EXPECT_EQ(findInvalid(text), kAllValid);
+      EXPECT_FALSE(isEasyText(text));
+    });
+  }
 }
 #endif
 

@@ -143,8 +143,9 @@ XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names&
     unlisted_.whole = unlisted_.qName();
     return unlisted_;
   }
-  table.emplace_back();
-  QualifiedName& name = table.back();
+  constexpr std::size_t kFirstNames = 8;
+  if (table.capacity() == 0) table.reserve(kFirstNames);
+  QualifiedName& name = table.emplace_back();
   decodeNameParts(static_cast<unsigned>(octet), name);
   name.whole = name.qName();
   accountForName(name);

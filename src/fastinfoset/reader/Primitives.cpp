@@ -103,6 +103,12 @@ void XMLReader_FI::accountForName(const QualifiedName& name) {
   accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
 }
 
+namespace {
+
+constexpr std::size_t kFirstEntries = 16;
+
+}  // namespace
+
 void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
   const bool hasBuiltIn = &table == &prefixes_ || &table == &namespaceNames_;
   const StringTable* external = externalEntries(&table);
@@ -110,16 +116,18 @@ void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
       (hasBuiltIn ? kBuiltInNames : 0) + (external ? external->occupiedCount : 0);
   if (table.size() + inFront >= dialect_.maximumEntries) return;
   accountFor(entry.size());
+  // Small documents are many: the first entries come with one allocation.
+  if (table.capacity() == 0) table.reserve(kFirstEntries);
   table.push_back(entry);
 }
 
 // --- Integers ---
 
-template <typename Encoding>
-unsigned long XMLReader_FI::decodeInteger(const Encoding& encoding, int octet,
-                                          const char* message) {
+// A copy for each encoding: most integers have its first form, which is one comparison then.
+template <const auto& Encoding>
+unsigned long XMLReader_FI::decodeInteger(int octet, const char* message) {
   const auto first = static_cast<unsigned>(octet);
-  const IntegerForm* form = findForm(encoding, first);
+  const IntegerForm* form = findForm(Encoding, first);
   if (form == nullptr) fail(message);
   unsigned long field = firstField(*form, first);
   for (unsigned i = 0; i < form->octets; ++i) field = field << 8 | takeOctet();
@@ -137,31 +145,31 @@ unsigned long XMLReader_FI::withoutPadding(unsigned long index, const IntegerFor
 }
 
 unsigned long XMLReader_FI::decodeIndex(int octet) {
-  return decodeInteger(kIndex, octet, "Error when decoding index");
+  return decodeInteger<kIndex>(octet, "Error when decoding index");
 }
 
 unsigned long XMLReader_FI::decodeElementIndex(int octet) {
   const unsigned long index =
-      decodeInteger(kElementIndex, octet, "Error when decoding element name");
+      decodeInteger<kElementIndex>(octet, "Error when decoding element name");
   return withoutPadding(index, kElementIndex.forms.back(), kElementIndexLongestField);
 }
 
 unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
   const unsigned long index =
-      decodeInteger(kCharactersIndex, octet, "Error when decoding character chunk");
+      decodeInteger<kCharactersIndex>(octet, "Error when decoding character chunk");
   return withoutPadding(index, kCharactersIndex.forms.back(), dialect_.charactersIndexLongestField);
 }
 
 unsigned long XMLReader_FI::decodeIdentifierLength(int octet) {
-  return decodeInteger(kIdentifierLength, octet, "Error when parsing identifier");
+  return decodeInteger<kIdentifierLength>(octet, "Error when parsing identifier");
 }
 
 unsigned long XMLReader_FI::decodeStringLength(int octet) {
-  return decodeInteger(kStringLength, octet, "Error when decoding string length");
+  return decodeInteger<kStringLength>(octet, "Error when decoding string length");
 }
 
 unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
-  return decodeInteger(kCharactersLength, octet, "Error when decoding character chunk");
+  return decodeInteger<kCharactersLength>(octet, "Error when decoding character chunk");
 }
 
 unsigned long XMLReader_FI::decodeNumberOfItems() {

@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <stdexcept>
+#include <tuple>
+
+#include "writer_probe.h"
+
+// The tables of the writer beside ordered ones.
+
+namespace writer_test {
+namespace {
+
+using Strings = Probe::StringIndexMap;
+using Names = Probe::NameIndexMap;
+
+/// Short strings of few different octets, zeros among them: many are the beginning of others.
+std::string randomText(std::mt19937& random, std::size_t longest) {
+  const std::string octets("ab\0\xFF", 4);
+  std::string text(random() % (longest + 1), ' ');
+  for (char& octet : text) octet = octets[random() % octets.size()];
+  return text;
+}
+
+TEST(WriterIndexMap, FindsStringsAsAnOrderedMapDoes) {
+  std::mt19937 random(1);
+  Strings table;
+  std::map<std::string, unsigned> expected;
+  for (unsigned i = 0; i < 20000; ++i) {
+    const std::string text = randomText(random, i % 20);
+    const unsigned* const found = table.find(text);
+    const auto known = expected.find(text);
+    ASSERT_EQ(found != nullptr, known != expected.end()) << text;
+    if (found != nullptr) {
+      ASSERT_EQ(*found, known->second);
+    } else {
+      expected.emplace(text, table.positions());
+      table.add(text);
+    }
+  }
+  EXPECT_EQ(table.size(), expected.size());
+  for (const auto& [text, index] : expected) EXPECT_EQ(table.at(text), index);
+}
+
+TEST(WriterIndexMap, FindsNamesAsAnOrderedMapDoes) {
+  std::mt19937 random(2);
+  Names table;
+  std::map<std::tuple<std::string, std::string, std::string>, unsigned> expected;
+  for (unsigned i = 0; i < 20000; ++i) {
+    const Probe::QualifiedName name = {randomText(random, 2), randomText(random, 9),
+                                       randomText(random, 3)};
+    const auto [known, isNew] = expected.emplace(
+        std::tuple(name.prefix, name.namespaceName, name.localName), table.positions());
+    const unsigned* const found = table.find(name);
+    ASSERT_EQ(found == nullptr, isNew);
+    if (isNew) {
+      table.add(name);
+    } else {
+      ASSERT_EQ(*found, known->second);
+    }
+  }
+  EXPECT_EQ(table.size(), expected.size());
+}
+
+TEST(WriterIndexMap, HoldsTheEmptyString) {
+  Strings table;
+  EXPECT_EQ(table.find(""), nullptr);
+  table.add("");
+  table.add("a");
+  ASSERT_NE(table.find(""), nullptr);
+  EXPECT_EQ(*table.find(""), 0U);
+  EXPECT_EQ(*table.find("a"), 1U);
+}
+
+TEST(WriterIndexMap, FindsTheFirstOfEqualEntries) {
+  Strings table;
+  table.add("a");
+  table.add("a");
+  table.add("b");
+  EXPECT_EQ(*table.find("a"), 0U);
+  EXPECT_EQ(*table.find("b"), 2U);
+  EXPECT_EQ(table.positions(), 3U);
+  EXPECT_EQ(table.size(), 2U);
+}
+
+TEST(WriterIndexMap, CountsPositionsAtWhichNothingIsFound) {
+  Strings table;
+  table.skip(5);
+  table.add("a");
+  EXPECT_EQ(*table.find("a"), 5U);
+  EXPECT_EQ(table.positions(), 6U);
+  table.clear();
+  EXPECT_EQ(table.positions(), 0U);
+  EXPECT_TRUE(table.empty());
+  EXPECT_EQ(table.find("a"), nullptr);
+}
+
+TEST(WriterIndexMap, HasNoIndexOfWhatItDoesNotHold) {
+  const Strings table = {{"a", 3}};
+  EXPECT_EQ(table.at("a"), 3U);
+  EXPECT_THROW(table.at("b"), std::out_of_range);
+  EXPECT_THROW(Strings().at(""), std::out_of_range);
+}
+
+TEST(WriterIndexMap, IsEqualToOneWithTheSameEntries) {
+  EXPECT_EQ((Strings{{"a", 0}, {"b", 1}}), (Strings{{"b", 1}, {"a", 0}}));
+  EXPECT_FALSE((Strings{{"a", 0}, {"b", 1}}) == (Strings{{"a", 0}, {"b", 2}}));
+  EXPECT_FALSE((Strings{{"a", 0}, {"b", 1}}) == (Strings{{"a", 0}, {"c", 1}}));
+  EXPECT_FALSE((Strings{{"a", 0}}) == (Strings{{"a", 0}, {"b", 1}}));
+}
+
+}  // namespace
+}  // namespace writer_test
