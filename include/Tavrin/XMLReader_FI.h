@@ -271,6 +271,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   unsigned long decodeInteger(int octet, const char* message);
   unsigned long withoutPadding(unsigned long index, const fastinfoset::IntegerForm& longest,
                                std::uint32_t fieldBits) const;
+  void assignString(unsigned long index, const std::vector<std::string>* table,
+                    const StringTable* external, std::string& text) const;
   void addEntry(Strings& table, const std::string& entry);
   void accountFor(std::uint64_t octets);
   void accountForName(const QualifiedName& name);

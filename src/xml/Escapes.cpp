@@ -24,8 +24,6 @@ __m128i blockAt(const char* octets) {
   return block;
 }
 
-__m128i equal(__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); }
-
 constexpr std::size_t kFew = 4;
 
 /// The octets of a text of kFew or more, but less than a block; some of them twice.
@@ -56,11 +54,10 @@ __m128i equalToOneOf(__m128i block, const Blocks& blocks, std::size_t count) {
 
 unsigned positions(__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); }
 
-/// Octets that may be part of something invalid: controls, and those that are not ASCII.
+/// Octets to look at closer: controls, line breaks among them, and those that are not ASCII.
 __m128i uneasy(__m128i block) {
   // Compared with sign, octets from 0x80 on are negative.
-  const __m128i below = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
-  return _mm_andnot_si128(_mm_or_si128(equal(block, '\t'), equal(block, '\n')), below);
+  return _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
 }
 
 }  // namespace
@@ -73,11 +70,10 @@ bool Escapes::isVerbatim(std::string_view text) const {
     unsigned owed = 0;  // Where continuations must stand.
     const auto isVerbatimBlock = [&](const char* octets) {
       const __m128i block = blockAt(octets);
-      const unsigned hard =
-          positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_)));
-      if ((hard | owed) == 0) return true;
+      const __m128i escaped = equalToOneOf(block, blocks_, count_);
+      if ((positions(_mm_or_si128(escaped, uneasy(block))) | owed) == 0) return true;
       const OctetSets sets(octets);
-      if ((hard & ~sets.high) != 0 || !sets.areSimple(owed)) return false;
+      if (positions(escaped) != 0 || !sets.areSimple(owed)) return false;
       owed = sets.owed();
       return true;
     };
@@ -91,7 +87,9 @@ bool Escapes::isVerbatim(std::string_view text) const {
   }
   if (text.size() >= kFew) {
     const __m128i block = blockOf(text);
-    return positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_))) == 0;
+    if (positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_))) == 0) {
+      return true;
+    }
   }
 #endif
   unsigned found = 0;

@@ -185,18 +185,27 @@ unsigned long XMLReader_FI::decodeNumberOfItems() {
 
 std::string XMLReader_FI::getString(unsigned long index, const std::vector<std::string>* table,
                                     const StringTable* external) const {
+  std::string text;
+  assignString(index, table, external, text);
+  return text;
+}
+
+/// As getString. An entry of the document's own is copied into the memory that the string has.
+void XMLReader_FI::assignString(unsigned long index, const std::vector<std::string>* table,
+                                const StringTable* external, std::string& text) const {
   static const char* const kInvalidIndex = "Error when decoding string - invalid index";
   if (external != nullptr) {
     if (index < external->definedCount) {
-      const char* text = external->entries[index];
-      return text ? text : std::string();
+      const char* const entry = external->entries[index];
+      text = entry ? entry : "";
+      return;
     }
     if (index < external->occupiedCount) fail(kInvalidIndex);
     index -= external->occupiedCount;
   }
   if (table == nullptr) fail("Error when decoding string");
   if (index >= table->size()) fail(kInvalidIndex);
-  return (*table)[index];
+  text = (*table)[index];
 }
 
 void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
@@ -207,7 +216,7 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
     return;
   }
   if (first & kStringIndex) {
-    out = getString(decodeIndex(octet), table, external);
+    assignString(decodeIndex(octet), table, external, out);
     fromTables_ += out.size();
     return;
   }
@@ -229,7 +238,7 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
   const auto octet = static_cast<int>(takeOctet());
   if (static_cast<unsigned>(octet) & kStringIndex) {
     if (table == nullptr) fail("Error when parsing identifier");
-    out = getString(decodeIndex(octet), table, externalEntries(table));
+    assignString(decodeIndex(octet), table, externalEntries(table), out);
     fromTables_ += out.size();
     return;
   }

@@ -80,7 +80,7 @@ std::uint64_t hashOf(const std::string& text, std::uint64_t begin, std::uint64_t
 
 // The highest octet of a tag tells which entries have it. The tag of a short text is its octets and
 // its length, so that nothing else has it and no entry needs to be looked at; that of any other
-// entry is a hash. Measured: writing attributes with short values takes a quarter less time.
+// entry is a hash. Measured: writing attributes with short values takes an eighth less time.
 
 constexpr unsigned kKindShift = 56;
 constexpr std::uint64_t kHashed = std::uint64_t{0xFF} << kKindShift;
