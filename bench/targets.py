@@ -106,5 +106,5 @@ GROWTH = (
     Growth("growth-size", "size of the document, MB", 1, 100, 2.0),
     Growth("growth-depth", "open elements", 10, 100000, 2.0),
     # With one attribute, most events are tags.
-    Growth("growth-attributes", "attributes on an element", 10, 10000, 5.5),
+    Growth("growth-attributes", "attributes on an element", 10, 10000, 8.0),
 )

@@ -299,6 +299,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   unsigned takeOctet();
   int brokenStream();
   int endOfStream();
+  void checkLiteralLength(std::uint64_t length) const;
   [[noreturn]] void fail(const std::string& message) const;
   [[noreturn]] void failAtEnd() const;
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);

@@ -81,6 +81,10 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   struct State;
   enum class TextFormat { utf16, restrictedAlphabet, algorithm };
 
+  EncodedData& decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm, unsigned long length);
+  EncodedData& decodeWhole(EncodingAlgorithm& algorithm, unsigned long length);
+  EncodedData& decodeItems(EncodingAlgorithm& algorithm, unsigned long length);
+
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void clearTables() override;
   void decodeDocument() override;

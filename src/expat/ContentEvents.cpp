@@ -2,12 +2,21 @@
 
 namespace Tavrin {
 
+namespace {
+
+// The memory of a longer text is not kept for all the short ones.
+constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+
+}  // namespace
+
 void XMLReader_Expat::Callbacks::characterDataHandler(void* userData, const XML_Char* text,
                                                       int length) {
   XMLReader_Expat& reader = from(userData);
   deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
+    const auto size = static_cast<std::size_t>(length);
+    if (size > kMostKept) return handler.characters(std::string(text, size));
     std::string& kept = reader.event_->text;
-    kept.assign(text, static_cast<std::size_t>(length));
+    kept.assign(text, size);
     handler.characters(kept);
   });
 }

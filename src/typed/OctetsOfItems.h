@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -32,6 +33,17 @@ void readBlocks(std::uint64_t length, std::istream& stream, Take take) {
   }
 }
 
+/// A number of which the most significant octet comes first.
+template <typename Bits>
+Bits bigEndian(const unsigned char* octets) {
+  static_assert(std::endian::native == std::endian::little);
+  Bits bits = 0;
+  std::memcpy(&bits, octets, sizeof bits);
+  if constexpr (sizeof bits == 2) return __builtin_bswap16(bits);
+  if constexpr (sizeof bits == 4) return __builtin_bswap32(bits);
+  if constexpr (sizeof bits == 8) return __builtin_bswap64(bits);
+}
+
 /// Reads numbers of the unsigned type Bits, most significant octet first.
 /// @param itemOf turns the bits into an element of the vector
 template <typename Bits, typename Item, typename ItemOf>
@@ -40,12 +52,10 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
   items.clear();
   items.reserve(std::min<std::size_t>(length, kBlockOctets) / sizeof(Bits));
   readBlocks(length, stream, [&](const unsigned char* octets, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += sizeof(Bits)) {
-      Bits bits = 0;
-      for (std::size_t k = 0; k < sizeof(Bits); ++k) {
-        bits = static_cast<Bits>(std::uint64_t{bits} << 8 | octets[i + k]);
-      }
-      items.push_back(itemOf(bits));
+    const std::size_t begin = items.size();
+    items.resize(begin + (count + sizeof(Bits) - 1) / sizeof(Bits));
+    for (std::size_t i = begin; i < items.size(); ++i, octets += sizeof(Bits)) {
+      items[i] = itemOf(bigEndian<Bits>(octets));
     }
   });
 }

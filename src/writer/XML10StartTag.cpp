@@ -18,9 +18,6 @@ constexpr std::string_view kSpaceAttribute = "xml:space";
 // Names that once were common are not kept for ever.
 constexpr std::size_t kMostNumbers = 4096;
 
-// Of a start tag with more attributes, none is kept: they would only drive one another out.
-constexpr int kMostKept = 64;
-
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 struct Parts {
@@ -121,7 +118,7 @@ XML10StartTag::Space XML10StartTag::write(std::string& out, const Element& eleme
     const std::string& value = attributes.getValue(i);
     if (!xml::isDeclarationName(qName)) {
       addAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings,
-                       length <= kMostKept);
+                       static_cast<std::size_t>(length) <= CheckedNames::kMost);
       if (qName == kSpaceAttribute) space = spaceOf(value);
     } else if (isRepeated_[static_cast<std::size_t>(i)]) {
       continue;

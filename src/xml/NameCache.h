@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,6 +17,9 @@ namespace Tavrin::xml {
 template <typename Value>
 class NameCache {
  public:
+  /// Of more names at once, none should be put in: they would only drive one another out.
+  static constexpr std::size_t kMost = 64;
+
   /// What is kept of a name, or null.
   Value* find(const std::string& uri, const std::string& localName, const std::string& qName) {
     Entry* const pair = pairOf(qName);
@@ -46,20 +50,22 @@ class NameCache {
     Value value{};
   };
 
-  static constexpr std::size_t kPairs = 32;
+  static constexpr unsigned kPairBits = 5;  // Of the number of a pair.
 
-  std::array<Entry, 2 * kPairs> entries_;
+  std::array<Entry, kMost> entries_;
 
   /// The two places that a name may have. Names of one document differ in length or at their ends,
   /// most of the time.
   Entry* pairOf(std::string_view name) {
     const auto at = [name](std::size_t i) {
-      return std::size_t{static_cast<unsigned char>(name[i])};
+      return std::uint32_t{static_cast<unsigned char>(name[i])};
     };
     const std::size_t size = name.size();
-    const std::size_t number =
-        size == 0 ? 0 : size * 7 + at(0) + at(size / 2) * 5 + at(size - 1) * 3;
-    return &entries_[2 * (number % kPairs)];
+    if (size == 0) return entries_.data();
+    const std::uint32_t octets = at(0) | at(size / 2) << 8U | at(size - 1) << 16U;
+    // The high bits of the product depend on all others (Fibonacci hashing).
+    const std::uint32_t mixed = (octets ^ static_cast<std::uint32_t>(size) << 24U) * 0x9E3779B1U;
+    return &entries_[std::size_t{2} * (mixed >> (32U - kPairBits))];
   }
 };
 

@@ -47,10 +47,13 @@ void XMLReader_FI::failAtEnd() const { fail(kEndOfDocument); }
 
 unsigned XMLReader_FI::readOctet() { return takeOctet(); }
 
+void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
+  if (length <= maximumLiteralOctets_) return;
+  fail("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets");
+}
+
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
-  if (length > maximumLiteralOctets_) {
-    fail("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets");
-  }
+  checkLiteralLength(length);
   std::uint64_t begin = 0;
   while (begin < length) {
     const std::uint64_t piece = std::min(length - begin, std::max(begin, kFirstPiece));

@@ -2,7 +2,9 @@
 
 #include <Tavrin/XMLReader_X891.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <istream>
 #include <map>
@@ -40,6 +42,49 @@ class OctetStream {
       setg(octets.data(), octets.data(), octets.data() + octets.size());
     }
     bool isAtEnd() const { return gptr() == egptr(); }
+  };
+
+  Buffer buffer_;
+  std::istream stream_;
+};
+
+/// A stream over the next octets of another one, for algorithms to decode from without a copy: none
+/// reads beyond its data.
+class NextOctets {
+ public:
+  /// @param source outlives this
+  NextOctets(std::streambuf& source, std::uint64_t count)
+      : buffer_(source, count), stream_(&buffer_) {}
+
+  std::istream& stream() { return stream_; }
+  /// How many octets have been read.
+  std::uint64_t taken() const { return buffer_.taken; }
+  /// Throws what the source threw, if anything.
+  void rethrow() const {
+    if (buffer_.thrown) std::rethrow_exception(buffer_.thrown);
+  }
+
+ private:
+  struct Buffer : std::streambuf {
+    Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
+
+    std::streamsize xsgetn(char* octets, std::streamsize count) override {
+      const auto wanted = std::min(left, static_cast<std::uint64_t>(count));
+      try {
+        const auto got = source.sgetn(octets, static_cast<std::streamsize>(wanted));
+        taken += static_cast<std::uint64_t>(got);
+        left -= static_cast<std::uint64_t>(got);
+        return got;
+      } catch (...) {
+        thrown = std::current_exception();  // A stream would keep it to itself.
+        throw;
+      }
+    }
+
+    std::streambuf& source;
+    std::uint64_t left;
+    std::uint64_t taken = 0;
+    std::exception_ptr thrown;
   };
 
   Buffer buffer_;

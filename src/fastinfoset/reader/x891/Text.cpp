@@ -127,25 +127,70 @@ Exact& takeOver(EncodedData& holder, Exact& exact) {
   return exact;
 }
 
+constexpr const char* kOtherLength = "Encoded data of another length than its value";
+
+/// How many octets a number of a built-in algorithm takes; 0 where that is not what it encodes.
+std::size_t sizeOfItems(unsigned field) {
+  switch (field) {
+    case algorithms::shortInteger:
+      return sizeof(std::int16_t);
+    case algorithms::integer:
+      return sizeof(std::int32_t);
+    case algorithms::longInteger:
+      return sizeof(std::int64_t);
+    case algorithms::floatNumber:
+      return sizeof(float);
+    case algorithms::doubleNumber:
+      return sizeof(double);
+    default:
+      return 0;
+  }
+}
+
 }  // namespace
 
-/// The octets are read before the algorithm sees them: it cannot read beyond.
+EncodedData& XMLReader_X891::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
+                                        unsigned long length) {
+  try {
+    return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
+  } catch (const EncodingAlgorithmException& exception) {
+    fail(exception.getMessage());
+  }
+}
+
+/// Lets an algorithm decode octets that have been read: they are all there, and it cannot read
+/// beyond.
+EncodedData& XMLReader_X891::decodeWhole(EncodingAlgorithm& algorithm, unsigned long length) {
+  readOctets(length, state_->octets);
+  std::istream& stream = state_->octetStream.over(state_->octets);
+  EncodedData& decoded = decodeFrom(stream, algorithm, length);
+  if (stream.fail() || !state_->octetStream.isAtEnd()) fail(kOtherLength);
+  return decoded;
+}
+
+/// Lets a built-in algorithm decode whole numbers, of which there may be very many: they are not
+/// copied before.
+EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned long length) {
+  NextOctets octets(*buffer_, length);
+  EncodedData& decoded = decodeFrom(octets.stream(), algorithm, length);
+  octetsRead_ += octets.taken();
+  octets.rethrow();
+  if (octets.stream().fail()) failAtEnd();
+  if (octets.taken() < length) fail(kOtherLength);
+  return decoded;
+}
+
+/// Lets an algorithm decode its data, and no more.
 EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
                                         unsigned long length) {
   if (length > std::numeric_limits<std::uint32_t>::max()) {
     fail("Encoded data longer than 4294967295 octets");
   }
-  readOctets(length, state_->octets);
-  std::istream& stream = state_->octetStream.over(state_->octets);
-  EncodedData* decoded = nullptr;
-  try {
-    decoded = &algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
-  } catch (const EncodingAlgorithmException& exception) {
-    fail(exception.getMessage());
-  }
-  if (stream.fail() || !state_->octetStream.isAtEnd()) {
-    fail("Encoded data of another length than its value");
-  }
+  checkLiteralLength(length);
+  const std::size_t itemSize = sizeOfItems(field);
+  EncodedData* const decoded = itemSize > 0 && length % itemSize == 0
+                                   ? &decodeItems(algorithm, length)
+                                   : &decodeWhole(algorithm, length);
   // The text of numbers must read back as the same ones, which that of their own holders need not.
   switch (field) {
     case algorithms::shortInteger:
