@@ -166,7 +166,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
     };
 
     bool enter(const Key& key, unsigned int index);
-    Slot* slotOf(std::uint64_t tag, const Key& key);
+    std::size_t slotOf(std::uint64_t tag, const Key& key) const;
     void grow();
 
     Entries entries_;
@@ -278,7 +278,8 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   virtual bool isDeclaration(const Attributes& attributes, int index) const;
   /// Takes the attributes of a start tag for namespace declarations that are such. Called where
   /// there are any, before names are looked at.
-  /// @param declarations their positions
+  /// @param attributes   all attributes of the start tag
+  /// @param declarations the positions of those
   virtual void takeDeclarations(const Attributes& attributes, const std::vector<int>& declarations);
   /// Refuses the name of an element, before anything of the tag is written.
   /// @param name  the name

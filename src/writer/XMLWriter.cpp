@@ -76,7 +76,10 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
                              const std::string& qName, const Attributes&) {
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
-  elements_.emplace_back(uri, localName, qName);
+  Element& element = elements_.emplace_back();
+  element.uri = uri;
+  element.localName = localName;
+  element.qName = qName;
   state_ = InElement;
   hasContent_ = false;
 }

@@ -133,14 +133,13 @@ XMLWriter_FI::IndexMap<Key>::IndexMap(std::initializer_list<value_type> entries)
 
 /// The slot of an entry, or the empty one in which it would be found.
 template <typename Key>
-typename XMLWriter_FI::IndexMap<Key>::Slot* XMLWriter_FI::IndexMap<Key>::slotOf(std::uint64_t tag,
-                                                                                const Key& key) {
+std::size_t XMLWriter_FI::IndexMap<Key>::slotOf(std::uint64_t tag, const Key& key) const {
   const std::size_t mask = slots_.size() - 1;
   for (std::size_t place = placeOf(tag) & mask;; place = (place + 1) & mask) {
-    Slot& slot = slots_[place];
-    if (slot.tag == 0) return &slot;
+    const Slot& slot = slots_[place];
+    if (slot.tag == 0) return place;
     if (slot.tag == tag && (!isHashed(tag) || areSame(entries_[slot.entry].first, key))) {
-      return &slot;
+      return place;
     }
   }
 }
@@ -149,8 +148,8 @@ template <typename Key>
 const unsigned* XMLWriter_FI::IndexMap<Key>::find(const Key& key) const {
   // Nothing is found in an empty table, and long texts are not hashed in vain.
   if (entries_.empty() || octetsOf(key) > longest_) return nullptr;
-  const Slot* const slot = const_cast<IndexMap*>(this)->slotOf(tagOf(key), key);
-  return slot->tag == 0 ? nullptr : &entries_[slot->entry].second;
+  const Slot& slot = slots_[slotOf(tagOf(key), key)];
+  return slot.tag == 0 ? nullptr : &entries_[slot.entry].second;
 }
 
 template <typename Key>
@@ -162,11 +161,11 @@ template <typename Key>
 bool XMLWriter_FI::IndexMap<Key>::enter(const Key& key, unsigned index) {
   if (slots_.size() <= 2 * entries_.size()) grow();
   const std::uint64_t tag = tagOf(key);
-  Slot* const slot = slotOf(tag, key);
-  if (slot->tag != 0) return false;
+  Slot& slot = slots_[slotOf(tag, key)];
+  if (slot.tag != 0) return false;
   const auto entry = static_cast<std::uint32_t>(entries_.size());
   entries_.emplace_back(key, index);
-  *slot = {tag, entry};
+  slot = {tag, entry};
   longest_ = std::max(longest_, octetsOf(key));
   return true;
 }

@@ -254,7 +254,7 @@ void XMLWriter_FI::recogniseAttributes(const Attributes& attributes) {
 void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
   if (taken_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
-  const bool keeps = taken_.size() <= known_->attributes.kMost;
+  const bool keeps = taken_.size() <= xml::NameCache<unsigned>::kMost;
   for (auto& [i, index, valueIndex, isKnown] : taken_) {
     const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
     if (!isKnown) {
