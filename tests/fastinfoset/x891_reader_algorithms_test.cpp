@@ -71,6 +71,54 @@ TEST(X891ReaderAlgorithms, WithoutAnEntryAreRefused) {
   expectRefused(withAlgorithmURI("3C 00 'a' 8F FC"), octets("00 FF"), message, kStarted);
 }
 
+/// Reads octet by octet, and as many as it is told to.
+class PatientFloats : public Tavrin::FloatEncodingAlgorithm {
+ public:
+  std::uint32_t most = 1000;
+
+  Tavrin::FloatData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override {
+    data_.data_.clear();
+    for (std::uint32_t i = 0; i < std::min(length, most); ++i) {
+      data_.data_.push_back(static_cast<float>(stream.get()));
+    }
+    return data_;
+  }
+
+ private:
+  Tavrin::FloatData data_;
+};
+
+class PatientReader : public Tavrin::XMLReader_X891 {
+ public:
+  PatientFloats floats;
+
+ protected:
+  Tavrin::EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri) override {
+    return field == Tavrin::algorithms::floatNumber
+               ? &floats
+               : Tavrin::XMLReader_X891::getEncodingAlgorithm(field, uri);
+  }
+};
+
+TEST(X891ReaderAlgorithms, MayTakeThePlaceOfABuiltInOne) {
+  const std::string document =
+      octets("E0 00 00 01 00 3C 00 'a' 8C 1A 05 01 02 03 04 05 06 07 08 FF");
+  const auto read = [&document](std::uint32_t most) {
+    PatientReader reader;
+    reader.floats.most = most;
+    std::istringstream stream(document);
+    try {
+      reader.parse(stream);
+    } catch (const Tavrin::SAXException& exception) {
+      return exception.getMessage();
+    }
+    return std::string("all is read");
+  };
+  EXPECT_EQ(read(8), "all is read");
+  EXPECT_EQ(read(7), kOtherLength);
+  EXPECT_EQ(read(0), kOtherLength);
+}
+
 TEST(X891ReaderAlgorithms, HaveTheirOctetsAlone) {
   // All that is there is the data: the rest of the document cannot be read.
   EXPECT_EQ(wholeContent({"characters(3:abc:-1)", "characters(3:abc:-1)"}),

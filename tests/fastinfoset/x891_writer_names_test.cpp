@@ -119,6 +119,19 @@ TEST(X891WriterNames, AreRefusedWhereTheyAreNone) {
             "SAXException: \"c d\" is not a name without a colon");
 }
 
+// As text it would be a declaration, so no reader takes it.
+TEST(X891WriterNames, OfAnAttributeAreNotXmlns) {
+  const char* const message =
+      "SAXException: An attribute with the name \"xmlns\" is a namespace declaration";
+  EXPECT_EQ(refusalOf("", "b", "b", {{"", "xmlns", "", "u"}}), message);
+  EXPECT_EQ(refusalOf("", "b", "b", {{"", "c", "c", "1"}, {"", "xmlns", "", "u"}}), message);
+  EXPECT_EQ(content([](Writer& writer) {
+              writer.startElement("", "xmlns", "xmlns", AttributesImpl());
+              writer.endElement("", "xmlns", "xmlns");
+            }),
+            document("3C 00 'a' 3C 04 'xmlns' FF F0"));
+}
+
 TEST(X891WriterNames, AreRefusedWithoutTheirDeclaration) {
   EXPECT_EQ(refusalOf("u", "b", "p:b"), "SAXException: Undeclared prefix \"p\"");
   EXPECT_EQ(refusalOf("", "b", "p:b"), "SAXException: Undeclared prefix \"p\"");

@@ -187,7 +187,9 @@ EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned f
     fail("Encoded data longer than 4294967295 octets");
   }
   checkLiteralLength(length);
-  const std::size_t itemSize = sizeOfItems(field);
+  // What a derived reader puts in the place of a built-in algorithm may read otherwise.
+  const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
+  const std::size_t itemSize = isBuiltIn ? sizeOfItems(field) : 0;
   EncodedData* const decoded = itemSize > 0 && length % itemSize == 0
                                    ? &decodeItems(algorithm, length)
                                    : &decodeWhole(algorithm, length);

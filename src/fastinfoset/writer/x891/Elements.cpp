@@ -172,6 +172,9 @@ void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isK
 void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool isKnown) {
   State::Document& document = own_->document;
   if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
+  if (!isKnown && name.localName == "xmlns" && name.prefix().empty()) {
+    throw SAXException("An attribute with the name \"xmlns\" is a namespace declaration");
+  }
   State::AttributeRecord fresh;
   State::AttributeRecord& record =
       index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
