@@ -172,12 +172,23 @@ void EncodingAlgorithmAttributesImpl::addAttribute(
 // times as long as all the rest; one that was large is given back, so that memory follows the
 // document.
 
+namespace {
+
+/// What a record keeps of memory.
+template <typename Record>
+std::size_t memoryOf(const Record& record) {
+  return sizeof record + record.uri.capacity() + record.localName.capacity() +
+         record.qName.capacity() + record.value.capacity();
+}
+
+}  // namespace
+
 void EncodingAlgorithmAttributesImpl::clear() {
   constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
   while (!attributes_.empty()) {
     std::unique_ptr<Record> record = std::move(attributes_.back());
     attributes_.pop_back();
-    const std::size_t octets = sizeof *record + record->value.capacity();
+    const std::size_t octets = memoryOf(*record);
     if (spareOctets_ + octets > kMostSpareOctets) continue;
     spareOctets_ += octets;
     record->value.clear();
@@ -194,7 +205,7 @@ EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::append
   } else {
     attributes_.push_back(std::move(spare_.back()));
     spare_.pop_back();
-    spareOctets_ -= sizeof *attributes_.back() + attributes_.back()->value.capacity();
+    spareOctets_ -= memoryOf(*attributes_.back());
   }
   return *attributes_.back();
 }

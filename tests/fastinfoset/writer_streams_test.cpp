@@ -128,6 +128,20 @@ TEST(WriterStream, MayThrow) {
   EXPECT_THROW(writer.startDocument(), std::ios_base::failure);
 }
 
+TEST(WriterStream, ThatThrewGetsNothingOfThatEventLater) {
+  Probe writer;
+  writer.startDocument();
+  writer.start("a");
+  EXPECT_EQ(writer.news(), document("3C 00 'a'"));
+  writer.output.fill();
+  writer.output.exceptions(std::ios::badbit);
+  EXPECT_THROW(writer.comment("lost"), std::ios_base::failure);
+  writer.output.exceptions(std::ios::goodbit);
+  writer.output.empty();
+  writer.comment("c");
+  EXPECT_EQ(writer.news(), hex("E2 40 'c'"));
+}
+
 TEST(WriterWithoutAStream, TakesWholeDocuments) {
   Probe writer;
   writer.setOutputStream(nullptr);

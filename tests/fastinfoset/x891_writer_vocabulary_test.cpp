@@ -263,6 +263,22 @@ TEST_F(X891WriterExternalVocabulary, IsNamedAndUsed) {
                 "A0 8C 7C 'x' 8C 7C 'y' E1 80 FF 3C 02 'new' F0 7C 80 78 C0 06 FF FF FF"));
 }
 
+// It is the application's own, and is not checked.
+TEST_F(X891WriterExternalVocabulary, MayHoldWhatNoValueMayBe) {
+  static const char* const values[] = {nullptr, "\x01", "ok"};
+  vocabulary.attributeValues = table(values);
+  writer.startDocument();
+  EXPECT_EQ(thrown([&] {
+              writer.startElement("", "a", "a", namedAttributes({{"", "b", "b", "\x01"}}));
+            }),
+            "SAXException: Invalid character U+0001 in an attribute value");
+  writer.startElement("", "a", "a", namedAttributes({{"", "b", "b", ""}, {"", "c", "c", "ok"}}));
+  writer.endElement("", "a", "a");
+  writer.endDocument();
+  EXPECT_EQ(writer.written(), hex("E0 00 00 01 20 10 00 08 'urn:known'"
+                                  "7C 00 'a' 78 00 'b' FF 78 00 'c' 82 FF F0"));
+}
+
 TEST_F(X891WriterExternalVocabulary, StandsInFrontOfTheOwn) {
   static const char* const alphabets[] = {"ab"};
   static const char* const prefixes[] = {"r"};

@@ -50,8 +50,12 @@ void XMLWriter_FI::write(const char* octets, std::size_t count) {
 
 void XMLWriter_FI::sendOctets() {
   if (gathered_.empty()) return;
+  // Gone even when the stream throws: the next event must not bring them.
+  struct Clear {
+    std::string& octets;
+    ~Clear() { octets.clear(); }
+  } const clear{gathered_};
   if (out_) writeOctets(*out_, gathered_);
-  gathered_.clear();
 }
 
 /// The stream, for those who write into it themselves.

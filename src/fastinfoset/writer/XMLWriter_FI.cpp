@@ -269,13 +269,11 @@ void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
       checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
       continue;
     }
-    // What is in the table was looked at when it was added.
+    // Also what is in the table is looked at: an external vocabulary may hold anything.
     const std::string& value = attributes.getValue(i);
-    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) {
-      valueIndex = *found;
-    } else {
-      checkValue(value);
-    }
+    checkValue(value);
+    if (value.empty()) continue;  // It is written as itself.
+    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) valueIndex = *found;
   }
 }
 

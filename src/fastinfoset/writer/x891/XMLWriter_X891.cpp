@@ -4,8 +4,8 @@
 #include "../../Dialect.h"
 #include "State.h"
 
-// Properties, the life of a document, and what enters the tables. The prolog is in
-// X891Document.cpp, elements are in X891Elements.cpp, content is in X891Content.cpp.
+// Properties, the life of a document, and what enters the tables. Beside it in this folder:
+// Document.cpp (the prolog), Elements.cpp, Content.cpp, Vocabulary.cpp and Algorithms.cpp.
 
 namespace Tavrin {
 
