@@ -12,6 +12,8 @@
 
 namespace Tavrin {
 
+class EventOctets;
+
 /// Writes XML 1.0 (fifth edition) with Namespaces in XML 1.0, in UTF-8; registered as "XML10".
 ///
 /// Whatever it is given, what it writes is well-formed, with regard to namespaces too, and comes
@@ -146,6 +148,11 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
   void restore(const Mark& mark);
   void commit();
   void writeOut();
+  bool isDirect() const;
+  void writeDirectly(EventOctets& octets);
+  void composeStartTag(EventOctets& octets, const std::string& uri, const std::string& localName,
+                       const std::string& qName, const Attributes& attributes);
+  void closeElement();
   void forbidIndentation();
   void writeSection(std::string_view text);
   void writeAttributeValue(std::string_view value);

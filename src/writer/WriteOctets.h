@@ -2,6 +2,7 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstring>
@@ -11,23 +12,53 @@
 
 namespace Tavrin {
 
-/// Puts octets into the room that a stream's buffer has, as `sputc` would.
+/// The room that a stream's buffer has for octets: that of its put area.
+class Room {
+ public:
+  explicit Room(std::streambuf& buffer) : buffer_(buffer) {}
+
+  char* begin() const { return (buffer_.*Members::begin())(); }
+  /// How many octets there is room for.
+  std::size_t size() const {
+    char* const first = begin();
+    if (first == nullptr) return 0;
+    return std::min(static_cast<std::size_t>((buffer_.*Members::end())() - first), kMost);
+  }
+  /// Whether octets in the room can be seen that were not put there: those of a string that is
+  /// written over.
+  bool isVisible() const { return (buffer_.*Members::readable())() > begin(); }
+
+  /// Takes octets that stand in the room for put there, as `sputc` does.
+  void take(std::size_t count) const { (buffer_.*Members::advance())(static_cast<int>(count)); }
+
+ private:
+  static constexpr std::size_t kMost = INT_MAX;
+
+  /// Names the protected members of a buffer.
+  struct Members : std::streambuf {
+    using Get = char* (std::streambuf::*)() const;
+    static constexpr Get begin() { return &Members::pptr; }
+    static constexpr Get end() { return &Members::epptr; }
+    static constexpr Get readable() { return &Members::egptr; }
+    static constexpr void (std::streambuf::*advance())(int) { return &Members::pbump; }
+  };
+
+  std::streambuf& buffer_;
+};
+
+/// Puts octets into the room of a stream's buffer.
 /// @return false where there is not room for all of them; nothing has happened then
 inline bool putIntoRoom(std::streambuf& buffer, std::string_view octets) {
-  // Names the protected members of a buffer that tell of its room.
-  struct Room : std::streambuf {
-    using Get = char* (std::streambuf::*)() const;
-    static constexpr Get begin() { return &Room::pptr; }
-    static constexpr Get end() { return &Room::epptr; }
-    static constexpr void (std::streambuf::*advance())(int) { return &Room::pbump; }
-  };
-  char* const begin = (buffer.*Room::begin())();
-  const std::ptrdiff_t room = (buffer.*Room::end())() - begin;
-  if (begin == nullptr || octets.size() > INT_MAX) return false;
-  if (static_cast<std::ptrdiff_t>(octets.size()) > room) return false;
-  std::memcpy(begin, octets.data(), octets.size());
-  (buffer.*Room::advance())(static_cast<int>(octets.size()));
+  const Room room(buffer);
+  if (octets.size() > room.size()) return false;
+  std::memcpy(room.begin(), octets.data(), octets.size());
+  room.take(octets.size());
   return true;
+}
+
+/// Whether a stream has nothing to do before it is written to.
+inline bool isReady(const std::ostream& out) {
+  return out.good() && out.tie() == nullptr && (out.flags() & std::ios_base::unitbuf) == 0;
 }
 
 /// Sets the bad bit without the exception that it may stand for.
@@ -43,8 +74,7 @@ inline void setBad(std::ostream& out) {
 /// takes a sixth less time.
 inline void writeOctets(std::ostream& out, std::string_view octets) {
   const auto size = static_cast<std::streamsize>(octets.size());
-  const bool needsSentry = out.tie() != nullptr || (out.flags() & std::ios_base::unitbuf) != 0;
-  if (needsSentry || !out.good()) {
+  if (!isReady(out)) {
     out.write(octets.data(), size);
     return;
   }

@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::string_view kSpaceAttribute = "xml:space";
 
-// Names that once were common are not kept for ever.
-constexpr std::size_t kMostNumbers = 4096;
+// Names of elements long gone are not kept for ever.
+constexpr std::size_t kMostOctets = std::size_t{4} << 20U;
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
@@ -78,11 +78,12 @@ void requireElementName(const XML10StartTag::Element& element,
                      " is not the default namespace");
 }
 
-void appendAttribute(std::string& out, std::string_view name, std::string_view value, char quote) {
-  (out += ' ') += name;
-  (out += '=') += quote;
-  xml::appendText(out, value, xml::attributeEscapes(quote), "an attribute value");
-  out += quote;
+void appendAttribute(EventOctets& out, std::string_view name, std::string_view value, char quote) {
+  const xml::Escapes& escapes = xml::attributeEscapes(quote);
+  if (escapes.isVerbatim(value)) return out.append(' ', name, '=', quote, value, quote);
+  out.append(' ', name, '=', quote);
+  xml::appendText(out, value, escapes, "an attribute value");
+  out.append(quote);
 }
 
 XML10StartTag::Space spaceOf(std::string_view value) {
@@ -91,64 +92,76 @@ XML10StartTag::Space spaceOf(std::string_view value) {
 
 }  // namespace
 
-XML10StartTag::Space XML10StartTag::write(std::string& out, const Element& element, char quote,
+XML10StartTag::Space XML10StartTag::write(EventOctets& out, const Element& element, char quote,
                                           const Defaults& defaults,
                                           xml::NamespaceBindings& bindings) {
   Space space = Space::Inherited;
-  const std::size_t begin = out.size();
   if (element.mappings.empty() && defaults.empty()) {
-    if (writeChecked(out, element, quote, bindings, space)) return space;
-    out.resize(begin);
+    if (writeKnown(out, element, quote, bindings, space)) return space;
     space = Space::Inherited;
+  }
+  if (numbers_.octets() > kMostOctets) {
+    numbers_ = {};
+    checkedAttributes_.clear();
   }
   collectDeclarations(element);
   if (!declarations_.empty()) declareAll(bindings);
   checkElementName(element, bindings);
-  (out += '<') += element.qName;
+  out.append('<', std::string_view(element.qName));
   for (std::size_t i = 0; i < element.mappings.size(); i += 2) {
     const std::string& prefix = element.mappings[i];
     const std::string name = prefix.empty() ? "xmlns" : "xmlns:" + prefix;
     appendAttribute(out, name, element.mappings[i + 1], quote);
   }
-  names_.clear();
+  numbers_.beginTag();
+  bool areUnique = true;
   const Attributes& attributes = element.attributes;
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
     const std::string& value = attributes.getValue(i);
     if (!xml::isDeclarationName(qName)) {
-      addAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings,
-                       static_cast<std::size_t>(length) <= CheckedNames::kMost);
+      const std::size_t number =
+          checkAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings);
+      areUnique = numbers_.take(number) && areUnique;
       if (qName == kSpaceAttribute) space = spaceOf(value);
     } else if (isRepeated_[static_cast<std::size_t>(i)]) {
       continue;
     }
     appendAttribute(out, qName, value, quote);
   }
-  if (!defaults.empty()) checkDefaults(element, defaults, bindings);
-  refuseDuplicates();
+  if (!areUnique || !defaults.empty()) {
+    collectNames(attributes, bindings);
+    collectDefaults(element, defaults, bindings);
+    refuseDuplicates();
+  }
   return space;
 }
 
-/// Writes a start tag in which every name is one that was found right with the same bindings, as
-/// nearly all are. Measured: records take a fifth less time.
-/// @return whether it is such a one; if not, a part of it may have been appended
-bool XML10StartTag::writeChecked(std::string& out, const Element& element, char quote,
-                                 const xml::NamespaceBindings& bindings, Space& space) {
+/// The commonest tags: all their names have been found right with these bindings, so none of them
+/// declares a namespace.
+/// @return false, and nothing is appended, where it is another tag
+bool XML10StartTag::writeKnown(EventOctets& out, const Element& element, char quote,
+                               const xml::NamespaceBindings& bindings, Space& space) {
   const auto find = [version = bindings.version()](CheckedNames& names, const auto&... name) {
     const Checked* const checked = names.find(name...);
     return checked != nullptr && checked->version == version ? checked : nullptr;
   };
   if (!find(checkedElements_, element.uri, element.localName, element.qName)) return false;
-  (out += '<') += element.qName;
-  numbers_.beginTag();
+  const std::size_t begin = out.size();
+  out.append('<', std::string_view(element.qName));
   const Attributes& attributes = element.attributes;
   const int length = attributes.getLength();
+  if (length == 0) return true;
+  numbers_.beginTag();
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
     const Checked* const checked =
         find(checkedAttributes_, attributes.getURI(i), attributes.getLocalName(i), qName);
-    if (checked == nullptr || !numbers_.take(checked->number)) return false;
+    if (checked == nullptr || !numbers_.take(checked->number)) {
+      out.truncate(begin);
+      return false;
+    }
     const std::string& value = attributes.getValue(i);
     if (checked->isSpace) space = spaceOf(value);
     appendAttribute(out, qName, value, quote);
@@ -156,7 +169,6 @@ bool XML10StartTag::writeChecked(std::string& out, const Element& element, char 
   return true;
 }
 
-/// Finds what the element declares, by mappings and by attributes.
 void XML10StartTag::collectDeclarations(const Element& element) {
   declarations_.clear();
   isRepeated_.clear();
@@ -214,50 +226,54 @@ void XML10StartTag::checkElementName(const Element& element,
                        {bindings.version(), xml::UniqueAttributes::kUnknown, false});
 }
 
-void XML10StartTag::addName(std::string_view uri, std::string_view localName,
-                            std::string_view qName, bool isDefault) {
-  names_.push_back({uri, localName, qName, isDefault, 0});
-}
-
-void XML10StartTag::addAttributeName(const std::string& uri, const std::string& localName,
-                                     const std::string& qName,
-                                     const xml::NamespaceBindings& bindings, bool keep) {
-  xml::requireQName(qName);
+/// @return the number of the attribute, among those that must differ
+std::size_t XML10StartTag::checkAttributeName(const std::string& uri, const std::string& localName,
+                                              const std::string& qName,
+                                              const xml::NamespaceBindings& bindings) {
+  const Checked* const known = checkedAttributes_.find(uri, localName, qName);
+  if (known != nullptr && known->version == bindings.version()) return known->number;
+  if (known == nullptr) xml::requireQName(qName);
   const auto [prefix, local] = split(qName);
-  if (isRaw(uri, localName)) {
-    const bool hasPrefix = !prefix.empty();
-    const std::string& bound = hasPrefix ? requireBound(prefix, nullptr, bindings) : uri;
-    addName(bound, local, qName, false);
-    return;
-  }
-  requireLocalName(localName, qName);
+  const bool raw = isRaw(uri, localName);
+  if (!raw && known == nullptr) requireLocalName(localName, qName);
+  std::string_view bound = uri;
   if (!prefix.empty()) {
-    requireBound(prefix, &uri, bindings);
+    bound = requireBound(prefix, raw ? nullptr : &uri, bindings);
   } else if (!uri.empty()) {
     throw SAXException("The attribute " + quoted(qName) + " has a namespace, but no prefix");
   }
-  addName(uri, localName, qName, false);
-  if (!keep) return;
-  if (numbers_.size() > kMostNumbers) {
-    numbers_ = {};
-    checkedAttributes_.clear();
-  }
-  checkedAttributes_.put(
-      uri, localName, qName,
-      {bindings.version(), numbers_.number(uri, localName), qName == kSpaceAttribute});
+  const std::size_t number =
+      known != nullptr && !raw ? known->number : numbers_.number(bound, local);
+  checkedAttributes_.put(uri, localName, qName,
+                         {bindings.version(), number, qName == kSpaceAttribute});
+  return number;
 }
 
-/// What a parser may add must change no binding, be bound, and not be another name for an attribute
-/// that is given.
-void XML10StartTag::checkDefaults(const Element& element, const Defaults& defaults,
-                                  const xml::NamespaceBindings& bindings) {
+/// The names of the attributes, which are known to be right.
+void XML10StartTag::collectNames(const Attributes& attributes,
+                                 const xml::NamespaceBindings& bindings) {
+  names_.clear();
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    const std::string& qName = attributes.getQName(i);
+    if (xml::isDeclarationName(qName)) continue;
+    const auto [prefix, local] = split(qName);
+    std::string_view uri;
+    if (!prefix.empty()) uri = requireBound(prefix, nullptr, bindings);
+    names_.push_back({uri, local, qName, false});
+  }
+}
+
+/// The names of the attributes that the element has by default.
+void XML10StartTag::collectDefaults(const Element& element, const Defaults& defaults,
+                                    const xml::NamespaceBindings& bindings) {
   const auto found = defaults.find(element.qName);
   if (found == defaults.end()) return;
   for (const auto& [name, value] : found->second) {
     if (!value) continue;
     if (!xml::isDeclarationName(name)) {
       const auto [prefix, local] = split(name);
-      addName(requireBound(prefix, nullptr, bindings), local, name, true);
+      names_.push_back({requireBound(prefix, nullptr, bindings), local, name, true});
       continue;
     }
     const std::string_view prefix = xml::declaredPrefix(name);
@@ -270,36 +286,21 @@ void XML10StartTag::checkDefaults(const Element& element, const Defaults& defaul
   }
 }
 
-/// Attributes must differ in their names as written and in their expanded names. Two names that are
-/// written alike have one expanded name.
+/// Refuses names that are the same, but for a default that is given.
 void XML10StartTag::refuseDuplicates() {
-  constexpr std::size_t kFew = 32;
-  const auto refusePair = [](const ExpandedName& one, const ExpandedName& other) {
-    if (one.qName == other.qName && one.isDefault != other.isDefault) return;
-    if (one.qName == other.qName) {
+  std::ranges::stable_sort(
+      names_, {}, [](const ExpandedName& name) { return std::tuple(name.localName, name.uri); });
+  for (std::size_t i = 1; i < names_.size(); ++i) {
+    const ExpandedName& one = names_[i - 1];
+    const ExpandedName& other = names_[i];
+    if (one.localName != other.localName || one.uri != other.uri) continue;
+    if (one.qName != other.qName) {
+      throw SAXException("The attributes " + quoted(one.qName) + " and " + quoted(other.qName) +
+                         " have the same name");
+    }
+    if (one.isDefault == other.isDefault) {
       throw SAXException("The attribute " + quoted(one.qName) + " is given twice");
     }
-    throw SAXException("The attributes " + quoted(one.qName) + " and " + quoted(other.qName) +
-                       " have the same name");
-  };
-  const auto areEqual = [](const ExpandedName& one, const ExpandedName& other) {
-    return one.localName == other.localName && one.uri == other.uri;
-  };
-  if (names_.size() <= kFew) {
-    for (std::size_t i = 1; i < names_.size(); ++i) {
-      for (std::size_t j = 0; j < i; ++j) {
-        if (areEqual(names_[j], names_[i])) refusePair(names_[j], names_[i]);
-      }
-    }
-    return;
-  }
-  // Hashes are compared faster than names. What has the same one is still in order.
-  for (ExpandedName& name : names_) name.hash = std::hash<std::string_view>()(name.localName);
-  std::ranges::sort(names_, {}, [](const ExpandedName& name) {
-    return std::tuple(name.hash, name.localName, name.uri, name.qName, name.isDefault);
-  });
-  for (std::size_t i = 1; i < names_.size(); ++i) {
-    if (areEqual(names_[i - 1], names_[i])) refusePair(names_[i - 1], names_[i]);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <Tavrin/Attributes.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -15,6 +14,7 @@
 #include "../xml/NameCache.h"
 #include "../xml/NamespaceBindings.h"
 #include "../xml/UniqueAttributes.h"
+#include "EventOctets.h"
 
 namespace Tavrin {
 
@@ -41,7 +41,7 @@ class XML10StartTag {
 
   /// Appends a start tag without its ">".
   /// @param bindings gains the declarations of the element, some of them also after a refusal
-  Space write(std::string& out, const Element& element, char quote, const Defaults& defaults,
+  Space write(EventOctets& out, const Element& element, char quote, const Defaults& defaults,
               xml::NamespaceBindings& bindings);
 
  private:
@@ -57,10 +57,9 @@ class XML10StartTag {
     std::string_view localName;
     std::string_view qName;
     bool isDefault;
-    std::size_t hash;  // Of the local name, where there are many.
   };
 
-  /// A name that has been found right with some bindings. The commonest ones are kept.
+  /// A name that has been found right with some bindings.
   struct Checked {
     std::uint64_t version;  // Of the bindings.
     std::size_t number;     // Of an attribute, among those that must differ.
@@ -68,18 +67,16 @@ class XML10StartTag {
   };
   using CheckedNames = xml::NameCache<Checked>;
 
-  bool writeChecked(std::string& out, const Element& element, char quote,
-                    const xml::NamespaceBindings& bindings, Space& space);
+  bool writeKnown(EventOctets& out, const Element& element, char quote,
+                  const xml::NamespaceBindings& bindings, Space& space);
   void checkElementName(const Element& element, const xml::NamespaceBindings& bindings);
-  void addName(std::string_view uri, std::string_view localName, std::string_view qName,
-               bool isDefault);
+  std::size_t checkAttributeName(const std::string& uri, const std::string& localName,
+                                 const std::string& qName, const xml::NamespaceBindings& bindings);
   void collectDeclarations(const Element& element);
   void declareAll(xml::NamespaceBindings& bindings);
-  void addAttributeName(const std::string& uri, const std::string& localName,
-                        const std::string& qName, const xml::NamespaceBindings& bindings,
-                        bool keep);
-  void checkDefaults(const Element& element, const Defaults& defaults,
-                     const xml::NamespaceBindings& bindings);
+  void collectNames(const Attributes& attributes, const xml::NamespaceBindings& bindings);
+  void collectDefaults(const Element& element, const Defaults& defaults,
+                       const xml::NamespaceBindings& bindings);
   void refuseDuplicates();
 
   // Kept between start tags for their memory.
@@ -89,7 +86,7 @@ class XML10StartTag {
 
   CheckedNames checkedElements_;
   CheckedNames checkedAttributes_;
-  xml::UniqueAttributes numbers_;  // Of the attributes that are or were checked.
+  xml::UniqueAttributes numbers_;  // Of all attributes, but that it forgets now and then.
 };
 
 }  // namespace Tavrin

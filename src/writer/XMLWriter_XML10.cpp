@@ -6,16 +6,22 @@
 
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
+#include "EventOctets.h"
 #include "WriteOctets.h"
 #include "XML10Document.h"
 
 namespace Tavrin {
+
+using namespace std::string_view_literals;
 
 namespace {
 
 constexpr std::size_t kDeepestIndentation = 100;
 
 const std::string kNoText;
+
+// Text of so few octets is copied together with what completes the start tag in front of it.
+constexpr std::size_t kShort = 256;
 
 }  // namespace
 
@@ -48,6 +54,17 @@ void XMLWriter_XML10::commit() {
   if (composed_.empty()) return;
   document_->hasBegun = true;
   if (document_->breaks.empty() || elements_.empty()) writeOut();
+}
+
+/// Whether nothing waits to be written and no line is to be broken: most events come like that, and
+/// what they compose goes out by itself. Measured: XXX.
+bool XMLWriter_XML10::isDirect() const {
+  return state_ == InElement && !autoIndent_ && composed_.empty() && document_->breaks.empty();
+}
+
+void XMLWriter_XML10::writeDirectly(EventOctets& octets) {
+  octets.write();
+  if (!composed_.empty()) XMLWriter_XML::send();
 }
 
 void XMLWriter_XML10::writeOut() {
@@ -126,16 +143,39 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
-  perform([&] { XMLWriter_XML::startElement(uri, localName, qName, attributes); });
+  if (!isDirect()) {
+    return perform([&] { XMLWriter_XML::startElement(uri, localName, qName, attributes); });
+  }
+  xml::NamespaceBindings& bindings = document_->bindings;
+  const std::size_t declared = bindings.count();
+  EventOctets octets(out_, composed_);
+  if (!hasContent_) octets.append('>');
+  try {
+    composeStartTag(octets, uri, localName, qName, attributes);
+  } catch (...) {
+    bindings.undo(bindings.count() - declared);
+    throw;
+  }
+  XMLWriter::startElement(uri, localName, qName, attributes);
+  namespaces_.clear();
+  writeDirectly(octets);
 }
 
 void XMLWriter_XML10::writeStartTag(const std::string& uri, const std::string& localName,
                                     const std::string& qName, const Attributes& attributes) {
+  EventOctets octets(nullptr, composed_);
+  composeStartTag(octets, uri, localName, qName, attributes);
+  octets.keep();
+}
+
+void XMLWriter_XML10::composeStartTag(EventOctets& octets, const std::string& uri,
+                                      const std::string& localName, const std::string& qName,
+                                      const Attributes& attributes) {
   using Space = XML10StartTag::Space;
   Document& document = *document_;
   const std::size_t declared = document.bindings.count();
   const Space space =
-      document.startTag.write(composed_, {uri, localName, qName, attributes, namespaces_}, quote_,
+      document.startTag.write(octets, {uri, localName, qName, attributes, namespaces_}, quote_,
                               document.defaults, document.bindings);
   Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
                          space == Space::Preserve};
@@ -149,11 +189,32 @@ void XMLWriter_XML10::writeStartTag(const std::string& uri, const std::string& l
 
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  perform([&] {
-    XMLWriter_XML::endElement(uri, localName, qName);
-    document_->bindings.undo(document_->open.back().declarations);
-    document_->open.pop_back();
-  });
+  if (!isDirect()) {
+    return perform([&] {
+      XMLWriter_XML::endElement(uri, localName, qName);
+      closeElement();
+    });
+  }
+  const bool hadContent = hasContent_;
+  try {
+    XMLWriter::endElement(uri, localName, qName);
+  } catch (...) {
+    hasContent_ = hadContent;
+    throw;
+  }
+  closeElement();
+  EventOctets octets(out_, composed_);
+  if (!hadContent && emptyTags_) {
+    octets.append('/', '>');
+  } else {
+    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
+  }
+  writeDirectly(octets);
+}
+
+void XMLWriter_XML10::closeElement() {
+  document_->bindings.undo(document_->open.back().declarations);
+  document_->open.pop_back();
 }
 
 void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
@@ -161,26 +222,17 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 // --- Content ---
 
 void XMLWriter_XML10::characters(const std::string& text) {
-  // The commonest event: nothing waits to be written, so little has to be restored.
-  if (state_ == InElement && composed_.empty()) {
-    if (hasContent_ && document_->breaks.empty() && xml::kTextEscapes.isVerbatim(text)) {
+  if (isDirect() && (hasContent_ || text.size() <= kShort)) {
+    if (hasContent_ && xml::kTextEscapes.isVerbatim(text)) {
       if (out_) writeOctets(*out_, text);
-      forbidIndentation();
-      return;
+    } else {
+      EventOctets octets(out_, composed_);
+      if (!hasContent_) octets.append('>');
+      xml::appendText(octets, text, xml::kTextEscapes, "character data");
+      hasContent_ = true;
+      writeDirectly(octets);
     }
-    const bool hadContent = hasContent_;
-    startChild();
-    try {
-      xml::appendText(composed_, text, xml::kTextEscapes, "character data");
-    } catch (...) {
-      composed_.clear();
-      hasContent_ = hadContent;
-      throw;
-    }
-    hasContent_ = true;
-    forbidIndentation();
-    commit();
-    return;
+    return forbidIndentation();
   }
   perform([&] {
     const bool inSection = state_ == InCDATA;

@@ -4,10 +4,10 @@
 #include <emmintrin.h>
 #endif
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
-#include "Characters.h"
 #include "PlainOctets.h"
 
 namespace Tavrin::xml {
@@ -66,36 +66,45 @@ __m128i uneasy(__m128i block) {
 
 bool Escapes::isVerbatim(std::string_view text) const {
 #ifdef __SSE2__
+  const auto isPlain = [this](__m128i block) {
+    return positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, printable_))) == 0;
+  };
   if (text.size() >= kTogether) {
-    unsigned owed = 0;  // Where continuations must stand.
-    const auto isVerbatimBlock = [&](const char* octets) {
-      const __m128i block = blockAt(octets);
-      const __m128i escaped = equalToOneOf(block, blocks_, count_);
-      if ((positions(_mm_or_si128(escaped, uneasy(block))) | owed) == 0) return true;
-      const OctetSets sets(octets);
-      if (positions(escaped) != 0 || !sets.areSimple(owed)) return false;
-      owed = sets.owed();
-      return true;
-    };
     const std::size_t last = text.size() - kTogether;
-    for (std::size_t i = 0; i < last; i += kTogether) {
-      if (!isVerbatimBlock(text.data() + i)) return false;
-    }
+    std::size_t i = 0;
+    while (i < last && isPlain(blockAt(text.data() + i))) i += kTogether;
     // The last octets, with some in front of them that were looked at.
-    owed = owedBehind(text.substr(0, last));
-    return isVerbatimBlock(text.data() + last) && owed == 0;
+    return (i >= last && isPlain(blockAt(text.data() + last))) || isVerbatimFrom(text, i);
   }
-  if (text.size() >= kFew) {
-    const __m128i block = blockOf(text);
-    if (positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, count_))) == 0) {
-      return true;
-    }
-  }
+  if (text.size() >= kFew && isPlain(blockOf(text))) return true;
 #endif
   unsigned found = 0;
   for (const char c : text) found |= lookUp(c);
   return found == 0;
 }
+
+#ifdef __SSE2__
+
+/// As isVerbatim, where the text holds more than ASCII or line breaks, or something to escape.
+/// @param begin a multiple of a block; what is in front of it is verbatim, and complete
+bool Escapes::isVerbatimFrom(std::string_view text, std::size_t begin) const {
+  unsigned owed = 0;  // Where continuations must stand.
+  const auto isVerbatimBlock = [&](const char* octets) {
+    if (positions(equalToOneOf(blockAt(octets), blocks_, count_)) != 0) return false;
+    const OctetSets sets(octets);
+    if (!sets.areSimple(owed)) return false;
+    owed = sets.owed();
+    return true;
+  };
+  const std::size_t last = text.size() - kTogether;
+  for (std::size_t i = begin; i < last; i += kTogether) {
+    if (!isVerbatimBlock(text.data() + i)) return false;
+  }
+  owed = owedBehind(text.substr(0, last));
+  return isVerbatimBlock(text.data() + last) && owed == 0;
+}
+
+#endif
 
 // Most text has none: sixteen characters are looked at together.
 std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
@@ -121,22 +130,39 @@ std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
   return i;
 }
 
-std::size_t Escapes::append(std::string& out, std::string_view text) const {
-  if (isVerbatim(text)) {
-    out += text;
-    return kAllValid;
+/// Where the next character to escape stands, or one that is not easy to see as a character, or the
+/// end. Looks at text once that has some of the former and characters of other languages.
+std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
+  std::size_t i = begin;
+#ifdef __SSE2__
+  const auto characterBefore = [text](std::size_t position) {
+    do --position;
+    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80);
+    return position;
+  };
+  unsigned owed = 0;  // Where continuations must stand.
+  while (text.size() >= kTogether && i < text.size()) {
+    const auto left = static_cast<unsigned>(std::min(text.size() - i, kTogether));
+    const unsigned known = kTogether - left;  // Octets in front of the last ones.
+    const char* const octets = text.data() + i - known;
+    const __m128i block = blockAt(octets);
+    const unsigned escaped = positions(equalToOneOf(block, blocks_, count_)) >> known;
+    if ((escaped | owed | positions(uneasy(block)) >> known) == 0) {
+      i += left;
+      continue;
+    }
+    OctetSets sets(octets);
+    sets.drop(known);
+    const unsigned easy = escaped == 0 ? left : static_cast<unsigned>(std::countr_zero(escaped));
+    if (!sets.areSimple(owed, easy)) return owed == 0 ? i : characterBefore(i);
+    owed = sets.owed(owed, easy);
+    i += easy;
+    if (easy < left) return (owed & 1U) == 0 ? i : characterBefore(i);
   }
-  if (!isEasyText(text)) {
-    const std::size_t invalid = findInvalid(text);
-    if (invalid != kAllValid) return invalid;
-  }
-  for (std::size_t begin = 0;;) {
-    const std::size_t end = find(text, begin);
-    out.append(text, begin, end - begin);
-    if (end == text.size()) return kAllValid;
-    out += reference(text[end]);
-    begin = end + 1;
-  }
+  if (owed != 0) return characterBefore(i);
+#endif
+  while (i < text.size() && lookUp(text[i]) == 0) ++i;
+  return i;
 }
 
 }  // namespace Tavrin::xml

@@ -4,8 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <string>
 #include <string_view>
+
+#include "Characters.h"
 
 namespace Tavrin::xml {
 
@@ -24,6 +25,7 @@ class Escapes {
     }
     for (const Escape& escape : escapes) {
       blocks_[count_].fill(escape.character);
+      if (escape.character >= 0x20) printable_ = count_ + 1;
       references_[++count_] = escape.reference;
       numbers_[static_cast<unsigned char>(escape.character)] = count_;
     }
@@ -38,9 +40,27 @@ class Escapes {
   std::string_view reference(char c) const { return references_[numberOf(c)]; }
 
   /// Appends a text with its references.
-  /// @return kAllValid, or where the text goes wrong as findInvalid tells it; nothing was appended
-  ///         then
-  std::size_t append(std::string& out, std::string_view text) const;
+  /// @param out a string, or what is appended to like one
+  /// @return kAllValid, or where the text goes wrong as findInvalid tells it; some of it may have
+  ///         been appended then
+  template <typename Out>
+  std::size_t append(Out& out, std::string_view text) const {
+    bool isValid = false;  // All the rest.
+    for (std::size_t begin = 0;;) {
+      const std::size_t end = isValid ? find(text, begin) : findUneasy(text, begin);
+      out += text.substr(begin, end - begin);
+      if (end == text.size()) return kAllValid;
+      begin = end;
+      if (isValid || numberOf(text[end]) != 0) {
+        out += reference(text[end]);
+        ++begin;
+        continue;
+      }
+      const std::size_t invalid = findInvalid(text.substr(end));
+      if (invalid != kAllValid) return end + invalid;
+      isValid = true;
+    }
+  }
 
  private:
   static constexpr std::size_t kMost = 6;
@@ -48,11 +68,15 @@ class Escapes {
 
   static constexpr std::uint8_t kUneasy = 0x80;  // Part of a character that may be invalid.
 
+  bool isVerbatimFrom(std::string_view text, std::size_t begin) const;
+  std::size_t findUneasy(std::string_view text, std::size_t begin) const;
+
   std::uint8_t lookUp(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
   unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kUneasy}; }
 
   std::array<Block, kMost> blocks_{};        // The characters, each to compare with many at once.
   std::uint8_t count_ = 0;                   // How many they are.
+  std::uint8_t printable_ = 0;               // How many of them are no controls: the first ones.
   std::array<std::uint8_t, 256> numbers_{};  // 0 where a character of ASCII stands for itself.
   std::array<std::string_view, kMost + 1> references_{};  // By number.
 };

@@ -1,11 +1,14 @@
 #pragma once
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "SameText.h"
 
@@ -13,59 +16,147 @@ namespace Tavrin::xml {
 
 /// What was found out about names, by all that an event says of them. Documents use few names again
 /// and again: comparing three strings takes less time than looking at one closely, or than a table
-/// that has a place for every name. It forgets a name where another one takes its place.
+/// of which every entry must be found. It grows with the names that come, up to a limit, and may
+/// forget a name at any time: names that want one place, by chance or by design, drive one another
+/// out instead of making a search long.
 template <typename Value>
 class NameCache {
  public:
-  /// Of more names at once, none should be put in: they would only drive one another out.
-  static constexpr std::size_t kMost = 64;
+  /// The most names that are kept, and the most octets of one.
+  static constexpr std::size_t kMost = std::size_t{1} << 14U;
+  static constexpr std::size_t kLongest = 256;
 
-  /// What is kept of a name, or null.
+  /// What is kept of a name, or null. Valid until the next change.
   Value* find(const std::string& uri, const std::string& localName, const std::string& qName) {
-    Entry* const pair = pairOf(qName);
-    for (Entry* entry = pair; entry != pair + 2; ++entry) {
-      if (entry->isTaken && sameText(entry->qName, qName) &&
-          sameText(entry->localName, localName) && sameText(entry->uri, uri)) {
-        return &entry->value;
-      }
+    if (entries_.empty()) return nullptr;
+    // Names follow one another as they did before.
+    std::uint32_t& next = entries_[last_].next;
+    if (!isSame(entries_[next], uri, localName, qName)) {
+      const std::uint32_t number = search(uri, localName, qName);
+      if (number == kNone) return nullptr;
+      next = number;
     }
-    return nullptr;
+    last_ = next;
+    return &entries_[next].value;
   }
+
+  /// Keeps a name, unless it is a very long one.
   void put(const std::string& uri, const std::string& localName, const std::string& qName,
            Value value) {
-    Entry* const pair = pairOf(qName);
-    if (pair->isTaken) std::swap(pair[0], pair[1]);  // The older one goes.
-    *pair = {true, uri, localName, qName, std::move(value)};
+    if (uri.size() + localName.size() + qName.size() > kLongest) return;
+    if (Value* const known = find(uri, localName, qName)) {
+      *known = std::move(value);
+      return;
+    }
+    if (entries_.size() == kMost) clear();
+    if (slots_.size() < 2 * (entries_.size() + 1)) grow();
+    const std::uint32_t hash = hashOf(qName);
+    Slot& slot = slotFor(hash);
+    slot.hash = hash;
+    if (slot.number == kNone) {
+      slot.number = static_cast<std::uint32_t>(entries_.size());
+      entries_.emplace_back();
+    }
+    entries_[slot.number] = {uri, localName, qName, std::move(value)};
+    last_ = entries_[last_].next = slot.number;
   }
+
   void clear() {
-    for (Entry& entry : entries_) entry.isTaken = false;
+    entries_.clear();
+    last_ = 0;
+    std::ranges::fill(slots_, Slot{});
   }
 
  private:
   struct Entry {
-    bool isTaken = false;
     std::string uri;
     std::string localName;
     std::string qName;
     Value value{};
+    std::uint32_t next = 0;  // The number of the name that came behind it.
   };
 
-  static constexpr unsigned kPairBits = 5;  // Of the number of a pair.
+  static constexpr std::uint32_t kNone = ~std::uint32_t{0};
 
-  std::array<Entry, kMost> entries_;
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t number = kNone;  // Of the entry.
+  };
 
-  /// The two places that a name may have. Names of one document differ in length or at their ends,
-  /// most of the time.
-  Entry* pairOf(std::string_view name) {
-    const auto at = [name](std::size_t i) {
-      return std::uint32_t{static_cast<unsigned char>(name[i])};
-    };
+  /// So many slots are looked at for a name.
+  static constexpr std::size_t kTries = 8;
+
+  std::vector<Entry> entries_;
+  std::vector<Slot> slots_;  // None, or a power of two, at most half of them taken.
+  unsigned shift_ = 0;       // Leaves of a hash the number of a slot.
+
+  std::uint32_t last_ = 0;  // The number of the name that was found or put last.
+
+  static bool isSame(const Entry& entry, std::string_view uri, std::string_view localName,
+                     std::string_view qName) {
+    return sameText(entry.qName, qName) && sameText(entry.localName, localName) &&
+           sameText(entry.uri, uri);
+  }
+
+  // Apart from what finds the common name, which is to be short.
+  [[gnu::noinline]] std::uint32_t search(std::string_view uri, std::string_view localName,
+                                         std::string_view qName) {
+    const std::uint32_t hash = hashOf(qName);
+    for (std::size_t attempt = 0; attempt < kTries; ++attempt) {
+      const Slot& slot = slotOf(hash, attempt);
+      if (slot.number == kNone) break;
+      if (slot.hash == hash && isSame(entries_[slot.number], uri, localName, qName)) {
+        return slot.number;
+      }
+    }
+    return kNone;
+  }
+
+  Slot& slotOf(std::uint32_t hash, std::size_t attempt) {
+    return slots_[((hash >> shift_) + attempt) & (slots_.size() - 1)];
+  }
+
+  /// An empty slot, or that of a name which goes.
+  Slot& slotFor(std::uint32_t hash) {
+    std::size_t attempt = 0;
+    while (attempt < kTries - 1 && slotOf(hash, attempt).number != kNone) ++attempt;
+    return slotOf(hash, attempt);
+  }
+
+  void grow() {
+    constexpr std::size_t kFirstSlots = 32;
+    slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), Slot{});
+    shift_ = 32U - static_cast<unsigned>(std::countr_zero(slots_.size()));
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      const std::uint32_t hash = hashOf(entries_[i].qName);
+      slotFor(hash) = {hash, static_cast<std::uint32_t>(i)};
+    }
+  }
+
+  static std::uint32_t hashOf(std::string_view name) {
+    constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
+    constexpr std::size_t kWord = sizeof(std::uint64_t);
+    constexpr std::size_t kHalf = kWord / 2;
     const std::size_t size = name.size();
-    if (size == 0) return entries_.data();
-    const std::uint32_t octets = at(0) | at(size / 2) << 8U | at(size - 1) << 16U;
+    const auto wordAt = [name](std::size_t at, auto word) {
+      std::memcpy(&word, name.data() + at, sizeof word);
+      return std::uint64_t{word};
+    };
+    std::uint64_t hash = size * kFactor;
+    if (size >= kWord) {
+      for (std::size_t i = 0; i < size - kWord; i += kWord) {
+        hash = (hash ^ wordAt(i, std::uint64_t{})) * kFactor;
+        hash ^= hash >> 32U;
+      }
+      hash ^= wordAt(size - kWord, std::uint64_t{});
+    } else if (size >= kHalf) {
+      hash ^= wordAt(0, std::uint32_t{}) | wordAt(size - kHalf, std::uint32_t{}) << 32U;
+    } else if (size > 0) {
+      hash ^= wordAt(0, std::uint8_t{}) | wordAt(size / 2, std::uint8_t{}) << 8U |
+              wordAt(size - 1, std::uint8_t{}) << 16U;
+    }
     // The high bits of the product depend on all others (Fibonacci hashing).
-    const std::uint32_t mixed = (octets ^ static_cast<std::uint32_t>(size) << 24U) * 0x9E3779B1U;
-    return &entries_[std::size_t{2} * (mixed >> (32U - kPairBits))];
+    return static_cast<std::uint32_t>((hash * kFactor) >> 32U);
   }
 };
 

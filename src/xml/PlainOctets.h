@@ -80,14 +80,28 @@ struct OctetSets {
   /// Where continuations have to stand; beyond the sixteen octets, too.
   unsigned expected() const { return (leadOfTwo | leadOfThree) << 1 | leadOfThree << 2; }
 
-  /// Whether all are ASCII characters of XML or belong to characters of two or three octets.
-  /// @param owed where the octets in front want continuations
-  bool areSimple(unsigned owed) const {
-    return control == 0 && continuation == ((expected() | owed) & 0xFFFF) &&
-           high == (continuation | leadOfTwo | leadOfThree);
+  /// Whether the first ones are ASCII characters of XML or belong to characters of two or three
+  /// octets.
+  /// @param owed  where the octets in front want continuations
+  /// @param count how many are looked at
+  bool areSimple(unsigned owed, unsigned count = kCount) const {
+    const unsigned all = (1U << count) - 1;
+    const unsigned other = (continuation ^ (expected() | owed)) | control |
+                           (high ^ (continuation | leadOfTwo | leadOfThree));
+    return (other & all) == 0;
   }
-  /// Where the octets behind must be continuations.
-  unsigned owed() const { return expected() >> kCount; }
+  /// Where the octets behind the first ones must be continuations.
+  /// @param ofFront where the octets in front of all wanted them
+  unsigned owed(unsigned ofFront = 0, unsigned count = kCount) const {
+    return (expected() | ofFront) >> count;
+  }
+
+  /// Leaves the first ones out.
+  void drop(unsigned count) {
+    for (unsigned* const set : {&high, &continuation, &leadOfTwo, &leadOfThree, &control}) {
+      *set >>= count;
+    }
+  }
 };
 
 /// Where octets behind a text must be continuations, as OctetSets::owed tells it.

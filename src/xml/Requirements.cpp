@@ -11,28 +11,22 @@ namespace {
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-[[noreturn]] void throwInvalid(std::string_view text, std::size_t invalid, const char* place) {
-  throw SAXException("You cannot put " + describeInvalid(text, invalid) + " into " + place);
-}
-
 /// The strings of a message are UTF-8, so that what is not stays out of it.
 [[noreturn]] void throwAbout(std::string_view text, const char* isWhat) {
   const std::size_t invalid = findInvalid(text);
-  if (invalid != kAllValid) throwInvalid(text, invalid, "a name");
+  if (invalid != kAllValid) refuseText(text, invalid, "a name");
   throw SAXException(quoted(text) + isWhat);
 }
 
 }  // namespace
 
-void requireText(std::string_view text, const char* place) {
-  const std::size_t invalid = findInvalid(text);
-  if (invalid != kAllValid) throwInvalid(text, invalid, place);
+void refuseText(std::string_view text, std::size_t invalid, const char* place) {
+  throw SAXException("You cannot put " + describeInvalid(text, invalid) + " into " + place);
 }
 
-void appendText(std::string& out, std::string_view text, const Escapes& escapes,
-                const char* place) {
-  const std::size_t invalid = escapes.append(out, text);
-  if (invalid != kAllValid) throwInvalid(text, invalid, place);
+void requireText(std::string_view text, const char* place) {
+  const std::size_t invalid = findInvalid(text);
+  if (invalid != kAllValid) refuseText(text, invalid, place);
 }
 
 void requireQName(std::string_view name) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <string_view>
 
 #include "Escapes.h"
@@ -12,9 +12,14 @@ namespace Tavrin::xml {
 /// Characters of XML 1.0 in UTF-8.
 /// @param place where the text stands, as "a comment"
 void requireText(std::string_view text, const char* place);
-/// As requireText, and appends the text with its escapes. A part may have been appended before the
-/// throw.
-void appendText(std::string& out, std::string_view text, const Escapes& escapes, const char* place);
+/// Refuses a text for what findInvalid found in it.
+[[noreturn]] void refuseText(std::string_view text, std::size_t invalid, const char* place);
+/// As requireText, and appends the text with its escapes.
+template <typename Out>
+void appendText(Out& out, std::string_view text, const Escapes& escapes, const char* place) {
+  const std::size_t invalid = escapes.append(out, text);
+  if (invalid != kAllValid) refuseText(text, invalid, place);
+}
 /// The name of an element or attribute, with a prefix or without.
 void requireQName(std::string_view name);
 /// The name of an entity or notation, or a prefix.

@@ -21,11 +21,15 @@ class UniqueAttributes {
   std::size_t number(std::string_view uri, std::string_view localName) {
     const auto found = numbers_.find(std::pair(uri, localName));
     if (found != numbers_.end()) return found->second;
+    constexpr std::size_t kOfEntry = 128;
+    octets_ += uri.size() + localName.size() + kOfEntry;
     lastTag_.push_back(0);
     return numbers_.emplace(std::pair(uri, localName), lastTag_.size() - 1).first->second;
   }
   /// How many numbers were given.
   std::size_t size() const { return numbers_.size(); }
+  /// About how many octets of memory they take.
+  std::size_t octets() const { return octets_; }
 
   void beginTag() { ++tag_; }
   /// Takes an attribute of the tag. Returns whether it is the first with its number.
@@ -47,6 +51,7 @@ class UniqueAttributes {
   std::map<Name, std::size_t, Less> numbers_;  // Ordered: no document can make it slow.
   std::vector<std::uint64_t> lastTag_{0};      // By number: the last tag that had it.
   std::uint64_t tag_ = 1;
+  std::size_t octets_ = 0;
 };
 
 }  // namespace Tavrin::xml

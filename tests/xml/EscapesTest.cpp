@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "xml/Characters.h"
 
@@ -43,6 +46,66 @@ TEST(Escapes, AreFoundAnywhere) {
       EXPECT_EQ(kTextEscapes.append(out, "<\xC3\xA4" + begin + "\xFF" + end), place + 3);
     }
   }
+}
+
+/// What a text becomes when each octet is looked at by itself.
+std::string escapedOneByOne(const Escapes& escapes, const std::string& text) {
+  std::string out;
+  for (const char c : text) {
+    const std::string_view reference = escapes.reference(c);
+    out += reference.empty() ? std::string_view(&c, 1) : reference;
+  }
+  return out;
+}
+
+TEST(Escapes, AreRightInAnyText) {
+  // Pieces that are valid by themselves, in the middle or at the end, and few that never are.
+  const std::vector<std::string> pieces = {"a",
+                                           "b c d e f",
+                                           "\n",
+                                           "\t",
+                                           "\r",
+                                           "<",
+                                           ">",
+                                           "&",
+                                           "'",
+                                           "\xC3\xA4",
+                                           "\xE2\x82\xAC",
+                                           "\xF0\x9F\x98\x80",
+                                           "\xED\x95\x9C",
+                                           "\xEF\xBF\xBD",
+                                           "0123456789abcdef",
+                                           "\xC3",
+                                           "\xE2\x82",
+                                           "\xA4",
+                                           "\x01"};
+  std::mt19937 random(20);
+  const auto below = [&random](std::size_t limit) { return random() % limit; };
+  unsigned invalid = 0;
+  for (int i = 0; i < 200000; ++i) {
+    // A few kinds of pieces at a time, so that there are runs of each.
+    const std::size_t first = below(pieces.size());
+    const std::size_t kinds = 1 + below(4);
+    std::string text;
+    for (std::size_t count = below(40); count > 0; --count) {
+      text += pieces[(first + 7 * below(kinds)) % pieces.size()];
+    }
+    for (const Escapes& escapes : {kTextEscapes, kApostropheEscapes}) {
+      std::string out;
+      ASSERT_EQ(escapes.append(out, text), findInvalid(text)) << testing::PrintToString(text);
+      if (findInvalid(text) != kAllValid) {
+        ++invalid;
+        ASSERT_FALSE(escapes.isVerbatim(text)) << testing::PrintToString(text);
+        continue;
+      }
+      ASSERT_EQ(out, escapedOneByOne(escapes, text));
+      if (escapes.isVerbatim(text)) {
+        ASSERT_EQ(out, text);
+      }
+    }
+  }
+  EXPECT_GT(invalid, 50000U);
+  EXPECT_LT(invalid, 350000U);
 }
 
 }  // namespace

@@ -49,18 +49,65 @@ TEST(NameCache, KeepsTheEmptyName) {
   EXPECT_EQ(*cache.find("", "", ""), 7);
 }
 
-TEST(NameCache, KeepsTwoNamesThatWantTheSamePlace) {
-  // Of one length, with the same first, middle and last octet.
-  NameCache<int> cache;
-  cache.put("", "axcxe", "axcxe", 1);
-  cache.put("", "aycye", "aycye", 2);
-  ASSERT_NE(cache.find("", "axcxe", "axcxe"), nullptr);
-  EXPECT_EQ(*cache.find("", "axcxe", "axcxe"), 1);
-  EXPECT_EQ(*cache.find("", "aycye", "aycye"), 2);
-  cache.put("", "azcze", "azcze", 3);
-  EXPECT_EQ(cache.find("", "axcxe", "axcxe"), nullptr);
-  EXPECT_EQ(*cache.find("", "aycye", "aycye"), 2);
-  EXPECT_EQ(*cache.find("", "azcze", "azcze"), 3);
+using Cache = NameCache<std::size_t>;
+
+std::string nameOf(std::size_t number) { return "attribute" + std::to_string(number); }
+
+/// How many of the names from 0 on are kept. None may be kept for another.
+std::size_t countKept(Cache& cache, std::size_t names) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < names; ++i) {
+    const std::size_t* const found = cache.find("u", nameOf(i), nameOf(i));
+    if (found == nullptr) continue;
+    EXPECT_EQ(*found, i);
+    ++count;
+  }
+  return count;
+}
+
+TEST(NameCache, KeepsNearlyAllOfManyNames) {
+  Cache cache;
+  constexpr std::size_t kNames = 10000;
+  for (std::size_t i = 0; i < kNames; ++i) cache.put("u", nameOf(i), nameOf(i), i);
+  EXPECT_GE(countKept(cache, kNames), kNames * 99 / 100);
+  EXPECT_EQ(cache.find("u", "attribute", "attribute"), nullptr);
+}
+
+TEST(NameCache, KeepsNoMoreThanItMay) {
+  Cache cache;
+  constexpr std::size_t kNames = 3 * Cache::kMost;
+  for (std::size_t i = 0; i < kNames; ++i) cache.put("u", nameOf(i), nameOf(i), i);
+  EXPECT_LE(countKept(cache, kNames), Cache::kMost);
+  EXPECT_NE(cache.find("u", nameOf(kNames - 1), nameOf(kNames - 1)), nullptr);
+}
+
+TEST(NameCache, KeepsOneValueOfAName) {
+  Cache cache;
+  for (std::size_t i = 0; i < 3 * Cache::kMost; ++i) cache.put("u", "a", "p:a", i);
+  ASSERT_NE(cache.find("u", "a", "p:a"), nullptr);
+  EXPECT_EQ(*cache.find("u", "a", "p:a"), 3 * Cache::kMost - 1);
+}
+
+TEST(NameCache, LeavesLongNamesOut) {
+  Cache cache;
+  const std::string longest(Cache::kLongest - 2, 'n');
+  cache.put("u", "a", longest, 1);
+  cache.put("u", "a", longest + 'n', 2);
+  EXPECT_NE(cache.find("u", "a", longest), nullptr);
+  EXPECT_EQ(cache.find("u", "a", longest + 'n'), nullptr);
+}
+
+TEST(NameCache, FindsNamesInAnyOrder) {
+  Cache cache;
+  constexpr std::size_t kNames = 7;
+  for (std::size_t i = 0; i < kNames; ++i) cache.put("u", nameOf(i), nameOf(i), i);
+  std::size_t name = 0;
+  for (std::size_t i = 0; i < 200; ++i) {
+    name = (name * 5 + i) % kNames;
+    ASSERT_NE(cache.find("u", nameOf(name), nameOf(name)), nullptr);
+    EXPECT_EQ(*cache.find("u", nameOf(name), nameOf(name)), name);
+    EXPECT_EQ(cache.find("v", nameOf(name), nameOf(name)), nullptr);
+  }
 }
 
 TEST(NameCache, TellsNothingWrongOfNamesThatItHasForgotten) {

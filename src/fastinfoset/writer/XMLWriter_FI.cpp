@@ -254,7 +254,6 @@ void XMLWriter_FI::recogniseAttributes(const Attributes& attributes) {
 void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
   if (taken_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
-  const bool keeps = taken_.size() <= xml::NameCache<unsigned>::kMost;
   for (auto& [i, index, valueIndex, isKnown] : taken_) {
     const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
     if (!isKnown) {
@@ -262,7 +261,7 @@ void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
       if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
     }
     checkAttributeName(name, index, isKnown);
-    if (!isKnown && index != kNoIndex && keeps) {
+    if (!isKnown && index != kNoIndex) {
       known_->attributes.put(name.uri, name.localName, name.qName, index);
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
