@@ -90,8 +90,6 @@ class TAVRIN_API AttributesImpl : public Attributes {
                     const std::string& type, const std::string& value);
 
  private:
-  friend class XMLReader_Expat;  // Fills the records in place, without temporary strings.
-
   const Attribute& at(int index) const;
 
   std::vector<Attribute> attributes_;

@@ -131,16 +131,24 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   friend class XMLReader_FI;
 
   struct Record : Attribute {
-    std::uint64_t name = 0;  // A number of the reader's for the names that it holds; 0: none.
+    // Where its names are: in its own strings, or in a reader's table.
+    const std::string* uriAt = &uri;
+    const std::string* localNameAt = &localName;
+    const std::string* qNameAt = &qName;
+    std::size_t position = kOwnNames;  // Of the entry in that table.
+    std::size_t spareOctets = 0;       // What it keeps of memory while it is not used.
   };
+  static constexpr std::size_t kOwnNames = ~std::size_t{0};
 
-  const Attribute& at(int index) const;
+  const Record& at(int index) const;
   void clear();
   Record& append();
+  Record& appendOwn();
 
-  std::vector<std::unique_ptr<Record>> attributes_;
-  std::vector<std::unique_ptr<Record>> spare_;  // Without values; they keep their memory and names.
-  std::size_t spareOctets_ = 0;
+  // The attributes, and behind them records without values, which keep their memory.
+  std::vector<std::unique_ptr<Record>> records_;
+  std::size_t length_ = 0;       // How many are attributes.
+  std::size_t spareOctets_ = 0;  // Of the others together.
 };
 
 }  // namespace Tavrin

@@ -276,8 +276,15 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void addEntry(Strings& table, const std::string& entry);
   void accountFor(std::uint64_t octets);
   void accountForName(const QualifiedName& name);
-  const StringTable* externalEntries(const Strings* table) const;
-  const QualifiedNameTable* externalNames(const Names* table) const;
+  const StringTable* findExternalEntries(const Strings* table) const;
+  const QualifiedNameTable* findExternalNames(const Names* table) const;
+  // The external entries in front of a table, or null. Few documents have any.
+  const StringTable* externalEntries(const Strings* table) const {
+    return externalVocabulary_ == nullptr ? nullptr : findExternalEntries(table);
+  }
+  const QualifiedNameTable* externalNames(const Names* table) const {
+    return externalVocabulary_ == nullptr ? nullptr : findExternalNames(table);
+  }
   Field decodeStringField(unsigned octet);
   Field decodeChunkField(unsigned octet);
   void decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out);
@@ -293,10 +300,13 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   QualifiedName& attributeNameAt(unsigned long index);
   void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, QualifiedName& name);
   EncodingAlgorithmAttributesImpl::Attribute& appendTo(EncodingAlgorithmAttributesImpl& attributes,
-                                                       const QualifiedName& name) const;
+                                                       const QualifiedName& name);
+  void refer(EncodingAlgorithmAttributesImpl::Record& record) const;
+  void referAgain();
   const QualifiedName& nameOf(const OpenElement& element) const;
   int nextOctet();
   unsigned takeOctet();
+  bool takeBuffered(std::uint64_t length, std::string& octets);
   int brokenStream();
   int endOfStream();
   void checkLiteralLength(std::uint64_t length) const;
@@ -346,7 +356,6 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::vector<std::string> otherStrings_;
   std::vector<QualifiedName> elementNames_;
   std::vector<QualifiedName> attributeNames_;
-  std::uint64_t tableNumber_ = 0;  // Of attributeNames_ in this document; positions come below it.
 
   BuiltInAlgorithms builtIn_;
 

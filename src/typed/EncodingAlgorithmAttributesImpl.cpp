@@ -12,28 +12,26 @@ EncodingAlgorithmAttributes::~EncodingAlgorithmAttributes() = default;
 EncodingAlgorithmAttributesImpl::EncodingAlgorithmAttributesImpl() = default;
 EncodingAlgorithmAttributesImpl::~EncodingAlgorithmAttributesImpl() = default;
 
-const EncodingAlgorithmAttributesImpl::Attribute& EncodingAlgorithmAttributesImpl::at(
+const EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::at(
     int index) const {
   // A negative index becomes huge and fails the same comparison.
   const auto position = static_cast<std::size_t>(index);
-  if (position >= attributes_.size()) throw std::out_of_range("vector::_M_range_check");
-  return *attributes_[position];
+  if (position >= length_) throw std::out_of_range("vector::_M_range_check");
+  return *records_[position];
 }
 
-int EncodingAlgorithmAttributesImpl::getLength() const {
-  return static_cast<int>(attributes_.size());
-}
+int EncodingAlgorithmAttributesImpl::getLength() const { return static_cast<int>(length_); }
 
 const std::string& EncodingAlgorithmAttributesImpl::getURI(int index) const {
-  return at(index).uri;
+  return *at(index).uriAt;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getLocalName(int index) const {
-  return at(index).localName;
+  return *at(index).localNameAt;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getQName(int index) const {
-  return at(index).qName;
+  return *at(index).qNameAt;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getType(int index) const {
@@ -62,8 +60,8 @@ const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(int index) 
 
 int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& uri,
                                                    const std::string& localName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i]->uri == uri && attributes_[i]->localName == localName) {
+  for (std::size_t i = 0; i < length_; ++i) {
+    if (*records_[i]->uriAt == uri && *records_[i]->localNameAt == localName) {
       return static_cast<int>(i);
     }
   }
@@ -71,8 +69,8 @@ int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& uri,
 }
 
 int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& qName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i]->qName == qName) return static_cast<int>(i);
+  for (std::size_t i = 0; i < length_; ++i) {
+    if (*records_[i]->qNameAt == qName) return static_cast<int>(i);
   }
   return -1;
 }
@@ -136,10 +134,10 @@ const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(
 }
 
 void EncodingAlgorithmAttributesImpl::setAttributes(const Attributes& other) {
-  attributes_.clear();
+  clear();
   const int length = other.getLength();
   // A negative length becomes too large a capacity, which reserve refuses.
-  attributes_.reserve(static_cast<std::size_t>(length));
+  records_.reserve(static_cast<std::size_t>(length));
   for (int i = 0; i < length; ++i) {
     addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
                  other.getValue(i));
@@ -155,17 +153,18 @@ void EncodingAlgorithmAttributesImpl::addAttribute(const std::string& uri,
                                                    const std::string& qName,
                                                    const std::string& type,
                                                    const std::string& value) {
-  attributes_.push_back(std::make_unique<Record>(
-      Record{{uri, localName, qName, type, value, std::string(), -1, nullptr}, 0}));
+  Record& record = appendOwn();
+  static_cast<Attribute&>(record) = {uri,   localName,     qName, type,
+                                     value, std::string(), -1,    nullptr};
 }
 
 void EncodingAlgorithmAttributesImpl::addAttribute(
     const std::string& uri, const std::string& localName, const std::string& qName,
     const std::string& type, const std::string& algorithmURI, int algorithmIndex,
     std::unique_ptr<EncodedData> data) {
-  attributes_.push_back(std::make_unique<Record>(Record{
-      {uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)},
-      0}));
+  Record& record = appendOwn();
+  static_cast<Attribute&>(record) = {uri,           localName,    qName,          type,
+                                     std::string(), algorithmURI, algorithmIndex, std::move(data)};
 }
 
 // A reader fills one list again and again. Strings made anew for each attribute take it several
@@ -185,29 +184,39 @@ std::size_t memoryOf(const Record& record) {
 
 void EncodingAlgorithmAttributesImpl::clear() {
   constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
-  while (!attributes_.empty()) {
-    std::unique_ptr<Record> record = std::move(attributes_.back());
-    attributes_.pop_back();
-    const std::size_t octets = memoryOf(*record);
-    if (spareOctets_ + octets > kMostSpareOctets) continue;
-    spareOctets_ += octets;
-    record->value.clear();
-    record->algorithmURI.clear();
-    record->algorithmIndex = -1;
-    record->algorithmData.reset();
-    spare_.push_back(std::move(record));
+  for (; length_ > 0; --length_) {
+    Record& record = *records_[length_ - 1];
+    record.spareOctets = memoryOf(record);
+    if (spareOctets_ + record.spareOctets > kMostSpareOctets) {
+      std::swap(records_[length_ - 1], records_.back());
+      records_.pop_back();
+      continue;
+    }
+    spareOctets_ += record.spareOctets;
+    record.value.clear();
+    record.algorithmURI.clear();
+    record.algorithmIndex = -1;
+    record.algorithmData.reset();
   }
 }
 
 EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::append() {
-  if (spare_.empty()) {
-    attributes_.push_back(std::make_unique<Record>());
+  if (length_ == records_.size()) {
+    records_.push_back(std::make_unique<Record>());
   } else {
-    attributes_.push_back(std::move(spare_.back()));
-    spare_.pop_back();
-    spareOctets_ -= memoryOf(*attributes_.back());
+    spareOctets_ -= records_[length_]->spareOctets;
   }
-  return *attributes_.back();
+  return *records_[length_++];
+}
+
+/// Appends a record whose names are its own.
+EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::appendOwn() {
+  Record& record = append();
+  record.uriAt = &record.uri;
+  record.localNameAt = &record.localName;
+  record.qNameAt = &record.qName;
+  record.position = kOwnNames;
+  return record;
 }
 
 }  // namespace Tavrin

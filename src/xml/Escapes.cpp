@@ -135,6 +135,7 @@ std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
 std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
   std::size_t i = begin;
 #ifdef __SSE2__
+  if (text.size() < kTogether && begin == 0 && isVerbatim(text)) return text.size();
   const auto characterBefore = [text](std::size_t position) {
     do --position;
     while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80);

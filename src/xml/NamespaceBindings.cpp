@@ -38,13 +38,11 @@ void NamespaceBindings::declare(const std::string& prefix, const std::string& ur
   version_ = ++lastVersion_;
 }
 
-void NamespaceBindings::undo(std::size_t count) {
-  for (; count > 0; --count) {
-    Declaration& last = declarations_.back();
-    *last.binding = std::move(last.outer);
-    version_ = last.version;
-    declarations_.pop_back();
-  }
+void NamespaceBindings::undoLast() {
+  Declaration& last = declarations_.back();
+  *last.binding = std::move(last.outer);
+  version_ = last.version;
+  declarations_.pop_back();
 }
 
 const std::string& NamespaceBindings::find(std::string_view prefix) const {

@@ -42,7 +42,9 @@ class NamespaceBindings {
   /// @param uri    empty undeclares
   void declare(const std::string& prefix, const std::string& uri);
   /// Leaves the scope of the last declarations.
-  void undo(std::size_t count);
+  void undo(std::size_t count) {
+    for (; count > 0; --count) undoLast();
+  }
 
   /// How many declarations there are.
   std::size_t count() const { return declarations_.size(); }
@@ -55,6 +57,8 @@ class NamespaceBindings {
   std::uint64_t version() const { return version_; }
 
  private:
+  void undoLast();
+
   struct Declaration {
     std::string* binding;   // What the prefix is bound to.
     std::string outer;      // What it was bound to outside.

@@ -187,9 +187,7 @@ void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const cha
   part = table[index - kBuiltInNames];
 }
 
-/// The external entries in front of a table of names, or null.
-const QualifiedNameTable* XMLReader_FI::externalNames(const Names* table) const {
-  if (externalVocabulary_ == nullptr) return nullptr;
+const QualifiedNameTable* XMLReader_FI::findExternalNames(const Names* table) const {
   if (table == &elementNames_) return &externalVocabulary_->elementNameSurrogates;
   if (table == &attributeNames_) return &externalVocabulary_->attributeNameSurrogates;
   return nullptr;

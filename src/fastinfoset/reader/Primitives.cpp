@@ -54,6 +54,8 @@ void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
 
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
   checkLiteralLength(length);
+  // Measured: XXX.
+  if (takeBuffered(length, octets)) return;
   std::uint64_t begin = 0;
   while (begin < length) {
     const std::uint64_t piece = std::min(length - begin, std::max(begin, kFirstPiece));
@@ -76,9 +78,7 @@ void XMLReader_FI::accountFor(std::uint64_t octets) {
   }
 }
 
-/// The external entries in front of a table, or null.
-const StringTable* XMLReader_FI::externalEntries(const Strings* table) const {
-  if (externalVocabulary_ == nullptr) return nullptr;
+const StringTable* XMLReader_FI::findExternalEntries(const Strings* table) const {
   const ExternalVocabulary& vocabulary = *externalVocabulary_;
   const struct {
     const Strings* own;

@@ -2,7 +2,10 @@
 
 #include <Tavrin/XMLReader_FI.h>
 
+#include <climits>
+#include <cstdint>
 #include <streambuf>
+#include <string>
 
 namespace Tavrin {
 
@@ -22,6 +25,25 @@ inline int XMLReader_FI::nextOctet() {
   if (octet == std::istream::traits_type::eof()) return endOfStream();
   ++octetsRead_;
   return octet;
+}
+
+/// Takes octets that are in the stream's buffer already, as its `sgetn` would.
+/// @return false where not all of them are; nothing has happened then
+inline bool XMLReader_FI::takeBuffered(std::uint64_t length, std::string& octets) {
+  // Names the protected members of a buffer.
+  struct Members : std::streambuf {
+    using Get = char* (std::streambuf::*)() const;
+    static constexpr Get next() { return &Members::gptr; }
+    static constexpr Get end() { return &Members::egptr; }
+    static constexpr void (std::streambuf::*advance())(int) { return &Members::gbump; }
+  };
+  const char* const next = (buffer_->*Members::next())();
+  const auto buffered = static_cast<std::uint64_t>((buffer_->*Members::end())() - next);
+  if (length > buffered || length > INT_MAX) return false;
+  octets.assign(next, length);
+  (buffer_->*Members::advance())(static_cast<int>(length));
+  octetsRead_ += length;
+  return true;
 }
 
 /// The next octet, which must be there.

@@ -84,7 +84,6 @@ void XMLReader_FI::clearTables() {
   otherStrings_.clear();
   elementNames_.clear();
   attributeNames_.clear();
-  tableNumber_ += std::uint64_t{1} << 32U;  // More than any table has positions.
 }
 
 void XMLReader_FI::decodeDocument() {

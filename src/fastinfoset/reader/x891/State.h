@@ -112,7 +112,8 @@ struct XMLReader_X891::State {
   ExactFloatData floats;
   ExactDoubleData doubles;
   std::string octets;  // Of the value that is being decoded.
-  OctetStream octetStream;
+  std::optional<OctetStream>
+      octetStream;  // A stream takes long to make, and few documents need it.
 
   // --- The document; what follows is new for each ---
 
@@ -134,6 +135,7 @@ struct XMLReader_X891::State {
     xml::UniqueAttributes attributes;
   };
   Document document;
+  bool isUsed = false;  // The document is one that was read.
 };
 
 }  // namespace Tavrin

@@ -162,9 +162,10 @@ EncodedData& XMLReader_X891::decodeFrom(std::istream& stream, EncodingAlgorithm&
 /// beyond.
 EncodedData& XMLReader_X891::decodeWhole(EncodingAlgorithm& algorithm, unsigned long length) {
   readOctets(length, state_->octets);
-  std::istream& stream = state_->octetStream.over(state_->octets);
+  if (!state_->octetStream) state_->octetStream.emplace();
+  std::istream& stream = state_->octetStream->over(state_->octets);
   EncodedData& decoded = decodeFrom(stream, algorithm, length);
-  if (stream.fail() || !state_->octetStream.isAtEnd()) fail(kOtherLength);
+  if (stream.fail() || !state_->octetStream->isAtEnd()) fail(kOtherLength);
   return decoded;
 }
 

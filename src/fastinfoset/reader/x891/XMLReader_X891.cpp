@@ -88,7 +88,8 @@ void XMLReader_X891::clearTables() {
   restrictedAlphabets_.clear();
   encodingAlgorithms_.clear();
   externalVocabulary_ = nullptr;
-  state_->document = {};
+  if (state_->isUsed) state_->document = {};
+  state_->isUsed = true;
 }
 
 }  // namespace Tavrin

@@ -71,7 +71,7 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
   const bool hadContent = hasContent_;
   const std::size_t depth = elements_.size();
   const std::size_t told = namespaces_.size();
-  own_->encodedValues.clear();
+  if (!own_->encodedValues.empty()) own_->encodedValues.clear();
   own_->taken.clear();
   own_->newOctets = 0;
   own_->newEntries = 0;
@@ -88,9 +88,8 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     document.bindings.undo(own_->taken.size());
     throw;
   }
-  sendOctets();
   document.declaredCount.push_back(document.declared.size());
-  document.declared.clear();
+  if (!document.declared.empty()) document.declared.clear();
 }
 
 /// All of the tag was looked at. The first one brings the header.
@@ -106,7 +105,6 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
     throw SAXException("A prefix mapping needs an element");
   }
   XMLWriter_FI::endElement(uri, localName, qName);
-  sendOctets();
   own_->document.bindings.undo(own_->document.declaredCount.back());
   own_->document.declaredCount.pop_back();
 }
