@@ -15,7 +15,7 @@ namespace {
 
 // Elements, or attributes, in the documents of one curve. They do not grow or shrink with the other
 // documents: all points of a curve need the same number.
-constexpr unsigned kTotal = 200000;
+constexpr unsigned kTotal = 1000000;
 
 void addReader(const std::string& name, const std::string& type, const DocumentPointer& document) {
   add(

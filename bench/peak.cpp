@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -87,7 +88,9 @@ std::string runSelf(const std::string& option, const std::string& operand) {
 
 }  // namespace
 
-std::size_t measure(const std::string& reader, const std::string& path) {
+namespace {
+
+std::size_t measureOnce(const std::string& reader, const std::string& path) {
   const std::string output = runSelf(kOption + reader, path);
   std::size_t octets = 0;
   const auto end = output.data() + output.size();
@@ -96,6 +99,16 @@ std::size_t measure(const std::string& reader, const std::string& path) {
     throw std::runtime_error("the process that reads the document reported no octets");
   }
   return octets;
+}
+
+}  // namespace
+
+std::size_t measure(const std::string& reader, const std::string& path) {
+  // How many pages of the program itself come in together differs from run to run.
+  constexpr int kRuns = 5;
+  std::size_t least = measureOnce(reader, path);
+  for (int i = 1; i < kRuns; ++i) least = std::min(least, measureOnce(reader, path));
+  return least;
 }
 
 void report(const std::string& reader, const std::string& path) {

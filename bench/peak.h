@@ -9,8 +9,8 @@ namespace peak {
 /// What that process is started with, before the name of the reader and the path of the document.
 constexpr char kOption[] = "--added-peak=";
 
-/// Starts this program again to read a file, and waits for it.
-/// @return by how many octets the memory in use rose at its peak
+/// Starts this program again to read a file, a few times, and waits for it.
+/// @return by how many octets the memory in use rose at its peak, at least
 /// @throws std::runtime_error when that cannot be found out
 std::size_t measure(const std::string& reader, const std::string& path);
 

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "SaltedHash.h"
+#include "SameText.h"
 
 namespace Tavrin::xml {
 
@@ -19,37 +22,73 @@ class UniqueAttributes {
 
   /// The number of a namespace name and local name, the same for the same two.
   std::size_t number(std::string_view uri, std::string_view localName) {
-    const auto found = numbers_.find(std::pair(uri, localName));
-    if (found != numbers_.end()) return found->second;
-    constexpr std::size_t kOfEntry = 128;
-    octets_ += uri.size() + localName.size() + kOfEntry;
-    lastTag_.push_back(0);
-    return numbers_.emplace(std::pair(uri, localName), lastTag_.size() - 1).first->second;
+    if (slots_.size() <= 2 * names_.size()) grow();
+    const auto hash = static_cast<std::uint32_t>(hashOf(uri, localName));
+    Slot& slot = slotOf(hash, [&](std::uint32_t number) {
+      const Name& name = names_[number];
+      return sameText(name.localName, localName) && sameText(name.uri, uri);
+    });
+    if (slot.number == kUnknown) {
+      constexpr std::size_t kOfEntry = 128;
+      octets_ += uri.size() + localName.size() + kOfEntry;
+      slot = {hash, static_cast<std::uint32_t>(names_.size())};
+      names_.push_back({std::string(uri), std::string(localName), 0});
+    }
+    return slot.number;
   }
   /// How many numbers were given.
-  std::size_t size() const { return numbers_.size(); }
+  std::size_t size() const { return names_.empty() ? 0 : names_.size() - 1; }
   /// About how many octets of memory they take.
   std::size_t octets() const { return octets_; }
 
   void beginTag() { ++tag_; }
   /// Takes an attribute of the tag. Returns whether it is the first with its number.
-  bool take(std::size_t number) { return std::exchange(lastTag_[number], tag_) != tag_; }
+  bool take(std::size_t number) { return std::exchange(names_[number].lastTag, tag_) != tag_; }
 
  private:
-  using Name = std::pair<std::string, std::string>;
-
-  struct Less {
-    using is_transparent = void;
-    template <typename A, typename B>
-    bool operator()(const A& a, const B& b) const {
-      const std::string_view localNames[] = {a.second, b.second};
-      if (localNames[0] != localNames[1]) return localNames[0] < localNames[1];
-      return std::string_view(a.first) < std::string_view(b.first);
-    }
+  struct Name {
+    std::string uri;
+    std::string localName;
+    std::uint64_t lastTag;  // The last tag that had it.
+  };
+  struct Slot {
+    std::uint32_t hash;
+    std::uint32_t number;  // kUnknown: it is empty.
   };
 
-  std::map<Name, std::size_t, Less> numbers_;  // Ordered: no document can make it slow.
-  std::vector<std::uint64_t> lastTag_{0};      // By number: the last tag that had it.
+  static std::uint64_t hashOf(std::string_view uri, std::string_view localName) {
+    const auto [begin, factor] = hashSecret();
+    return xml::hashOf(uri, xml::hashOf(localName, begin, factor), factor);
+  }
+
+  template <typename IsSame>
+  Slot& slotOf(std::uint32_t hash, IsSame isSame) {
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t place = hash & mask;
+    while (slots_[place].number != kUnknown &&
+           (slots_[place].hash != hash || !isSame(slots_[place].number))) {
+      place = (place + 1) & mask;
+    }
+    return slots_[place];
+  }
+
+  void grow() {
+    constexpr std::size_t kFirstSlots = 16;
+    constexpr std::size_t kFirstNames = kFirstSlots / 2;
+    if (names_.empty()) {
+      names_.reserve(kFirstNames);
+      names_.emplace_back();  // None has the number kUnknown.
+    }
+    const std::vector<Slot> old = std::exchange(
+        slots_, std::vector<Slot>(std::max(kFirstSlots, 2 * slots_.size()), Slot{0, kUnknown}));
+    for (const Slot& slot : old) {
+      if (slot.number == kUnknown) continue;
+      slotOf(slot.hash, [](std::uint32_t) { return false; }) = slot;
+    }
+  }
+
+  std::vector<Name> names_;  // By number.
+  std::vector<Slot> slots_;  // A power of two, at most half of them taken.
   std::uint64_t tag_ = 1;
   std::size_t octets_ = 0;
 };

@@ -1,80 +1,16 @@
 #include <Tavrin/XMLWriter_FI.h>
 
 #include <algorithm>
-#include <cstring>
-#include <random>
 #include <stdexcept>
 
+#include "../../xml/SaltedHash.h"
 #include "../../xml/SameText.h"
 
-// The tables: entries in the order of their arrival, and slots in which they are found. A document
-// decides what enters them; were the places known beforehand, it could choose strings that all
-// want the same one. So the process has a secret.
+// The tables: entries in the order of their arrival, and slots in which they are found.
 
 namespace Tavrin {
 
 namespace {
-
-__extension__ using Product = unsigned __int128;
-
-struct Secret {
-  std::uint64_t begin;
-  std::uint64_t factor;
-};
-
-std::uint64_t randomBits(std::random_device& device) {
-  return std::uint64_t{device()} << 32 | device();
-}
-
-const Secret& secret() {
-  static const Secret secret = [] {
-    std::random_device device;
-    return Secret{randomBits(device), randomBits(device) | 1};
-  }();
-  return secret;
-}
-
-/// Both halves of a product, so that every bit depends on all bits above and below it.
-std::uint64_t mix(std::uint64_t bits, std::uint64_t factor) {
-  const Product product = Product{bits} * factor;
-  return static_cast<std::uint64_t>(product >> 64) ^ static_cast<std::uint64_t>(product);
-}
-
-template <typename Word>
-std::uint64_t wordAt(const char* octets) {
-  Word word = 0;
-  std::memcpy(&word, octets, sizeof word);
-  return word;
-}
-
-constexpr std::size_t kWord = sizeof(std::uint64_t);
-
-/// The octets of a text of less than a word, the first one lowest.
-std::uint64_t wordOf(const std::string& text) {
-  const std::size_t size = text.size();
-  const char* octets = text.data();
-  constexpr std::size_t kHalf = kWord / 2;
-  if (size >= kHalf) {
-    // The halves may overlap; they agree where they do.
-    const std::size_t second = size - kHalf;
-    return wordAt<std::uint32_t>(octets) | wordAt<std::uint32_t>(octets + second) << 8 * second;
-  }
-  std::uint64_t word = 0;
-  for (std::size_t i = 0; i < size; ++i) word |= wordAt<std::uint8_t>(octets + i) << 8 * i;
-  return word;
-}
-
-std::uint64_t hashOf(const std::string& text, std::uint64_t begin, std::uint64_t factor) {
-  const std::size_t size = text.size();
-  const std::uint64_t hash = mix(begin ^ size, factor);
-  if (size < kWord) return mix(hash ^ wordOf(text), factor);
-  const char* octets = text.data();
-  std::uint64_t result = hash;
-  for (std::size_t i = 0; i < size - kWord; i += kWord) {
-    result = mix(result ^ wordAt<std::uint64_t>(octets + i), factor);
-  }
-  return mix(result ^ wordAt<std::uint64_t>(octets + size - kWord), factor);
-}
 
 // --- Tags ---
 
@@ -89,20 +25,24 @@ bool isHashed(std::uint64_t tag) { return tag >> kKindShift == kHashed >> kKindS
 
 template <typename Name>
 std::uint64_t tagOf(const Name& name) {
-  const auto [begin, factor] = secret();
-  return kHashed | hashOf(name.namespaceName,
-                          hashOf(name.prefix, hashOf(name.localName, begin, factor), factor),
-                          factor);
+  const auto [begin, factor] = xml::hashSecret();
+  const std::uint64_t localName = xml::hashOf(name.localName, begin, factor);
+  const std::uint64_t prefix = xml::hashOf(name.prefix, localName, factor);
+  return kHashed | xml::hashOf(name.namespaceName, prefix, factor);
 }
 
 std::uint64_t tagOf(const std::string& text) {
   const std::size_t size = text.size();
-  if (size < kWord) return wordOf(text) | std::uint64_t{size + 1} << kKindShift;
-  return kHashed | hashOf(text, secret().begin, secret().factor);
+  if (size < sizeof(std::uint64_t)) {
+    return xml::shortWord(text) | std::uint64_t{size + 1} << kKindShift;
+  }
+  const auto [begin, factor] = xml::hashSecret();
+  return kHashed | xml::hashOf(text, begin, factor);
 }
 
 std::size_t placeOf(std::uint64_t tag) {
-  return static_cast<std::size_t>(mix(tag ^ secret().begin, secret().factor));
+  const auto [begin, factor] = xml::hashSecret();
+  return static_cast<std::size_t>(xml::mix(tag ^ begin, factor));
 }
 
 // --- Entries ---
