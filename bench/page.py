@@ -4,8 +4,8 @@ from collections.abc import Callable, Sequence
 
 import results
 from results import Run
-from targets import (GROWTH, MEMORY_BASELINE, MEMORY_BINARY_TYPES, MEMORY_TEXT_TYPES,
-                     RECORDS_NO_WORSE, ROWS)
+from targets import (GROWTH, MEMORY_BASELINE, MEMORY_BINARY_TYPES, MEMORY_STEP,
+                     MEMORY_TEXT_TYPES, RECORDS_NO_WORSE, ROWS)
 
 NOTHING = "—"
 MIB = 2.0**20
@@ -128,7 +128,7 @@ def _peak_row(run: Run, job: str, target: str, over: str) -> list[str]:
     else:
         told = (f"{peak.ratio:.3f} ({peak.where}: {peak.octets / MIB:.2f} MiB beside "
                 f"{peak.baseline / MIB:.2f})")
-        judged = "met" if peak.ratio <= 1 else over
+        judged = "met" if peak.excess <= MEMORY_STEP else over
     return ["added peak of memory, worst document", code(job), code(MEMORY_BASELINE), told, target,
             judged]
 
@@ -234,7 +234,8 @@ def memory_table(run: Run, group: str, suffix: str = "") -> str:
 
 def _memory(run: Run) -> str:
     return ("## Peak of memory\n\nMiB that a process of its own takes more at its peak than before "
-            "it began to read a file.\nlibxml2 reads events here, as it does above; pugixml builds "
+            "it began to read a file, the\nleast of five runs. Memory comes in steps of an eighth of "
+            "a MiB: a difference of one step is none.\nlibxml2 reads events here, as it does above; pugixml builds "
             "a tree.\n\n"
             f"{memory_table(run, 'memory')}\nRecords of 1, 10 and 100 MB of XML text:\n\n"
             f"{memory_table(run, 'memory-size', ' MB')}")
@@ -252,7 +253,14 @@ def _growth(run: Run) -> str:
     tables = [growth_table(run, growth.group, growth.what) for growth in GROWTH
               if run.documents(growth.group)]
     return ("## Growth\n\nTime per event must not grow with the document, nor with its depth, nor "
-            "with the number of\nattributes on an element.\n\n"
+            "with the number of\nattributes on an element. What is left are the caches of the "
+            "processor: names and values are kept\nin tables, and thousands of them no longer fit "
+            "the first cache. At 100 MB the writer `X891` has tables\nof 64 MiB, which take every "
+            "value of up to 32 octets, the distinct ids of these records among them;\na profile has "
+            "a third of its time in looking up what never came before, and a tenth in memory that\n"
+            "is new. `FI`, whose tables take shorter values only, is flat. The properties "
+            "`indexed-attribute-value-length`,\n`indexed-chunk-length` and `maximum-table-octets` "
+            "bound the tables.\n\n"
             f"{plot('growth', 'Time per event as documents grow')}\n" + "\n".join(tables))
 
 

@@ -120,6 +120,10 @@ class Peak:
     def ratio(self) -> float:
         return self.octets / self.baseline
 
+    @property
+    def excess(self) -> float:
+        return self.octets - self.baseline
+
 
 def worst_peak(run: Run, job: str) -> Peak | None:
     peaks = []
@@ -130,4 +134,4 @@ def worst_peak(run: Run, job: str) -> Peak | None:
             if octets is not None and baseline:
                 where = f"{document} MB" if group == "memory-size" else document
                 peaks.append(Peak(where, octets, baseline))
-    return max(peaks, key=lambda peak: peak.ratio, default=None)
+    return max(peaks, key=lambda peak: peak.excess, default=None)

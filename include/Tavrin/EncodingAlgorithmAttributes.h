@@ -131,6 +131,10 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   friend class XMLReader_FI;
 
   struct Record : Attribute {
+    Record() = default;
+    Record(const Record&) = delete;
+    Record& operator=(const Record&) = delete;
+
     // Where its names are: in its own strings, or in a reader's table.
     const std::string* uriAt = &uri;
     const std::string* localNameAt = &localName;
