@@ -12,14 +12,15 @@
 namespace Tavrin {
 
 /// The octets of one event. They are composed where they are to be, in the room of the stream's
-/// buffer, and are written when all of the event is known to be right. Where that room is too small,
-/// they are left in a string. Measured: composing them elsewhere and copying them takes a third
-/// longer.
+/// buffer, and are written when all of the event is known to be right. Where that room is too
+/// small, they are left in a string. Measured: composing them elsewhere and copying them takes a
+/// third longer.
 class EventOctets {
  public:
   /// @param out  null where the octets are kept
   /// @param rest what it holds already stands in front of the event
-  EventOctets(std::ostream* out, std::string& rest) : rest_(rest), inFront_(rest.size()) {
+  EventOctets(std::ostream* out, std::string& rest)
+      : rest_(rest), inFront_(rest.size()), begin_(rest.data() + rest.size()) {
     if (out == nullptr || !isReady(*out)) return;
     const Room room(*out->rdbuf());
     if (room.isVisible()) return;
@@ -100,9 +101,10 @@ class EventOctets {
   std::string& rest_;
   std::size_t inFront_;
   std::streambuf* buffer_ = nullptr;  // In whose room the octets are; null: in the string's.
-  char* begin_ = nullptr;
-  char* at_ = nullptr;
-  char* end_ = nullptr;
+  // At first, there is no room.
+  char* begin_;
+  char* at_ = begin_;
+  char* end_ = begin_;
 };
 
 }  // namespace Tavrin

@@ -223,9 +223,12 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 // --- Content ---
 
 void XMLWriter_XML10::characters(const std::string& text) {
-  if (isDirect() && (hasContent_ || text.size() <= kShort)) {
-    if (hasContent_ && xml::kTextEscapes.isVerbatim(text)) {
+  if (isDirect()) {
+    const bool mayBeWhole = hasContent_ || text.size() > kShort;
+    if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
+      if (out_ && !hasContent_) writeOctets(*out_, ">");
       if (out_) writeOctets(*out_, text);
+      hasContent_ = true;
     } else {
       EventOctets octets(out_, composed_);
       if (!hasContent_) octets.append('>');

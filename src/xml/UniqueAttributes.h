@@ -49,7 +49,7 @@ class UniqueAttributes {
   struct Name {
     std::string uri;
     std::string localName;
-    std::uint64_t lastTag;  // The last tag that had it.
+    std::uint64_t lastTag = 0;  // The last tag that had it.
   };
   struct Slot {
     std::uint32_t hash;

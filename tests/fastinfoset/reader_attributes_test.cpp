@@ -34,6 +34,23 @@ TEST(FIReaderAttributes, MayHaveTheSameNameTwice) {
             readNew(documentOfAttributes("78 00 'b' 00 '1' 00 00 '2' FF")));
 }
 
+// Names that are new in a start tag make their table grow, and it moves.
+TEST(FIReaderAttributes, MayBeManyWithNewNames) {
+  std::string written;
+  std::string expected;
+  for (int i = 0; i < 60; ++i) {
+    const std::string name = "a" + std::to_string(i);
+    const std::string longer = "an-attribute-with-a-long-name-" + std::to_string(10 + i);
+    written += " 78 0" + std::to_string(name.size() - 1) + " '" + name + "' 00 'v'";
+    written += " 78 1F '" + longer + "' 00 'w'";
+    if (i % 7 == 0) written += " 00 00 'x'";  // The first one again.
+    expected += (i > 0 ? ", {, " : "{, ") + name + ", " + name + ", CDATA, v}, ";
+    expected += "{, " + longer + ", " + longer + ", CDATA, w}";
+    if (i % 7 == 0) expected += ", {, a0, a0, CDATA, x}";
+  }
+  EXPECT_EQ(wholeAttributes(expected), readNew(documentOfAttributes(written + " FF")));
+}
+
 TEST(FIReaderAttributes, HaveQualifiedNames) {
   EXPECT_EQ(whole({"startPrefixMapping(p, u)", "startPrefixMapping(q, v)",
                    "startElement(, a, a, [{u, b, p:b, CDATA, 1}, {v, b, q:b, CDATA, 2}, "

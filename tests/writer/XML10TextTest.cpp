@@ -55,6 +55,27 @@ TEST(XML10Text, OfAMillionCharactersIsWritten) {
   EXPECT_EQ(inRoot([&](XML10Writer& w) { w.characters(text); }), written);
 }
 
+TEST(XML10Text, OfAnyLengthIsWrittenOrNot) {
+  for (const std::size_t length : {0, 1, 255, 256, 257, 511, 512, 513, 100000}) {
+    const std::string text(length, 'a');
+    for (const std::string end : {"", "<", "\n\xC3\xA4"}) {
+      const std::string written = text + (end == "<" ? "&lt;" : end);
+      EXPECT_EQ(inRoot([&](XML10Writer& w) {
+                  w.characters(text + end);
+                  w.characters(text + end);
+                }),
+                written + written)
+          << length;
+    }
+    for (const std::string end : {"\x01", "<\xC3", "\xFF"}) {
+      EXPECT_TRUE(refusedInRoot([&](XML10Writer& w) {
+                    w.characters(text + end);
+                  }).starts_with("SAXException: You cannot put "))
+          << length;
+    }
+  }
+}
+
 TEST(XML10Text, RefusesWhatIsNoCharacter) {
   const struct {
     std::string text;
