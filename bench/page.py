@@ -234,7 +234,7 @@ def memory_table(run: Run, group: str, suffix: str = "") -> str:
 
 def _memory(run: Run) -> str:
     return ("## Peak of memory\n\nMiB that a process of its own takes more at its peak than before "
-            "it began to read a file, the\nleast of five runs. Memory comes in steps of an eighth of "
+            "it began to read a file, the\nmedian of five runs. Memory comes in steps of an eighth of "
             "a MiB: a difference of one step is none.\nlibxml2 reads events here, as it does above; pugixml builds "
             "a tree.\n\n"
             f"{memory_table(run, 'memory')}\nRecords of 1, 10 and 100 MB of XML text:\n\n"

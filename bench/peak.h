@@ -10,7 +10,7 @@ namespace peak {
 constexpr char kOption[] = "--added-peak=";
 
 /// Starts this program again to read a file, a few times, and waits for it.
-/// @return by how many octets the memory in use rose at its peak, at least
+/// @return by how many octets the memory in use rose at its peak, in the median
 /// @throws std::runtime_error when that cannot be found out
 std::size_t measure(const std::string& reader, const std::string& path);
 
