@@ -39,7 +39,7 @@ inline bool XMLReader_FI::takeBuffered(std::uint64_t length, std::string& octets
   };
   const char* const next = (buffer_->*Members::next())();
   const auto buffered = static_cast<std::uint64_t>((buffer_->*Members::end())() - next);
-  if (length > buffered || length > INT_MAX) return false;
+  if (next == nullptr || length > buffered || length > INT_MAX) return false;
   octets.assign(next, length);
   (buffer_->*Members::advance())(static_cast<int>(length));
   octetsRead_ += length;
