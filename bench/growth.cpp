@@ -14,7 +14,8 @@ namespace groups {
 namespace {
 
 // Elements, or attributes, in the documents of one curve. They do not grow or shrink with the other
-// documents: all points of a curve need the same number.
+// documents: all points of a curve need the same number. They are so many that names which are new
+// weigh little: the longest tags have ten thousand.
 constexpr unsigned kTotal = 1000000;
 
 void addReader(const std::string& name, const std::string& type, const DocumentPointer& document) {

@@ -224,14 +224,15 @@ void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 
 void XMLWriter_XML10::characters(const std::string& text) {
   if (isDirect()) {
-    const bool mayBeWhole = hasContent_ || text.size() > kShort;
+    const bool isFirst = !hasContent_;
+    const bool mayBeWhole = !isFirst || text.size() > kShort;
     if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
-      if (out_ && !hasContent_) writeOctets(*out_, ">");
-      if (out_) writeOctets(*out_, text);
       hasContent_ = true;
+      if (out_ && isFirst) writeOctets(*out_, ">");
+      if (out_) writeOctets(*out_, text);
     } else {
       EventOctets octets(out_, composed_);
-      if (!hasContent_) octets.append('>');
+      if (isFirst) octets.append('>');
       xml::appendText(octets, text, xml::kTextEscapes, "character data");
       hasContent_ = true;
       writeDirectly(octets);

@@ -50,15 +50,8 @@ class NameCache {
     }
     if (entries_.size() == kMost) clear();
     if (slots_.size() < 2 * (entries_.size() + 1)) grow();
-    const std::uint32_t hash = hashOf(qName);
-    Slot& slot = slotFor(hash);
-    slot.hash = hash;
-    if (slot.number == kNone) {
-      slot.number = static_cast<std::uint32_t>(entries_.size());
-      entries_.emplace_back();
-    }
-    entries_[slot.number] = {uri, localName, qName, std::move(value)};
-    last_ = entries_[last_].next = slot.number;
+    const std::uint32_t number = enter({uri, localName, qName, std::move(value)});
+    last_ = entries_[last_].next = number;
   }
 
   void clear() {
@@ -123,13 +116,30 @@ class NameCache {
     return slotOf(hash, attempt);
   }
 
+  /// Enters a name that is not found. Another one may go for it, wholly: a name has one entry.
+  std::uint32_t enter(Entry entry) {
+    const std::uint32_t hash = hashOf(entry.qName);
+    Slot& slot = slotFor(hash);
+    slot.hash = hash;
+    if (slot.number == kNone) {
+      slot.number = static_cast<std::uint32_t>(entries_.size());
+      entries_.push_back(std::move(entry));
+    } else {
+      entries_[slot.number] = std::move(entry);
+    }
+    return slot.number;
+  }
+
   void grow() {
     constexpr std::size_t kFirstSlots = 32;
     slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), Slot{});
     shift_ = 32U - static_cast<unsigned>(std::countr_zero(slots_.size()));
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-      const std::uint32_t hash = hashOf(entries_[i].qName);
-      slotFor(hash) = {hash, static_cast<std::uint32_t>(i)};
+    std::vector<Entry> old = std::exchange(entries_, {});
+    entries_.reserve(slots_.size() / 2);
+    last_ = 0;
+    for (Entry& entry : old) {
+      entry.next = 0;
+      enter(std::move(entry));
     }
   }
 

@@ -205,6 +205,24 @@ TEST(XML10Stream, MayThrow) {
   EXPECT_EQ(writer.text(), "<s/>");
 }
 
+// What a stream that throws has lost is lost; the document goes on behind it.
+TEST(XML10Stream, MayThrowAtText) {
+  for (const std::size_t length : {1, 1000}) {
+    for (const std::string end : {"", "<"}) {
+      XML10Writer writer;
+      writer.startDocument();
+      writer.start("r");
+      writer.output.exceptions(std::ios_base::badbit);
+      writer.output.fill();
+      EXPECT_THROW(writer.characters(std::string(length, 'a') + end), std::ios_base::failure);
+      writer.output.empty();
+      writer.characters("b");
+      writer.end("r");
+      EXPECT_EQ(writer.text(), "<rb</r>") << length << end;
+    }
+  }
+}
+
 // --- Reset ---
 
 TEST(XML10Reset, MakesTheWriterNew) {

@@ -4,7 +4,7 @@
 
 #include <map>
 #include <string>
-#include <tuple>
+#include <utility>
 
 #include "xml/SameText.h"
 
@@ -86,6 +86,28 @@ TEST(NameCache, KeepsOneValueOfAName) {
   for (std::size_t i = 0; i < 3 * Cache::kMost; ++i) cache.put("u", "a", "p:a", i);
   ASSERT_NE(cache.find("u", "a", "p:a"), nullptr);
   EXPECT_EQ(*cache.find("u", "a", "p:a"), 3 * Cache::kMost - 1);
+}
+
+// Names that are written alike want the same place, and the cache grows meanwhile.
+TEST(NameCache, TellsNoValueThatAnotherReplaced) {
+  Cache cache;
+  std::map<std::pair<std::string, std::string>, std::size_t> values;
+  std::size_t random = 1;
+  for (std::size_t i = 0; i < 100000; ++i) {
+    random = random * 6364136223846793005U + 1442695040888963407U;
+    const std::size_t kind = random >> 33U;
+    const bool isAlike = kind % 3 != 0;
+    const std::string uri = isAlike ? "u" + std::to_string(kind / 3 % 20) : "u";
+    const std::string qName = isAlike ? "p:a" : nameOf(kind / 3 % (1 + i / 20));
+    const std::size_t* const found = cache.find(uri, "a", qName);
+    if (found != nullptr) {
+      ASSERT_EQ(*found, values.at({uri, qName})) << i;
+    }
+    if (i % 2 == 0) {
+      cache.put(uri, "a", qName, i);
+      values[{uri, qName}] = i;
+    }
+  }
 }
 
 TEST(NameCache, LeavesLongNamesOut) {

@@ -25,7 +25,7 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
     } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
       const QualifiedName* const table = attributeNames_.data();
       QualifiedName& name = decodeQualifiedName(static_cast<int>(octet), attributeNames_);
-      if (attributeNames_.data() != table) referAgain();
+      if (&attributes == &attributes_ && attributeNames_.data() != table) referAgain();
       decodeAttribute(attributes, name);
     } else {
       fail("Error when decoding attribute name");

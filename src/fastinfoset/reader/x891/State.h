@@ -111,9 +111,8 @@ struct XMLReader_X891::State {
   ExactLongData longs;
   ExactFloatData floats;
   ExactDoubleData doubles;
-  std::string octets;  // Of the value that is being decoded.
-  std::optional<OctetStream>
-      octetStream;  // A stream takes long to make, and few documents need it.
+  std::string octets;                      // Of the value that is being decoded.
+  std::optional<OctetStream> octetStream;  // Made when it is needed: that takes long.
 
   // --- The document; what follows is new for each ---
 
