@@ -13,6 +13,7 @@
 #include <istream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tavrin {
@@ -83,6 +84,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
     /// @{
     std::uint64_t bindings = 0;  ///< The version of the bindings in which the prefix is right.
     std::size_t identity = 0;    ///< The number of the namespace name and local name, or 0.
+    std::size_t octets = 0;      ///< How many the handler is given with it.
     /// @}
 
     /// Prefix, colon and local name, or the local name alone.
@@ -231,7 +233,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   // --- Steps: strings and names. A table tells what kind of string it is. ---
 
   virtual void checkIdentifier(const Strings* table, const std::string& text);
-  virtual void checkText(const std::string& text);
+  virtual void checkText(std::string_view text);
   virtual void checkAmplification() const;  // After strings were taken from tables.
   virtual void decodeOtherString(unsigned octet, std::string& text);
   virtual void decodeOtherChunk(unsigned octet, std::string& text);
@@ -306,7 +308,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   const QualifiedName& nameOf(const OpenElement& element) const;
   int nextOctet();
   unsigned takeOctet();
-  bool takeBuffered(std::uint64_t length, std::string& octets);
+  const char* takeBuffered(std::uint64_t length);
+  void readPieces(std::uint64_t length, std::string& octets);
+  void readText(std::uint64_t length, std::string& text);
   int brokenStream();
   int endOfStream();
   void checkLiteralLength(std::uint64_t length) const;

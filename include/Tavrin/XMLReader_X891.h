@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace Tavrin {
 
@@ -92,7 +93,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void endChildren(bool elementSeen) override;
 
   void checkIdentifier(const Strings* table, const std::string& text) override;
-  void checkText(const std::string& text) override;
+  void checkText(std::string_view text) override;
   void checkAmplification() const final;
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
@@ -138,6 +139,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
 
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const QualifiedName& name) const;
+  void checkAmplificationFactor() const;
+  static std::size_t octetsOf(const QualifiedName& name);
   void releaseProlog(const std::string& rootName);
 
   std::unique_ptr<State> state_;

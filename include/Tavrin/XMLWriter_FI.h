@@ -289,7 +289,9 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   /// Refuses the name of an attribute, likewise.
   virtual void checkAttributeName(const Name& name, unsigned int index, bool isKnown);
   /// Refuses the text of an attribute, likewise.
-  virtual void checkValue(const std::string& value) const;
+  /// @param value the text, which is not empty
+  /// @param index its position in the table, or kNoIndex
+  virtual void checkValue(const std::string& value, unsigned int index) const;
   /// Refuses the typed value of an attribute, likewise.
   virtual void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
   /// Nothing was refused: the tag will be written.

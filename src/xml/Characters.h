@@ -12,8 +12,7 @@ inline constexpr std::size_t kAllValid = std::string_view::npos;
 
 /// Where a text first goes wrong: the position of the first octet that is not part of a character
 /// of XML 1.0 (production 2), or kAllValid.
-/// @param from what is in front of it is known to be right
-std::size_t findInvalid(std::string_view text, std::size_t from = 0);
+std::size_t findInvalid(std::string_view text);
 
 /// How octets that findInvalid found are to be named in a message: "character U+0001" or
 /// "UTF-8 octet 0xFF".

@@ -16,7 +16,7 @@ namespace Tavrin::xml {
 
 namespace {
 
-constexpr std::size_t kTogether = OctetSets::kCount;
+constexpr std::size_t kTogether = 16;
 
 __m128i blockAt(const char* octets) {
   __m128i block;
@@ -65,6 +65,9 @@ __m128i uneasy(__m128i block) {
 #endif
 
 bool Escapes::isVerbatim(std::string_view text) const {
+#ifdef TAVRIN_HAS_AVX2
+  if (text.size() >= kLeastTogether && hasAVX2()) return areFaultless(classes_, text);
+#endif
 #ifdef __SSE2__
   const auto isPlain = [this](__m128i block) {
     return positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, printable_))) == 0;
@@ -74,37 +77,13 @@ bool Escapes::isVerbatim(std::string_view text) const {
     std::size_t i = 0;
     while (i < last && isPlain(blockAt(text.data() + i))) i += kTogether;
     // The last octets, with some in front of them that were looked at.
-    return (i >= last && isPlain(blockAt(text.data() + last))) || isVerbatimFrom(text, i);
-  }
-  if (text.size() >= kFew && isPlain(blockOf(text))) return true;
-#endif
-  unsigned found = 0;
-  for (const char c : text) found |= lookUp(c);
-  return found == 0;
-}
-
-#ifdef __SSE2__
-
-/// As isVerbatim, where the text holds more than ASCII or line breaks, or something to escape.
-/// @param begin a multiple of a block; what is in front of it is verbatim, and complete
-bool Escapes::isVerbatimFrom(std::string_view text, std::size_t begin) const {
-  unsigned owed = 0;  // Where continuations must stand.
-  const auto isVerbatimBlock = [&](const char* octets) {
-    if (positions(equalToOneOf(blockAt(octets), blocks_, count_)) != 0) return false;
-    const OctetSets sets(octets);
-    if (!sets.areSimple(owed)) return false;
-    owed = sets.owed();
+    if (i >= last && isPlain(blockAt(text.data() + last))) return true;
+  } else if (text.size() >= kFew && isPlain(blockOf(text))) {
     return true;
-  };
-  const std::size_t last = text.size() - kTogether;
-  for (std::size_t i = begin; i < last; i += kTogether) {
-    if (!isVerbatimBlock(text.data() + i)) return false;
   }
-  owed = owedBehind(text.substr(0, last));
-  return isVerbatimBlock(text.data() + last) && owed == 0;
-}
-
 #endif
+  return std::ranges::all_of(text, [this](char c) { return lookUp(c) == 0; });
+}
 
 // Most text has none: sixteen characters are looked at together.
 std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
@@ -130,40 +109,39 @@ std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
   return i;
 }
 
-/// Where the next character to escape stands, or one that is not easy to see as a character, or the
-/// end. Looks at text once that has some of the former and characters of other languages.
-std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
-  std::size_t i = begin;
-#ifdef __SSE2__
-  if (text.size() < kTogether && begin == 0 && isVerbatim(text)) return text.size();
-  const auto characterBefore = [text](std::size_t position) {
-    do --position;
-    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80);
-    return position;
+#ifdef TAVRIN_HAS_AVX2
+
+namespace {
+
+/// Where the character begins that a position cuts, or the position itself.
+std::size_t beginOfCut(std::string_view text, std::size_t position) {
+  const auto isFrom = [&](std::size_t back, unsigned least) {
+    return position >= back && static_cast<unsigned char>(text[position - back]) >= least;
   };
-  unsigned owed = 0;  // Where continuations must stand.
-  while (text.size() >= kTogether && i < text.size()) {
-    const auto left = static_cast<unsigned>(std::min(text.size() - i, kTogether));
-    const unsigned known = kTogether - left;  // Octets in front of the last ones.
-    const char* const octets = text.data() + i - known;
-    const __m128i block = blockAt(octets);
-    const unsigned escaped = positions(equalToOneOf(block, blocks_, count_)) >> known;
-    if ((escaped | owed | positions(uneasy(block)) >> known) == 0) {
-      i += left;
-      continue;
-    }
-    OctetSets sets(octets);
-    sets.drop(known);
-    const unsigned easy = escaped == 0 ? left : static_cast<unsigned>(std::countr_zero(escaped));
-    if (!sets.areSimple(owed, easy)) return owed == 0 ? i : characterBefore(i);
-    owed = sets.owed(owed, easy);
-    i += easy;
-    if (easy < left) return (owed & 1U) == 0 ? i : characterBefore(i);
-  }
-  if (owed != 0) return characterBefore(i);
+  if (isFrom(1, 0xC0)) return position - 1;
+  return isFrom(2, 0xE0) ? position - 2 : position;
+}
+
+}  // namespace
+
 #endif
-  while (i < text.size() && lookUp(text[i]) == 0) ++i;
-  return i;
+
+/// Where the next character to escape stands, or one that is not easy to see as a character, or the
+/// end.
+std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
+#ifdef TAVRIN_HAS_AVX2
+  // Measured: XML10 writes prose in a tenth less time, and one long text in two fifths less.
+  if (text.size() >= kLeastTogether && hasAVX2()) {
+    return beginOfCut(text, findFault(classes_, text, begin));
+  }
+#endif
+  if (begin == 0 && isVerbatim(text)) return text.size();
+  const std::size_t end = find(text, begin);
+  std::size_t i = begin;
+  for (;; ++i) {
+    i += plainOctets(text.substr(i, end - i));
+    if (i == end || lookUp(text[i]) != 0) return i;
+  }
 }
 
 }  // namespace Tavrin::xml

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Characters.h"
+#include "OctetClasses.h"
 
 namespace Tavrin::xml {
 
@@ -26,6 +27,7 @@ class Escapes {
     for (const Escape& escape : escapes) {
       blocks_[count_].fill(escape.character);
       if (escape.character >= 0x20) printable_ = count_ + 1;
+      classes_.addFault(escape.character);
       references_[++count_] = escape.reference;
       numbers_[static_cast<unsigned char>(escape.character)] = count_;
     }
@@ -68,12 +70,12 @@ class Escapes {
 
   static constexpr std::uint8_t kUneasy = 0x80;  // Part of a character that may be invalid.
 
-  bool isVerbatimFrom(std::string_view text, std::size_t begin) const;
   std::size_t findUneasy(std::string_view text, std::size_t begin) const;
 
   std::uint8_t lookUp(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
   unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kUneasy}; }
 
+  OctetClasses classes_;                     // Faults are what cannot stand for itself at once.
   std::array<Block, kMost> blocks_{};        // The characters, each to compare with many at once.
   std::uint8_t count_ = 0;                   // How many they are.
   std::uint8_t printable_ = 0;               // How many of them are no controls: the first ones.

@@ -32,7 +32,8 @@ class UniqueAttributes {
       constexpr std::size_t kOfEntry = 128;
       octets_ += uri.size() + localName.size() + kOfEntry;
       slot = {hash, static_cast<std::uint32_t>(names_.size())};
-      names_.push_back({std::string(uri), std::string(localName), 0});
+      names_.push_back({std::string(uri), std::string(localName)});
+      lastTags_.push_back(0);
     }
     return slot.number;
   }
@@ -43,13 +44,12 @@ class UniqueAttributes {
 
   void beginTag() { ++tag_; }
   /// Takes an attribute of the tag. Returns whether it is the first with its number.
-  bool take(std::size_t number) { return std::exchange(names_[number].lastTag, tag_) != tag_; }
+  bool take(std::size_t number) { return std::exchange(lastTags_[number], tag_) != tag_; }
 
  private:
   struct Name {
     std::string uri;
     std::string localName;
-    std::uint64_t lastTag = 0;  // The last tag that had it.
   };
   struct Slot {
     std::uint32_t hash;
@@ -77,7 +77,9 @@ class UniqueAttributes {
     constexpr std::size_t kFirstNames = kFirstSlots / 2;
     if (names_.empty()) {
       names_.reserve(kFirstNames);
+      lastTags_.reserve(kFirstNames);
       names_.emplace_back();  // None has the number kUnknown.
+      lastTags_.push_back(0);
     }
     const std::vector<Slot> old = std::exchange(
         slots_, std::vector<Slot>(std::max(kFirstSlots, 2 * slots_.size()), Slot{0, kUnknown}));
@@ -87,8 +89,9 @@ class UniqueAttributes {
     }
   }
 
-  std::vector<Name> names_;  // By number.
-  std::vector<Slot> slots_;  // A power of two, at most half of them taken.
+  std::vector<Name> names_;              // By number.
+  std::vector<std::uint64_t> lastTags_;  // By number: the last tag that had it.
+  std::vector<Slot> slots_;              // A power of two, at most half of them taken.
   std::uint64_t tag_ = 1;
   std::size_t octets_ = 0;
 };

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+
+#include "xml/OctetClasses.h"
 
 namespace {
 
@@ -73,6 +76,37 @@ TEST(FindInvalid, FindsOneOctetAnywhere) {
           EXPECT_EQ(findInvalid(std::string_view(text).substr(offset, length)), kAllValid);
         }
       }
+    }
+  }
+}
+
+// Long texts are looked at many octets at a time, short ones are not.
+TEST(FindInvalid, FindsInLongTextsWhatItFindsInShortOnes) {
+  // On both sides of each border: of leads, and of second octets that not every lead may have.
+  const std::string octets =
+      "\x1F\n\r a\x7F\x80\x8F\x90\x9F\xA0\xBE\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE\xEF\xF0\xF1"
+      "\xF3\xF4\xF5\xFF";
+  const std::size_t count = octets.size();
+  const std::string plain(80, 'a');
+  for (std::size_t i = 0; i < count * count * count * count; ++i) {
+    const std::string sequence = {octets[i % count], octets[i / count % count],
+                                  octets[i / count / count % count],
+                                  octets[i / count / count / count]};
+    // A different place in a text of a different length each time.
+    const std::string_view front = std::string_view(plain).substr(0, 15 + i % 53);
+    for (const std::string_view behind : {"", "aaaa"}) {
+      const std::string text = std::string(front).append(sequence).append(behind);
+      const std::size_t invalid = findInvalid(sequence + std::string(behind));
+      const std::size_t expected = invalid == kAllValid ? kAllValid : front.size() + invalid;
+      ASSERT_EQ(findInvalid(text), expected) << testing::PrintToString(text);
+#ifdef TAVRIN_HAS_AVX2
+      // Some of the last characters of three octets are left to a closer look.
+      const bool isLeftOut = sequence.find("\xEF\xBF") != std::string::npos;
+      if (hasAVX2()) {
+        ASSERT_EQ(areCharacters(text), expected == kAllValid && !isLeftOut)
+            << testing::PrintToString(text);
+      }
+#endif
     }
   }
 }

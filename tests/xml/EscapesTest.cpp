@@ -31,7 +31,7 @@ TEST(Escapes, AreThoseOfTheirPlace) {
 }
 
 TEST(Escapes, AreFoundAnywhere) {
-  for (std::size_t length = 0; length < 40; ++length) {
+  for (std::size_t length = 0; length < 90; ++length) {
     const std::string plain(length, 'a');
     EXPECT_EQ(escaped(kTextEscapes, plain), plain);
     for (std::size_t place = 0; place < length; ++place) {
@@ -44,6 +44,30 @@ TEST(Escapes, AreFoundAnywhere) {
       EXPECT_EQ(kTextEscapes.append(out, begin + '\x01' + end), place);
       out.clear();
       EXPECT_EQ(kTextEscapes.append(out, "<\xC3\xA4" + begin + "\xFF" + end), place + 3);
+    }
+  }
+}
+
+TEST(Escapes, LeaveATextVerbatimThatNeedsNone) {
+  for (std::size_t length = 0; length < 115; ++length) {
+    const std::string plain(length, 'a');
+    EXPECT_TRUE(kTextEscapes.isVerbatim(plain)) << length;
+    EXPECT_TRUE(kTextEscapes.isVerbatim(plain + "\n\t'\"%")) << length;
+    EXPECT_TRUE(kQuotationMarkEscapes.isVerbatim(plain + "'>%")) << length;
+    for (std::size_t place = 0; place < length; ++place) {
+      std::string text = plain;
+      for (const char c : {'<', '>', '&', '\r', '\x01', '\xFF', '\xA4'}) {
+        text[place] = c;
+        EXPECT_FALSE(kTextEscapes.isVerbatim(text)) << length << ' ' << place;
+      }
+      for (const char c : {'<', '&', '"', '\t', '\n', '\r'}) {
+        text[place] = c;
+        EXPECT_FALSE(kQuotationMarkEscapes.isVerbatim(text)) << length << ' ' << place;
+      }
+#ifdef TAVRIN_HAS_AVX2
+      const std::string foreign = plain.substr(place) + "\xC3\xA4\xE3\x81\x82" + plain;
+      EXPECT_EQ(kTextEscapes.isVerbatim(foreign), foreign.size() >= kLeastTogether && hasAVX2());
+#endif
     }
   }
 }

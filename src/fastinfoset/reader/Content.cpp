@@ -31,11 +31,11 @@ void XMLReader_FI::decodeCharacters(int octet) {
   }
   text_.clear();
   if ((first & kChunkEncoding) == kChunkUTF8) {
-    readOctets(decodeCharactersLength(octet), text_);
+    readText(decodeCharactersLength(octet), text_);
   } else {
     decodeOtherChunk(first, text_);
+    checkText(text_);
   }
-  checkText(text_);
   if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text_);
   deliverCharacters(text_);
 }

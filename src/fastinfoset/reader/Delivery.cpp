@@ -108,7 +108,7 @@ void XMLReader_FI::deliverEntityReference(const std::string& name, const std::st
 void XMLReader_FI::checkPadding(unsigned) const {}
 void XMLReader_FI::endChildren(bool) {}
 void XMLReader_FI::checkIdentifier(const Strings*, const std::string&) {}
-void XMLReader_FI::checkText(const std::string&) {}
+void XMLReader_FI::checkText(std::string_view) {}
 void XMLReader_FI::checkAmplification() const {}
 void XMLReader_FI::checkElementName(QualifiedName&) {}
 void XMLReader_FI::checkAttributeName(QualifiedName&) {}

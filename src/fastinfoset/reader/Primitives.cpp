@@ -55,7 +55,27 @@ void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
   checkLiteralLength(length);
   // Measured: reading records takes up to a twelfth less time.
-  if (takeBuffered(length, octets)) return;
+  if (const char* const buffered = takeBuffered(length)) {
+    octets.assign(buffered, length);
+  } else {
+    readPieces(length, octets);
+  }
+}
+
+/// Reads text in UTF-8. What is in the stream's buffer is looked at there: a processor waits for
+/// octets that it has just copied. Measured: reading prose takes a tenth less time.
+void XMLReader_FI::readText(std::uint64_t length, std::string& text) {
+  checkLiteralLength(length);
+  if (const char* const buffered = takeBuffered(length)) {
+    checkText({buffered, length});
+    text.assign(buffered, length);
+  } else {
+    readPieces(length, text);
+    checkText(text);
+  }
+}
+
+void XMLReader_FI::readPieces(std::uint64_t length, std::string& octets) {
   std::uint64_t begin = 0;
   while (begin < length) {
     const std::uint64_t piece = std::min(length - begin, std::max(begin, kFirstPiece));
@@ -224,11 +244,11 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
     return;
   }
   if ((first & kStringEncoding) == kStringUTF8) {
-    readOctets(decodeStringLength(octet), out);
+    readText(decodeStringLength(octet), out);
   } else {
     decodeOtherString(first, out);
+    checkText(out);
   }
-  checkText(out);
   if ((first & kStringAddToTable) && table != nullptr) addEntry(*table, out);
 }
 

@@ -28,8 +28,9 @@ inline int XMLReader_FI::nextOctet() {
 }
 
 /// Takes octets that are in the stream's buffer already, as its `sgetn` would.
-/// @return false where not all of them are; nothing has happened then
-inline bool XMLReader_FI::takeBuffered(std::uint64_t length, std::string& octets) {
+/// @return where they are, until the next octet is taken; or null where not all of them are in the
+///         buffer: nothing has happened then
+inline const char* XMLReader_FI::takeBuffered(std::uint64_t length) {
   // Names the protected members of a buffer.
   struct Members : std::streambuf {
     using Get = char* (std::streambuf::*)() const;
@@ -39,11 +40,10 @@ inline bool XMLReader_FI::takeBuffered(std::uint64_t length, std::string& octets
   };
   const char* const next = (buffer_->*Members::next())();
   const auto buffered = static_cast<std::uint64_t>((buffer_->*Members::end())() - next);
-  if (next == nullptr || length > buffered || length > INT_MAX) return false;
-  octets.assign(next, length);
+  if (next == nullptr || length > buffered || length > INT_MAX) return nullptr;
   (buffer_->*Members::advance())(static_cast<int>(length));
   octetsRead_ += length;
-  return true;
+  return next;
 }
 
 /// The next octet, which must be there.

@@ -268,11 +268,10 @@ void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
       checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
       continue;
     }
-    // Also what is in the table is looked at: an external vocabulary may hold anything.
     const std::string& value = attributes.getValue(i);
-    checkValue(value);
     if (value.empty()) continue;  // It is written as itself.
     if (const unsigned* const found = vocabulary_.attributeValues.find(value)) valueIndex = *found;
+    checkValue(value, valueIndex);
   }
 }
 
@@ -289,7 +288,7 @@ void XMLWriter_FI::checkTypedValue(const std::string& uri, int index, const Enco
   algorithmOrThrow(uri, index);
 }
 
-void XMLWriter_FI::checkValue(const std::string&) const {}
+void XMLWriter_FI::checkValue(const std::string&, unsigned) const {}
 
 void XMLWriter_FI::beginTag() {}
 

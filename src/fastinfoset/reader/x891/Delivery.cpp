@@ -10,17 +10,6 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-/// Only what comes from a table by its index can be delivered far more often than it was read; and
-/// what an application's algorithm makes counts alike.
-void XMLReader_X891::checkAmplification() const {
-  if (fromTables_ <= state_->amplificationThreshold) return;
-  if (static_cast<double>(fromTables_) <=
-      state_->amplificationFactor * static_cast<double>(octetsRead_)) {
-    return;
-  }
-  fail("More octets delivered for each octet read than the limit allows");
-}
-
 // --- What comes before the root element ---
 // The name of the document type is that of the root element: what follows it waits for that. It
 // takes memory meanwhile, so it counts like an entry of a table.
@@ -122,7 +111,8 @@ void XMLReader_X891::deliverStartElement(const QualifiedName& name, const String
   checkAmplification();
   if (state_->document.isHoldingBack) releaseProlog(name.whole);
   if (!declarations.empty()) XMLReader_FI::deliverDeclarations(declarations);
-  XMLReader_FI::deliverStartElement(name, declarations, attributes);
+  if (!contentHandler_) return;
+  contentHandler_->startElement(name.namespaceName, name.localName, name.whole, attributes);
 }
 
 void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings& declarations) {

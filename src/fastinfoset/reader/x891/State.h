@@ -137,4 +137,10 @@ struct XMLReader_X891::State {
   bool isUsed = false;  // The document is one that was read.
 };
 
+/// Only what comes from a table by its index can be delivered far more often than it was read; and
+/// what an application's algorithm makes counts alike.
+inline void XMLReader_X891::checkAmplification() const {
+  if (fromTables_ > state_->amplificationThreshold) checkAmplificationFactor();
+}
+
 }  // namespace Tavrin

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "../../../xml/Characters.h"
-#include "../../../xml/PlainOctets.h"
+#include "../../../xml/EasyText.h"
 #include "State.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
@@ -12,7 +12,7 @@
 
 namespace Tavrin {
 
-void XMLReader_X891::checkText(const std::string& text) {
+void XMLReader_X891::checkText(std::string_view text) {
   if (xml::isEasyText(text)) return;
   const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
@@ -53,6 +53,10 @@ void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
   }
 }
 
+std::size_t XMLReader_X891::octetsOf(const QualifiedName& name) {
+  return name.namespaceName.size() + name.localName.size() + name.whole.size();
+}
+
 void XMLReader_X891::checkBinding(const QualifiedName& name) const {
   const std::string& bound = state_->document.bindings.find(name.prefix);
   const bool isUnbound = !name.prefix.empty() && bound.empty();
@@ -65,21 +69,28 @@ void XMLReader_X891::checkBinding(const QualifiedName& name) const {
        "\"");
 }
 
+/// More octets were delivered than the threshold allows.
+void XMLReader_X891::checkAmplificationFactor() const {
+  if (static_cast<double>(fromTables_) <=
+      state_->amplificationFactor * static_cast<double>(octetsRead_)) {
+    return;
+  }
+  fail("More octets delivered for each octet read than the limit allows");
+}
+
 void XMLReader_X891::checkElementName(QualifiedName& name) {
   State::Document& document = state_->document;
   document.attributes.beginTag();
-  // It comes again with the end.
-  fromTables_ += 2 * (name.namespaceName.size() + name.localName.size() + name.whole.size());
-  if (name.bindings == document.bindings.version()) return;
-  checkBinding(name);
-  name.bindings = document.bindings.version();
+  if (name.bindings != document.bindings.version()) {
+    checkBinding(name);
+    name.bindings = document.bindings.version();
+    name.octets = octetsOf(name);
+  }
+  fromTables_ += 2 * name.octets;  // It comes again with the end.
 }
 
 void XMLReader_X891::checkAttributeName(QualifiedName& name) {
   State::Document& document = state_->document;
-  // Attributes count before they are kept: a start tag may hold very many.
-  fromTables_ += name.namespaceName.size() + name.localName.size() + name.whole.size();
-  checkAmplification();
   if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
       if (!name.namespaceName.empty()) {
@@ -91,7 +102,11 @@ void XMLReader_X891::checkAttributeName(QualifiedName& name) {
       checkBinding(name);
     }
     name.bindings = document.bindings.version();
+    name.octets = octetsOf(name);
   }
+  // Attributes count before they are kept: a start tag may hold very many.
+  fromTables_ += name.octets;
+  checkAmplification();
 
   xml::UniqueAttributes& attributes = document.attributes;
   if (name.identity == xml::UniqueAttributes::kUnknown) {

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "../../../xml/Characters.h"
-#include "../../../xml/PlainOctets.h"
+#include "../../../xml/EasyText.h"
 
 namespace Tavrin::fastinfoset {
 

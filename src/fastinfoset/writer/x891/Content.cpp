@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "../../../xml/PlainOctets.h"
+#include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "Checks.h"
 #include "State.h"

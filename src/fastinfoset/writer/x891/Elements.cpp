@@ -2,7 +2,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
-#include "../../../xml/PlainOctets.h"
+#include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "Checks.h"
 #include "State.h"
@@ -169,6 +169,12 @@ void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isK
 
 void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool isKnown) {
   State::Document& document = own_->document;
+  if (isKnown) {
+    const State::AttributeRecord& record = document.attributeRecords[index];
+    if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
+      return;
+    }
+  }
   if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
   if (!isKnown && name.localName == "xmlns" && name.prefix().empty()) {
     throw SAXException("An attribute with the name \"xmlns\" is a namespace declaration");
@@ -206,7 +212,10 @@ void XMLWriter_X891::missingNamePart(const std::string&, const char*) const {}
 
 // --- Values ---
 
-void XMLWriter_X891::checkValue(const std::string& value) const {
+void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const {
+  // What the document itself brought into the table was looked at then; an external vocabulary may
+  // hold anything.
+  if (index != kNoIndex && index >= own_->document.loadedValues) return;
   if (!xml::isEasyText(value) || value.size() > kLongestString) {
     checkText(value, "an attribute value");
   }

@@ -77,6 +77,7 @@ struct XMLWriter_X891::State {
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
     std::uint64_t tableOctets = 0;        // What the entries count for together.
+    unsigned loadedValues = 0;            // Positions of values that it began with.
     std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
   };

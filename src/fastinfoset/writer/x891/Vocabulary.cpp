@@ -87,6 +87,7 @@ XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
   loadInitialVocabulary(written);
   loadAlgorithms(written);
   checkRoom(0, 0);
+  own_->document.loadedValues = vocabulary_.attributeValues.positions();
   return written;
 }
 

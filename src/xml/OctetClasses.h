@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#if defined(__x86_64__) && !defined(TAVRIN_WITHOUT_AVX2)
+/// What processors with AVX2 do otherwise is there. They are recognised when the program runs.
+#define TAVRIN_HAS_AVX2 1
+#endif
+
+namespace Tavrin::xml {
+
+/// Which octets a text may have without a closer look, so that thirty-two are looked at together:
+/// each octet is in classes, and all but one of these are faults.
+class OctetClasses {
+ public:
+  /// The characters of XML whose octets are no faults.
+  enum class Characters {
+    easy,  ///< Those that are seen to be one by their first octet and the continuations behind it.
+    all,   ///< All. Which second octet may stand behind the first, these classes do not tell.
+  };
+
+  constexpr explicit OctetClasses(Characters characters = Characters::easy) {
+    for (unsigned octet = 0; octet < 0x100; ++octet) enter(octet, classOf(octet, characters));
+  }
+
+  /// Makes a character a fault: a control, or one from 0x20 to 0x3F.
+  constexpr void addFault(char c) {
+    constexpr Class kByHighHalf[] = {kLowControl, kHighControl, kSign, kOtherSign};
+    const auto octet = static_cast<unsigned char>(c);
+    enter(octet, kByHighHalf[octet >> 4U]);
+  }
+
+  /// An octet that goes on with a character. It is a fault where none is wanted, and where one is
+  /// wanted all others are.
+  static constexpr unsigned char kContinuation = 0x80;
+
+  /// The classes of an octet, as the two tables give them.
+  constexpr unsigned find(unsigned octet) const {
+    return unsigned{byHighHalf_[octet >> 4U]} & byLowHalf_[octet & 0xFU];
+  }
+
+  /// @name The classes that an octet may have by its higher and by its lower four bits
+  /// It is in those that both tables have.
+  /// @{
+  const unsigned char* byHighHalf() const { return byHighHalf_; }
+  const unsigned char* byLowHalf() const { return byLowHalf_; }
+  /// @}
+
+ private:
+  // Octets of one class have the same higher half, or any lower half.
+  enum Class : unsigned char {
+    kNone = 0,
+    kLowControl = 0x01,   // 0x00 to 0x0F, but for white space that is no fault.
+    kHighControl = 0x02,  // 0x10 to 0x1F.
+    kSign = 0x04,         // Faults from 0x20 to 0x2F.
+    kOtherSign = 0x08,    // Faults from 0x30 to 0x3F.
+    kOverlong = 0x10,     // Leads two octets, where one would do.
+    kUneasy = 0x20,       // Leads three, of which some are no character of XML.
+    kOfFour = 0x40,       // Leads four, or nothing.
+  };
+
+  static constexpr unsigned char classOf(unsigned octet, Characters characters) {
+    const bool areAll = characters == Characters::all;
+    if (octet == '\t' || octet == '\n' || (octet == '\r' && areAll)) return kNone;
+    if (octet < 0x10) return kLowControl;
+    if (octet < 0x20) return kHighControl;
+    if (octet < 0x80) return kNone;
+    if (octet < 0xC0) return kContinuation;
+    if (octet < 0xC2) return kOverlong;
+    if (areAll) return octet < 0xF5 ? kNone : kOfFour;
+    if (octet == 0xE0 || octet == 0xED || octet == 0xEF) return kUneasy;
+    return octet < 0xF0 ? kNone : kOfFour;
+  }
+
+  constexpr void enter(unsigned octet, unsigned char ofClass) {
+    byHighHalf_[octet >> 4U] |= ofClass;
+    byLowHalf_[octet & 0xFU] |= ofClass;
+  }
+
+  alignas(16) unsigned char byHighHalf_[16] = {};
+  alignas(16) unsigned char byLowHalf_[16] = {};
+};
+
+/// The shortest text that is looked at so: three octets, and sixteen that depend on them.
+inline constexpr std::size_t kLeastTogether = 19;
+
+#ifdef TAVRIN_HAS_AVX2
+
+inline bool hasAVX2() { return __builtin_cpu_supports("avx2"); }
+
+/// Whether no octet of a text is a fault. It takes no branch that depends on the octets. For a
+/// processor that has AVX2.
+bool areFaultless(const OctetClasses& classes, std::string_view text);
+
+/// Where the first fault stands, or the end. For a processor that has AVX2.
+/// @param begin what is in front of it has none
+std::size_t findFault(const OctetClasses& classes, std::string_view text, std::size_t begin);
+
+/// Whether a text is characters of XML alone. There are others, from U+FFC0 to U+FFFF, of which it
+/// does not tell. It takes twice as long as with classes. For a processor that has AVX2.
+bool areCharacters(std::string_view text);
+
+#endif
+
+}  // namespace Tavrin::xml
