@@ -59,7 +59,8 @@ GROUPS = (
     ("to-binary", "XML text to Fast Infoset, reader and writer", "`expat-istream` on the XML text"),
     ("to-text", "Fast Infoset to XML text, reader and writer", "`expat-istream` on the XML twin"),
     ("sibling-read", "Readers beside the other of their format",
-     "`Expat` for `XML10`, `FI` for `X891`, each on what the writer of its family wrote"),
+     "`Expat` for `XML10`, `FI` for `X891`, each on what the writer of its family wrote with "
+     "tables of the\nsame strings"),
     ("sibling-write", "Writers beside the other of their format",
      "`XML` for `XML10`, `FI` for `X891` with tables of the same strings"),
     ("floats-read", "Floats, typed, read", "`strtof` over the text of the XML twin, in memory"),
