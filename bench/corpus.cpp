@@ -17,6 +17,7 @@ Corpus::Corpus(double scaleOfAll, const std::vector<std::string>& files) : scale
   add("mesh", documents::floats, 1000000);
   mesh = documents.back();
   add("text", documents::text, 27000);
+  add("languages", documents::languages, 12000);
   add("attributes", documents::attributes, 100000);
   small = std::make_shared<Document>(
       "document", std::function<std::string()>([] { return documents::records(12); }));

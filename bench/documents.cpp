@@ -18,6 +18,18 @@ const char* pick(const Words& words, std::mt19937& random) {
   return words[random() % std::size(words)];
 }
 
+/// Adds sentences that end with an element.
+template <typename Words>
+void addParagraph(std::string& text, const Words& words, const char* between, const char* ending,
+                  std::mt19937& random) {
+  text += "<p>";
+  for (int sentence = 0; sentence < 8; ++sentence) {
+    for (int word = 0; word < 12; ++word) text += std::string(pick(words, random)) + between;
+    text += std::string("<em>") + pick(words, random) + ending + "</em>. ";
+  }
+  text += "</p>\n";
+}
+
 }  // namespace
 
 std::string records(unsigned count) {
@@ -42,13 +54,28 @@ std::string text(unsigned paragraphs) {
       "it",    "leaves", "on",      "either",  "bank", "&amp;",  "caf\xC3\xA9", "stone"};
   std::mt19937 random(42);
   std::string text = std::string(kDeclaration) + "<book>\n";
+  for (unsigned i = 0; i < paragraphs; ++i) addParagraph(text, words, " ", " indeed", random);
+  return text + "</book>\n";
+}
+
+std::string languages(unsigned paragraphs) {
+  struct Language {
+    std::array<const char*, 6> words;
+    const char* between;
+    const char* ending;
+  };
+  static const Language languages[] = {
+      {{"река", "несёт", "больше", "воды", "чем", "весна"}, " ", " действительно"},
+      {{"河流", "带来", "，", "春天", "的水", "：高山"}, "", "确实如此"},
+      {{"강은", "봄에", "물을", "한없이", "더", "나른다"}, " ", " 정말로"},
+      {{"नदी", "वसंत", "में", "अधिक", "पानी", "लाती"}, " ", " वास्तव में"},
+      {{"แม่น้ำ", "พา", "น้ำ", "มากกว่า", "ฤดู", "ใบไม้ผลิ"}, "", "จริงๆ"},
+      {{"river", "carries", "water 🌊", "spring 🌱", "nobody", "counts"}, " ", " indeed 🎉"}};
+  std::mt19937 random(43);
+  std::string text = std::string(kDeclaration) + "<book>\n";
   for (unsigned i = 0; i < paragraphs; ++i) {
-    text += "<p>";
-    for (int sentence = 0; sentence < 8; ++sentence) {
-      for (int word = 0; word < 12; ++word) text += std::string(pick(words, random)) + ' ';
-      text += std::string("<em>") + pick(words, random) + " indeed</em>. ";
-    }
-    text += "</p>\n";
+    const auto& [words, between, ending] = languages[i % std::size(languages)];
+    addParagraph(text, words, between, ending, random);
   }
   return text + "</book>\n";
 }

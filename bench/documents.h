@@ -18,6 +18,9 @@ constexpr double kRecordsPerMegabyte = 6350;
 /// Long paragraphs with some elements among their words.
 std::string text(unsigned paragraphs);
 
+/// The same in turn in languages whose characters take two, three and four octets.
+std::string languages(unsigned paragraphs);
+
 /// Elements with many attributes of several namespaces.
 std::string attributes(unsigned count);
 

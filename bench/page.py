@@ -34,9 +34,10 @@ of the same document. The escape loop is what one writes by hand, for a document
 known to be right.
 
 The documents are made by a program that always makes the same: `records` (many short elements,
-few distinct values, distinct ids), `text` (long mixed prose), `attributes` (dense, of several
-namespaces), `mesh` (floats, in one element) and `small` (2 KB, read again and again, each
-time with a new reader).{files}
+few distinct values, distinct ids), `text` (long mixed prose), `languages` (the same in Russian,
+Chinese, Korean, Hindi, Thai, and with emoji), `attributes` (dense, of several namespaces), `mesh`
+(floats, in one element) and `small` (2 KB, read again and again, each time with a new
+reader).{files}
 
 ## The machine
 
@@ -257,12 +258,13 @@ def _growth(run: Run) -> str:
     return ("## Growth\n\nTime per event must not grow with the document, nor with its depth, nor "
             "with the number of\nattributes on an element. What is left are the caches of the "
             "processor: names and values are kept\nin tables, and thousands of them no longer fit "
-            "the first cache. At 100 MB of full size the writer\n`X891` has tables of 64 MiB, which "
-            "take every value of up to 32 octets, the distinct ids of these\nrecords among them; a "
+            "the first cache. At 100 MB of full size the writer\n`X891` has tables of 64 MiB, "
+            "which take every value of up to 32 octets, the distinct ids of these\nrecords among "
+            "them; a "
             "profile has a third of its time in looking up what never came before, and a\ntenth in "
-            "memory that is new. The writer `FI`, whose tables take shorter values only, is flat. "
-            "The\nproperties `indexed-attribute-value-length`, `indexed-chunk-length` and "
-            "`maximum-table-octets` bound\nthe tables.\n\n"
+            "memory that is new. The writer `FI`, whose tables take shorter values only, is flat.\n"
+            "The properties `indexed-attribute-value-length`, `indexed-chunk-length` and\n"
+            "`maximum-table-octets` bound the tables.\n\n"
             f"{plot('growth', 'Time per event as documents grow')}\n" + "\n".join(tables))
 
 

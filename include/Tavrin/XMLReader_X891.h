@@ -139,7 +139,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
 
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const QualifiedName& name) const;
-  void checkAmplificationFactor() const;
+  void allowMoreFromTables() const;
   static std::size_t octetsOf(const QualifiedName& name);
   void releaseProlog(const std::string& rootName);
 

@@ -255,6 +255,40 @@ TEST(X891ReaderLimits, ThresholdAndFactorDecideTogether) {
   EXPECT_EQ("done", parse(reader, repeated(300, 4)).end);
 }
 
+/// Sets limits of amplification when it hears the second comment.
+struct SettingLimits : Tavrin::LexicalHandler {
+  Tavrin::XMLReader_X891& reader;
+  double factor;
+  std::uint64_t threshold;
+  int comments = 0;
+
+  SettingLimits(Tavrin::XMLReader_X891& of, double newFactor, std::uint64_t newThreshold)
+      : reader(of), factor(newFactor), threshold(newThreshold) {}
+
+  void comment(const std::string&) override {
+    if (++comments != 2) return;
+    set<double>(reader, amplificationFactor, factor);
+    set<std::uint64_t>(reader, amplificationThreshold, threshold);
+  }
+};
+
+TEST(X891ReaderLimits, OfAmplificationMayBeSetWithinADocument) {
+  Tavrin::XMLReader_X891 reader;
+  SettingLimits lower(reader, 1, 603);
+  reader.setProperty(Tavrin::properties::lexicalHandler,
+                     static_cast<Tavrin::LexicalHandler*>(&lower));
+  EXPECT_EQ("SAXParseException: " + std::string(kAmplified) + " (-1:318)",
+            parse(reader, repeated(300, 3)).end);
+  EXPECT_EQ(lower.comments, 2);
+
+  SettingLimits higher(reader, std::numeric_limits<double>::infinity(), 0);
+  reader.setProperty(Tavrin::properties::lexicalHandler,
+                     static_cast<Tavrin::LexicalHandler*>(&higher));
+  set<std::uint64_t>(reader, amplificationThreshold, 304);
+  EXPECT_EQ("done", parse(reader, repeated(300, 4)).end);
+  EXPECT_EQ(higher.comments, 4);
+}
+
 /// A document in which one string of 10,000 octets is delivered again and again.
 struct Attack {
   const char* name;

@@ -130,6 +130,8 @@ struct XMLReader_X891::State {
 
     std::map<unsigned, RestrictedAlphabet> alphabets;  // By field, when first used.
 
+    std::uint64_t allowedFromTables = 0;  // Octets, for what had been read by the last look.
+
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
   };
@@ -140,7 +142,7 @@ struct XMLReader_X891::State {
 /// Only what comes from a table by its index can be delivered far more often than it was read; and
 /// what an application's algorithm makes counts alike.
 inline void XMLReader_X891::checkAmplification() const {
-  if (fromTables_ > state_->amplificationThreshold) checkAmplificationFactor();
+  if (fromTables_ > state_->document.allowedFromTables) allowMoreFromTables();
 }
 
 }  // namespace Tavrin

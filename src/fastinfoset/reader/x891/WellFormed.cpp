@@ -69,13 +69,17 @@ void XMLReader_X891::checkBinding(const QualifiedName& name) const {
        "\"");
 }
 
-/// More octets were delivered than the threshold allows.
-void XMLReader_X891::checkAmplificationFactor() const {
-  if (static_cast<double>(fromTables_) <=
-      state_->amplificationFactor * static_cast<double>(octetsRead_)) {
-    return;
+/// Finds out how many octets are allowed now that more have been read. Measured: asking that each
+/// time, beyond the threshold, takes a thirtieth of the time of reading records.
+void XMLReader_X891::allowMoreFromTables() const {
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
+  const double byFactor = state_->amplificationFactor * static_cast<double>(octetsRead_);
+  state_->document.allowedFromTables =
+      std::max(state_->amplificationThreshold,
+               byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
+  if (fromTables_ > state_->document.allowedFromTables) {
+    fail("More octets delivered for each octet read than the limit allows");
   }
-  fail("More octets delivered for each octet read than the limit allows");
 }
 
 void XMLReader_X891::checkElementName(QualifiedName& name) {

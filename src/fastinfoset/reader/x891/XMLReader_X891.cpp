@@ -40,8 +40,10 @@ void XMLReader_X891::setProperty(const std::string& name, void* value) {
     assign(factor, value, State::kAmplificationFactor);
     if (!(factor >= 1)) throw SAXException("Amplification factor below 1");
     state_->amplificationFactor = factor;
+    state_->document.allowedFromTables = 0;
   } else if (name == properties::amplificationThreshold) {
     assign(state_->amplificationThreshold, value, State::kAmplificationThreshold);
+    state_->document.allowedFromTables = 0;
   } else if (name == properties::maximumTableOctets) {
     assign(maximumTableOctets_, value, State::kMaximumTableOctets);
   } else if (name == properties::maximumLiteralOctets) {
