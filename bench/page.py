@@ -60,8 +60,8 @@ GROUPS = (
     ("to-binary", "XML text to Fast Infoset, reader and writer", "`expat-istream` on the XML text"),
     ("to-text", "Fast Infoset to XML text, reader and writer", "`expat-istream` on the XML twin"),
     ("sibling-read", "Readers beside the other of their format",
-     "`Expat` for `XML10`, `FI` for `X891`, each on what the writer of its family wrote with "
-     "tables of the\nsame strings"),
+     "`Expat` for `XML10`, `FI` for `X891`, each on what the writer of its family wrote\nwith "
+     "tables of the same strings"),
     ("sibling-write", "Writers beside the other of their format",
      "`XML` for `XML10`, `FI` for `X891` with tables of the same strings"),
     ("floats-read", "Floats, typed, read", "`strtof` over the text of the XML twin, in memory"),
@@ -114,7 +114,7 @@ def _records_rows(run: Run) -> list[list[str]]:
     group, types = RECORDS_NO_WORSE
     rows = []
     for row in ROWS:
-        if row.group == group and row.type in types:
+        if row.group == group and row.type in types and row.document is None:
             value = results.records_to_worst_other(run, row)
             rows.append([f"{row.job}, records alone", code(row.type),
                          "the ratio of the worst other document", ratio_text(value), "1.00",
