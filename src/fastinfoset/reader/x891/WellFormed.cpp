@@ -70,7 +70,7 @@ void XMLReader_X891::checkBinding(const QualifiedName& name) const {
 }
 
 /// Finds out how many octets are allowed now that more have been read. Measured: asking that each
-/// time, beyond the threshold, takes a thirtieth of the time of reading records.
+/// time, beyond the threshold, takes a twentieth of the time of reading records.
 void XMLReader_X891::allowMoreFromTables() const {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
   const double byFactor = state_->amplificationFactor * static_cast<double>(octetsRead_);
