@@ -102,9 +102,10 @@ struct Exact {
     const __m256i leads = _mm256_and_si256(lookUp(kWrongPairs.byHighHalfOfLead, highHalves(before)),
                                            lookUp(kWrongPairs.byLowHalfOfLead, lowHalves(before)));
     const __m256i wrongPairs = _mm256_and_si256(leads, lookUp(kWrongPairs.byHighHalf, high));
-    // U+FFFE and U+FFFF are here.
-    const __m256i last = _mm256_and_si256(_mm256_cmpeq_epi8(before, each(0xEF)),
-                                          _mm256_cmpeq_epi8(octets, each(0xBF)));
+    // U+FFFE and U+FFFF: what is left of an octet is zero up to that of U+FFFD.
+    const __m256i last = _mm256_and_si256(_mm256_and_si256(_mm256_cmpeq_epi8(twoBefore, each(0xEF)),
+                                                           _mm256_cmpeq_epi8(before, each(0xBF))),
+                                          _mm256_subs_epu8(octets, each(0xBD)));
     const __m256i strays =
         _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
     return _mm256_or_si256(_mm256_or_si256(strays, wrongPairs), last);

@@ -97,9 +97,8 @@ bool areFaultless(const OctetClasses& classes, std::string_view text);
 /// @param begin what is in front of it has none
 std::size_t findFault(const OctetClasses& classes, std::string_view text, std::size_t begin);
 
-/// Whether a text is characters of XML alone, none of them from U+FFC0 to U+FFFF: of those there
-/// are some that need a closer look. It takes twice as long as with classes. For a processor that
-/// has AVX2.
+/// Whether a text is characters of XML alone. It takes twice as long as with classes. For a
+/// processor that has AVX2.
 bool areCharacters(std::string_view text);
 
 #endif
