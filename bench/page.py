@@ -260,9 +260,9 @@ def _growth(run: Run) -> str:
             "processor: names and values are kept\nin tables, and thousands of them no longer fit "
             "the first cache. At 100 MB of full size the writer\n`X891` has tables of 64 MiB, "
             "which take every value of up to 32 octets, the distinct ids of these\nrecords among "
-            "them; a "
-            "profile has a third of its time in looking up what never came before, and a\ntenth in "
-            "memory that is new. The writer `FI`, whose tables take shorter values only, is flat.\n"
+            "them; a profile has a third of its time in looking up what never came before, and "
+            "a\ntenth in memory that is new. The writer `FI`, whose tables take shorter values "
+            "only, is flat.\n"
             "The properties `indexed-attribute-value-length`, `indexed-chunk-length` and\n"
             "`maximum-table-octets` bound the tables.\n\n"
             f"{plot('growth', 'Time per event as documents grow')}\n" + "\n".join(tables))

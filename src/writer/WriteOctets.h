@@ -50,7 +50,8 @@ class Room {
 /// @return false where there is not room for all of them; nothing has happened then
 inline bool putIntoRoom(std::streambuf& buffer, std::string_view octets) {
   const Room room(buffer);
-  if (octets.empty() || octets.size() > room.size()) return octets.empty();
+  if (octets.empty()) return true;
+  if (octets.size() > room.size()) return false;
   std::memcpy(room.begin(), octets.data(), octets.size());
   room.take(octets.size());
   return true;

@@ -41,6 +41,18 @@ TAVRIN_AVX2 inline __m256i lookUp(const unsigned char* table, __m256i halves) {
   return _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(load16(table)), halves);
 }
 
+/// The classes that each octet is in.
+TAVRIN_AVX2 inline __m256i classesOf(const OctetClasses& classes, __m256i octets) {
+  return _mm256_and_si256(lookUp(classes.byHighHalf(), highHalves(octets)),
+                          lookUp(classes.byLowHalf(), lowHalves(octets)));
+}
+
+/// Faults by class, and by continuations that are wanted and not there or the other way about.
+/// @param wanted has the high bit where a continuation is
+TAVRIN_AVX2 inline __m256i strays(__m256i found, __m256i wanted) {
+  return _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
+}
+
 /// With the high bit where an octet is a lead, or another one from it on, that wants one more.
 TAVRIN_AVX2 inline __m256i from(unsigned lead, __m256i octets) {
   return _mm256_subs_epu8(octets, each(lead - OctetClasses::kContinuation));
@@ -55,10 +67,8 @@ struct Easy {
   const OctetClasses& classes;
 
   TAVRIN_AVX2 __m256i faults(__m256i octets, __m256i before, __m256i twoBefore, __m256i) const {
-    const __m256i found = _mm256_and_si256(lookUp(classes.byHighHalf(), highHalves(octets)),
-                                           lookUp(classes.byLowHalf(), lowHalves(octets)));
     const __m256i wanted = _mm256_or_si256(from(0xC0, before), from(0xE0, twoBefore));
-    return _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
+    return strays(classesOf(classes, octets), wanted);
   }
 };
 
@@ -94,21 +104,18 @@ constexpr WrongPairs kWrongPairs;
 struct Exact {
   TAVRIN_AVX2 __m256i faults(__m256i octets, __m256i before, __m256i twoBefore,
                              __m256i threeBefore) const {
-    const __m256i high = highHalves(octets);
-    const __m256i found = _mm256_and_si256(lookUp(kOctets.byHighHalf(), high),
-                                           lookUp(kOctets.byLowHalf(), lowHalves(octets)));
     const __m256i wanted = _mm256_or_si256(
         _mm256_or_si256(from(0xC0, before), from(0xE0, twoBefore)), from(0xF0, threeBefore));
     const __m256i leads = _mm256_and_si256(lookUp(kWrongPairs.byHighHalfOfLead, highHalves(before)),
                                            lookUp(kWrongPairs.byLowHalfOfLead, lowHalves(before)));
-    const __m256i wrongPairs = _mm256_and_si256(leads, lookUp(kWrongPairs.byHighHalf, high));
+    const __m256i wrongPairs =
+        _mm256_and_si256(leads, lookUp(kWrongPairs.byHighHalf, highHalves(octets)));
     // U+FFFE and U+FFFF: what is left of an octet is zero up to that of U+FFFD.
     const __m256i last = _mm256_and_si256(_mm256_and_si256(_mm256_cmpeq_epi8(twoBefore, each(0xEF)),
                                                            _mm256_cmpeq_epi8(before, each(0xBF))),
                                           _mm256_subs_epu8(octets, each(0xBD)));
-    const __m256i strays =
-        _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
-    return _mm256_or_si256(_mm256_or_si256(strays, wrongPairs), last);
+    return _mm256_or_si256(strays(classesOf(kOctets, octets), wanted),
+                           _mm256_or_si256(wrongPairs, last));
   }
 };
 

@@ -89,8 +89,8 @@ inline constexpr std::size_t kLeastTogether = 19;
 
 inline bool hasAVX2() { return __builtin_cpu_supports("avx2"); }
 
-/// Whether no octet of a text is a fault. It takes no branch that depends on the octets. For a
-/// processor that has AVX2.
+/// Whether no octet of a text is a fault. Behind the first octets it takes no branch that depends
+/// on them. For a processor that has AVX2.
 bool areFaultless(const OctetClasses& classes, std::string_view text);
 
 /// Where the first fault stands, or the end. For a processor that has AVX2.

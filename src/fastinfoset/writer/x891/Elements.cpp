@@ -169,7 +169,7 @@ void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isK
 
 void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool isKnown) {
   State::Document& document = own_->document;
-  if (isKnown) {
+  if (isKnown) {  // It was looked at, and has a record.
     const State::AttributeRecord& record = document.attributeRecords[index];
     if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
       return;
