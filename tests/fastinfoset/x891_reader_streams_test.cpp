@@ -73,25 +73,26 @@ TEST(X891ReaderStreams, MayHoldOneDocumentBehindAnother) {
             outcomeOf([&] { reader.reader.parse(stream); }));
 }
 
+/// Gives an octet at a time, and stops the test where more is wanted than the document has.
+class Trickle : public std::streambuf {
+ public:
+  explicit Trickle(std::string octets) : octets_(std::move(octets)) {}
+
+ protected:
+  int_type underflow() override {
+    if (next_ == octets_.size()) throw std::logic_error("read beyond the document");
+    octet_ = octets_[next_++];
+    setg(&octet_, &octet_, &octet_ + 1);
+    return traits_type::to_int_type(octet_);
+  }
+
+ private:
+  std::string octets_;
+  std::size_t next_ = 0;
+  char octet_ = 0;
+};
+
 TEST(X891ReaderStreams, NeedNotBeSeekable) {
-  // Gives an octet at a time, and stops the test where more is wanted than the document has.
-  class Trickle : public std::streambuf {
-   public:
-    explicit Trickle(std::string octets) : octets_(std::move(octets)) {}
-
-   protected:
-    int_type underflow() override {
-      if (next_ == octets_.size()) throw std::logic_error("read beyond the document");
-      octet_ = octets_[next_++];
-      setg(&octet_, &octet_, &octet_ + 1);
-      return traits_type::to_int_type(octet_);
-    }
-
-   private:
-    std::string octets_;
-    std::size_t next_ = 0;
-    char octet_ = 0;
-  };
   for (const std::string& sample : samples()) {
     Trickle buffer(sample);
     std::istream stream(&buffer);
@@ -99,6 +100,61 @@ TEST(X891ReaderStreams, NeedNotBeSeekable) {
     SampleReader reader;
     EXPECT_EQ("done", outcomeOf([&] { reader.reader.parse(stream); }));
     EXPECT_EQ(SampleReader().read(sample), reader.log.text());
+  }
+}
+
+/// What is told of a document with this text, a chunk of 3 to 258 octets.
+std::string toldOfText(const std::string& text, bool isBuffered) {
+  const std::string head = octets("82") + static_cast<char>(text.size() - 3);
+  const std::string read = document("3C 00 'a'") + head + text + octets("FF");
+  SampleReader reader;
+  if (isBuffered) return reader.read(read);
+  Trickle buffer(read);
+  std::istream stream(&buffer);
+  stream.exceptions(std::ios_base::badbit);
+  const std::string outcome = outcomeOf([&] { reader.reader.parse(stream); });
+  return reader.log.text() + (outcome == "done" ? "" : outcome + "\n");
+}
+
+// Many octets are looked at together, in the stream's buffer where it has them.
+TEST(X891ReaderStreams, OfAnyBufferMayHaveLongText) {
+  const EventLog::Lines started = {"startDocument()", "startElement(, a, a, [])"};
+  const struct {
+    std::string piece;
+    std::string fault;
+  } cases[] = {
+      {"\xC3\xA9 ", ""},
+      {"\xD0\xB6", ""},
+      {"\xE0\xA4\xA8\xE0\xA4\xA6\xE0\xA5\x80", ""},
+      {"\xED\x95\x9C\xEA\xB8\x80", ""},
+      {"\xEF\xBC\x8C\xEF\xBF\xBD", ""},
+      {"\xF0\x9F\x8E\x89", ""},
+      {"\xF4\x8F\xBF\xBD\t\n", ""},
+      {"\x01", "character U+0001"},
+      {"\xEF\xBF\xBE", "character U+FFFE"},
+      {"\xEF\xBF\xBF", "character U+FFFF"},
+      {"\xFF", "UTF-8 octet 0xFF"},
+      {"\xA9", "UTF-8 octet 0xA9"},
+      {"\xC3", "UTF-8 octet 0xC3"},
+      {"\xE0\x9F\xBF", "UTF-8 octet 0xE0"},
+      {"\xED\xA0\x80", "UTF-8 octet 0xED"},
+      {"\xF0\x8F\xBF\xBF", "UTF-8 octet 0xF0"},
+      {"\xF4\x90\x80\x80", "UTF-8 octet 0xF4"},
+  };
+  for (const auto& [piece, fault] : cases) {
+    for (const std::size_t front : {0, 1, 15, 16, 17, 31, 47, 48, 63, 100}) {
+      for (const std::size_t behind : {0, 1, 40, 120}) {
+        const std::string text = std::string(front, 'x') + piece + std::string(behind, 'y');
+        if (text.size() < 19) continue;
+        const std::string expected =
+            fault.empty() ? wholeContent({"characters(" + EventLog::show(text) + ")"})
+                          : failure(started, "Invalid " + fault,
+                                    document("3C 00 'a' 82 00").size() + text.size());
+        for (const bool isBuffered : {false, true}) {
+          EXPECT_EQ(expected, toldOfText(text, isBuffered)) << EventLog::showOctets(text);
+        }
+      }
+    }
   }
 }
 

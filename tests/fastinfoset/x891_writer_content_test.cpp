@@ -93,6 +93,45 @@ TEST(X891WriterText, HasAnIndexOfEveryForm) {
   EXPECT_EQ(indexOf(263184), hex("B8 00 00 00 E2 FF"));
 }
 
+// Many octets of it are looked at together.
+TEST(X891WriterText, MayBeLong) {
+  const struct {
+    std::string piece;
+    std::string fault;
+  } cases[] = {
+      {"\xC3\xA9", ""},
+      {"\xE0\xA4\xA8\xED\x95\x9C", ""},
+      {"\xEF\xBF\xBD\xF0\x9F\x8E\x89\r", ""},
+      {"\x01", "character U+0001"},
+      {"\xEF\xBF\xBE", "character U+FFFE"},
+      {"\xC3", "UTF-8 octet 0xC3"},
+      {"\xED\xA0\x80", "UTF-8 octet 0xED"},
+      {"\xF4\x90\x80\x80", "UTF-8 octet 0xF4"},
+  };
+  for (const auto& [piece, fault] : cases) {
+    for (const std::size_t front : {0, 15, 16, 17, 31, 48, 63}) {
+      for (const std::size_t behind : {0, 40, 120}) {
+        const std::string text = std::string(front, 'x') + piece + std::string(behind, 'y');
+        if (text.size() <= 32) continue;  // Shorter ones enter the table.
+        if (!fault.empty()) {
+          EXPECT_EQ(refusal([&](Writer& w) { w.characters(text); }),
+                    "SAXException: Invalid " + fault + " in character data");
+          continue;
+        }
+        EXPECT_EQ(written([&](Writer& writer) {
+                    writer.startDocument();
+                    writer.start("a");
+                    writer.characters(text);
+                    writer.end("a");
+                    writer.endDocument();
+                  }),
+                  hex("E0 00 00 01 00 3C 00 'a' 82") + ' ' +
+                      EventLog::showOctets(static_cast<char>(text.size() - 3) + text + '\xFF'));
+      }
+    }
+  }
+}
+
 TEST(X891WriterText, IsRefusedWhereItIsNone) {
   EXPECT_EQ(refusal([](Writer& w) { w.characters(std::string(1, '\0')); }),
             "SAXException: Invalid character U+0000 in character data");

@@ -228,6 +228,30 @@ TEST(X891WriterValues, AreRefusedWithWhatIsNoText) {
             "SAXException: Invalid UTF-8 octet 0xC0 in an attribute value");
 }
 
+// A refused tag leaves no value in the table that a later one could refer to, looked at or not.
+TEST(X891WriterValues, AreRefusedAgainAndLeaveNothing) {
+  const std::string refused = "SAXException: Invalid character U+0001 in an attribute value";
+  const std::string bad = std::string(25, 'v') + '\x01';
+  EXPECT_EQ(written([&](Writer& writer) {
+              writer.startDocument();
+              writer.start("a");
+              for (int i = 0; i < 2; ++i) {
+                EXPECT_EQ(thrown([&] {
+                            writer.startElement(
+                                "", "b", "b",
+                                namedAttributes({{"", "c", "c", "good"}, {"", "d", "d", bad}}));
+                          }),
+                          refused);
+              }
+              writer.leaf("b", {{"c", "good"}});
+              writer.leaf("b", {{"c", "good"}});
+              EXPECT_EQ(thrown([&] { writer.leaf("b", {{"c", bad}}); }), refused);
+              writer.end("a");
+              writer.endDocument();
+            }),
+            hex("E0 00 00 01 00 3C 00 'a' 7C 00 'b' 78 00 'c' 43 'good' FF 41 00 80 FF FF"));
+}
+
 TEST(X891WriterElements, AreRefusedWhereTheyCannotEnd) {
   EXPECT_EQ(refusal([](Writer& w) { w.end("b"); }),
             "SAXException: Name mismatch between start and end element");

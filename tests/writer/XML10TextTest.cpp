@@ -124,6 +124,50 @@ TEST(XML10Text, RefusesWhatIsNoCharacter) {
   }
 }
 
+// Many octets are looked at together, also of text that has something to escape.
+TEST(XML10Text, OfAnyLanguageMayBeLong) {
+  for (const std::string piece :
+       {"\xC3\xA9", "\xE0\xA4\xA8\xED\x95\x9C", "\xEF\xBF\xBD\xF0\x9F\x8E\x89", "\n\t"}) {
+    for (const std::size_t front : {0, 15, 16, 17, 31, 48, 63}) {
+      for (const std::size_t behind : {0, 19, 120}) {
+        const std::string begin(front, 'x');
+        const std::string end(behind, 'y');
+        EXPECT_EQ(inRoot([&](XML10Writer& w) { w.characters(begin + piece + end); }),
+                  begin + piece + end);
+        EXPECT_EQ(inRoot([&](XML10Writer& w) {
+                    w.characters(begin + '<' + piece + end + "&" + piece + '\r');
+                  }),
+                  begin + "&lt;" + piece + end + "&amp;" + piece + "&#xD;");
+      }
+    }
+  }
+}
+
+TEST(XML10Text, OfAnyLengthIsRefusedForItsFirstFault) {
+  const struct {
+    std::string piece;
+    std::string what;
+  } cases[] = {{"\x01", "character U+0001"},         {"\xEF\xBF\xBE", "character U+FFFE"},
+               {"\xC3<\x01", "UTF-8 octet 0xC3"},    {"\xE3\x81\x01", "UTF-8 octet 0xE3"},
+               {"\xED\xA0\x80", "UTF-8 octet 0xED"}, {"\xF4\x90\x80\x80", "UTF-8 octet 0xF4"}};
+  for (const auto& c : cases) {
+    for (const std::size_t front : {0, 15, 16, 17, 31, 48, 63}) {
+      for (const std::size_t behind : {0, 19, 120}) {
+        for (const std::string escaped : {"", "&\xC3\xA9"}) {
+          const std::string text =
+              std::string(front, 'x') + escaped + c.piece + std::string(behind, 'y');
+          EXPECT_EQ(refusedInRoot([&](XML10Writer& w) { w.characters(text); }),
+                    "SAXException: You cannot put " + c.what + " into character data");
+          EXPECT_EQ(refusedInRoot([&](XML10Writer& w) {
+                      w.start("e", {{"a", text}});
+                    }),
+                    "SAXException: You cannot put " + c.what + " into an attribute value");
+        }
+      }
+    }
+  }
+}
+
 TEST(XML10Text, MayNotSplitACharacterBetweenCalls) {
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) { w.characters("\xE2\x82"); }),
             "SAXException: You cannot put UTF-8 octet 0xE2 into character data");
