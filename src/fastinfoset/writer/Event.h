@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_FI.h>
 
@@ -7,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <typeinfo>
 #include <utility>
 
 #include "../../xml/NameCache.h"
@@ -58,7 +60,18 @@ struct XMLWriter_FI::Limits {
 struct XMLWriter_FI::KnownNames {
   xml::NameCache<unsigned> elements;
   xml::NameCache<unsigned> attributes;
+  const std::type_info* untyped = nullptr;  // A class of attributes without typed values.
 };
+
+/// The attributes with their typed values, or null. Sources tend to use one class of attributes.
+/// @param untyped a class without them, as it was found out
+inline const EncodingAlgorithmAttributes* findTypedForm(const Attributes& attributes,
+                                                        const std::type_info*& untyped) {
+  if (&typeid(attributes) == untyped) return nullptr;
+  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  if (typed == nullptr) untyped = &typeid(attributes);
+  return typed;
+}
 
 /// Whether an attribute is in the namespace of declarations.
 inline bool isInXmlns(const Attributes& attributes, int index) {

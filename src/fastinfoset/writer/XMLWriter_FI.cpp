@@ -165,7 +165,7 @@ void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attr
   checkName(localName);
   const int length = attributes.getLength();
   if (length == 0) return;
-  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  const auto* const typed = findTypedForm(attributes, known_->untyped);
   for (int i = 0; i < length; ++i) {
     if (isInXmlns(attributes, i)) continue;
     checkName(attributes.getLocalName(i));
@@ -231,7 +231,7 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
 }
 
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
-  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
+  const auto* const typed = findTypedForm(attributes, known_->untyped);
   StringIndexMap& values = vocabulary_.attributeValues;
   perform([&] {
     const int length = attributes.getLength();

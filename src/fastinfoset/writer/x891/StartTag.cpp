@@ -1,4 +1,3 @@
-#include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../Octets.h"
@@ -41,6 +40,7 @@ void XMLWriter_X891::encodeStartTag(const Name& name, const Attributes& attribut
 }
 
 // --- Names and attributes ---
+
 unsigned XMLWriter_X891::takeElementName(const Name& name) {
   const auto& [uri, localName, qName] = name;
   if (const unsigned* const known = known_->elements.find(uri, localName, qName)) {
@@ -55,12 +55,8 @@ unsigned XMLWriter_X891::takeElementName(const Name& name) {
   return index;
 }
 
-/// The attributes with their typed values, or null. Sources tend to use one class of attributes.
 const EncodingAlgorithmAttributes* XMLWriter_X891::typedForm(const Attributes& attributes) {
-  if (&typeid(attributes) == own_->untyped) return nullptr;
-  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
-  if (typed == nullptr) own_->untyped = &typeid(attributes);
-  return typed;
+  return findTypedForm(attributes, known_->untyped);
 }
 
 /// Tells attributes from declarations. A name that is known is that of no declaration.

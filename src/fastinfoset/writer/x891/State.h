@@ -8,7 +8,6 @@
 #include <optional>
 #include <set>
 #include <string_view>
-#include <typeinfo>
 #include <utility>
 
 #include "../../../xml/NamespaceBindings.h"
@@ -95,12 +94,11 @@ struct XMLWriter_X891::State : Limits {
     bool isKnown;         // Its name is one of known_.
   };
   QualifiedName elementName;
-  std::vector<TakenAttribute> attributes;   // Those that are not declarations.
-  std::vector<int> declarations;            // The positions of the others.
-  const std::type_info* untyped = nullptr;  // A class of attributes without typed values.
-  std::vector<std::string> taken;           // Prefixes that attributes declare.
-  std::deque<std::string> encodedValues;    // What applications' algorithms made, in order.
-  std::uint64_t newOctets = 0;              // What new names may add to the tables.
+  std::vector<TakenAttribute> attributes;  // Those that are not declarations.
+  std::vector<int> declarations;           // The positions of the others.
+  std::vector<std::string> taken;          // Prefixes that attributes declare.
+  std::deque<std::string> encodedValues;   // What applications' algorithms made, in order.
+  std::uint64_t newOctets = 0;             // What new names may add to the tables.
   std::uint64_t newEntries = 0;
   WrittenVocabulary vocabulary;  // Of the root: the header's.
 };
