@@ -13,6 +13,7 @@
 
 namespace Tavrin {
 
+class EncodingAlgorithmAttributes;
 struct ExternalVocabulary;
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
@@ -156,30 +157,33 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// The algorithm that encodes, or null.
   /// @param uri   names a registered algorithm; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a registered one
-  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index) override;
-
- protected:
-  /// @name Steps
-  /// @{
-  void beginDocument() override;
-  bool isIndexed(const StringIndexMap& table, const std::string& text) const override;
-  void addEntry(StringIndexMap& table, const std::string& text) override;
-  void addEntry(NameIndexMap& table, const QualifiedName& name) override;
-  void missingNamePart(const std::string& part, const char* what) const override;
-  bool isDeclaration(const Attributes& attributes, int index) const override;
-  void takeDeclarations(const Attributes& attributes,
-                        const std::vector<int>& declarations) override;
-  void checkElementName(const Name& name, unsigned int index, bool isKnown) override;
-  void checkAttributeName(const Name& name, unsigned int index, bool isKnown) override;
-  void checkValue(const std::string& value, unsigned int index) const override;
-  void checkTypedValue(const std::string& uri, int index, const EncodedData& data) override;
-  void beginTag() override;
-  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data) override;
-  /// @}
+  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
 
  private:
   struct State;
   struct WrittenVocabulary;
+
+  void encodeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  void encodeIdentifier(StringIndexMap* table, const std::string& text);
+
+  void beginDocument();
+  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
+
+  void encodeStartTag(const Name& name, const Attributes& attributes);
+  unsigned int takeElementName(const Name& name);
+  const EncodingAlgorithmAttributes* typedForm(const Attributes& attributes);
+  void recogniseAttributes(const Attributes& attributes);
+  void takeAttributes(const Attributes& attributes);
+  void encodeTakenAttributes(const Attributes& attributes);
+  void encodeNewAttributeName(const Name& name);
+  static bool isDeclaration(const Attributes& attributes, int index);
+  void takeDeclarations(const Attributes& attributes, const std::vector<int>& declarations);
+  void checkElementName(const Name& name, unsigned int index, bool isKnown);
+  void checkAttributeName(const Name& name, unsigned int index, bool isKnown);
+  void checkValue(const std::string& value, unsigned int index) const;
+  void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
+  void beginTag();
+  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
 
   void declare(const std::string& prefix, const std::string& uri);
   void takeNewName(const Name& name);

@@ -6,7 +6,7 @@
 /// What the two families of Fast Infoset types do differently, as far as it is a matter of numbers.
 /// "X891" does what ITU-T X.891 says. "FI" keeps the stream that its files have always had.
 ///
-/// What is more than a number is an overridden step of XMLReader_X891 and XMLWriter_X891.
+/// What is more than a number is a step of XMLReader_X891 and XMLWriter_X891 alone.
 namespace Tavrin::fastinfoset {
 
 struct Dialect {

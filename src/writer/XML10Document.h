@@ -83,6 +83,12 @@ inline XMLWriter_XML10::Mark XMLWriter_XML10::mark() const {
           document_->bindings.count()};
 }
 
+/// Composes pieces of the document.
+template <typename... Pieces>
+void XMLWriter_XML10::write(const Pieces&... pieces) {
+  ((composed_ += pieces), ...);
+}
+
 /// Composes an event and writes it out, or leaves everything as it was.
 template <typename Body>
 void XMLWriter_XML10::perform(Body body) {

@@ -11,8 +11,10 @@ namespace {
 
 std::atomic<std::size_t> used{0};
 std::atomic<std::size_t> most{0};
+std::atomic<std::size_t> untilFailure{0};
 
 void* allocate(std::size_t size) noexcept {
+  if (untilFailure > 0 && --untilFailure == 0) return nullptr;
   void* memory = std::malloc(std::max<std::size_t>(size, 1));
   if (memory != nullptr) {
     // Where a test has no threads, these two steps are one.
@@ -41,6 +43,7 @@ namespace allocations {
 std::size_t inUse() { return used; }
 std::size_t peak() { return most; }
 void resetPeak() { most = used.load(); }
+void failAt(std::size_t count) { untilFailure = count; }
 
 }  // namespace allocations
 

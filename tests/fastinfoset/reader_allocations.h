@@ -2,7 +2,8 @@
 
 #include <cstddef>
 
-/// What `operator new` has given out in this program, which replaces it to count.
+/// What `operator new` has given out in this program, which replaces it to count, and to
+/// let it fail.
 namespace allocations {
 
 /// Octets that are in use now.
@@ -11,5 +12,9 @@ std::size_t inUse();
 /// The most octets that were in use at a time since the last call of resetPeak.
 std::size_t peak();
 void resetPeak();
+
+/// Lets an allocation fail, once.
+/// @param count which one from now on, beginning with 1; 0 for none
+void failAt(std::size_t count);
 
 }  // namespace allocations

@@ -43,6 +43,12 @@ EncodingAlgorithm* XMLWriter_X891::getEncodingAlgorithm(const std::string& uri, 
   return found == registered->end() ? nullptr : found->second;
 }
 
+EncodingAlgorithm& XMLWriter_X891::algorithmOrThrow(const std::string& uri, int index) {
+  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
+  if (algorithm == nullptr) throwUnknownAlgorithm(uri);
+  return *algorithm;
+}
+
 /// @throws EncodingAlgorithmException where the document does not name the algorithm
 unsigned XMLWriter_X891::fieldOf(const std::string& uri, int index) const {
   const bool isKnown =

@@ -147,7 +147,7 @@ void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData
   checkTypedContent();
   EncodingAlgorithm& algorithm = algorithmOrThrow(uri, index);
   if (isBuiltIn(uri, index)) {
-    if (checkBuiltIn(index, data) > 0) XMLWriter_FI::object(uri, index, data);
+    if (checkBuiltIn(index, data) > 0) encodeContent(algorithm, data);
   } else {
     putContent(fieldOf(uri, index), encodedBy(algorithm, uri, true, data));
   }

@@ -34,15 +34,21 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   if (document.declared.contains(prefix)) {
     throw SAXException("The prefix \"" + prefix + "\" is declared twice");
   }
-  document.declared.insert(prefix);
-  document.bindings.declare(prefix, uri);
-  // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
-  if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
+  const std::size_t told = namespaces_.size();
+  try {
+    document.declared.insert(prefix);
+    // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
+    if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
+    document.bindings.declare(prefix, uri);
+  } catch (...) {  // Where memory is short, none of them knows of it.
+    document.declared.erase(prefix);
+    namespaces_.resize(told);
+    throw;
+  }
 }
 
-bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) const {
-  return xml::isDeclarationName(attributes.getQName(index)) ||
-         XMLWriter_FI::isDeclaration(attributes, index);
+bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) {
+  return xml::isDeclarationName(attributes.getQName(index)) || isInXmlns(attributes, index);
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
@@ -78,7 +84,8 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
   try {
     const bool mayBegin = state == Prolog || state == AfterDTD;
     if (mayBegin && !document.childrenBegan) own_->vocabulary = prepareVocabulary();
-    XMLWriter_FI::startElement(uri, localName, qName, attributes);
+    XMLWriter::startElement(uri, localName, qName, attributes);
+    perform([&] { encodeStartTag({uri, localName, qName}, attributes); });
   } catch (...) {
     state_ = state;
     hasContent_ = hadContent;
@@ -131,9 +138,8 @@ Record& recordAt(std::vector<Record>& records, std::size_t position) {
 void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri) const {
   const std::string& bound = own_->document.bindings.find(prefix);
   if (bound == uri && !(bound.empty() && !prefix.empty())) return;
-  if (bound.empty() && !prefix.empty())
-    XMLWriter_FI::missingNamePart(std::string(prefix), "prefix");
-  if (bound.empty()) XMLWriter_FI::missingNamePart(uri, "namespace");
+  if (bound.empty() && !prefix.empty()) missingNamePart(std::string(prefix), "prefix");
+  if (bound.empty()) missingNamePart(uri, "namespace");
   if (prefix.empty()) {
     throw SAXException("The default namespace is \"" + bound + "\", not \"" + uri + "\"");
   }
@@ -207,9 +213,6 @@ void XMLWriter_X891::refuseSpelling(const Name& name) {
                      "\" does not belong to the local name \"" + name.localName + "\"");
 }
 
-/// The parts were checked: only a full table lacks one.
-void XMLWriter_X891::missingNamePart(const std::string&, const char*) const {}
-
 // --- Values ---
 
 void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const {
@@ -238,7 +241,8 @@ void XMLWriter_X891::encodeTypedValue(const std::string& uri, int index, const E
     if (checkBuiltIn(index, data) == 0) {
       put(kEmptyString);
     } else {
-      XMLWriter_FI::encodeTypedValue(uri, index, data);
+      sendOctets();
+      algorithmOrThrow(uri, index).encodeToOutputStream(false, data, *out_);
     }
     return;
   }

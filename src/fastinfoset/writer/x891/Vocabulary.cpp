@@ -77,7 +77,7 @@ const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
 /// @throws SAXException where the vocabularies are not possible
 XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
   clearTables();
-  own_->document.tableOctets = 0;
+  own_->tableOctets = 0;
   own_->document.algorithms.clear();
   own_->document.algorithmFields.clear();
   WrittenVocabulary written;
@@ -136,7 +136,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->document.tableOctets += octetsOf(entry) + kEntryOctets;
+    own_->tableOctets += octetsOf(entry) + kEntryOctets;
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {

@@ -14,7 +14,8 @@ using namespace fastinfoset;
 const XMLWriterType XMLWriter_X891::type_("X891", &XMLWriter_X891::create);
 
 XMLWriter_X891::XMLWriter_X891() : XMLWriter_FI(kDialectX891), own_(std::make_unique<State>()) {
-  gatherOctets();
+  limits_ = own_.get();
+  gathers_ = true;  // Also between events: each sends what it has gathered when it is done.
 }
 
 XMLWriter_X891::~XMLWriter_X891() = default;
@@ -92,7 +93,20 @@ void* XMLWriter_X891::getProperty(const std::string& name) {
 
 void XMLWriter_X891::startDocument() {
   if (state_ == Initial) findExternalVocabulary();
-  XMLWriter_FI::startDocument();
+  XMLWriter::startDocument();
+  pendingTerminator_ = false;
+  clearTables();
+  beginDocument();
+}
+
+// What writes a string has the tables of this writer, not others.
+
+void XMLWriter_X891::encodeString(StringIndexMap* table, bool addToTable, const std::string& text) {
+  writeString(table, addToTable, text);
+}
+
+void XMLWriter_X891::encodeIdentifier(StringIndexMap* table, const std::string& text) {
+  writeIdentifier(table, text);
 }
 
 /// Nothing is written yet: notations and unparsed entities, which stand in front of the children,
@@ -118,31 +132,11 @@ void XMLWriter_X891::reset() {
 
 // --- Tables ---
 
-bool XMLWriter_X891::isIndexed(const StringIndexMap& table, const std::string& text) const {
-  const std::uint64_t longest = &table == &vocabulary_.characterChunks
-                                    ? own_->indexedChunkLength
-                                    : own_->indexedAttributeValueLength;
-  return text.size() <= longest && table.positions() < kMaximumEntries &&
-         own_->document.tableOctets + text.size() + kEntryOctets <= own_->maximumTableOctets;
-}
-
-void XMLWriter_X891::addEntry(StringIndexMap& table, const std::string& text) {
-  if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += text.size() + kEntryOctets;
-  XMLWriter_FI::addEntry(table, text);
-}
-
-void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
-  if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += octetsOf(name) + kEntryOctets;
-  XMLWriter_FI::addEntry(table, name);
-}
-
 /// Names and identifiers enter a reader's tables in any case: what a reader would refuse is refused
 /// here.
 void XMLWriter_X891::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
   const std::uint64_t most = std::max(kReadersTableOctets, own_->maximumTableOctets);
-  if (own_->document.tableOctets + octets + entries * kEntryOctets > most) {
+  if (own_->tableOctets + octets + entries * kEntryOctets > most) {
     throw SAXException("The vocabulary takes more than " + std::to_string(most) + " octets");
   }
 }
