@@ -9,6 +9,7 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -28,6 +29,15 @@ std::string utf8(const XMLCh* text) {
   if (text == nullptr) return {};
   const xercesc::TranscodeToStr octets(text, "UTF-8");
   return {reinterpret_cast<const char*>(octets.str()), octets.length()};
+}
+
+/// White space in a public identifier counts as one blank, and does not at its ends
+/// (XML 1.0, 4.2.2).
+std::string publicIdentifier(const XMLCh* text) {
+  std::istringstream words(utf8(text));
+  std::string identifier, word;
+  while (words >> word) identifier += (identifier.empty() ? "" : " ") + word;
+  return identifier;
 }
 
 /// The events of a document, one an item; text that comes in pieces is one.
@@ -69,7 +79,7 @@ class Log : public xercesc::DefaultHandler {
     inDTD_ = true;
     // It does not come at all for a name alone, without so much as brackets.
     if (publicId == nullptr && systemId == nullptr) return;
-    declare("document type", {utf8(name), utf8(publicId), utf8(systemId)});
+    declare("document type", {utf8(name), publicIdentifier(publicId), utf8(systemId)});
   }
   void endDTD() override { inDTD_ = false; }
   void elementDecl(const XMLCh* name, const XMLCh* model) override {
@@ -85,14 +95,15 @@ class Log : public xercesc::DefaultHandler {
   }
   void externalEntityDecl(const XMLCh* name, const XMLCh* publicId,
                           const XMLCh* systemId) override {
-    declare("external entity", {utf8(name), utf8(publicId), utf8(systemId)});
+    declare("external entity", {utf8(name), publicIdentifier(publicId), utf8(systemId)});
   }
   void notationDecl(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId) override {
-    declare("notation", {utf8(name), utf8(publicId), utf8(systemId)});
+    declare("notation", {utf8(name), publicIdentifier(publicId), utf8(systemId)});
   }
   void unparsedEntityDecl(const XMLCh* name, const XMLCh* publicId, const XMLCh* systemId,
                           const XMLCh* notation) override {
-    declare("unparsed entity", {utf8(name), utf8(publicId), utf8(systemId), utf8(notation)});
+    declare("unparsed entity",
+            {utf8(name), publicIdentifier(publicId), utf8(systemId), utf8(notation)});
   }
 
   xercesc::InputSource* resolveEntity(const XMLCh* /*publicId*/,
@@ -116,6 +127,7 @@ class Log : public xercesc::DefaultHandler {
     if (declarations_) add(what, arguments);
   }
   void addText(const std::string& text) {
+    if (text.empty()) return;  // An empty CDATA section.
     if (inText_) {
       events.back() += text;
     } else {
