@@ -3,8 +3,10 @@
 #pragma once
 
 #include <Tavrin/Export.h>
-#include <Tavrin/XMLReader_Expat.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/XMLReader.h>
 
+#include <istream>
 #include <memory>
 #include <string>
 
@@ -12,7 +14,7 @@ namespace Tavrin {
 
 /// Reads XML 1.0 text through expat and loses nothing that SAX2 reports; registered as "XML10".
 ///
-/// It is XMLReader_Expat without that reader's oddities:
+/// It has none of the oddities of XMLReader_Expat:
 /// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
 ///   whatever its type, and no event follows it. The reader can then read another document.
 /// - Names are always split by Namespaces in XML. `xmlns=""` is startPrefixMapping("", "").
@@ -45,8 +47,9 @@ namespace Tavrin {
 ///   of the start tag, without namespace name and local name; with `xmlns-uris`, too, they are in
 ///   the namespace of `xmlns` and have a local name.
 ///
-/// Properties: those of XMLReader_Expat; Tavrin::properties::baseURI, entityAmplificationFactor,
-/// entityAmplificationThreshold, which count from the next document; only to be asked
+/// Properties: Tavrin::properties::lexicalHandler, declarationHandler, which count from the next
+/// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold, which count from the
+/// next document; only to be asked
 /// documentXMLVersion ("1.0" where the document has no declaration) and standalone, which tell of
 /// the last document that has begun.
 ///
@@ -62,7 +65,7 @@ namespace Tavrin {
 /// - ignorable white space in element content: it comes as characters.
 ///
 /// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition.
-class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
+class TAVRIN_API XMLReader_XML10 : public XMLReader {
  public:
   XMLReader_XML10();
   ~XMLReader_XML10() override;
@@ -85,36 +88,30 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
   /// @throws SAXNotRecognizedException for an unknown identifier
   void* getProperty(const std::string& name) override;
 
+  /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
+  /// consulted nor changed.
+  /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError
+  /// @throws SAXException when no parser could be created, and when called from a handler
+  /// @throws whatever a handler, the resolver or a stream throws
+  void parse(std::istream& stream) override;
+
+  /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
+  /// the document up: no endDocument follows.
+  ///
+  /// The events of what a block completes may come with a later block, at the latest with the last:
+  /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
+  /// two again before much more has come.
+  /// @param data    the block, or null
+  /// @param size    its length in octets, however large
+  /// @param isFinal true on the last block
+  /// @throws as parse of a stream
+  void parse(const void* data, unsigned long size, bool isFinal) override;
+
  private:
-  class Locator_XML10;
-  class EntityScope;
-  struct Callbacks;
-  struct DeclaredEntity;
-  struct Document;
-  struct Settings;
+  class Driver;
+  struct State;
 
-  XML_ParserStruct* createParser() const override;
-  void configureParser() override;
-  std::unique_ptr<Locator> createLocator() const override;
-  void beginDocument() override;
-  bool makeReady() override;
-  void handlerThrew() override;
-  int parseBlock(const void* data, unsigned long size, bool isFinal) override;
-  [[noreturn]] void reportError() override;
-  void endDocument() override;
-  [[noreturn]] void leaveParse() override;
-  void releaseParser() override;
-
-  /// Ends the document with a failure where the current entity stands.
-  [[noreturn]] void fail(const std::string& message);
-  /// Ends the document with expat's failure in the current entity.
-  [[noreturn]] void failAsParser();
-  /// The entity that the next external declaration of a parser declares.
-  void numberNextEntity(XML_ParserStruct* parser);
-  void readEntity(const DeclaredEntity& entity, const char* context);
-
-  std::unique_ptr<Settings> settings_;
-  std::unique_ptr<Document> document_;  // While a document is open.
+  std::unique_ptr<State> state_;
 
   static const XMLReaderType type_;
 };
