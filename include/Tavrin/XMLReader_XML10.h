@@ -17,7 +17,10 @@ namespace Tavrin {
 /// It has none of the oddities of XMLReader_Expat:
 /// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
 ///   whatever its type, and no event follows it. The reader can then read another document.
-/// - Names are always split by Namespaces in XML. `xmlns=""` is startPrefixMapping("", "").
+/// - Names are always split by Namespaces in XML, whatever stands in a namespace name. `xmlns=""`
+/// is
+///   startPrefixMapping("", ""). The prefix `xml`, which is always bound, has no prefix mapping,
+///   also where it is declared.
 /// - Notations and unparsed entities go to the DTD handler, declarations to the declaration
 ///   handler, each where it is set. Of several declarations of an entity or an attribute only the
 ///   first counts (XML 1.0, sections 3.3 and 4.2) and is reported.
@@ -32,8 +35,11 @@ namespace Tavrin {
 ///   being read; the message of a failure there names the entity.
 ///
 /// setDocumentLocator and startDocument come when the XML declaration has been read, or before the
-/// first other event or failure, so that the properties below can be asked in startDocument. A
-/// document of blocks that is given up before may have had no event at all.
+/// first other event or failure, so that the properties below can be asked in startDocument.
+///
+/// Versions: a document of another version than 1.0 is read by the rules of 1.0, after a call of
+/// ErrorHandler::warning (XML 1.0, fifth edition, section 2.8). A version that is not "1." and
+/// digits is a failure.
 ///
 /// Encodings: those of expat, and through iconv those in which every character is one octet and
 /// ASCII is ASCII. Others are refused.
@@ -95,13 +101,15 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// @throws whatever a handler, the resolver or a stream throws
   void parse(std::istream& stream) override;
 
-  /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
-  /// the document up: no endDocument follows.
+  /// Reads the next block of a document; see XMLReader::parse. A null pointer is an empty block. An
+  /// empty last block ends the document as any other: a document that is not complete is a failure,
+  /// a complete one has its endDocument. A document is given up by parsing a stream, or with the
+  /// reader.
   ///
   /// The events of what a block completes may come with a later block, at the latest with the last:
   /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
   /// two again before much more has come.
-  /// @param data    the block, or null
+  /// @param data    the block, or null, whatever the size
   /// @param size    its length in octets, however large
   /// @param isFinal true on the last block
   /// @throws as parse of a stream

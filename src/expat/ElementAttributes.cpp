@@ -18,7 +18,7 @@ void ElementAttributes::add(const char* name, const char* value, bool splits) {
   if (record.name != name) {
     record.name = name;
     if (splits) {
-      const ExpatName parts = splitName(record.name, kExpatSeparator);
+      const ExpatName parts = splitName(record.name, kXML10Separator);
       record.uri = parts.uri;
       record.localName = parts.localName;
       assignQName(record.qName, parts);

@@ -10,6 +10,9 @@ namespace Tavrin {
 /// expat then refuses the document.
 inline constexpr char kExpatSeparator = '\n';
 
+/// The same where any namespace name is to be read: an octet that UTF-8 does not have.
+inline constexpr char kXML10Separator = '\xFF';
+
 /// A name that expat has processed for namespaces, taken apart.
 struct ExpatName {
   std::string_view uri;

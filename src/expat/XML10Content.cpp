@@ -34,6 +34,13 @@ void XMLReader_XML10::Driver::Callbacks::endElementHandler(void* userData, const
   });
 }
 
+namespace {
+
+/// The prefix xml is bound without a declaration, and one changes nothing. SAX2 does not report it.
+bool isBoundAnyway(const XML_Char* prefix) { return prefix && std::string_view(prefix) == "xml"; }
+
+}  // namespace
+
 void XMLReader_XML10::Driver::Callbacks::startNamespaceHandler(void* userData,
                                                                const XML_Char* prefix,
                                                                const XML_Char* uri) {
@@ -44,8 +51,14 @@ void XMLReader_XML10::Driver::Callbacks::startNamespaceHandler(void* userData,
     if (document.features.namespacePrefixes) {
       document.declarations.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
     }
+    if (isBoundAnyway(prefix)) return;
     handler.startPrefixMapping(textOrEmpty(prefix), textOrEmpty(uri));
   });
+}
+
+void XMLReader_XML10::Driver::Callbacks::endNamespaceHandler(void* userData,
+                                                             const XML_Char* prefix) {
+  if (!isBoundAnyway(prefix)) Tavrin::Callbacks::endNamespaceHandler(userData, prefix);
 }
 
 void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,

@@ -1,5 +1,6 @@
 #include <new>
 
+#include "../xml/Declarations.h"
 #include "URIReference.h"
 #include "XML10Driver.h"
 
@@ -23,8 +24,16 @@ void XMLReader_XML10::Driver::Callbacks::xmlDeclHandler(void* userData, const XM
   if (document.open.size() > 1) return;
   document.version = version;
   if (standalone >= 0) document.standalone = standalone != 0;
-  // No handler hears of it, but the document begins.
-  driver.guard([] {});
+  // The document begins.
+  driver.guard([&] {
+    if (!xml::isVersion(document.version)) {
+      driver.fail("\"" + document.version + "\" is not a version of XML");
+    }
+    if (document.version != "1.0" && driver.handlers.error) {
+      driver.handlers.error->warning(
+          driver.exceptionHere("XML " + document.version + " is read by the rules of XML 1.0"));
+    }
+  });
 }
 
 void XMLReader_XML10::Driver::Callbacks::startDoctypeDeclHandler(void* userData,

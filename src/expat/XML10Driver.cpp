@@ -52,10 +52,8 @@ void XMLReader_XML10::Driver::parse(std::istream& stream) {
 void XMLReader_XML10::Driver::parse(const void* data, unsigned long size, bool isFinal) {
   guardParse([&] {
     if (!parser_) setupParser();
-    if (data == nullptr) {
-      if (isFinal) releaseParser();
-      return;
-    }
+    if (data == nullptr) size = 0;
+    if (size == 0 && !isFinal) return;
     const XML_Status status = parseBlock(static_cast<const char*>(data), size, isFinal);
     if (status != XML_STATUS_OK) reportError();
     if (!isFinal) return;
@@ -67,7 +65,7 @@ void XMLReader_XML10::Driver::parse(const void* data, unsigned long size, bool i
 void XMLReader_XML10::Driver::setupParser() {
   releaseParser();  // An abandoned document may still be open.
   const XML10Settings::Features& features = settings_.features;
-  parser_.reset(features.namespaces ? XML_ParserCreateNS(nullptr, kExpatSeparator)
+  parser_.reset(features.namespaces ? XML_ParserCreateNS(nullptr, kXML10Separator)
                                     : XML_ParserCreate(nullptr));
   if (!parser_) throw SAXException("Cannot create expat xml parser");
   XML_Parser parser = parser_.get();
@@ -148,14 +146,18 @@ void XMLReader_XML10::Driver::failAsParser() {
   fail(message);
 }
 
-void XMLReader_XML10::Driver::fail(const std::string& message) {
+SAXParseException XMLReader_XML10::Driver::exceptionHere(const std::string& message) const {
   const XML10Document::OpenEntity& current = document_->current();
   const DeclaredEntity& entity = *current.entity;
   const bool isDocument = document_->open.size() == 1;
-  const SAXParseException exception(
+  return SAXParseException(
       isDocument ? message
                  : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
       lineOf(current.parser), columnOf(current.parser));
+}
+
+void XMLReader_XML10::Driver::fail(const std::string& message) {
+  const SAXParseException exception = exceptionHere(message);
   if (handlers.error) handlers.error->fatalError(exception);
   throw exception;
 }

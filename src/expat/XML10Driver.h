@@ -118,6 +118,8 @@ class XMLReader_XML10::Driver : public EventTarget {
   void endDocument();
   /// Ends the document with what stopped the parse.
   [[noreturn]] void reportError();
+  /// A failure, or a warning, where the current entity stands.
+  SAXParseException exceptionHere(const std::string& message) const;
   /// Ends the document with a failure where the current entity stands.
   [[noreturn]] void fail(const std::string& message);
   /// Ends the document with expat's failure in the current entity.
@@ -162,6 +164,7 @@ struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
                                   const XML_Char** attributes);
   static void endElementHandler(void* userData, const XML_Char* name);
   static void startNamespaceHandler(void* userData, const XML_Char* prefix, const XML_Char* uri);
+  static void endNamespaceHandler(void* userData, const XML_Char* prefix);
   static void skippedEntityHandler(void* userData, const XML_Char* name, int isParameterEntity);
 
   // Declarations: XML10Declarations.cpp.

@@ -23,7 +23,7 @@ struct XML10Event {
     if (name == given) return;
     name = given;
     if (splits) {
-      const ExpatName split = splitName(name, kExpatSeparator);
+      const ExpatName split = splitName(name, kXML10Separator);
       uri = split.uri;
       localName = split.localName;
       assignQName(qName, split);
