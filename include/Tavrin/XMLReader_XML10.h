@@ -41,8 +41,9 @@ namespace Tavrin {
 /// ErrorHandler::warning (XML 1.0, fifth edition, section 2.8). A version that is not "1." and
 /// digits is a failure.
 ///
-/// Encodings: those of expat, and through iconv those in which every character is one octet and
-/// ASCII is ASCII. Others are refused.
+/// Encodings: those of expat, UTF-8 by all names that iconv has for it ("utf8"), and through iconv
+/// those in which every character is one octet and ASCII is ASCII. Others are refused. A name is
+/// looked for in the first kibioctet of a document or entity.
 ///
 /// Features: Tavrin::features::namespaces, namespacePrefixes, externalGeneralEntities,
 /// externalParameterEntities, xmlnsURIs; only to be asked isStandalone; validation, which can only

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <istream>
 #include <memory>
+#include <string_view>
 
 namespace Tavrin {
 
@@ -19,8 +20,10 @@ using OwnedParser = std::unique_ptr<XML_ParserStruct, ParserFreer>;
 inline constexpr int kBlockSize = 1024 * 1024;
 
 /// Feeds a whole stream to a parser, in blocks.
+/// @param look what is done with the first block before the parser reads it, or null
 /// @return the parser's last status; XML_STATUS_ERROR also when it gives no buffer
-XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize);
+XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize,
+                       void (*look)(XML_Parser, std::string_view) = nullptr);
 
 inline std::int32_t lineOf(XML_Parser parser) {
   return static_cast<std::int32_t>(XML_GetCurrentLineNumber(parser));

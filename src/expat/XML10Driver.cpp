@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "../sax/ParseScope.h"
+#include "DeclaredEncoding.h"
 #include "ExpatNames.h"
 #include "XML10Driver.h"
 
@@ -43,7 +45,8 @@ void XMLReader_XML10::Driver::guardParse(Parse parse) {
 void XMLReader_XML10::Driver::parse(std::istream& stream) {
   guardParse([&] {
     setupParser();
-    if (parseStream(parser_.get(), stream, kBlockSize) != XML_STATUS_OK) reportError();
+    if (parseStream(parser_.get(), stream, kBlockSize, chooseEncoding) != XML_STATUS_OK)
+      reportError();
     endDocument();
     releaseParser();
   });
@@ -54,7 +57,9 @@ void XMLReader_XML10::Driver::parse(const void* data, unsigned long size, bool i
     if (!parser_) setupParser();
     if (data == nullptr) size = 0;
     if (size == 0 && !isFinal) return;
-    const XML_Status status = parseBlock(static_cast<const char*>(data), size, isFinal);
+    const auto* block = static_cast<const char*>(data);
+    const XML_Status status = document_->start ? parseFirstBlocks(block, size, isFinal)
+                                               : parseBlock(block, size, isFinal);
     if (status != XML_STATUS_OK) reportError();
     if (!isFinal) return;
     endDocument();
@@ -120,6 +125,33 @@ void XMLReader_XML10::Driver::handlerThrew() {
   if (!document_->failure) document_->failure = std::current_exception();
   // The parsers of the entities around this one end as soon as it is left.
   XML_StopParser(document_->current().parser, XML_FALSE);
+}
+
+void XMLReader_XML10::Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
+  if (!declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).value_or(false)) return;
+  if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
+}
+
+XML_Status XMLReader_XML10::Driver::parseFirstBlocks(const char* block, unsigned long size,
+                                                     bool isFinal) {
+  // Nothing is copied where the first block tells it, as it most often does.
+  std::string& start = *document_->start;
+  const std::string_view front(block, std::min<std::size_t>(size, kLongestDeclaration));
+  const bool isFirst = start.empty();
+  if (!isFirst) start += front;
+  const std::string_view looked = isFirst ? front : std::string_view(start);
+  if (!isFinal && !declaresUTF8ByAnotherName(looked.substr(0, kLongestDeclaration))) {
+    if (isFirst) start = front;
+    return XML_STATUS_OK;
+  }
+  chooseEncoding(parser_.get(), looked);
+  const std::string kept = std::move(start);
+  document_->start.reset();
+  if (isFirst) return parseBlock(block, size, isFinal);
+  const bool isAll = front.size() == size;
+  const XML_Status status = parseBlock(kept.data(), kept.size(), isFinal && isAll);
+  if (status != XML_STATUS_OK || isAll) return status;
+  return parseBlock(block + front.size(), size - front.size(), isFinal);
 }
 
 XML_Status XMLReader_XML10::Driver::parseBlock(const char* block, unsigned long size,

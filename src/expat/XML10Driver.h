@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -72,6 +73,8 @@ struct XML10Document {
   std::string resolve(const XML_Char* systemId) const;
 
   const XML10Settings::Features features;
+  /// The first octets of a document of blocks, while it is open what its encoding is.
+  std::optional<std::string> start = std::string();
   const DeclaredEntity self;
   std::vector<OpenEntity> open;
 
@@ -113,6 +116,10 @@ class XMLReader_XML10::Driver : public EventTarget {
   template <typename Parse>
   void guardParse(Parse parse);
   void setupParser();
+  /// Sets the encoding where the start of an entity has a name for it that expat does not know.
+  static void chooseEncoding(XML_Parser parser, std::string_view start);
+  /// Keeps the start of a document of blocks back until its encoding is known.
+  XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Gives a block of any size to the parser.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
   void endDocument();

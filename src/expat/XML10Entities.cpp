@@ -68,7 +68,7 @@ void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const cha
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
-    const XML_Status status = parseStream(child.get(), *stream, kEntityBlockSize);
+    const XML_Status status = parseStream(child.get(), *stream, kEntityBlockSize, chooseEncoding);
     if (document.failure) return;
     if (status == XML_STATUS_ERROR) failAsParser();
     if (handlers.lexical) handlers.lexical->endEntity(entity.name);
