@@ -1,13 +1,16 @@
 /// @file
-/// The registries in which readers and writers are found by name.
+/// The registries in which readers and writers are found by name, and all that it takes to make and
+/// use them.
 ///
-/// Names match without regard to case. The library registers the readers "Expat", "FI",
-/// "X891" and "XML10" and the writers "FI", "X891", "XML" and "XML10"; an application adds a type
-/// of its own by keeping a static XMLReaderType or XMLWriterType. Registration is meant for static
-/// initialisation: nothing here is locked.
+/// Names match without regard to the case of ASCII letters, whatever the locale. The library
+/// registers the readers "Expat", "FI", "X891" and "XML10" and the writers "FI", "X891", "XML" and
+/// "XML10"; an application adds a type of its own by keeping a static XMLReaderType or
+/// XMLWriterType. Registration is meant for static initialisation: nothing here is locked.
 #pragma once
 
 #include <Tavrin/Export.h>
+#include <Tavrin/XMLReader.h>
+#include <Tavrin/XMLWriter.h>
 
 #include <map>
 #include <memory>
@@ -15,9 +18,6 @@
 #include <vector>
 
 namespace Tavrin {
-
-class XMLReader;
-class XMLWriter;
 
 /// Registers a type of reader for as long as the record lives.
 class TAVRIN_API XMLReaderType {

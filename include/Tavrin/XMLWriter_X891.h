@@ -119,7 +119,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 225
   /// encoding algorithms`, `More than 241 restricted alphabets`, `A table of the vocabulary has
   /// more than 1048576 entries`, and as for names and text elsewhere.
-  /// @throws SAXException for an XML version that is neither "1.0" nor "1.1"
+  /// @throws SAXException for an XML version that is not "1." and digits
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
 

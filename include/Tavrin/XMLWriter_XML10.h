@@ -23,8 +23,9 @@ class EventOctets;
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. Properties, each with a
 /// type of value: Tavrin::properties::indentWidth, quoteCharacter, standalone and
-/// documentXMLVersion, which can only be "1.0". Features and properties count from the next event,
-/// and stay when the writer is reset.
+/// documentXMLVersion: "1." and digits, as readers tell it. What is written is XML 1.0 and says so,
+/// whatever the version. Features and properties count from the next event, and stay when the
+/// writer is reset.
 ///
 /// **Names.** An element or attribute comes with namespace name, local name and qualified name.
 /// They must fit each other and the prefix mappings in force: what binds a prefix, and the default

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "../xml/Declarations.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
 #include "AddDeclaration.h"
@@ -407,7 +408,9 @@ bool XMLWriter_XML10::getFeature(const std::string& name) {
 void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
   if (name == properties::documentXMLVersion) {
     const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
-    if (version != "1.0") throw SAXException("XML " + version + " cannot be written");
+    if (!xml::isVersion(version)) {
+      throw SAXException("\"" + version + "\" is not a version of XML");
+    }
     version_ = version;
   } else if (name == properties::standalone) {
     statesStandalone_ = value != nullptr;

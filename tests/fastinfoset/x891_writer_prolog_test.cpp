@@ -103,6 +103,7 @@ TEST(X891WriterProlog, TakesPropertiesUntilItIsWritten) {
   Writer writer;
   writer.startDocument();
   writer.comment("");
+  writer.set(properties::documentXMLVersion, std::string("1.7"));
   writer.set(properties::documentXMLVersion, std::string("1.1"));
   writer.start("a");
   writer.set(properties::standalone, true);

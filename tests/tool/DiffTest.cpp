@@ -59,6 +59,18 @@ TEST_F(Diff, FindsDocumentsTheSameThatDifferInTheirWriting) {
   for (const auto& [a, b] : cases) expectSame(a, b);
 }
 
+TEST_F(Diff, FindsACopyTheSameThatDoesNotDeclareTheXmlPrefix) {
+  const std::string document =
+      "<a xmlns:xml='http://www.w3.org/XML/1998/namespace' xml:lang='en'/>";
+  writeFile("a.xml", document);
+  for (const char* copy : {"copy.xml", "copy.fi"}) {
+    EXPECT_EQ(run({"convert", "a.xml", copy}), silent(0));
+    EXPECT_EQ(run({"diff", "a.xml", copy}), silent(0));
+    EXPECT_EQ(run({"diff", copy, "a.xml"}), silent(0));
+  }
+  expectSame(document, "<a xml:lang='en'/>");
+}
+
 TEST_F(Diff, FindsDocumentsTheSameInWhateverEncoding) {
   const std::string text =
       "<?p d?><a xmlns='u' xmlns:p='v' id='1'><p:b p:cc='2'>text</p:b><!--c--></a>";

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../../xml/Declarations.h"
 #include "../../Dialect.h"
 #include "State.h"
 
@@ -44,7 +45,7 @@ void* addressOf(std::optional<Value>& property) {
 void checkVersion(const void* value) {
   if (value == nullptr) return;
   const auto& version = *static_cast<const std::string*>(value);
-  if (version != "1.0" && version != "1.1") {
+  if (!xml::isVersion(version)) {
     throw SAXException("\"" + version + "\" is not a version of XML");
   }
 }
