@@ -63,6 +63,7 @@ struct XMLWriter_X891::State {
   };
 
   struct Document {
+    bool isBroken = false;       // An event failed when some of it may have been written.
     bool childrenBegan = false;  // The header and what was held back are written.
     std::vector<PrologItem> prolog;
     std::vector<Notation> notations;
@@ -83,12 +84,31 @@ struct XMLWriter_X891::State {
   };
   Document document;
 
-  // --- Of the start tag that is being written ---
+  // --- Of the event that is running ---
+  bool isWriting = false;                 // Of the event that is running, some may be written.
   std::vector<std::string> taken;         // Prefixes that attributes declare.
   std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
   std::uint64_t newOctets = 0;            // What new names may add to the tables.
   std::uint64_t newEntries = 0;
   WrittenVocabulary vocabulary;  // Of the root: the header's.
 };
+
+/// Runs an event. Where it is refused, or fails before any of it is written, it leaves no trace.
+/// Where it fails later, nobody can tell what has been written, and nothing may follow.
+template <typename Body>
+void XMLWriter_X891::attempt(Body body) {
+  requireSound();
+  const WriterState state = state_;
+  const bool hadContent = hasContent_;
+  try {
+    body();
+  } catch (...) {
+    state_ = state;
+    hasContent_ = hadContent;
+    if (own_->isWriting) breakOff();
+    throw;
+  }
+  own_->isWriting = false;
+}
 
 }  // namespace Tavrin

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "State.h"
 
@@ -43,7 +44,7 @@ void* addressOf(std::optional<Value>& property) {
 void checkVersion(const void* value) {
   if (value == nullptr) return;
   const auto& version = *static_cast<const std::string*>(value);
-  if (version != "1.0" && version != "1.1") {
+  if (!xml::isVersion(version)) {
     throw SAXException("\"" + version + "\" is not a version of XML");
   }
 }
@@ -91,8 +92,10 @@ void* XMLWriter_X891::getProperty(const std::string& name) {
 // --- The document ---
 
 void XMLWriter_X891::startDocument() {
-  if (state_ == Initial) findExternalVocabulary();
-  XMLWriter_FI::startDocument();
+  attempt([this] {
+    if (state_ == Initial) findExternalVocabulary();
+    XMLWriter_FI::startDocument();
+  });
 }
 
 /// Nothing is written yet: notations and unparsed entities, which stand in front of the children,
@@ -104,9 +107,13 @@ void XMLWriter_X891::beginDocument() {
 }
 
 void XMLWriter_X891::endDocument() {
-  if (state_ == Prolog || state_ == AfterDTD) throw SAXException("A document needs a root element");
-  XMLWriter_FI::endDocument();
-  sendOctets();
+  attempt([this] {
+    if (state_ == Prolog || state_ == AfterDTD) {
+      throw SAXException("A document needs a root element");
+    }
+    own_->isWriting = state_ == AfterRoot;  // Else, it is refused.
+    XMLWriter_FI::endDocument();
+  });
 }
 
 void XMLWriter_X891::reset() {
@@ -114,6 +121,25 @@ void XMLWriter_X891::reset() {
   clearTables();
   pendingTerminator_ = false;
   beginDocument();
+}
+
+// --- Failures ---
+
+void XMLWriter_X891::requireSound() const {
+  if (!own_->document.isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+void XMLWriter_X891::breakOff() noexcept {
+  own_->isWriting = false;
+  own_->document.isBroken = true;
+  state_ = Ended;
+  // What has gathered belongs here, and must not come later. The failure to tell of is the first.
+  try {
+    sendOctets();
+  } catch (...) {
+    return;
+  }
 }
 
 // --- Tables ---
