@@ -43,6 +43,7 @@ void XMLWriter_XML10::endDTD() {
 }
 
 void XMLWriter_XML10::startEntity(const std::string& name) {
+  requireSound();
   if (state_ != InDTD) return;
   Document& document = *document_;
   if (document.entitiesOutside > 0) {
@@ -62,12 +63,14 @@ void XMLWriter_XML10::startEntity(const std::string& name) {
 }
 
 void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+  requireSound();
   if (state_ == InDTD && document_->entitiesOutside > 0) --document_->entitiesOutside;
 }
 
 // --- References ---
 
 void XMLWriter_XML10::skippedEntity(const std::string& name) {
+  requireSound();
   if (name == "[dtd]" || isOutsideInternalSubset()) return;
   if (isParameterEntity(name) && state_ == InDTD) {
     writeParameterReference(name);
@@ -140,7 +143,8 @@ void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
   write(quote);
 }
 
-/// Only a notation may do without a system identifier (productions 75 and 83).
+/// Only a notation may do without a system identifier, if it has a public one (productions 75 and
+/// 83). Elsewhere, one that is empty was written so.
 void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& /*name*/,
                                               const std::string& publicId,
                                               const std::string& systemId) {
@@ -154,9 +158,6 @@ void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::stri
     return;
   }
   if (!hasSystemId && declared == Declared::DocumentType) return;
-  if (!hasSystemId && declared == Declared::Notation) {
-    throw SAXException("A notation needs a public or a system identifier");
-  }
   write(" SYSTEM");
   writeSystemLiteral(systemId);
 }

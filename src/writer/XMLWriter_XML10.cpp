@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "../xml/Characters.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
 #include "EventOctets.h"
@@ -43,17 +44,45 @@ void XMLWriter_XML10::send() {}
 void XMLWriter_XML10::restore(const Mark& mark) {
   state_ = mark.state;
   hasContent_ = mark.hasContent;
+  // An element that is gone does not come back: its end was composed in vain.
+  if (elements_.size() < mark.elements) return breakOff();
   while (elements_.size() > mark.elements) elements_.pop_back();
+  while (document_->open.size() > mark.open) document_->open.pop_back();
   composed_.resize(mark.octets);
   document_->breaks.resize(mark.breaks);
   document_->bindings.undo(document_->bindings.count() - mark.declarations);
+  document_->brackets = mark.brackets;
+}
+
+void XMLWriter_XML10::requireSound() const {
+  if (!document_->isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+/// What is composed is not written any more.
+void XMLWriter_XML10::breakOff() noexcept {
+  document_->isBroken = true;
+  state_ = Ended;
+  composed_.clear();
+  document_->breaks.clear();
+}
+
+/// Runs what writes.
+template <typename Write>
+void XMLWriter_XML10::writeOrBreakOff(Write write) {
+  try {
+    write();
+  } catch (...) {
+    breakOff();
+    throw;
+  }
 }
 
 /// Writes what is composed, unless a line break in it may yet be forbidden.
 void XMLWriter_XML10::commit() {
   if (composed_.empty()) return;
   document_->hasBegun = true;
-  if (document_->breaks.empty() || elements_.empty()) writeOut();
+  if (document_->breaks.empty() || elements_.empty()) writeOrBreakOff([this] { writeOut(); });
 }
 
 /// Whether nothing waits to be written and no line is to be broken: most events come like that, and
@@ -65,7 +94,7 @@ bool XMLWriter_XML10::isDirect() const {
 
 void XMLWriter_XML10::writeDirectly(EventOctets& octets) {
   octets.write();
-  if (!composed_.empty()) XMLWriter_XML::send();
+  if (!composed_.empty()) writeOrBreakOff([this] { XMLWriter_XML::send(); });
 }
 
 void XMLWriter_XML10::writeOut() {
@@ -134,12 +163,18 @@ void XMLWriter_XML10::endDocument() {
 }
 
 void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  requireSound();
   if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
     throw SAXException("You cannot declare a namespace at this point");
   }
   xml::requireDeclarable(prefix, uri);
   namespaces_.push_back(prefix);
-  namespaces_.push_back(uri);
+  try {
+    namespaces_.push_back(uri);
+  } catch (...) {
+    namespaces_.pop_back();
+    throw;
+  }
 }
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
@@ -147,17 +182,16 @@ void XMLWriter_XML10::startElement(const std::string& uri, const std::string& lo
   if (!isDirect()) {
     return perform([&] { XMLWriter_XML::startElement(uri, localName, qName, attributes); });
   }
-  xml::NamespaceBindings& bindings = document_->bindings;
-  const std::size_t declared = bindings.count();
+  const Mark before = mark();
   EventOctets octets(out_, composed_);
   if (!hasContent_) octets.append('>');
   try {
     composeStartTag(octets, uri, localName, qName, attributes);
+    XMLWriter::startElement(uri, localName, qName, attributes);
   } catch (...) {
-    bindings.undo(bindings.count() - declared);
+    restore(before);
     throw;
   }
-  XMLWriter::startElement(uri, localName, qName, attributes);
   namespaces_.clear();
   writeDirectly(octets);
 }
@@ -197,6 +231,12 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
     });
   }
   const bool hadContent = hasContent_;
+  EventOctets octets(out_, composed_);
+  if (!hadContent && emptyTags_) {
+    octets.append('/', '>');
+  } else {
+    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
+  }
   try {
     XMLWriter::endElement(uri, localName, qName);
   } catch (...) {
@@ -204,12 +244,6 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
     throw;
   }
   closeElement();
-  EventOctets octets(out_, composed_);
-  if (!hadContent && emptyTags_) {
-    octets.append('/', '>');
-  } else {
-    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
-  }
   writeDirectly(octets);
 }
 
@@ -228,8 +262,10 @@ void XMLWriter_XML10::characters(const std::string& text) {
     const bool mayBeWhole = !isFirst || text.size() > kShort;
     if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
       hasContent_ = true;
-      if (out_ && isFirst) writeOctets(*out_, ">");
-      if (out_) writeOctets(*out_, text);
+      writeOrBreakOff([&] {
+        if (out_ && isFirst) writeOctets(*out_, ">");
+        if (out_) writeOctets(*out_, text);
+      });
     } else {
       EventOctets octets(out_, composed_);
       if (isFirst) octets.append('>');
@@ -340,7 +376,7 @@ void XMLWriter_XML10::comment(const std::string& text) {
 void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
   if (name == properties::documentXMLVersion) {
     const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
-    if (version != "1.0") throw SAXException("XML " + version + " cannot be written");
+    if (!xml::isVersion(version)) throw SAXException("XML " + version + " cannot be written");
     version_ = version;
   } else if (name == properties::standalone) {
     statesStandalone_ = value != nullptr;

@@ -66,15 +66,10 @@ EncodingAlgorithm& XMLWriter_X891::algorithmFor(const std::string& uri, int inde
 
 /// Tells what is unknown, and where it could be made known.
 void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
-  const std::string& name = uri.empty() ? namedAlgorithm(index) : uri;
-  const std::size_t count = own_->document.algorithms.size();
-  std::string what = name;
-  if (name.empty()) {
-    what = "number " + std::to_string(index) + ", where the document names ";
-    what += count == 0 ? "none beside the built-in ones"
-                       : std::to_string(kFirstNamed) + " to " +
-                             std::to_string(kFirstNamed + static_cast<int>(count) - 1);
-  }
+  const std::string name = uri.empty() ? namedAlgorithm(index) : uri;
+  const std::string what =
+      name.empty() ? "number " + std::to_string(index) + ", which the document does not name"
+                   : name;
   throw EncodingAlgorithmException(
       "Unknown encoding algorithm - " + what + ": it must be registered with the property \"" +
       properties::registeredEncodingAlgorithms + "\" before the root element");
