@@ -15,7 +15,8 @@ namespace Tavrin {
 /// It is XMLReader_Expat without that reader's oddities:
 /// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
 ///   whatever its type, and no event follows it. The reader can then read another document.
-/// - Names are always split by Namespaces in XML. `xmlns=""` is startPrefixMapping("", "").
+/// - Names are always split by Namespaces in XML, and are qualified names in declarations, too:
+///   `"x:2" is not a qualified name`. `xmlns=""` is startPrefixMapping("", "").
 /// - Notations and unparsed entities go to the DTD handler, declarations to the declaration
 ///   handler, each where it is set. Of several declarations of an entity or an attribute only the
 ///   first counts (XML 1.0, sections 3.3 and 4.2) and is reported.
@@ -107,6 +108,8 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
 
   /// Ends the document with a failure where the current entity stands.
   [[noreturn]] void fail(const std::string& message);
+  /// Refuses a name of an element or attribute that is no qualified name.
+  void requireQName(const char* name);
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
   /// The entity that the next external declaration of a parser declares.

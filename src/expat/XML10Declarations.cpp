@@ -1,9 +1,17 @@
 #include <new>
 
+#include "../xml/Characters.h"
 #include "URIReference.h"
 #include "XML10Document.h"
 
 namespace Tavrin {
+
+/// expat looks at names in declarations, but not at what stands behind their colon (Namespaces in
+/// XML, sections 4 and 7).
+void XMLReader_XML10::requireQName(const char* name) {
+  if (!document_->features.namespaces || xml::isQName(name)) return;
+  fail('"' + std::string(name) + "\" is not a qualified name");
+}
 
 /// An identifier that is absent is empty.
 std::string XMLReader_XML10::Document::resolve(const XML_Char* systemId) const {
@@ -33,6 +41,7 @@ void XMLReader_XML10::Callbacks::startDoctypeDeclHandler(void* userData, const X
                                                          int hasInternalSubset) {
   XMLReader_XML10& reader = from(userData);
   guard(reader, [&] {
+    reader.requireQName(name);
     Document& document = *reader.document_;
     document.entities.front() = {"[dtd]", textOrEmpty(publicId), document.resolve(systemId)};
     reader.numberNextEntity(document.current().parser);
@@ -83,12 +92,31 @@ void XMLReader_XML10::Callbacks::entityDeclHandler(void* userData, const XML_Cha
   });
 }
 
+void XMLReader_XML10::Callbacks::elementDeclHandler(void* userData, const XML_Char* name,
+                                                    XML_Content* model) {
+  XMLReader_XML10& reader = from(userData);
+  guard(reader, [&] {
+    reader.requireQName(name);
+    // A document decides how deep a model is.
+    std::vector<const XML_Content*> nodes = {model};
+    while (!nodes.empty()) {
+      const XML_Content& node = *nodes.back();
+      nodes.pop_back();
+      if (node.name != nullptr) reader.requireQName(node.name);
+      for (unsigned i = 0; i < node.numchildren; ++i) nodes.push_back(node.children + i);
+    }
+  });
+  XMLReader_Expat::Callbacks::elementDeclHandler(userData, name, model);
+}
+
 void XMLReader_XML10::Callbacks::attlistDeclHandler(void* userData, const XML_Char* elementName,
                                                     const XML_Char* attributeName,
                                                     const XML_Char* type,
                                                     const XML_Char* defaultValue, int isRequired) {
   XMLReader_XML10& reader = from(userData);
   guard(reader, [&] {
+    reader.requireQName(elementName);
+    reader.requireQName(attributeName);
     const std::string declaredType = AttributeTypes::declaredForm(type);
     const bool isFirst =
         reader.document_->attributeTypes.declare(elementName, attributeName, declaredType);

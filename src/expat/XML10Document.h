@@ -114,6 +114,7 @@ struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
                                 const XML_Char* value, int valueLength, const XML_Char* base,
                                 const XML_Char* systemId, const XML_Char* publicId,
                                 const XML_Char* notationName);
+  static void elementDeclHandler(void* userData, const XML_Char* name, XML_Content* model);
   static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);

@@ -60,6 +60,7 @@ void XMLReader_XML10::Callbacks::install(XML_Parser parser, const Settings::Feat
   XML_SetStartDoctypeDeclHandler(parser, startDoctypeDeclHandler);
   XML_SetNotationDeclHandler(parser, notationDeclHandler);
   XML_SetEntityDeclHandler(parser, entityDeclHandler);
+  XML_SetElementDeclHandler(parser, elementDeclHandler);
   XML_SetAttlistDeclHandler(parser, attlistDeclHandler);
   XML_SetExternalEntityRefHandler(parser, externalEntityRefHandler);
 }

@@ -276,12 +276,7 @@ void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::strin
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;
   std::optional<std::string> given;
-  if (mode.empty() || mode == "#FIXED") {
-    if (isNamespaceDeclaration) {
-      xml::requireDeclarable(xml::declaredPrefix(aName), value);
-    }
-    given = value;
-  }
+  if (mode.empty() || mode == "#FIXED") given = value;
   document_->defaults[eName].emplace(aName, given);
 }
 
