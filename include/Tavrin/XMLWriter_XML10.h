@@ -20,12 +20,15 @@ class EventOctets;
 /// Whatever it is given, what it writes is well-formed, with regard to namespaces too, and comes
 /// back as it was, or the event is refused with a SAXException that names the reason. A refused
 /// event leaves no octet behind and the writer as it was before: what follows may go on from there.
+/// So does one that fails for another reason, in the attributes that are given or for want of
+/// memory, as long as nothing of it may have been written. Otherwise, and where the stream throws,
+/// every further event is refused (`The document cannot go on after a failure: the writer must be
+/// reset`), until reset.
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. Properties, each with a
 /// type of value: Tavrin::properties::indentWidth, quoteCharacter, standalone and
-/// documentXMLVersion: "1." and digits, as readers tell it. What is written is XML 1.0 and says so,
-/// whatever the version. Features and properties count from the next event, and stay when the
-/// writer is reset.
+/// documentXMLVersion, which can be any `1.[0-9]+`; what is written is XML 1.0, and says so.
+/// Features and properties count from the next event, and stay when the writer is reset.
 ///
 /// **Names.** An element or attribute comes with namespace name, local name and qualified name.
 /// They must fit each other and the prefix mappings in force: what binds a prefix, and the default
@@ -143,6 +146,10 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   void perform(Body body);
   Mark mark() const;
   void restore(const Mark& mark);
+  void requireSound() const;
+  void breakOff() noexcept;
+  template <typename Write>
+  void writeOrBreakOff(Write write);
   void commit();
   void send();
   void writeOut();

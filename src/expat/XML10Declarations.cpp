@@ -1,10 +1,17 @@
 #include <new>
 
-#include "../xml/Declarations.h"
+#include "../xml/Characters.h"
 #include "URIReference.h"
 #include "XML10Driver.h"
 
 namespace Tavrin {
+
+/// expat looks at names in declarations, but not at what stands behind their colon (Namespaces in
+/// XML, sections 4 and 7).
+void XMLReader_XML10::Driver::requireQName(const char* name) {
+  if (!document_->features.namespaces || xml::isQName(name)) return;
+  fail('"' + std::string(name) + "\" is not a qualified name");
+}
 
 /// An identifier that is absent is empty.
 std::string XML10Document::resolve(const XML_Char* systemId) const {
@@ -43,6 +50,7 @@ void XMLReader_XML10::Driver::Callbacks::startDoctypeDeclHandler(void* userData,
                                                                  int hasInternalSubset) {
   Driver& driver = from(userData);
   driver.guard([&] {
+    driver.requireQName(name);
     XML10Document& document = *driver.document_;
     document.entities.front() = {"[dtd]", textOrEmpty(publicId), document.resolve(systemId)};
     driver.numberNextEntity(document.current().parser);
@@ -91,11 +99,30 @@ void XMLReader_XML10::Driver::Callbacks::entityDeclHandler(
   });
 }
 
+void XMLReader_XML10::Driver::Callbacks::elementDeclHandler(void* userData, const XML_Char* name,
+                                                            XML_Content* model) {
+  Driver& driver = from(userData);
+  driver.guard([&] {
+    driver.requireQName(name);
+    // A document decides how deep a model is.
+    std::vector<const XML_Content*> nodes = {model};
+    while (!nodes.empty()) {
+      const XML_Content& node = *nodes.back();
+      nodes.pop_back();
+      if (node.name != nullptr) driver.requireQName(node.name);
+      for (unsigned i = 0; i < node.numchildren; ++i) nodes.push_back(node.children + i);
+    }
+  });
+  Tavrin::Callbacks::elementDeclHandler(userData, name, model);
+}
+
 void XMLReader_XML10::Driver::Callbacks::attlistDeclHandler(
     void* userData, const XML_Char* elementName, const XML_Char* attributeName,
     const XML_Char* type, const XML_Char* defaultValue, int isRequired) {
   Driver& driver = from(userData);
   driver.guard([&] {
+    driver.requireQName(elementName);
+    driver.requireQName(attributeName);
     const std::string declaredType = AttributeTypes::declaredForm(type);
     const bool isFirst =
         driver.document_->attributeTypes.declare(elementName, attributeName, declaredType);

@@ -125,6 +125,8 @@ class XMLReader_XML10::Driver : public EventTarget {
   void endDocument();
   /// Ends the document with what stopped the parse.
   [[noreturn]] void reportError();
+  /// Refuses a name of an element or attribute that is no qualified name.
+  void requireQName(const char* name);
   /// A failure, or a warning, where the current entity stands.
   SAXParseException exceptionHere(const std::string& message) const;
   /// Ends the document with a failure where the current entity stands.
@@ -186,6 +188,7 @@ struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
                                 const XML_Char* value, int valueLength, const XML_Char* base,
                                 const XML_Char* systemId, const XML_Char* publicId,
                                 const XML_Char* notationName);
+  static void elementDeclHandler(void* userData, const XML_Char* name, XML_Content* model);
   static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);

@@ -54,6 +54,7 @@ void XMLWriter_XML10::endDTD() {
 }
 
 void XMLWriter_XML10::startEntity(const std::string& name) {
+  requireSound();
   if (state_ != InDTD) return;
   Document& document = *document_;
   if (document.entitiesOutside > 0) {
@@ -73,12 +74,14 @@ void XMLWriter_XML10::startEntity(const std::string& name) {
 }
 
 void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+  requireSound();
   if (state_ == InDTD && document_->entitiesOutside > 0) --document_->entitiesOutside;
 }
 
 // --- References ---
 
 void XMLWriter_XML10::skippedEntity(const std::string& name) {
+  requireSound();
   if (name == "[dtd]" || isOutsideInternalSubset()) return;
   if (isParameterEntity(name) && state_ == InDTD) {
     writeParameterReference(name);
@@ -151,7 +154,8 @@ void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
   write(quote);
 }
 
-/// Only a notation may do without a system identifier (productions 75 and 83).
+/// Only a notation may do without a system identifier, if it has a public one (productions 75 and
+/// 83). Elsewhere, one that is empty was written so.
 void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& publicId,
                                               const std::string& systemId) {
   const bool hasSystemId = !systemId.empty();
@@ -164,9 +168,6 @@ void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::stri
     return;
   }
   if (!hasSystemId && declared == Declared::DocumentType) return;
-  if (!hasSystemId && declared == Declared::Notation) {
-    throw SAXException("A notation needs a public or a system identifier");
-  }
   write(" SYSTEM");
   writeSystemLiteral(systemId);
 }
@@ -311,12 +312,7 @@ void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::strin
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;
   std::optional<std::string> given;
-  if (mode.empty() || mode == "#FIXED") {
-    if (isNamespaceDeclaration) {
-      xml::requireDeclarable(xml::declaredPrefix(aName), value);
-    }
-    given = value;
-  }
+  if (mode.empty() || mode == "#FIXED") given = value;
   document_->defaults[eName].emplace(aName, given);
 }
 

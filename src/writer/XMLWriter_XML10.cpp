@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "../xml/Declarations.h"
+#include "../xml/Characters.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
 #include "AddDeclaration.h"
@@ -44,10 +44,38 @@ std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<X
 void XMLWriter_XML10::restore(const Mark& mark) {
   state_ = mark.state;
   hasContent_ = mark.hasContent;
+  // An element that is gone does not come back: its end was composed in vain.
+  if (elements_.size() < mark.elements) return breakOff();
   while (elements_.size() > mark.elements) elements_.pop_back();
+  while (document_->open.size() > mark.open) document_->open.pop_back();
   composed_.resize(mark.octets);
   document_->breaks.resize(mark.breaks);
   document_->bindings.undo(document_->bindings.count() - mark.declarations);
+  document_->brackets = mark.brackets;
+}
+
+void XMLWriter_XML10::requireSound() const {
+  if (!document_->isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+/// What is composed is not written any more.
+void XMLWriter_XML10::breakOff() noexcept {
+  document_->isBroken = true;
+  state_ = Ended;
+  composed_.clear();
+  document_->breaks.clear();
+}
+
+/// Runs what writes.
+template <typename Write>
+void XMLWriter_XML10::writeOrBreakOff(Write write) {
+  try {
+    write();
+  } catch (...) {
+    breakOff();
+    throw;
+  }
 }
 
 /// Writes out what is composed.
@@ -68,7 +96,7 @@ void XMLWriter_XML10::send() {
 void XMLWriter_XML10::commit() {
   if (composed_.empty()) return;
   document_->hasBegun = true;
-  if (document_->breaks.empty() || elements_.empty()) writeOut();
+  if (document_->breaks.empty() || elements_.empty()) writeOrBreakOff([this] { writeOut(); });
 }
 
 /// Whether nothing waits to be written and no line is to be broken: most events come like that, and
@@ -80,7 +108,7 @@ bool XMLWriter_XML10::isDirect() const {
 
 void XMLWriter_XML10::writeDirectly(EventOctets& octets) {
   octets.write();
-  if (!composed_.empty()) send();
+  if (!composed_.empty()) writeOrBreakOff([this] { send(); });
 }
 
 void XMLWriter_XML10::writeOut() {
@@ -169,6 +197,7 @@ void XMLWriter_XML10::endDocument() {
 }
 
 void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  requireSound();
   if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
     throw SAXException("You cannot declare a namespace at this point");
   }
@@ -189,17 +218,16 @@ void XMLWriter_XML10::startElement(const std::string& uri, const std::string& lo
       namespaces_.clear();
     });
   }
-  xml::NamespaceBindings& bindings = document_->bindings;
-  const std::size_t declared = bindings.count();
+  const Mark before = mark();
   EventOctets octets(out_, composed_);
   if (!hasContent_) octets.append('>');
   try {
     composeStartTag(octets, uri, localName, qName, attributes);
+    XMLWriter::startElement(uri, localName, qName, attributes);
   } catch (...) {
-    bindings.undo(bindings.count() - declared);
+    restore(before);
     throw;
   }
-  XMLWriter::startElement(uri, localName, qName, attributes);
   namespaces_.clear();
   writeDirectly(octets);
 }
@@ -239,6 +267,12 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
     });
   }
   const bool hadContent = hasContent_;
+  EventOctets octets(out_, composed_);
+  if (!hadContent && emptyTags_) {
+    octets.append('/', '>');
+  } else {
+    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
+  }
   try {
     XMLWriter::endElement(uri, localName, qName);
   } catch (...) {
@@ -246,12 +280,6 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
     throw;
   }
   closeElement();
-  EventOctets octets(out_, composed_);
-  if (!hadContent && emptyTags_) {
-    octets.append('/', '>');
-  } else {
-    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
-  }
   writeDirectly(octets);
 }
 
@@ -268,8 +296,10 @@ void XMLWriter_XML10::characters(const std::string& text) {
     const bool mayBeWhole = !isFirst || text.size() > kShort;
     if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
       hasContent_ = true;
-      if (out_ && isFirst) writeOctets(*out_, ">");
-      if (out_) writeOctets(*out_, text);
+      writeOrBreakOff([&] {
+        if (out_ && isFirst) writeOctets(*out_, ">");
+        if (out_) writeOctets(*out_, text);
+      });
     } else {
       EventOctets octets(out_, composed_);
       if (isFirst) octets.append('>');

@@ -119,11 +119,6 @@ const PredefinedEntity* findPredefined(std::string_view name) {
 
 }  // namespace
 
-bool isVersion(std::string_view text) {
-  return text.size() > 2 && text.starts_with("1.") &&
-         text.find_first_not_of("0123456789", 2) == std::string_view::npos;
-}
-
 bool isContentModel(std::string_view text) {
   if (text == "EMPTY" || text == "ANY") return true;
   Scanner scanner(text);

@@ -5,9 +5,6 @@
 
 namespace Tavrin::xml {
 
-/// Whether a text is a version number (XML 1.0, production 26): "1.", and digits.
-bool isVersion(std::string_view text);
-
 /// Whether a text is the content model of an element type declaration (XML 1.0, production 46).
 bool isContentModel(std::string_view text);
 

@@ -34,10 +34,10 @@ void NamespaceBindings::clear() {
 }
 
 void NamespaceBindings::declare(const std::string& prefix, const std::string& uri) {
+  // Where memory runs out, nothing is declared.
   std::string inner = uri;
   std::string& binding = bindings_[prefix];
   declarations_.push_back({&binding, {}, version_});
-  // Nothing throws any more: without memory, all is as it was.
   declarations_.back().outer = std::exchange(binding, std::move(inner));
   version_ = ++lastVersion_;
 }

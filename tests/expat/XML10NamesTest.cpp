@@ -6,6 +6,33 @@ namespace {
 
 using namespace Tavrin;
 
+// Namespaces in XML, sections 4 and 7.
+TEST(XML10Names, AreQualifiedNamesInDeclarations) {
+  const std::string wrong = "\"x:2\" is not a qualified name";
+  const auto refused = [&](const std::string& declaration) {
+    XMLReader_XML10 reader;
+    const std::string text = "<!DOCTYPE a [" + declaration + "]><a/>";
+    try {
+      reader.parse(text.data(), text.size(), true);
+    } catch (const SAXParseException& exception) {
+      return exception.getMessage();
+    }
+    return std::string();
+  };
+  EXPECT_EQ(refused("<!ELEMENT x:2 ANY>"), wrong);
+  EXPECT_EQ(refused("<!ELEMENT x (a|(b,x:2))>"), wrong);
+  EXPECT_EQ(refused("<!ELEMENT x (#PCDATA|x:2)*>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST x:2 a CDATA #IMPLIED>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST a x:2 CDATA #IMPLIED>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST a b (x:2) #IMPLIED><!ELEMENT x:y (x:a|x:b)>"), "");
+  XMLReader_XML10 reader;
+  const std::string text = "<!DOCTYPE x:2 [<!ELEMENT x:2 (x:3)>]><x:2/>";
+  reader.setFeature(features::namespaces, false);
+  EXPECT_NO_THROW(reader.parse(text.data(), text.size(), true));
+  reader.setFeature(features::namespaces, true);
+  EXPECT_THROW(reader.parse(text.data(), text.size(), true), SAXParseException);
+}
+
 TEST(XML10Names, AreSplitByTheirNamespaces) {
   checkXML10({
       {.name = "no namespace, no attributes",

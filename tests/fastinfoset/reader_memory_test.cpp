@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "reader_allocations.h"
+#include "Allocations.h"
 #include "reader_samples.h"
 
 // Documents that claim much and bring little, and documents that are deep.

@@ -6,7 +6,7 @@
 #include <random>
 #include <set>
 
-#include "reader_allocations.h"
+#include "Allocations.h"
 #include "reader_samples.h"
 
 // Samples with their octets changed: whatever comes of it is an event or one of the reader's own

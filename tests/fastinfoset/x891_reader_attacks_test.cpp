@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "reader_allocations.h"
+#include "Allocations.h"
 #include "x891_reader_support.h"
 
 // Documents whose one start tag refers to a long string again and again: they must be stopped

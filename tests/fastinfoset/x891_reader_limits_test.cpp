@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "reader_allocations.h"
+#include "Allocations.h"
 #include "x891_reader_values.h"
 
 // The limits that an application can set, each with the attack that it stops, and the memory that

@@ -4,7 +4,7 @@
 #include <ctime>
 #include <random>
 
-#include "reader_allocations.h"
+#include "Allocations.h"
 #include "x891_reader_checker.h"
 #include "x891_reader_samples.h"
 

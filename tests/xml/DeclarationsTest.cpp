@@ -9,15 +9,6 @@ namespace {
 using namespace Tavrin::xml;
 
 // XML 1.0, productions 46 to 51.
-TEST(Version, IsOnePointDigits) {
-  for (const char* text : {"1.0", "1.1", "1.7", "1.10", "1.00000000000000000000"}) {
-    EXPECT_TRUE(isVersion(text)) << text;
-  }
-  for (const char* text : {"", "1", "1.", "2.0", "01.0", "1.0 ", " 1.0", "1.0a", "1.-1", "1,0"}) {
-    EXPECT_FALSE(isVersion(text)) << text;
-  }
-}
-
 TEST(ContentModel, FollowsItsGrammar) {
   for (const char* model : {"EMPTY",
                             "ANY",

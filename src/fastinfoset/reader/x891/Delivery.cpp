@@ -19,7 +19,6 @@ void XMLReader_X891::deliverUnused(const std::string&) {}
 void XMLReader_X891::deliverNotation(const std::string& name, const std::string& publicId,
                                      const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
-  if (publicId.empty() && systemId.empty()) fail("Notation without an identifier");
   accountFor(name.size() + publicId.size() + systemId.size());
   state_->document.isHoldingBack = true;
   state_->document.declarations.emplace_back([=, this](const std::string&) {
@@ -41,9 +40,6 @@ void XMLReader_X891::deliverUnparsedEntity(const std::string& name, const std::s
 void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
   State::Document& document = state_->document;
-  if (!publicId.empty() && systemId.empty()) {
-    fail("Document type declaration with a public, but without a system identifier");
-  }
   document.hasDocumentType = true;
   document.isHoldingBack = true;
   document.prolog.emplace_back([=, this](const std::string& rootName) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "State.h"
 
@@ -76,10 +77,7 @@ void XMLReader_X891::checkPadding(unsigned bits) const {
 // The components have the last word.
 
 void XMLReader_X891::deliverVersion(const std::string& version) {
-  // XML 1.0, production 26.
-  const bool isVersion = version.size() > 2 && version.starts_with("1.") &&
-                         version.find_first_not_of("0123456789", 2) == std::string::npos;
-  if (!isVersion) fail("Invalid version of XML \"" + version + "\"");
+  if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");
   state_->document.version = version;
 }
 

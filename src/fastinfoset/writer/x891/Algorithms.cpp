@@ -1,3 +1,4 @@
+#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
 #include <sstream>
@@ -15,6 +16,8 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 namespace {
+
+constexpr const char* kSection = "character data";
 
 constexpr auto kFirstNamed = static_cast<int>(kDialectX891.firstApplicationAlgorithm);
 
@@ -43,12 +46,6 @@ EncodingAlgorithm* XMLWriter_X891::getEncodingAlgorithm(const std::string& uri, 
   return found == registered->end() ? nullptr : found->second;
 }
 
-EncodingAlgorithm& XMLWriter_X891::algorithmOrThrow(const std::string& uri, int index) {
-  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
-  if (algorithm == nullptr) throwUnknownAlgorithm(uri);
-  return *algorithm;
-}
-
 /// @throws EncodingAlgorithmException where the document does not name the algorithm
 unsigned XMLWriter_X891::fieldOf(const std::string& uri, int index) const {
   const bool isKnown =
@@ -57,8 +54,25 @@ unsigned XMLWriter_X891::fieldOf(const std::string& uri, int index) const {
   if (isKnown) return static_cast<unsigned>(index);
   const auto& fields = own_->document.algorithmFields;
   const auto found = uri.empty() ? fields.end() : fields.find(uri);
-  if (found == fields.end()) throwUnknownAlgorithm(uri);
+  if (found == fields.end()) refuseAlgorithm(uri, index);
   return found->second;
+}
+
+EncodingAlgorithm& XMLWriter_X891::algorithmFor(const std::string& uri, int index) {
+  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
+  if (algorithm == nullptr) refuseAlgorithm(uri, index);
+  return *algorithm;
+}
+
+/// Tells what is unknown, and where it could be made known.
+void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
+  const std::string name = uri.empty() ? namedAlgorithm(index) : uri;
+  const std::string what =
+      name.empty() ? "number " + std::to_string(index) + ", which the document does not name"
+                   : name;
+  throw EncodingAlgorithmException(
+      "Unknown encoding algorithm - " + what + ": it must be registered with the property \"" +
+      properties::registeredEncodingAlgorithms + "\" before the root element");
 }
 
 // --- Checks ---
@@ -110,7 +124,7 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
       octets = dynamic_cast<const UUIDData&>(data).data_.size() * sizeof(UUID);
       break;
     default:
-      checkSection(dynamic_cast<const CDATAData&>(data).data_);
+      checkText(dynamic_cast<const CDATAData&>(data).data_, kSection);
       octets = dynamic_cast<const CDATAData&>(data).data_.size();
   }
   checkValueLength(octets);
@@ -119,20 +133,23 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
 
 /// Refuses octets that a built-in algorithm cannot have made.
 void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
-  if (octets.size() > kLongestString) checkText(octets, "");  // Tells of the length.
+  checkValueLength(octets.size());
   if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty()) return;
   switch (field) {
     case algorithms::hexadecimal:
     case algorithms::base64:
       return;
     case algorithms::cdata:
-      checkSection(octets);
+      checkText(octets, kSection);
       return;
     default: {
-      checkValueLength(octets.size());
       std::istringstream stream(octets);
-      algorithmOrThrow({}, static_cast<int>(field))
+      algorithmFor({}, static_cast<int>(field))
           .decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), stream);
+      // Booleans may leave octets over: the unused bits that they tell of are too many.
+      if (stream.peek() != std::istringstream::traits_type::eof()) {
+        throw EncodingAlgorithmException("Encoded data of another length than its value");
+      }
     }
   }
 }

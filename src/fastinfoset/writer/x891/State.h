@@ -67,6 +67,7 @@ struct XMLWriter_X891::State : Limits {
   };
 
   struct Document {
+    bool isBroken = false;       // An event failed when some of it may have been written.
     bool childrenBegan = false;  // The header and what was held back are written.
     std::vector<PrologItem> prolog;
     std::vector<Notation> notations;
@@ -86,13 +87,14 @@ struct XMLWriter_X891::State : Limits {
   };
   Document document;
 
-  // --- Of the start tag that is being written ---
+  // --- Of the event that is running ---
   struct TakenAttribute {
     int position;
     unsigned index;       // Of its name, or kNoIndex.
     unsigned valueIndex;  // Of its text, or kNoIndex.
     bool isKnown;         // Its name is one of known_.
   };
+  bool isWriting = false;  // Some of it may be written.
   QualifiedName elementName;
   std::vector<TakenAttribute> attributes;  // Those that are not declarations.
   std::vector<int> declarations;           // The positions of the others.
@@ -102,5 +104,23 @@ struct XMLWriter_X891::State : Limits {
   std::uint64_t newEntries = 0;
   WrittenVocabulary vocabulary;  // Of the root: the header's.
 };
+
+/// Runs an event. Where it is refused, or fails before any of it is written, it leaves no trace.
+/// Where it fails later, nobody can tell what has been written, and nothing may follow.
+template <typename Body>
+void XMLWriter_X891::attempt(Body body) {
+  requireSound();
+  const WriterState state = state_;
+  const bool hadContent = hasContent_;
+  try {
+    body();
+  } catch (...) {
+    state_ = state;
+    hasContent_ = hadContent;
+    if (own_->isWriting) breakOff();
+    throw;
+  }
+  own_->isWriting = false;
+}
 
 }  // namespace Tavrin

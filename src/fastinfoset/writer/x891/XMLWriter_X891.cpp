@@ -1,7 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
-#include "../../../xml/Declarations.h"
+#include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "State.h"
 
@@ -93,11 +93,13 @@ void* XMLWriter_X891::getProperty(const std::string& name) {
 // --- The document ---
 
 void XMLWriter_X891::startDocument() {
-  if (state_ == Initial) findExternalVocabulary();
-  XMLWriter::startDocument();
-  pendingTerminator_ = false;
-  clearTables();
-  beginDocument();
+  attempt([this] {
+    if (state_ == Initial) findExternalVocabulary();
+    XMLWriter::startDocument();
+    pendingTerminator_ = false;
+    clearTables();
+    beginDocument();
+  });
 }
 
 // What writes a string has the tables of this writer, not others.
@@ -119,9 +121,13 @@ void XMLWriter_X891::beginDocument() {
 }
 
 void XMLWriter_X891::endDocument() {
-  if (state_ == Prolog || state_ == AfterDTD) throw SAXException("A document needs a root element");
-  XMLWriter_FI::endDocument();
-  sendOctets();
+  attempt([this] {
+    if (state_ == Prolog || state_ == AfterDTD) {
+      throw SAXException("A document needs a root element");
+    }
+    own_->isWriting = state_ == AfterRoot;  // Else, it is refused.
+    XMLWriter_FI::endDocument();
+  });
 }
 
 void XMLWriter_X891::reset() {
@@ -129,6 +135,25 @@ void XMLWriter_X891::reset() {
   clearTables();
   pendingTerminator_ = false;
   beginDocument();
+}
+
+// --- Failures ---
+
+void XMLWriter_X891::requireSound() const {
+  if (!own_->document.isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+void XMLWriter_X891::breakOff() noexcept {
+  own_->isWriting = false;
+  own_->document.isBroken = true;
+  state_ = Ended;
+  // What has gathered belongs here, and must not come later. The failure to tell of is the first.
+  try {
+    sendOctets();
+  } catch (...) {
+    return;
+  }
 }
 
 // --- Tables ---

@@ -1,4 +1,4 @@
-#include "reader_allocations.h"
+#include "Allocations.h"
 
 #include <malloc.h>
 
@@ -12,9 +12,19 @@ namespace {
 std::atomic<std::size_t> used{0};
 std::atomic<std::size_t> most{0};
 std::atomic<std::size_t> untilFailure{0};
+std::atomic<bool> fails{false};
+std::atomic<std::size_t> left{0};  // Before they fail.
+
+bool isToFail() {
+  if (!fails) return false;
+  if (left == 0) return true;
+  --left;
+  return false;
+}
 
 void* allocate(std::size_t size) noexcept {
   if (untilFailure > 0 && --untilFailure == 0) return nullptr;
+  if (isToFail()) return nullptr;
   void* memory = std::malloc(std::max<std::size_t>(size, 1));
   if (memory != nullptr) {
     // Where a test has no threads, these two steps are one.
@@ -44,6 +54,12 @@ std::size_t inUse() { return used; }
 std::size_t peak() { return most; }
 void resetPeak() { most = used.load(); }
 void failAt(std::size_t count) { untilFailure = count; }
+
+void failAfter(std::size_t count) {
+  left = count;
+  fails = true;
+}
+void stopFailing() { fails = false; }
 
 }  // namespace allocations
 
