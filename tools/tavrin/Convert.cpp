@@ -65,7 +65,9 @@ algorithm be written at all: the work fails.
 
 %limits%
 
-Limits of tables count for the copy, too. All that is so for the types XML10 and X891, which are used where no other is named. Others keep
+--limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
+
+All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
 
 Examples:
@@ -189,7 +191,11 @@ Command makeConvert(CLI::App& app) {
   command->add_flag("--force", options->force);
   command->add_option("--document", options->document)
       ->type_name("N")
-      ->check(CLI::PositiveNumber.description(""));
+      ->check([](const std::string& text) {
+        const bool isNumber = text.find_first_not_of("0123456789") == text.npos;
+        const bool isPositive = text.find_first_not_of('0') != text.npos;
+        return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
+      });
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");

@@ -17,7 +17,7 @@ namespace {
 
 namespace properties = Tavrin::properties;
 
-constexpr std::size_t kHelpColumn = 33;
+constexpr std::size_t kHelpColumn = 34;
 
 /// A number with a unit behind it, or "none". Returns whether it is one.
 bool readValue(std::string_view text, double& value) {

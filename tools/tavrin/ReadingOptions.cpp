@@ -12,18 +12,18 @@ namespace {
 constexpr char kOptionsHelp[] =
     R"(  --entities        read external entities and the external subset, as far as they are files in
                     the folder of the document or below it
-  --entities=any    read them as far as they are files, wherever: whoever wrote the document
-                    then says which files of yours are read, and their text is in the result
+  --entities=any    read them wherever the files are: whoever wrote the document then chooses
+                    which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
 )";
 
 constexpr char kLimitsHelp[] =
-    R"(With --entities, what is not a file is not read all the same. Nor is a file that is not there, no
-regular file, or outside of the folder, and a warning says so on standard error.
+    R"(With --entities, an entity that is not a file is passed over, as without the option. So is one
+whose file is missing, no regular file or outside of the folder, with a warning on standard error.
 
-These are the limits, with what they are unless --limit says otherwise. VALUE is a number, maybe
-with K, M or G behind it, or none:
+Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
+maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
 
 )";
 
