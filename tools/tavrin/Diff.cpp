@@ -54,7 +54,8 @@ first difference is shown, with ... for what is left out.
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever
 pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
-its text. The content of an encoding algorithm that is not known is compared octet for octet.
+its text. The content of an encoding algorithm that is not known is compared octet for octet,
+with the URI that names the algorithm.
 
 In Fast Infoset, documents may follow each other in one file. They are compared one by one, the
 first with the first, and a place in a later one tells its number. Where only one file has another
@@ -64,7 +65,9 @@ document, that is the difference:
   b.fi: octet 72: document 2 begins
 
 Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
-does not keep them as they are. Instructions in the internal subset are compared.
+does not keep them as they are, and so are the types of attributes. Instructions in the internal
+subset are compared. Not looked at is what a document states of its version of XML, of its encoding
+and of being standalone.
 
 %limits%
 
