@@ -312,3 +312,18 @@ TEST_F(Diff, ComparesLargeDocumentsUpToTheirEnd) {
                  "in.fi: octet 12: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
                  "\"CDATA\", \"0\"}])"));
 }
+
+// Its number is a matter of the table that the document begins with.
+TEST_F(Diff, KnowsAnApplicationsAlgorithmByItsURI) {
+  const std::string numbered32 =
+      octets("E0 00 00 01 20 04 00 01 04 'urn:v' 04 'urn:u' 3C 00 'a' 8C 81 ABCD FF");
+  expectSame(typed::unknownOfApplication(), numbered32);
+  EXPECT_EQ(diff(typed::unknownOfApplication("ABCE"), numbered32),
+            difference("a: octet 18: octets(\"urn:u\", 31, \"q84=\")",
+                       "b: octet 24: octets(\"urn:u\", 32, \"q80=\")"));
+  const std::string other =
+      octets("E0 00 00 01 20 04 00 01 04 'urn:v' 04 'urn:u' 3C 00 'a' 8C 7D ABCD FF");
+  EXPECT_EQ(diff(typed::unknownOfApplication(), other),
+            difference("a: octet 18: octets(\"urn:u\", 31, \"q80=\")",
+                       "b: octet 24: octets(\"urn:v\", 31, \"q80=\")"));
+}
