@@ -9,16 +9,18 @@
 
 namespace Tavrin {
 
-// Octets come from the stream's buffer: the stream's own get looks after its state and its tied
-// stream each time, which takes longer than all else that is done with an octet. At the end the
-// state is set as get would set it. Inline, because it is called for each octet that is not in a
-// string.
+// The stream's own get looks after its tied stream each time and counts, which takes longer than
+// all else that is done with an octet: a dialect may take octets from the stream's buffer. It obeys
+// the state of the stream and the buffer that it has at the time, too, and at the end the state is
+// set as get would set it. Inline, because it is called for each octet that is not in a string.
 
 /// The next octet, or the end of the stream.
 inline int XMLReader_FI::nextOctet() {
+  if (callsGet_) return stream_->get();
+  if (!source_->good()) return endOfStream();
   int octet = 0;
   try {
-    octet = buffer_->sbumpc();
+    octet = source_->rdbuf()->sbumpc();
   } catch (...) {
     return brokenStream();
   }
@@ -38,10 +40,12 @@ inline const char* XMLReader_FI::takeBuffered(std::uint64_t length) {
     static constexpr Get end() { return &Members::egptr; }
     static constexpr void (std::streambuf::*advance())(int) { return &Members::gbump; }
   };
-  const char* const next = (buffer_->*Members::next())();
-  const auto buffered = static_cast<std::uint64_t>((buffer_->*Members::end())() - next);
+  if (callsGet_) return nullptr;
+  std::streambuf* const buffer = source_->rdbuf();
+  const char* const next = (buffer->*Members::next())();
+  const auto buffered = static_cast<std::uint64_t>((buffer->*Members::end())() - next);
   if (next == nullptr || length > buffered || length > INT_MAX) return nullptr;
-  (buffer_->*Members::advance())(static_cast<int>(length));
+  (buffer->*Members::advance())(static_cast<int>(length));
   octetsRead_ += length;
   return next;
 }
