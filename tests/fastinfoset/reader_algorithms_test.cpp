@@ -252,16 +252,15 @@ TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesAreCutOff) {
   for (const char* chunk : {"8C 03", "8C 07", "8C 17", "8C 23", "8C 27", "8C 83"}) {
     // 4294967295 octets, one more, and the greatest length there is.
     for (const char* length : {"FF FF FE FC", "FF FF FE FD", "FF FF FF FF"}) {
-      EXPECT_EQ(failedContent({}, end),
-                readNew(fromComponents("20 04 00 01 00 'u' 3C 00 'a' " + std::string(chunk) + " " +
-                                       length)))
+      EXPECT_EQ(failedContent({}, end), readNew(fromComponents("20 04 00 01 00 'u' 3C 00 'a' " +
+                                                               std::string(chunk) + " " + length)))
           << chunk << " " << length;
     }
   }
   for (const char* value : {"30 0C", "30 1C", "30 5C", "30 9C"}) {
     for (const char* length : {"FF FF FE F6", "FF FF FE F7", "FF FF FF FF"}) {
-      EXPECT_EQ(failed({}, end), readNew(document("7C 00 'a' 78 00 'b' " + std::string(value) + " " +
-                                                  length + " 'xyz'")))
+      EXPECT_EQ(failed({}, end), readNew(document("7C 00 'a' 78 00 'b' " + std::string(value) +
+                                                  " " + length + " 'xyz'")))
           << value << " " << length;
     }
   }
@@ -276,10 +275,10 @@ TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesMayBeOfAWrongOne) {
   for (const auto& row : rows) {
     for (unsigned long length = 4294967296; length < 4294967296 + 9; ++length) {
       SCOPED_TRACE(std::string(row.name) + ", " + std::to_string(length));
-      const std::string refused =
-          length % row.size == 0 ? "SAXException: Unexpected end of document\n"
-                                 : "EncodingAlgorithmException: Invalid length for encoded " +
-                                       std::string(row.name) + " data\n";
+      const std::string refused = length % row.size == 0
+                                      ? "SAXException: Unexpected end of document\n"
+                                      : "EncodingAlgorithmException: Invalid length for encoded " +
+                                            std::string(row.name) + " data\n";
       EXPECT_EQ("startDocument()\nstartElement(, a, a, [])\n" + refused,
                 readNew(document("3C 00 'a'") + bigEndian(0x8C03 | row.field << 2, 2) +
                         bigEndian(length - 259, 4)));
@@ -311,8 +310,7 @@ TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesDoNotReachAnApplication
   LoggedReader reader;
   reader.reader.setProperty(Tavrin::properties::registeredEncodingAlgorithms, &map);
   const std::string chunk = "20 04 00 01 00 'u' 3C 00 'a' 8C 83 ";
-  EXPECT_EQ(wholeContent({"characters()"}),
-            reader.read(fromComponents(chunk + "FF FF FE FC FF")));
+  EXPECT_EQ(wholeContent({"characters()"}), reader.read(fromComponents(chunk + "FF FF FE FC FF")));
   EXPECT_EQ(1, algorithm.calls);
   EXPECT_EQ(failedContent({}, "Unexpected end of document"),
             reader.read(fromComponents(chunk + "FF FF FE FD FF")));
