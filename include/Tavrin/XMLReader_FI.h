@@ -303,6 +303,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void decodeAttribute(List& attributes, Name& name);
   const Name& nameOf(const OpenElement& element) const;
   int nextOctet();
+  int getOctet();
   unsigned takeOctet();
   const char* takeBuffered(std::uint64_t length);
   bool haveArrived(std::uint64_t length);

@@ -13,7 +13,10 @@ namespace {
 /// Appends attributes to a list, each when its value is there.
 class AppendedAttributes {
  public:
-  explicit AppendedAttributes(EncodingAlgorithmAttributesImpl& list) : list_(list) {}
+  explicit AppendedAttributes(EncodingAlgorithmAttributesImpl& list) : list_(list) {
+    constexpr std::size_t kFew = 4;  // Most elements have no more.
+    if (list_.attributes_.capacity() == 0) list_.attributes_.reserve(kFew);
+  }
 
   template <typename Name>
   EncodingAlgorithmAttributesImpl::Attribute& begin(const Name& name, const std::vector<Name>&,
