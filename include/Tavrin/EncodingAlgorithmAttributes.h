@@ -109,9 +109,15 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   /// Replaces the whole list by a copy of another one in which every value is text.
   /// @throws std::length_error "vector::reserve" for a negative length; the list is then empty
   void setAttributes(const Attributes& other);
-  /// Not to be called: it ends the process. A typed copy is not provided, and a silent text copy in
-  /// its place would lose the values' types.
+  /// Not to be called: it ends the process. A silent text copy would lose the values' types;
+  /// copyAttributes keeps them.
   [[noreturn]] void setAttributes(const EncodingAlgorithmAttributes& other);
+
+  /// Replaces the whole list by a copy of another one, typed values included (EncodedData::copy).
+  /// Where it throws, the list is what it was.
+  /// @throws EncodingAlgorithmException for a typed value that cannot be copied
+  /// @throws std::length_error "vector::reserve" for a negative length
+  void copyAttributes(const EncodingAlgorithmAttributes& other);
 
   /// Appends an attribute whose value is text. Nothing is checked: names may stand more than once.
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,

@@ -150,6 +150,22 @@ void EncodingAlgorithmAttributesImpl::setAttributes(const EncodingAlgorithmAttri
   std::abort();
 }
 
+void EncodingAlgorithmAttributesImpl::copyAttributes(const EncodingAlgorithmAttributes& other) {
+  EncodingAlgorithmAttributesImpl copy;
+  const int length = other.getLength();
+  copy.attributes_.reserve(static_cast<std::size_t>(length));
+  for (int i = 0; i < length; ++i) {
+    if (const EncodedData* const data = other.getAlgorithmData(i)) {
+      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
+                        other.getAlgorithmURI(i), other.getAlgorithmIndex(i), data->copy());
+    } else {
+      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
+                        other.getValue(i));
+    }
+  }
+  attributes_.swap(copy.attributes_);
+}
+
 void EncodingAlgorithmAttributesImpl::addAttribute(const std::string& uri,
                                                    const std::string& localName,
                                                    const std::string& qName,
