@@ -53,8 +53,8 @@ TEST(KeptExactNumbers, AreExactToo) {
   doubles.data_ = {1.0 / 3};
   EXPECT_EQ("0.3333333333333333", doubles.copy()->toString());
   ExactFloatData floats;
-  floats.data_ = {16777216};
-  EXPECT_EQ("1.6777216e+07", floats.copy()->toString());
+  floats.data_ = {1.0F / 3};
+  EXPECT_EQ("0.33333334", floats.copy()->toString());
   ExactIntData ints;
   ints.data_ = {-1};
   const std::unique_ptr<EncodedData> kept = ints.copy();
