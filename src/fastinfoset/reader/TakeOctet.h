@@ -25,8 +25,8 @@ struct StreamMembers {
 };
 
 /// What the stream's get operation gives, and with all that it does. Where an octet is in the
-/// buffer already and no stream is tied to this one, that is to take it and to count it. Measured: with
-/// the call each time, reading text takes half as long again as from the buffer.
+/// buffer already and no stream is tied to this one, that is to take it and to count it. Measured:
+/// with the call each time, reading text takes half as long again as from the buffer.
 inline int XMLReader_FI::getOctet() {
 #ifdef __GLIBCXX__
   if (source_->good() && source_->tie() == nullptr) {
