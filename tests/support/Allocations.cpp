@@ -86,15 +86,18 @@ bool Failure::happened() const { return plan.hasHappened; }
 
 #ifdef WITH_SANITIZER
 
-#include <sanitizer/allocator_interface.h>
+// GCC has no header for these functions of the sanitizers.
+extern "C" {
+int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
+                                              void (*onFree)(const volatile void*));
+std::size_t __sanitizer_get_allocated_size(const volatile void* block);
+}
 
 namespace {
 
 [[maybe_unused]] const int kHooks = __sanitizer_install_malloc_and_free_hooks(
     [](const volatile void*, std::size_t size) { enter(size); },
-    [](const volatile void* block) {
-      leave(__sanitizer_get_allocated_size(const_cast<const void*>(block)));
-    });
+    [](const volatile void* block) { leave(__sanitizer_get_allocated_size(block)); });
 
 void* allocate(std::size_t size) noexcept {
   return fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
