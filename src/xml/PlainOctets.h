@@ -42,7 +42,8 @@ inline std::size_t plainOctets(std::string_view text) {
     const std::uint64_t found = notPlain(octets + size - kWord);
     return found == 0 ? size : size - kWord + static_cast<std::size_t>(std::countr_zero(found)) / 8;
   }
-  while (i < size && octets[i] >= 0x20) ++i;  // From 0x80 on, a char is negative.
+  // From 0x80 on it is negative. Whether a char has a sign depends on the processor.
+  while (i < size && static_cast<signed char>(octets[i]) >= 0x20) ++i;
   return i;
 }
 
