@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <future>
-#include <memory>
 #include <new>
 #include <string>
 #include <thread>
@@ -22,6 +21,17 @@ void* (*volatile callMalloc)(std::size_t) = std::malloc;
 void* (*volatile callCalloc)(std::size_t, std::size_t) = std::calloc;
 void* (*volatile callRealloc)(void*, std::size_t) = std::realloc;
 void (*volatile callFree)(void*) = std::free;
+void* (*volatile callNew)(std::size_t) = operator new;
+void (*volatile callDelete)(void*) = operator delete;
+
+/// A block for as long as it lives, which no compiler leaves out either.
+struct Block {
+  explicit Block(std::size_t size) : octets(callNew(size)) {}
+  ~Block() { callDelete(octets); }
+  Block(const Block&) = delete;
+  Block& operator=(const Block&) = delete;
+  void* octets;
+};
 
 /// Whether `malloc` itself can fail, and not `operator new` alone.
 constexpr bool kMallocFails =
@@ -63,17 +73,15 @@ TEST_F(Allocations, AreCountedUntilTheyAreFreed) {
 }
 
 TEST_F(Allocations, OfCPlusPlusAreCounted) {
-  struct alignas(64) Aligned {
-    char octets[64];
-  };
-  std::string* text = nullptr;
-  Aligned* aligned = nullptr;
-  // The object, and its octets.
-  EXPECT_EQ(2U, leftBy([&] { text = new std::string(1000, 'x'); }));
-  EXPECT_EQ(1U, leftBy([&] { aligned = new Aligned; }));
-  EXPECT_EQ(static_cast<std::size_t>(-3), leftBy([&] {
-              delete text;
-              delete aligned;
+  void* (*volatile callAlignedNew)(std::size_t, std::align_val_t) = operator new;
+  void (*volatile callAlignedDelete)(void*, std::align_val_t) = operator delete;
+  void* block = nullptr;
+  void* aligned = nullptr;
+  EXPECT_EQ(1U, leftBy([&] { block = callNew(1000); }));
+  EXPECT_EQ(1U, leftBy([&] { aligned = callAlignedNew(1000, std::align_val_t{64}); }));
+  EXPECT_EQ(static_cast<std::size_t>(-2), leftBy([&] {
+              callDelete(block);
+              callAlignedDelete(aligned, std::align_val_t{64});
             }));
 }
 
@@ -94,7 +102,8 @@ TEST_F(Allocations, OfAllThreadsAreCounted) {
     for (int i = 0; i < 8; ++i) {
       threads.emplace_back([] {
         for (std::size_t size = 100; size < 1100; ++size) {
-          std::make_unique<std::string>(size, 'x');
+          const Block one(size);
+          const Block another(size);
         }
       });
     }
@@ -115,13 +124,12 @@ TEST_F(Allocations, HaveATotalThatOnlyGrows) {
 
 TEST_F(Allocations, HaveAPeak) {
   const std::size_t peak = allocations::peakOf([] {
-    const auto three = std::make_unique<char[]>(3 * kMebi);
-    std::make_unique<char[]>(kMebi);
-    std::make_unique<char[]>(2 * kMebi);
+    const Block three(3 * kMebi);
+    const Block two(2 * kMebi);
   });
   EXPECT_LE(5 * kMebi, peak);
   EXPECT_GT(5 * kMebi + 65536, peak);
-  EXPECT_GT(65536U, allocations::peakOf([] { std::make_unique<char[]>(1); }));
+  EXPECT_GT(65536U, allocations::peakOf([] { const Block one(1); }));
 }
 
 /// How many allocations of five blocks succeed.
@@ -129,7 +137,7 @@ std::size_t successes() {
   std::size_t result = 0;
   for (int i = 0; i < 5; ++i) {
     try {
-      std::make_unique<char[]>(100);
+      const Block block(100);
       ++result;
     } catch (const std::bad_alloc&) {
     }
@@ -179,7 +187,8 @@ TEST_F(Allocations, OfOtherThreadsDoNotFail) {
 TEST_F(Allocations, ThatFailLeaveAllAsItWas) {
   EXPECT_EQ(nullptr, [] {
     const allocations::Failure failure(0);
-    return operator new(10, std::nothrow);
+    void* (*volatile callNothrowNew)(std::size_t, const std::nothrow_t&) = operator new;
+    return callNothrowNew(10, std::nothrow);
   }());
   if (!kMallocFails) GTEST_SKIP() << "malloc is the sanitizer's";
   void* block = callMalloc(10);
