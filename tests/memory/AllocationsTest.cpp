@@ -169,6 +169,21 @@ TEST_F(Allocations, FailFromOneOnWhereTheyAreTold) {
   EXPECT_EQ(5U, successes());
 }
 
+TEST_F(Allocations, FailWithoutAnObject) {
+  for (const std::size_t count : {1U, 5U}) {
+    allocations::failAt(count);
+    EXPECT_EQ(4U, successes());
+    EXPECT_EQ(5U, successes());
+  }
+  allocations::failAt(0);
+  EXPECT_EQ(5U, successes());
+  allocations::failAfter(3);
+  EXPECT_EQ(3U, successes());
+  EXPECT_EQ(0U, successes());
+  allocations::stopFailing();
+  EXPECT_EQ(5U, successes());
+}
+
 TEST_F(Allocations, OfOtherThreadsDoNotFail) {
   std::size_t others = 0;
   {

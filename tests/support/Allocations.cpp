@@ -82,6 +82,10 @@ Failure::Failure(std::size_t number, Later later) {
 Failure::~Failure() { plan = {}; }
 bool Failure::happened() const { return plan.hasHappened; }
 
+void failAt(std::size_t count) { plan = {count > 0, true, false, count - 1}; }
+void failAfter(std::size_t count) { plan = {true, false, false, count}; }
+void stopFailing() { plan = {}; }
+
 }  // namespace allocations
 
 #ifdef WITH_SANITIZER

@@ -60,4 +60,16 @@ class Failure {
   bool happened() const;
 };
 
+/// @name The same without an object
+/// @{
+
+/// Lets an allocation of this thread fail, once.
+/// @param count which one from now on, beginning with 1; 0 for none
+void failAt(std::size_t count);
+
+/// From the next allocation of this thread but so many on, all fail, until stopFailing is called.
+void failAfter(std::size_t count);
+void stopFailing();
+/// @}
+
 }  // namespace allocations
