@@ -4,7 +4,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "reader_allocations.h"
+#include <Allocations.h>
 #include "reader_values.h"
 
 // The list of attributes as a program finds it: its class, its records, and how long they live.

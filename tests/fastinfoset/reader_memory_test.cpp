@@ -1,6 +1,6 @@
+#include <Allocations.h>
 #include <gtest/gtest.h>
 
-#include "Allocations.h"
 #include "reader_samples.h"
 
 // Documents that claim much and bring little, and documents that are deep.

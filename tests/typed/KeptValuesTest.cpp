@@ -10,8 +10,8 @@
 #include <typeinfo>
 #include <vector>
 
+#include <Allocations.h>
 #include "CountedData.h"
-#include "FailingAllocations.h"
 #include "Kinds.h"
 #include "Thrown.h"
 #include "typed/ExactNumbers.h"
@@ -125,13 +125,15 @@ TEST(KeptAttributes, AreWhatTheyWereWhereOneCannotBeCopied) {
     const SomeList copied;
     EncodingAlgorithmAttributesImpl target;
     bool threw = false;
-    allocations::failAt(number);
-    try {
-      target.copyAttributes(copied);
-    } catch (const std::bad_alloc&) {
-      threw = true;
+    {
+      const allocations::Failure failure(number);
+      try {
+        target.copyAttributes(copied);
+      } catch (const std::bad_alloc&) {
+        threw = true;
+      }
+      EXPECT_EQ(failure.happened(), threw);
     }
-    EXPECT_EQ(allocations::failed(), threw);
     EXPECT_EQ(threw ? "" : kShown, shown(target));
     if (!threw) break;
   }
