@@ -342,6 +342,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   Name unlisted_;                 // A name that is in none of the document's tables.
 
   std::string text_;  // Of a chunk; used again for each, as it keeps its memory.
+  // Memory of attribute lists that are gone: a list without records, and small records.
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareList_;
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareAttributes_;
 
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;
