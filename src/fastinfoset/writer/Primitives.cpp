@@ -170,13 +170,6 @@ void XMLWriter_FI::missingNamePart(const std::string& part, const char* what) co
   throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
 }
 
-namespace {
-
-/// In place of the index of a part that is written literally.
-constexpr unsigned kNoIndex = ~0U;
-
-}  // namespace
-
 /// The index of a prefix or namespace name as a literal name counts it.
 unsigned XMLWriter_FI::findNamePart(const StringIndexMap& table, const std::string& part,
                                     const char* builtIn, const char* what) const {
