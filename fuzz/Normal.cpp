@@ -104,7 +104,7 @@ std::vector<std::string> inFastInfoset(const Events& events) {
   bool inDTD = false;
   bool hasDocumentType = false;
   bool isExternal = false;
-  bool hasRoot = false;
+  int depth = 0;
   std::size_t documentType = 0;
   for (const Event& event : events) {
     switch (event.kind) {
@@ -142,13 +142,16 @@ std::vector<std::string> inFastInfoset(const Events& events) {
         if (inDTD) continue;
         break;
       case Event::skippedEntity:
-        if (inDTD) continue;
+        if (depth == 0) continue;
         break;
       case Event::startElement:
-        hasRoot = true;
+        ++depth;
+        break;
+      case Event::endElement:
+        --depth;
         break;
       default:
-        if (!hasRoot && isText(event)) continue;
+        if (depth == 0 && isText(event)) continue;
     }
     result.push_back(event);
     for (Event::Attribute& attribute : result.back().attributes) attribute.type = "CDATA";

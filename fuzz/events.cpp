@@ -5,8 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <set>
 #include <sstream>
 #include <typeinfo>
+#include <utility>
 
 #include "Documents.h"
 #include "Normal.h"
@@ -397,6 +399,20 @@ Events asRead(const Events& events) {
   Events result;
   std::vector<Element> open;
   std::vector<std::vector<std::string>> mappings;
+  std::set<std::string> entities;
+  std::set<std::pair<std::string, std::string>> attributes;
+  const auto isDeclaredAgain = [&](const Event& event) {
+    switch (event.kind) {
+      case Event::internalEntityDecl:
+      case Event::externalEntityDecl:
+      case Event::unparsedEntityDecl:
+        return !entities.insert(event.texts[0]).second;
+      case Event::attributeDecl:
+        return !attributes.insert({event.texts[0], event.texts[1]}).second;
+      default:
+        return false;
+    }
+  };
   const auto declare = [&](const std::string& prefix, const std::string& uri) {
     const bool isKnown =
         std::any_of(mappings.begin(), mappings.end(),
@@ -430,7 +446,8 @@ Events asRead(const Events& events) {
       result.push_back(std::move(start));
       continue;
     }
-    result.push_back(event);
+    // Of several declarations the first counts.
+    if (!isDeclaredAgain(event)) result.push_back(event);
     if (event.kind == Event::endElement) {
       auto& prefixes = open.back().prefixes;
       while (!prefixes.empty()) {
