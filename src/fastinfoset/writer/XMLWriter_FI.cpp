@@ -146,7 +146,12 @@ void XMLWriter_FI::comment(const std::string& text) {
 
 void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::string& uri) {
   namespaces_.push_back(prefix);
-  namespaces_.push_back(uri);
+  try {
+    namespaces_.push_back(uri);
+  } catch (...) {  // A prefix alone would make a pair with that of the next mapping.
+    namespaces_.pop_back();
+    throw;
+  }
 }
 
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
