@@ -104,6 +104,7 @@ std::vector<std::string> inFastInfoset(const Events& events) {
   bool inDTD = false;
   bool hasDocumentType = false;
   bool isExternal = false;
+  bool inSection = false;
   int depth = 0;
   std::size_t documentType = 0;
   for (const Event& event : events) {
@@ -142,13 +143,17 @@ std::vector<std::string> inFastInfoset(const Events& events) {
         if (inDTD) continue;
         break;
       case Event::skippedEntity:
-        if (depth == 0) continue;
+        if (depth == 0 || inSection) continue;
         break;
       case Event::startElement:
         ++depth;
         break;
       case Event::endElement:
         --depth;
+        break;
+      case Event::startCDATA:
+      case Event::endCDATA:
+        inSection = event.kind == Event::startCDATA;
         break;
       default:
         if (depth == 0 && isText(event)) continue;

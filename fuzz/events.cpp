@@ -178,6 +178,7 @@ class Generator {
     if (event.kind == Event::startElement) open_.push_back(event.texts);
     if (event.kind == Event::endElement) open_.pop_back();
     if (event.kind == Event::startPrefixMapping) bound_ = event.texts;
+    if (event.kind == Event::internalEntityDecl) withText_.insert(event.texts[0]);
   }
 
   const std::vector<std::vector<std::string>>& open() const { return open_; }
@@ -212,7 +213,10 @@ class Generator {
           const std::vector<std::string> parts = name();
           Event::Attribute attribute{parts[0], parts[1], parts[2], "CDATA", text(), {}};
           if (parts[2].starts_with("xmlns")) attribute.value = oneOf(kURIs);
-          if (typedToo_ && choices_.below(3) == 1) attribute.typed = typedValue(choices_);
+          if (typedToo_ && choices_.below(3) == 1) {
+            attribute.typed = typedValue(choices_);
+            attribute.value.clear();
+          }
           event.attributes.push_back(std::move(attribute));
         }
         break;
@@ -237,6 +241,10 @@ class Generator {
         event.texts = {oneOf(kNames), oneOf(kNames), oneOf(kTypes), oneOf(kModes), text()};
         break;
       case Event::startDTD:
+        event.texts = {oneOf(kNames), text(), text()};
+        // XML 1.0 has no public identifier of a document type alone.
+        if (event.texts[2].empty()) event.texts[1].clear();
+        break;
       case Event::notationDecl:
       case Event::externalEntityDecl:
         event.texts = {oneOf(kNames), text(), text()};
@@ -245,7 +253,9 @@ class Generator {
         event.texts = {oneOf(kNames), text(), text(), oneOf(kNames)};
         break;
       case Event::skippedEntity:
+        // A reference to an entity that has a text comes back as that text.
         event.texts = {oneOf(kNames)};
+        if (withText_.contains(event.texts[0])) event.texts[0] = "skipped";
         break;
       case Event::characters:
       case Event::ignorableWhitespace:
@@ -258,6 +268,10 @@ class Generator {
       case Event::octets:
         event.value = {choices_.flag() ? "" : "urn:algorithm", static_cast<int>(choices_.below(34)),
                        nullptr, choices_.octets(choices_.octet())};
+        // At most seven bits of booleans are unused.
+        if (event.value.algorithmIndex == algorithms::boolean && !event.value.octets.empty()) {
+          event.value.octets[0] &= 0x7F;
+        }
         break;
       default:
         break;
@@ -268,6 +282,7 @@ class Generator {
   bool typedToo_;
   std::vector<std::vector<std::string>> open_;
   std::vector<std::string> bound_;
+  std::set<std::string> withText_;
 };
 
 /// Properties and features, the same for both writers of a document.
@@ -433,6 +448,8 @@ Events asRead(const Events& events) {
           declare("", value);
         } else if (attribute.qName.starts_with("xmlns:")) {
           declare(attribute.qName.substr(6), value);
+        } else if (attribute.uri == namespaces::xmlns) {
+          declare(attribute.localName == "xmlns" ? "" : attribute.localName, value);
         } else {
           start.attributes.push_back(attribute);
         }
@@ -465,9 +482,17 @@ Events typedAsRead(const Events& events) {
   XMLWriter_X891 writer;
   Events result;
   for (Event event : events) {
+    for (Event::Attribute& attribute : event.attributes) {
+      // There is no typed value without an octet.
+      if (attribute.typed.octets.empty()) attribute.typed = {};
+    }
     const bool isTyped = event.kind == Event::object || event.kind == Event::octets;
     if (isTyped && event.value.octets.empty()) continue;
-    if (isTyped && !event.value.algorithmURI.empty()) event.value.algorithmIndex = -1;
+    // The one that the vocabulary names, by either.
+    if (isTyped && (!event.value.algorithmURI.empty() || event.value.algorithmIndex >= 31)) {
+      event.value.algorithmURI = "urn:algorithm";
+      event.value.algorithmIndex = -1;
+    }
     if (event.kind == Event::octets && event.value.algorithmURI.empty()) {
       const int index = event.value.algorithmIndex;
       EncodingAlgorithm* const algorithm = writer.getEncodingAlgorithm({}, index);
