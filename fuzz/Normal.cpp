@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -58,12 +59,11 @@ std::string withoutLeadingSpace(const std::string& text) {
   return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }
 
-/// As XML 1.0 has it, section 4.2.2.
-std::string normalPublicId(const std::string& text) {
+/// As XML 1.0 has it, sections 3.3.3 and 4.2.2: single spaces, between others only.
+std::string normalSpaces(const std::string& text, const char* spaces) {
   std::string result;
   for (const char c : text) {
-    const bool isSpace = c == ' ' || c == '\n' || c == '\r';
-    if (!isSpace) {
+    if (std::strchr(spaces, c) == nullptr || c == '\0') {
       result += c;
     } else if (!result.empty() && result.back() != ' ') {
       result += ' ';
@@ -72,6 +72,8 @@ std::string normalPublicId(const std::string& text) {
   if (result.ends_with(' ')) result.pop_back();
   return result;
 }
+
+std::string normalPublicId(const std::string& text) { return normalSpaces(text, " \r\n"); }
 
 std::vector<std::string> lines(const Events& events) {
   std::vector<std::string> result;
@@ -201,6 +203,9 @@ std::vector<std::string> inXMLText(const Events& events, const Events& original)
         break;
       case Event::endElement:
         --depth;
+        break;
+      case Event::attributeDecl:
+        if (event.texts[2] != "CDATA") event.texts[4] = normalSpaces(event.texts[4], " ");
         break;
       case Event::comment:
         event.texts[0] = withLineFeeds(event.texts[0]);

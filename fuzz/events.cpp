@@ -238,7 +238,8 @@ class Generator {
         event.texts = {oneOf(kNames), oneOf(kModels)};
         break;
       case Event::attributeDecl:
-        event.texts = {oneOf(kNames), oneOf(kNames), oneOf(kTypes), oneOf(kModes), text()};
+        // Of an element that never comes: its defaults would be attributes.
+        event.texts = {"declared", oneOf(kNames), oneOf(kTypes), oneOf(kModes), text()};
         break;
       case Event::startDTD:
         event.texts = {oneOf(kNames), text(), text()};
@@ -407,7 +408,7 @@ Events firstDocument(const Events& events) {
 }
 
 /// Attributes that are declarations count as mappings, and mappings end where a reader says so.
-Events asRead(const Events& events) {
+Events asRead(const Events& events, bool isText) {
   struct Element {
     std::vector<std::string> prefixes;
   };
@@ -463,8 +464,8 @@ Events asRead(const Events& events) {
       result.push_back(std::move(start));
       continue;
     }
-    // Of several declarations the first counts.
-    if (!isDeclaredAgain(event)) result.push_back(event);
+    // Of several declarations in XML text the first counts.
+    if (!isText || !isDeclaredAgain(event)) result.push_back(event);
     if (event.kind == Event::endElement) {
       auto& prefixes = open.back().prefixes;
       while (!prefixes.empty()) {
@@ -539,10 +540,10 @@ void tryWriter(const char* type, const std::uint8_t* data, std::size_t size) {
   }
   if (!settings.keepsText()) return;
   if (isFastInfoset) {
-    expectEqual("Fast Infoset", inFastInfoset(typedAsRead(asRead(document))),
+    expectEqual("Fast Infoset", inFastInfoset(typedAsRead(asRead(document, false))),
                 inFastInfoset(typedAsRead(again.events)));
   } else {
-    expectEqual("XML text", inXMLText(asRead(document)), inXMLText(again.events, document));
+    expectEqual("XML text", inXMLText(asRead(document, true)), inXMLText(again.events, document));
   }
 }
 
