@@ -1,5 +1,4 @@
-// Content of an encoding algorithm of one's own. Writer and reader agree on its number through an
-// external vocabulary, a table that both know by its URI.
+// Content of an encoding algorithm of one's own, which writer and reader know by its URI.
 #include <Tavrin/Tavrin.h>
 
 #include <cstdint>
@@ -11,10 +10,10 @@
 using namespace Tavrin;
 
 const char kAlgorithmURI[] = "urn:example:colours";
-const char kVocabularyURI[] = "urn:example:vocabulary";
 
-// Numbers from 32 on belong to applications: this one is the first entry of the vocabulary's table.
-constexpr int kColourAlgorithm = 32;
+// The first number of those that belong to applications. The document decides, and says, which
+// number the algorithm has there; the writer puts it in.
+constexpr int kColourAlgorithm = 31;
 
 struct Colour {
   std::uint8_t red, green, blue;
@@ -59,45 +58,30 @@ class ColourAlgorithm : public EncodingAlgorithm {
     return holder_;
   }
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override {
-    const std::string octets = encode(dynamic_cast<const ColourData&>(data));
-    writeSize(kColourAlgorithm, chunk, static_cast<std::uint32_t>(octets.size()), stream);
-    stream << octets;
-  }
-  static std::string encode(const ColourData& data) {
-    std::string octets;
-    for (const Colour& colour : data.data_) {
+    const std::vector<Colour>& colours = dynamic_cast<const ColourData&>(data).data_;
+    writeSize(kColourAlgorithm, chunk, static_cast<std::uint32_t>(3 * colours.size()), stream);
+    for (const Colour& colour : colours) {
       for (const std::uint8_t part : {colour.red, colour.green, colour.blue}) {
-        octets += static_cast<char>(part);
+        stream << static_cast<char>(part);
       }
     }
-    return octets;
   }
 
  private:
   ColourData holder_;
 };
 
-std::string writePalette() {
+std::string writePalette(EncodingAlgorithmMap& algorithms) {
   std::ostringstream stream;
-  XMLWriter_FI writer;
+  XMLWriter_X891 writer;
   writer.setOutputStream(&stream);
+  writer.setProperty(properties::registeredEncodingAlgorithms, &algorithms);
   writer.startDocument();
   writer.startElement("", "palette", "palette", AttributesImpl());
-  // The writer holds the built-in algorithms alone; octets of others go through it as they are.
-  writer.octets(kAlgorithmURI, kColourAlgorithm,
-                ColourAlgorithm::encode(ColourData({{255, 102, 0}, {0, 51, 153}})));
+  writer.object(kAlgorithmURI, 0, ColourData({{255, 102, 0}, {0, 51, 153}}));
   writer.endElement("", "palette", "palette");
   writer.endDocument();
-
-  // Nor does it name a vocabulary. The producer does: the fifth octet announces an initial
-  // vocabulary (0x20); its two octets say that it is an external one (0x10 00); its URI follows
-  // behind its length minus 1.
-  std::string document = stream.str();
-  const std::string uri = kVocabularyURI;
-  std::string vocabulary = {0x20, 0x10, 0x00};
-  vocabulary += static_cast<char>(uri.size() - 1);
-  document.replace(4, 1, vocabulary + uri);
-  return document;
+  return stream.str();
 }
 
 class Printer : public ContentHandler, public EncodingAlgorithmContentHandler {
@@ -108,33 +92,36 @@ class Printer : public ContentHandler, public EncodingAlgorithmContentHandler {
   void characters(const std::string& text) override { std::cout << "characters: " << text << '\n'; }
 };
 
-int main() {
-  const char* const algorithmURIs[] = {kAlgorithmURI};
-  ExternalVocabulary vocabulary;
-  vocabulary.encodingAlgorithms = {algorithmURIs, 1, 1};
-  ExternalVocabularyMap vocabularies = {{kVocabularyURI, &vocabulary}};
-  ColourAlgorithm colours;
-  EncodingAlgorithmMap algorithmMap = {{kAlgorithmURI, &colours}};
-
+void readPalette(const std::string& document, EncodingAlgorithmMap& algorithms) {
   Printer printer;
-  XMLReader_FI reader;
+  XMLReader_X891 reader;
   reader.setContentHandler(&printer);
-  reader.setProperty(properties::registeredEncodingAlgorithms, &algorithmMap);
-  reader.setProperty(properties::externalVocabularies, &vocabularies);
-  const std::string document = writePalette();
+  reader.setProperty(properties::registeredEncodingAlgorithms, &algorithms);
+  // Without a handler for it, the content is text.
+  std::istringstream first(document);
+  reader.parse(first);
+  reader.setProperty(properties::encodingAlgorithmContentHandler,
+                     static_cast<EncodingAlgorithmContentHandler*>(&printer));
+  std::istringstream second(document);
+  reader.parse(second);
+}
+
+int main() {
+  ColourAlgorithm colours;
+  EncodingAlgorithmMap algorithms = {{kAlgorithmURI, &colours}};
   try {
-    // Without a handler for it, the content is text.
-    std::istringstream first(document);
-    reader.parse(first);
-    reader.setProperty(properties::encodingAlgorithmContentHandler,
-                       static_cast<EncodingAlgorithmContentHandler*>(&printer));
-    std::istringstream second(document);
-    reader.parse(second);
+    readPalette(writePalette(algorithms), algorithms);
+  } catch (const SAXParseException& failure) {  // A binary document has octets for columns.
+    std::cerr << "octet " << failure.getColumnNumber() << ": " << failure.getMessage() << '\n';
+    return 1;
   } catch (const SAXException& failure) {
     std::cerr << failure.getMessage() << '\n';
     return 1;
-  } catch (const EncodingAlgorithmException& failure) {
+  } catch (const EncodingAlgorithmException& failure) {  // Not a SAXException.
     std::cerr << failure.getMessage() << '\n';
     return 1;
   }
+  if (std::cout.flush()) return 0;
+  std::cerr << "The output cannot be written\n";
+  return 1;
 }

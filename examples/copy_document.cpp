@@ -1,23 +1,71 @@
 // Copies a document, event by event: copy_document < document.xml > copy.xml
+// With other types than XML10 it converts: copy_document XML10 X891 < document.xml > document.fi
 #include <Tavrin/Tavrin.h>
 
 #include <iostream>
 
-int main() {
-  const auto reader = Tavrin::XMLReaderFactory::createXMLReader("Expat");
-  const auto writer = Tavrin::XMLWriterFactory::createXMLWriter("XML");
-  writer->setOutputStream(&std::cout);
+namespace properties = Tavrin::properties;
 
-  // A writer is a set of handlers. A property is a pointer to just the interface that it names.
-  reader->setContentHandler(writer.get());
-  reader->setProperty(Tavrin::properties::lexicalHandler,
-                      static_cast<Tavrin::LexicalHandler*>(writer.get()));
+// Whether the document is standalone is no event, but a property, from startDocument on. When it is
+// passed on, the content goes to the writer itself.
+class Beginning : public Tavrin::ContentHandler {
+ public:
+  Beginning(Tavrin::XMLReader& reader, Tavrin::XMLWriter& writer)
+      : reader_(reader), writer_(writer) {}
+
+  void startDocument() override {
+    writer_.setProperty(properties::standalone, reader_.getProperty(properties::standalone));
+    writer_.startDocument();
+    reader_.setContentHandler(&writer_);
+  }
+
+ private:
+  Tavrin::XMLReader& reader_;
+  Tavrin::XMLWriter& writer_;
+};
+
+// A writer is a set of handlers. A property is a pointer to just the interface that it names.
+void attach(Tavrin::XMLReader& reader, Tavrin::XMLWriter& writer) {
+  reader.setDTDHandler(&writer);
+  reader.setProperty(properties::declarationHandler, static_cast<Tavrin::DeclHandler*>(&writer));
+  reader.setProperty(properties::lexicalHandler, static_cast<Tavrin::LexicalHandler*>(&writer));
+
+  // Typed content stays typed where the writer takes it, and is text elsewhere. No primitive type
+  // handler is set: its "bytes" do not tell hexadecimal from base64.
+  auto* typed = dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer);
+  if (typed == nullptr) return;
   try {
-    reader->parse(std::cin);
-  } catch (const Tavrin::SAXException& failure) {
+    reader.setProperty(properties::encodingAlgorithmContentHandler, typed);
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    // A reader of XML text, where nothing is typed.
+  }
+}
+
+void copy(const char* readerType, const char* writerType) {
+  const auto reader = Tavrin::XMLReaderFactory::createXMLReader(readerType);
+  const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(writerType);
+  writer->setOutputStream(&std::cout);
+  Beginning beginning(*reader, *writer);
+  reader->setContentHandler(&beginning);
+  attach(*reader, *writer);
+  reader->parse(std::cin);
+}
+
+int main(int argc, char* argv[]) {
+  try {
+    copy(argc > 1 ? argv[1] : "XML10", argc > 2 ? argv[2] : "XML10");
+  } catch (const Tavrin::SAXParseException& failure) {  // In Fast Infoset, octet -1:N.
+    std::cerr << failure.getLineNumber() << ':' << failure.getColumnNumber() << ": "
+              << failure.getMessage() << '\n';
+    return 1;
+  } catch (const Tavrin::SAXException& failure) {  // What the writer cannot write.
+    std::cerr << failure.getMessage() << '\n';
+    return 1;
+  } catch (const Tavrin::FastInfosetException& failure) {  // Not a SAXException.
     std::cerr << failure.getMessage() << '\n';
     return 1;
   }
-  std::cout.flush();
-  return std::cout ? 0 : 1;  // Writers leave the checking of the stream to its owner.
+  if (std::cout.flush()) return 0;  // Writers leave the checking of the stream to its owner.
+  std::cerr << "The output cannot be written\n";
+  return 1;
 }

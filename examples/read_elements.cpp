@@ -26,7 +26,7 @@ class Outline : public Tavrin::ContentHandler {
 
 int main() {
   Outline outline;
-  const auto reader = Tavrin::XMLReaderFactory::createXMLReader();
+  const auto reader = Tavrin::XMLReaderFactory::createXMLReader("XML10");
   reader->setContentHandler(&outline);
   try {
     reader->parse(std::cin);
@@ -35,4 +35,7 @@ int main() {
               << failure.getMessage() << '\n';
     return 1;
   }
+  if (std::cout.flush()) return 0;
+  std::cerr << "The output cannot be written\n";
+  return 1;
 }

@@ -11,7 +11,7 @@ using namespace Tavrin;
 // A track: its name as text, its positions as floats, the times as an attribute of typed values.
 std::string writeTrack() {
   std::ostringstream stream;
-  XMLWriter_FI writer;
+  XMLWriter_X891 writer;
   writer.setOutputStream(&stream);
 
   writer.startDocument();
@@ -52,20 +52,30 @@ class TrackPrinter : public ContentHandler, public PrimitiveTypeContentHandler {
   }
 };
 
-int main() {
+void readTrack(const std::string& document) {
   TrackPrinter printer;
-  XMLReader_FI reader;
+  XMLReader_X891 reader;
   reader.setContentHandler(&printer);
   reader.setProperty(properties::primitiveTypeContentHandler,
                      static_cast<PrimitiveTypeContentHandler*>(&printer));
-  std::istringstream stream(writeTrack());
+  std::istringstream stream(document);
+  reader.parse(stream);
+}
+
+int main() {
   try {
-    reader.parse(stream);
+    readTrack(writeTrack());
+  } catch (const SAXParseException& failure) {  // A binary document has octets for columns.
+    std::cerr << "octet " << failure.getColumnNumber() << ": " << failure.getMessage() << '\n';
+    return 1;
   } catch (const SAXException& failure) {
     std::cerr << failure.getMessage() << '\n';
     return 1;
-  } catch (const EncodingAlgorithmException& failure) {
+  } catch (const EncodingAlgorithmException& failure) {  // Not a SAXException.
     std::cerr << failure.getMessage() << '\n';
     return 1;
   }
+  if (std::cout.flush()) return 0;
+  std::cerr << "The output cannot be written\n";
+  return 1;
 }

@@ -89,10 +89,11 @@ class TAVRIN_API AttributesImpl : public Attributes {
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
                     const std::string& type, const std::string& value);
 
+  /// The records, in document order.
+  std::vector<Attribute> attributes_;
+
  private:
   const Attribute& at(int index) const;
-
-  std::vector<Attribute> attributes_;
 };
 
 }  // namespace Tavrin

@@ -1,7 +1,8 @@
 /// @file
 /// Identifiers of features and properties, and the reserved namespace names.
 ///
-/// Identifiers compare as whole strings, octet for octet.
+/// Identifiers compare as whole strings, octet for octet. They have internal linkage: a shared
+/// object that uses one can be unloaded.
 #pragma once
 
 namespace Tavrin {
@@ -17,120 +18,114 @@ namespace Tavrin {
 /// or null where there is no value.
 namespace properties {
 /// A LexicalHandler.
-inline constexpr char lexicalHandler[] = "http://xml.org/sax/properties/lexical-handler";
+constexpr char lexicalHandler[] = "http://xml.org/sax/properties/lexical-handler";
 /// A DeclHandler.
-inline constexpr char declarationHandler[] = "http://xml.org/sax/properties/declaration-handler";
+constexpr char declarationHandler[] = "http://xml.org/sax/properties/declaration-handler";
 /// Fast Infoset reader: a PrimitiveTypeContentHandler.
-inline constexpr char primitiveTypeContentHandler[] =
+constexpr char primitiveTypeContentHandler[] =
     "http://jvnet.org/fastinfoset/sax/properties/primitive-type-content-handler";
 /// Fast Infoset reader: an EncodingAlgorithmContentHandler.
-inline constexpr char encodingAlgorithmContentHandler[] =
+constexpr char encodingAlgorithmContentHandler[] =
     "http://jvnet.org/fastinfoset/sax/properties/encoding-algorithm-content-handler";
 /// Fast Infoset reader: an EncodingAlgorithmMap. The writer accepts and ignores it.
-inline constexpr char registeredEncodingAlgorithms[] =
+constexpr char registeredEncodingAlgorithms[] =
     "http://jvnet.org/fastinfoset/parser/properties/registered-encoding-algorithms";
 /// Fast Infoset reader: an ExternalVocabularyMap. The writer accepts and ignores it.
-inline constexpr char externalVocabularies[] =
+constexpr char externalVocabularies[] =
     "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies";
 
 /// "XML10" and "X891": the version of XML that the document states, a `std::string`. Of a reader it
 /// can only be asked, from startDocument on.
-inline constexpr char documentXMLVersion[] = "http://xml.org/sax/properties/document-xml-version";
+constexpr char documentXMLVersion[] = "http://xml.org/sax/properties/document-xml-version";
 /// "XML10" and "X891": what the document states of being standalone, a `bool`; null where it states
 /// nothing. Of a reader it can only be asked, from startDocument on.
-inline constexpr char standalone[] = "http://tavrin/sax/properties/standalone";
+constexpr char standalone[] = "http://tavrin/sax/properties/standalone";
 
 /// Reader "XML10": the URI of the document, a `std::string`, against which relative system
 /// identifiers are resolved (RFC 3986, section 5). Without one they are reported as written.
-inline constexpr char baseURI[] = "http://tavrin/sax/properties/base-uri";
+constexpr char baseURI[] = "http://tavrin/sax/properties/base-uri";
 /// Reader "XML10": how many octets an octet of input may expand to through entities, a `double` of
 /// at least 1. Default 100.
-inline constexpr char entityAmplificationFactor[] =
+constexpr char entityAmplificationFactor[] =
     "http://tavrin/sax/properties/entity-amplification-factor";
 /// Reader "XML10": how many octets entities may expand to before the factor counts, a
 /// `std::uint64_t`. Default 8 MiB.
-inline constexpr char entityAmplificationThreshold[] =
+constexpr char entityAmplificationThreshold[] =
     "http://tavrin/sax/properties/entity-amplification-threshold";
 
 /// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
-inline constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
+constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
 /// Writer "XML10": what attribute values stand in, a `char`: apostrophe (the default) or quotation
 /// mark.
-inline constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character";
+constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character";
 
 /// Reader "X891": how many octets may be delivered from tables for each octet of the document, a
 /// `double` of at least 1. It stops a document of a few octets that stores one long string or name
 /// and refers to it again and again. Default 1000.
-inline constexpr char amplificationFactor[] =
-    "http://tavrin/fastinfoset/properties/amplification-factor";
+constexpr char amplificationFactor[] = "http://tavrin/fastinfoset/properties/amplification-factor";
 /// Reader "X891": how many octets may be delivered from tables before the factor counts, a
 /// `std::uint64_t`. Default 8 MiB.
-inline constexpr char amplificationThreshold[] =
+constexpr char amplificationThreshold[] =
     "http://tavrin/fastinfoset/properties/amplification-threshold";
 /// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. Every
 /// entry counts with the length of its strings and 32 octets. It stops a document without an end
 /// that fills tables alone. A reader refuses a document that needs more (default 512 MiB), a writer
 /// adds no more entries (default 64 MiB).
-inline constexpr char maximumTableOctets[] =
-    "http://tavrin/fastinfoset/properties/maximum-table-octets";
+constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maximum-table-octets";
 /// Reader "X891": how many octets one string or typed value may take in the document, a
 /// `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
-inline constexpr char maximumLiteralOctets[] =
+constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
 /// Writer "X891": up to which length in octets attribute values enter their table, a
 /// `std::uint64_t`. Default 32.
-inline constexpr char indexedAttributeValueLength[] =
+constexpr char indexedAttributeValueLength[] =
     "http://tavrin/fastinfoset/properties/indexed-attribute-value-length";
 /// Writer "X891": up to which length in octets character chunks enter their table, a
 /// `std::uint64_t`. Default 32.
-inline constexpr char indexedChunkLength[] =
-    "http://tavrin/fastinfoset/properties/indexed-chunk-length";
+constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/indexed-chunk-length";
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.
-inline constexpr char initialVocabulary[] =
-    "http://tavrin/fastinfoset/properties/initial-vocabulary";
+constexpr char initialVocabulary[] = "http://tavrin/fastinfoset/properties/initial-vocabulary";
 /// Writer "X891": the URI, a `std::string`, of the entry of externalVocabularies that documents
 /// refer to and use.
-inline constexpr char externalVocabulary[] =
-    "http://tavrin/fastinfoset/properties/external-vocabulary";
+constexpr char externalVocabulary[] = "http://tavrin/fastinfoset/properties/external-vocabulary";
 }  // namespace properties
 
 /// Identifiers for setFeature and getFeature.
 namespace features {
 /// Text writer: begin every tag, comment, instruction and declaration on a new line. Default off.
-inline constexpr char autoIndent[] = "http://tavrin/sax/features/auto-indent";
+constexpr char autoIndent[] = "http://tavrin/sax/features/auto-indent";
 /// Text writer: write an element without content as an empty-element tag. Default on.
-inline constexpr char emptyTags[] = "http://tavrin/sax/features/empty-tags";
+constexpr char emptyTags[] = "http://tavrin/sax/features/empty-tags";
 /// Text writer: begin the document with an XML declaration. Default on.
-inline constexpr char xmlDeclaration[] = "http://tavrin/sax/features/xml-declaration";
+constexpr char xmlDeclaration[] = "http://tavrin/sax/features/xml-declaration";
 
 /// Reader "XML10": split names by Namespaces in XML and report prefix mappings. Default on.
-inline constexpr char namespaces[] = "http://xml.org/sax/features/namespaces";
+constexpr char namespaces[] = "http://xml.org/sax/features/namespaces";
 /// Reader "XML10": report namespace declarations as attributes, too. Default off.
-inline constexpr char namespacePrefixes[] = "http://xml.org/sax/features/namespace-prefixes";
+constexpr char namespacePrefixes[] = "http://xml.org/sax/features/namespace-prefixes";
 /// Reader "XML10": read external general entities through the resolver. Default on.
-inline constexpr char externalGeneralEntities[] =
-    "http://xml.org/sax/features/external-general-entities";
+constexpr char externalGeneralEntities[] = "http://xml.org/sax/features/external-general-entities";
 /// Reader "XML10": read the external subset and external parameter entities through the resolver.
 /// Default on.
-inline constexpr char externalParameterEntities[] =
+constexpr char externalParameterEntities[] =
     "http://xml.org/sax/features/external-parameter-entities";
 /// Reader "XML10": namespace declarations that are reported as attributes are in the namespace of
 /// `xmlns`. Default off: they have no namespace.
-inline constexpr char xmlnsURIs[] = "http://xml.org/sax/features/xmlns-uris";
+constexpr char xmlnsURIs[] = "http://xml.org/sax/features/xmlns-uris";
 /// Readers "XML10" and "X891": whether the document states that it is standalone. It can only be
 /// asked, from startDocument on.
-inline constexpr char isStandalone[] = "http://xml.org/sax/features/is-standalone";
+constexpr char isStandalone[] = "http://xml.org/sax/features/is-standalone";
 /// Reader "XML10": whether documents are validated. It can only be asked: they are not.
-inline constexpr char validation[] = "http://xml.org/sax/features/validation";
+constexpr char validation[] = "http://xml.org/sax/features/validation";
 }  // namespace features
 
 /// The namespace names that Namespaces in XML reserves (section 3).
 namespace namespaces {
 /// Bound to the prefix `xml`.
-inline constexpr char xml[] = "http://www.w3.org/XML/1998/namespace";
+constexpr char xml[] = "http://www.w3.org/XML/1998/namespace";
 /// Bound to the prefix `xmlns`, that of namespace declarations.
-inline constexpr char xmlns[] = "http://www.w3.org/2000/xmlns/";
+constexpr char xmlns[] = "http://www.w3.org/2000/xmlns/";
 }  // namespace namespaces
 
 }  // namespace Tavrin

@@ -29,11 +29,12 @@ namespace Tavrin {
 ///   when its local name is at least as long as its namespace name. Otherwise both names hold the
 ///   local name, a line feed and the prefix, as with `xml:lang`; a copy by XMLWriter_XML is then
 ///   not well-formed.
-/// - Every attribute has the type "CDATA".
+/// - Every attribute has the type "CDATA". The list that startElement is given is an
+///   AttributesImpl.
 /// - Undeclaring the default namespace (`xmlns=""`) aborts the parse if there is a content handler.
 /// - A notation declaration aborts the parse while a DTD handler is set; the declaration of an
-///   external or unparsed entity does while a declaration handler is set (an unparsed one only
-///   with a DTD handler beside it). They need a base URI, and this reader has none.
+///   external or unparsed entity does while a declaration handler is set. They need a base URI, and
+///   this reader has none.
 class TAVRIN_API XMLReader_Expat : public XMLReader {
  public:
   XMLReader_Expat();
@@ -56,8 +57,12 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// @throws SAXException when no parser could be created, and when called from a handler
   void parse(std::istream& stream) override;
 
-  /// Reads the next block of a document; see XMLReader::parse. A null pointer with `isFinal` gives
-  /// the document up: no endDocument follows.
+  /// Reads the next block of a document; see XMLReader::parse.
+  ///
+  /// A null pointer is no block: it only begins a document where none is open. With `isFinal`,
+  /// whatever the size, it gives the document up: what is missing is no failure, endDocument is not
+  /// called, not even for a document that is complete, and the reader can read another one. To end
+  /// a document whose last block came without `isFinal`, hand in an empty block that is not null.
   ///
   /// The events of what a block completes may come with a later block, at the latest with the last:
   /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
@@ -68,67 +73,23 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
- protected:
-  struct Callbacks;
-  struct Event;
-  /// Frees a parser.
+ private:
+  class Driver;
+  class Locator_Expat;
   struct ParserDeleter {
-    /// @param parser not null
     void operator()(XML_ParserStruct* parser) const;
   };
 
-  DeclHandler* declHandler_ = nullptr;        ///< Not owned.
-  LexicalHandler* lexicalHandler_ = nullptr;  ///< Not owned.
-
-  std::unique_ptr<Event> event_;  ///< Of the open document.
-
-  /// The document's parser, while a document is open.
-  XML_ParserStruct* parser() const { return parser_.get(); }
-  /// Calls setDocumentLocator and startDocument.
-  void announceDocument();
-
-  /// Whether events are delivered. Where it is off, makeReady is asked before an event.
-  bool ready_ = true;
-
-  /// @name Steps that a derived reader may take in another way
-  /// @{
-
-  /// A new parser, which the caller owns, or null.
-  virtual XML_ParserStruct* createParser() const;
-  /// Installs the callbacks in the new parser.
-  virtual void configureParser();
-  /// A locator for the new parser.
-  virtual std::unique_ptr<Locator> createLocator() const;
-  /// The parser is ready and has read nothing yet.
-  virtual void beginDocument();
-  /// Before an event that finds ready_ off.
-  /// @return whether the event is to be delivered
-  virtual bool makeReady();
-  /// Called while what a handler threw inside of expat is being caught.
-  virtual void handlerThrew();
-  /// Gives a block to the parser.
-  /// @return expat's status
-  virtual int parseBlock(const void* data, unsigned long size, bool isFinal);
-  /// expat has failed: tells the error handler, and throws.
-  [[noreturn]] virtual void reportError();
-  /// expat has read the whole document.
-  virtual void endDocument();
-  /// Called while what ends a parse is being caught: throws what the caller is to get.
-  [[noreturn]] virtual void leaveParse();
-  /// Frees what belongs to the open document.
-  virtual void releaseParser();
-  /// @}
-
- private:
-  class Locator_Expat;
-
+  /// Creates and configures the parser of a new document, and announces the document.
   void setupParser();
-  template <typename Parse>
-  void guardParse(Parse parse);
 
-  std::unique_ptr<Locator> locator_;
+  DeclHandler* declHandler_ = nullptr;
+  LexicalHandler* lexicalHandler_ = nullptr;
+  // While a document is open.
+  std::unique_ptr<Locator_Expat> locator_;
   std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
-  bool parsing_ = false;  // A call of parse is on the stack.
+
+  std::unique_ptr<Driver> driver_;
 
   static const XMLReaderType type_;
 };

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <Tavrin/Export.h>
-#include <Tavrin/XMLReader_Expat.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/XMLReader.h>
 
+#include <istream>
 #include <memory>
 #include <string>
 
@@ -12,10 +14,13 @@ namespace Tavrin {
 
 /// Reads XML 1.0 text through expat and loses nothing that SAX2 reports; registered as "XML10".
 ///
-/// It is XMLReader_Expat without that reader's oddities:
+/// It has none of the oddities of XMLReader_Expat:
 /// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
 ///   whatever its type, and no event follows it. The reader can then read another document.
-/// - Names are always split by Namespaces in XML. `xmlns=""` is startPrefixMapping("", "").
+/// - Names are always split by Namespaces in XML, whatever stands in a namespace name, and are
+///   qualified names in declarations, too: `"x:2" is not a qualified name`. `xmlns=""` is
+///   startPrefixMapping("", ""). The prefix `xml`, which is always bound, has no prefix mapping,
+///   also where it is declared.
 /// - Notations and unparsed entities go to the DTD handler, declarations to the declaration
 ///   handler, each where it is set. Of several declarations of an entity or an attribute only the
 ///   first counts (XML 1.0, sections 3.3 and 4.2) and is reported.
@@ -30,11 +35,15 @@ namespace Tavrin {
 ///   being read; the message of a failure there names the entity.
 ///
 /// setDocumentLocator and startDocument come when the XML declaration has been read, or before the
-/// first other event or failure, so that the properties below can be asked in startDocument. A
-/// document of blocks that is given up before may have had no event at all.
+/// first other event or failure, so that the properties below can be asked in startDocument.
 ///
-/// Encodings: those of expat, and through iconv those in which every character is one octet and
-/// ASCII is ASCII. Others are refused.
+/// Versions: a document of another version than 1.0 is read by the rules of 1.0, after a call of
+/// ErrorHandler::warning (XML 1.0, fifth edition, section 2.8). A version that is not "1." and
+/// digits is a failure.
+///
+/// Encodings: those of expat, UTF-8 by all names that iconv has for it ("utf8"), and through iconv
+/// those in which every character is one octet and ASCII is ASCII. Others are refused. A name is
+/// looked for in the first kibioctet of a document or entity.
 ///
 /// Features: Tavrin::features::namespaces, namespacePrefixes, externalGeneralEntities,
 /// externalParameterEntities, xmlnsURIs; only to be asked isStandalone; validation, which can only
@@ -45,8 +54,9 @@ namespace Tavrin {
 ///   of the start tag, without namespace name and local name; with `xmlns-uris`, too, they are in
 ///   the namespace of `xmlns` and have a local name.
 ///
-/// Properties: those of XMLReader_Expat; Tavrin::properties::baseURI, entityAmplificationFactor,
-/// entityAmplificationThreshold, which count from the next document; only to be asked
+/// Properties: Tavrin::properties::lexicalHandler, declarationHandler, which count from the next
+/// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold, which count from the
+/// next document; only to be asked
 /// documentXMLVersion ("1.0" where the document has no declaration) and standalone, which tell of
 /// the last document that has begun.
 ///
@@ -62,7 +72,7 @@ namespace Tavrin {
 /// - ignorable white space in element content: it comes as characters.
 ///
 /// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition.
-class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
+class TAVRIN_API XMLReader_XML10 : public XMLReader {
  public:
   XMLReader_XML10();
   ~XMLReader_XML10() override;
@@ -85,36 +95,32 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader_Expat {
   /// @throws SAXNotRecognizedException for an unknown identifier
   void* getProperty(const std::string& name) override;
 
+  /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
+  /// consulted nor changed.
+  /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError
+  /// @throws SAXException when no parser could be created, and when called from a handler
+  /// @throws whatever a handler, the resolver or a stream throws
+  void parse(std::istream& stream) override;
+
+  /// Reads the next block of a document; see XMLReader::parse. A null pointer is an empty block. An
+  /// empty last block ends the document as any other: a document that is not complete is a failure,
+  /// a complete one has its endDocument. A document is given up by parsing a stream, or with the
+  /// reader.
+  ///
+  /// The events of what a block completes may come with a later block, at the latest with the last:
+  /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
+  /// two again before much more has come.
+  /// @param data    the block, or null, whatever the size
+  /// @param size    its length in octets, however large
+  /// @param isFinal true on the last block
+  /// @throws as parse of a stream
+  void parse(const void* data, unsigned long size, bool isFinal) override;
+
  private:
-  class Locator_XML10;
-  class EntityScope;
-  struct Callbacks;
-  struct DeclaredEntity;
-  struct Document;
-  struct Settings;
+  class Driver;
+  struct State;
 
-  XML_ParserStruct* createParser() const override;
-  void configureParser() override;
-  std::unique_ptr<Locator> createLocator() const override;
-  void beginDocument() override;
-  bool makeReady() override;
-  void handlerThrew() override;
-  int parseBlock(const void* data, unsigned long size, bool isFinal) override;
-  [[noreturn]] void reportError() override;
-  void endDocument() override;
-  [[noreturn]] void leaveParse() override;
-  void releaseParser() override;
-
-  /// Ends the document with a failure where the current entity stands.
-  [[noreturn]] void fail(const std::string& message);
-  /// Ends the document with expat's failure in the current entity.
-  [[noreturn]] void failAsParser();
-  /// The entity that the next external declaration of a parser declares.
-  void numberNextEntity(XML_ParserStruct* parser);
-  void readEntity(const DeclaredEntity& entity, const char* context);
-
-  std::unique_ptr<Settings> settings_;
-  std::unique_ptr<Document> document_;  // While a document is open.
+  std::unique_ptr<State> state_;
 
   static const XMLReaderType type_;
 };

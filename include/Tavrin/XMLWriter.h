@@ -27,6 +27,27 @@ class TAVRIN_API XMLWriter : public ContentHandler,
                              public DeclHandler,
                              public LexicalHandler {
  public:
+  /// How far the document has come.
+  enum WriterState : std::int32_t {
+    Initial = 0,    ///< No document started.
+    Prolog = 1,     ///< Started; neither DTD nor root element yet.
+    InDTD = 2,      ///< Between startDTD and endDTD.
+    AfterDTD = 3,   ///< endDTD seen; root element not yet started.
+    InElement = 4,  ///< At least one element open.
+    InCDATA = 5,    ///< In a CDATA section.
+    AfterRoot = 6,  ///< The root element has ended.
+    Ended = 7       ///< endDocument seen.
+  };
+
+  /// The names of an open element, as startElement gave them.
+  struct Element {
+    std::string uri;        ///< Namespace name, or empty.
+    std::string localName;  ///< Name without prefix.
+    std::string qName;      ///< Name with prefix and colon.
+  };
+
+  /// Without a stream.
+  XMLWriter() = default;
   ~XMLWriter() override;
   XMLWriter(const XMLWriter&) = delete;
   XMLWriter& operator=(const XMLWriter&) = delete;
@@ -105,27 +126,6 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// @}
 
  protected:
-  /// How far the document has come.
-  enum WriterState : std::int32_t {
-    Initial = 0,    ///< No document started.
-    Prolog = 1,     ///< Started; neither DTD nor root element yet.
-    InDTD = 2,      ///< Between startDTD and endDTD.
-    AfterDTD = 3,   ///< endDTD seen; root element not yet started.
-    InElement = 4,  ///< At least one element open.
-    InCDATA = 5,    ///< In a CDATA section.
-    AfterRoot = 6,  ///< The root element has ended.
-    Ended = 7       ///< endDocument seen.
-  };
-
-  /// The names of an open element, as startElement gave them.
-  struct Element {
-    std::string uri;        ///< Namespace name, or empty.
-    std::string localName;  ///< Name without prefix.
-    std::string qName;      ///< Name with prefix and colon.
-  };
-
-  XMLWriter() = default;
-
   std::ostream* out_ = nullptr;   ///< Where the document goes; not owned.
   WriterState state_ = Initial;   ///< How far the document has come.
   bool hasContent_ = false;       ///< The innermost element, DTD or CDATA section has content.

@@ -13,6 +13,7 @@
 
 namespace Tavrin {
 
+class EncodingAlgorithmAttributes;
 struct ExternalVocabulary;
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
@@ -40,9 +41,18 @@ struct ExternalVocabulary;
 ///   `The attribute "a" stands twice in a start tag`, `The prefix "p" is declared twice`, and what
 ///   Namespaces in XML says of reserved names;
 /// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
-///   `The notation "n" has no identifier`, `The unparsed entity "e" has no system identifier`;
-/// - the document: `A document needs a root element`, `Unknown external vocabulary "U"`, and what
-///   the vocabulary properties give as reasons (see setProperty).
+///   `The unparsed entity "e" has no system identifier`, which the format wants;
+/// - the document: `A document needs a root element`, `Unknown external vocabulary "U"` with the
+///   property that would make it known, and what the vocabulary properties give as reasons (see
+///   setProperty).
+///
+/// What fails for another reason, in the attributes that are given, in the stream, or for want of
+/// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
+/// further event is refused (`The document cannot go on after a failure: the writer must be
+/// reset`), until reset.
+///
+/// White space in front of the data of an instruction is left out: in XML text it does not belong
+/// to the data. Empty identifiers of the document type and of notations are left out.
 ///
 /// Names and identifiers always enter the tables of a reader, so that they enter those of the
 /// writer, too, whatever their size: a document is refused (`The vocabulary takes more than N
@@ -90,11 +100,16 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// Writes nothing; skippedEntity uses the identifiers.
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
+  void internalEntityDecl(const std::string& name, const std::string& value) override;
+  void elementDecl(const std::string& name, const std::string& model) override;
+  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
+                     const std::string& mode, const std::string& value) override;
   void startDTD(const std::string& name, const std::string& publicId,
                 const std::string& systemId) override;
   void endDTD() override;
   void startCDATA() override;
-  /// Writes the section as a chunk of the cdata algorithm; nothing for an empty one.
+  /// Writes the section as a chunk of the cdata algorithm; nothing for an empty one. A section that
+  /// holds its own end, `]]>`, becomes two, between the brackets and `>`.
   void endCDATA() override;
   void comment(const std::string& text) override;
   /// @}
@@ -118,14 +133,15 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 225
   /// encoding algorithms`, `More than 241 restricted alphabets`, `A table of the vocabulary has
   /// more than 1048576 entries`, and as for names and text elsewhere.
-  /// @throws SAXException for an XML version that is neither "1.0" nor "1.1"
+  /// @throws SAXException for an XML version that does not match `1.[0-9]+` (XML 1.0, production
+  /// 26)
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
 
   /// @name Typed content
   /// Each throws SAXException "You cannot write character data at this point" anywhere but in an
   /// element, and writes nothing for an empty value. A value of more than 4294967295 octets is
-  /// refused; `bytes` and `octets` take one octet more.
+  /// refused.
   /// @{
   void bytes(const std::string& data) override;  ///< Base64 content.
   void shorts(const std::vector<short>& data) override;
@@ -140,14 +156,15 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   ///              is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a named one (31 and above)
   /// @param data  what the algorithm made; of a built-in one, it is checked
-  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI, or for octets
-  ///         that a built-in algorithm cannot have made
+  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - ", the URI or the number, and
+  ///         the property that would make it known; or for octets that a built-in algorithm cannot
+  ///         have made
   void octets(const std::string& uri, int index, const std::string& data) override;
   /// Encodes a value.
   /// @param uri   names a registered algorithm; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a registered one
   /// @param data  a holder of the algorithm's own type
-  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " and the URI; or `The
+  /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " as `octets`; or `The
   ///         algorithm "U" announced other octets than it wrote`
   /// @throws std::bad_cast for a holder of another type
   void object(const std::string& uri, int index, const EncodedData& data) override;
@@ -156,30 +173,37 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// The algorithm that encodes, or null.
   /// @param uri   names a registered algorithm; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a registered one
-  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index) override;
-
- protected:
-  /// @name Steps
-  /// @{
-  void beginDocument() override;
-  bool isIndexed(const StringIndexMap& table, const std::string& text) const override;
-  void addEntry(StringIndexMap& table, const std::string& text) override;
-  void addEntry(NameIndexMap& table, const QualifiedName& name) override;
-  void missingNamePart(const std::string& part, const char* what) const override;
-  bool isDeclaration(const Attributes& attributes, int index) const override;
-  void takeDeclarations(const Attributes& attributes,
-                        const std::vector<int>& declarations) override;
-  void checkElementName(const Name& name, unsigned int index, bool isKnown) override;
-  void checkAttributeName(const Name& name, unsigned int index, bool isKnown) override;
-  void checkValue(const std::string& value, unsigned int index) const override;
-  void checkTypedValue(const std::string& uri, int index, const EncodedData& data) override;
-  void beginTag() override;
-  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data) override;
-  /// @}
+  EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
 
  private:
   struct State;
   struct WrittenVocabulary;
+
+  template <typename Body>
+  void attempt(Body body);
+  void requireSound() const;
+  void breakOff() noexcept;
+
+  void encodeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  void encodeIdentifier(StringIndexMap* table, const std::string& text);
+
+  void beginDocument();
+
+  void encodeStartTag(const Name& name, const Attributes& attributes);
+  unsigned int takeElementName(const Name& name);
+  const EncodingAlgorithmAttributes* typedForm(const Attributes& attributes);
+  void recogniseAttributes(const Attributes& attributes);
+  void takeAttributes(const Attributes& attributes);
+  void encodeTakenAttributes(const Attributes& attributes);
+  void encodeNewAttributeName(const Name& name);
+  static bool isDeclaration(const Attributes& attributes, int index);
+  void takeDeclarations(const Attributes& attributes, const std::vector<int>& declarations);
+  void checkElementName(const Name& name, unsigned int index, bool isKnown);
+  void checkAttributeName(const Name& name, unsigned int index, bool isKnown);
+  void checkValue(const std::string& value, unsigned int index) const;
+  void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
+  void beginTag();
+  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
 
   void declare(const std::string& prefix, const std::string& uri);
   void takeNewName(const Name& name);
@@ -200,14 +224,19 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   void writeVocabulary(const WrittenVocabulary& vocabulary);
   void writeSurrogates(const std::vector<QualifiedName>& names);
 
+  void writeInstruction(const std::string& target, const std::string& data);
   void gather(const std::string& text);
   void checkTypedContent() const;
-  bool beginTypedContent(std::uint64_t octets) const;
+  template <typename Write>
+  void putValue(std::uint64_t octets, Write write);
+  void putSection(const std::string& text);
   void putContent(unsigned int field, const std::string& octets);
 
   static bool isBuiltIn(const std::string& uri, int index);
   std::string namedAlgorithm(int index) const;
   unsigned int fieldOf(const std::string& uri, int index) const;
+  EncodingAlgorithm& algorithmFor(const std::string& uri, int index);
+  [[noreturn]] void refuseAlgorithm(const std::string& uri, int index) const;
   static std::uint64_t octetsOfBooleans(std::size_t count);
   static void checkValueLength(std::uint64_t octets);
   static std::uint64_t checkBuiltIn(int index, const EncodedData& data);

@@ -13,6 +13,10 @@
 
 namespace Tavrin {
 
+namespace xml {
+class Escapes;
+}
+
 /// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML".
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. They may be changed at
@@ -82,56 +86,24 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void comment(const std::string& text) override;
 
  protected:
-  /// What an external identifier belongs to.
-  enum class Declared {
-    DocumentType,    ///< `<!DOCTYPE`
-    Notation,        ///< `<!NOTATION`
-    UnparsedEntity,  ///< `<!ENTITY` with `NDATA`
-    ParsedEntity     ///< `<!ENTITY`
-  };
-
-  /// @name Steps
-  /// What a derived writer may do otherwise.
-  /// @{
-
-  /// Whether events leave anything to write: whether there is a stream.
-  virtual bool isWriting() const;
-  /// Writes out what has been composed; called at the end of each event, also of a refused one.
-  virtual void send();
-  /// Breaks the line in front of what comes next, if auto-indent is on.
-  virtual void indent();
-  /// Writes what the XML declaration says of being standalone, with the blank before it: nothing.
-  virtual void writeStandaloneDeclaration();
-  /// Writes a start tag without its ">". The element is open in the base.
-  virtual void writeStartTag(const std::string& uri, const std::string& localName,
-                             const std::string& qName, const Attributes& attributes);
-  /// Writes the ">" of an element that ends without content, no empty-element tag being wanted.
-  virtual void completeEmptyStartTag();
-  /// Writes the external identifier of a declaration, with the blank before it.
-  virtual void writeExternalIdentifier(Declared declared, const std::string& name,
-                                       const std::string& publicId, const std::string& systemId);
-  /// Writes the default of an attribute declaration.
-  virtual void writeDefault(const std::string& mode, const std::string& value);
-  /// @}
-
-  /// Composes a piece of the document, if isWriting.
-  void write(std::string_view text);
-  /// Completes what the innermost container leaves open before its first content.
+  /// Completes what the innermost container leaves open before its first content. When it returns,
+  /// that is in the stream.
   void startChild();
+  /// Breaks the line in front of what comes next, if auto-indent is on, by ignorableWhitespace.
+  void indent();
 
   bool autoIndent_ = false;              ///< The feature auto-indent.
   bool emptyTags_ = true;                ///< The feature empty-tags.
   bool xmlDeclaration_ = true;           ///< The feature xml-declaration.
-  std::string composed_;                 ///< Octets that are not written out yet.
   std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
 
  private:
   bool* findFeature(const std::string& name);
   template <typename... Pieces>
-  void writeAll(const Pieces&... pieces);
-  template <typename Body>
-  void perform(Body body);
-  void writeText(std::string_view text);
+  void write(const Pieces&... pieces);
+  void writeEscaped(const xml::Escapes& escapes, std::string_view text, std::string_view behind);
+  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
+                               std::string_view repeatedName);
 
   static const XMLWriterType type_;
 };

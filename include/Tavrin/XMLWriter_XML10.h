@@ -4,11 +4,12 @@
 
 #include <Tavrin/Export.h>
 #include <Tavrin/Factories.h>
-#include <Tavrin/XMLWriter_XML.h>
+#include <Tavrin/XMLWriter.h>
 
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Tavrin {
 
@@ -19,11 +20,15 @@ class EventOctets;
 /// Whatever it is given, what it writes is well-formed, with regard to namespaces too, and comes
 /// back as it was, or the event is refused with a SAXException that names the reason. A refused
 /// event leaves no octet behind and the writer as it was before: what follows may go on from there.
+/// So does one that fails for another reason, in the attributes that are given or for want of
+/// memory, as long as nothing of it may have been written. Otherwise, and where the stream throws,
+/// every further event is refused (`The document cannot go on after a failure: the writer must be
+/// reset`), until reset.
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. Properties, each with a
 /// type of value: Tavrin::properties::indentWidth, quoteCharacter, standalone and
-/// documentXMLVersion, which can only be "1.0". Features and properties count from the next event,
-/// and stay when the writer is reset.
+/// documentXMLVersion, which can be any `1.[0-9]+`; what is written is XML 1.0, and says so.
+/// Features and properties count from the next event, and stay when the writer is reset.
 ///
 /// **Names.** An element or attribute comes with namespace name, local name and qualified name.
 /// They must fit each other and the prefix mappings in force: what binds a prefix, and the default
@@ -59,7 +64,7 @@ class EventOctets;
 ///
 /// Without auto-indent, what an event writes reaches the stream in one piece before it returns. The
 /// stream is neither flushed nor checked. Without a stream, events are checked all the same.
-class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
+class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
  public:
   XMLWriter_XML10();
   ~XMLWriter_XML10() override;
@@ -110,6 +115,12 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
   void comment(const std::string& text) override;
   /// @}
 
+  /// Switches one of the three features on or off.
+  /// @throws SAXNotRecognizedException for any other identifier
+  void setFeature(const std::string& name, bool value) override;
+  /// Whether one of the three features is on.
+  /// @throws SAXNotRecognizedException for any other identifier
+  bool getFeature(const std::string& name) override;
   /// Sets one of the four properties.
   /// @throws SAXException for a value that it cannot have
   /// @throws SAXNotRecognizedException for any other identifier
@@ -125,29 +136,28 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
   /// Forgets the document, with what auto-indent holds back.
   void reset() override;
 
- protected:
-  /// Always: events are checked and their octets composed, whether there is a stream or not.
-  bool isWriting() const override;
-  void send() override;
-  void indent() override;
-  void writeStandaloneDeclaration() override;
-  void writeStartTag(const std::string& uri, const std::string& localName, const std::string& qName,
-                     const Attributes& attributes) override;
-  void completeEmptyStartTag() override;
-  void writeExternalIdentifier(Declared declared, const std::string& name,
-                               const std::string& publicId, const std::string& systemId) override;
-  void writeDefault(const std::string& mode, const std::string& value) override;
-
  private:
   struct Document;
   struct Mark;
+  /// What an external identifier belongs to.
+  enum class Declared { DocumentType, Notation, Entity };
 
   template <typename Body>
   void perform(Body body);
   Mark mark() const;
   void restore(const Mark& mark);
+  void requireSound() const;
+  void breakOff() noexcept;
+  template <typename Write>
+  void writeOrBreakOff(Write write);
   void commit();
+  void send();
   void writeOut();
+  bool* findFeature(const std::string& name);
+  template <typename... Pieces>
+  void write(const Pieces&... pieces);
+  void startChild();
+  void indent();
   bool isDirect() const;
   void writeDirectly(EventOctets& octets);
   void composeStartTag(EventOctets& octets, const std::string& uri, const std::string& localName,
@@ -157,12 +167,20 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter_XML {
   void writeSection(std::string_view text);
   void writeAttributeValue(std::string_view value);
   void writeSystemLiteral(std::string_view systemId);
+  void writeExternalIdentifier(Declared declared, const std::string& publicId,
+                               const std::string& systemId);
+  void writeDefault(const std::string& mode, const std::string& value);
   bool isOutsideInternalSubset() const;
   void writeGeneralReference(const std::string& name);
   void writeParameterReference(const std::string& name);
   void rememberDefault(const std::string& eName, const std::string& aName, const std::string& mode,
                        const std::string& value);
 
+  bool autoIndent_ = false;
+  bool emptyTags_ = true;
+  bool xmlDeclaration_ = true;
+  std::string composed_;                 // Octets that are not written out yet.
+  std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
   std::string version_ = "1.0";
   unsigned indentWidth_ = 2;
   char quote_ = '\'';

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "ExpatNames.h"
+
 namespace Tavrin {
 
 ElementAttributes::Record& ElementAttributes::append() {
@@ -11,13 +13,12 @@ ElementAttributes::Record& ElementAttributes::append() {
   return records_[size_++];
 }
 
-void ElementAttributes::add(const char* name, const char* value,
-                            ExpatName (*split)(std::string_view)) {
+void ElementAttributes::add(const char* name, const char* value, bool splits) {
   Record& record = append();
   if (record.name != name) {
     record.name = name;
-    if (split != nullptr) {
-      const ExpatName parts = split(record.name);
+    if (splits) {
+      const ExpatName parts = splitName(record.name, kXML10Separator);
       record.uri = parts.uri;
       record.localName = parts.localName;
       assignQName(record.qName, parts);

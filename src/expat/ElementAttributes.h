@@ -3,11 +3,9 @@
 #include <Tavrin/Attributes.h>
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "AttributeTypes.h"
-#include "ExpatNames.h"
 
 namespace Tavrin {
 
@@ -19,9 +17,8 @@ class ElementAttributes : public Attributes {
  public:
   void clear() { size_ = 0; }
   /// Appends an attribute by the name that expat gives.
-  /// @param split how the name is taken apart, always the same way; null where expat has not
-  ///              processed it for namespaces
-  void add(const char* name, const char* value, ExpatName (*split)(std::string_view));
+  /// @param splits whether expat has processed the name for namespaces, always the same
+  void add(const char* name, const char* value, bool splits);
   /// Appends a namespace declaration.
   /// @param prefix    empty for the default namespace
   /// @param inXmlns whether it is in the namespace of `xmlns`

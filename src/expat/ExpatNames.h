@@ -3,9 +3,15 @@
 #include <string>
 #include <string_view>
 
-#include "Callbacks.h"
-
 namespace Tavrin {
+
+/// Separates the parts of a name that expat has processed for namespaces: namespace name, local
+/// name, prefix. A line feed cannot stand in a name, and in a namespace name only as a reference:
+/// expat then refuses the document.
+inline constexpr char kExpatSeparator = '\n';
+
+/// The same where any namespace name is to be read: an octet that UTF-8 does not have.
+inline constexpr char kXML10Separator = '\xFF';
 
 /// A name that expat has processed for namespaces, taken apart.
 struct ExpatName {
@@ -19,16 +25,17 @@ struct ExpatName {
 /// @param uriLength where the first separator is, or npos
 /// @param skip      how much of what follows the namespace name is not searched for the second
 ///                  separator
-inline ExpatName splitAt(std::string_view name, std::size_t uriLength, std::size_t skip) {
+inline ExpatName splitAt(std::string_view name, char separator, std::size_t uriLength,
+                         std::size_t skip) {
   if (uriLength == std::string_view::npos) return {{}, name, {}};
   const std::string_view rest = name.substr(uriLength + 1);
-  const std::size_t separator = rest.find(kNameSeparator, skip);
-  if (separator == std::string_view::npos) return {name.substr(0, uriLength), rest, {}};
-  return {name.substr(0, uriLength), rest.substr(0, separator), rest.substr(separator + 1)};
+  const std::size_t second = rest.find(separator, skip);
+  if (second == std::string_view::npos) return {name.substr(0, uriLength), rest, {}};
+  return {name.substr(0, uriLength), rest.substr(0, second), rest.substr(second + 1)};
 }
 
-inline ExpatName splitName(std::string_view name) {
-  return splitAt(name, name.find(kNameSeparator), 0);
+inline ExpatName splitName(std::string_view name, char separator) {
+  return splitAt(name, separator, name.find(separator), 0);
 }
 
 /// The name as the document writes it.

@@ -1,14 +1,27 @@
 #include "SingleByteEncoding.h"
 
 #include <iconv.h>
+#include <strings.h>
 
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 namespace Tavrin {
 
 namespace {
+
+// What follows a slash are orders to iconv, and not part of a name (XML 1.0, production 81).
+bool isName(const char* name) { return *name != '\0' && std::strchr(name, '/') == nullptr; }
+
+bool isKnownToExpat(const char* name) {
+  for (const char* known : {"UTF-8", "UTF-16", "UTF-16BE", "UTF-16LE", "ISO-8859-1", "US-ASCII"}) {
+    if (strcasecmp(name, known) == 0) return true;
+  }
+  return false;
+}
 
 /// A conversion to big-endian code points.
 class Conversion {
@@ -22,6 +35,19 @@ class Conversion {
 
   // iconv_open fails with the pointer that is all ones.
   bool isKnown() const { return reinterpret_cast<std::ptrdiff_t>(handle_) != -1; }
+
+  /// What octets stand for, all of them; empty where that is not so.
+  std::string characters(std::string_view octets) {
+    std::string in(octets);
+    std::string out(4 * octets.size(), '\0');
+    char* from = in.data();
+    char* to = out.data();
+    std::size_t inLeft = in.size();
+    std::size_t outLeft = out.size();
+    if (iconv(handle_, &from, &inLeft, &to, &outLeft) == static_cast<std::size_t>(-1)) return {};
+    out.resize(out.size() - outLeft);
+    return out;
+  }
 
   /// The character that an octet stands for; -1 for none; -2 when it is not a whole character.
   int characterOf(unsigned char octet) {
@@ -48,8 +74,7 @@ class Conversion {
 }  // namespace
 
 EncodingSupport describeEncoding(const char* name, XML_Encoding& encoding) {
-  // What follows a slash are orders to iconv, and not part of a name (XML 1.0, production 81).
-  if (std::strchr(name, '/') != nullptr) return EncodingSupport::unknown;
+  if (!isName(name)) return EncodingSupport::unknown;
   Conversion conversion(name);
   if (!conversion.isKnown()) return EncodingSupport::unknown;
   for (int octet = 0; octet < 256; ++octet) {
@@ -61,6 +86,16 @@ EncodingSupport describeEncoding(const char* name, XML_Encoding& encoding) {
   encoding.convert = nullptr;
   encoding.release = nullptr;
   return EncodingSupport::singleByte;
+}
+
+// iconv does not tell which names are of one encoding, so a character of each length is tried.
+bool isUTF8(const char* name) {
+  if (!isName(name) || isKnownToExpat(name)) return false;
+  Conversion conversion(name);
+  if (!conversion.isKnown()) return false;
+  using namespace std::string_view_literals;
+  return conversion.characters("A\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80") ==
+         "\0\0\0A\0\0\0\xE4\0\0\x20\xAC\0\1\xF6\0"sv;
 }
 
 }  // namespace Tavrin

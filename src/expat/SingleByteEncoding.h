@@ -11,4 +11,7 @@ enum class EncodingSupport { singleByte, multiByte, unknown };
 /// @return whether that was done, or why not
 EncodingSupport describeEncoding(const char* name, XML_Encoding& encoding);
 
+/// Whether a name is one of UTF-8 that iconv knows and expat does not.
+bool isUTF8(const char* name);
+
 }  // namespace Tavrin

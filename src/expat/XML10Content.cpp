@@ -1,14 +1,13 @@
-#include "Event.h"
-#include "XML10Document.h"
+#include "XML10Driver.h"
 
 namespace Tavrin {
 
-void XMLReader_XML10::Callbacks::startElementHandler(void* userData, const XML_Char* name,
-                                                     const XML_Char** attributes) {
-  XMLReader_XML10& reader = from(userData);
-  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    Document& document = *reader.document_;
-    Event& event = *reader.event_;
+void XMLReader_XML10::Driver::Callbacks::startElementHandler(void* userData, const XML_Char* name,
+                                                             const XML_Char** attributes) {
+  Driver& driver = from(userData);
+  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
+    XML10Document& document = *driver.document_;
+    XML10Event& event = document.event;
     event.takeName(name, document.features.namespaces);
     ElementAttributes& list = event.attributes;
     list.clear();
@@ -16,42 +15,56 @@ void XMLReader_XML10::Callbacks::startElementHandler(void* userData, const XML_C
       list.addDeclaration(prefix, uri, document.features.xmlnsURIs);
     }
     for (; *attributes; attributes += 2) {
-      list.add(attributes[0], attributes[1], document.features.namespaces ? splitName : nullptr);
+      list.add(attributes[0], attributes[1], document.features.namespaces);
     }
     if (!document.attributeTypes.isEmpty()) {
       list.setTypes(document.attributeTypes.find(event.qName));
     }
     handler.startElement(event.uri, event.localName, event.qName, list);
   });
-  reader.document_->declarations.clear();
+  driver.document_->declarations.clear();
 }
 
-void XMLReader_XML10::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
-  XMLReader_XML10& reader = from(userData);
-  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    Event& event = *reader.event_;
-    event.takeName(name, reader.document_->features.namespaces);
+void XMLReader_XML10::Driver::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
+  Driver& driver = from(userData);
+  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
+    XML10Event& event = driver.document_->event;
+    event.takeName(name, driver.document_->features.namespaces);
     handler.endElement(event.uri, event.localName, event.qName);
   });
 }
 
-void XMLReader_XML10::Callbacks::startNamespaceHandler(void* userData, const XML_Char* prefix,
-                                                       const XML_Char* uri) {
-  XMLReader_XML10& reader = from(userData);
+namespace {
+
+/// The prefix xml is bound without a declaration, and one changes nothing. SAX2 does not report it.
+bool isBoundAnyway(const XML_Char* prefix) { return prefix && std::string_view(prefix) == "xml"; }
+
+}  // namespace
+
+void XMLReader_XML10::Driver::Callbacks::startNamespaceHandler(void* userData,
+                                                               const XML_Char* prefix,
+                                                               const XML_Char* uri) {
+  Driver& driver = from(userData);
   // expat has no namespace name for `xmlns=""`.
-  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
-    Document& document = *reader.document_;
+  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
+    XML10Document& document = *driver.document_;
     if (document.features.namespacePrefixes) {
       document.declarations.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
     }
+    if (isBoundAnyway(prefix)) return;
     handler.startPrefixMapping(textOrEmpty(prefix), textOrEmpty(uri));
   });
 }
 
-void XMLReader_XML10::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,
-                                                      int isParameterEntity) {
-  XMLReader_XML10& reader = from(userData);
-  deliver(reader, reader.contentHandler_, [&](ContentHandler& handler) {
+void XMLReader_XML10::Driver::Callbacks::endNamespaceHandler(void* userData,
+                                                             const XML_Char* prefix) {
+  if (!isBoundAnyway(prefix)) Tavrin::Callbacks::endNamespaceHandler(userData, prefix);
+}
+
+void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,
+                                                              int isParameterEntity) {
+  Driver& driver = from(userData);
+  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
     handler.skippedEntity(isParameterEntity ? std::string("%") + name : name);
   });
 }

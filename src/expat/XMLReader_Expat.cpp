@@ -1,26 +1,11 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_Expat.h>
-#include <expat.h>
-
-#include <cstdint>
 
 #include "../sax/ParseScope.h"
-#include "Event.h"
+#include "ExpatDriver.h"
+#include "ExpatNames.h"
 
 namespace Tavrin {
-
-class XMLReader_Expat::Locator_Expat : public Locator {
- public:
-  explicit Locator_Expat(XML_Parser parser) : parser_(parser) {}
-
-  std::string getPublicId() const override { return {}; }
-  std::string getSystemId() const override { return {}; }
-  std::int32_t getLineNumber() const override { return lineOf(parser_); }
-  std::int32_t getColumnNumber() const override { return columnOf(parser_); }
-
- private:
-  XML_Parser parser_;
-};
 
 void XMLReader_Expat::ParserDeleter::operator()(XML_ParserStruct* parser) const {
   XML_ParserFree(parser);
@@ -28,7 +13,7 @@ void XMLReader_Expat::ParserDeleter::operator()(XML_ParserStruct* parser) const 
 
 const XMLReaderType XMLReader_Expat::type_("Expat", &XMLReader_Expat::create);
 
-XMLReader_Expat::XMLReader_Expat() = default;
+XMLReader_Expat::XMLReader_Expat() : driver_(std::make_unique<Driver>(*this)) {}
 
 XMLReader_Expat::~XMLReader_Expat() = default;
 
@@ -50,65 +35,39 @@ void* XMLReader_Expat::getProperty(const std::string& name) {
   return XMLReader::getProperty(name);
 }
 
+void XMLReader_Expat::parse(std::istream& stream) { driver_->parse(stream); }
+
+void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) {
+  driver_->parse(data, size, isFinal);
+}
+
 void XMLReader_Expat::setupParser() {
-  releaseParser();  // An abandoned document may still be open.
-  parser_.reset(createParser());
-  if (!parser_) throw SAXException("Cannot create expat xml parser");
-  configureParser();
-  event_ = std::make_unique<Event>();
-  locator_ = createLocator();
-  beginDocument();
-}
-
-XML_ParserStruct* XMLReader_Expat::createParser() const {
-  return XML_ParserCreateNS(nullptr, kNameSeparator);
-}
-
-std::unique_ptr<Locator> XMLReader_Expat::createLocator() const {
-  return std::make_unique<Locator_Expat>(parser_.get());
-}
-
-void XMLReader_Expat::configureParser() { Callbacks::install(parser_.get(), this); }
-
-void XMLReader_Expat::beginDocument() { announceDocument(); }
-
-void XMLReader_Expat::announceDocument() {
+  driver_->releaseParser();  // An abandoned document may still be open.
+  std::unique_ptr<XML_ParserStruct, ParserDeleter> parser(
+      XML_ParserCreateNS(nullptr, kExpatSeparator));
+  if (!parser) throw SAXException("Cannot create expat xml parser");
+  auto locator = std::make_unique<Locator_Expat>(parser.get());
+  Driver::Callbacks::install(parser.get(), *driver_);
+  // A parser that is kept is one that the next block can be given to, so both are kept at once.
+  locator_ = std::move(locator);
+  parser_ = std::move(parser);
   if (contentHandler_) contentHandler_->setDocumentLocator(locator_.get());
   if (contentHandler_) contentHandler_->startDocument();  // A handler may take itself off.
 }
 
-bool XMLReader_Expat::makeReady() { return true; }
-
-void XMLReader_Expat::handlerThrew() { XML_StopParser(parser_.get(), XML_FALSE); }
-
-int XMLReader_Expat::parseBlock(const void* data, unsigned long size, bool isFinal) {
-  return XML_Parse(parser_.get(), static_cast<const char*>(data), static_cast<std::int32_t>(size),
-                   isFinal);
-}
-
-void XMLReader_Expat::reportError() {
-  const SAXParseException exception(XML_ErrorString(XML_GetErrorCode(parser_.get())),
-                                    lineOf(parser_.get()), columnOf(parser_.get()));
-  if (errorHandler_) errorHandler_->fatalError(exception);
-  throw exception;
-}
-
-void XMLReader_Expat::endDocument() {
-  if (contentHandler_) contentHandler_->endDocument();
-}
-
-void XMLReader_Expat::releaseParser() {
-  locator_.reset();
-  parser_.reset();
-  event_.reset();
-}
+XMLReader_Expat::Driver::Driver(XMLReader_Expat& reader)
+    : EventTarget({reader.contentHandler_, reader.errorHandler_, reader.entityResolver_,
+                   reader.dtdHandler_, reader.declHandler_, reader.lexicalHandler_}),
+      reader_(reader) {}
 
 // SAX failures leave the reader idle, ready for another document. They leave as the two types that
 // callers of parse know, whatever was derived from them. Exceptions of other kinds, from a handler
 // or a stream, pass through, and the document stays open.
-void XMLReader_Expat::leaveParse() {
+template <typename Parse>
+void XMLReader_Expat::Driver::guardParse(Parse parse) {
+  const ParseScope scope(parsing_);
   try {
-    throw;
+    parse();
   } catch (const SAXParseException& exception) {
     releaseParser();
     throw SAXParseException(exception);
@@ -118,34 +77,25 @@ void XMLReader_Expat::leaveParse() {
   }
 }
 
-template <typename Parse>
-void XMLReader_Expat::guardParse(Parse parse) {
-  const ParseScope scope(parsing_);
-  try {
-    parse();
-  } catch (...) {
-    leaveParse();
-  }
-}
-
-void XMLReader_Expat::parse(std::istream& stream) {
+void XMLReader_Expat::Driver::parse(std::istream& stream) {
   guardParse([&] {
-    setupParser();
-    const XML_Status status = parseStream(parser_.get(), stream, kBlockSize);
+    reader_.setupParser();
+    const XML_Status status = parseStream(reader_.parser_.get(), stream, kBlockSize);
     if (status == XML_STATUS_ERROR) reportError();
     if (status == XML_STATUS_OK) endDocument();
     releaseParser();
   });
 }
 
-void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) {
+void XMLReader_Expat::Driver::parse(const void* data, unsigned long size, bool isFinal) {
   guardParse([&] {
-    if (!parser_) setupParser();
+    if (!reader_.parser_) reader_.setupParser();
     if (data == nullptr) {
       if (isFinal) releaseParser();
       return;
     }
-    const int status = parseBlock(data, size, isFinal);
+    const XML_Status status = XML_Parse(reader_.parser_.get(), static_cast<const char*>(data),
+                                        static_cast<std::int32_t>(size), isFinal);
     if (status == XML_STATUS_ERROR) reportError();
     if (!isFinal) return;
     if (status == XML_STATUS_OK) endDocument();
@@ -153,25 +103,31 @@ void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) 
   });
 }
 
-XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize) {
-  XML_Status status = XML_STATUS_OK;
-  bool isFinal = false;
-  while (status == XML_STATUS_OK && !isFinal) {
-    void* block = XML_GetBuffer(parser, blockSize);
-    if (block == nullptr) return XML_STATUS_ERROR;
-    // The stream's buffer is read, not the stream: its state flags play no part.
-    std::streambuf* source = stream.rdbuf();
-    const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), blockSize) : 0;
-    isFinal = count < blockSize;
-    status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
-  }
-  return status;
+void XMLReader_Expat::Driver::endDocument() {
+  if (handlers.content) handlers.content->endDocument();
 }
 
-void XMLReader_Expat::Callbacks::install(XML_Parser parser, XMLReader_Expat* reader) {
-  XML_SetUserData(parser, reader);
+void XMLReader_Expat::Driver::reportError() {
+  XML_Parser parser = reader_.parser_.get();
+  const SAXParseException exception(XML_ErrorString(XML_GetErrorCode(parser)), lineOf(parser),
+                                    columnOf(parser));
+  if (handlers.error) handlers.error->fatalError(exception);
+  throw exception;
+}
+
+void XMLReader_Expat::Driver::handlerThrew() { XML_StopParser(reader_.parser_.get(), XML_FALSE); }
+
+void XMLReader_Expat::Driver::releaseParser() {
+  reader_.locator_.reset();
+  reader_.parser_.reset();
+  text = std::string();
+}
+
+void XMLReader_Expat::Driver::Callbacks::install(XML_Parser parser, Driver& driver) {
+  EventTarget* target = &driver;
+  XML_SetUserData(parser, target);
   // The external entity callback gets this in place of the parser. expat only passes it on.
-  XML_SetExternalEntityRefHandlerArg(parser, reader);
+  XML_SetExternalEntityRefHandlerArg(parser, target);
   XML_SetReturnNSTriplet(parser, 1);
   XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
 

@@ -1,138 +1,112 @@
-// Without this, expat.h keeps the limits of entities to itself.
-#define XML_DTD
-#include <Tavrin/XMLReader_XML10.h>
-#include <expat.h>
+#include <Tavrin/Identifiers.h>
 
-#include <algorithm>
-#include <limits>
-
-#include "XML10Document.h"
+#include "XML10Driver.h"
 
 namespace Tavrin {
 
-class XMLReader_XML10::Locator_XML10 : public Locator {
- public:
-  explicit Locator_XML10(const Document& document) : document_(document) {}
+namespace {
 
-  std::string getPublicId() const override { return document_.current().entity->publicId; }
-  std::string getSystemId() const override { return document_.current().entity->systemId; }
-  std::int32_t getLineNumber() const override { return lineOf(document_.current().parser); }
-  std::int32_t getColumnNumber() const override { return columnOf(document_.current().parser); }
+[[noreturn]] void throwNotSettable(const char* kind, const std::string& name) {
+  throw SAXException(std::string(kind) + " \"" + name + "\" can only be asked");
+}
 
- private:
-  const Document& document_;
-};
+[[noreturn]] void throwBadValue(const std::string& name, const char* wanted) {
+  throw SAXException("Property \"" + name + "\" must be " + wanted);
+}
+
+}  // namespace
+
+bool* XML10Settings::find(const std::string& name) {
+  struct Switch {
+    const char* name;
+    bool Features::*place;
+  };
+  static constexpr Switch kSwitches[] = {
+      {Tavrin::features::namespaces, &Features::namespaces},
+      {Tavrin::features::namespacePrefixes, &Features::namespacePrefixes},
+      {Tavrin::features::externalGeneralEntities, &Features::externalGeneralEntities},
+      {Tavrin::features::externalParameterEntities, &Features::externalParameterEntities},
+      {Tavrin::features::xmlnsURIs, &Features::xmlnsURIs},
+  };
+  for (const Switch& entry : kSwitches) {
+    if (name == entry.name) return &(features.*entry.place);
+  }
+  return nullptr;
+}
 
 const XMLReaderType XMLReader_XML10::type_("XML10", &XMLReader_XML10::create);
 
-XMLReader_XML10::XMLReader_XML10() : settings_(std::make_unique<Settings>()) {}
+XMLReader_XML10::State::State(XMLReader_XML10& reader)
+    : driver({reader.contentHandler_, reader.errorHandler_, reader.entityResolver_,
+              reader.dtdHandler_, settings.declHandler, settings.lexicalHandler},
+             settings) {}
+
+XMLReader_XML10::XMLReader_XML10() : state_(std::make_unique<State>(*this)) {}
 
 XMLReader_XML10::~XMLReader_XML10() = default;
 
 std::unique_ptr<XMLReader> XMLReader_XML10::create() { return std::make_unique<XMLReader_XML10>(); }
 
-XML_ParserStruct* XMLReader_XML10::createParser() const {
-  return settings_->features.namespaces ? XMLReader_Expat::createParser()
-                                        : XML_ParserCreate(nullptr);
+void XMLReader_XML10::parse(std::istream& stream) { state_->driver.parse(stream); }
+
+void XMLReader_XML10::parse(const void* data, unsigned long size, bool isFinal) {
+  state_->driver.parse(data, size, isFinal);
 }
 
-std::unique_ptr<Locator> XMLReader_XML10::createLocator() const {
-  return std::make_unique<Locator_XML10>(*document_);
-}
-
-void XMLReader_XML10::configureParser() {
-  document_ = std::make_unique<Document>(parser(), *settings_);
-  XMLReader_Expat::configureParser();
-  Callbacks::install(parser(), settings_->features);
-  XML_SetUnknownEncodingHandler(parser(), Callbacks::unknownEncodingHandler, this);
-  const double factor =
-      std::min<double>(settings_->amplificationFactor, std::numeric_limits<float>::max());
-  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser(), static_cast<float>(factor));
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser(),
-                                                          settings_->amplificationThreshold);
-}
-
-void XMLReader_XML10::Callbacks::install(XML_Parser parser, const Settings::Features& features) {
-  XML_SetXmlDeclHandler(parser, xmlDeclHandler);
-  XML_SetElementHandler(parser, startElementHandler, endElementHandler);
-  if (features.namespaces) XML_SetStartNamespaceDeclHandler(parser, startNamespaceHandler);
-  XML_SetSkippedEntityHandler(parser, skippedEntityHandler);
-  XML_SetStartDoctypeDeclHandler(parser, startDoctypeDeclHandler);
-  XML_SetNotationDeclHandler(parser, notationDeclHandler);
-  XML_SetEntityDeclHandler(parser, entityDeclHandler);
-  XML_SetAttlistDeclHandler(parser, attlistDeclHandler);
-  XML_SetExternalEntityRefHandler(parser, externalEntityRefHandler);
-}
-
-// The document begins with its XML declaration or the first other event: makeReady.
-void XMLReader_XML10::beginDocument() { ready_ = false; }
-
-bool XMLReader_XML10::makeReady() {
-  if (document_->failure) return false;
-  ready_ = true;
-  settings_->version = document_->version;
-  settings_->standalone = document_->standalone;
-  announceDocument();
-  return true;
-}
-
-void XMLReader_XML10::handlerThrew() {
-  ready_ = false;
-  if (!document_->failure) document_->failure = std::current_exception();
-  // The parsers of the entities around this one end as soon as it is left.
-  XML_StopParser(document_->current().parser, XML_FALSE);
-}
-
-int XMLReader_XML10::parseBlock(const void* data, unsigned long size, bool isFinal) {
-  // expat takes no more at a time than a signed 32-bit count.
-  constexpr unsigned long kMost = 1UL << 30;
-  const char* block = static_cast<const char*>(data);
-  for (; size > kMost; size -= kMost, block += kMost) {
-    const int status = XML_Parse(parser(), block, static_cast<int>(kMost), XML_FALSE);
-    if (status != XML_STATUS_OK) return status;
+void XMLReader_XML10::setFeature(const std::string& name, bool value) {
+  if (bool* place = state_->settings.find(name)) {
+    *place = value;
+  } else if (name == features::validation) {
+    if (value) throw SAXException("Feature \"" + name + "\" not supported");
+  } else if (name == features::isStandalone) {
+    throwNotSettable("Feature", name);
+  } else {
+    XMLReader::setFeature(name, value);
   }
-  return XML_Parse(parser(), block, static_cast<int>(size), isFinal);
 }
 
-void XMLReader_XML10::reportError() {
-  if (document_->failure) std::rethrow_exception(document_->failure);
-  if (!ready_) makeReady();
-  failAsParser();
+bool XMLReader_XML10::getFeature(const std::string& name) {
+  if (const bool* place = state_->settings.find(name)) return *place;
+  if (name == features::validation) return false;
+  if (name == features::isStandalone) return state_->settings.standalone.value_or(false);
+  return XMLReader::getFeature(name);
 }
 
-void XMLReader_XML10::failAsParser() {
-  const XML_Error code = XML_GetErrorCode(document_->current().parser);
-  std::string message = XML_ErrorString(code);
-  if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
-  fail(message);
+void XMLReader_XML10::setProperty(const std::string& name, void* value) {
+  XML10Settings& settings = state_->settings;
+  if (name == properties::lexicalHandler) {
+    settings.lexicalHandler = static_cast<LexicalHandler*>(value);
+  } else if (name == properties::declarationHandler) {
+    settings.declHandler = static_cast<DeclHandler*>(value);
+  } else if (name == properties::baseURI) {
+    settings.baseURI.reset();
+    if (value) settings.baseURI = *static_cast<const std::string*>(value);
+  } else if (name == properties::entityAmplificationFactor) {
+    const double factor =
+        value ? *static_cast<const double*>(value) : XML10Settings::kAmplificationFactor;
+    if (!(factor >= 1)) throwBadValue(name, "at least 1");  // Nor is NaN.
+    settings.amplificationFactor = factor;
+  } else if (name == properties::entityAmplificationThreshold) {
+    settings.amplificationThreshold =
+        value ? *static_cast<const std::uint64_t*>(value) : XML10Settings::kAmplificationThreshold;
+  } else if (name == properties::documentXMLVersion || name == properties::standalone) {
+    throwNotSettable("Property", name);
+  } else {
+    XMLReader::setProperty(name, value);
+  }
 }
 
-void XMLReader_XML10::fail(const std::string& message) {
-  const Document::OpenEntity& current = document_->current();
-  const DeclaredEntity& entity = *current.entity;
-  const bool isDocument = document_->open.size() == 1;
-  const SAXParseException exception(
-      isDocument ? message
-                 : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
-      lineOf(current.parser), columnOf(current.parser));
-  if (errorHandler_) errorHandler_->fatalError(exception);
-  throw exception;
-}
-
-void XMLReader_XML10::endDocument() {
-  if (document_->failure) std::rethrow_exception(document_->failure);
-  if (!ready_) makeReady();
-  XMLReader_Expat::endDocument();
-}
-
-void XMLReader_XML10::leaveParse() {
-  releaseParser();
-  throw;
-}
-
-void XMLReader_XML10::releaseParser() {
-  XMLReader_Expat::releaseParser();
-  document_.reset();
+void* XMLReader_XML10::getProperty(const std::string& name) {
+  const auto addressOf = [](auto& value) -> void* { return value ? &*value : nullptr; };
+  XML10Settings& settings = state_->settings;
+  if (name == properties::lexicalHandler) return settings.lexicalHandler;
+  if (name == properties::declarationHandler) return settings.declHandler;
+  if (name == properties::baseURI) return addressOf(settings.baseURI);
+  if (name == properties::entityAmplificationFactor) return &settings.amplificationFactor;
+  if (name == properties::entityAmplificationThreshold) return &settings.amplificationThreshold;
+  if (name == properties::documentXMLVersion) return addressOf(settings.version);
+  if (name == properties::standalone) return addressOf(settings.standalone);
+  return XMLReader::getProperty(name);
 }
 
 }  // namespace Tavrin

@@ -2,8 +2,6 @@
 
 #include <Tavrin/Exceptions.h>
 
-#include <algorithm>
-#include <cctype>
 #include <map>
 #include <memory>
 #include <string>
@@ -49,9 +47,11 @@ class Registry {
   }
 
  private:
+  // A name is the same whatever the locale, so only ASCII is folded.
   static std::string fold(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (char& c : name) {
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
     return name;
   }
 };

@@ -46,14 +46,21 @@ class Room {
   std::streambuf& buffer_;
 };
 
-/// Puts octets into the room of a stream's buffer.
+/// Puts octets, given in pieces, into the room of a stream's buffer.
 /// @return false where there is not room for all of them; nothing has happened then
-inline bool putIntoRoom(std::streambuf& buffer, std::string_view octets) {
+template <typename... Pieces>
+bool putIntoRoom(std::streambuf& buffer, const Pieces&... pieces) {
   const Room room(buffer);
-  if (octets.empty()) return true;
-  if (octets.size() > room.size()) return false;
-  std::memcpy(room.begin(), octets.data(), octets.size());
-  room.take(octets.size());
+  const std::size_t size = (pieces.size() + ...);
+  if (size == 0) return true;
+  if (size > room.size()) return false;
+  char* at = room.begin();
+  const auto put = [&at](std::string_view piece) {
+    if (!piece.empty()) std::memcpy(at, piece.data(), piece.size());
+    at += piece.size();
+  };
+  (put(pieces), ...);
+  room.take(size);
   return true;
 }
 

@@ -15,6 +15,8 @@ namespace Tavrin {
 
 /// What the writer keeps of a document.
 struct XMLWriter_XML10::Document {
+  bool isBroken = false;  // An event failed when some of it may have been written.
+
   // --- What is not written yet ---
 
   /// A line break that auto-indent wants, as long as no text forbids it.
@@ -65,6 +67,8 @@ struct XMLWriter_XML10::Mark {
   std::size_t octets;
   std::size_t breaks;
   std::size_t declarations;
+  std::size_t open;
+  std::size_t brackets;
 };
 
 /// Whether events stand in the external subset or an external parameter entity, to which the
@@ -80,12 +84,22 @@ inline XMLWriter_XML10::Mark XMLWriter_XML10::mark() const {
           elements_.size(),
           composed_.size(),
           document_->breaks.size(),
-          document_->bindings.count()};
+          document_->bindings.count(),
+          document_->open.size(),
+          document_->brackets};
 }
 
-/// Composes an event and writes it out, or leaves everything as it was.
+/// Composes pieces of the document.
+template <typename... Pieces>
+void XMLWriter_XML10::write(const Pieces&... pieces) {
+  ((composed_ += pieces), ...);
+}
+
+/// Composes an event and writes it out, or leaves everything as it was. Where writing it fails,
+/// nobody can tell what has been written, and nothing may follow.
 template <typename Body>
 void XMLWriter_XML10::perform(Body body) {
+  requireSound();
   const Mark before = mark();
   try {
     body();

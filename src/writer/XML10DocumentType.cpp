@@ -32,17 +32,29 @@ void requireEntityName(const std::string& name) {
 void XMLWriter_XML10::startDTD(const std::string& name, const std::string& publicId,
                                const std::string& systemId) {
   perform([&] {
-    XMLWriter_XML::startDTD(name, publicId, systemId);
+    indent();
+    XMLWriter::startDTD(name, publicId, systemId);
+    write("<!DOCTYPE ", name);
+    writeExternalIdentifier(Declared::DocumentType, publicId, systemId);
     xml::requireQName(name);
     document_->hasExternalSubset = !publicId.empty() || !systemId.empty();
   });
 }
 
 void XMLWriter_XML10::endDTD() {
-  perform([this] { XMLWriter_XML::endDTD(); });
+  perform([this] {
+    const bool hadContent = hasContent_;
+    XMLWriter::endDTD();
+    if (hadContent) {
+      indent();
+      write("]");
+    }
+    write(">");
+  });
 }
 
 void XMLWriter_XML10::startEntity(const std::string& name) {
+  requireSound();
   if (state_ != InDTD) return;
   Document& document = *document_;
   if (document.entitiesOutside > 0) {
@@ -62,12 +74,14 @@ void XMLWriter_XML10::startEntity(const std::string& name) {
 }
 
 void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+  requireSound();
   if (state_ == InDTD && document_->entitiesOutside > 0) --document_->entitiesOutside;
 }
 
 // --- References ---
 
 void XMLWriter_XML10::skippedEntity(const std::string& name) {
+  requireSound();
   if (name == "[dtd]" || isOutsideInternalSubset()) return;
   if (isParameterEntity(name) && state_ == InDTD) {
     writeParameterReference(name);
@@ -140,9 +154,9 @@ void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
   write(quote);
 }
 
-/// Only a notation may do without a system identifier (productions 75 and 83).
-void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& /*name*/,
-                                              const std::string& publicId,
+/// Only a notation may do without a system identifier, if it has a public one (productions 75 and
+/// 83). Elsewhere, one that is empty was written so.
+void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& publicId,
                                               const std::string& systemId) {
   const bool hasSystemId = !systemId.empty();
   if (!publicId.empty()) {
@@ -154,9 +168,6 @@ void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::stri
     return;
   }
   if (!hasSystemId && declared == Declared::DocumentType) return;
-  if (!hasSystemId && declared == Declared::Notation) {
-    throw SAXException("A notation needs a public or a system identifier");
-  }
   write(" SYSTEM");
   writeSystemLiteral(systemId);
 }
@@ -165,7 +176,12 @@ void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& p
                                    const std::string& systemId) {
   perform([&] {
     if (isOutsideInternalSubset()) return XMLWriter::notationDecl(name, publicId, systemId);
-    XMLWriter_XML::notationDecl(name, publicId, systemId);
+    startChild();
+    indent();
+    XMLWriter::notationDecl(name, publicId, systemId);
+    write("  <!NOTATION ", name);
+    writeExternalIdentifier(Declared::Notation, publicId, systemId);
+    write(">");
     xml::requireNCName(name);
   });
 }
@@ -177,7 +193,12 @@ void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::str
     if (isOutsideInternalSubset()) {
       return XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
     }
-    XMLWriter_XML::unparsedEntityDecl(name, publicId, systemId, notationName);
+    startChild();
+    indent();
+    XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+    write("  <!ENTITY ", name);
+    writeExternalIdentifier(Declared::Entity, publicId, systemId);
+    write(" NDATA ", notationName, ">");
     xml::requireNCName(name);
     xml::requireNCName(notationName);
     if (xml::isPredefinedEntity(name)) {
@@ -191,7 +212,12 @@ void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::str
                                          const std::string& systemId) {
   perform([&] {
     if (isOutsideInternalSubset()) return XMLWriter::externalEntityDecl(name, publicId, systemId);
-    XMLWriter_XML::externalEntityDecl(declaredName(name), publicId, systemId);
+    startChild();
+    indent();
+    XMLWriter::externalEntityDecl(name, publicId, systemId);
+    write("  <!ENTITY ", declaredName(name));
+    writeExternalIdentifier(Declared::Entity, publicId, systemId);
+    write(">");
     requireEntityName(name);
     if (xml::isPredefinedEntity(name)) {
       throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
@@ -205,7 +231,10 @@ void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::str
     if (isOutsideInternalSubset()) return XMLWriter::internalEntityDecl(name, value);
     std::string literal;
     const std::size_t invalid = xml::kEntityValueEscapes.append(literal, value);
-    XMLWriter_XML::internalEntityDecl(declaredName(name), literal);
+    startChild();
+    indent();
+    XMLWriter::internalEntityDecl(name, value);
+    write("  <!ENTITY ", declaredName(name), " \"", literal, "\">");
     requireEntityName(name);
     if (invalid != xml::kAllValid) xml::requireText(value, "the text of an entity");
     if (!xml::isReplacementText(name, value)) {
@@ -222,7 +251,10 @@ void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::str
 void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& model) {
   perform([&] {
     if (isOutsideInternalSubset()) return XMLWriter::elementDecl(name, model);
-    XMLWriter_XML::elementDecl(name, model);
+    startChild();
+    indent();
+    XMLWriter::elementDecl(name, model);
+    write("  <!ELEMENT ", name, " ", model, ">");
     xml::requireQName(name);
     xml::requireText(model, "a content model");
     if (!xml::isContentModel(model)) throw SAXException(quoted(model) + " is not a content model");
@@ -237,7 +269,12 @@ void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string&
       return XMLWriter::attributeDecl(eName, aName, type, mode, value);
     }
     const std::string writtenType = xml::attributeType(type);
-    XMLWriter_XML::attributeDecl(eName, aName, writtenType, mode, value);
+    startChild();
+    indent();
+    XMLWriter::attributeDecl(eName, aName, type, mode, value);
+    write("  <!ATTLIST ", eName, " ", aName, " ", writtenType, " ");
+    writeDefault(mode, value);
+    write(">");
     xml::requireQName(eName);
     xml::requireQName(aName);
     if (writtenType.empty()) {
@@ -275,12 +312,7 @@ void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::strin
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;
   std::optional<std::string> given;
-  if (mode.empty() || mode == "#FIXED") {
-    if (isNamespaceDeclaration) {
-      xml::requireDeclarable(xml::declaredPrefix(aName), value);
-    }
-    given = value;
-  }
+  if (mode.empty() || mode == "#FIXED") given = value;
   document_->defaults[eName].emplace(aName, given);
 }
 

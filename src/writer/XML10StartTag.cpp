@@ -281,7 +281,10 @@ void XML10StartTag::collectDefaults(const Element& element, const Defaults& defa
     const std::string_view prefix = xml::declaredPrefix(name);
     const bool isDeclared =
         std::ranges::binary_search(declarations_, prefix, {}, &Declaration::prefix);
-    if (!isDeclared && bindings.find(prefix) != *value) {
+    if (isDeclared) continue;
+    // Of an element that does not come, it may be anything.
+    xml::requireDeclarable(prefix, *value);
+    if (bindings.find(prefix) != *value) {
       throw SAXException("The element " + quoted(element.qName) + " has " + quoted(name) +
                          " by default, but does not declare it");
     }

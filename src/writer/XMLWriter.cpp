@@ -77,9 +77,14 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
   Element& element = elements_.emplace_back();
-  element.uri = uri;
-  element.localName = localName;
-  element.qName = qName;
+  try {
+    element.uri = uri;
+    element.localName = localName;
+    element.qName = qName;
+  } catch (...) {
+    elements_.pop_back();
+    throw;
+  }
   state_ = InElement;
   hasContent_ = false;
 }

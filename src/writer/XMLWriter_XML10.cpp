@@ -4,9 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "../xml/Characters.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
+#include "AddDeclaration.h"
 #include "EventOctets.h"
+#include "TextFeatures.h"
 #include "WriteOctets.h"
 #include "XML10Document.h"
 
@@ -23,6 +26,9 @@ const std::string kNoText;
 // Text of so few octets is copied together with what completes the start tag in front of it.
 constexpr std::size_t kShort = 256;
 
+// What one large event took is not kept for all the small ones.
+constexpr std::size_t kKeptOctets = 1U << 20U;
+
 }  // namespace
 
 const XMLWriterType XMLWriter_XML10::type_("XML10", &XMLWriter_XML10::create);
@@ -35,25 +41,62 @@ std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<X
 
 // --- Composing and writing out ---
 
-bool XMLWriter_XML10::isWriting() const { return true; }
-
-/// What an event composes is written out when all of it is known to be right.
-void XMLWriter_XML10::send() {}
-
 void XMLWriter_XML10::restore(const Mark& mark) {
   state_ = mark.state;
   hasContent_ = mark.hasContent;
+  // An element that is gone does not come back: its end was composed in vain.
+  if (elements_.size() < mark.elements) return breakOff();
   while (elements_.size() > mark.elements) elements_.pop_back();
+  while (document_->open.size() > mark.open) document_->open.pop_back();
   composed_.resize(mark.octets);
   document_->breaks.resize(mark.breaks);
   document_->bindings.undo(document_->bindings.count() - mark.declarations);
+  document_->brackets = mark.brackets;
+}
+
+void XMLWriter_XML10::requireSound() const {
+  if (!document_->isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+/// What is composed is not written any more.
+void XMLWriter_XML10::breakOff() noexcept {
+  document_->isBroken = true;
+  state_ = Ended;
+  composed_.clear();
+  document_->breaks.clear();
+}
+
+/// Runs what writes.
+template <typename Write>
+void XMLWriter_XML10::writeOrBreakOff(Write write) {
+  try {
+    write();
+  } catch (...) {
+    breakOff();
+    throw;
+  }
+}
+
+/// Writes out what is composed.
+void XMLWriter_XML10::send() {
+  if (composed_.empty()) return;
+  // Gone even when the stream throws.
+  struct Clear {
+    std::string& octets;
+    ~Clear() {
+      octets.clear();
+      if (octets.capacity() > kKeptOctets) octets.shrink_to_fit();
+    }
+  } const clear{composed_};
+  if (out_) writeOctets(*out_, composed_);
 }
 
 /// Writes what is composed, unless a line break in it may yet be forbidden.
 void XMLWriter_XML10::commit() {
   if (composed_.empty()) return;
   document_->hasBegun = true;
-  if (document_->breaks.empty() || elements_.empty()) writeOut();
+  if (document_->breaks.empty() || elements_.empty()) writeOrBreakOff([this] { writeOut(); });
 }
 
 /// Whether nothing waits to be written and no line is to be broken: most events come like that, and
@@ -65,12 +108,12 @@ bool XMLWriter_XML10::isDirect() const {
 
 void XMLWriter_XML10::writeDirectly(EventOctets& octets) {
   octets.write();
-  if (!composed_.empty()) XMLWriter_XML::send();
+  if (!composed_.empty()) writeOrBreakOff([this] { send(); });
 }
 
 void XMLWriter_XML10::writeOut() {
   // Without auto-indent there are no breaks, and each event comes here.
-  if (document_->breaks.empty()) return XMLWriter_XML::send();
+  if (document_->breaks.empty()) return send();
   const std::string text = std::exchange(composed_, {});
   const std::vector<Document::Break> breaks = std::exchange(document_->breaks, {});
   if (out_ == nullptr) return;
@@ -86,7 +129,26 @@ void XMLWriter_XML10::writeOut() {
   writeOctets(*out_, octets.substr(begin));
 }
 
-// --- Indentation ---
+// --- Layout ---
+
+/// Completes what the innermost container leaves open before its first content.
+void XMLWriter_XML10::startChild() {
+  if (hasContent_) return;
+  switch (state_) {
+    case InElement:
+      write(">");
+      break;
+    case InCDATA:
+      write("<![CDATA[");
+      break;
+    case InDTD:
+      write(" [");
+      break;
+    default:
+      return;
+  }
+  hasContent_ = true;
+}
 
 void XMLWriter_XML10::indent() {
   if (!autoIndent_) return;
@@ -116,57 +178,58 @@ void XMLWriter_XML10::forbidIndentation() {
 
 void XMLWriter_XML10::startDocument() {
   perform([this] {
-    XMLWriter_XML::startDocument();
+    XMLWriter::startDocument();
+    if (xmlDeclaration_) {
+      write("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+      if (statesStandalone_) write(" standalone=", standalone_ ? "\"yes\"" : "\"no\"");
+      write("?>");
+    }
     document_->isStandalone = xmlDeclaration_ && statesStandalone_ && standalone_;
   });
-}
-
-void XMLWriter_XML10::writeStandaloneDeclaration() {
-  if (statesStandalone_) write(standalone_ ? " standalone=\"yes\"" : " standalone=\"no\"");
 }
 
 void XMLWriter_XML10::endDocument() {
   perform([this] {
     const bool hasElement = state_ != Prolog && state_ != AfterDTD;
-    XMLWriter_XML::endDocument();
+    XMLWriter::endDocument();
     if (!hasElement) throw SAXException("You cannot end a document without an element");
   });
 }
 
 void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  requireSound();
   if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
     throw SAXException("You cannot declare a namespace at this point");
   }
   xml::requireDeclarable(prefix, uri);
-  namespaces_.push_back(prefix);
-  namespaces_.push_back(uri);
+  addDeclaration(namespaces_, prefix, uri);
 }
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
   if (!isDirect()) {
-    return perform([&] { XMLWriter_XML::startElement(uri, localName, qName, attributes); });
+    return perform([&] {
+      startChild();
+      indent();
+      XMLWriter::startElement(uri, localName, qName, attributes);
+      EventOctets octets(nullptr, composed_);
+      composeStartTag(octets, uri, localName, qName, attributes);
+      octets.keep();
+      namespaces_.clear();
+    });
   }
-  xml::NamespaceBindings& bindings = document_->bindings;
-  const std::size_t declared = bindings.count();
+  const Mark before = mark();
   EventOctets octets(out_, composed_);
   if (!hasContent_) octets.append('>');
   try {
     composeStartTag(octets, uri, localName, qName, attributes);
+    XMLWriter::startElement(uri, localName, qName, attributes);
   } catch (...) {
-    bindings.undo(bindings.count() - declared);
+    restore(before);
     throw;
   }
-  XMLWriter::startElement(uri, localName, qName, attributes);
   namespaces_.clear();
   writeDirectly(octets);
-}
-
-void XMLWriter_XML10::writeStartTag(const std::string& uri, const std::string& localName,
-                                    const std::string& qName, const Attributes& attributes) {
-  EventOctets octets(nullptr, composed_);
-  composeStartTag(octets, uri, localName, qName, attributes);
-  octets.keep();
 }
 
 void XMLWriter_XML10::composeStartTag(EventOctets& octets, const std::string& uri,
@@ -192,11 +255,24 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
                                  const std::string& qName) {
   if (!isDirect()) {
     return perform([&] {
-      XMLWriter_XML::endElement(uri, localName, qName);
+      const bool hadContent = hasContent_;
+      XMLWriter::endElement(uri, localName, qName);
+      if (hadContent) indent();
+      if (!hadContent && emptyTags_) {
+        write("/>");
+      } else {
+        write(hadContent ? "</" : "></", qName, ">");
+      }
       closeElement();
     });
   }
   const bool hadContent = hasContent_;
+  EventOctets octets(out_, composed_);
+  if (!hadContent && emptyTags_) {
+    octets.append('/', '>');
+  } else {
+    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
+  }
   try {
     XMLWriter::endElement(uri, localName, qName);
   } catch (...) {
@@ -204,12 +280,6 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
     throw;
   }
   closeElement();
-  EventOctets octets(out_, composed_);
-  if (!hadContent && emptyTags_) {
-    octets.append('/', '>');
-  } else {
-    octets.append(hadContent ? "</"sv : "></"sv, std::string_view(qName), '>');
-  }
   writeDirectly(octets);
 }
 
@@ -217,8 +287,6 @@ void XMLWriter_XML10::closeElement() {
   document_->bindings.undo(document_->open.back().declarations);
   document_->open.pop_back();
 }
-
-void XMLWriter_XML10::completeEmptyStartTag() { write(">"); }
 
 // --- Content ---
 
@@ -228,8 +296,10 @@ void XMLWriter_XML10::characters(const std::string& text) {
     const bool mayBeWhole = !isFirst || text.size() > kShort;
     if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
       hasContent_ = true;
-      if (out_ && isFirst) writeOctets(*out_, ">");
-      if (out_) writeOctets(*out_, text);
+      writeOrBreakOff([&] {
+        if (out_ && isFirst) writeOctets(*out_, ">");
+        if (out_) writeOctets(*out_, text);
+      });
     } else {
       EventOctets octets(out_, composed_);
       if (isFirst) octets.append('>');
@@ -301,20 +371,28 @@ void XMLWriter_XML10::ignorableWhitespace(const std::string& text) {
 
 void XMLWriter_XML10::startCDATA() {
   perform([this] {
-    XMLWriter_XML::startCDATA();
+    startChild();
+    XMLWriter::startCDATA();
     document_->brackets = 0;
     forbidIndentation();
   });
 }
 
 void XMLWriter_XML10::endCDATA() {
-  perform([this] { XMLWriter_XML::endCDATA(); });
+  perform([this] {
+    const bool hadContent = hasContent_;
+    XMLWriter::endCDATA();
+    if (hadContent) write("]]>");
+  });
 }
 
 void XMLWriter_XML10::processingInstruction(const std::string& target, const std::string& data) {
   perform([&] {
     if (isOutsideInternalSubset()) return XMLWriter::processingInstruction(target, data);
-    XMLWriter_XML::processingInstruction(target, data);
+    startChild();
+    indent();
+    XMLWriter::processingInstruction(target, data);
+    write("<?", target, " ", data, "?>");
     xml::requireTarget(target);
     xml::requireText(data, "a processing instruction");
     if (data.find("?>") != std::string::npos) {
@@ -326,7 +404,10 @@ void XMLWriter_XML10::processingInstruction(const std::string& target, const std
 void XMLWriter_XML10::comment(const std::string& text) {
   perform([&] {
     if (isOutsideInternalSubset()) return XMLWriter::comment(text);
-    XMLWriter_XML::comment(text);
+    startChild();
+    indent();
+    XMLWriter::comment(text);
+    write("<!--", text, "-->");
     xml::requireText(text, "a comment");
     if (text.find("--") != std::string::npos) {
       throw SAXException("You cannot put \"--\" into a comment");
@@ -335,12 +416,31 @@ void XMLWriter_XML10::comment(const std::string& text) {
   });
 }
 
-// --- Properties, flush and reset ---
+// --- Features, properties, flush and reset ---
+
+bool* XMLWriter_XML10::findFeature(const std::string& name) {
+  return findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_);
+}
+
+void XMLWriter_XML10::setFeature(const std::string& name, bool value) {
+  if (bool* const feature = findFeature(name)) {
+    *feature = value;
+  } else {
+    XMLWriter::setFeature(name, value);
+  }
+}
+
+bool XMLWriter_XML10::getFeature(const std::string& name) {
+  if (const bool* const feature = findFeature(name)) return *feature;
+  return XMLWriter::getFeature(name);
+}
 
 void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
   if (name == properties::documentXMLVersion) {
     const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
-    if (version != "1.0") throw SAXException("XML " + version + " cannot be written");
+    if (!xml::isVersion(version)) {
+      throw SAXException("\"" + version + "\" is not a version of XML");
+    }
     version_ = version;
   } else if (name == properties::standalone) {
     statesStandalone_ = value != nullptr;
@@ -354,7 +454,7 @@ void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
     }
     quote_ = quote;
   } else {
-    XMLWriter_XML::setProperty(name, value);
+    XMLWriter::setProperty(name, value);
   }
 }
 
@@ -363,19 +463,20 @@ void* XMLWriter_XML10::getProperty(const std::string& name) {
   if (name == properties::standalone) return statesStandalone_ ? &standalone_ : nullptr;
   if (name == properties::indentWidth) return &indentWidth_;
   if (name == properties::quoteCharacter) return &quote_;
-  return XMLWriter_XML::getProperty(name);
+  return XMLWriter::getProperty(name);
 }
 
 void XMLWriter_XML10::flush() {
   perform([this] {
-    XMLWriter_XML::flush();
+    startChild();
     for (Document::Open& element : document_->open) element.isMixed = true;
     document_->breaks.clear();
   });
 }
 
 void XMLWriter_XML10::reset() {
-  XMLWriter_XML::reset();
+  XMLWriter::reset();
+  namespaces_.clear();
   composed_.clear();
   *document_ = Document();
 }

@@ -183,6 +183,11 @@ bool isSystemId(std::string_view text) {
   return !hasBothQuotes && findInvalid(text) == kAllValid;
 }
 
+bool isVersion(std::string_view text) {
+  return text.size() > 2 && text.starts_with("1.") &&
+         text.find_first_not_of("0123456789", 2) == std::string_view::npos;
+}
+
 bool isTarget(std::string_view text) {
   const bool isReserved = text.size() == 3 && (text[0] | 0x20) == 'x' && (text[1] | 0x20) == 'm' &&
                           (text[2] | 0x20) == 'l';

@@ -31,6 +31,8 @@ bool isPublicId(std::string_view text);
 /// Whether a system identifier can be written as a literal (production 11): it does not hold both
 /// kinds of quotes, and its characters are allowed.
 bool isSystemId(std::string_view text);
+/// Whether a text is the number of a version of XML that is read as XML 1.0 (production 26).
+bool isVersion(std::string_view text);
 /// Whether a processing instruction may have this target: a name without a colon other than "xml"
 /// in any case (production 17).
 bool isTarget(std::string_view text);

@@ -19,7 +19,7 @@ inline bool isEasyText(std::string_view text) {
 #endif
   // Short texts are often line breaks and what indents.
   for (std::size_t i = plainOctets(text); i < text.size(); ++i) {
-    if (text[i] < 0x20 && text[i] != '\n' && text[i] != '\t') return false;
+    if (!isPlain(text[i]) && text[i] != '\n' && text[i] != '\t') return false;
   }
   return true;
 }

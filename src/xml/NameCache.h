@@ -122,8 +122,8 @@ class NameCache {
     Slot& slot = slotFor(hash);
     slot.hash = hash;
     if (slot.number == kNone) {
-      slot.number = static_cast<std::uint32_t>(entries_.size());
       entries_.push_back(std::move(entry));
+      slot.number = static_cast<std::uint32_t>(entries_.size() - 1);
     } else {
       entries_[slot.number] = std::move(entry);
     }
@@ -134,9 +134,9 @@ class NameCache {
     constexpr std::size_t kFirstSlots = 32;
     slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), Slot{});
     shift_ = 32U - static_cast<unsigned>(std::countr_zero(slots_.size()));
-    std::vector<Entry> old = std::exchange(entries_, {});
-    entries_.reserve(slots_.size() / 2);
     last_ = 0;
+    std::vector<Entry> old = std::exchange(entries_, {});
+    entries_.reserve(slots_.size() / 2);  // Where memory runs out, all names are forgotten.
     for (Entry& entry : old) {
       entry.next = 0;
       enter(std::move(entry));

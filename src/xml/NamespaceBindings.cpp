@@ -2,6 +2,8 @@
 
 #include <Tavrin/Identifiers.h>
 
+#include <utility>
+
 namespace Tavrin::xml {
 
 std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
@@ -32,9 +34,11 @@ void NamespaceBindings::clear() {
 }
 
 void NamespaceBindings::declare(const std::string& prefix, const std::string& uri) {
+  // Where memory runs out, nothing is declared.
+  std::string inner = uri;
   std::string& binding = bindings_[prefix];
-  declarations_.push_back({&binding, std::move(binding), version_});
-  binding = uri;
+  declarations_.push_back({&binding, {}, version_});
+  declarations_.back().outer = std::exchange(binding, std::move(inner));
   version_ = ++lastVersion_;
 }
 

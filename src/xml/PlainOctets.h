@@ -8,6 +8,12 @@
 
 namespace Tavrin::xml {
 
+/// Whether an octet is from 0x20 to 0x7F. A char may have a sign or none.
+inline bool isPlain(char c) {
+  const auto octet = static_cast<unsigned char>(c);
+  return octet >= 0x20 && octet < 0x80;
+}
+
 /// Of the octets of a word: the high bit where one is not from 0x20 to 0x7F, exact up to the first
 /// such octet.
 inline std::uint64_t notPlain(const char* octets) {
@@ -42,7 +48,7 @@ inline std::size_t plainOctets(std::string_view text) {
     const std::uint64_t found = notPlain(octets + size - kWord);
     return found == 0 ? size : size - kWord + static_cast<std::size_t>(std::countr_zero(found)) / 8;
   }
-  while (i < size && octets[i] >= 0x20) ++i;  // From 0x80 on, a char is negative.
+  while (i < size && isPlain(octets[i])) ++i;
   return i;
 }
 

@@ -30,10 +30,11 @@ class UniqueAttributes {
     });
     if (slot.number == kUnknown) {
       constexpr std::size_t kOfEntry = 128;
-      octets_ += uri.size() + localName.size() + kOfEntry;
-      slot = {hash, static_cast<std::uint32_t>(names_.size())};
+      // Where memory runs out, the name has no number yet.
+      lastTags_.resize(names_.size() + 1);
       names_.push_back({std::string(uri), std::string(localName)});
-      lastTags_.push_back(0);
+      slot = {hash, static_cast<std::uint32_t>(names_.size() - 1)};
+      octets_ += uri.size() + localName.size() + kOfEntry;
     }
     return slot.number;
   }

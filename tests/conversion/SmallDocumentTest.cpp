@@ -61,8 +61,7 @@ TEST_F(SmallDocument, KeepsNamespaces) {
        "<p:a xmlns:p='u' xmlns:q='u'><q:b/></p:a>"},
       {"attribute as long as its namespace", "<a xmlns:p='urn:x' p:abcde='1'/>",
        "<a xmlns:p='urn:x' p:abcde='1'/>"},
-      {"the xml prefix declared", "<a xmlns:xml='http://www.w3.org/XML/1998/namespace'/>",
-       "<a xmlns:xml='http://www.w3.org/XML/1998/namespace'/>"},
+      {"the xml prefix declared", "<a xmlns:xml='http://www.w3.org/XML/1998/namespace'/>", "<a/>"},
   });
 }
 

@@ -35,12 +35,13 @@ const Row kRows[] = {
     {"external parameter entity, DTD handler", "<!ENTITY % e SYSTEM 'e'>", true, false, {}},
 
     {"unparsed entity, both handlers", "<!ENTITY u SYSTEM 'u' NDATA n>", true, true, 42},
-    // The declaration handler opens the way, but there is nobody to call.
-    {"unparsed entity, declaration handler, skipped",
-     "<!ENTITY u SYSTEM 'u' NDATA n><!ENTITY i 'I'>",
+    // Nobody would be called, but the identifier is built before that is asked.
+    {"unparsed entity, declaration handler", "<!ENTITY u SYSTEM 'u' NDATA n>", false, true, 42},
+    {"public unparsed entity, declaration handler",
+     "<!ENTITY i 'I'><!ENTITY u PUBLIC 'p' 'u' NDATA n><!ENTITY j 'J'>",
      false,
      true,
-     {},
+     61,
      {"internalEntityDecl(i, I)"}},
     // The DTD handler alone would hear of it, but the way is closed.
     {"unparsed entity, DTD handler, not reported",

@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <sstream>
 
 #include "Support.h"
@@ -26,6 +27,14 @@ class Trap {
   int failing_ = -1;
 };
 
+/// expat's memory, in which one allocation fails.
+Trap memoryTrap;
+void* allocate(std::size_t size) { return memoryTrap.springs() ? nullptr : std::malloc(size); }
+void* reallocate(void* block, std::size_t size) {
+  return memoryTrap.springs() ? nullptr : std::realloc(block, size);
+}
+constexpr XML_Memory_Handling_Suite kMemory = {allocate, reallocate, std::free};
+
 Trap createTrap;
 Trap childTrap;
 Trap bufferTrap;
@@ -42,8 +51,8 @@ extern "C" {
 __attribute__((visibility("default"))) XML_Parser XML_ParserCreateNS(const XML_Char* encoding,
                                                                      XML_Char separator) {
   if (createTrap.springs()) return nullptr;
-  static const auto create = original<decltype(XML_ParserCreateNS)>("XML_ParserCreateNS");
-  return create(encoding, separator);
+  const XML_Char separators[] = {separator, '\0'};
+  return XML_ParserCreate_MM(encoding, &kMemory, separators);
 }
 
 __attribute__((visibility("default"))) XML_Parser XML_ExternalEntityParserCreate(
@@ -69,6 +78,7 @@ class ExpatOutOfMemory : public testing::Test {
  protected:
   ExpatOutOfMemory() { log_.attachTo(reader_); }
   ~ExpatOutOfMemory() override {
+    memoryTrap.reset();
     createTrap.reset();
     childTrap.reset();
     bufferTrap.reset();
@@ -109,6 +119,35 @@ TEST_F(ExpatOutOfMemory, ForTheParserEndsTheDocumentThatWasOpen) {
   // Nothing is left of a: this starts a document.
   EXPECT_EQ("done", parseBlocks(reader_, {"<c/>"}));
   EXPECT_EQ(wholeLog({"startElement(, c, c, [])", "endElement(, c, c)"}), log_.text());
+}
+
+TEST_F(ExpatOutOfMemory, AnywhereInExpatLeavesTheReaderIdle) {
+  const std::string document = "<!DOCTYPE a [<!ENTITY e 'E'>]><a xmlns='u' b='&e;'>&e;</a>";
+  bool blocks = false;
+  do {
+    int parsersRefused = 0;
+    int number = 0;
+    for (std::string outcome; outcome != "done"; ++number) {
+      SCOPED_TRACE(number);
+      ASSERT_GT(200, number);
+      memoryTrap.set(number);
+      outcome =
+          blocks ? parseBlocks(reader_, cutEvenly(document, 30)) : parseText(reader_, document);
+      memoryTrap.reset();
+      if (outcome == kNoParser) {
+        ++parsersRefused;
+        EXPECT_EQ("", log_.text());
+      } else if (outcome != "done") {
+        EXPECT_EQ(0U, outcome.find("SAXParseException(" + messageOf(XML_ERROR_NO_MEMORY)))
+            << outcome;
+      }
+      expectGoodDocument();
+      log_.clear();
+    }
+    EXPECT_LT(1, parsersRefused);
+    EXPECT_LT(parsersRefused + 5, number);
+    blocks = !blocks;
+  } while (blocks);
 }
 
 TEST_F(ExpatOutOfMemory, ForTheFirstBlockIsAFailureOfTheDocument) {

@@ -146,4 +146,57 @@ TEST(XML10Declarations, MayBeMany) {
   EXPECT_EQ(1, counter.elements);
 }
 
+TEST(XML10Declarations, OfOtherVersionsAreReadByTheRulesOfTheFirst) {
+  const auto warned = [](const std::string& version) {
+    return "warning(XML " + version + " is read by the rules of XML 1.0, 1, 1)";
+  };
+  checkXML10({
+      {.name = "1.0",
+       .text = "<?xml version='1.0'?><a/>",
+       .events = {"startElement(, a, a, [])", "endElement(, a, a)"}},
+      {.name = "1.1: NEL is no line end, and not escaped",
+       .text = "<?xml version='1.1'?><a>\xC2\x85</a>",
+       .events = {warned("1.1"), "startElement(, a, a, [])", "characters(\xC2\x85)",
+                  "endElement(, a, a)"}},
+      {.name = "1.1: a control character may not even be referred to",
+       .text = "<?xml version=\"1.1\"?>\n<a>&#1;</a>",
+       .events = {warned("1.1"), "startElement(, a, a, [])"},
+       .failure = "reference to invalid character number, 2, 4"},
+      {.name = "1.1: no prefix is undeclared",
+       .text = "<?xml version='1.1'?><a xmlns:p='u'><b xmlns:p=''/></a>",
+       .events = {warned("1.1"), "startPrefixMapping(p, u)", "startElement(, a, a, [])"},
+       .failure = "must not undeclare prefix, 1, 37"},
+      {.name = "1.7",
+       .text = "<?xml version='1.7' standalone='yes'?><a/>",
+       .events = {warned("1.7"), "startElement(, a, a, [])", "endElement(, a, a)"}},
+      {.name = "of an external entity",
+       .text = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>&e;</a>",
+       .events = {"startDTD(a, , )", "externalEntityDecl(e, , e)", "endDTD()",
+                  "startElement(, a, a, [])", "resolveEntity(, e)", "startEntity(e)",
+                  "characters(x)", "endEntity(e)", "endElement(, a, a)"},
+       .entities = {{"e", "<?xml version='1.1' encoding='UTF-8'?>x"}}},
+      {.name = "2.0",
+       .text = "<?xml version='2.0'?><a/>",
+       .failure = "\"2.0\" is not a version of XML, 1, 1"},
+      {.name = "no digits",
+       .text = "<?xml version='1.'?><a/>",
+       .failure = "\"1.\" is not a version of XML, 1, 1"},
+      {.name = "more than digits",
+       .text = "<?xml version='1.0a'?><a/>",
+       .failure = "\"1.0a\" is not a version of XML, 1, 1"},
+  });
+}
+
+TEST(XML10Declarations, OfOtherVersionsNeedNoErrorHandler) {
+  XMLReader_XML10 reader;
+  EXPECT_EQ("done", parseText(reader, "<?xml version='1.1'?><a/>"));
+  // What the handler of the warning throws ends the document.
+  EventLog log;
+  log.attachTo(reader);
+  log.beforeEvent = [](std::size_t number) {
+    if (number == 2) throw 42;
+  };
+  EXPECT_EQ("int(42)", parseText(reader, "<?xml version='1.1'?><a/>"));
+}
+
 }  // namespace

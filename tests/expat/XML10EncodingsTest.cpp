@@ -59,6 +59,61 @@ TEST(XML10Encodings, OfExpatAreRead) {
   });
 }
 
+// Whatever it is called, with characters of one to four octets.
+TEST(XML10Encodings, OfUTF8HaveManyNames) {
+  const std::string content = "<ä>€\xF0\x9F\x98\x80\xF4\x8F\xBF\xBD</ä>";
+  const EventLog::Lines events = {"startElement(, ä, ä, [])",
+                                  "characters(€\xF0\x9F\x98\x80\xF4\x8F\xBF\xBD)",
+                                  "endElement(, ä, ä)"};
+  const std::string names[] = {"utf8", "UTF8", "Utf8", "ISO-IR-193", "utf-8", "UTF-8"};
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    checkXML10({
+        {.name = "declared", .text = declared(name) + content, .events = events},
+        {.name = "with a byte order mark",
+         .text = "\xEF\xBB\xBF" + declared(name) + content,
+         .events = events},
+        {.name = "with blanks and all",
+         .text = "<?xml\tversion = \"1.0\"\n encoding\r=\n\"" + name + "\" standalone='yes' ?>" +
+                 content,
+         .events = events},
+    });
+  }
+  checkXML10({
+      {.name = "in an external entity",
+       .text = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>&e;</a>",
+       .events = {"startDTD(a, , )", "externalEntityDecl(e, , e)", "endDTD()",
+                  "startElement(, a, a, [])", "resolveEntity(, e)", "startEntity(e)",
+                  "characters(\xF0\x9F\x98\x80)", "endEntity(e)", "endElement(, a, a)"},
+       .entities = {{"e", "<?xml encoding='utf8'?>\xF0\x9F\x98\x80"}}},
+      {.name = "which says nothing of what is not UTF-8",
+       .text = declared("utf8") + "<a>\xC3</a>",
+       .events = {"startElement(, a, a, [])"},
+       .failure = "not well-formed (invalid token), 1, 41"},
+      {.name = "what only looks like a declaration",
+       .text = "<?xmlx encoding='utf8'?><a/>",
+       .events = {"processingInstruction(xmlx, encoding='utf8')", "startElement(, a, a, [])",
+                  "endElement(, a, a)"}},
+  });
+}
+
+TEST(XML10Encodings, AreDeclaredInOneKilobyte) {
+  for (const std::size_t blanks : {0U, 900U, 1100U, 5000U}) {
+    SCOPED_TRACE(blanks);
+    const std::string start = "<?xml version='1.0'" + std::string(blanks, ' ');
+    checkXML10({{.name = "expat's own",
+                 .text = start + " encoding='UTF-8'?><ä/>",
+                 .events = {"startElement(, ä, ä, [])", "endElement(, ä, ä)"}}});
+  }
+  checkXML10({{.name = "cut off",
+               .text = "<?xml version='1.0' encoding='utf8'",
+               .failure = "unclosed token, 1, 1"},
+              {.name = "cut off early", .text = "<?x", .failure = "unclosed token, 1, 1"},
+              {.name = "a byte order mark alone",
+               .text = "\xEF\xBB\xBF",
+               .failure = "no element found, 1, 2"}});
+}
+
 TEST(XML10Encodings, OfOtherKindsAreRefused) {
   const std::string several = "\": its characters are not single octets, 1, 31";
   const auto refused = [](const char* name, const std::string& encoding,

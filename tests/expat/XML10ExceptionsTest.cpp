@@ -246,21 +246,61 @@ TEST(XML10Exceptions, TellOfMalformedDocuments) {
   });
 }
 
-TEST(XML10Exceptions, DoNotComeOfADocumentThatIsGivenUp) {
-  EventLog log;
-  XMLReader_XML10 reader;
-  log.attachTo(reader);
-  reader.parse(nullptr, 0, true);
-  reader.parse(nullptr, 0, false);
-  EXPECT_EQ("", log.text());
-  reader.parse("<a>x", 4, false);
-  reader.parse(nullptr, 0, false);
-  reader.parse(nullptr, 0, true);
-  EXPECT_EQ("setDocumentLocator()\nstartDocument()\nstartElement(, a, a, [])\n",
-            log.text().substr(0, log.text().find("characters")));
-  log.clear();
-  reader.parse("<b/>", 4, true);
-  EXPECT_EQ(wholeLog({"startElement(, b, b, [])", "endElement(, b, b)"}), log.text());
+/// Ends a document of blocks with nothing, in each of the ways there are.
+template <typename Check>
+void endWithNothing(Check check) {
+  static const char none = 0;
+  using Block = std::pair<const char*, unsigned long>;
+  for (const auto& [data, size] : {Block{nullptr, 0}, Block{nullptr, 7}, Block{&none, 0}}) {
+    EventLog log;
+    XMLReader_XML10 reader;
+    log.attachTo(reader);
+    for (int round = 0; round < 2; ++round) {
+      log.clear();
+      check(reader, log, [&, block = data, octets = size] {
+        return outcomeOf([&] { reader.parse(block, octets, true); });
+      });
+    }
+    log.clear();
+    EXPECT_EQ("done", parseText(reader, "<good/>"));
+    EXPECT_EQ(wholeLog({"startElement(, good, good, [])", "endElement(, good, good)"}), log.text());
+  }
+}
+
+TEST(XML10Exceptions, ComeOfAnIncompleteDocumentThatAnEmptyBlockEnds) {
+  endWithNothing([](XMLReader_XML10& reader, EventLog& log, const auto& end) {
+    reader.parse("<a>\n", 4, false);
+    reader.parse("<b>", 3, false);
+    const Failure failure{XML_ERROR_NO_ELEMENTS, 2, 4};
+    EXPECT_EQ(failure.thrown(), end());
+    EXPECT_EQ(join({"setDocumentLocator()", "startDocument()", "startElement(, a, a, [])",
+                    "characters(\\n)", "startElement(, b, b, [])", failure.logged()}),
+              log.text());
+  });
+  endWithNothing([](XMLReader_XML10&, EventLog& log, const auto& end) {
+    const Failure failure{XML_ERROR_NO_ELEMENTS, 1, 1};
+    EXPECT_EQ(failure.thrown(), end());
+    EXPECT_EQ(join({"setDocumentLocator()", "startDocument()", failure.logged()}), log.text());
+  });
+  endWithNothing([](XMLReader_XML10& reader, EventLog& log, const auto& end) {
+    reader.parse("<a/><!--", 8, false);
+    const Failure failure{XML_ERROR_UNCLOSED_TOKEN, 1, 5};
+    EXPECT_EQ(failure.thrown(), end());
+    EXPECT_EQ(join({"setDocumentLocator()", "startDocument()", "startElement(, a, a, [])",
+                    "endElement(, a, a)", failure.logged()}),
+              log.text());
+  });
+}
+
+TEST(XML10Exceptions, DoNotComeOfACompleteDocumentThatAnEmptyBlockEnds) {
+  endWithNothing([](XMLReader_XML10& reader, EventLog& log, const auto& end) {
+    reader.parse(nullptr, 0, false);
+    reader.parse("<a", 2, false);
+    reader.parse(nullptr, 7, false);
+    reader.parse("/>", 2, false);
+    EXPECT_EQ("done", end());
+    EXPECT_EQ(wholeLog({"startElement(, a, a, [])", "endElement(, a, a)"}), log.text());
+  });
 }
 
 }  // namespace

@@ -6,6 +6,33 @@ namespace {
 
 using namespace Tavrin;
 
+// Namespaces in XML, sections 4 and 7.
+TEST(XML10Names, AreQualifiedNamesInDeclarations) {
+  const std::string wrong = "\"x:2\" is not a qualified name";
+  const auto refused = [&](const std::string& declaration) {
+    XMLReader_XML10 reader;
+    const std::string text = "<!DOCTYPE a [" + declaration + "]><a/>";
+    try {
+      reader.parse(text.data(), text.size(), true);
+    } catch (const SAXParseException& exception) {
+      return exception.getMessage();
+    }
+    return std::string();
+  };
+  EXPECT_EQ(refused("<!ELEMENT x:2 ANY>"), wrong);
+  EXPECT_EQ(refused("<!ELEMENT x (a|(b,x:2))>"), wrong);
+  EXPECT_EQ(refused("<!ELEMENT x (#PCDATA|x:2)*>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST x:2 a CDATA #IMPLIED>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST a x:2 CDATA #IMPLIED>"), wrong);
+  EXPECT_EQ(refused("<!ATTLIST a b (x:2) #IMPLIED><!ELEMENT x:y (x:a|x:b)>"), "");
+  XMLReader_XML10 reader;
+  const std::string text = "<!DOCTYPE x:2 [<!ELEMENT x:2 (x:3)>]><x:2/>";
+  reader.setFeature(features::namespaces, false);
+  EXPECT_NO_THROW(reader.parse(text.data(), text.size(), true));
+  reader.setFeature(features::namespaces, true);
+  EXPECT_THROW(reader.parse(text.data(), text.size(), true), SAXParseException);
+}
+
 TEST(XML10Names, AreSplitByTheirNamespaces) {
   checkXML10({
       {.name = "no namespace, no attributes",
@@ -127,6 +154,60 @@ TEST(XML10Names, OfDeclarationsAreAttributesOnDemand) {
        .events = {"startPrefixMapping(, v)", "startElement(v, a, a, [])", "endElement(v, a, a)",
                   "endPrefixMapping()"},
        .features = {{features::xmlnsURIs, true}}},
+  });
+}
+
+TEST(XML10Names, MayHaveALineFeedInTheNamespaceName) {
+  checkXML10({
+      {.name = "at the end, at the front, alone, and several",
+       .text = "<a xmlns='w&#10;' xmlns:p='&#xA;v' p:x='1'><p:b xmlns:q='&#10;' q:y='2'/>"
+               "<r:c xmlns:r='a&#10;b&#10;c' r:z='3'/></a>",
+       .events = {"startPrefixMapping(, w\\n)", "startPrefixMapping(p, \\nv)",
+                  "startElement(w\\n, a, a, [{\\nv, x, p:x, CDATA, 1}])",
+                  "startPrefixMapping(q, \\n)",
+                  "startElement(\\nv, b, p:b, [{\\n, y, q:y, CDATA, 2}])",
+                  "endElement(\\nv, b, p:b)", "endPrefixMapping(q)",
+                  "startPrefixMapping(r, a\\nb\\nc)",
+                  "startElement(a\\nb\\nc, c, r:c, [{a\\nb\\nc, z, r:z, CDATA, 3}])",
+                  "endElement(a\\nb\\nc, c, r:c)", "endPrefixMapping(r)", "endElement(w\\n, a, a)",
+                  "endPrefixMapping(p)", "endPrefixMapping()"}},
+      {.name = "a written one is a blank",
+       .text = "<a xmlns='w\n'/>",
+       .events = {"startPrefixMapping(, w )", "startElement(w , a, a, [])", "endElement(w , a, a)",
+                  "endPrefixMapping()"}},
+      {.name = "in an external entity",
+       .text = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a xmlns='w&#10;'>&e;</a>",
+       .events = {"startDTD(a, , )", "externalEntityDecl(e, , e)", "endDTD()",
+                  "startPrefixMapping(, w\\n)", "startElement(w\\n, a, a, [])",
+                  "resolveEntity(, e)", "startEntity(e)", "startElement(w\\n, b, b, [])",
+                  "endElement(w\\n, b, b)", "endEntity(e)", "endElement(w\\n, a, a)",
+                  "endPrefixMapping()"},
+       .entities = {{"e", "<b/>"}}},
+      {.name = "what is largest in UTF-8",
+       .text = "<a xmlns='\xF4\x8F\xBF\xBD'/>",
+       .events = {"startPrefixMapping(, \xF4\x8F\xBF\xBD)",
+                  "startElement(\xF4\x8F\xBF\xBD, a, a, [])", "endElement(\xF4\x8F\xBF\xBD, a, a)",
+                  "endPrefixMapping()"}},
+  });
+}
+
+TEST(XML10Names, OfThePrefixXmlNeedNoMapping) {
+  const std::string xml = "http://www.w3.org/XML/1998/namespace";
+  checkXML10({
+      {.name = "not declared",
+       .text = "<xml:a xml:lang='en'/>",
+       .events = {"startElement(" + xml + ", a, xml:a, [{" + xml + ", lang, xml:lang, CDATA, en}])",
+                  "endElement(" + xml + ", a, xml:a)"}},
+      {.name = "declared, among others",
+       .text = "<a xmlns:p='u' xmlns:xml='" + xml + "' xmlns:xmlx='v' xml:lang='en'/>",
+       .events = {"startPrefixMapping(p, u)", "startPrefixMapping(xmlx, v)",
+                  "startElement(, a, a, [{" + xml + ", lang, xml:lang, CDATA, en}])",
+                  "endElement(, a, a)", "endPrefixMapping(xmlx)", "endPrefixMapping(p)"}},
+      {.name = "declared, and an attribute on demand",
+       .text = "<a xmlns:xml='" + xml + "'/>",
+       .events = {"startElement(, a, a, [{, , xmlns:xml, CDATA, " + xml + "}])",
+                  "endElement(, a, a)"},
+       .features = {{features::namespacePrefixes, true}}},
   });
 }
 

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "fastinfoset/writer/IndexMap.h"
 #include "writer_probe.h"
 
 // The tables of the writer beside ordered ones.
@@ -12,8 +13,8 @@
 namespace writer_test {
 namespace {
 
-using Strings = Probe::StringIndexMap;
-using Names = Probe::NameIndexMap;
+using Strings = Tavrin::fastinfoset::IndexMap<std::string>;
+using Names = Tavrin::fastinfoset::IndexMap<Probe::QualifiedName>;
 
 /// Short strings of few different octets, zeros among them: many are the beginning of others.
 std::string randomText(std::mt19937& random, std::size_t longest) {

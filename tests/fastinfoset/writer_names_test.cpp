@@ -32,7 +32,7 @@ TEST(WriterQualifiedName, IsOrderedByLocalNameThenPrefixThenNamespaceName) {
 /// The names of no part, a namespace name, a prefix and both, as literals.
 std::string literals(int bits) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeNamespaces({"p", "u"});
   writer.output.news();
   for (const Name& name : {Name{"", "", "a"}, {"", "u", "b"}, {"p", "", "c"}, {"p", "u", "d"}}) {
@@ -49,7 +49,7 @@ TEST(WriterQualifiedName, BeginsWithAnOctetThatTellsItsParts) {
 
 TEST(WriterQualifiedName, CountsDeclaredPartsFromOne) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeNamespaces({"p", "u", "q", "v"});
   writer.output.news();
   writer.encodeQualifiedName(0x3C, table, {"p", "v", "a"});
@@ -60,7 +60,7 @@ TEST(WriterQualifiedName, CountsDeclaredPartsFromOne) {
 
 TEST(WriterQualifiedName, HasBuiltInXmlParts) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeQualifiedName(0x78, table, {"xml", xml, "lang"});
   EXPECT_EQ(writer.news(), hex("7B 80 80 03 'lang'"));
   writer.encodeQualifiedName(0x3C, table, {"xml", xml, "lang"});
@@ -73,7 +73,7 @@ TEST(WriterQualifiedName, HasBuiltInXmlParts) {
 
 TEST(WriterQualifiedName, TakesTheBuiltInPartAlsoWhereItWasDeclared) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeNamespaces({"xml", xml, "p", "u"});
   writer.output.news();
   writer.encodeQualifiedName(0x3C, table, {"xml", xml, "a"});
@@ -83,7 +83,7 @@ TEST(WriterQualifiedName, TakesTheBuiltInPartAlsoWhereItWasDeclared) {
 
 TEST(WriterQualifiedName, EntersItsTableInOrderOfAppearance) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeQualifiedName(0x3C, table, {"", "", "b"});
   writer.encodeQualifiedName(0x3C, table, {"", "", "a"});
   writer.encodeQualifiedName(0x3C, table, {"xml", xml, "a"});
@@ -98,7 +98,7 @@ TEST(WriterQualifiedName, EntersItsTableInOrderOfAppearance) {
 /// have been written, and no table may have changed.
 std::string refusal(const Name& name) {
   Probe writer;
-  Probe::NameIndexMap table;
+  Probe::NameMap table;
   writer.encodeNamespaces({"p", "u"});
   writer.output.news();
   const std::string outcome = thrown([&] { writer.encodeQualifiedName(0x3C, table, name); });

@@ -81,7 +81,7 @@ TEST(WriterString, HasAFormForEveryLength) {
 TEST(WriterString, OfATableHasTheBitForIt) {
   const auto literal = [](std::size_t length) {
     return beginning(length, [](Probe& writer, const std::string& text) {
-      Probe::StringIndexMap table;
+      Probe::StringMap table;
       writer.encodeString(&table, true, text);
     });
   };
@@ -95,21 +95,21 @@ TEST(WriterString, OfATableHasTheBitForIt) {
 
 TEST(WriterString, IsAnIndexFromTheSecondTimeOn) {
   Probe writer;
-  Probe::StringIndexMap table;
+  Probe::StringMap table;
   for (const char* text : {"ab", "ab", "c", "ab", "c"}) writer.encodeString(&table, true, text);
   EXPECT_EQ(writer.written(), hex("41 'ab' 80 40 'c' 80 81"));
-  EXPECT_EQ(table, (Probe::StringIndexMap{{"ab", 0}, {"c", 1}}));
+  EXPECT_EQ(table, (Probe::StringMap{{"ab", 0}, {"c", 1}}));
 }
 
 TEST(WriterString, IsLookedUpAlsoWhenItWouldNotBeAdded) {
   Probe writer;
-  Probe::StringIndexMap table;
+  Probe::StringMap table;
   writer.encodeString(&table, false, "ab");
   writer.encodeString(&table, false, "ab");
   writer.encodeString(&table, true, "ab");
   writer.encodeString(&table, false, "ab");
   EXPECT_EQ(writer.written(), hex("01 'ab' 01 'ab' 41 'ab' 80"));
-  EXPECT_EQ(table, (Probe::StringIndexMap{{"ab", 0}}));
+  EXPECT_EQ(table, (Probe::StringMap{{"ab", 0}}));
 }
 
 TEST(WriterString, IsNeverAnIndexWithoutATable) {
@@ -121,17 +121,17 @@ TEST(WriterString, IsNeverAnIndexWithoutATable) {
 
 TEST(WriterString, IsOneOctetWhenEmptyAndEntersNoTable) {
   Probe writer;
-  Probe::StringIndexMap table;
+  Probe::StringMap table;
   writer.encodeString(nullptr, false, "");
   writer.encodeString(&table, true, "");
   writer.encodeString(&table, true, "");
   EXPECT_EQ(writer.written(), hex("FF FF FF"));
-  EXPECT_EQ(table, Probe::StringIndexMap());
+  EXPECT_EQ(table, Probe::StringMap());
 }
 
 TEST(WriterString, ComparesByOctets) {
   Probe writer;
-  Probe::StringIndexMap table;
+  Probe::StringMap table;
   const std::string withNull("a\0b", 3);
   for (const std::string& text : {std::string("a"), withNull, std::string("A"), withNull}) {
     writer.encodeString(&table, true, text);
@@ -141,7 +141,7 @@ TEST(WriterString, ComparesByOctets) {
 
 TEST(WriterString, TakesItsIndexFromTheTable) {
   Probe writer;
-  Probe::StringIndexMap table = {{"a", 63}, {"b", 64}, {"c", 8255}, {"d", 8256}};
+  Probe::StringMap table = {{"a", 63}, {"b", 64}, {"c", 8255}, {"d", 8256}};
   for (const char* text : {"a", "b", "c", "d"}) writer.encodeString(&table, true, text);
   EXPECT_EQ(writer.written(), hex("BF C0 00 DF FF E0 00 00"));
   writer.encodeString(&table, true, "e");
@@ -151,7 +151,7 @@ TEST(WriterString, TakesItsIndexFromTheTable) {
 TEST(WriterIdentifier, HasAFormForEveryLength) {
   const auto literal = [](std::size_t length) {
     return beginning(length, [](Probe& writer, const std::string& text) {
-      Probe::StringIndexMap table;
+      Probe::StringMap table;
       writer.encodeIdentifier(&table, text);
     });
   };
@@ -172,7 +172,7 @@ TEST(WriterIdentifier, HasAFormForEveryLength) {
 
 TEST(WriterIdentifier, IsAnIndexFromTheSecondTimeOnWhateverItsLength) {
   Probe writer;
-  Probe::StringIndexMap table;
+  Probe::StringMap table;
   const std::string longName = textOf(321);
   writer.encodeIdentifier(&table, longName);
   writer.output.news();
@@ -180,12 +180,12 @@ TEST(WriterIdentifier, IsAnIndexFromTheSecondTimeOnWhateverItsLength) {
     writer.encodeIdentifier(&table, name);
   }
   EXPECT_EQ(writer.news(), hex("80 00 'a' 81 80"));
-  EXPECT_EQ(table, (Probe::StringIndexMap{{longName, 0}, {"a", 1}}));
+  EXPECT_EQ(table, (Probe::StringMap{{longName, 0}, {"a", 1}}));
 }
 
 TEST(WriterIdentifier, TakesItsIndexFromTheTable) {
   Probe writer;
-  Probe::StringIndexMap table = {{"a", 63}, {"b", 64}, {"c", 8255}, {"d", 8256}};
+  Probe::StringMap table = {{"a", 63}, {"b", 64}, {"c", 8255}, {"d", 8256}};
   for (const char* text : {"a", "b", "c", "d"}) writer.encodeIdentifier(&table, text);
   EXPECT_EQ(writer.written(), hex("BF C0 00 DF FF E0 00 00"));
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <map>
 #include <string>
 
 #include "../writer/TextWriter.h"
@@ -50,9 +51,9 @@ class Probe : public Tavrin::XMLWriter_FI {
   using XMLWriter_FI::encodeString;
   using XMLWriter_FI::flushCharacters;
   using XMLWriter_FI::flushTerminator;
-  using XMLWriter_FI::NameIndexMap;
-  using XMLWriter_FI::QualifiedName;
-  using XMLWriter_FI::StringIndexMap;
+
+  using NameMap = std::map<QualifiedName, unsigned int>;
+  using StringMap = std::map<std::string, unsigned int>;
 
   Probe() { setOutputStream(&output); }
 

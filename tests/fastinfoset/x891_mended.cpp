@@ -226,7 +226,8 @@ void Expected::ignorableWhitespace(const std::string& text) {
 }
 
 void Expected::processingInstruction(const std::string& target, const std::string& data) {
-  log_.processingInstruction(target, data);
+  const std::size_t space = data.find_first_not_of(" \t\r\n");
+  log_.processingInstruction(target, space == std::string::npos ? "" : data.substr(space));
 }
 
 void Expected::skippedEntity(const std::string& name) {

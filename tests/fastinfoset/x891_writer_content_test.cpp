@@ -185,22 +185,26 @@ TEST(X891WriterSections, FollowEachOther) {
                      "' FF"));
 }
 
-TEST(X891WriterSections, AreRefusedWithTheirOwnEnd) {
-  for (const auto& pieces : {std::vector<std::string>{"]]>"},
-                             {"]]", ">"},
-                             {"]", "]", ">"},
-                             {"x]", "]>"},
-                             {"]", "]>y"}}) {
-    Writer writer;
-    writer.startDocument();
-    writer.start("a");
-    writer.characters("]]");
-    writer.startCDATA();
-    const std::string outcome = thrown([&] {
+// As text, a section ends with its first "]]>".
+TEST(X891WriterSections, AreSeveralWhereTheyHoldTheirOwnEnd) {
+  using Pieces = std::vector<std::string>;
+  const auto section = [](const Pieces& pieces) {
+    return content([&](Writer& writer) {
+      writer.startCDATA();
       for (const std::string& piece : pieces) writer.characters(piece);
+      writer.endCDATA();
     });
-    EXPECT_EQ(outcome, "SAXException: You cannot put \"]]>\" into a CDATA section");
+  };
+  const std::string two = document("3C 00 'a' 8C 25 ']]' 8C 24 '>' FF");
+  for (const Pieces& pieces : {Pieces{"]]>"}, {"]]", ">"}, {"]", "]", ">"}, {"]", "]>"}}) {
+    EXPECT_EQ(section(pieces), two);
   }
+  EXPECT_EQ(section({"x]]", ">y"}), document("3C 00 'a' 8C 26 00 'x]]' 8C 25 '>y' FF"));
+  EXPECT_EQ(section({"]]>]]>"}), document("3C 00 'a' 8C 25 ']]' 8C 26 00 '>]]' 8C 24 '>' FF"));
+  EXPECT_EQ(section({"]]]>"}), document("3C 00 'a' 8C 26 00 ']]]' 8C 24 '>' FF"));
+  EXPECT_EQ(section({"]]", "]"}), document("3C 00 'a' 8C 26 00 ']]]' FF"));
+  EXPECT_EQ(content([](Writer& w) { w.object("", 9, CDATAData("]]>")); }), two);
+  EXPECT_EQ(content([](Writer& w) { w.octets("", 9, "]]>"); }), two);
   EXPECT_EQ(content([](Writer& writer) {
               writer.characters("]]");
               writer.startCDATA();
@@ -251,6 +255,20 @@ TEST(X891WriterComments, AreRefusedWhereTheyAreNone) {
             "SAXException: Invalid character U+000B in a comment");
 }
 
+TEST(X891WriterInstructions, LeaveOutWhiteSpaceInFrontOfTheirData) {
+  EXPECT_EQ(written([](Writer& writer) {
+              writer.startDocument();
+              writer.processingInstruction("t", " \t\r\nd ");
+              writer.start("a");
+              writer.processingInstruction("t", "\nd ");
+              writer.processingInstruction("t", " \n");
+              writer.end("a");
+              writer.processingInstruction("t", "\t\xC2\xA0");
+              writer.endDocument();
+            }),
+            document("E1 00 't' 41 'd ' 3C 00 'a' E1 80 80 E1 80 FF F0 E1 80 41 C2 A0 F0"));
+}
+
 TEST(X891WriterInstructions, AreRefusedWhereTheyAreNone) {
   const auto instruction = [](const std::string& target, const std::string& data) {
     return refusal([&](Writer& w) { w.processingInstruction(target, data); });
@@ -258,6 +276,8 @@ TEST(X891WriterInstructions, AreRefusedWhereTheyAreNone) {
   EXPECT_EQ(instruction("", "d"), "SAXException: Empty name");
   EXPECT_EQ(instruction("xMl", "d"), "SAXException: \"xMl\" is not a target");
   EXPECT_EQ(instruction("a:b", "d"), "SAXException: \"a:b\" is not a name without a colon");
+  EXPECT_EQ(instruction("t", " ?>"),
+            "SAXException: You cannot put \"?>\" into a processing instruction");
   EXPECT_EQ(instruction("t", "?>"),
             "SAXException: You cannot put \"?>\" into a processing instruction");
   EXPECT_EQ(instruction("t", "\xF5"),

@@ -18,6 +18,14 @@ using writer_test::Plain;
 using writer_test::shortText;
 using writer_test::textOf;
 
+/// What is thrown for an encoding algorithm that nobody named.
+inline std::string unknownAlgorithm(const std::string& what) {
+  return "EncodingAlgorithmException: Unknown encoding algorithm - " + what +
+         ": it must be registered with the property "
+         "\"http://jvnet.org/fastinfoset/parser/properties/registered-encoding-algorithms\" "
+         "before the root element";
+}
+
 /// A document without optional components, from the notation of what follows them (HexOctets.h).
 inline std::string document(const std::string& body) { return hex("E0 00 00 01 00" + body); }
 

@@ -128,6 +128,23 @@ TEST_F(Declarations, OfBeingStandaloneAreCopied) {
   }
 }
 
+// What is read can also be copied.
+TEST_F(Declarations, OfLaterVersionsAreCheckedAndConvertedAlike) {
+  for (const std::string version : {"1.1", "1.7"}) {
+    const std::string document = "<?xml version='" + version + "'?><a/>";
+    EXPECT_EQ(run({"check", "-"}, document), printed("-: well-formed\n"));
+    EXPECT_EQ(text(document), printed("<a/>"));
+    const std::string written = octets("E0 00 00 01 01 02 '" + version + "' 3C 00 'a' FF");
+    EXPECT_EQ(binary(document), printed(written));
+    EXPECT_EQ(run({"check", "-"}, written), printed("-: well-formed\n"));
+    EXPECT_EQ(binary(written), printed(written));
+  }
+  const Result refused{1, "", "-:1:1: \"2.0\" is not a version of XML\n"};
+  EXPECT_EQ(run({"check", "-"}, "<?xml version='2.0'?><a/>"), refused);
+  EXPECT_EQ(binary("<?xml version='2.0'?><a/>"), refused);
+  EXPECT_EQ(text("<?xml version='2.0'?><a/>"), refused);
+}
+
 // Text is XML 1.0, whatever it comes from; what that does not allow is refused.
 TEST_F(Declarations, OfTheVersionAreCopiedToFastInfosetOnly) {
   const std::string document = octets("E0 00 00 01 01 02 '1.1' 3C 00 'a' FF");

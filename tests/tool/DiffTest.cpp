@@ -59,6 +59,18 @@ TEST_F(Diff, FindsDocumentsTheSameThatDifferInTheirWriting) {
   for (const auto& [a, b] : cases) expectSame(a, b);
 }
 
+TEST_F(Diff, FindsACopyTheSameThatDoesNotDeclareTheXmlPrefix) {
+  const std::string document =
+      "<a xmlns:xml='http://www.w3.org/XML/1998/namespace' xml:lang='en'/>";
+  writeFile("a.xml", document);
+  for (const char* copy : {"copy.xml", "copy.fi"}) {
+    EXPECT_EQ(run({"convert", "a.xml", copy}), silent(0));
+    EXPECT_EQ(run({"diff", "a.xml", copy}), silent(0));
+    EXPECT_EQ(run({"diff", copy, "a.xml"}), silent(0));
+  }
+  expectSame(document, "<a xml:lang='en'/>");
+}
+
 TEST_F(Diff, FindsDocumentsTheSameInWhateverEncoding) {
   const std::string text =
       "<?p d?><a xmlns='u' xmlns:p='v' id='1'><p:b p:cc='2'>text</p:b><!--c--></a>";
@@ -299,4 +311,19 @@ TEST_F(Diff, ComparesLargeDocumentsUpToTheirEnd) {
       difference("-:1:7: startElement(\"\", \"item\", \"item\", [])",
                  "in.fi: octet 12: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
                  "\"CDATA\", \"0\"}])"));
+}
+
+// Its number is a matter of the table that the document begins with.
+TEST_F(Diff, KnowsAnApplicationsAlgorithmByItsURI) {
+  const std::string numbered32 =
+      octets("E0 00 00 01 20 04 00 01 04 'urn:v' 04 'urn:u' 3C 00 'a' 8C 81 ABCD FF");
+  expectSame(typed::unknownOfApplication(), numbered32);
+  EXPECT_EQ(diff(typed::unknownOfApplication("ABCE"), numbered32),
+            difference("a: octet 18: octets(\"urn:u\", 31, \"q84=\")",
+                       "b: octet 24: octets(\"urn:u\", 32, \"q80=\")"));
+  const std::string other =
+      octets("E0 00 00 01 20 04 00 01 04 'urn:v' 04 'urn:u' 3C 00 'a' 8C 7D ABCD FF");
+  EXPECT_EQ(diff(typed::unknownOfApplication(), other),
+            difference("a: octet 18: octets(\"urn:u\", 31, \"q80=\")",
+                       "b: octet 24: octets(\"urn:v\", 31, \"q80=\")"));
 }

@@ -131,45 +131,218 @@ TEST_F(Entities, AreNamedWhereARefusalIsInOne) {
 
 // --- That cannot be read ---
 
-TEST_F(Entities, AreRefusedWhereThereIsNoSuchFile) {
-  std::filesystem::create_directory(path("folder"));
-  const auto document = [](const std::string& identifier) {
-    return "<!DOCTYPE a [<!ENTITY e SYSTEM '" + identifier + "'>]><a>&e;</a>";
-  };
-  const struct {
-    std::string identifier;
-    std::string message;
-  } cases[] = {
-      {"missing.xml", "missing.xml: No such file or directory"},
-      {"missing/e.xml", "missing/e.xml: No such file or directory"},
-      {"folder", "folder: Is a directory"},
-      {".", ".: Is a directory"},
-      {"", ": No such file or directory"},
-      {"http://example.org/e.xml", "external entity \"http://example.org/e.xml\" is not a file"},
-      {"urn:e", "external entity \"urn:e\" is not a file"},
-      {"file://example.org/e.xml", "external entity \"file://example.org/e.xml\" is not a file"},
-      {"a%00b", "external entity \"a%00b\" is not a file"},
-  };
-  for (const auto& [identifier, message] : cases) {
+// As without the option: the reference is kept, and nothing more need be said.
+TEST_F(Entities, ArePassedOverWhereTheyAreNotFiles) {
+  for (const std::string identifier : {"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd", "urn:e",
+                                       "file://example.org/e.xml", "a%00b", "HTTP:e"}) {
     SCOPED_TRACE(identifier);
-    const Result refused = failed(2, "tavrin: " + message);
-    writeFile("in.xml", document(identifier));
-    for (const std::string type : {"XML10", "Expat"}) {
-      EXPECT_EQ(run({"convert", "--entities", "--from", type, "in.xml", "out.xml"}), refused);
-      EXPECT_EQ(run({"check", "--entities", "--from", type, "in.xml"}), refused);
-      EXPECT_EQ(run({"diff", "--entities", "--from-a", type, "in.xml", "-"}, "<a/>"), refused);
+    const std::string subset = "<!DOCTYPE a SYSTEM \"" + identifier + "\"><a>&e;</a>";
+    const std::string entity =
+        "<!DOCTYPE a [  <!ENTITY e SYSTEM \"" + identifier + "\">]><a>&e;</a>";
+    for (const std::string option : {"--entities", "--entities=any"}) {
+      EXPECT_EQ(text(subset, {option}), printed(subset));
+      EXPECT_EQ(text(entity, {option}), printed(entity));
+      EXPECT_EQ(run({"check", option, "-"}, subset), printed("-: well-formed\n"));
+      writeFile("in.xml", subset);
+      EXPECT_EQ(run({"diff", option, "in.xml", "-"}, subset), silent(0));
     }
   }
-  EXPECT_EQ(files(), (Names{"folder", "in.xml"}));
+}
+
+TEST_F(Entities, ArePassedOverWithAWarningWhereThereIsNoRegularFile) {
+  std::filesystem::create_directory(path("folder"));
+  writeFile("file", "");
+  require(mkfifo(path("pipe").c_str(), 0666), "mkfifo");
+  const struct {
+    const char* identifier;
+    const char* reason;
+  } cases[] = {
+      {"missing.dtd", "No such file or directory"},
+      {"missing/a.dtd", "No such file or directory"},
+      {"file/a.dtd", "Not a directory"},
+      {"folder", "it is not a regular file"},
+      {"folder/", "it is not a regular file"},
+      {".", "it is not a regular file"},
+      {"", "it is not a regular file"},
+      {"pipe", "it is not a regular file"},
+  };
+  const Names before = files();
+  for (const auto& [identifier, reason] : cases) {
+    SCOPED_TRACE(identifier);
+    const std::string id = identifier;
+    const std::string warning =
+        "-: warning: external entity \"" + id + "\" is not read: " + reason + "\n";
+    // Twice the same: one warning is enough.
+    const std::string entity = "<!DOCTYPE a [  <!ENTITY e SYSTEM \"" + id + "\">]><a>&e;&e;</a>";
+    for (const std::string option : {"--entities", "--entities=any"}) {
+      EXPECT_EQ(text(entity, {option}), (Result{0, entity, warning}));
+      EXPECT_EQ(run({"check", option, "-"}, entity), (Result{0, "-: well-formed\n", warning}));
+      EXPECT_EQ(run({"convert", option, "--from", "Expat", "-", "out.xml"}, entity),
+                (Result{1, "",
+                        warning + "-:1:" + std::to_string(entity.find("&e;") + 1) +
+                            ": external entity \"" + id +
+                            "\" was not read, so the copy would lack it\n"}));
+    }
+    if (id.empty()) continue;  // Then there is no identifier.
+    const std::string subset = "<!DOCTYPE a SYSTEM \"" + id + "\"><a>&late;</a>";
+    EXPECT_EQ(text(subset, kEntities), (Result{0, subset, warning}));
+  }
+  EXPECT_EQ(files(), before);
+}
+
+// A device: not even one that has no end.
+TEST_F(Entities, AreNeverDevices) {
+  for (const std::string device : {"/dev/zero", "/dev/null", "/dev/stdin", "/dev/tty"}) {
+    SCOPED_TRACE(device);
+    const std::string entity = "<!DOCTYPE a [  <!ENTITY e SYSTEM \"" + device + "\">]><a>&e;</a>";
+    const Result result = text(entity, {"--entities=any"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, entity);
+    EXPECT_EQ(result.err.substr(0, 10), "-: warning");
+  }
 }
 
 TEST_F(Entities, AreRefusedWhereReadingFails) {
   // It can be opened, but there is nothing at address 0 to read.
   const std::string document = "<!DOCTYPE a [<!ENTITY e SYSTEM '/proc/self/mem'>]><a>&e;</a>";
   const Result refused = failed(2, "tavrin: /proc/self/mem: Input/output error");
-  EXPECT_EQ(run({"check", "--entities", "-"}, document), refused);
-  EXPECT_EQ(run({"convert", "--entities", "-", "out.xml"}, document), refused);
+  for (const std::string command : {"check", "stat"}) {
+    EXPECT_EQ(run({command, "--entities=any", "-"}, document), refused);
+  }
+  EXPECT_EQ(run({"events", "--entities=any", "-"}, document).err, refused.err);
+  EXPECT_EQ(run({"convert", "--entities=any", "-", "out.xml"}, document), refused);
   EXPECT_EQ(files(), Names{});
+}
+
+// --- The folder of the document ---
+
+TEST_F(Entities, AreInTheFolderOfTheDocumentUnlessOthersAreAllowed) {
+  std::filesystem::create_directories(path("doc/sub"));
+  writeFile("secret", "secret");
+  writeFile("document", "beside");
+  writeFile("doc/inside", "inside");
+  std::filesystem::create_symlink("../secret", path("doc/link"));
+  std::filesystem::create_symlink("..", path("doc/up"));
+  std::filesystem::create_symlink("inside", path("doc/good"));
+  std::filesystem::create_symlink("doc", path("alias"));
+  const auto document = [](const std::string& identifier) {
+    return "<!DOCTYPE a [  <!ENTITY e SYSTEM \"" + identifier + "\">]><a>&e;</a>";
+  };
+  const auto replaced = [&](const std::string& identifier, const std::string& text) {
+    std::string copy = document(identifier);
+    return copy.replace(copy.find("&e;"), 3, text);
+  };
+  const auto convert = [&](const std::string& option, const std::string& name) {
+    return run({"convert", option, "--no-declaration", name});
+  };
+  for (const std::string& identifier :
+       {std::string("../secret"), std::string("sub/../../secret"), std::string("link"),
+        std::string("up/secret"), "file://" + directory_ + "/secret", directory_ + "/secret",
+        directory_ + "/doc/../secret", std::string("%2e%2e/secret")}) {
+    SCOPED_TRACE(identifier);
+    writeFile("doc/in.xml", document(identifier));
+    EXPECT_EQ(convert("--entities", "doc/in.xml"),
+              (Result{0, document(identifier),
+                      "doc/in.xml: warning: external entity \"" + identifier +
+                          "\" is not read: it is outside of the folder of the document (see "
+                          "--entities=any)\n"}));
+    EXPECT_EQ(convert("--entities=any", "doc/in.xml"), printed(replaced(identifier, "secret")));
+  }
+  // A folder whose name only begins the same.
+  writeFile("doc/in.xml", document("../document"));
+  EXPECT_EQ(convert("--entities", "doc/in.xml").out, document("../document"));
+  // The document's folder may be reached over a link, and so may what is in it.
+  for (const std::string& identifier :
+       {std::string("inside"), std::string("good"), std::string("sub/../inside"),
+        directory_ + "/doc/inside", directory_ + "/alias/inside", std::string("up/doc/inside")}) {
+    SCOPED_TRACE(identifier);
+    writeFile("doc/in.xml", document(identifier));
+    for (const std::string name : {"doc/in.xml", "alias/in.xml", "./doc/sub/../in.xml"}) {
+      for (const std::string option : {"--entities", "--entities=folder", "--entities=any"}) {
+        EXPECT_EQ(convert(option, name), printed(replaced(identifier, "inside")));
+      }
+    }
+  }
+}
+
+TEST_F(Entities, AreNotReadByAnyCommandOutsideOfTheFolder) {
+  std::filesystem::create_directory(path("doc"));
+  writeFile("secret", "<b>");  // It would break the document.
+  writeFile("doc/in.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM '../secret'>]><a>&e;</a>");
+  const std::string warning =
+      "doc/in.xml: warning: external entity \"../secret\" is not read: it is outside of the folder "
+      "of the document (see --entities=any)\n";
+  for (const ToolProcess::Arguments& command :
+       std::vector<ToolProcess::Arguments>{{"check", "doc/in.xml"},
+                                           {"convert", "doc/in.xml"},
+                                           {"events", "doc/in.xml"},
+                                           {"stat", "doc/in.xml"},
+                                           {"diff", "doc/in.xml", "doc/in.xml"}}) {
+    SCOPED_TRACE(command[0]);
+    ToolProcess::Arguments arguments = command;
+    arguments.push_back("--entities");
+    const Result result = run(arguments);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, command[0] == "diff" ? warning + warning : warning);
+    arguments.back() = "--entities=any";
+    EXPECT_EQ(run(arguments).status, 1);
+  }
+}
+
+// --- Events and counts ---
+
+TEST_F(Entities, ShowInEventsWhereTheyAreRead) {
+  writeFile("e.xml", "<b/>");
+  writeFile("a.dtd", "<!--c--><!ENTITY e SYSTEM 'e.xml'>");
+  const std::string document = "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;</a>";
+  EXPECT_EQ(run({"events", "--entities", "-"}, document),
+            printed("startDocument()\n"
+                    "startDTD(\"a\", \"\", \"a.dtd\")\n"
+                    "resolveEntity(\"\", \"a.dtd\")\n"
+                    "startEntity(\"[dtd]\")\n"
+                    "comment(\"c\")\n"
+                    "endEntity(\"[dtd]\")\n"
+                    "endDTD()\n"
+                    "startElement(\"\", \"a\", \"a\", [])\n"
+                    "resolveEntity(\"\", \"e.xml\")\n"
+                    "startEntity(\"e\")\n"
+                    "startElement(\"\", \"b\", \"b\", [])\n"
+                    "endElement(\"\", \"b\", \"b\")\n"
+                    "endEntity(\"e\")\n"
+                    "endElement(\"\", \"a\", \"a\")\n"
+                    "endDocument()\n"));
+}
+
+TEST_F(Entities, CountWhereTheyAreRead) {
+  writeFile("e.xml", "<b/>text<!--in-->");
+  writeFile("a.dtd", "<!--c--><?p d?><!ENTITY e SYSTEM 'e.xml'>");
+  const std::string document = "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;&e;</a>";
+  const auto lines = [](int elements, int names, int text, int comments, int depth, int size) {
+    return "-\n  octets                   40\n  elements                 " +
+           std::to_string(elements) +
+           "\n  attributes               0\n  distinct names           " + std::to_string(names) +
+           "\n  text octets              " + std::to_string(text) +
+           "\n  attribute value octets   0\n  comments                 " +
+           std::to_string(comments) +
+           "\n  processing instructions  0\n  depth                    " + std::to_string(depth) +
+           "\n  typed values             0\n  typed items              0\n  as Fast Infoset        "
+           "  " +
+           std::to_string(size) + "\n";
+  };
+  // Header 5, document type 8, a 3; reference 3 (an index the second time: 2), two ends 1.
+  EXPECT_EQ(run({"stat", "-"}, document), printed(lines(1, 1, 0, 0, 1, 5 + 8 + 3 + 3 + 2 + 1)));
+  // b 4, then 1 and an end in an octet of its own; text 6, then 1; comment 4, then 2.
+  EXPECT_EQ(run({"stat", "--entities", "-"}, document),
+            printed(lines(3, 2, 8, 2, 2, 5 + 8 + 3 + 4 + 6 + 4 + 2 + 1 + 2 + 1)));
+}
+
+// What the copy refuses is counted all the same.
+TEST_F(Entities, CountBehindARefusal) {
+  writeFile("e.xml", "<b/>");
+  writeFile("in.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.xml'>]><a>&e;<b>&e;</b></a>");
+  const Result result = run({"stat", "--entities", "in.xml"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("  elements                 4\n"), std::string::npos) << result.out;
 }
 
 TEST_F(Entities, AreRefusedWhereTheyReferToThemselves) {

@@ -30,7 +30,33 @@ Example:
   tavrin check in.xml
 )";
 
-constexpr char kConvert[] = R"(Copies a document, in the same format or in another.
+/// What the commands that read documents have in common.
+const std::string kOptions =
+    R"(  --entities        read external entities and the external subset, as far as they are files in
+                    the folder of the document or below it
+  --entities=any    read them wherever the files are: whoever wrote the document then chooses
+                    which of your files are read, and their text shows in the result
+  --limit NAME=VALUE
+                    change a limit to what hostile documents may cost; may stand several times
+)";
+
+const std::string kLimits =
+    R"(With --entities, an entity that is not a file is passed over, as without the option. So is one
+whose file is missing, no regular file or outside of the folder, with a warning on standard error.
+
+Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
+maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
+
+  entity-amplification-factor     text: octets that entities make of each one read (100)
+  entity-amplification-threshold  text: so many octets before that factor counts (8M)
+  amplification-factor            Fast Infoset: octets from tables for each one read (1000)
+  amplification-threshold         Fast Infoset: so many octets before that factor counts (8M)
+  maximum-table-octets            Fast Infoset: octets of all tables of a document (512M)
+  maximum-literal-octets          Fast Infoset: octets of one string or typed value (1G)
+)";
+
+const std::string kConvert =
+    R"(Copies a document, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
 
@@ -42,11 +68,15 @@ Options:
                     elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
-  --entities        read external entities and the external subset, as far as they are files
-  --from TYPE       the type of reader, instead of going by the first octets of IN
+  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+)" + kOptions +
+    R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
                     .x3db mean Fast Infoset, any other name means XML text
   -h, --help        print this help
+
+In Fast Infoset, documents may follow each other in IN. All are copied to Fast Infoset. XML text
+holds one alone: if there are more, the work fails unless --document tells which to copy.
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
@@ -65,6 +95,10 @@ parsed entities, and comments. They are left out. A reference to an entity whose
 lost in that way cannot be written in XML text, nor can the content of an unknown encoding
 algorithm be written at all: the work fails.
 
+)" + kLimits +
+    R"(
+--limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
+
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
 
@@ -73,20 +107,22 @@ Examples:
   tavrin convert in.xml out.fi
 )";
 
-constexpr char kCheck[] = R"(Tells whether documents are well-formed.
+const std::string kCheck =
+    R"(Tells whether documents are well-formed.
 
 Usage: tavrin check [OPTIONS] FILE...
 
   FILE              a document; - is standard input
 
 Options:
-  --entities        read external entities and the external subset, as far as they are files
-  --from TYPE       the type of reader, instead of going by the first octets of FILE
+)" + kOptions +
+    R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every FILE is checked. A well-formed one is named on standard output:
 
   FILE: well-formed
+  FILE: well-formed (3 documents)
 
 Any other is named on standard error, with what is wrong:
 
@@ -94,14 +130,17 @@ Any other is named on standard error, with what is wrong:
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
 A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
-taken for Fast Infoset. It is well-formed if it could be written as XML text, and what stands
-behind its end is not looked at. NUMBER is the last octet that was read, counted from 1.
+taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
+follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
 
+)" + kLimits +
+    R"(
 Example:
   tavrin check chapter-*.xml
 )";
 
-constexpr char kEvents[] = R"(Shows the events that a reader makes of a document.
+const std::string kEvents =
+    R"(Shows the events that a reader makes of a document.
 
 Usage: tavrin events [OPTIONS] FILE
 
@@ -110,7 +149,8 @@ Usage: tavrin events [OPTIONS] FILE
 Options:
   --json            print JSON lines
   --declarations    also set the handlers of declarations
-  --from TYPE       the type of reader, instead of going by the first octets of FILE
+)" + kOptions +
+    R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every line is one call of a handler, in document order. Arguments are JSON strings, in the
@@ -135,24 +175,37 @@ the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". object is t
 algorithm that has no call of its own, such as UUIDs, as text; octets that of an algorithm that is
 not known.
 
-resolveEntity is a reference to an external entity or to the external subset. None is read, so
-skippedEntity follows.
+resolveEntity is a reference to an external entity or to the external subset. What is not read is
+skipped: skippedEntity follows.
+
+Nothing is left out, and all shows as it is: a character that would break the line, control the
+terminal or turn the direction of text stands as \uXXXX, and an octet NN that is not part of valid
+UTF-8, which the reader FI delivers as it is, as \uDCNN.
+
+In Fast Infoset, documents may follow each other in one file. In front of each but the first, a
+line tells its number and its first octet, in JSON {"document":2,"octet":72}:
+
+  --- document 2: octet 72 ---
 
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
 
+)" + kLimits +
+    R"(
 Example:
   tavrin events --json in.xml
 )";
 
-constexpr char kStat[] = R"(Counts what documents hold.
+const std::string kStat =
+    R"(Counts what documents hold.
 
 Usage: tavrin stat [OPTIONS] FILE...
 
   FILE              a document; - is standard input
 
 Options:
-  --from TYPE       the type of reader, instead of going by the first octets of FILE
+)" + kOptions +
+    R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 For every FILE its name is printed, and below it these counts, a line each:
@@ -171,13 +224,20 @@ For every FILE its name is printed, and below it these counts, a line each:
   as Fast Infoset          the size of the copy that tavrin convert would make; of a document
   as XML text              in Fast Infoset that in XML text, of any other that in Fast Infoset
 
-If there can be no such copy, the reason stands in place of the size.
+If there can be no such copy, the reason stands in place of the size. With --entities, entities
+count where they are referred to; comments and instructions of the external subset do not count.
 
+Where documents follow each other in FILE, as they may in Fast Infoset, there is a block for each:
+its head is "FILE, document 1", "FILE, document 2" and so on.
+
+)" + kLimits +
+    R"(
 Example:
   tavrin stat in.xml in.fi
 )";
 
-constexpr char kDiff[] = R"(Compares two documents event by event, whatever their encodings.
+const std::string kDiff =
+    R"(Compares two documents event by event, whatever their encodings.
 
 Usage: tavrin diff [OPTIONS] A B
 
@@ -186,8 +246,8 @@ Usage: tavrin diff [OPTIONS] A B
 Options:
   --lexical         also compare the borders of CDATA sections, and document types but for
                     their declarations
-  --entities        read external entities and external subsets, as far as they are files
-  --from-a TYPE     the type of reader of A, instead of going by its first octets
+)" + kOptions +
+    R"(  --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
   -h, --help        print this help
 
@@ -204,11 +264,23 @@ first difference is shown, with ... for what is left out.
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever
 pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
-its text. The content of an encoding algorithm that is not known is compared octet for octet.
+its text. The content of an encoding algorithm that is not known is compared octet for octet,
+with the URI that names the algorithm.
+
+In Fast Infoset, documents may follow each other in one file. They are compared one by one, the
+first with the first, and a place in a later one tells its number. Where only one file has another
+document, that is the difference:
+
+  a.fi: end of the document
+  b.fi: octet 72: document 2 begins
 
 Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
-does not keep them as they are. Instructions in the internal subset are compared.
+does not keep them as they are, and so are the types of attributes. Instructions in the internal
+subset are compared. Not looked at is what a document states of its version of XML, of its encoding
+and of being standalone.
 
+)" + kLimits +
+    R"(
 The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
 be read.
 
@@ -252,7 +324,8 @@ TEST_F(Help, ComesBeforeAnyWork) {
 }
 
 TEST_F(Help, FitsAPageOf100Columns) {
-  for (const std::string text : {kTool, kConvert, kCheck, kEvents, kStat, kDiff, kTypes}) {
+  for (const std::string& text :
+       {std::string(kTool), kConvert, kCheck, kEvents, kStat, kDiff, std::string(kTypes)}) {
     for (std::size_t begin = 0; begin < text.size();) {
       const std::size_t end = text.find('\n', begin);
       ASSERT_NE(end, std::string::npos);

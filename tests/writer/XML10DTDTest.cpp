@@ -54,11 +54,10 @@ TEST(XML10Notation, HasOneIdentifierOrTwo) {
               w.notationDecl("n", "p", "s");
               w.notationDecl("n", "p", "");
               w.notationDecl("n", "", "s\"");
+              w.notationDecl("n", "", "");
             }),
             " [  <!NOTATION n PUBLIC \"p\" \"s\">  <!NOTATION n PUBLIC \"p\">"
-            "  <!NOTATION n SYSTEM 's\"'>]");
-  EXPECT_EQ(refusedInDTD([](XML10Writer& w) { w.notationDecl("n", "", ""); }),
-            refusal("A notation needs a public or a system identifier"));
+            "  <!NOTATION n SYSTEM 's\"'>  <!NOTATION n SYSTEM \"\">]");
   EXPECT_EQ(refusedInDTD([](XML10Writer& w) { w.notationDecl("a:b", "p", ""); }),
             refusal("\"a:b\" is not a name without a colon"));
 }
@@ -193,8 +192,24 @@ TEST(XML10AttributeDeclaration, RefusesWhatIsNone) {
             refusal("An attribute cannot have a default and be #IMPLIED"));
   EXPECT_EQ(refused("e", "a", "CDATA", "#REQUIRED", "v"),
             refusal("An attribute cannot have a default and be #REQUIRED"));
-  EXPECT_EQ(refused("e", "xmlns:p", "CDATA", "", ""),
-            refusal("The prefix \"p\" cannot be undeclared"));
+}
+
+// Of an element that does not come, it may be anything.
+TEST(XML10AttributeDecl, MayDeclareWhatNoElementCan) {
+  const auto started = [](const char* attribute, const char* value) {
+    XML10Writer writer;
+    writer.startDocument();
+    writer.startDTD("r", "", "");
+    writer.attributeDecl("e", attribute, "CDATA", "", value);
+    writer.endDTD();
+    writer.start("r");
+    return thrown([&] { writer.start("e"); });
+  };
+  EXPECT_EQ(started("xmlns:p", ""), refusal("The prefix \"p\" cannot be undeclared"));
+  EXPECT_EQ(started("xmlns:xmlns", "u"), refusal("The prefix \"xmlns\" cannot be declared"));
+  EXPECT_EQ(started("xmlns:xml", "u"),
+            refusal("The prefix \"xml\" cannot be bound to another namespace"));
+  EXPECT_EQ(started("xmlns", ""), "nothing");
 }
 
 // --- What the document only refers to ---

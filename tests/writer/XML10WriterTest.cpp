@@ -56,10 +56,26 @@ TEST(XML10Property, HasADefaultThatNullRestores) {
   }
 }
 
+// XML 1.0 (fifth edition), section 2.8: a document of version 1.x is read as XML 1.0, and should
+// not be called anything else.
+TEST(XML10Property, IsAnyVersionThatIsReadAsXML10) {
+  for (const std::string version : {"1.0", "1.1", "1.7", "1.10"}) {
+    XML10Writer writer({.declaration = true});
+    writer.set(properties::documentXMLVersion, version);
+    EXPECT_EQ(*property<std::string>(writer, properties::documentXMLVersion), version);
+    writer.startDocument();
+    writer.leaf("r");
+    writer.endDocument();
+    EXPECT_EQ(writer.text(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r/>");
+  }
+}
+
 TEST(XML10Property, RefusesWhatItCannotBe) {
   XML10Writer writer;
-  EXPECT_EQ(thrown([&] { writer.set(properties::documentXMLVersion, std::string("1.1")); }),
-            "SAXException: XML 1.1 cannot be written");
+  for (const std::string no : {"", "1", "1.", "2.0", "1.x", "1.0 "}) {
+    EXPECT_EQ(thrown([&] { writer.set(properties::documentXMLVersion, no); }),
+              "SAXException: \"" + no + "\" is not a version of XML");
+  }
   EXPECT_EQ(thrown([&] { writer.set(properties::quoteCharacter, '`'); }),
             "SAXException: Attribute values can stand in apostrophes or quotation marks only");
   EXPECT_EQ(*property<char>(writer, properties::quoteCharacter), '\'');
@@ -216,9 +232,14 @@ TEST(XML10Stream, MayThrowAtText) {
       writer.output.fill();
       EXPECT_THROW(writer.characters(std::string(length, 'a') + end), std::ios_base::failure);
       writer.output.empty();
-      writer.characters("b");
-      writer.end("r");
-      EXPECT_EQ(writer.text(), "<rb</r>") << length << end;
+      EXPECT_EQ(
+          thrown([&] { writer.characters("b"); }),
+          "SAXException: The document cannot go on after a failure: the writer must be reset");
+      EXPECT_EQ(writer.text(), "<r");
+      writer.reset();
+      writer.startDocument();
+      writer.leaf("s");
+      EXPECT_EQ(writer.text(), "<r<s/>") << length << end;
     }
   }
 }

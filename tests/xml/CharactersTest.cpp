@@ -224,4 +224,11 @@ TEST(SystemId, HoldsQuotesOfOneKindAtMost) {
   EXPECT_FALSE(isSystemId("\xFF"));
 }
 
+TEST(Version, IsOneAndDigits) {
+  for (const char* right : {"1.0", "1.1", "1.10", "1.007"}) EXPECT_TRUE(isVersion(right)) << right;
+  for (const char* wrong : {"", "1", "1.", "2.0", "1.0 ", " 1.0", "1.a", "1.-1", "1.0.0", "11"}) {
+    EXPECT_FALSE(isVersion(wrong)) << wrong;
+  }
+}
+
 }  // namespace

@@ -1,8 +1,8 @@
-#include <Tavrin/Identifiers.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +12,7 @@
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
+#include "ReadingOptions.h"
 #include "Text.h"
 
 namespace tool {
@@ -26,13 +27,14 @@ Usage: tavrin check [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
-  --entities        read external entities and the external subset, as far as they are files
+%options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
 Every FILE is checked. A well-formed one is named on standard output:
 
   FILE: well-formed
+  FILE: well-formed (3 documents)
 
 Any other is named on standard error, with what is wrong:
 
@@ -40,8 +42,10 @@ Any other is named on standard error, with what is wrong:
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
 A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
-taken for Fast Infoset. It is well-formed if it could be written as XML text, and what stands
-behind its end is not looked at. NUMBER is the last octet that was read, counted from 1.
+taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
+follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
+
+%limits%
 
 Example:
   tavrin check chapter-*.xml
@@ -49,26 +53,28 @@ Example:
 
 struct Options {
   std::vector<std::string> files;
-  std::string from;
-  bool entities = false;
+  ReadingOptions reading;
 };
 
-ExitStatus checkFile(const std::string& name, const Options& options) {
-  try {
-    Input input(name);
-    EntityFiles entities(name);
-    const auto reader = createReader(input, options.from);
-    if (options.entities) reader->setEntityResolver(&entities);
-    // Takes the content of unknown algorithms, which readers may refuse where nobody does.
+/// Reads every document of a file. Returns how many there are.
+/// @throws Failure when one of them is not well-formed
+std::uint64_t readAll(const std::string& name, const ReadingOptions& options) {
+  Input input(name);
+  EntityFiles entities(name, options.entityAccess());
+  while (const auto reader = nextReader(input, options)) {
+    reader->setEntityResolver(entities.resolver());
     Tavrin::EncodingAlgorithmContentHandler anyAlgorithm;
-    setPropertyIfKnown(*reader, Tavrin::properties::encodingAlgorithmContentHandler, &anyAlgorithm);
+    takeAlgorithms(*reader, anyAlgorithm);
     parse(*reader, input, &entities);
-    return Done;
-  } catch (const Failure& failure) {
-    // By now a progress bar is gone.
-    failure.report();
-    return failure.status();
   }
+  return input.documentNumber();
+}
+
+/// Returns the line about a file that is well-formed.
+std::string lineAbout(const std::string& name, const ReadingOptions& options) {
+  const std::uint64_t documents = readAll(name, options);
+  const std::string number = " (" + std::to_string(documents) + " documents)";
+  return escaped(name) + ": well-formed" + (documents > 1 ? number : "") + "\n";
 }
 
 ExitStatus check(const Options& options) {
@@ -76,10 +82,15 @@ ExitStatus check(const Options& options) {
   output.open();
   ExitStatus worst = Done;
   for (const std::string& file : options.files) {
-    const ExitStatus status = checkFile(file, options);
-    worst = std::max(worst, status);
-    if (status != Done) continue;
-    output.stream() << oneLine(file) << ": well-formed\n";
+    std::string line;
+    try {
+      line = lineAbout(file, options.reading);
+    } catch (const Failure& failure) {
+      // By now a progress bar is gone.
+      failure.report();
+      worst = std::max(worst, failure.status());
+    }
+    output.stream() << line;
     output.flush();  // Both streams may end in one place, where the order of the lines counts.
   }
   return worst;
@@ -88,11 +99,11 @@ ExitStatus check(const Options& options) {
 }  // namespace
 
 Command makeCheck(CLI::App& app) {
-  CLI::App* command = addCommand(app, "check", kHelp);
+  CLI::App* command = addReadingCommand(app, "check", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
-  command->add_flag("--entities", options->entities);
-  command->add_option("--from", options->from)->type_name("TYPE");
+  addReadingOptions(*command, options->reading);
+  command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return check(*options); }};
 }
 

@@ -45,7 +45,7 @@ std::string versionText() {
          std::to_string(TAVRIN_VERSION_MINOR) + "." + std::to_string(TAVRIN_VERSION_PATCH);
 }
 
-void setHelp(CLI::App& app, const char* help) {
+void setHelp(CLI::App& app, const std::string& help) {
   app.formatter_fn(
       [help](const CLI::App*, const std::string&, CLI::AppFormatMode) { return help; });
 }
@@ -85,7 +85,7 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
 
 }  // namespace
 
-CLI::App* addCommand(CLI::App& app, const char* name, const char* help) {
+CLI::App* addCommand(CLI::App& app, const char* name, const std::string& help) {
   CLI::App* command = app.add_subcommand(name);
   setHelp(*command, help);
   return command;

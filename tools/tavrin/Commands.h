@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
 
 #include "Failure.h"
 
@@ -24,6 +25,6 @@ Command makeTypes(CLI::App& app);
 
 /// Adds an empty command.
 /// @param help all that its --help prints
-CLI::App* addCommand(CLI::App& app, const char* name, const char* help);
+CLI::App* addCommand(CLI::App& app, const char* name, const std::string& help);
 
 }  // namespace tool

@@ -1,17 +1,21 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Commands.h"
 #include "EntityFiles.h"
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
+#include "ReadingOptions.h"
 #include "Relay.h"
 #include "TypeChoice.h"
 
@@ -32,11 +36,15 @@ Options:
                     elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
-  --entities        read external entities and the external subset, as far as they are files
+  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+%options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
                     .x3db mean Fast Infoset, any other name means XML text
   -h, --help        print this help
+
+In Fast Infoset, documents may follow each other in IN. All are copied to Fast Infoset. XML text
+holds one alone: if there are more, the work fails unless --document tells which to copy.
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
@@ -55,6 +63,10 @@ parsed entities, and comments. They are left out. A reference to an entity whose
 lost in that way cannot be written in XML text, nor can the content of an unknown encoding
 algorithm be written at all: the work fails.
 
+%limits%
+
+--limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
+
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
 
@@ -66,12 +78,12 @@ Examples:
 struct Options {
   std::string in;
   std::string out = "-";
-  std::string from;
   std::string to;
   bool indent = false;
   bool noDeclaration = false;
   bool force = false;
-  bool entities = false;
+  std::uint64_t document = 0;  // The one to copy, counted from 1; 0 for all.
+  ReadingOptions reading;
 };
 
 std::unique_ptr<Tavrin::XMLWriter> createWriter(const Options& options) {
@@ -79,6 +91,7 @@ std::unique_ptr<Tavrin::XMLWriter> createWriter(const Options& options) {
       options.to.empty() ? writerTypeFor(options.out) : options.to);
   if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  options.reading.limits.applyTo(*writer);
   return writer;
 }
 
@@ -93,18 +106,75 @@ void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const Enti
   relay.check();
 }
 
+/// Reads a document that is not to be copied.
+void skip(Tavrin::XMLReader& reader, Input& input) {
+  Tavrin::EncodingAlgorithmContentHandler anyAlgorithm;
+  takeAlgorithms(reader, anyAlgorithm);
+  parse(reader, input);
+}
+
+/// Copies documents from an input, each with a writer of its own.
+class Copier {
+ public:
+  /// @param writer for the first document
+  Copier(const Options& options, Input& input, Output& output,
+         std::unique_ptr<Tavrin::XMLWriter> writer)
+      : options_(options),
+        input_(input),
+        output_(output),
+        entities_(options.in, options.reading.entityAccess()),
+        isText_(!dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(writer.get())),
+        writer_(std::move(writer)) {}
+
+  /// @param reader for the first document
+  void copyAll(std::unique_ptr<Tavrin::XMLReader> reader) {
+    for (; reader; reader = nextReader(input_, options_.reading)) {
+      const std::uint64_t number = input_.documentNumber();
+      if (options_.document == 0) {
+        if (isText_ && number > 1) refuseSecond();
+        copy(*reader);
+      } else if (number < options_.document) {
+        skip(*reader, input_);
+      } else {
+        return copy(*reader);
+      }
+    }
+    if (options_.document == 0) return;
+    throw Failure::document(input_.name(),
+                            "There is no document " + std::to_string(options_.document));
+  }
+
+ private:
+  void copy(Tavrin::XMLReader& reader) {
+    if (!writer_) writer_ = createWriter(options_);
+    writer_->setOutputStream(&output_.stream());
+    Relay relay(*writer_, &output_, input_, entities_.resolver());
+    relay.attachTo(reader);
+    parseInto(relay, reader, input_, entities_);
+    writer_.reset();  // Nothing of a document shall show in the next.
+  }
+
+  [[noreturn]] void refuseSecond() const {
+    throw Failure::document(placeIn(input_.name(), input_.documentStart() + 1),
+                            "A second document begins here, and XML text holds one (see "
+                            "--document)");
+  }
+
+  const Options& options_;
+  Input& input_;
+  Output& output_;
+  EntityFiles entities_;
+  bool isText_;
+  std::unique_ptr<Tavrin::XMLWriter> writer_;
+};
+
 ExitStatus convert(const Options& options) {
   Output output(options.out, options.force);
-  const auto writer = createWriter(options);
+  auto writer = createWriter(options);
   Input input(options.in, output.isTerminal());
-  const auto reader = createReader(input, options.from);
+  auto reader = nextReader(input, options.reading);
   output.open();
-  writer->setOutputStream(&output.stream());
-  EntityFiles entities(options.in);
-  Relay relay(*writer, &output, input);
-  if (options.entities) relay.readEntities(&entities);
-  relay.attachTo(*reader);
-  parseInto(relay, *reader, input, entities);
+  Copier(options, input, output, std::move(writer)).copyAll(std::move(reader));
   output.commit();
   return Done;
 }
@@ -112,15 +182,22 @@ ExitStatus convert(const Options& options) {
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addCommand(app, "convert", kHelp);
+  CLI::App* command = addReadingCommand(app, "convert", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
   command->add_flag("--indent", options->indent);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
-  command->add_flag("--entities", options->entities);
-  command->add_option("--from", options->from)->type_name("TYPE");
+  command->add_option("--document", options->document)
+      ->type_name("N")
+      ->check([](const std::string& text) {
+        const bool isNumber = text.find_first_not_of("0123456789") == text.npos;
+        const bool isPositive = text.find_first_not_of('0') != text.npos;
+        return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
+      });
+  addReadingOptions(*command, options->reading);
+  command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   return {command, [options] { return convert(*options); }};
 }

@@ -34,12 +34,14 @@ InputBuffer::InputBuffer(const Descriptor& descriptor)
 
 /// Reads once; 0 octets at the end of the input and on failure.
 std::size_t InputBuffer::read(char* target, std::size_t size) {
+  if (isEnded_) return 0;
   ssize_t count = 0;
   do {
     count = ::read(descriptor_.number(), target, size);
   } while (count < 0 && errno == EINTR);
   if (count < 0) error_ = errno;
-  if (count <= 0) return 0;
+  isEnded_ = count <= 0;  // A terminal would begin anew.
+  if (isEnded_) return 0;
   received_ += static_cast<std::uint64_t>(count);
   return static_cast<std::size_t>(count);
 }
@@ -50,6 +52,7 @@ void InputBuffer::report() {
 
 std::string_view InputBuffer::peek(std::size_t size) {
   auto held = static_cast<std::size_t>(egptr() - gptr());
+  if (held >= size) return {gptr(), held};
   if (held > 0) std::memmove(buffer_.data(), gptr(), held);
   while (held < std::min(size, buffer_.size())) {
     const std::size_t count = read(buffer_.data() + held, buffer_.size() - held);

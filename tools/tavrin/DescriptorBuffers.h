@@ -56,6 +56,7 @@ class InputBuffer : public std::streambuf {
   std::vector<char> buffer_;
   std::uint64_t received_ = 0;  // What has been taken, and what stands in the buffer.
   Progress* progress_ = nullptr;
+  bool isEnded_ = false;
   int error_ = 0;
 };
 

@@ -1,9 +1,9 @@
 #include <Tavrin/XMLReader.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -19,6 +19,7 @@
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
+#include "ReadingOptions.h"
 #include "Text.h"
 
 namespace tool {
@@ -35,7 +36,7 @@ Usage: tavrin diff [OPTIONS] A B
 Options:
   --lexical         also compare the borders of CDATA sections, and document types but for
                     their declarations
-  --entities        read external entities and external subsets, as far as they are files
+%options%
   --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
   -h, --help        print this help
@@ -53,10 +54,22 @@ first difference is shown, with ... for what is left out.
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever
 pieces, CDATA sections or typed values it comes; a typed value of an attribute is the same as
-its text. The content of an encoding algorithm that is not known is compared octet for octet.
+its text. The content of an encoding algorithm that is not known is compared octet for octet,
+with the URI that names the algorithm.
+
+In Fast Infoset, documents may follow each other in one file. They are compared one by one, the
+first with the first, and a place in a later one tells its number. Where only one file has another
+document, that is the difference:
+
+  a.fi: end of the document
+  b.fi: octet 72: document 2 begins
 
 Document types, with the comments in them, and CDATA sections are left out because Fast Infoset
-does not keep them as they are. Instructions in the internal subset are compared.
+does not keep them as they are, and so are the types of attributes. Instructions in the internal
+subset are compared. Not looked at is what a document states of its version of XML, of its encoding
+and of being standalone.
+
+%limits%
 
 The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
 be read.
@@ -77,27 +90,31 @@ struct Options {
   std::string fromA;
   std::string fromB;
   bool lexical = false;
-  bool entities = false;
+  ReadingOptions reading;
 };
 
-/// A document whose events come from a thread of their own.
-class Document {
+/// A file of documents whose events come from a thread of their own.
+class Documents {
  public:
-  Document(const std::string& name, const std::string& from, const Options& options, bool quiet)
+  Documents(const std::string& name, const std::string& from, const Options& options, bool quiet)
       : input_(name, quiet),
-        reader_(createReader(input_, from)),
+        options_(options.reading),
         lexical_(options.lexical),
-        readsEntities_(options.entities),
-        entities_(name) {}
-  ~Document() {
+        entities_(name, options.reading.entityAccess()) {
+    options_.from = from;
+    reader_ = nextReader(input_, options_);
+  }
+  ~Documents() {
     queue_.stop();
     if (thread_.joinable()) thread_.join();
   }
-  Document(const Document&) = delete;
-  Document& operator=(const Document&) = delete;
+  Documents(const Documents&) = delete;
+  Documents& operator=(const Documents&) = delete;
 
   const std::string& name() const { return input_.name(); }
   bool hasProgress() const { return input_.hasProgress(); }
+  /// How many documents there are. Call it after the last event.
+  std::uint64_t number() const { return input_.documentNumber(); }
 
   void start() {
     thread_ = std::thread([this] { run(); });
@@ -113,7 +130,7 @@ class Document {
     return &batch_[position_++];
   }
 
-  /// @throws what ended the reading before the document did. Call it after the last event
+  /// @throws what ended the reading before the last document did. Call it after the last event
   void check() const {
     if (queue_.failure()) std::rethrow_exception(queue_.failure());
   }
@@ -122,7 +139,7 @@ class Document {
   void run() {
     std::exception_ptr failure;
     try {
-      read();
+      for (; reader_; reader_ = nextReader(input_, options_)) read();
     } catch (...) {
       failure = std::current_exception();
     }
@@ -130,7 +147,7 @@ class Document {
   }
 
   void read() {
-    EventRecorder recorder(queue_, input_, lexical_, readsEntities_ ? &entities_ : nullptr);
+    EventRecorder recorder(queue_, input_, lexical_, entities_.resolver());
     recorder.attachTo(*reader_);
     try {
       parse(*reader_, input_, &entities_);
@@ -143,10 +160,10 @@ class Document {
   }
 
   Input input_;
-  std::unique_ptr<Tavrin::XMLReader> reader_;
+  ReadingOptions options_;
   bool lexical_;
-  bool readsEntities_;
   EntityFiles entities_;
+  std::unique_ptr<Tavrin::XMLReader> reader_;
   EventQueue queue_;
   EventBatch batch_;
   std::size_t position_ = 0;
@@ -162,13 +179,20 @@ bool isSame(const Tavrin::AttributesImpl::Attribute& a,
          std::tie(b.uri, b.localName, b.qName, b.value);
 }
 
+/// The number of an encoding algorithm is a matter of the document's table where a URI names it.
+bool isSame(Event::Kind kind, const std::vector<std::string>& a,
+            const std::vector<std::string>& b) {
+  if (kind != Event::Kind::Octets || a[0].empty()) return a == b;
+  return a[0] == b[0] && a[2] == b[2];
+}
+
 bool isSame(const Event& a, const Event& b) {
   if (a.kind != b.kind) return false;
   if (a.isCutOff || b.isCutOff) {
     // As far as it goes. What would have followed is a matter of the failure.
     return a.arguments[0].starts_with(b.arguments[0]) || b.arguments[0].starts_with(a.arguments[0]);
   }
-  return a.arguments == b.arguments &&
+  return isSame(a.kind, a.arguments, b.arguments) &&
          std::equal(a.attributes.begin(), a.attributes.end(), b.attributes.begin(),
                     b.attributes.end(), [](const auto& x, const auto& y) { return isSame(x, y); });
 }
@@ -243,24 +267,44 @@ void print(const Event& event, EventPrinter& printer) {
       return printer.startCDATA();
     case Event::Kind::EndCDATA:
       return printer.endCDATA();
+    case Event::Kind::Border:
+      return;  // No event of a document.
   }
 }
 
+/// Where an event begins, as a message tells it.
+std::string placeOf(const Documents& documents, const Event::Position& position) {
+  const std::string& name = documents.name();
+  const std::string place = position.line > 0 ? placeIn(name, position.line, position.column)
+                                              : placeIn(name, position.octet);
+  const std::string number = " (document " + std::to_string(position.document) + ")";
+  return escaped(place + position.entity + (position.document > 1 ? number : ""));
+}
+
+std::string describeEnd(const Documents& documents) {
+  const std::string number = std::to_string(documents.number());
+  return escaped(documents.name()) + ": end of " +
+         (documents.number() > 1 ? "document " + number + ", the last" : "the document") + "\n";
+}
+
+std::string describeBorder(const Documents& documents, const Event::Position& position) {
+  return escaped(placeIn(documents.name(), position.octet)) + ": document " +
+         std::to_string(position.document) + " begins\n";
+}
+
 /// One side of a difference.
-std::string describe(const Document& document, const Event* event, const Event* other) {
-  if (event == nullptr) return oneLine(document.name()) + ": end of the document\n";
-  const Event::Position& position = event->position;
-  std::string line = position.line > 0 ? placeIn(document.name(), position.line, position.column)
-                                       : placeIn(document.name(), position.octet);
-  line = oneLine(line + position.entity) + ": ";
+std::string describe(const Documents& documents, const Event* event, const Event* other) {
+  if (event == nullptr) return describeEnd(documents);
+  if (event->kind == Event::Kind::Border) return describeBorder(documents, event->position);
+  std::string line = placeOf(documents, event->position) + ": ";
   if (isText(event->kind)) {
     line += event->kind == Event::Kind::Comment ? "comment(" : "characters(";
     return line + excerpt(event->arguments[0], firstDifference(*event, other)) + ")\n";
   }
-  std::ostringstream text;
-  EventPrinter printer(text, EventPrinter::Format::Text);
+  EventPrinter printer([&line](const std::string& text) { line += text; },
+                       EventPrinter::Format::Text);
   print(*event, printer);
-  return line + text.str();
+  return line;
 }
 
 /// What a comparison came to.
@@ -269,19 +313,19 @@ struct Outcome {
   std::string difference;         // Empty where the documents are the same.
 };
 
-void collectFailure(const Document& document, const Event* last, Outcome& outcome) {
+void collectFailure(const Documents& documents, const Event* last, Outcome& outcome) {
   if (last) return;
   try {
-    document.check();
+    documents.check();
   } catch (const Failure& failure) {
     outcome.failures.push_back(failure);
   }
 }
 
 Outcome compare(const Options& options) {
-  Document a(options.a, options.fromA, options, false);
+  Documents a(options.a, options.fromA, options, false);
   // There is room for one progress bar.
-  Document b(options.b, options.fromB, options, a.hasProgress());
+  Documents b(options.b, options.fromB, options, a.hasProgress());
   a.start();
   b.start();
   for (;;) {
@@ -319,12 +363,12 @@ ExitStatus diff(const Options& options) {
 }  // namespace
 
 Command makeDiff(CLI::App& app) {
-  CLI::App* command = addCommand(app, "diff", kHelp);
+  CLI::App* command = addReadingCommand(app, "diff", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("A", options->a)->required();
   command->add_option("B", options->b)->required();
   command->add_flag("--lexical", options->lexical);
-  command->add_flag("--entities", options->entities);
+  addReadingOptions(*command, options->reading);
   command->add_option("--from-a", options->fromA)->type_name("TYPE");
   command->add_option("--from-b", options->fromB)->type_name("TYPE");
   return {command, [options] { return diff(*options); }};

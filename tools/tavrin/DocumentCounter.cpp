@@ -42,8 +42,7 @@ void DocumentCounter::attachTo(Tavrin::XMLReader& reader) {
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
                      static_cast<Tavrin::LexicalHandler*>(this));
-  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler,
-                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
+  takeAlgorithms(reader, *this);
 }
 
 /// The relay keeps its failure to itself and takes no event after it; counting goes on.
@@ -111,12 +110,12 @@ void DocumentCounter::ignorableWhitespace(const std::string& text) {
 }
 
 void DocumentCounter::processingInstruction(const std::string& target, const std::string& data) {
-  ++counts_.instructions;
+  if (!inExternalSubset_) ++counts_.instructions;
   forward([&] { relay_.processingInstruction(target, data); });
 }
 
 void DocumentCounter::comment(const std::string& text) {
-  ++counts_.comments;
+  if (!inExternalSubset_) ++counts_.comments;
   forward([&] { relay_.comment(text); });
 }
 
@@ -167,10 +166,12 @@ void DocumentCounter::endDTD() {
 }
 
 void DocumentCounter::startEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = true;
   forward([&] { relay_.startEntity(name); });
 }
 
 void DocumentCounter::endEntity(const std::string& name) {
+  if (name == kExternalSubset) inExternalSubset_ = false;
   forward([&] { relay_.endEntity(name); });
 }
 
@@ -214,8 +215,10 @@ void DocumentCounter::externalEntityDecl(const std::string& name, const std::str
 
 std::unique_ptr<std::istream> DocumentCounter::resolveEntity(const std::string& publicId,
                                                              const std::string& systemId) {
-  forward([&] { relay_.resolveEntity(publicId, systemId); });
-  return nullptr;
+  std::unique_ptr<std::istream> entity =
+      resolver_ ? resolver_->resolveEntity(publicId, systemId) : nullptr;
+  if (!entity) forward([&] { relay_.passOver(systemId); });
+  return entity;
 }
 
 }  // namespace tool

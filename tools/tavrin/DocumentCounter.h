@@ -12,8 +12,9 @@
 
 namespace tool {
 
-/// Counts what a document holds, and hands every event on to a relay until that refuses one.
-/// Memory grows with the number of distinct names, not with the document.
+/// Counts what a document holds, without comments and instructions of its external subset, and
+/// hands every event on to a relay until that refuses one. Memory grows with the number of distinct
+/// names, not with the document.
 class DocumentCounter : public Tavrin::ContentHandler,
                         public Tavrin::DTDHandler,
                         public Tavrin::DeclHandler,
@@ -33,7 +34,9 @@ class DocumentCounter : public Tavrin::ContentHandler,
     std::uint64_t typedItems = 0;
   };
 
-  explicit DocumentCounter(Relay& relay) : relay_(relay) {}
+  /// @param resolver gives the external entities; null leaves them out
+  DocumentCounter(Relay& relay, Tavrin::EntityResolver* resolver)
+      : relay_(relay), resolver_(resolver) {}
 
   /// Sets this counter as content handler, lexical handler and entity resolver; as encoding
   /// algorithm handler of readers that know typed content; and as handler of declarations where the
@@ -94,6 +97,8 @@ class DocumentCounter : public Tavrin::ContentHandler,
   void countTyped(const Tavrin::EncodedData& data);
 
   Relay& relay_;
+  Tavrin::EntityResolver* resolver_;
+  bool inExternalSubset_ = false;
   Counts counts_;
   std::uint64_t openElements_ = 0;
   std::unordered_set<std::string> names_;

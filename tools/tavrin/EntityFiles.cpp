@@ -1,10 +1,18 @@
 #include "EntityFiles.h"
 
-#include <algorithm>
-#include <string_view>
+#include <fcntl.h>
+#include <sys/stat.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "DescriptorBuffers.h"
 #include "Failure.h"
-#include "Input.h"
 
 namespace tool {
 
@@ -56,61 +64,104 @@ bool removePrefix(std::string_view& text, std::string_view prefix) {
   return true;
 }
 
-}  // namespace
-
-/// An open entity, which tells its owner of a failed read.
-class EntityFiles::File : public std::istream {
- public:
-  File(EntityFiles& owner, const std::string& name)
-      : std::istream(nullptr), owner_(owner), input_(name, true) {
-    rdbuf(input_.stream().rdbuf());
-  }
-  ~File() override {
-    try {
-      input_.checkRead();
-    } catch (...) {
-      owner_.keepFailure();
-    }
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
- private:
-  EntityFiles& owner_;
-  Input input_;
-};
-
-EntityFiles::EntityFiles(const std::string& document)
-    : folder_(document.substr(0, document.rfind('/') + 1)) {}
-
-std::string EntityFiles::pathOf(const std::string& systemId) const {
+/// The path of the file that an identifier names, or nothing where it names no file of this
+/// machine.
+/// @param folder what relative paths count from
+std::optional<std::string> pathOf(const std::string& systemId, const std::string& folder) {
   std::string_view path = systemId;
   const std::string scheme = schemeOf(path);
   bool isFile = scheme.empty() || scheme == "file";
   if (scheme == "file") {
     path.remove_prefix(scheme.size() + 1);
     // The files of this machine have an empty authority, or that of RFC 8089, section 2.
-    if (removePrefix(path, "//")) removePrefix(path, "localhost");
-    isFile = systemId.substr(scheme.size() + 1, 2) != "//" || path.starts_with('/');
+    const bool hasAuthority = removePrefix(path, "//");
+    if (hasAuthority) removePrefix(path, "localhost");
+    isFile = !hasAuthority || path.starts_with('/');
   }
-  const std::string name = (path.starts_with('/') ? "" : folder_) + decoded(path);
-  isFile = isFile && name.find('\0') == std::string::npos;
-  if (!isFile) throw Failure::usage("external entity \"" + systemId + "\" is not a file");
-  return name == "-" ? "./-" : name;  // Only in place of a document it is standard input.
+  std::string name = (path.starts_with('/') ? "" : folder) + decoded(path);
+  if (!isFile || name.find('\0') != std::string::npos) return std::nullopt;
+  return name.empty() ? "." : name;
 }
+
+/// Whether a path leads into a folder; both are free of links and of "..".
+bool isBelow(const std::filesystem::path& path, const std::filesystem::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first ==
+         folder.end();
+}
+
+bool isRegular(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::string reasonOf(int errorNumber) { return std::generic_category().message(errorNumber); }
+
+}  // namespace
+
+/// An open entity, which tells its owner of a failed read.
+class EntityFiles::File : public std::istream {
+ public:
+  File(EntityFiles& owner, std::string name, int descriptor)
+      : std::istream(nullptr),
+        owner_(owner),
+        name_(std::move(name)),
+        descriptor_(descriptor),
+        buffer_(descriptor_) {
+    rdbuf(&buffer_);
+  }
+  ~File() override {
+    if (buffer_.error() == 0 || owner_.failure_) return;
+    owner_.failure_ = std::make_exception_ptr(Failure::system(name_, buffer_.error()));
+  }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+ private:
+  EntityFiles& owner_;
+  std::string name_;
+  Descriptor descriptor_;
+  InputBuffer buffer_;
+};
+
+EntityFiles::EntityFiles(const std::string& document, EntityAccess access)
+    : document_(document), access_(access), folder_(document.substr(0, document.rfind('/') + 1)) {}
 
 std::unique_ptr<std::istream> EntityFiles::resolveEntity(const std::string&,
                                                          const std::string& systemId) {
-  try {
-    return std::make_unique<File>(*this, pathOf(systemId));
-  } catch (...) {
-    keepFailure();
-    throw;
-  }
+  const std::optional<std::string> name = pathOf(systemId, folder_);
+  return name ? open(systemId, *name) : nullptr;
 }
 
-void EntityFiles::keepFailure() {
-  if (!failure_) failure_ = std::current_exception();
+std::unique_ptr<std::istream> EntityFiles::open(const std::string& systemId,
+                                                const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path path = std::filesystem::canonical(name, error);
+  if (error) return passOver(systemId, error.message());
+  if (access_ == EntityAccess::Folder) {
+    const auto folder = std::filesystem::canonical(folder_.empty() ? "." : folder_, error);
+    if (error) return passOver(systemId, error.message());
+    if (!isBelow(path, folder)) {
+      return passOver(systemId, "it is outside of the folder of the document (see --entities=any)");
+    }
+  }
+  // Opening a pipe or a device may wait, or do something; only what has become one since is opened.
+  if (!std::filesystem::is_regular_file(path, error)) {
+    return passOver(systemId, "it is not a regular file");
+  }
+  const int descriptor =
+      ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (descriptor == -1) return passOver(systemId, reasonOf(errno));
+  auto file = std::make_unique<File>(*this, name, descriptor);
+  if (!isRegular(descriptor)) return passOver(systemId, "it is not a regular file");
+  return file;
+}
+
+std::unique_ptr<std::istream> EntityFiles::passOver(const std::string& systemId,
+                                                    const std::string& reason) {
+  if (passedOver_.insert(systemId).second) {
+    warn(document_, "external entity \"" + systemId + "\" is not read: " + reason);
+  }
+  return nullptr;
 }
 
 void EntityFiles::check() const {

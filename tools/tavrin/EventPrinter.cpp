@@ -2,8 +2,6 @@
 
 #include <Tavrin/Identifiers.h>
 
-#include <stdexcept>
-
 #include "Reading.h"
 #include "Text.h"
 
@@ -32,6 +30,13 @@ void EventPrinter::attachDeclarationsTo(Tavrin::XMLReader& reader) {
                      static_cast<Tavrin::DeclHandler*>(this));
 }
 
+void EventPrinter::printBorder(std::uint64_t number, std::uint64_t octet) {
+  const std::string second = std::to_string(number);
+  const std::string place = std::to_string(octet);
+  sink_(isJSON() ? "{\"document\":" + second + ",\"octet\":" + place + "}\n"
+                 : "--- document " + second + ": octet " + place + " ---\n");
+}
+
 // --- Lines ---
 
 void EventPrinter::begin(const char* event) {
@@ -41,9 +46,7 @@ void EventPrinter::begin(const char* event) {
 
 void EventPrinter::end() {
   line_ += isJSON() ? "}\n" : ")\n";
-  out_.write(line_.data(), static_cast<std::streamsize>(line_.size()));
-  // There is no use in reading on. The output knows why.
-  if (!out_) throw std::runtime_error("events cannot be written");
+  sink_(line_);
 }
 
 void EventPrinter::print(const char* event, std::initializer_list<Argument> arguments) {
@@ -214,7 +217,7 @@ void EventPrinter::comment(const std::string& text) { print("comment", {{"text",
 std::unique_ptr<std::istream> EventPrinter::resolveEntity(const std::string& publicId,
                                                           const std::string& systemId) {
   print("resolveEntity", {{"publicId", publicId}, {"systemId", systemId}});
-  return nullptr;
+  return resolver_ ? resolver_->resolveEntity(publicId, systemId) : nullptr;
 }
 
 // --- Typed content ---

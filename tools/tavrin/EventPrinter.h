@@ -5,10 +5,12 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
+#include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
-#include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tool {
@@ -26,13 +28,22 @@ class EventPrinter : public Tavrin::ContentHandler,
  public:
   enum class Format { Text, JSON };
 
-  EventPrinter(std::ostream& out, Format format) : out_(out), format_(format) {}
+  /// Takes a line, with its end. What it throws leaves the operation that printed the line.
+  using Sink = std::function<void(const std::string& line)>;
+
+  /// @param resolver gives the external entities; null leaves them out
+  EventPrinter(Sink sink, Format format, Tavrin::EntityResolver* resolver = nullptr)
+      : sink_(std::move(sink)), format_(format), resolver_(resolver) {}
 
   /// Sets this printer as content handler, lexical handler and entity resolver, and as handler of
   /// typed content of readers that know it.
   void attachTo(Tavrin::XMLReader& reader);
   /// Sets this printer as DTD handler and declaration handler.
   void attachDeclarationsTo(Tavrin::XMLReader& reader);
+  /// Prints a line that stands between two documents.
+  /// @param number the number of the second, counted from 1
+  /// @param octet  the place of its first octet, counted from 1
+  void printBorder(std::uint64_t number, std::uint64_t octet);
 
   void startDocument() override;
   void endDocument() override;
@@ -68,7 +79,7 @@ class EventPrinter : public Tavrin::ContentHandler,
   void endCDATA() override;
   void comment(const std::string& text) override;
 
-  /// Prints the call and returns no stream: external entities are not read.
+  /// Prints the call and returns what the resolver gives.
   std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                               const std::string& systemId) override;
 
@@ -106,8 +117,9 @@ class EventPrinter : public Tavrin::ContentHandler,
   bool isJSON() const { return format_ == Format::JSON; }
   const char* separator() const { return isJSON() ? "," : ", "; }
 
-  std::ostream& out_;
+  Sink sink_;
   Format format_;
+  Tavrin::EntityResolver* resolver_;
   std::string line_;   // Kept for its storage.
   bool first_ = true;  // The next argument or member needs no separator in front.
 };

@@ -28,12 +28,14 @@ struct Event {
     EndDTD,
     StartCDATA,
     EndCDATA,
+    Border,  ///< Another document begins.
   };
   /// Where the event began: a line and a column, or in documents without lines an octet.
   struct Position {
     int line = 0;
     int column = 0;
     std::uint64_t octet = 0;
+    std::uint64_t document = 1;  ///< The number of the document.
     std::string entity;  ///< Names the external entity it was in; empty in the document itself.
   };
 

@@ -17,14 +17,25 @@ constexpr std::size_t kMaximumOctets = std::size_t{64} * 1024;
 
 }  // namespace
 
+EventRecorder::EventRecorder(EventQueue& queue, const Input& input, bool lexical,
+                             Tavrin::EntityResolver* resolver)
+    : queue_(queue),
+      input_(input),
+      lexical_(lexical),
+      resolver_(resolver),
+      end_(input.documentStart()) {
+  if (input.documentNumber() > 1) {
+    add({Event::Kind::Border, {0, 0, end_ + 1, input.documentNumber(), {}}, {}, {}});
+  }
+}
+
 void EventRecorder::attachTo(Tavrin::XMLReader& reader) {
   readerFollowsStandard_ = followsStandard(reader);
   reader.setContentHandler(this);
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
                      static_cast<Tavrin::LexicalHandler*>(this));
-  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler,
-                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
+  takeAlgorithms(reader, *this);
 }
 
 void EventRecorder::finish(bool isCutOff) {
@@ -54,11 +65,12 @@ void EventRecorder::guard(Work work) {
 /// event before, unless one octet brought both.
 Event::Position EventRecorder::advance() {
   if (locator_) {
-    return {locator_->getLineNumber(), locator_->getColumnNumber(), 0, entityAt(locator_)};
+    return {locator_->getLineNumber(), locator_->getColumnNumber(), 0, input_.documentNumber(),
+            entityAt(locator_)};
   }
   const std::uint64_t begin = std::min(end_ + 1, input_.octetsRead());
   end_ = input_.octetsRead();
-  return {0, 0, begin, {}};
+  return {0, 0, begin, input_.documentNumber(), {}};
 }
 
 void EventRecorder::add(Event event) {

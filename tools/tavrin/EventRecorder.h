@@ -22,6 +22,8 @@ namespace tool {
 /// - The document type is left out, with references and comments within it, and its external subset
 ///   whole.
 ///
+/// A document that is not the first of its input begins with an event of its own.
+///
 /// Document types and the borders of CDATA sections are recorded on demand.
 class EventRecorder : public Tavrin::ContentHandler,
                       public Tavrin::LexicalHandler,
@@ -30,8 +32,7 @@ class EventRecorder : public Tavrin::ContentHandler,
  public:
   /// @param resolver gives the external entities; null leaves them out
   EventRecorder(EventQueue& queue, const Input& input, bool lexical,
-                Tavrin::EntityResolver* resolver)
-      : queue_(queue), input_(input), lexical_(lexical), resolver_(resolver) {}
+                Tavrin::EntityResolver* resolver);
 
   /// Sets this recorder as content handler, lexical handler and entity resolver, and as encoding
   /// algorithm handler of readers that know typed content.
@@ -87,7 +88,7 @@ class EventRecorder : public Tavrin::ContentHandler,
   Tavrin::EntityResolver* resolver_;
   bool readerFollowsStandard_ = false;
   const Tavrin::Locator* locator_ = nullptr;
-  std::uint64_t end_ = 0;  // The last octet of the event before.
+  std::uint64_t end_;  // The last octet of the event before.
   bool inDTD_ = false;
   bool inExternalSubset_ = false;
   std::string text_;  // Not handed over yet: more may follow.

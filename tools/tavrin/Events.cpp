@@ -1,13 +1,17 @@
 #include <Tavrin/XMLReader.h>
 
 #include <memory>
+#include <ostream>
+#include <stdexcept>
 #include <string>
 
 #include "Commands.h"
+#include "EntityFiles.h"
 #include "EventPrinter.h"
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
+#include "ReadingOptions.h"
 
 namespace tool {
 
@@ -23,6 +27,7 @@ Usage: tavrin events [OPTIONS] FILE
 Options:
   --json            print JSON lines
   --declarations    also set the handlers of declarations
+%options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -48,11 +53,22 @@ the encoding algorithm, in JSON "algorithmURI" and "algorithmIndex". object is t
 algorithm that has no call of its own, such as UUIDs, as text; octets that of an algorithm that is
 not known.
 
-resolveEntity is a reference to an external entity or to the external subset. None is read, so
-skippedEntity follows.
+resolveEntity is a reference to an external entity or to the external subset. What is not read is
+skipped: skippedEntity follows.
+
+Nothing is left out, and all shows as it is: a character that would break the line, control the
+terminal or turn the direction of text stands as \uXXXX, and an octet NN that is not part of valid
+UTF-8, which the reader FI delivers as it is, as \uDCNN.
+
+In Fast Infoset, documents may follow each other in one file. In front of each but the first, a
+line tells its number and its first octet, in JSON {"document":2,"octet":72}:
+
+  --- document 2: octet 72 ---
 
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
+
+%limits%
 
 Example:
   tavrin events --json in.xml
@@ -62,20 +78,35 @@ struct Options {
   std::string file;
   bool json = false;
   bool declarations = false;
-  std::string from;
+  ReadingOptions reading;
 };
+
+void printAll(Input& input, const Options& options, std::ostream& out) {
+  const auto write = [&out](const std::string& line) {
+    out.write(line.data(), static_cast<std::streamsize>(line.size()));
+    // There is no use in reading on. The output knows why.
+    if (!out) throw std::runtime_error("events cannot be written");
+  };
+  EntityFiles entities(options.file, options.reading.entityAccess());
+  EventPrinter printer(write,
+                       options.json ? EventPrinter::Format::JSON : EventPrinter::Format::Text,
+                       entities.resolver());
+  while (const auto reader = nextReader(input, options.reading)) {
+    if (input.documentNumber() > 1) {
+      printer.printBorder(input.documentNumber(), input.documentStart() + 1);
+    }
+    printer.attachTo(*reader);
+    if (options.declarations) printer.attachDeclarationsTo(*reader);
+    parse(*reader, input, &entities);
+  }
+}
 
 ExitStatus events(const Options& options) {
   Output output("-", false);
   output.open();
   Input input(options.file, output.isTerminal());
-  const auto reader = createReader(input, options.from);
-  EventPrinter printer(output.stream(),
-                       options.json ? EventPrinter::Format::JSON : EventPrinter::Format::Text);
-  printer.attachTo(*reader);
-  if (options.declarations) printer.attachDeclarationsTo(*reader);
   try {
-    parse(*reader, input);
+    printAll(input, options, output.stream());
   } catch (...) {
     output.commit();  // What came before the failure is shown. A failure to write it comes first.
     throw;
@@ -87,12 +118,13 @@ ExitStatus events(const Options& options) {
 }  // namespace
 
 Command makeEvents(CLI::App& app) {
-  CLI::App* command = addCommand(app, "events", kHelp);
+  CLI::App* command = addReadingCommand(app, "events", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->file)->required();
   command->add_flag("--json", options->json);
   command->add_flag("--declarations", options->declarations);
-  command->add_option("--from", options->from)->type_name("TYPE");
+  addReadingOptions(*command, options->reading);
+  command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return events(*options); }};
 }
 

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <system_error>
 
+#include "Process.h"
 #include "Text.h"
 
 namespace tool {
@@ -16,7 +17,7 @@ std::string placeIn(const std::string& name, std::uint64_t octet) {
 }
 
 Failure::Failure(ExitStatus status, const std::string& line)
-    : status_(status), line_(oneLine(line)) {}
+    : status_(status), line_(forMessage(line)) {}
 
 Failure Failure::usage(const std::string& message) { return {NotPossible, "tavrin: " + message}; }
 
@@ -29,5 +30,10 @@ Failure Failure::document(const std::string& place, const std::string& message) 
 }
 
 void Failure::report() const { std::cerr << line_ + "\n" << std::flush; }
+
+void warn(const std::string& name, const std::string& message) {
+  const std::string line = forMessage(name + ": warning: " + message);
+  std::cerr << (isProgressShown() ? kClearLine : "") + line + "\n" << std::flush;
+}
 
 }  // namespace tool

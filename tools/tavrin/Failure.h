@@ -41,4 +41,8 @@ class Failure : public std::exception {
   std::string line_;
 };
 
+/// Writes a line to standard error about what does not end the work: "NAME: warning: MESSAGE". A
+/// progress bar that is shown gives way to it.
+void warn(const std::string& name, const std::string& message);
+
 }  // namespace tool

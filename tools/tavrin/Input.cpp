@@ -43,6 +43,11 @@ void Input::showProgress() {
 
 std::string_view Input::firstOctets() { return buffer_.peek(kFirstOctets); }
 
+void Input::beginDocument() {
+  ++documentNumber_;
+  documentStart_ = octetsRead();
+}
+
 void Input::checkRead() const {
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());
 }

@@ -11,8 +11,8 @@
 
 namespace tool {
 
-/// A document to read: a file, or standard input by the name "-". On a terminal a large file shows
-/// a progress bar while the object lives.
+/// What to read: a file, or standard input by the name "-". Documents of Fast Infoset may follow
+/// each other in it. On a terminal a large file shows a progress bar while the object lives.
 class Input {
  public:
   /// @param quiet no progress bar: the terminal is used for something else
@@ -26,6 +26,20 @@ class Input {
   std::istream& stream() { return stream_; }
   /// How many octets have been read, whoever read them.
   std::uint64_t octetsRead() const { return buffer_.taken(); }
+  /// Whether nothing is left to read. It may wait for octets that are still to come.
+  bool isAtEnd() { return buffer_.peek(1).empty(); }
+
+  /// @name Documents that follow each other
+  /// @{
+
+  /// The document that is read next begins here.
+  void beginDocument();
+  /// The number of the document that is being read, counted from 1.
+  std::uint64_t documentNumber() const { return documentNumber_; }
+  /// How many octets stand in front of that document.
+  std::uint64_t documentStart() const { return documentStart_; }
+  /// @}
+
   /// Whether a progress bar may come up.
   bool hasProgress() const { return progress_.has_value(); }
   /// @throws Failure when what looked like the end of the document was a failed read
@@ -38,6 +52,8 @@ class Input {
   Descriptor descriptor_;
   InputBuffer buffer_;
   std::optional<Progress> progress_;
+  std::uint64_t documentNumber_ = 0;
+  std::uint64_t documentStart_ = 0;
   std::istream stream_;
 };
 

@@ -74,6 +74,8 @@ void setUnfinishedFile(const char* path) { unfinishedFile = path; }
 
 void setProgressShown(bool shown) { progressShown = shown; }
 
+bool isProgressShown() { return progressShown; }
+
 SignalsHeld::SignalsHeld() {
   const sigset_t set = endingSignals();
   sigprocmask(SIG_BLOCK, &set, &before_);

@@ -31,6 +31,7 @@ class Process {
 void setUnfinishedFile(const char* path);
 /// Whether there is a progress bar to clear.
 void setProgressShown(bool shown);
+bool isProgressShown();
 
 /// Holds the signals back that end the process, so that a file and the note of it change together.
 class SignalsHeld {

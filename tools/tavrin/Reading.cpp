@@ -4,6 +4,10 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/Identifiers.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
 #include "Failure.h"
 #include "TypeChoice.h"
 
@@ -11,28 +15,58 @@ namespace tool {
 
 namespace {
 
+/// The place of a failure in a document without lines: the octet in the file.
+std::string placeOfOctet(const Input& input, std::int32_t octetOfDocument) {
+  // Readers count no further.
+  const bool isCounted = octetOfDocument < std::numeric_limits<std::int32_t>::max();
+  const auto octet = static_cast<std::uint64_t>(octetOfDocument);
+  return placeIn(input.name(),
+                 isCounted ? input.documentStart() + octet : std::max(input.octetsRead(), octet));
+}
+
 void parseDocument(Tavrin::XMLReader& reader, Input& input) {
+  const auto failure = [](const std::string& place, const std::string& message) {
+    return Failure::document(place, Limits::withOption(message));
+  };
   try {
     reader.parse(input.stream());
   } catch (const Tavrin::SAXParseException& exception) {
     // A binary format has no lines; the column is the number of the octet.
     const int line = exception.getLineNumber();
     const int column = exception.getColumnNumber();
-    throw Failure::document(line < 0 ? placeIn(input.name(), static_cast<std::uint64_t>(column))
-                                     : placeIn(input.name(), line, column),
-                            exception.getMessage());
+    throw failure(line < 0 ? placeOfOctet(input, column) : placeIn(input.name(), line, column),
+                  exception.getMessage());
   } catch (const Tavrin::SAXException& exception) {
-    throw Failure::document(placeReached(input, nullptr), exception.getMessage());
+    throw failure(placeReached(input, nullptr), exception.getMessage());
   } catch (const Tavrin::FastInfosetException& exception) {
-    throw Failure::document(placeReached(input, nullptr), exception.getMessage());
+    throw failure(placeReached(input, nullptr), exception.getMessage());
   }
+}
+
+/// Whether a document may begin where the one before has ended.
+bool mayFollow(Input& input, const std::string& type, bool isChosen) {
+  const bool wasRead = input.octetsRead() > input.documentStart();
+  return wasRead && (isChosen || isFastInfoset(type));
 }
 
 }  // namespace
 
-std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string& type) {
-  return Tavrin::XMLReaderFactory::createXMLReader(type.empty() ? readerTypeFor(input.firstOctets())
-                                                                : type);
+std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions& options) {
+  const bool isFirst = input.documentNumber() == 0;
+  if (!isFirst && input.isAtEnd()) {
+    input.checkRead();
+    return nullptr;
+  }
+  const bool isChosen = !options.from.empty();
+  const std::string type = isChosen ? options.from : readerTypeFor(input.firstOctets());
+  if (!isFirst && !mayFollow(input, type, isChosen)) {
+    throw Failure::document(placeIn(input.name(), input.octetsRead() + 1),
+                            "No Fast Infoset document begins here");
+  }
+  auto reader = Tavrin::XMLReaderFactory::createXMLReader(type);
+  options.limits.applyTo(*reader, isChosen);
+  input.beginDocument();
+  return reader;
 }
 
 bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value) {
@@ -42,6 +76,10 @@ bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void
   } catch (const Tavrin::SAXNotRecognizedException&) {
     return false;
   }
+}
+
+void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentHandler& handler) {
+  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler, &handler);
 }
 
 bool followsStandard(Tavrin::XMLReader& reader) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tavrin/Handlers.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
 #include <memory>
@@ -9,16 +10,24 @@
 
 #include "EntityFiles.h"
 #include "Input.h"
+#include "ReadingOptions.h"
 
 namespace tool {
 
-/// A reader for a document.
-/// @param type the type's name; empty to go by the document's first octets
+/// A reader for the document that comes next in an input, with its limits set. Documents of Fast
+/// Infoset may follow each other: what stands behind a document that its reader has not taken has
+/// to be another one.
+/// @return null behind the last document
+/// @throws Failure where octets are left that begin no document
 /// @throws Tavrin::SAXException when there is no such type
-std::unique_ptr<Tavrin::XMLReader> createReader(Input& input, const std::string& type = {});
+std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions& options);
 
 /// Sets a property of readers that know it. Returns whether this one does.
 bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value);
+
+/// Sets who takes the content of encoding algorithms, of readers that know typed content. Where
+/// nobody does, readers may refuse that of algorithms that they do not know.
+void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentHandler& handler);
 
 /// Whether a reader follows the standards: it can report all declarations, and it reports
 /// references to entities that were not read.

@@ -3,6 +3,7 @@
 #include <Tavrin/Identifiers.h>
 
 #include "Failure.h"
+#include "Limits.h"
 #include "Reading.h"
 
 namespace tool {
@@ -30,11 +31,13 @@ std::string describe(const std::string& uri, int index) {
 
 }  // namespace
 
-Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input)
+Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input,
+             Tavrin::EntityResolver* resolver)
     : writer_(writer),
       typedWriter_(dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer)),
       output_(output),
       input_(input),
+      resolver_(resolver),
       writerFollowsStandard_(followsStandard(writer)) {}
 
 void Relay::expectFrom(Tavrin::XMLReader& reader) {
@@ -53,8 +56,7 @@ void Relay::attachTo(Tavrin::XMLReader& reader) {
   reader.setEntityResolver(this);
   reader.setProperty(Tavrin::properties::lexicalHandler,
                      static_cast<Tavrin::LexicalHandler*>(this));
-  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler,
-                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
+  takeAlgorithms(reader, *this);
 }
 
 void Relay::check() const {
@@ -70,9 +72,9 @@ void Relay::pass(Event event) {
     event();
     if (output_) output_->checkWritten();
   } catch (const Tavrin::SAXException& exception) {
-    fail(exception.getMessage());
+    fail(Limits::withOption(exception.getMessage()));
   } catch (const Tavrin::FastInfosetException& exception) {
-    fail(exception.getMessage());
+    fail(Limits::withOption(exception.getMessage()));
   } catch (...) {
     failure_ = std::current_exception();
     throw;
@@ -112,19 +114,20 @@ void Relay::skippedEntity(const std::string& name) {
   pass([&] { writer_.skippedEntity(name); });
 }
 
-// Within the document type this is its external subset or a parameter entity, behind it a reference
-// in the content. Readers that follow the standards report that as skipped, too.
 std::unique_ptr<std::istream> Relay::resolveEntity(const std::string& publicId,
                                                    const std::string& systemId) {
-  if (resolver_) {
-    std::unique_ptr<std::istream> entity;
-    pass([&] { entity = resolver_->resolveEntity(publicId, systemId); });
-    return entity;
-  }
+  std::unique_ptr<std::istream> entity;
+  if (resolver_) pass([&] { entity = resolver_->resolveEntity(publicId, systemId); });
+  if (!entity) passOver(systemId);
+  return entity;
+}
+
+// Within the document type this is its external subset or a parameter entity, behind it a reference
+// in the content. Readers that follow the standards report that as skipped, too.
+void Relay::passOver(const std::string& systemId) {
   if (!inDTD_ && !readerFollowsStandard_) {
     fail("external entity \"" + systemId + "\" was not read, so the copy would lack it");
   }
-  return nullptr;
 }
 
 // --- Typed content ---

@@ -35,9 +35,11 @@ class Relay : public Tavrin::ContentHandler,
               public Tavrin::EntityResolver,
               public Tavrin::EncodingAlgorithmContentHandler {
  public:
-  /// @param output where the writer's stream leads; null where writing cannot fail
-  /// @param input  for messages
-  Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input);
+  /// @param output   where the writer's stream leads; null where writing cannot fail
+  /// @param input    for messages
+  /// @param resolver gives the external entities; null leaves them out
+  Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input,
+        Tavrin::EntityResolver* resolver = nullptr);
 
   /// Sets this relay as content handler, lexical handler and entity resolver; as encoding algorithm
   /// handler of readers that know typed content; and as handler of declarations where they are
@@ -47,8 +49,8 @@ class Relay : public Tavrin::ContentHandler,
   void expectFrom(Tavrin::XMLReader& reader);
   /// Whether declarations are passed on.
   bool takesDeclarations() const { return readerFollowsStandard_ && writerFollowsStandard_; }
-  /// From here on, external entities are read. The resolver must outlive the relay.
-  void readEntities(Tavrin::EntityResolver* resolver) { resolver_ = resolver; }
+  /// Takes note of an external entity that is not read.
+  void passOver(const std::string& systemId);
   /// Throws the failure that was kept, if there is one.
   void check() const;
 
@@ -103,7 +105,7 @@ class Relay : public Tavrin::ContentHandler,
   const Output* output_;
   const Input& input_;
   Tavrin::XMLReader* reader_ = nullptr;
-  Tavrin::EntityResolver* resolver_ = nullptr;
+  Tavrin::EntityResolver* resolver_;
   const Tavrin::Locator* locator_ = nullptr;
   bool readerFollowsStandard_ = false;
   bool writerFollowsStandard_;

@@ -11,9 +11,11 @@
 
 #include "Commands.h"
 #include "DocumentCounter.h"
+#include "EntityFiles.h"
 #include "Input.h"
 #include "Output.h"
 #include "Reading.h"
+#include "ReadingOptions.h"
 #include "Relay.h"
 #include "Text.h"
 #include "TypeChoice.h"
@@ -30,6 +32,7 @@ Usage: tavrin stat [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+%options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -49,11 +52,22 @@ For every FILE its name is printed, and below it these counts, a line each:
   as Fast Infoset          the size of the copy that tavrin convert would make; of a document
   as XML text              in Fast Infoset that in XML text, of any other that in Fast Infoset
 
-If there can be no such copy, the reason stands in place of the size.
+If there can be no such copy, the reason stands in place of the size. With --entities, entities
+count where they are referred to; comments and instructions of the external subset do not count.
+
+Where documents follow each other in FILE, as they may in Fast Infoset, there is a block for each:
+its head is "FILE, document 1", "FILE, document 2" and so on.
+
+%limits%
 
 Example:
   tavrin stat in.xml in.fi
 )";
+
+struct Options {
+  std::vector<std::string> files;
+  ReadingOptions reading;
+};
 
 /// Takes everything and keeps only the number of octets.
 class OctetCounter : public std::streambuf {
@@ -81,8 +95,9 @@ struct OtherEncoding {
 };
 
 OtherEncoding otherEncodingOf(Input& input) {
-  return readerTypeFor(input.firstOctets()) == "X891" ? OtherEncoding{"XML10", "as XML text"}
-                                                      : OtherEncoding{"X891", "as Fast Infoset"};
+  return isFastInfoset(readerTypeFor(input.firstOctets()))
+             ? OtherEncoding{"XML10", "as XML text"}
+             : OtherEncoding{"X891", "as Fast Infoset"};
 }
 
 template <typename Value>
@@ -93,8 +108,7 @@ void printLine(std::ostream& out, const char* label, const Value& value) {
 void print(std::ostream& out, const Input& input, const DocumentCounter& counter,
            const char* otherLabel, std::uint64_t otherSize) {
   const DocumentCounter::Counts& counts = counter.counts();
-  out << oneLine(input.name()) << '\n';
-  printLine(out, "octets", input.octetsRead());
+  printLine(out, "octets", input.octetsRead() - input.documentStart());
   printLine(out, "elements", counts.elements);
   printLine(out, "attributes", counts.attributes);
   printLine(out, "distinct names", counter.distinctNames());
@@ -112,32 +126,44 @@ void print(std::ostream& out, const Input& input, const DocumentCounter& counter
   }
 }
 
-/// Prints a block about a document, with an empty line in front unless it is the first.
-void statFile(const std::string& name, const std::string& from, Output& output, bool isFirst) {
-  Input input(name);
+/// The first line of a block. Whether other documents follow shows only behind the first.
+std::string headOf(Input& input) {
+  const bool isOnly = input.documentNumber() == 1 && input.isAtEnd();
+  const std::string number = ", document " + std::to_string(input.documentNumber());
+  return escaped(input.name()) + (isOnly ? "" : number) + "\n";
+}
+
+/// Reads a document and prints a block about it, with an empty line in front unless it is the
+/// first.
+void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& options,
+                  EntityFiles& entities, std::ostream& out, bool& isFirst) {
   const OtherEncoding other = otherEncodingOf(input);
-  const auto reader = createReader(input, from);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
+  options.reading.limits.applyTo(*writer);
   OctetCounter octets;
   std::ostream copy(&octets);
   writer->setOutputStream(&copy);
   Relay relay(*writer, nullptr, input);
-  DocumentCounter counter(relay);
-  counter.attachTo(*reader);
+  DocumentCounter counter(relay, entities.resolver());
+  counter.attachTo(reader);
   try {
-    parse(*reader, input);
+    parse(reader, input, &entities);
   } catch (...) {
     if (counter.refusal().empty()) relay.check();  // The reader may have kept it to itself.
     throw;
   }
-  if (!isFirst) output.stream() << '\n';
-  print(output.stream(), input, counter, other.label, octets.count());
+  out << (isFirst ? "" : "\n") << headOf(input);
+  isFirst = false;
+  print(out, input, counter, other.label, octets.count());
 }
 
-struct Options {
-  std::vector<std::string> files;
-  std::string from;
-};
+void statFile(const std::string& name, const Options& options, Output& output, bool& isFirst) {
+  Input input(name);
+  EntityFiles entities(name, options.reading.entityAccess());
+  while (const auto reader = nextReader(input, options.reading)) {
+    statDocument(*reader, input, options, entities, output.stream(), isFirst);
+  }
+}
 
 ExitStatus stat(const Options& options) {
   Output output("-", false);
@@ -146,8 +172,7 @@ ExitStatus stat(const Options& options) {
   bool isFirst = true;
   for (const std::string& file : options.files) {
     try {
-      statFile(file, options.from, output, isFirst);
-      isFirst = false;
+      statFile(file, options, output, isFirst);
     } catch (const Failure& failure) {
       // By now a progress bar is gone.
       failure.report();
@@ -161,10 +186,11 @@ ExitStatus stat(const Options& options) {
 }  // namespace
 
 Command makeStat(CLI::App& app) {
-  CLI::App* command = addCommand(app, "stat", kHelp);
+  CLI::App* command = addReadingCommand(app, "stat", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
-  command->add_option("--from", options->from)->type_name("TYPE");
+  addReadingOptions(*command, options->reading);
+  command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return stat(*options); }};
 }
 

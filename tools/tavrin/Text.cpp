@@ -1,9 +1,11 @@
 #include "Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
+#include <vector>
 
 namespace tool {
 
@@ -37,6 +39,15 @@ bool mayBreakLine(char32_t code) {
   return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029;
 }
 
+/// The marks, embeddings, overrides and isolates of the bidirectional algorithm (Unicode Standard
+/// Annex #9): text behind them may show in another order than it has.
+bool turnsDirection(char32_t code) {
+  return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069);
+}
+
+bool showsAsItIs(char32_t code) { return !mayBreakLine(code) && !turnsDirection(code); }
+
 void appendCode(std::string& out, const char* format, char32_t code) {
   char digits[16];
   std::snprintf(digits, sizeof digits, format, static_cast<unsigned>(code));
@@ -59,6 +70,40 @@ bool appendShortEscape(std::string& out, char32_t code) {
   }
 }
 
+// A message has the name of a file, that of what is wrong there, and some words.
+constexpr std::size_t kLongestWord = 200;
+constexpr std::size_t kLongestMessage = 1000;
+constexpr std::size_t kLongestCharacter = 4;  // In octets.
+constexpr std::string_view kEllipsis = "...";
+
+/// Where each character of a text begins; an octet that is not part of valid UTF-8 counts as one.
+std::vector<std::size_t> charactersOf(std::string_view text) {
+  std::vector<std::size_t> begins;
+  for (std::size_t i = 0; i < text.size();) {
+    begins.push_back(i);
+    i += std::max<std::size_t>(decodeFirst(text.substr(i)).size, 1);
+  }
+  return begins;
+}
+
+/// The beginning and the end of a text that has more than so many characters. Both matter: a place
+/// stands at the end of the name of a file, and so does what tells one name from the next.
+std::string withoutMiddle(std::string_view text, std::size_t limit) {
+  if (text.size() <= limit) return std::string(text);
+  // Neither part takes more octets than half of this, however long the text is.
+  const std::size_t enough = limit * kLongestCharacter;
+  if (text.size() > 2 * enough) {
+    const std::string ends(text.substr(text.size() - enough));
+    return withoutMiddle(std::string(text.substr(0, enough)) + ends, limit);
+  }
+  const std::vector<std::size_t> begins = charactersOf(text);
+  if (begins.size() <= limit) return std::string(text);
+  const std::size_t kept = limit - kEllipsis.size();
+  const std::size_t behind = begins[begins.size() - kept / 2];
+  std::string result(text.substr(0, begins[kept - kept / 2]));
+  return result.append(kEllipsis).append(text.substr(behind));
+}
+
 template <typename Floating>
 void appendFloating(std::string& out, Floating value) {
   if (!std::isfinite(value)) {
@@ -78,19 +123,20 @@ void appendValue(std::string& out, float value) { appendFloating(out, value); }
 void appendValue(std::string& out, double value) { appendFloating(out, value); }
 
 void appendQuoted(std::string& out, std::string_view text) {
+  constexpr char32_t kStrayOctets = 0xDC00;  // And the octet.
   out += '"';
   std::size_t done = 0;  // What stands before this has been appended.
   for (std::size_t i = 0; i < text.size();) {
     const Character character = decodeFirst(text.substr(i));
     const char32_t code = character.code;
     const bool valid = character.size > 0;
-    if (valid && code != '"' && code != '\\' && !mayBreakLine(code)) {
+    if (valid && code != '"' && code != '\\' && showsAsItIs(code)) {
       i += character.size;
       continue;
     }
     out.append(text, done, i - done);
     if (!valid) {
-      out += "\xEF\xBF\xBD";
+      appendCode(out, "\\u%04X", kStrayOctets + static_cast<unsigned char>(text[i]));
     } else if (code == '"' || code == '\\') {
       out += '\\';
       out += static_cast<char>(code);
@@ -104,17 +150,30 @@ void appendQuoted(std::string& out, std::string_view text) {
   out += '"';
 }
 
-std::string oneLine(std::string_view text) {
+std::string escaped(std::string_view text) {
   std::string line;
-  for (const char c : text) {
-    const auto octet = static_cast<unsigned char>(c);
-    if (octet >= 0x20 && octet != 0x7F) {
-      line += c;
-    } else if (!appendShortEscape(line, octet)) {
-      appendCode(line, "\\x%02X", octet);
+  for (std::size_t i = 0; i < text.size();) {
+    const Character character = decodeFirst(text.substr(i));
+    if (character.size == 0) {
+      appendCode(line, "\\x%02X", static_cast<unsigned char>(text[i]));
+    } else if (showsAsItIs(character.code)) {
+      line.append(text, i, character.size);
+    } else if (!appendShortEscape(line, character.code)) {
+      appendCode(line, character.code < 0x80 ? "\\x%02X" : "\\u%04X", character.code);
     }
+    i += std::max<std::size_t>(character.size, 1);
   }
   return line;
+}
+
+std::string forMessage(std::string_view text) {
+  std::string line;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(" \""), text.size() - 1) + 1;
+    line += withoutMiddle(text.substr(0, end), kLongestWord);
+    text.remove_prefix(end);
+  }
+  return escaped(withoutMiddle(line, kLongestMessage));
 }
 
 }  // namespace tool

@@ -8,9 +8,9 @@ namespace tool {
 
 /// Appends a text as a JSON string (RFC 8259, section 7).
 ///
-/// Everything that a terminal or another program could take for a line break or a control is
-/// written as \uXXXX, so the result stands on one line. An octet that is not part of valid UTF-8
-/// becomes U+FFFD.
+/// Everything that a terminal or another program could take for a line break, a control or a change
+/// of direction is written as \uXXXX, so the result stands on one line and shows as it is. An octet
+/// NN that is not part of valid UTF-8 becomes \uDCNN, which no valid text holds: nothing is lost.
 void appendQuoted(std::string& out, std::string_view text);
 
 /// Appends a JSON value: a number in its shortest form that reads back as the same number, "nan",
@@ -23,7 +23,13 @@ void appendValue(std::string& out, Integer value) {
   out += std::to_string(value);
 }
 
-/// A text in which control characters show as \n, \r, \t or \xNN, so that it takes one line.
-std::string oneLine(std::string_view text);
+/// A text on one line that shows as it is, whole: what may break the line, control a terminal or
+/// turn the direction of text stands as \n, \r, \t, \xNN or \uXXXX, and an octet that is not part
+/// of valid UTF-8 as \xNN.
+std::string escaped(std::string_view text);
+
+/// A message for people, which may hold names of any length: as escaped, and the middle is left out
+/// of words longer than 200 characters, and of the whole if that is still longer than 1000.
+std::string forMessage(std::string_view text);
 
 }  // namespace tool

@@ -11,21 +11,23 @@ struct Choice {
   const char* type;
 };
 
+constexpr const char* kFastInfoset = "X891";
+
 /// Readers by the octets that a document begins with. The first match counts; any document matches
 /// the last one, text.
 constexpr Choice kReaders[] = {
-    {"\xE0\0"sv, "X891"},
-    {"<?xml encoding='finf'"sv, "X891"},
-    {"<?xml version='1.0' encoding='finf'"sv, "X891"},
-    {"<?xml version='1.1' encoding='finf'"sv, "X891"},
+    {"\xE0\0"sv, kFastInfoset},
+    {"<?xml encoding='finf'"sv, kFastInfoset},
+    {"<?xml version='1.0' encoding='finf'"sv, kFastInfoset},
+    {"<?xml version='1.1' encoding='finf'"sv, kFastInfoset},
     {""sv, "XML10"},
 };
 
 /// Writers by the ending of the file's name. The first match counts; any name matches the last one,
 /// text.
 constexpr Choice kWriters[] = {
-    {".fi"sv, "X891"},   {".finf"sv, "X891"}, {".x3db"sv, "X891"},
-    {".xml"sv, "XML10"}, {""sv, "XML10"},
+    {".fi"sv, kFastInfoset}, {".finf"sv, kFastInfoset}, {".x3db"sv, kFastInfoset},
+    {".xml"sv, "XML10"},     {""sv, "XML10"},
 };
 
 }  // namespace
@@ -35,6 +37,8 @@ std::string readerTypeFor(std::string_view firstOctets) {
   while (!firstOctets.starts_with(choice->mark)) ++choice;
   return choice->type;
 }
+
+bool isFastInfoset(std::string_view readerType) { return readerType == kFastInfoset; }
 
 std::string writerTypeFor(std::string_view fileName) {
   const Choice* choice = kWriters;

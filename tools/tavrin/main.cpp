@@ -1,6 +1,7 @@
 #include <Tavrin/Exceptions.h>
 
 #include <exception>
+#include <new>
 
 #include "CommandLine.h"
 #include "Failure.h"
@@ -24,6 +25,8 @@ int main(int argc, char** argv) {
   } catch (const Tavrin::SAXException& exception) {
     // Not about a document: the library has no type, feature or property of some name.
     return report(tool::Failure::usage(exception.getMessage()));
+  } catch (const std::bad_alloc&) {
+    return report(tool::Failure::usage("not enough memory"));
   } catch (const std::exception& exception) {
     return report(tool::Failure::usage(exception.what()));
   }

@@ -1,6 +1,7 @@
 #include <Tavrin/XMLWriter_FI.h>
 
 #include "../Octets.h"
+#include "Event.h"
 
 // Text and typed content. Text gathers until something else comes, so that a chunk is as long as
 // it can be.
@@ -19,15 +20,8 @@ void XMLWriter_FI::characters(const std::string& text) {
 void XMLWriter_FI::endCDATA() {
   XMLWriter::endCDATA();
   flushTerminator(false);
-  if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, stream());
+  if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, *out_);
   characters_.clear();
-}
-
-template <typename Algorithm, typename Value>
-void XMLWriter_FI::encodeContent(Algorithm& algorithm, const Value& value) {
-  flushCharacters();
-  flushTerminator(false);
-  if (out_) algorithm.encodeToOutputStream(true, value, stream());
 }
 
 void XMLWriter_FI::bytes(const std::string& data) { encodeContent(builtIn_.base64, data); }
@@ -64,7 +58,7 @@ void XMLWriter_FI::octets(const std::string& uri, int index, const std::string& 
   flushTerminator(false);
   if (!out_) return;
   // What introduces the octets does not depend on the algorithm that asks for it.
-  builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), stream());
+  builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), *out_);
   putOctets(data);
 }
 

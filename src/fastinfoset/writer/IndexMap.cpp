@@ -1,4 +1,4 @@
-#include <Tavrin/XMLWriter_FI.h>
+#include "IndexMap.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -8,7 +8,7 @@
 
 // The tables: entries in the order of their arrival, and slots in which they are found.
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -57,23 +57,23 @@ bool areSame(const Name& a, const Name& b) {
 
 }  // namespace
 
-std::size_t XMLWriter_FI::octetsOf(const std::string& text) { return text.size(); }
+std::size_t octetsOf(const std::string& text) { return text.size(); }
 
-std::size_t XMLWriter_FI::octetsOf(const QualifiedName& name) {
+std::size_t octetsOf(const XMLWriter_FI::QualifiedName& name) {
   return name.prefix.size() + name.namespaceName.size() + name.localName.size();
 }
 
 template <typename Key>
-XMLWriter_FI::IndexMap<Key>::IndexMap() = default;
+IndexMap<Key>::IndexMap() = default;
 
 template <typename Key>
-XMLWriter_FI::IndexMap<Key>::IndexMap(std::initializer_list<value_type> entries) {
+IndexMap<Key>::IndexMap(std::initializer_list<value_type> entries) {
   for (const auto& [key, index] : entries) enter(key, index);
 }
 
 /// The slot of an entry, or the empty one in which it would be found.
 template <typename Key>
-std::size_t XMLWriter_FI::IndexMap<Key>::slotOf(std::uint64_t tag, const Key& key) const {
+std::size_t IndexMap<Key>::slotOf(std::uint64_t tag, const Key& key) const {
   const std::size_t mask = slots_.size() - 1;
   for (std::size_t place = placeOf(tag) & mask;; place = (place + 1) & mask) {
     const Slot& slot = slots_[place];
@@ -85,7 +85,7 @@ std::size_t XMLWriter_FI::IndexMap<Key>::slotOf(std::uint64_t tag, const Key& ke
 }
 
 template <typename Key>
-const unsigned* XMLWriter_FI::IndexMap<Key>::find(const Key& key) const {
+const unsigned* IndexMap<Key>::find(const Key& key) const {
   // Nothing is found in an empty table, and long texts are not hashed in vain.
   if (entries_.empty() || octetsOf(key) > longest_) return nullptr;
   const Slot& slot = slots_[slotOf(tagOf(key), key)];
@@ -93,12 +93,12 @@ const unsigned* XMLWriter_FI::IndexMap<Key>::find(const Key& key) const {
 }
 
 template <typename Key>
-void XMLWriter_FI::IndexMap<Key>::add(const Key& key) {
+void IndexMap<Key>::add(const Key& key) {
   if (!enter(key, positions())) ++withoutEntry_;
 }
 
 template <typename Key>
-bool XMLWriter_FI::IndexMap<Key>::enter(const Key& key, unsigned index) {
+bool IndexMap<Key>::enter(const Key& key, unsigned index) {
   if (slots_.size() <= 2 * entries_.size()) grow();
   const std::uint64_t tag = tagOf(key);
   Slot& slot = slots_[slotOf(tag, key)];
@@ -111,7 +111,7 @@ bool XMLWriter_FI::IndexMap<Key>::enter(const Key& key, unsigned index) {
 }
 
 template <typename Key>
-void XMLWriter_FI::IndexMap<Key>::grow() {
+void IndexMap<Key>::grow() {
   constexpr std::size_t kFirstSlots = 16;
   std::vector<Slot> larger(std::max(kFirstSlots, 2 * slots_.size()), Slot{0, 0});
   const std::size_t mask = larger.size() - 1;
@@ -125,21 +125,21 @@ void XMLWriter_FI::IndexMap<Key>::grow() {
 }
 
 template <typename Key>
-unsigned XMLWriter_FI::IndexMap<Key>::at(const Key& key) const {
+unsigned IndexMap<Key>::at(const Key& key) const {
   const unsigned* const index = find(key);
   if (index == nullptr) throw std::out_of_range("no such entry");
   return *index;
 }
 
 template <typename Key>
-bool XMLWriter_FI::IndexMap<Key>::operator==(const IndexMap& other) const {
+bool IndexMap<Key>::operator==(const IndexMap& other) const {
   return size() == other.size() && std::ranges::all_of(entries_, [&other](const value_type& entry) {
            const unsigned* const index = other.find(entry.first);
            return index != nullptr && *index == entry.second;
          });
 }
 
-template class XMLWriter_FI::IndexMap<std::string>;
-template class XMLWriter_FI::IndexMap<XMLWriter_FI::QualifiedName>;
+template class IndexMap<std::string>;
+template class IndexMap<XMLWriter_FI::QualifiedName>;
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -1,16 +1,14 @@
-#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_FI.h>
 
 #include <algorithm>
 #include <tuple>
 
 #include "../../writer/WriteOctets.h"
-#include "../Dialect.h"
 #include "../Octets.h"
 #include "Event.h"
 
-// Integers, strings, names and namespace declarations (X.891, C.12 to C.28), and the tables behind
-// them. An entry's index is the number of positions that were taken up before it.
+// Integers, strings, names and namespace declarations (X.891, C.12 to C.28), with the tables that
+// are handed over. What does not depend on the kind of the tables is in Event.h.
 
 namespace Tavrin {
 
@@ -45,7 +43,7 @@ void XMLWriter_FI::write(const char* octets, std::size_t count) {
     }
     sendOctets();
   }
-  writeOctets(*out_, {octets, count});
+  if (out_ != nullptr) writeOctets(*out_, std::string_view(octets, count));
 }
 
 void XMLWriter_FI::sendOctets() {
@@ -56,12 +54,6 @@ void XMLWriter_FI::sendOctets() {
     ~Clear() { octets.clear(); }
   } const clear{gathered_};
   if (out_) writeOctets(*out_, gathered_);
-}
-
-/// The stream, for those who write into it themselves.
-std::ostream& XMLWriter_FI::stream() {
-  sendOctets();
-  return *out_;
 }
 
 void XMLWriter_FI::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
@@ -91,16 +83,6 @@ void XMLWriter_FI::putAlgorithm(bool chunk, unsigned field, std::uint64_t length
   }
 }
 
-// --- Tables ---
-
-void XMLWriter_FI::addEntry(StringIndexMap& table, const std::string& text) { table.add(text); }
-
-void XMLWriter_FI::addEntry(NameIndexMap& table, const QualifiedName& name) { table.add(name); }
-
-bool XMLWriter_FI::isIndexed(const StringIndexMap&, const std::string& text) const {
-  return text.size() < kIndexedLength;
-}
-
 // --- Strings ---
 
 /// The length of a literal. The stream has room for little more than 32 bits.
@@ -112,35 +94,14 @@ std::uint64_t XMLWriter_FI::lengthOf(const std::string& text) const {
   return text.size();
 }
 
-void XMLWriter_FI::encodeString(StringIndexMap* table, bool addToTable, const std::string& text) {
-  const unsigned* const index = table != nullptr && !text.empty() ? table->find(text) : nullptr;
-  if (index != nullptr) {
-    encodeIndex(kStringIndex, *index);
-  } else {
-    encodeNewString(addToTable ? table : nullptr, text);
-  }
+void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool addToTable,
+                                const std::string& text) {
+  writeString(table, addToTable, text);
 }
 
-/// Writes a string that is in no table.
-/// @param table to which it is added, or null
-void XMLWriter_FI::encodeNewString(StringIndexMap* table, const std::string& text) {
-  if (text.empty()) {
-    put(kEmptyString);
-    return;
-  }
-  if (table != nullptr) addEntry(*table, text);
-  putInteger(kStringLength, kStringUTF8 | (table != nullptr ? kStringAddToTable : 0),
-             lengthOf(text));
-  putOctets(text);
-}
-
-void XMLWriter_FI::encodeIdentifier(StringIndexMap* table, const std::string& text) {
-  if (const unsigned* const index = table->find(text)) {
-    encodeIndex(kStringIndex, *index);
-    return;
-  }
-  addEntry(*table, text);
-  putIdentifier(text);
+void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
+                                    const std::string& text) {
+  writeIdentifier(table, text);
 }
 
 void XMLWriter_FI::putIdentifier(const std::string& text) {
@@ -166,48 +127,33 @@ void XMLWriter_FI::encodeCharacters(const std::string& text) {
 
 // --- Names ---
 
-void XMLWriter_FI::missingNamePart(const std::string& part, const char* what) const {
+void XMLWriter_FI::missingNamePart(const std::string& part, const char* what) {
   throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
 }
 
-/// The index of a prefix or namespace name as a literal name counts it.
+/// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it may
+/// be written literally.
 unsigned XMLWriter_FI::findNamePart(const StringIndexMap& table, const std::string& part,
                                     const char* builtIn, const char* what) const {
   if (part == builtIn) return kBuiltInNameIndex;
   if (const unsigned* const index = table.find(part)) {
     return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
   }
-  missingNamePart(part, what);
+  if (!dialect_.literalNameParts) missingNamePart(part, what);
   return kNoIndex;
 }
 
-void XMLWriter_FI::encodeNamePart(StringIndexMap& table, const std::string& part, unsigned index) {
+void XMLWriter_FI::writeNamePart(StringIndexMap& table, const std::string& part, unsigned index) {
   if (index == kNoIndex) {
-    encodeIdentifier(&table, part);
+    writeIdentifier(&table, part);
   } else {
     encodeIndex(kStringIndex, index);
   }
 }
 
-void XMLWriter_FI::encodeQualifiedName(int bits, NameIndexMap& table, const QualifiedName& name) {
-  const bool hasPrefix = !name.prefix.empty();
-  const bool hasNamespace = !name.namespaceName.empty();
-  // Both are looked up before anything is written or added.
-  unsigned prefixIndex = kNoIndex;
-  unsigned namespaceIndex = kNoIndex;
-  if (hasPrefix) prefixIndex = findNamePart(vocabulary_.prefixes, name.prefix, "xml", "prefix");
-  if (hasNamespace) {
-    namespaceIndex =
-        findNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaces::xml, "namespace");
-  }
-  addEntry(table, name);
-  put(static_cast<unsigned>(bits) | (hasPrefix ? kPrefixPresent : 0) |
-      (hasNamespace ? kNamespacePresent : 0));
-  if (hasPrefix) encodeNamePart(vocabulary_.prefixes, name.prefix, prefixIndex);
-  if (hasNamespace) {
-    encodeNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaceIndex);
-  }
-  encodeIdentifier(&vocabulary_.localNames, name.localName);
+void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
+                                       const QualifiedName& name) {
+  writeQualifiedName(bits, table, name);
 }
 
 void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
@@ -216,8 +162,8 @@ void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
     const std::string& namespaceName = pairs[i + 1];
     put(kNamespaceDeclaration | (prefix.empty() ? 0 : kPrefixPresent) |
         (namespaceName.empty() ? 0 : kNamespacePresent));
-    if (!prefix.empty()) encodeIdentifier(&vocabulary_.prefixes, prefix);
-    if (!namespaceName.empty()) encodeIdentifier(&vocabulary_.namespaceNames, namespaceName);
+    if (!prefix.empty()) writeIdentifier(&vocabulary_.prefixes, prefix);
+    if (!namespaceName.empty()) writeIdentifier(&vocabulary_.namespaceNames, namespaceName);
   }
   put(kTerminator);
 }

@@ -1,11 +1,7 @@
 #include <Tavrin/EncodingAlgorithmAttributes.h>
-#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_FI.h>
 
-#include <string_view>
-#include <typeinfo>
-
-#include "../Dialect.h"
+#include "../../writer/AddDeclaration.h"
 #include "../Octets.h"
 #include "Event.h"
 
@@ -21,7 +17,12 @@ const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
 XMLWriter_FI::XMLWriter_FI() : XMLWriter_FI(kDialectFI) {}
 
 XMLWriter_FI::XMLWriter_FI(const Dialect& dialect)
-    : dialect_(dialect), known_(std::make_unique<KnownNames>()) {}
+    : dialect_(dialect),
+      ownVocabulary_(std::make_unique<Vocabulary>()),
+      vocabulary_(*ownVocabulary_),
+      known_(std::make_unique<KnownNames>()),
+      ownLimits_(std::make_unique<Limits>()),
+      limits_(ownLimits_.get()) {}
 
 XMLWriter_FI::~XMLWriter_FI() = default;
 
@@ -34,23 +35,6 @@ void checkName(const std::string& name) {
 }
 
 }  // namespace
-
-std::string_view XMLWriter_FI::Name::prefix() const {
-  const std::size_t colon = qName.rfind(':');
-  return std::string_view(qName).substr(0, colon == std::string::npos ? 0 : colon);
-}
-
-/// Assigns over a name that is used again and again: its strings keep their memory.
-void XMLWriter_FI::assignName(QualifiedName& name, const Name& from) {
-  name.prefix = from.prefix();
-  name.namespaceName = from.uri;
-  name.localName = from.localName;
-}
-
-bool XMLWriter_FI::isDeclaration(const Attributes& attributes, int index) const {
-  constexpr std::string_view kXmlns = namespaces::xmlns;
-  return attributes.getURI(index) == kXmlns;  // Looks at the length first.
-}
 
 // --- Properties ---
 
@@ -95,19 +79,18 @@ void XMLWriter_FI::startDocument() {
   pendingTerminator_ = false;
   // A document that went on counting in the tables of another could not be read by itself.
   clearTables();
-  perform([this] { beginDocument(); });
+  if (out_ == nullptr) return;
+  perform([this] {
+    for (const unsigned octet : kHeader) put(octet);
+    put(0);  // No optional components.
+  });
 }
 
 void XMLWriter_FI::clearTables() {
   vocabulary_ = {};
+  limits_->tableOctets = 0;
   known_->elements.clear();
   known_->attributes.clear();
-}
-
-void XMLWriter_FI::beginDocument() {
-  if (!out_) return;
-  for (const unsigned octet : kHeader) put(octet);
-  put(0);  // No optional components.
 }
 
 void XMLWriter_FI::endDocument() {
@@ -126,8 +109,8 @@ void XMLWriter_FI::processingInstruction(const std::string& target, const std::s
     flushTerminator(false);
     if (!out_) return;
     put(kProcessingInstruction);
-    encodeIdentifier(&vocabulary_.otherNCNames, target);
-    encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+    writeIdentifier(&vocabulary_.otherNCNames, target);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
   });
 }
 
@@ -138,56 +121,58 @@ void XMLWriter_FI::comment(const std::string& text) {
     flushTerminator(false);
     if (!out_) return;
     put(kComment);
-    encodeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
   });
 }
 
 // --- Elements ---
 
 void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  namespaces_.push_back(prefix);
-  try {
-    namespaces_.push_back(uri);
-  } catch (...) {  // A prefix alone would make a pair with that of the next mapping.
-    namespaces_.pop_back();
-    throw;
-  }
+  addDeclaration(namespaces_, prefix, uri);
 }
 
+// The attributes may be code of an application: it sees in the stream all that stands in front of
+// the answer that it gives.
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
-  perform([&] { writeStartTag({uri, localName, qName}, attributes); });
-}
-
-void XMLWriter_FI::writeStartTag(const Name& name, const Attributes& attributes) {
-  recogniseAttributes(attributes);
-  if (!declarations_.empty()) takeDeclarations(attributes, declarations_);
-  const unsigned index = takeElementName(name);
-  takeAttributes(attributes);
-  beginTag();
-  flushCharacters();
-  flushTerminator(false);
-
-  const bool hasAttributes = !taken_.empty();
-  if (out_) {
+  checkTag(localName, attributes);
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    sendOctets();
+    const bool hasAttributes = countAttributes(attributes) > 0;
     unsigned flag = hasAttributes ? kElementAttributes : 0;
     if (!namespaces_.empty()) {
-      put(kNamespacesFollow | flag);
-      encodeNamespaces(namespaces_);
+      if (out_ != nullptr) {
+        put(kNamespacesFollow | flag);
+        encodeNamespaces(namespaces_);
+      }
+      // They are done with, also where the rest of the tag is refused.
+      namespaces_.clear();
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    if (index != kNoIndex) {
-      putInteger(kElementIndex, flag, index);
-    } else {
-      encodeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
-                          elementName_);
+    if (out_ != nullptr) writeElementName(flag, {uri, localName, qName});
+    if (!hasAttributes) return;
+    if (out_ != nullptr) encodeAttributes(attributes);
+    // The end of the attributes may share an octet with the end of the element.
+    pendingTerminator_ = true;
+  });
+}
+
+/// Refuses a start tag before anything of it is written.
+void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attributes) {
+  checkName(localName);
+  const int length = attributes.getLength();
+  if (length == 0) return;
+  const auto* const typed = findTypedForm(attributes, known_->untyped);
+  for (int i = 0; i < length; ++i) {
+    if (isInXmlns(attributes, i)) continue;
+    checkName(attributes.getLocalName(i));
+    if (typed != nullptr && typed->getAlgorithmData(i) != nullptr) {
+      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
     }
-    if (hasAttributes) encodeTakenAttributes(attributes);
   }
-  namespaces_.clear();
-  // The end of the attributes is owed; it may share an octet with the end of the element.
-  pendingTerminator_ = hasAttributes;
 }
 
 void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
@@ -205,144 +190,69 @@ void XMLWriter_FI::endElement(const std::string& uri, const std::string& localNa
 
 // --- Names and attributes ---
 
-unsigned XMLWriter_FI::takeElementName(const Name& name) {
+void XMLWriter_FI::writeElementName(unsigned attributeFlag, const Name& name) {
   const auto& [uri, localName, qName] = name;
-  if (const unsigned* const known = known_->elements.find(uri, localName, qName)) {
-    checkElementName(name, *known, true);
-    return *known;
+  const unsigned* index = known_->elements.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.elementNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(static_cast<int>(kLiteralElementName | attributeFlag),
+                         vocabulary_.elementNames, name_);
+      return;
+    }
+    known_->elements.put(uri, localName, qName, *index);
   }
-  assignName(elementName_, name);
-  const unsigned* const found = vocabulary_.elementNames.find(elementName_);
-  const unsigned index = found ? *found : kNoIndex;
-  checkElementName(name, index, false);
-  if (found) known_->elements.put(uri, localName, qName, index);
-  return index;
+  putInteger(kElementIndex, attributeFlag, *index);
+}
+
+void XMLWriter_FI::writeAttributeName(const Name& name) {
+  const auto& [uri, localName, qName] = name;
+  const unsigned* index = known_->attributes.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.attributeNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+      return;
+    }
+    known_->attributes.put(uri, localName, qName, *index);
+  }
+  encodeIndex(0, *index);
 }
 
 int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
   int count = 0;
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
-    if (!isDeclaration(attributes, i)) ++count;
+    if (!isInXmlns(attributes, i)) ++count;
   }
   return count;
 }
 
-/// The attributes with their typed values, or null. Sources tend to use one class of attributes.
-const EncodingAlgorithmAttributes* XMLWriter_FI::typedForm(const Attributes& attributes) {
-  if (&typeid(attributes) == untyped_) return nullptr;
-  const auto* const typed = dynamic_cast<const EncodingAlgorithmAttributes*>(&attributes);
-  if (typed == nullptr) untyped_ = &typeid(attributes);
-  return typed;
-}
-
-/// Tells attributes from declarations. A name that is known is that of no declaration.
-void XMLWriter_FI::recogniseAttributes(const Attributes& attributes) {
-  taken_.clear();
-  declarations_.clear();
-  const int length = attributes.getLength();
-  for (int i = 0; i < length; ++i) {
-    const unsigned* const known = known_->attributes.find(
-        attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
-    if (known != nullptr) {
-      taken_.push_back({i, *known, kNoIndex, true});
-    } else if (isDeclaration(attributes, i)) {
-      declarations_.push_back(i);
-    } else {
-      taken_.push_back({i, kNoIndex, kNoIndex, false});
-    }
-  }
-}
-
-/// Looks at attributes before anything of the tag is written: refuses what cannot be, and looks up
-/// their names.
-void XMLWriter_FI::takeAttributes(const Attributes& attributes) {
-  if (taken_.empty()) return;
-  const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
-  for (auto& [i, index, valueIndex, isKnown] : taken_) {
-    const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
-    if (!isKnown) {
-      assignName(name_, name);
-      if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
-    }
-    checkAttributeName(name, index, isKnown);
-    if (!isKnown && index != kNoIndex) {
-      known_->attributes.put(name.uri, name.localName, name.qName, index);
-    }
-    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
-      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
-      continue;
-    }
-    const std::string& value = attributes.getValue(i);
-    if (value.empty()) continue;  // It is written as itself.
-    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) valueIndex = *found;
-    checkValue(value, valueIndex);
-  }
-}
-
-// They are left out.
-void XMLWriter_FI::takeDeclarations(const Attributes&, const std::vector<int>&) {}
-
-void XMLWriter_FI::checkElementName(const Name& name, unsigned, bool) { checkName(name.localName); }
-
-void XMLWriter_FI::checkAttributeName(const Name& name, unsigned, bool) {
-  checkName(name.localName);
-}
-
-void XMLWriter_FI::checkTypedValue(const std::string& uri, int index, const EncodedData&) {
-  algorithmOrThrow(uri, index);
-}
-
-void XMLWriter_FI::checkValue(const std::string&, unsigned) const {}
-
-void XMLWriter_FI::beginTag() {}
-
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
-  recogniseAttributes(attributes);
-  takeAttributes(attributes);
-  encodeTakenAttributes(attributes);
-}
-
-void XMLWriter_FI::encodeTakenAttributes(const Attributes& attributes) {
-  const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
+  const auto* const typed = findTypedForm(attributes, known_->untyped);
   StringIndexMap& values = vocabulary_.attributeValues;
-  const unsigned lookedUp = values.positions();
-  for (const auto& [i, index, valueIndex, isKnown] : taken_) {
-    if (index != kNoIndex) {
-      encodeIndex(0, index);
-    } else {
-      encodeNewAttributeName(
-          {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
-    }
-    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
-      encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
-    } else if (valueIndex != kNoIndex) {
-      encodeIndex(kStringIndex, valueIndex);
-    } else {
-      const std::string& value = attributes.getValue(i);
-      const bool add = isIndexed(values, value);
-      if (values.positions() == lookedUp) {
-        encodeNewString(add ? &values : nullptr, value);
+  perform([&] {
+    const int length = attributes.getLength();
+    for (int i = 0; i < length; ++i) {
+      sendOctets();
+      if (isInXmlns(attributes, i)) continue;
+      const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+      checkName(name.localName);
+      writeAttributeName(name);
+      sendOctets();
+      if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+        EncodingAlgorithm& algorithm =
+            algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+        if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
       } else {
-        encodeString(&values, add, value);  // It may have come since, in this very tag.
+        const std::string& value = attributes.getValue(i);
+        writeString(&values, isIndexed(values, value), value);
       }
     }
-  }
+  });
   pendingTerminator_ = true;
-}
-
-/// Writes a name that was in no table when the tag began. The same one may have come since.
-void XMLWriter_FI::encodeNewAttributeName(const Name& name) {
-  assignName(name_, name);
-  if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
-    encodeIndex(0, *index);
-  } else {
-    encodeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
-  }
-}
-
-void XMLWriter_FI::encodeTypedValue(const std::string& uri, int index, const EncodedData& data) {
-  algorithmOrThrow(uri, index).encodeToOutputStream(false, data, stream());
 }
 
 }  // namespace Tavrin

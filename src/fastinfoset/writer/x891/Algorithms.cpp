@@ -1,6 +1,9 @@
+#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <ostream>
 #include <sstream>
+#include <streambuf>
 
 #include "../../Dialect.h"
 #include "../../Integers.h"
@@ -15,6 +18,8 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 namespace {
+
+constexpr const char* kSection = "character data";
 
 constexpr auto kFirstNamed = static_cast<int>(kDialectX891.firstApplicationAlgorithm);
 
@@ -51,8 +56,25 @@ unsigned XMLWriter_X891::fieldOf(const std::string& uri, int index) const {
   if (isKnown) return static_cast<unsigned>(index);
   const auto& fields = own_->document.algorithmFields;
   const auto found = uri.empty() ? fields.end() : fields.find(uri);
-  if (found == fields.end()) throwUnknownAlgorithm(uri);
+  if (found == fields.end()) refuseAlgorithm(uri, index);
   return found->second;
+}
+
+EncodingAlgorithm& XMLWriter_X891::algorithmFor(const std::string& uri, int index) {
+  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
+  if (algorithm == nullptr) refuseAlgorithm(uri, index);
+  return *algorithm;
+}
+
+/// Tells what is unknown, and where it could be made known.
+void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
+  const std::string name = uri.empty() ? namedAlgorithm(index) : uri;
+  const std::string what =
+      name.empty() ? "number " + std::to_string(index) + ", which the document does not name"
+                   : name;
+  throw EncodingAlgorithmException(
+      "Unknown encoding algorithm - " + what + ": it must be registered with the property \"" +
+      properties::registeredEncodingAlgorithms + "\" before the root element");
 }
 
 // --- Checks ---
@@ -104,7 +126,7 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
       octets = dynamic_cast<const UUIDData&>(data).data_.size() * sizeof(UUID);
       break;
     default:
-      checkSection(dynamic_cast<const CDATAData&>(data).data_);
+      checkText(dynamic_cast<const CDATAData&>(data).data_, kSection);
       octets = dynamic_cast<const CDATAData&>(data).data_.size();
   }
   checkValueLength(octets);
@@ -113,20 +135,23 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
 
 /// Refuses octets that a built-in algorithm cannot have made.
 void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
-  if (octets.size() > kLongestString) checkText(octets, "");  // Tells of the length.
+  checkValueLength(octets.size());
   if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty()) return;
   switch (field) {
     case algorithms::hexadecimal:
     case algorithms::base64:
       return;
     case algorithms::cdata:
-      checkSection(octets);
+      checkText(octets, kSection);
       return;
     default: {
-      checkValueLength(octets.size());
       std::istringstream stream(octets);
-      algorithmOrThrow({}, static_cast<int>(field))
+      algorithmFor({}, static_cast<int>(field))
           .decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), stream);
+      // Booleans may leave octets over: the unused bits that they tell of are too many.
+      if (stream.peek() != std::istringstream::traits_type::eof()) {
+        throw EncodingAlgorithmException("Encoded data of another length than its value");
+      }
     }
   }
 }
@@ -134,6 +159,28 @@ void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
 // --- Applications' algorithms ---
 
 namespace {
+
+/// Appends to a string what is written. A stream that reports its failures over it throws where
+/// memory runs out, as a string stream does not.
+class AppendingBuffer : public std::streambuf {
+ public:
+  explicit AppendingBuffer(std::string& octets) : octets_(octets) {}
+
+ protected:
+  std::streamsize xsputn(const char* octets, std::streamsize count) override {
+    octets_.append(octets, static_cast<std::size_t>(count));
+    return count;
+  }
+  int_type overflow(int_type octet) override {
+    if (!traits_type::eq_int_type(octet, traits_type::eof())) {
+      octets_ += traits_type::to_char_type(octet);
+    }
+    return traits_type::not_eof(octet);
+  }
+
+ private:
+  std::string& octets_;
+};
 
 /// The length that stands in the octets of writeSize, and where it ends; nothing else is looked at,
 /// the number of the algorithm least.
@@ -154,9 +201,13 @@ std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
 /// writes the number that it believes to have, but the document decides which it is.
 std::string XMLWriter_X891::encodedBy(EncodingAlgorithm& algorithm, const std::string& uri,
                                       bool chunk, const EncodedData& data) {
-  std::ostringstream stream;
-  algorithm.encodeToOutputStream(chunk, data, stream);
-  std::string octets = stream.str();
+  std::string octets;
+  {
+    AppendingBuffer buffer(octets);
+    std::ostream stream(&buffer);
+    stream.exceptions(std::ios::badbit);
+    algorithm.encodeToOutputStream(chunk, data, stream);
+  }
   const bool isEmpty =
       chunk ? octets.empty() : octets.size() == 1 && octets[0] == static_cast<char>(kEmptyString);
   if (isEmpty) return {};

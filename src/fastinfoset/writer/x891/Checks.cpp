@@ -59,13 +59,6 @@ void checkInstructionData(const std::string& data) {
   }
 }
 
-void checkSection(const std::string& text) {
-  checkText(text, "character data");
-  if (text.find("]]>") != std::string::npos) {
-    throw SAXException("You cannot put \"]]>\" into a CDATA section");
-  }
-}
-
 void checkIdentifiers(const std::string& publicId, const std::string& systemId) {
   checkLength(publicId);
   checkText(systemId, "a system identifier");

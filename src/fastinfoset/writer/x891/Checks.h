@@ -23,8 +23,6 @@ void checkTarget(const std::string& target);
 void checkComment(const std::string& text);
 /// The data of a processing instruction (XML 1.0, production 16).
 void checkInstructionData(const std::string& data);
-/// The text of a CDATA section (XML 1.0, production 20).
-void checkSection(const std::string& text);
 /// Identifiers of an external entity or a notation (XML 1.0, productions 11 and 12); an empty one
 /// is absent.
 void checkIdentifiers(const std::string& publicId, const std::string& systemId);

@@ -21,6 +21,7 @@ void XMLWriter_X891::gather(const std::string& text) {
     if (state_ == InCDATA) {
       throw SAXException("String longer than " + std::to_string(kLongestString) + " octets");
     }
+    own_->isWriting = true;
     flushCharacters();
     sendOctets();
   }
@@ -31,57 +32,76 @@ void XMLWriter_X891::characters(const std::string& text) {
   // The commonest event, without what only a section or a hard text needs.
   if (state_ == InElement && xml::isEasyText(text) &&
       characters_.size() + text.size() <= kLongestString) {
-    hasContent_ = true;
     characters_ += text;
+    hasContent_ = true;
     return;
   }
-  XMLWriter::characters(text);
-  checkText(text, "character data");
-  // "]]>" may also come in pieces.
-  if (state_ == InCDATA && !text.empty() && !characters_.empty()) {
-    const std::size_t border = characters_.size() - std::min<std::size_t>(2, characters_.size());
-    if ((characters_.substr(border) + text.substr(0, 2)).find("]]>") != std::string::npos) {
-      throw SAXException("You cannot put \"]]>\" into a CDATA section");
-    }
-  }
-  gather(text);
+  attempt([&] {
+    XMLWriter::characters({});  // The order alone: a section may hold its own end here.
+    checkText(text, "character data");
+    gather(text);
+  });
 }
 
 void XMLWriter_X891::ignorableWhitespace(const std::string& text) {
-  XMLWriter_FI::ignorableWhitespace(text);
-  if (state_ == InElement || state_ == InCDATA) gather(text);
+  attempt([&] {
+    XMLWriter_FI::ignorableWhitespace(text);
+    if (state_ == InElement || state_ == InCDATA) gather(text);
+  });
 }
 
 void XMLWriter_X891::startCDATA() {
-  XMLWriter_FI::startCDATA();
-  flushCharacters();
-  sendOctets();
+  attempt([this] {
+    XMLWriter_FI::startCDATA();
+    own_->isWriting = true;
+    flushCharacters();
+    sendOctets();
+  });
 }
 
 void XMLWriter_X891::endCDATA() {
-  XMLWriter::endCDATA();
-  std::string section;
-  section.swap(characters_);
-  putContent(algorithms::cdata, section);
+  attempt([this] {
+    XMLWriter::endCDATA();
+    std::string section;
+    section.swap(characters_);
+    own_->isWriting = true;
+    putSection(section);
+  });
+}
+
+/// Writes a CDATA section. What would end it as text begins another one.
+void XMLWriter_X891::putSection(const std::string& text) {
+  constexpr std::string_view kEnd = "]]>";
+  constexpr std::size_t kBrackets = 2;
+  std::size_t begin = 0;
+  for (std::size_t end = text.find(kEnd); end != std::string::npos; end = text.find(kEnd, begin)) {
+    putContent(algorithms::cdata, text.substr(begin, end + kBrackets - begin));
+    begin = end + kBrackets;
+  }
+  if (begin == 0) return putContent(algorithms::cdata, text);
+  putContent(algorithms::cdata, text.substr(begin));
 }
 
 void XMLWriter_X891::skippedEntity(const std::string& name) {
-  XMLWriter_FI::skippedEntity(name);
-  if (state_ != InElement || name == "[dtd]" || (!name.empty() && name[0] == '%')) return;
-  checkNCName(name);
-  const auto& entities = own_->document.externalEntities;
-  const auto found = entities.find(name);
-  const auto [publicId, systemId] =
-      found == entities.end() ? std::pair<std::string, std::string>() : found->second;
-  checkRoom(name.size() + publicId.size() + systemId.size(), 3);
-  flushCharacters();
-  flushTerminator(false);
-  if (!out_) return;
-  put(kFirstEntityReference | (systemId.empty() ? 0 : kSystemIdentifier) |
-      (publicId.empty() ? 0 : kPublicIdentifier));
-  encodeIdentifier(&vocabulary_.otherNCNames, name);
-  encodeIdentifiers(systemId, publicId);
-  sendOctets();
+  attempt([&] {
+    XMLWriter_FI::skippedEntity(name);
+    if (state_ != InElement || name == "[dtd]" || (!name.empty() && name[0] == '%')) return;
+    checkNCName(name);
+    const auto& entities = own_->document.externalEntities;
+    const auto found = entities.find(name);
+    const auto [publicId, systemId] =
+        found == entities.end() ? std::pair<std::string, std::string>() : found->second;
+    checkRoom(name.size() + publicId.size() + systemId.size(), 3);
+    own_->isWriting = true;
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kFirstEntityReference | (systemId.empty() ? 0 : kSystemIdentifier) |
+        (publicId.empty() ? 0 : kPublicIdentifier));
+    encodeIdentifier(&vocabulary_.otherNCNames, name);
+    encodeIdentifiers(systemId, publicId);
+    sendOctets();
+  });
 }
 
 // --- Typed content ---
@@ -90,16 +110,20 @@ void XMLWriter_X891::checkTypedContent() const {
   if (state_ != InElement) throw SAXException("You cannot write character data at this point");
 }
 
-/// @return whether there is anything to write
-bool XMLWriter_X891::beginTypedContent(std::uint64_t octets) const {
-  checkTypedContent();
-  checkValueLength(octets);
-  return octets > 0;
+/// Writes a value that takes so many octets.
+template <typename Write>
+void XMLWriter_X891::putValue(std::uint64_t octets, Write write) {
+  attempt([&] {
+    checkTypedContent();
+    checkValueLength(octets);
+    if (octets > 0) write();
+  });
 }
 
 /// Writes octets of an algorithm as a chunk, behind the text that has gathered.
 void XMLWriter_X891::putContent(unsigned field, const std::string& octets) {
   if (octets.empty()) return;
+  own_->isWriting = true;
   flushCharacters();
   flushTerminator(false);
   if (!out_) return;
@@ -111,46 +135,72 @@ void XMLWriter_X891::putContent(unsigned field, const std::string& octets) {
 void XMLWriter_X891::bytes(const std::string& data) { octets("", algorithms::base64, data); }
 
 void XMLWriter_X891::shorts(const std::vector<short>& data) {
-  if (beginTypedContent(data.size() * sizeof(std::int16_t))) XMLWriter_FI::shorts(data);
+  putValue(data.size() * sizeof(std::int16_t), [&] {
+    own_->isWriting = true;
+    XMLWriter_FI::shorts(data);
+  });
 }
 
 void XMLWriter_X891::ints(const std::vector<long>& data) {
-  checkTypedContent();
-  checkIntegers(data);
-  if (beginTypedContent(data.size() * sizeof(std::int32_t))) XMLWriter_FI::ints(data);
+  putValue(data.size() * sizeof(std::int32_t), [&] {
+    checkIntegers(data);
+    own_->isWriting = true;
+    XMLWriter_FI::ints(data);
+  });
 }
 
 void XMLWriter_X891::longs(const std::vector<long>& data) {
-  if (beginTypedContent(data.size() * sizeof(std::int64_t))) XMLWriter_FI::longs(data);
+  putValue(data.size() * sizeof(std::int64_t), [&] {
+    own_->isWriting = true;
+    XMLWriter_FI::longs(data);
+  });
 }
 
 void XMLWriter_X891::booleans(const std::vector<bool>& data) {
-  if (beginTypedContent(octetsOfBooleans(data.size()))) XMLWriter_FI::booleans(data);
+  putValue(octetsOfBooleans(data.size()), [&] {
+    own_->isWriting = true;
+    XMLWriter_FI::booleans(data);
+  });
 }
 
 void XMLWriter_X891::floats(const std::vector<float>& data) {
-  if (beginTypedContent(data.size() * sizeof(float))) XMLWriter_FI::floats(data);
+  putValue(data.size() * sizeof(float), [&] {
+    own_->isWriting = true;
+    XMLWriter_FI::floats(data);
+  });
 }
 
 void XMLWriter_X891::doubles(const std::vector<double>& data) {
-  if (beginTypedContent(data.size() * sizeof(double))) XMLWriter_FI::doubles(data);
+  putValue(data.size() * sizeof(double), [&] {
+    own_->isWriting = true;
+    XMLWriter_FI::doubles(data);
+  });
 }
 
 void XMLWriter_X891::octets(const std::string& uri, int index, const std::string& data) {
-  checkTypedContent();
-  const unsigned field = fieldOf(uri, index);
-  checkOctets(field, data);
-  putContent(field, data);
+  attempt([&] {
+    checkTypedContent();
+    const unsigned field = fieldOf(uri, index);
+    checkOctets(field, data);
+    if (field == algorithms::cdata) return putSection(data);
+    putContent(field, data);
+  });
 }
 
 void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData& data) {
-  checkTypedContent();
-  EncodingAlgorithm& algorithm = algorithmOrThrow(uri, index);
-  if (isBuiltIn(uri, index)) {
-    if (checkBuiltIn(index, data) > 0) XMLWriter_FI::object(uri, index, data);
-  } else {
-    putContent(fieldOf(uri, index), encodedBy(algorithm, uri, true, data));
-  }
+  attempt([&] {
+    checkTypedContent();
+    EncodingAlgorithm& algorithm = algorithmFor(uri, index);
+    if (!isBuiltIn(uri, index)) {
+      return putContent(fieldOf(uri, index), encodedBy(algorithm, uri, true, data));
+    }
+    if (checkBuiltIn(index, data) == 0) return;
+    if (index == algorithms::cdata) {
+      return putSection(dynamic_cast<const CDATAData&>(data).data_);
+    }
+    own_->isWriting = true;
+    encodeContent(algorithm, data);
+  });
 }
 
 }  // namespace Tavrin

@@ -1,5 +1,7 @@
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <algorithm>
+
 #include "../../Octets.h"
 #include "Checks.h"
 #include "State.h"
@@ -16,71 +18,108 @@ using namespace fastinfoset;
 
 void XMLWriter_X891::startDTD(const std::string& name, const std::string& publicId,
                               const std::string& systemId) {
-  if (state_ == Prolog) {
+  attempt([&] {
+    XMLWriter_FI::startDTD(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
     checkRoom(publicId.size() + systemId.size(), 2);
-  }
-  XMLWriter_FI::startDTD(name, publicId, systemId);
-  own_->document.prolog.push_back({State::Kind::documentType, publicId, systemId});
+    own_->document.prolog.push_back({State::Kind::documentType, publicId, systemId});
+  });
 }
 
 void XMLWriter_X891::endDTD() {
-  XMLWriter_FI::endDTD();
-  own_->document.prolog.push_back({State::Kind::endOfDocumentType, {}, {}});
+  attempt([this] {
+    XMLWriter_FI::endDTD();
+    own_->document.prolog.push_back({State::Kind::endOfDocumentType, {}, {}});
+  });
 }
 
+// An identifier that is empty is left out, which the format allows of both (C.11).
 void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
                                   const std::string& systemId) {
-  XMLWriter_FI::notationDecl(name, publicId, systemId);
-  checkNCName(name);
-  checkIdentifiers(publicId, systemId);
-  if (publicId.empty() && systemId.empty()) {
-    throw SAXException("The notation \"" + name + "\" has no identifier");
-  }
-  own_->document.notations.push_back({name, publicId, systemId});
+  attempt([&] {
+    XMLWriter_FI::notationDecl(name, publicId, systemId);
+    checkNCName(name);
+    checkIdentifiers(publicId, systemId);
+    own_->document.notations.push_back({name, publicId, systemId});
+  });
 }
 
 void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::string& publicId,
                                         const std::string& systemId,
                                         const std::string& notationName) {
-  XMLWriter_FI::unparsedEntityDecl(name, publicId, systemId, notationName);
-  checkNCName(name);
-  checkNCName(notationName);
-  checkIdentifiers(publicId, systemId);
-  if (systemId.empty()) {
-    throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
-  }
-  own_->document.unparsedEntities.push_back({name, publicId, systemId, notationName});
+  attempt([&] {
+    XMLWriter_FI::unparsedEntityDecl(name, publicId, systemId, notationName);
+    checkNCName(name);
+    checkNCName(notationName);
+    checkIdentifiers(publicId, systemId);
+    // It must have one, which is not empty (C.10, C.22).
+    if (systemId.empty()) {
+      throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
+    }
+    own_->document.unparsedEntities.push_back({name, publicId, systemId, notationName});
+  });
 }
 
 void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::string& publicId,
                                         const std::string& systemId) {
-  XMLWriter_FI::externalEntityDecl(name, publicId, systemId);
-  checkIdentifiers(publicId, systemId);
-  // The first declaration counts (XML 1.0, section 4.2).
-  own_->document.externalEntities.emplace(name, std::pair{publicId, systemId});
+  attempt([&] {
+    XMLWriter_FI::externalEntityDecl(name, publicId, systemId);
+    checkIdentifiers(publicId, systemId);
+    // The first declaration counts (XML 1.0, section 4.2).
+    own_->document.externalEntities.emplace(name, std::pair{publicId, systemId});
+  });
+}
+
+// Nothing is written of these, but they have their place.
+
+void XMLWriter_X891::internalEntityDecl(const std::string& name, const std::string& value) {
+  attempt([&] { XMLWriter_FI::internalEntityDecl(name, value); });
+}
+
+void XMLWriter_X891::elementDecl(const std::string& name, const std::string& model) {
+  attempt([&] { XMLWriter_FI::elementDecl(name, model); });
+}
+
+void XMLWriter_X891::attributeDecl(const std::string& eName, const std::string& aName,
+                                   const std::string& type, const std::string& mode,
+                                   const std::string& value) {
+  attempt([&] { XMLWriter_FI::attributeDecl(eName, aName, type, mode, value); });
 }
 
 void XMLWriter_X891::comment(const std::string& text) {
-  XMLWriter::comment(text);
-  checkComment(text);
-  if (state_ == InDTD) return;
-  if (own_->document.childrenBegan) {
-    XMLWriter_FI::comment(text);
-    sendOctets();
-  } else {
-    own_->document.prolog.push_back({State::Kind::comment, text, {}});
-  }
+  attempt([&] {
+    XMLWriter::comment(text);
+    checkComment(text);
+    if (state_ == InDTD) return;
+    if (own_->document.childrenBegan) {
+      own_->isWriting = true;
+      XMLWriter_FI::comment(text);
+    } else {
+      own_->document.prolog.push_back({State::Kind::comment, text, {}});
+    }
+  });
 }
 
 void XMLWriter_X891::processingInstruction(const std::string& target, const std::string& data) {
-  XMLWriter::processingInstruction(target, data);
-  checkTarget(target);
-  checkInstructionData(data);
-  checkRoom(target.size(), 1);
+  attempt([&] {
+    XMLWriter::processingInstruction(target, data);
+    checkTarget(target);
+    checkInstructionData(data);
+    checkRoom(target.size(), 1);
+    // White space in front of the data belongs to the markup (XML 1.0, production 16).
+    const std::size_t space = std::min(data.find_first_not_of(" \t\r\n"), data.size());
+    if (space == 0) {
+      writeInstruction(target, data);
+    } else {
+      writeInstruction(target, data.substr(space));
+    }
+  });
+}
+
+void XMLWriter_X891::writeInstruction(const std::string& target, const std::string& data) {
   if (own_->document.childrenBegan) {
+    own_->isWriting = true;
     XMLWriter_FI::processingInstruction(target, data);
-    sendOctets();
   } else {
     own_->document.prolog.push_back({State::Kind::instruction, target, data});
   }

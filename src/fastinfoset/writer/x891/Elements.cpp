@@ -18,10 +18,12 @@ using namespace fastinfoset;
 // --- Namespace declarations ---
 
 void XMLWriter_X891::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
-    throw SAXException("You cannot start a prefix mapping at this point");
-  }
-  declare(prefix, uri);
+  attempt([&] {
+    if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
+      throw SAXException("You cannot start a prefix mapping at this point");
+    }
+    declare(prefix, uri);
+  });
 }
 
 void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) {
@@ -34,15 +36,23 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   if (document.declared.contains(prefix)) {
     throw SAXException("The prefix \"" + prefix + "\" is declared twice");
   }
-  document.declared.insert(prefix);
-  document.bindings.declare(prefix, uri);
-  // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
-  if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
+  const std::size_t written = namespaces_.size();
+  const std::size_t bound = document.bindings.count();
+  const auto declared = document.declared.insert(prefix).first;
+  try {
+    document.bindings.declare(prefix, uri);
+    // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
+    if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
+  } catch (...) {
+    namespaces_.resize(written);
+    document.bindings.undo(document.bindings.count() - bound);
+    document.declared.erase(declared);
+    throw;
+  }
 }
 
-bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) const {
-  return xml::isDeclarationName(attributes.getQName(index)) ||
-         XMLWriter_FI::isDeclaration(attributes, index);
+bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) {
+  return xml::isDeclarationName(attributes.getQName(index)) || isInXmlns(attributes, index);
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
@@ -57,8 +67,14 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
     const std::string& uri = attributes.getValue(i);
     const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
     if (isTold) continue;
-    declare(prefix, uri);
-    own_->taken.push_back(std::move(prefix));
+    std::vector<std::string>& taken = own_->taken;
+    taken.push_back(std::move(prefix));
+    try {
+      declare(taken.back(), uri);
+    } catch (...) {
+      taken.pop_back();
+      throw;
+    }
   }
 }
 
@@ -66,47 +82,57 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
 
 void XMLWriter_X891::startElement(const std::string& uri, const std::string& localName,
                                   const std::string& qName, const Attributes& attributes) {
-  State::Document& document = own_->document;
-  const WriterState state = state_;
-  const bool hadContent = hasContent_;
-  const std::size_t depth = elements_.size();
-  const std::size_t told = namespaces_.size();
-  if (!own_->encodedValues.empty()) own_->encodedValues.clear();
-  own_->taken.clear();
-  own_->newOctets = 0;
-  own_->newEntries = 0;
-  try {
-    const bool mayBegin = state == Prolog || state == AfterDTD;
-    if (mayBegin && !document.childrenBegan) own_->vocabulary = prepareVocabulary();
-    XMLWriter_FI::startElement(uri, localName, qName, attributes);
-  } catch (...) {
-    state_ = state;
-    hasContent_ = hadContent;
-    elements_.resize(depth);
-    namespaces_.resize(told);
-    for (const std::string& prefix : own_->taken) document.declared.erase(prefix);
-    document.bindings.undo(own_->taken.size());
-    throw;
-  }
-  document.declaredCount.push_back(document.declared.size());
-  if (!document.declared.empty()) document.declared.clear();
+  attempt([&] {
+    State::Document& document = own_->document;
+    const std::size_t depth = elements_.size();
+    const std::size_t told = namespaces_.size();
+    if (!own_->encodedValues.empty()) own_->encodedValues.clear();
+    own_->taken.clear();
+    own_->newOctets = 0;
+    own_->newEntries = 0;
+    try {
+      const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
+      if (mayBegin && !document.childrenBegan) own_->vocabulary = prepareVocabulary();
+      XMLWriter::startElement(uri, localName, qName, attributes);
+      perform([&] { encodeStartTag({uri, localName, qName}, attributes); });
+    } catch (...) {
+      while (elements_.size() > depth) elements_.pop_back();
+      if (namespaces_.size() > told) namespaces_.resize(told);
+      for (const std::string& prefix : own_->taken) document.declared.erase(prefix);
+      document.bindings.undo(own_->taken.size());
+      throw;
+    }
+    if (!document.declared.empty()) document.declared.clear();
+  });
 }
 
 /// All of the tag was looked at. The first one brings the header.
 void XMLWriter_X891::beginTag() {
+  State::Document& document = own_->document;
   for (const std::string& part : namespaces_) own_->newOctets += part.size();
   checkRoom(own_->newOctets, own_->newEntries + namespaces_.size());
-  if (!own_->document.childrenBegan) beginChildren(own_->vocabulary);
+  document.declaredCount.push_back(document.declared.size());
+  own_->isWriting = true;
+  if (!document.childrenBegan) beginChildren(own_->vocabulary);
 }
 
 void XMLWriter_X891::endElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName) {
-  if (state_ == InElement && !own_->document.declared.empty()) {
-    throw SAXException("A prefix mapping needs an element");
-  }
-  XMLWriter_FI::endElement(uri, localName, qName);
-  own_->document.bindings.undo(own_->document.declaredCount.back());
-  own_->document.declaredCount.pop_back();
+  attempt([&] {
+    State::Document& document = own_->document;
+    if (state_ == InElement && !document.declared.empty()) {
+      throw SAXException("A prefix mapping needs an element");
+    }
+    const std::size_t depth = elements_.size();
+    try {
+      XMLWriter_FI::endElement(uri, localName, qName);
+    } catch (...) {
+      own_->isWriting = elements_.size() < depth;  // Else, it was refused.
+      throw;
+    }
+    document.bindings.undo(document.declaredCount.back());
+    document.declaredCount.pop_back();
+  });
 }
 
 // --- Names ---
@@ -131,9 +157,8 @@ Record& recordAt(std::vector<Record>& records, std::size_t position) {
 void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri) const {
   const std::string& bound = own_->document.bindings.find(prefix);
   if (bound == uri && !(bound.empty() && !prefix.empty())) return;
-  if (bound.empty() && !prefix.empty())
-    XMLWriter_FI::missingNamePart(std::string(prefix), "prefix");
-  if (bound.empty()) XMLWriter_FI::missingNamePart(uri, "namespace");
+  if (bound.empty() && !prefix.empty()) missingNamePart(std::string(prefix), "prefix");
+  if (bound.empty()) missingNamePart(uri, "namespace");
   if (prefix.empty()) {
     throw SAXException("The default namespace is \"" + bound + "\", not \"" + uri + "\"");
   }
@@ -207,9 +232,6 @@ void XMLWriter_X891::refuseSpelling(const Name& name) {
                      "\" does not belong to the local name \"" + name.localName + "\"");
 }
 
-/// The parts were checked: only a full table lacks one.
-void XMLWriter_X891::missingNamePart(const std::string&, const char*) const {}
-
 // --- Values ---
 
 void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const {
@@ -222,7 +244,7 @@ void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const 
 }
 
 void XMLWriter_X891::checkTypedValue(const std::string& uri, int index, const EncodedData& data) {
-  EncodingAlgorithm& algorithm = algorithmOrThrow(uri, index);
+  EncodingAlgorithm& algorithm = algorithmFor(uri, index);
   if (!isBuiltIn(uri, index)) {
     own_->encodedValues.push_back(encodedBy(algorithm, uri, false, data));
     return;
@@ -238,7 +260,8 @@ void XMLWriter_X891::encodeTypedValue(const std::string& uri, int index, const E
     if (checkBuiltIn(index, data) == 0) {
       put(kEmptyString);
     } else {
-      XMLWriter_FI::encodeTypedValue(uri, index, data);
+      sendOctets();
+      algorithmFor(uri, index).encodeToOutputStream(false, data, *out_);
     }
     return;
   }

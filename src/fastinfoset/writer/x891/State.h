@@ -12,18 +12,22 @@
 
 #include "../../../xml/NamespaceBindings.h"
 #include "../../../xml/UniqueAttributes.h"
+#include "../Event.h"
 #include "Vocabulary.h"
 
 namespace Tavrin {
 
 /// What the writer "X891" keeps beside what it shares with "FI".
-struct XMLWriter_X891::State {
+struct XMLWriter_X891::State : Limits {
+  State() {
+    indexedAttributeValueLength = kIndexedLengthDefault;
+    indexedChunkLength = kIndexedLengthDefault;
+    maximumTableOctets = kMaximumTableOctetsDefault;
+  }
+
   // --- Properties ---
   std::optional<std::string> xmlVersion;
   std::optional<bool> standalone;
-  std::uint64_t indexedAttributeValueLength = kIndexedLengthDefault;
-  std::uint64_t indexedChunkLength = kIndexedLengthDefault;
-  std::uint64_t maximumTableOctets = kMaximumTableOctetsDefault;
   std::optional<ExternalVocabulary> initialVocabulary;
   std::optional<std::string> externalVocabulary;
   ExternalVocabularyMap* externalVocabularies = nullptr;
@@ -63,6 +67,7 @@ struct XMLWriter_X891::State {
   };
 
   struct Document {
+    bool isBroken = false;       // An event failed when some of it may have been written.
     bool childrenBegan = false;  // The header and what was held back are written.
     std::vector<PrologItem> prolog;
     std::vector<Notation> notations;
@@ -76,19 +81,46 @@ struct XMLWriter_X891::State {
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
-    std::uint64_t tableOctets = 0;        // What the entries count for together.
     unsigned loadedValues = 0;            // Positions of values that it began with.
     std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document;
 
-  // --- Of the start tag that is being written ---
-  std::vector<std::string> taken;         // Prefixes that attributes declare.
-  std::deque<std::string> encodedValues;  // What applications' algorithms made, in order.
-  std::uint64_t newOctets = 0;            // What new names may add to the tables.
+  // --- Of the event that is running ---
+  struct TakenAttribute {
+    int position;
+    unsigned index;       // Of its name, or kNoIndex.
+    unsigned valueIndex;  // Of its text, or kNoIndex.
+    bool isKnown;         // Its name is one of known_.
+  };
+  bool isWriting = false;  // Some of it may be written.
+  QualifiedName elementName;
+  std::vector<TakenAttribute> attributes;  // Those that are not declarations.
+  std::vector<int> declarations;           // The positions of the others.
+  std::vector<std::string> taken;          // Prefixes that attributes declare.
+  std::deque<std::string> encodedValues;   // What applications' algorithms made, in order.
+  std::uint64_t newOctets = 0;             // What new names may add to the tables.
   std::uint64_t newEntries = 0;
   WrittenVocabulary vocabulary;  // Of the root: the header's.
 };
+
+/// Runs an event. Where it is refused, or fails before any of it is written, it leaves no trace.
+/// Where it fails later, nobody can tell what has been written, and nothing may follow.
+template <typename Body>
+void XMLWriter_X891::attempt(Body body) {
+  requireSound();
+  const WriterState state = state_;
+  const bool hadContent = hasContent_;
+  try {
+    body();
+  } catch (...) {
+    state_ = state;
+    hasContent_ = hadContent;
+    if (own_->isWriting) breakOff();
+    throw;
+  }
+  own_->isWriting = false;
+}
 
 }  // namespace Tavrin

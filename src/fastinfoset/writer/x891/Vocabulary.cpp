@@ -68,7 +68,9 @@ const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
   const ExternalVocabularyMap* const known = own_->externalVocabularies;
   const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
   if (known == nullptr || found == known->end() || found->second == nullptr || uri.empty()) {
-    throw SAXException("Unknown external vocabulary \"" + uri + "\"");
+    throw SAXException("Unknown external vocabulary \"" + uri +
+                       "\": it must be registered with the property \"" +
+                       properties::externalVocabularies + '"');
   }
   return found->second;
 }
@@ -77,9 +79,12 @@ const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
 /// @throws SAXException where the vocabularies are not possible
 XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
   clearTables();
-  own_->document.tableOctets = 0;
+  own_->tableOctets = 0;
   own_->document.algorithms.clear();
   own_->document.algorithmFields.clear();
+  // What was found out about names is kept by their positions.
+  own_->document.elementBindings.clear();
+  own_->document.attributeRecords.clear();
   WrittenVocabulary written;
   vocabulary_.prefixes.add("xml");
   vocabulary_.namespaceNames.add(namespaces::xml);
@@ -136,7 +141,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->document.tableOctets += octetsOf(entry) + kEntryOctets;
+    own_->tableOctets += octetsOf(entry) + kEntryOctets;
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "State.h"
 
@@ -14,7 +15,8 @@ using namespace fastinfoset;
 const XMLWriterType XMLWriter_X891::type_("X891", &XMLWriter_X891::create);
 
 XMLWriter_X891::XMLWriter_X891() : XMLWriter_FI(kDialectX891), own_(std::make_unique<State>()) {
-  gatherOctets();
+  limits_ = own_.get();
+  gathers_ = true;  // Also between events: each sends what it has gathered when it is done.
 }
 
 XMLWriter_X891::~XMLWriter_X891() = default;
@@ -43,7 +45,7 @@ void* addressOf(std::optional<Value>& property) {
 void checkVersion(const void* value) {
   if (value == nullptr) return;
   const auto& version = *static_cast<const std::string*>(value);
-  if (version != "1.0" && version != "1.1") {
+  if (!xml::isVersion(version)) {
     throw SAXException("\"" + version + "\" is not a version of XML");
   }
 }
@@ -91,8 +93,23 @@ void* XMLWriter_X891::getProperty(const std::string& name) {
 // --- The document ---
 
 void XMLWriter_X891::startDocument() {
-  if (state_ == Initial) findExternalVocabulary();
-  XMLWriter_FI::startDocument();
+  attempt([this] {
+    if (state_ == Initial) findExternalVocabulary();
+    XMLWriter::startDocument();
+    pendingTerminator_ = false;
+    clearTables();
+    beginDocument();
+  });
+}
+
+// What writes a string has the tables of this writer, not others.
+
+void XMLWriter_X891::encodeString(StringIndexMap* table, bool addToTable, const std::string& text) {
+  writeString(table, addToTable, text);
+}
+
+void XMLWriter_X891::encodeIdentifier(StringIndexMap* table, const std::string& text) {
+  writeIdentifier(table, text);
 }
 
 /// Nothing is written yet: notations and unparsed entities, which stand in front of the children,
@@ -104,9 +121,13 @@ void XMLWriter_X891::beginDocument() {
 }
 
 void XMLWriter_X891::endDocument() {
-  if (state_ == Prolog || state_ == AfterDTD) throw SAXException("A document needs a root element");
-  XMLWriter_FI::endDocument();
-  sendOctets();
+  attempt([this] {
+    if (state_ == Prolog || state_ == AfterDTD) {
+      throw SAXException("A document needs a root element");
+    }
+    own_->isWriting = state_ == AfterRoot;  // Else, it is refused.
+    XMLWriter_FI::endDocument();
+  });
 }
 
 void XMLWriter_X891::reset() {
@@ -116,33 +137,32 @@ void XMLWriter_X891::reset() {
   beginDocument();
 }
 
+// --- Failures ---
+
+void XMLWriter_X891::requireSound() const {
+  if (!own_->document.isBroken) return;
+  throw SAXException("The document cannot go on after a failure: the writer must be reset");
+}
+
+void XMLWriter_X891::breakOff() noexcept {
+  own_->isWriting = false;
+  own_->document.isBroken = true;
+  state_ = Ended;
+  // What has gathered belongs here, and must not come later. The failure to tell of is the first.
+  try {
+    sendOctets();
+  } catch (...) {
+    return;
+  }
+}
+
 // --- Tables ---
-
-bool XMLWriter_X891::isIndexed(const StringIndexMap& table, const std::string& text) const {
-  const std::uint64_t longest = &table == &vocabulary_.characterChunks
-                                    ? own_->indexedChunkLength
-                                    : own_->indexedAttributeValueLength;
-  return text.size() <= longest && table.positions() < kMaximumEntries &&
-         own_->document.tableOctets + text.size() + kEntryOctets <= own_->maximumTableOctets;
-}
-
-void XMLWriter_X891::addEntry(StringIndexMap& table, const std::string& text) {
-  if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += text.size() + kEntryOctets;
-  XMLWriter_FI::addEntry(table, text);
-}
-
-void XMLWriter_X891::addEntry(NameIndexMap& table, const QualifiedName& name) {
-  if (table.positions() >= kMaximumEntries) return;
-  own_->document.tableOctets += octetsOf(name) + kEntryOctets;
-  XMLWriter_FI::addEntry(table, name);
-}
 
 /// Names and identifiers enter a reader's tables in any case: what a reader would refuse is refused
 /// here.
 void XMLWriter_X891::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
   const std::uint64_t most = std::max(kReadersTableOctets, own_->maximumTableOctets);
-  if (own_->document.tableOctets + octets + entries * kEntryOctets > most) {
+  if (own_->tableOctets + octets + entries * kEntryOctets > most) {
     throw SAXException("The vocabulary takes more than " + std::to_string(most) + " octets");
   }
 }

@@ -6,18 +6,22 @@
 #include <cstdint>
 #include <deque>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "AttributeTypes.h"
 #include "Callbacks.h"
+#include "Parser.h"
+#include "XML10Event.h"
 
 namespace Tavrin {
 
 /// What an application sets and asks. All of it outlives the document.
-struct XMLReader_XML10::Settings {
+struct XML10Settings {
   struct Features {
     bool namespaces = true;
     bool namespacePrefixes = false;
@@ -37,27 +41,30 @@ struct XMLReader_XML10::Settings {
   double amplificationFactor = kAmplificationFactor;
   std::uint64_t amplificationThreshold = kAmplificationThreshold;
 
+  DeclHandler* declHandler = nullptr;        ///< Not owned.
+  LexicalHandler* lexicalHandler = nullptr;  ///< Not owned.
+
   // Of the last document that has begun.
   std::optional<std::string> version;
   std::optional<bool> standalone;
 };
 
 /// An external entity that can be referred to.
-struct XMLReader_XML10::DeclaredEntity {
+struct DeclaredEntity {
   std::string name;  ///< As SAX2 reports it: "[dtd]", "%name" or "name".
   std::string publicId;
   std::string systemId;  ///< Resolved.
 };
 
 /// What belongs to the open document.
-struct XMLReader_XML10::Document {
+struct XML10Document {
   /// An external entity that is being read, or the document itself.
   struct OpenEntity {
     XML_Parser parser;
     const DeclaredEntity* entity;
   };
 
-  Document(XML_Parser parser, const Settings& settings)
+  XML10Document(XML_Parser parser, const XML10Settings& settings)
       : features(settings.features),
         self{{}, {}, settings.baseURI.value_or(std::string())},
         open{{parser, &self}} {}
@@ -65,7 +72,9 @@ struct XMLReader_XML10::Document {
   const OpenEntity& current() const { return open.back(); }
   std::string resolve(const XML_Char* systemId) const;
 
-  const Settings::Features features;
+  const XML10Settings::Features features;
+  /// The first octets of a document of blocks, while it is open what its encoding is.
+  std::optional<std::string> start = std::string();
   const DeclaredEntity self;
   std::vector<OpenEntity> open;
 
@@ -78,6 +87,7 @@ struct XMLReader_XML10::Document {
   std::string version = "1.0";
   std::optional<bool> standalone;
 
+  XML10Event event;
   AttributeTypes attributeTypes;
   /// The namespace declarations of the start tag that follows, while they are to be attributes.
   std::vector<std::pair<std::string, std::string>> declarations;
@@ -87,12 +97,75 @@ struct XMLReader_XML10::Document {
   std::string encodingProblem;
 };
 
-/// The callbacks in which this reader differs from its base.
-struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
-  static void install(XML_Parser parser, const Settings::Features& features);
+/// Leads a reader through its documents.
+class XMLReader_XML10::Driver : public EventTarget {
+ public:
+  /// @param settings what is set and asked from outside
+  Driver(const HandlerPointers& handlers, XML10Settings& settings);
+  ~Driver();
 
-  static XMLReader_XML10& from(void* userData) {
-    return static_cast<XMLReader_XML10&>(XMLReader_Expat::Callbacks::from(userData));
+  void parse(std::istream& stream);
+  void parse(const void* data, unsigned long size, bool isFinal);
+
+ private:
+  class Locator_XML10;
+  class EntityScope;
+  struct Callbacks;
+
+  /// @param parse the work of a call of parse
+  template <typename Parse>
+  void guardParse(Parse parse);
+  void setupParser();
+  /// Sets the encoding where the start of an entity has a name for it that expat does not know.
+  static void chooseEncoding(XML_Parser parser, std::string_view start);
+  /// Keeps the start of a document of blocks back until its encoding is known.
+  XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
+  /// Gives a block of any size to the parser.
+  XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
+  void endDocument();
+  /// Ends the document with what stopped the parse.
+  [[noreturn]] void reportError();
+  /// Refuses a name of an element or attribute that is no qualified name.
+  void requireQName(const char* name);
+  /// A failure, or a warning, where the current entity stands.
+  SAXParseException exceptionHere(const std::string& message) const;
+  /// Ends the document with a failure where the current entity stands.
+  [[noreturn]] void fail(const std::string& message);
+  /// Ends the document with expat's failure in the current entity.
+  [[noreturn]] void failAsParser();
+  /// Frees what belongs to the open document.
+  void releaseParser();
+
+  bool makeReady() override;
+  void handlerThrew() override;
+
+  /// The entity that the next external declaration of a parser declares.
+  void numberNextEntity(XML_Parser parser);
+  void readEntity(const DeclaredEntity& entity, const char* context);
+
+  XML10Settings& settings_;
+  bool parsing_ = false;  // A call of parse is on the stack.
+
+  // While a document is open.
+  std::unique_ptr<XML10Document> document_;
+  OwnedParser parser_;
+  std::unique_ptr<Locator> locator_;
+};
+
+/// What the reader consists of.
+struct XMLReader_XML10::State {
+  explicit State(XMLReader_XML10& reader);
+
+  XML10Settings settings;
+  Driver driver;
+};
+
+/// expat's callbacks in which this reader has its own way.
+struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
+  static void install(XML_Parser parser, Driver& driver);
+
+  static Driver& from(void* userData) {
+    return static_cast<Driver&>(Tavrin::Callbacks::from(userData));
   }
 
   // Elements and content: XML10Content.cpp.
@@ -100,6 +173,7 @@ struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
                                   const XML_Char** attributes);
   static void endElementHandler(void* userData, const XML_Char* name);
   static void startNamespaceHandler(void* userData, const XML_Char* prefix, const XML_Char* uri);
+  static void endNamespaceHandler(void* userData, const XML_Char* prefix);
   static void skippedEntityHandler(void* userData, const XML_Char* name, int isParameterEntity);
 
   // Declarations: XML10Declarations.cpp.
@@ -114,6 +188,7 @@ struct XMLReader_XML10::Callbacks : XMLReader_Expat::Callbacks {
                                 const XML_Char* value, int valueLength, const XML_Char* base,
                                 const XML_Char* systemId, const XML_Char* publicId,
                                 const XML_Char* notationName);
+  static void elementDeclHandler(void* userData, const XML_Char* name, XML_Content* model);
   static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);

@@ -1,0 +1,156 @@
+#include "Limits.h"
+
+#include <Tavrin/Exceptions.h>
+#include <Tavrin/Identifiers.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "Failure.h"
+
+namespace tool {
+
+namespace {
+
+namespace properties = Tavrin::properties;
+
+constexpr std::size_t kHelpColumn = 34;
+
+/// A number with a unit behind it, or "none". Returns whether it is one.
+bool readValue(std::string_view text, double& value) {
+  if (text == "none") {
+    value = std::numeric_limits<double>::infinity();
+    return true;
+  }
+  constexpr std::string_view kUnits = "KMG";
+  const std::size_t unit = text.empty() ? text.npos : kUnits.find(text.back());
+  if (unit != text.npos) text.remove_suffix(1);
+  const auto [end, error] =
+      std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
+  if (error != std::errc() || end != text.end() || !std::isfinite(value) || value < 0) return false;
+  if (unit != text.npos) value = std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
+  return true;
+}
+
+std::uint64_t asCount(double value) {
+  return value < 0x1p64 ? static_cast<std::uint64_t>(value)
+                        : std::numeric_limits<std::uint64_t>::max();
+}
+
+}  // namespace
+
+struct Limits::Kind {
+  enum class Value { Factor, Count };  // A `double`, a `std::uint64_t`.
+
+  const char* property;
+  Value value;
+  const char* help;
+  /// What the messages of failures have that this limit brings about; one of them is enough, or the
+  /// name of the limit.
+  std::vector<std::string_view> marks;
+
+  std::string_view name() const {
+    const std::string_view identifier = property;
+    return identifier.substr(identifier.rfind('/') + 1);
+  }
+};
+
+/// In the order of the help. The first whose mark a message has is the one that is named.
+const Limits::Kind Limits::kKinds[] = {
+    {properties::entityAmplificationFactor,
+     Kind::Value::Factor,
+     "text: octets that entities make of each one read (100)",
+     {"entityAmplificationFactor", "input amplification factor"}},
+    {properties::entityAmplificationThreshold,
+     Kind::Value::Count,
+     "text: so many octets before that factor counts (8M)",
+     {"entityAmplificationThreshold"}},
+    {properties::amplificationFactor,
+     Kind::Value::Factor,
+     "Fast Infoset: octets from tables for each one read (1000)",
+     {"amplificationFactor", "More octets delivered for each octet read"}},
+    {properties::amplificationThreshold,
+     Kind::Value::Count,
+     "Fast Infoset: so many octets before that factor counts (8M)",
+     {"amplificationThreshold"}},
+    {properties::maximumTableOctets,
+     Kind::Value::Count,
+     "Fast Infoset: octets of all tables of a document (512M)",
+     {"maximumTableOctets", "Tables larger than", "The vocabulary takes more than"}},
+    {properties::maximumLiteralOctets,
+     Kind::Value::Count,
+     "Fast Infoset: octets of one string or typed value (1G)",
+     {"maximumLiteralOctets", "Literal longer than"}},
+};
+
+void Limits::add(const std::string& setting) {
+  const std::size_t sign = setting.find('=');
+  const std::string_view name = std::string_view(setting).substr(0, sign);
+  for (const Kind& kind : kKinds) {
+    if (kind.name() != name) continue;
+    double value = 0;
+    if (sign == setting.npos || !readValue(std::string_view(setting).substr(sign + 1), value)) {
+      throw Failure::usage("--limit " + setting + ": the value is not a number or none");
+    }
+    return settings_.push_back({&kind, value});
+  }
+  throw Failure::usage("--limit " + setting + ": there is no such limit");
+}
+
+/// Calls with each property and a pointer to its value.
+template <typename Set>
+void Limits::forEach(Set set) const {
+  for (const auto& [kind, value] : settings_) {
+    double factor = value;
+    std::uint64_t count = asCount(value);
+    const bool isFactor = kind->value == Kind::Value::Factor;
+    set(kind->property, isFactor ? static_cast<void*>(&factor) : static_cast<void*>(&count));
+  }
+}
+
+void Limits::applyTo(Tavrin::XMLReader& reader, bool isChosen) const {
+  forEach([&](const char* property, void* value) {
+    try {
+      reader.setProperty(property, value);
+    } catch (const Tavrin::SAXNotRecognizedException&) {
+      if (isChosen) throw;
+    }
+  });
+}
+
+void Limits::applyTo(Tavrin::XMLWriter& writer) const {
+  forEach([&](const char* property, void* value) {
+    try {
+      writer.setProperty(property, value);
+    } catch (const Tavrin::SAXNotRecognizedException&) {
+      // Most of them are for reading.
+    }
+  });
+}
+
+std::string Limits::help() {
+  std::string text;
+  for (const Kind& kind : kKinds) {
+    std::string line = "  " + std::string(kind.name());
+    line.resize(kHelpColumn, ' ');
+    text += line + kind.help + "\n";
+  }
+  return text;
+}
+
+std::string Limits::withOption(const std::string& message) {
+  for (const Kind& kind : kKinds) {
+    const std::string name(kind.name());
+    bool isMeant = message.find(name) != message.npos;
+    for (const std::string_view mark : kind.marks) {
+      isMeant = isMeant || message.find(mark) != message.npos;
+    }
+    if (isMeant) return message + " (see --limit " + name + ")";
+  }
+  return message;
+}
+
+}  // namespace tool
