@@ -27,7 +27,9 @@ struct ExternalVocabulary;
 ///
 /// What is written is well-formed (XML 1.0, Namespaces in XML), or it is refused by a SAXException
 /// that names the reason, before any octet of the event. Attributes that are namespace declarations
-/// count as startPrefixMapping, unless that told of them already. `xml` needs no declaration.
+/// count as startPrefixMapping, unless that told of them already: those whose qualified name is
+/// `xmlns` or begins with `xmlns:`, and, without a qualified name, those in the namespace of
+/// declarations. `xml` needs no declaration.
 ///
 /// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal:
 /// - text: `Invalid character U+0001 in character data`, `Invalid UTF-8 octet 0xFF in a comment`,
