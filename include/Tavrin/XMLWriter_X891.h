@@ -94,6 +94,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// In an element, writes an unexpanded entity reference (C.4) with the identifiers that
   /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
   /// external subset.
+  /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which
+  ///         holds no references
   void skippedEntity(const std::string& name) override;
   void notationDecl(const std::string& name, const std::string& publicId,
                     const std::string& systemId) override;
