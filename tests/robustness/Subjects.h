@@ -27,3 +27,6 @@ std::ostream& operator<<(std::ostream& out, const SubjectKind& kind);
 std::vector<SubjectKind> readers();
 /// Each type of writer, with streams that throw and with streams that do not.
 std::vector<SubjectKind> writers();
+/// Those types that are sound after a failure, or say that they are not. These do not give up: an
+/// event that failed comes again.
+std::vector<SubjectKind> persistentWriters();

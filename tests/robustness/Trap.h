@@ -3,13 +3,15 @@
 #include <cstddef>
 
 /// Lets one of the things that may fail in a run fail: the k-th allocation, the k-th event of a
-/// handler, and so on. Nothing here allocates.
+/// handler, and so on. Nothing here allocates. Allocations fail and are counted as
+/// tests/support/Allocations.h has it.
 namespace trap {
 
 enum class Place {
-  allocation,  ///< operator new, and what expat allocates.
+  allocation,  ///< What anybody allocates.
   handler,     ///< An event that a reader delivers.
   attributes,  ///< A call of the list of attributes that a writer was given.
+  algorithm,   ///< A call of an algorithm of the application's own, where it begins and ends.
   input,       ///< An octet that a stream is asked for.
   output       ///< An octet that a stream is given.
 };
@@ -31,21 +33,9 @@ bool clear();
 /// Whether it has since it was set.
 bool hasSprung();
 
-/// Asked at every occasion: whether this one is to fail.
+/// Asked at every other occasion than an allocation: whether this one is to fail.
 bool springs(Place place);
 /// The same, and throws what was asked for. Returns true where a stream is to end.
 bool throwsOrEnds(Place place);
-
-/// While there is one, no allocation fails: those are the test's own.
-class NoFailure {
- public:
-  NoFailure();
-  ~NoFailure();
-  NoFailure(const NoFailure&) = delete;
-  NoFailure& operator=(const NoFailure&) = delete;
-};
-
-/// How many allocations have not been given back.
-std::ptrdiff_t liveAllocations();
 
 }  // namespace trap
