@@ -55,10 +55,6 @@ std::string withLineFeeds(const std::string& text) {
   return result;
 }
 
-std::string withoutLeadingSpace(const std::string& text) {
-  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-}
-
 /// As XML 1.0 has it, sections 3.3.3 and 4.2.2: single spaces, between others only.
 std::string normalSpaces(const std::string& text, const char* spaces) {
   std::string result;
@@ -211,7 +207,7 @@ std::vector<std::string> inXMLText(const Events& events, const Events& original)
         event.texts[0] = withLineFeeds(event.texts[0]);
         break;
       case Event::processingInstruction:
-        event.texts[1] = withLineFeeds(withoutLeadingSpace(event.texts[1]));
+        event.texts[1] = withLineFeeds(event.texts[1]);
         break;
       case Event::startDTD:
       case Event::notationDecl:

@@ -212,7 +212,6 @@ class Generator {
         for (unsigned i = choices_.below(4); i > 0; --i) {
           const std::vector<std::string> parts = name();
           Event::Attribute attribute{parts[0], parts[1], parts[2], "CDATA", text(), {}};
-          if (parts[2].starts_with("xmlns")) attribute.value = oneOf(kURIs);
           if (typedToo_ && choices_.below(3) == 1) {
             attribute.typed = typedValue(choices_);
             attribute.value.clear();
@@ -227,10 +226,6 @@ class Generator {
         event.texts = {oneOf(kPrefixes), oneOf(kURIs)};
         break;
       case Event::processingInstruction:
-        // White space in front of the data belongs to no instruction.
-        event.texts = {oneOf(kNames), text()};
-        while (event.texts[1].find_first_of(" \t\r\n") == 0) event.texts[1].erase(0, 1);
-        break;
       case Event::internalEntityDecl:
         event.texts = {oneOf(kNames), text()};
         break;
@@ -242,10 +237,6 @@ class Generator {
         event.texts = {"declared", oneOf(kNames), oneOf(kTypes), oneOf(kModes), text()};
         break;
       case Event::startDTD:
-        event.texts = {oneOf(kNames), text(), text()};
-        // XML 1.0 has no public identifier of a document type alone.
-        if (event.texts[2].empty()) event.texts[1].clear();
-        break;
       case Event::notationDecl:
       case Event::externalEntityDecl:
         event.texts = {oneOf(kNames), text(), text()};
@@ -269,10 +260,6 @@ class Generator {
       case Event::octets:
         event.value = {choices_.flag() ? "" : "urn:algorithm", static_cast<int>(choices_.below(34)),
                        nullptr, choices_.octets(choices_.octet())};
-        // At most seven bits of booleans are unused.
-        if (event.value.algorithmIndex == algorithms::boolean && !event.value.octets.empty()) {
-          event.value.octets[0] &= 0x7F;
-        }
         break;
       default:
         break;
@@ -408,6 +395,7 @@ Events firstDocument(const Events& events) {
 }
 
 /// Attributes that are declarations count as mappings, and mappings end where a reader says so.
+/// White space in front of the data belongs to no instruction.
 Events asRead(const Events& events, bool isText) {
   struct Element {
     std::vector<std::string> prefixes;
@@ -449,7 +437,7 @@ Events asRead(const Events& events, bool isText) {
           declare("", value);
         } else if (attribute.qName.starts_with("xmlns:")) {
           declare(attribute.qName.substr(6), value);
-        } else if (attribute.uri == namespaces::xmlns) {
+        } else if (attribute.qName.empty() && attribute.uri == namespaces::xmlns) {
           declare(attribute.localName == "xmlns" ? "" : attribute.localName, value);
         } else {
           start.attributes.push_back(attribute);
@@ -466,6 +454,10 @@ Events asRead(const Events& events, bool isText) {
     }
     // Of several declarations in XML text the first counts.
     if (!isText || !isDeclaredAgain(event)) result.push_back(event);
+    if (event.kind == Event::processingInstruction) {
+      std::string& data = result.back().texts[1];
+      data.erase(0, std::min(data.find_first_not_of(" \t\r\n"), data.size()));
+    }
     if (event.kind == Event::endElement) {
       auto& prefixes = open.back().prefixes;
       while (!prefixes.empty()) {
