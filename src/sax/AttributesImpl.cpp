@@ -69,9 +69,10 @@ int AttributesImpl::findAttribute(const std::string& qName) const {
 void AttributesImpl::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
+  // Each answer is copied before the next is asked for: it may not be valid for longer.
   for (int i = 0; i < length; ++i) {
-    addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                 other.getValue(i));
+    attributes_.push_back({other.getURI(i), other.getLocalName(i), other.getQName(i),
+                           other.getType(i), other.getValue(i)});
   }
 }
 
