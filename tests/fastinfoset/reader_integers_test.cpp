@@ -137,9 +137,9 @@ TEST(FIReaderIntegers, IdentifierLengthStartsOnTheSecondBit) {
 TEST(FIReaderIntegers, CharactersIndexBelowItsLongerFormsIsOfFourBits) {
   for (int octet = 0; octet < 0xB0; ++octet) {
     Primitives reader;
-    EXPECT_EQ("done", reader.run("", [&] {
-      EXPECT_EQ(static_cast<unsigned long>(octet) & 0x0F, reader.decodeCharactersIndex(octet));
-    })) << octet;
+    unsigned long index = 0;
+    EXPECT_EQ("done", reader.run("", [&] { index = reader.decodeCharactersIndex(octet); }));
+    EXPECT_EQ(static_cast<unsigned long>(octet) & 0x0F, index) << octet;
   }
 }
 

@@ -184,11 +184,9 @@ class NumberingAlgorithm : public Tavrin::EncodingAlgorithm {
 };
 
 TEST_F(FIReaderList, EndsItsValuesFromTheFirstOn) {
-  NumberingAlgorithm numbering;
-  map = {{"u", &numbering}};
   for (const int count : {1, 3, 16, 17, 40}) {
-    NumberingAlgorithm fresh;
-    map = {{"u", &fresh}};
+    NumberingAlgorithm numbering;
+    map = {{"u", &numbering}};
     std::string written = "7C 00 'a' 78 00 'b' 32 00 'y'";
     std::vector<int> expected = {1};
     for (int i = 2; i <= count; ++i) {
@@ -202,6 +200,7 @@ TEST_F(FIReaderList, EndsItsValuesFromTheFirstOn) {
 }
 
 TEST_F(FIReaderList, TakesItsMemoryAlong) {
+  if (!allocations::areCounted()) GTEST_SKIP() << "valgrind has functions of its own in place";
   std::size_t atStart = 0;
   std::size_t atCharacters = 0;
   watcher.atStart = [&](const Tavrin::Attributes&) { atStart = allocations::inUse(); };
@@ -213,6 +212,7 @@ TEST_F(FIReaderList, TakesItsMemoryAlong) {
 }
 
 TEST_F(FIReaderList, GivesItsMemoryBackWhenItBecomesACopyOfAnEmptyOne) {
+  if (!allocations::areCounted()) GTEST_SKIP() << "valgrind has functions of its own in place";
   List list;
   list.addAttribute("", "a", "a", "CDATA", std::string(kMebibyte, 'v'));
   list.addAttribute("", "b", "b", "CDATA", "u", 32, std::make_unique<Counted>());

@@ -103,6 +103,7 @@ TEST(FIReaderNesting, ForgetsTheElementsThatFailed) {
 }
 
 TEST(FIReaderNesting, HoldsNothingOfADocumentThatFailed) {
+  if (!allocations::areCounted()) GTEST_SKIP() << "valgrind has functions of its own in place";
   const std::string uri(kMebibyte, 'u');
   const std::string failing =
       document("38 CD 60") + bigEndian(uri.size() - 321, 4) + uri + octets("F0 3C 00 'a' CC");
@@ -115,7 +116,7 @@ TEST(FIReaderNesting, HoldsNothingOfADocumentThatFailed) {
 }
 
 TEST(FIReaderNesting, HoldsNoLongTextWhenItIsTold) {
-  if (!allocations::areCounted()) GTEST_SKIP() << "allocations are not counted";
+  if (!allocations::areCounted()) GTEST_SKIP() << "valgrind has functions of its own in place";
   DecodingHandler reader;
   std::size_t first = 0;
   std::size_t second = 0;
