@@ -101,10 +101,12 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void dialectDecodeOtherString(unsigned octet, std::string& text) override;
   void dialectDecodeOtherChunk(unsigned octet, std::string& text) override;
   EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri) override;
+  std::string dialectDescribeUnknown(const std::string& uri) const override;
   EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
                                  unsigned long length) override;
   void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
                         EncodedData& value) override;
+  std::uint32_t dialectDecodeDeclarations() override;
   void dialectCheckElementName(Name& name) override;
   void dialectCheckAttributeName(Name& name) override;
 
@@ -118,9 +120,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
                                     const std::string& notationName) override;
   void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId) override;
   void dialectDeliverEndDTD() override;
-  void dialectDeliverDeclarations(const Strings& declarations) override;
-  bool dialectStartTag(bool hasAttributes, const Name& name, const Strings& declarations) override;
-  void dialectDeliverEndElement(const Name& name, const Strings& declarations) override;
+  bool dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
+  void dialectDeliverEndElement(const Name& name, std::uint32_t declarations) override;
   void dialectDeliverCharacters(const std::string& text) override;
   void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value) override;
   void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
@@ -138,6 +139,11 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void decodeSurrogates(Names& table);
   unsigned long decodeSurrogateIndex();
 
+  void checkTextLength(std::uint64_t textOctets, std::uint64_t length);
+  void checkTextOf(unsigned field, const EncodedData& value);
+  void checkAlgorithmField(unsigned field) const;
+  void declareEntity(const std::string& name, const std::string& publicId,
+                     const std::string& systemId);
   void decodeUTF16(unsigned long length, std::string& text);
   void decodeRestrictedAlphabet(Field field, std::string& text);
   void decodeAlgorithmText(Field field, std::string& text);
@@ -145,7 +151,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const Name& name) const;
   void allowMoreFromTables() const;
-  static std::size_t octetsOf(const Name& name);
+  static std::size_t deliveredOctetsOf(const Name& name);
+  SAXParseException exceptionHere(const std::string& message) const;
   void releaseProlog(const std::string& rootName);
 
   std::unique_ptr<State> state_;

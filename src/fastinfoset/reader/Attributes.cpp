@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "DecodeAttributes.h"
 
@@ -18,15 +17,23 @@ class AppendedAttributes {
     if (list_.attributes_.capacity() == 0) list_.attributes_.reserve(kFew);
   }
 
+  static constexpr bool kRefersToTables = false;
+
   template <typename Name>
-  EncodingAlgorithmAttributesImpl::Attribute& begin(const Name& name, const std::vector<Name>&,
-                                                    bool) {
+  EncodingAlgorithmAttributesImpl::Attribute& begin(const Name& name, bool) {
     next_ = std::make_unique<EncodingAlgorithmAttributesImpl::Attribute>();
     next_->uri = name.namespaceName;
     next_->localName = name.localName;
     next_->qName = name.qName;
     next_->type = "CDATA";
     return *next_;
+  }
+  static void setAlgorithm(EncodingAlgorithmAttributesImpl::Attribute& attribute,
+                           const std::string& uri, std::int32_t field,
+                           std::unique_ptr<EncodedData> value) {
+    attribute.algorithmURI = uri;
+    attribute.algorithmIndex = field;
+    attribute.algorithmData = std::move(value);
   }
   void end() { list_.attributes_.push_back(std::move(next_)); }
 
@@ -43,7 +50,7 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 }
 
 /// The list is made for the element: its values end before the next item is read.
-bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, const Strings&) {
+bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
   const bool ended = hasAttributes && decodeAttributes(attributes);
   if (contentHandler_) {
