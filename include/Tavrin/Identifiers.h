@@ -72,7 +72,7 @@ constexpr char amplificationFactor[] = "http://tavrin/fastinfoset/properties/amp
 constexpr char amplificationThreshold[] =
     "http://tavrin/fastinfoset/properties/amplification-threshold";
 /// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. A string
-/// counts with its length and 128 octets, a name with three times the length of its parts and 512:
+/// counts with its length and 128 octets, a name with three times the length of its parts and 320:
 /// no less than what a reader takes for them. In a reader, what it keeps beside the tables counts
 /// alike as long as it is kept: the namespace declarations of open elements, the attributes of a
 /// start tag, what waits for the root element, identifiers of entities. It stops a document without

@@ -65,7 +65,7 @@ inline constexpr std::uint32_t kMaximumAlgorithms = 256;
 /// than a reader takes for it at any time, with what growing tables and the allocator add.
 inline constexpr std::uint64_t kEntryOctets = 128;
 /// What a name counts for, and how often the octets of its parts count.
-inline constexpr std::uint64_t kNameOctets = 512;
+inline constexpr std::uint64_t kNameOctets = 320;
 inline constexpr std::uint64_t kNameCopies = 3;
 /// What an event counts for that waits for the root element, and an attribute while its start tag
 /// is read.

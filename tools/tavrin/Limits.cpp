@@ -144,6 +144,9 @@ std::string Limits::help() {
 std::string Limits::withOption(const std::string& message) {
   for (const Kind& kind : kKinds) {
     const std::string name(kind.name());
+    // The reader tells which property it is.
+    const std::size_t told = message.find(" (property " + name + ")");
+    if (told != message.npos) return message.substr(0, told) + " (see --limit " + name + ")";
     bool isMeant = message.find(name) != message.npos;
     for (const std::string_view mark : kind.marks) {
       isMeant = isMeant || message.find(mark) != message.npos;

@@ -44,9 +44,9 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 void XMLReader_X891::dialectDecodeDocument() {
   decodeHeader();
   decodeOptionalComponents();
+  if (contentHandler_) contentHandler_->startDocument();
   const std::string warning = xml::describeOtherVersion(state_->document.version);
   if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));
-  if (contentHandler_) contentHandler_->startDocument();
   decodeChildren();
   if (contentHandler_) contentHandler_->endDocument();
 }
