@@ -65,7 +65,8 @@ constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character"
 
 /// Reader "X891": how many octets may be delivered from tables for each octet of the document, a
 /// `double` of at least 1. It stops a document of a few octets that stores one long string or name
-/// and refers to it again and again. Default 1000.
+/// and refers to it again and again. What a restricted alphabet, booleans or an algorithm of the
+/// application make of fewer octets counts alike. Default 1000.
 constexpr char amplificationFactor[] = "http://tavrin/fastinfoset/properties/amplification-factor";
 /// Reader "X891": how many octets may be delivered from tables before the factor counts, a
 /// `std::uint64_t`. Default 8 MiB.
@@ -79,8 +80,9 @@ constexpr char amplificationThreshold[] =
 /// an end that is nothing else. A reader refuses a document that needs more (default 512 MiB), a
 /// writer adds no more entries (default 64 MiB).
 constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maximum-table-octets";
-/// Reader "X891": how many octets one string or typed value may take, in the document and as text
-/// in UTF-8, a `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
+/// Reader "X891": how many octets one string or typed value may take in the document, and the text
+/// of a restricted alphabet, of UTF-16 or of booleans, a `std::uint64_t`. It stops a single string
+/// without an end. Default 1 GiB.
 constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
 /// Writer "X891": up to which length in octets attribute values enter their table, a

@@ -74,8 +74,7 @@ TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWhereTheirTextIsNeeded) {
 
 TEST(X891ReaderAlgorithms, WithoutAnEntryAreRefused) {
   const auto message = [](int number) {
-    return "No table names the encoding algorithm " + std::to_string(number) +
-           " (the document should)";
+    return "No URI for the encoding algorithm " + std::to_string(number) + " in the vocabulary";
   };
   expectContentRefused("8C 7C", "00 FF", message(32));
   expectRefused(withAlgorithmURI("3C 00 'a' 8C 80"), octets("00 FF"), message(33), kStarted);

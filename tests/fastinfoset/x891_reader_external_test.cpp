@@ -74,7 +74,10 @@ TEST(X891ReaderExternal, HasGapsThatNoIndexMayName) {
     const EventLog::Lines& events;
   } cases[] = {
       {"3C 00 'a' 88 44", kNoString, inA},
-      {"3C 00 'a' 8C 84", kNoString, inA},
+      {"3C 00 'a' 8C 84",
+       "No URI for the encoding algorithm 34 in the vocabulary (the external one is in the property "
+       "external-vocabularies)",
+       inA},
       {"38 CF 83", kNoString, begun},
       {"38 CD 83", kNoString, begun},
       {"3C 82", kNoString, begun},

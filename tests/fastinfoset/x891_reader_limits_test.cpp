@@ -117,7 +117,7 @@ TEST(X891ReaderLimits, LiteralsOfEachKindHaveALimit) {
       {"3C 01 'ab' FF", "3C 02", "'abc' FF", false},
       {"3C 00 'a' 81 'ab' FF", "82 00", "'abc' FF", true},
       {"3C 00 'a' 85 00 'b' FF", "86 01", "00 'b' 00 'c' FF", true},
-      {"3C 00 'a' 88 01 12 34 FF", "88 02 00", "12 34 56 FF", true},
+      {"3C 00 'a' 88 01 12 FF FF", "88 02 00", "12 34 56 FF", true},
       {"3C 00 'a' 8C 01 12 34 FF", "8C 02 00", "12 34 56 FF", true},
       {"3C 00 'a' E2 01 'ab' FF", "E2 02", "'abc' FF", true},
       {"3C 00 'a' E1 01 'ab' 01 'ab' FF", "E1 01 'ab' 02", "'abc' FF", true},

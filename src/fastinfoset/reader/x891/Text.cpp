@@ -154,10 +154,11 @@ void XMLReader_X891::checkAlgorithmField(unsigned field) const {
   const bool isThere = position < inFront ? position < external->definedCount
                                           : position - inFront < encodingAlgorithms_.size();
   if (isThere) return;
-  fail("No table names the encoding algorithm " + std::to_string(field + 1) +
-       (external ? " (that of the external vocabulary is in the property " +
-                       propertyName(properties::externalVocabularies) + ")"
-                 : " (the document should)"));
+  const std::string message =
+      "No URI for the encoding algorithm " + std::to_string(field + 1) + " in the vocabulary";
+  if (external == nullptr) fail(message);
+  fail(message + " (the external one is in the property " +
+       propertyName(properties::externalVocabularies) + ")");
 }
 
 std::string XMLReader_X891::dialectDescribeUnknown(const std::string& uri) const {
