@@ -20,15 +20,21 @@ namespace Tavrin {
 /// alphabets, the ten built-in encoding algorithms, and those that the application registers.
 ///
 /// What it delivers can be written as XML 1.0 with namespaces, or the document is refused: names,
-/// characters, UTF-8, unique attributes, prefixes in scope, one root element. (A prefix may be
-/// undeclared in a document that says that its version of XML is 1.1.) The entries of an external
-/// vocabulary are the application's own, and their characters are not looked at.
+/// characters, UTF-8, unique attributes, prefixes in scope, one root element. The entries of an
+/// external vocabulary are the application's own, and their characters are not looked at. A
+/// document that states another version of XML is read by the rules of 1.0, and
+/// ErrorHandler::warning tells so behind startDocument; one that states 1.1 may undeclare prefixes.
 ///
 /// The format keeps no name of the document type. That of the root element is reported, so what
 /// stands between the document type declaration and the root element is reported together with the
 /// root element. Notations and unparsed entities come between startDTD and endDTD; where a document
 /// has some but no document type declaration, a startDTD without identifiers and an endDTD are
 /// reported in front of the root element.
+///
+/// The format gives identifiers to references to entities, where XML declares a name once. They are
+/// reported to DeclHandler::externalEntityDecl before the first reference to the name that has
+/// some, in the content, and then ContentHandler::skippedEntity tells of each reference. References
+/// to one name with different identifiers are refused: no declaration in XML could stand for both.
 ///
 /// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
 /// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
@@ -45,11 +51,16 @@ namespace Tavrin {
 /// either, the reader can read another document.
 ///
 /// The reader takes no octet behind the document's last one, so documents may follow each other on
-/// one stream; all tables start fresh with each. Elements may be nested as deep as memory allows.
+/// one stream; all tables start fresh with each. Elements may be nested as deep as memory and
+/// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory, and its
+/// namespace declarations what maximumTableOctets counts them for. Whatever a document claims,
+/// memory is bounded by maximumTableOctets and a small multiple of what has arrived. The message of
+/// a failure through a limit ends with its property: `Literal longer than 100 octets (property
+/// maximum-literal-octets)`.
 ///
 /// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
-/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets. Feature:
-/// Tavrin::features::isStandalone.
+/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,
+/// maximumDepth. Feature: Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
  public:
   XMLReader_X891();

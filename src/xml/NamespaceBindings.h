@@ -59,7 +59,9 @@ class NamespaceBindings {
   const std::string& prefixAt(std::size_t position) const {
     return declarations_[position].prefix->first;
   }
-  const std::string& uriAt(std::size_t position) const { return declarations_[position].uri->first; }
+  const std::string& uriAt(std::size_t position) const {
+    return declarations_[position].uri->first;
+  }
   /// Whether one of the declarations from a position on is of this prefix.
   bool isDeclaredSince(std::string_view prefix, std::size_t position) const {
     const auto found = prefixes_.find(prefix);
@@ -77,8 +79,9 @@ class NamespaceBindings {
   void undoLast();
 
   // Both hold what is declared now, and nothing else.
-  using Prefixes = std::map<std::string, std::size_t, std::less<>>;  // The innermost: position and one.
-  using URIs = std::map<std::string, std::size_t, std::less<>>;      // How many declarations use it.
+  using Prefixes =
+      std::map<std::string, std::size_t, std::less<>>;           // The innermost: position and one.
+  using URIs = std::map<std::string, std::size_t, std::less<>>;  // How many declarations use it.
 
   struct Declaration {
     Prefixes::iterator prefix;

@@ -50,10 +50,10 @@ TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWithoutAHandler) {
   const std::string message =
       "Unknown encoding algorithm - urn:reversed (add it to the property "
       "registered-encoding-algorithms)";
-  expectRefused(contentUpToData() + "abc", octets("FF"),
-                message +
-                    ", or take its octets with the property encoding-algorithm-content-handler",
-                kStarted);
+  expectRefused(
+      contentUpToData() + "abc", octets("FF"),
+      message + ", or take its octets with the property encoding-algorithm-content-handler",
+      kStarted);
   expectRefused(valueUpToData(), "abc" + octets("FF F0"), message, {"startDocument()"});
   expectRefused(withAlgorithmURI("3C 00 'a' E2 31 F2"), "abc" + octets("FF"), message, kStarted);
 }

@@ -9,7 +9,7 @@
 namespace x891_test {
 namespace {
 
-const char* const kAmplified = 
+const char* const kAmplified =
     "More octets delivered for each octet read than the limit allows (property "
     "amplification-factor)";
 constexpr std::size_t kMebi = std::size_t{1} << 20;
@@ -26,7 +26,9 @@ void expectStopped(const std::string& document) {
   const std::size_t before = allocations::inUse();
   allocations::resetPeak();
   const std::string outcome = outcomeOf([&] { reader.parse(stream); });
-  EXPECT_EQ("SAXParseException: " + std::string(kAmplified), outcome.substr(0, 19 + std::string(kAmplified).size())) << outcome;
+  EXPECT_EQ("SAXParseException: " + std::string(kAmplified),
+            outcome.substr(0, 19 + std::string(kAmplified).size()))
+      << outcome;
   EXPECT_LT(allocations::peak() - before, 4 * kMebi);
 }
 

@@ -118,13 +118,13 @@ TEST(X891ReaderComponents, RefuseWhatIsNoVersion) {
 
 TEST(X891ReaderComponents, MayAllBeThere) {
   X891Reader reader;
-  EXPECT_EQ(warned("1.1", 39,
-                   whole({"startDTD(a, , )", "notationDecl(n, , s)",
-                          "unparsedEntityDecl(e, , f, n)", "endDTD()", "startElement(, a, a, [])",
-                          "comment(x)", "endElement(, a, a)"})),
-            reader.read(fromComponents("7F 00 00 'i' 00 'd' 00 04 00 00 'x' C2 00 'n' 00 's' F0 "
-                                       "D0 00 'e' 00 'f' 80 F0 04 'UTF-8' 01 02 '1.1' "
-                                       "3C 00 'a' E2 80 FF")));
+  EXPECT_EQ(
+      warned("1.1", 39,
+             whole({"startDTD(a, , )", "notationDecl(n, , s)", "unparsedEntityDecl(e, , f, n)",
+                    "endDTD()", "startElement(, a, a, [])", "comment(x)", "endElement(, a, a)"})),
+      reader.read(fromComponents("7F 00 00 'i' 00 'd' 00 04 00 00 'x' C2 00 'n' 00 's' F0 "
+                                 "D0 00 'e' 00 'f' 80 F0 04 'UTF-8' 01 02 '1.1' "
+                                 "3C 00 'a' E2 80 FF")));
   EXPECT_EQ("1.1 yes", statedBy(reader));
 }
 

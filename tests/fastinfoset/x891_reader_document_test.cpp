@@ -119,9 +119,10 @@ TEST(X891ReaderContent, EntityReferencesAreSkippedEntities) {
 }
 
 TEST(X891ReaderContent, EntityReferencesTellTheirIdentifiersOnce) {
-  EXPECT_EQ(wholeContent({"externalEntityDecl(e, p, s)", "skippedEntity(e)", "skippedEntity(e)",
-                          "skippedEntity(e)", "externalEntityDecl(f, p, s)", "skippedEntity(f)"}),
-            readNew(documentOfContent("CB 00 'e' 00 's' 00 'p' CB 80 80 81 C8 80 CB 00 'f' 80 81")));
+  EXPECT_EQ(
+      wholeContent({"externalEntityDecl(e, p, s)", "skippedEntity(e)", "skippedEntity(e)",
+                    "skippedEntity(e)", "externalEntityDecl(f, p, s)", "skippedEntity(f)"}),
+      readNew(documentOfContent("CB 00 'e' 00 's' 00 'p' CB 80 80 81 C8 80 CB 00 'f' 80 81")));
   // Each document has its own.
   X891Reader reader;
   for (const char* systemId : {"s", "t"}) {

@@ -55,8 +55,7 @@ std::string toldOf(const Declaration& declaration) {
 TEST(X891ReaderEnvelope, TakesEachXMLDeclaration) {
   X891Reader reader;
   for (const Declaration& declaration : kDeclarations) {
-    EXPECT_EQ(toldOf(declaration), reader.read(declaration.text + body()))
-        << declaration.text;
+    EXPECT_EQ(toldOf(declaration), reader.read(declaration.text + body())) << declaration.text;
     EXPECT_EQ(declaration.version, versionOf(reader)) << declaration.text;
     EXPECT_EQ(declaration.standalone, standaloneOf(reader)) << declaration.text;
   }

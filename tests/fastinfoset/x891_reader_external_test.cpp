@@ -75,7 +75,8 @@ TEST(X891ReaderExternal, HasGapsThatNoIndexMayName) {
   } cases[] = {
       {"3C 00 'a' 88 44", kNoString, inA},
       {"3C 00 'a' 8C 84",
-       "No URI for the encoding algorithm 34 in the vocabulary (the external one is in the property "
+       "No URI for the encoding algorithm 34 in the vocabulary (the external one is in the "
+       "property "
        "external-vocabularies)",
        inA},
       {"38 CF 83", kNoString, begun},
@@ -165,7 +166,8 @@ TEST(X891ReaderExternal, NamesAreCheckedForTheirBindings) {
 TEST(X891ReaderExternal, IsRefusedWhereItIsUnknown) {
   const std::string document = with("");
   const std::string rest = octets("3C 00 'a' FF");
-  const std::string failed = failure({}, "Unknown external vocabulary - v (add it to the property "
+  const std::string failed = failure({},
+                                     "Unknown external vocabulary - v (add it to the property "
                                      "external-vocabularies)",
                                      document.size());
   EXPECT_EQ(failed, readNew(document + rest));

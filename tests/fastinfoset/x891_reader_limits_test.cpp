@@ -17,7 +17,7 @@ using Tavrin::properties::amplificationThreshold;
 using Tavrin::properties::maximumLiteralOctets;
 using Tavrin::properties::maximumTableOctets;
 
-const char* const kAmplified = 
+const char* const kAmplified =
     "More octets delivered for each octet read than the limit allows (property "
     "amplification-factor)";
 constexpr std::size_t kMebi = std::size_t{1} << 20;
@@ -179,20 +179,26 @@ TEST(X891ReaderLimits, TablesOfAnInitialVocabularyCount) {
     X891Reader reader;
     set<std::uint64_t>(reader.reader, maximumTableOctets, 2 * 129);
     const std::string two = fromComponents("20 " + std::string(table) + " 02 00 'x' 00 'y' 00 'z'");
-    EXPECT_EQ(failure({}, "Tables larger than 258 octets (property maximum-table-octets)", two.size()), reader.read(two)) << table;
+    EXPECT_EQ(
+        failure({}, "Tables larger than 258 octets (property maximum-table-octets)", two.size()),
+        reader.read(two))
+        << table;
   }
   // Names count with the strings that they are made of.
   X891Reader reader;
   set<std::uint64_t>(reader.reader, maximumTableOctets, 136 + 343);
   const std::string names = fromComponents("20 00 82 00 07 'longname' 00 00 00");
-  EXPECT_EQ(failure({}, "Tables larger than 479 octets (property maximum-table-octets)", names.size()), reader.read(names));
+  EXPECT_EQ(
+      failure({}, "Tables larger than 479 octets (property maximum-table-octets)", names.size()),
+      reader.read(names));
 }
 
 TEST(X891ReaderLimits, WhatWaitsForTheRootElementCounts) {
   X891Reader reader;
   set<std::uint64_t>(reader.reader, maximumTableOctets, 1500);
   // 514 for each comment: the third is too much.
-  EXPECT_EQ(failure({"startDocument()"}, "Tables larger than 1500 octets (property maximum-table-octets)", 19),
+  EXPECT_EQ(failure({"startDocument()"},
+                    "Tables larger than 1500 octets (property maximum-table-octets)", 19),
             reader.read(document("C4 F0 E2 01 'ab' E2 01 'cd' E2 01 'ef' 3C 00 'a' FF")));
   // Without a document type nothing waits.
   EXPECT_EQ(whole({"comment(ab)", "comment(cd)", "comment(ef)", "startElement(, a, a, [])",
@@ -207,9 +213,10 @@ TEST(X891ReaderLimits, DocumentThatFillsTablesAloneIsStopped) {
   set<std::uint64_t>(reader, maximumTableOctets, kMebi / 2);
   // 452 for the element; 384 a comment: 1364 fit into 524288.
   const Outcome outcome = parse(reader, document);
-  EXPECT_EQ("SAXParseException: Tables larger than 524288 octets (property maximum-table-octets) (-1:" +
-                std::to_string(8 + 1365 * 259) + ")",
-            outcome.end);
+  EXPECT_EQ(
+      "SAXParseException: Tables larger than 524288 octets (property maximum-table-octets) (-1:" +
+          std::to_string(8 + 1365 * 259) + ")",
+      outcome.end);
   EXPECT_LT(outcome.memory, 2 * kMebi);
 }
 
@@ -338,7 +345,8 @@ TEST(X891ReaderLimits, EachRepeatedStringIsStopped) {
     set<double>(reader, amplificationFactor, 20);
     set<std::uint64_t>(reader, amplificationThreshold, kMebi);
     const Outcome outcome = parse(reader, document);
-    EXPECT_EQ("SAXParseException: " + std::string(kAmplified), outcome.end.substr(0, 19 + std::string(kAmplified).size()))
+    EXPECT_EQ("SAXParseException: " + std::string(kAmplified),
+              outcome.end.substr(0, 19 + std::string(kAmplified).size()))
         << attack.name << ": " << outcome.end;
     EXPECT_LT(outcome.memory, 4 * kMebi) << attack.name;
   }

@@ -92,11 +92,10 @@ std::vector<Document> greedy() {
       {"DeclarationsInsideEachOther",
        document("38 CC F0 3C 00 'a'") + again(8 * kMany, "38 CC F0 00")},
       {"PrefixesOfOneElement", document("38") + numbered(kMany, "CF 07 'p' # 00 'u'")},
-      {"PrefixesInsideEachOther",
-       document("38 CF 07 'p1000000' 00 'u' F0 3C 00 'a'") +
-           numbered(kMany, "38 CF 07 'q' # 81 F0 00")},
-      {"NamespacesInsideEachOther", document("38 CF 00 'p' 00 'u' F0 3C 00 'a'") +
-                                        numbered(kMany, "38 CF 81 06 # F0 00")},
+      {"PrefixesInsideEachOther", document("38 CF 07 'p1000000' 00 'u' F0 3C 00 'a'") +
+                                      numbered(kMany, "38 CF 07 'q' # 81 F0 00")},
+      {"NamespacesInsideEachOther",
+       document("38 CF 00 'p' 00 'u' F0 3C 00 'a'") + numbered(kMany, "38 CF 81 06 # F0 00")},
       {"ElementNames", document("3C 00 'a'") + numbered(kMany, "3C 07 'n' # F0")},
       {"ElementNamesOfOneLocalName",
        document("38 CF 00 'p' 00 'u' F0 3C 00 'a'") + again(2 * kMany, "3F 81 81 80 F0")},
@@ -122,8 +121,9 @@ TEST_F(X891ReaderMemory, OfGreedyDocumentsIsLimited) {
   constexpr std::uint64_t kLimit = 4 * kMebi;
   for (const Document& document : greedy()) {
     const Outcome outcome = parse(document.octets, kLimit);
-    EXPECT_EQ("SAXParseException: Tables larger than 4194304 octets (property maximum-table-octets)",
-              messageOf(outcome))
+    EXPECT_EQ(
+        "SAXParseException: Tables larger than 4194304 octets (property maximum-table-octets)",
+        messageOf(outcome))
         << document.name;
     // Elements that are open take a few octets each; none is without an octet of its own.
     EXPECT_LT(outcome.memory, kLimit + 24 * document.octets.size() / 4) << document.name;
@@ -185,8 +185,8 @@ TEST_F(X891ReaderMemory, OfTablesMayMoveWhileATagRefersToThem) {
   std::string expected = "v=f;";
   for (int i = 0; i < 1000; ++i) {
     const std::string number = std::to_string(1000 + i);
-    document += octets("78 04 'm'") + number + octets("43") + number + octets("78 04 'n'") + number +
-                octets("80");
+    document += octets("78 04 'm'") + number + octets("43") + number + octets("78 04 'n'") +
+                number + octets("80");
     expected += "m" + number + "=" + number + ";n" + number + "=f;";
   }
   Tavrin::XMLReader_X891 reader;
@@ -286,8 +286,9 @@ TEST(X891ReaderDepth, IsLimited) {
             reader.read(document("3C 00 'a' 00 7C 00 'b'")));
   most = 0;
   reader.reader.setProperty(maximumDepth, &most);
-  EXPECT_EQ(failure({"startDocument()"}, "Elements nested deeper than 0 (property maximum-depth)", 6),
-            reader.read(document("3C 00 'a' FF")));
+  EXPECT_EQ(
+      failure({"startDocument()"}, "Elements nested deeper than 0 (property maximum-depth)", 6),
+      reader.read(document("3C 00 'a' FF")));
   reader.reader.setProperty(maximumDepth, nullptr);
   EXPECT_EQ(UINT64_MAX, *static_cast<std::uint64_t*>(reader.reader.getProperty(maximumDepth)));
 }

@@ -109,8 +109,8 @@ class StartTagAttributes final : public EncodingAlgorithmAttributes {
 
   // The attributes, and behind them records without values, which keep their memory.
   std::vector<std::unique_ptr<Record>> records_;
-  std::size_t length_ = 0;       // How many are attributes.
-  std::size_t spareOctets_ = 0;  // Of the others together.
+  std::size_t length_ = 0;                            // How many are attributes.
+  std::size_t spareOctets_ = 0;                       // Of the others together.
   std::set<std::string, std::less<>> algorithmURIs_;  // Of the tag, each once.
 };
 

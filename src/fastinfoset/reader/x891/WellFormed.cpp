@@ -51,8 +51,7 @@ std::uint32_t XMLReader_X891::dialectDecodeDeclarations() {
     decodeDeclaration(octet, prefix, namespaceName);
     fromTables_ += prefix.size() + namespaceName.size();
     dialectCheckAmplification();
-    const std::string why =
-        xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
+    const std::string why = xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
     if (!why.empty()) fail(why);
     if (bindings.isDeclaredSince(prefix, outside)) {
       fail("The prefix \"" + prefix + "\" is declared twice by an element");
@@ -131,7 +130,8 @@ void XMLReader_X891::dialectCheckAttributeName(Name& name) {
   xml::UniqueAttributes& attributes = document.attributes;
   if (name.identity == xml::UniqueAttributes::kUnknown) {
     const std::size_t known = attributes.size();
-    name.identity = static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
+    name.identity =
+        static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
     // What the table has no place for is remembered here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(octetsOf(name));
   }
