@@ -377,6 +377,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::map<unsigned long, std::string> externalValues_;  // Of attributes.
 
   std::string text_;  // Of a chunk; used again for each, as it keeps its memory.
+  // Memory of attribute lists that are gone: a list without records, and small records.
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareList_;
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareAttributes_;
 
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;

@@ -3,6 +3,7 @@
 #include <Tavrin/XMLReader_Expat.h>
 
 #include "Callbacks.h"
+#include "ElementName.h"
 #include "Parser.h"
 
 namespace Tavrin {
@@ -22,7 +23,7 @@ class XMLReader_Expat::Locator_Expat : public Locator {
 
 /// Leads a reader through its documents. It stands apart so that a class derived from the reader
 /// finds no names there that it might use itself.
-class XMLReader_Expat::Driver : public EventTarget {
+class XMLReader_Expat::Driver final : public EventTarget {
  public:
   explicit Driver(XMLReader_Expat& reader);
 
@@ -46,6 +47,7 @@ class XMLReader_Expat::Driver : public EventTarget {
 
   XMLReader_Expat& reader_;
   bool parsing_ = false;  // A call of parse is on the stack.
+  ElementName element_;
 };
 
 /// expat's callbacks. Those that this reader has alone are in ExpatElements.cpp and

@@ -182,10 +182,10 @@ SAXParseException XMLReader_XML10::Driver::exceptionHere(const std::string& mess
   const XML10Document::OpenEntity& current = document_->current();
   const DeclaredEntity& entity = *current.entity;
   const bool isDocument = document_->open.size() == 1;
-  return SAXParseException(
-      isDocument ? message
-                 : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
-      lineOf(current.parser), columnOf(current.parser));
+  return {isDocument
+              ? message
+              : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
+          lineOf(current.parser), columnOf(current.parser)};
 }
 
 void XMLReader_XML10::Driver::fail(const std::string& message) {

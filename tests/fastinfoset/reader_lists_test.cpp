@@ -132,6 +132,27 @@ TEST_F(FIReaderList, DoesNotOutliveAFailure) {
   EXPECT_EQ(1, Counted::alive);
 }
 
+// Whatever a handler makes of a record, the next start tag has its own.
+TEST_F(FIReaderList, HasNothingOfTheListBefore) {
+  std::string seen;
+  watcher.atStart = [&](const Tavrin::Attributes& attributes) {
+    for (const auto& record : static_cast<const List&>(attributes).attributes_) {
+      seen += record->uri + "|" + record->localName + "|" + record->qName + "|" + record->type +
+              "|" + record->value + "|" + record->algorithmURI + "|" +
+              std::to_string(record->algorithmIndex) + (record->algorithmData ? "|typed\n" : "\n");
+      *record = {"u", "l", "q", "t", "v", "a", 7, std::make_unique<Counted>()};
+    }
+    EXPECT_EQ(2, attributes.getLength());
+  };
+  EXPECT_EQ("done", parseTyped("7C 00 'a' 78 00 'b' 32 00 'y' 78 00 'c' 40 'x' F0 "
+                               "40 00 40 'z' 01 32 00 'y' FF FF"));
+  EXPECT_EQ(
+      "|b|b|CDATA||u|32|typed\n|c|c|CDATA|x||-1\n"
+      "|b|b|CDATA|z||-1\n|c|c|CDATA||u|32|typed\n",
+      seen);
+  EXPECT_EQ(1, Counted::alive);
+}
+
 TEST_F(FIReaderList, TakesItsMemoryAlong) {
   std::size_t atStart = 0;
   std::size_t atCharacters = 0;

@@ -247,7 +247,7 @@ TEST(X891WriterEntities, AreReferencesWithTheIdentifiersThatAreKnown) {
 }
 
 // A reference in Fast Infoset has identifiers of its own: the reader tells of them in the content.
-TEST(X891WriterContent, EntitiesMayBeDeclaredInFrontOfAReference) {
+TEST(X891WriterEntities, MayBeDeclaredInFrontOfAReference) {
   const std::string original =
       document("3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 C8 80 FF");
   std::istringstream stream(original);
@@ -261,6 +261,23 @@ TEST(X891WriterContent, EntitiesMayBeDeclaredInFrontOfAReference) {
   EXPECT_EQ(writer.written(), EventLog::showOctets(document(
                                   "3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 "
                                   "CA 80 80 FF")));
+}
+
+// A section is text and nothing else.
+TEST(X891WriterEntities, AreRefusedInSections) {
+  const char* const message = "SAXException: You cannot refer to an entity at this point";
+  EXPECT_EQ(content([&](Writer& writer) {
+              writer.startCDATA();
+              writer.characters("x");
+              for (const char* name : {"e", "%e", "", "a b"}) {
+                EXPECT_EQ(thrown([&] { writer.skippedEntity(name); }), message);
+              }
+              writer.skippedEntity("[dtd]");
+              writer.characters("y");
+              writer.endCDATA();
+              writer.skippedEntity("e");
+            }),
+            document("3C 00 'a' 8C 25 'xy' C8 00 'e' FF"));
 }
 
 TEST(X891WriterComments, AreRefusedWhereTheyAreNone) {
