@@ -53,6 +53,10 @@ constexpr char entityAmplificationFactor[] =
 constexpr char entityAmplificationThreshold[] =
     "http://tavrin/sax/properties/entity-amplification-threshold";
 
+/// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper
+/// document is refused. Default: any number.
+constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
+
 /// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
 constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
 /// Writer "XML10": what attribute values stand in, a `char`: apostrophe (the default) or quotation
@@ -61,19 +65,24 @@ constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character"
 
 /// Reader "X891": how many octets may be delivered from tables for each octet of the document, a
 /// `double` of at least 1. It stops a document of a few octets that stores one long string or name
-/// and refers to it again and again. Default 1000.
+/// and refers to it again and again. What a restricted alphabet, booleans or an algorithm of the
+/// application make of fewer octets counts alike. Default 1000.
 constexpr char amplificationFactor[] = "http://tavrin/fastinfoset/properties/amplification-factor";
 /// Reader "X891": how many octets may be delivered from tables before the factor counts, a
 /// `std::uint64_t`. Default 8 MiB.
 constexpr char amplificationThreshold[] =
     "http://tavrin/fastinfoset/properties/amplification-threshold";
-/// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. Every
-/// entry counts with the length of its strings and 32 octets. It stops a document without an end
-/// that fills tables alone. A reader refuses a document that needs more (default 512 MiB), a writer
-/// adds no more entries (default 64 MiB).
+/// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. A string
+/// counts with its length and 128 octets, a name with three times the length of its parts and 320:
+/// no less than what a reader takes for them. In a reader, what it keeps beside the tables counts
+/// alike as long as it is kept: the namespace declarations of open elements, the attributes of a
+/// start tag, what waits for the root element, identifiers of entities. It stops a document without
+/// an end that is nothing else. A reader refuses a document that needs more (default 512 MiB), a
+/// writer adds no more entries (default 64 MiB).
 constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maximum-table-octets";
-/// Reader "X891": how many octets one string or typed value may take in the document, a
-/// `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
+/// Reader "X891": how many octets one string or typed value may take in the document, and the text
+/// of a restricted alphabet, of UTF-16 or of booleans, a `std::uint64_t`. It stops a single string
+/// without an end. Default 1 GiB.
 constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
 /// Writer "X891": up to which length in octets attribute values enter their table, a

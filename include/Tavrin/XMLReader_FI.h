@@ -12,9 +12,11 @@
 #include <cstdint>
 #include <deque>
 #include <istream>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Tavrin {
@@ -184,23 +186,48 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   explicit XMLReader_FI(const fastinfoset::Dialect& dialect);
 
   using Strings = std::vector<std::string>;
+  static constexpr std::uint32_t kUnlisted = UINT32_MAX;
 
   /// A name of a table, with what the reader needs beside its parts.
   struct Name : QualifiedName {
     std::string qName;  // Prefix, colon and local name, or the local name alone.
 
+    std::uint32_t position = kUnlisted;  // In its table.
+
     // What a reader that checks names has found out, to look once.
+    std::uint32_t identity = 0;  // The number of the namespace name and local name, or 0.
     std::uint64_t bindings = 0;  // The version of the bindings in which the prefix is right.
-    std::size_t identity = 0;    // The number of the namespace name and local name, or 0.
     std::size_t octets = 0;      // How many the handler is given with it.
   };
-  using Names = std::vector<Name>;
 
-  /// An element whose end has not come yet. What a document repeats, it does not copy.
+  /// A table of names, which stay where they are when it grows.
+  class Names {
+   public:
+    std::size_t size() const { return size_; }
+    Name& operator[](std::size_t position) { return blocks_[position / kBlock][position % kBlock]; }
+    const Name& operator[](std::size_t position) const {
+      return blocks_[position / kBlock][position % kBlock];
+    }
+    Name& append();
+    /// Drops the names from a position on.
+    void shrinkTo(std::size_t size);
+
+   private:
+    static constexpr std::size_t kBlock = 16;
+    std::vector<std::vector<Name>> blocks_;
+    std::size_t size_ = 0;
+  };
+
+  /// The name of an open element that is in none of the document's tables.
+  struct UnlistedName {
+    std::unique_ptr<Name> own;  // Where it is not an external entry.
+    Name* name;
+  };
+
+  /// An element whose end has not come yet: an octet of the document may begin one.
   struct OpenElement {
-    std::size_t position = 0;        // Of its name in the table.
-    std::unique_ptr<Name> unlisted;  // Its name, if it is in none of the document's tables.
-    Strings declarations;            // Prefix, namespace name, prefix, namespace name, ...
+    std::uint32_t position;      // Of its name in the table, or kUnlisted.
+    std::uint32_t declarations;  // How many namespace declarations it has.
   };
 
   /// What precedes the data of an algorithm or restricted alphabet.
@@ -228,10 +255,13 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   virtual void dialectDecodeOtherString(unsigned octet, std::string& text);
   virtual void dialectDecodeOtherChunk(unsigned octet, std::string& text);
   virtual EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri);
+  virtual std::string dialectDescribeUnknown(const std::string& uri) const;
   virtual EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
                                          unsigned long length);
   virtual void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
                                 EncodedData& value);
+  // Decodes the namespace declarations of an element, and may deliver them. Returns how many.
+  virtual std::uint32_t dialectDecodeDeclarations();
   virtual void dialectCheckElementName(Name& name);
   virtual void dialectCheckAttributeName(Name& name);
 
@@ -247,11 +277,10 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
                                             const std::string& notationName);
   virtual void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId);
   virtual void dialectDeliverEndDTD();
-  virtual void dialectDeliverDeclarations(const Strings& declarations);
   // Decodes the attributes of an element, if it has any, and delivers its start.
   // Returns true when the end of the attributes is that of the element, too.
-  virtual bool dialectStartTag(bool hasAttributes, const Name& name, const Strings& declarations);
-  virtual void dialectDeliverEndElement(const Name& name, const Strings& declarations);
+  virtual bool dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations);
+  virtual void dialectDeliverEndElement(const Name& name, std::uint32_t declarations);
   virtual void dialectDeliverCharacters(const std::string& text);
   virtual void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value);
   virtual void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
@@ -271,7 +300,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
                     const StringTable* external, std::string& text) const;
   void addEntry(Strings& table, const std::string& entry);
   void accountFor(std::uint64_t octets);
-  void accountForName(const QualifiedName& name);
+  static std::uint64_t octetsOf(const QualifiedName& name);
   const StringTable* findExternalEntries(const Strings* table) const;
   const QualifiedNameTable* findExternalNames(const Names* table) const;
   // The external entries in front of a table, or null. Few documents have any.
@@ -290,6 +319,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void decodeChildren();
   void decodeNameParts(unsigned octet, QualifiedName& name);
   void decodeNamePart(Strings& table, const char* builtIn, const char* message, std::string& part);
+  void decodeDeclaration(unsigned octet, std::string& prefix, std::string& namespaceName);
   void decodeDeclaredName(Strings& table, const char* builtIn, std::string& part);
   Name& decodeLiteralName(unsigned octet, Names& table);
   void decodeNameTable(Names& table);
@@ -302,7 +332,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   bool decodeAttributesInto(List& attributes);
   template <typename List>
   void decodeAttribute(List& attributes, Name& name);
-  const Name& nameOf(const OpenElement& element) const;
+  template <typename List, typename Attribute>
+  void referToValue(List& attributes, Attribute& attribute, unsigned long index);
   int nextOctet();
   int getOctet();
   unsigned takeOctet();
@@ -317,6 +348,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   int endOfStream();
   void checkLiteralLength(std::uint64_t length) const;
   [[noreturn]] void fail(const std::string& message) const;
+  [[noreturn]] void failAtLimit(const std::string& message, const char* property) const;
   [[noreturn]] void failAtEnd() const;
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
@@ -341,6 +373,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::uint64_t octetsRead_ = 0;  // Of the document, in whole.
   std::uint64_t fromTables_ = 0;  // Octets of strings that were delivered by their index.
   Name unlisted_;                 // A name that is in none of the document's tables.
+  // External entries as names, by table and index. The vocabulary is the application's.
+  std::map<std::pair<const Names*, unsigned long>, Name> externalNames_;
+  std::map<unsigned long, std::string> externalValues_;  // Of attributes.
 
   std::string text_;  // Of a chunk; used again for each, as it keeps its memory.
   // Memory of attribute lists that are gone: a list without records, and small records.
@@ -350,7 +385,11 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;
   std::uint64_t maximumTableOctets_ = UINT64_MAX;
-  std::deque<OpenElement> openElements_;  // Nesting is bounded by memory, not by the call stack.
+  std::uint64_t maximumDepth_ = UINT64_MAX;
+  std::vector<OpenElement> openElements_;  // Nesting is not bounded by the call stack.
+  // What a handler is being told of stays where it is, whatever a derived reader decodes meanwhile.
+  std::deque<UnlistedName> unlistedElements_;  // The innermost last.
+  std::deque<Strings> declarations_;           // Those of "FI", for each element that has some.
 
   // The vocabulary (X.891, clause 8), in the standard's order.
   std::vector<std::string> restrictedAlphabets_;

@@ -20,15 +20,21 @@ namespace Tavrin {
 /// alphabets, the ten built-in encoding algorithms, and those that the application registers.
 ///
 /// What it delivers can be written as XML 1.0 with namespaces, or the document is refused: names,
-/// characters, UTF-8, unique attributes, prefixes in scope, one root element. (A prefix may be
-/// undeclared in a document that says that its version of XML is 1.1.) The entries of an external
-/// vocabulary are the application's own, and their characters are not looked at.
+/// characters, UTF-8, unique attributes, prefixes in scope, one root element. The entries of an
+/// external vocabulary are the application's own, and their characters are not looked at. A
+/// document that states another version of XML is read by the rules of 1.0, and
+/// ErrorHandler::warning tells so behind startDocument; one that states 1.1 may undeclare prefixes.
 ///
 /// The format keeps no name of the document type. That of the root element is reported, so what
 /// stands between the document type declaration and the root element is reported together with the
 /// root element. Notations and unparsed entities come between startDTD and endDTD; where a document
 /// has some but no document type declaration, a startDTD without identifiers and an endDTD are
 /// reported in front of the root element.
+///
+/// The format gives identifiers to references to entities, where XML declares a name once. They are
+/// reported to DeclHandler::externalEntityDecl before the first reference to the name that has
+/// some, in the content, and then ContentHandler::skippedEntity tells of each reference. References
+/// to one name with different identifiers are refused: no declaration in XML could stand for both.
 ///
 /// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
 /// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
@@ -45,11 +51,16 @@ namespace Tavrin {
 /// either, the reader can read another document.
 ///
 /// The reader takes no octet behind the document's last one, so documents may follow each other on
-/// one stream; all tables start fresh with each. Elements may be nested as deep as memory allows.
+/// one stream; all tables start fresh with each. Elements may be nested as deep as memory and
+/// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory, and its
+/// namespace declarations what maximumTableOctets counts them for. Whatever a document claims,
+/// memory is bounded by maximumTableOctets and a small multiple of what has arrived. The message of
+/// a failure through a limit ends with its property: `Literal longer than 100 octets (property
+/// maximum-literal-octets)`.
 ///
 /// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
-/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets. Feature:
-/// Tavrin::features::isStandalone.
+/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,
+/// maximumDepth. Feature: Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
  public:
   XMLReader_X891();
@@ -101,10 +112,12 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void dialectDecodeOtherString(unsigned octet, std::string& text) override;
   void dialectDecodeOtherChunk(unsigned octet, std::string& text) override;
   EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri) override;
+  std::string dialectDescribeUnknown(const std::string& uri) const override;
   EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
                                  unsigned long length) override;
   void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
                         EncodedData& value) override;
+  std::uint32_t dialectDecodeDeclarations() override;
   void dialectCheckElementName(Name& name) override;
   void dialectCheckAttributeName(Name& name) override;
 
@@ -118,9 +131,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
                                     const std::string& notationName) override;
   void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId) override;
   void dialectDeliverEndDTD() override;
-  void dialectDeliverDeclarations(const Strings& declarations) override;
-  bool dialectStartTag(bool hasAttributes, const Name& name, const Strings& declarations) override;
-  void dialectDeliverEndElement(const Name& name, const Strings& declarations) override;
+  bool dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
+  void dialectDeliverEndElement(const Name& name, std::uint32_t declarations) override;
   void dialectDeliverCharacters(const std::string& text) override;
   void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value) override;
   void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
@@ -138,6 +150,11 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void decodeSurrogates(Names& table);
   unsigned long decodeSurrogateIndex();
 
+  void checkTextLength(std::uint64_t textOctets, std::uint64_t length);
+  void checkTextOf(unsigned field, const EncodedData& value);
+  void checkAlgorithmField(unsigned field) const;
+  void declareEntity(const std::string& name, const std::string& publicId,
+                     const std::string& systemId);
   void decodeUTF16(unsigned long length, std::string& text);
   void decodeRestrictedAlphabet(Field field, std::string& text);
   void decodeAlgorithmText(Field field, std::string& text);
@@ -145,7 +162,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const Name& name) const;
   void allowMoreFromTables() const;
-  static std::size_t octetsOf(const Name& name);
+  static std::size_t deliveredOctetsOf(const Name& name);
+  SAXParseException exceptionHere(const std::string& message) const;
   void releaseProlog(const std::string& rootName);
 
   std::unique_ptr<State> state_;

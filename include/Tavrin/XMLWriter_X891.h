@@ -101,7 +101,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
                     const std::string& systemId) override;
   void unparsedEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId, const std::string& notationName) override;
-  /// Writes nothing; skippedEntity uses the identifiers.
+  /// Writes nothing; skippedEntity uses the identifiers. It may also come in an element, where the
+  /// reader "X891" tells of them.
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
   void internalEntityDecl(const std::string& name, const std::string& value) override;

@@ -36,9 +36,9 @@ void XMLReader_XML10::Driver::Callbacks::xmlDeclHandler(void* userData, const XM
     if (!xml::isVersion(document.version)) {
       driver.fail("\"" + document.version + "\" is not a version of XML");
     }
-    if (document.version != "1.0" && driver.handlers.error) {
-      driver.handlers.error->warning(
-          driver.exceptionHere("XML " + document.version + " is read by the rules of XML 1.0"));
+    const std::string warning = xml::describeOtherVersion(document.version);
+    if (!warning.empty() && driver.handlers.error) {
+      driver.handlers.error->warning(driver.exceptionHere(warning));
     }
   });
 }

@@ -61,8 +61,16 @@ inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
 /// The most restricted alphabets and encoding algorithms (7.2).
 inline constexpr std::uint32_t kMaximumAlgorithms = 256;
 
-/// What an entry of a table counts for beside its strings, where tables are bounded.
-inline constexpr std::uint64_t kEntryOctets = 32;
+/// What an entry of a table counts for beside its octets, where tables are bounded. It is no less
+/// than a reader takes for it at any time, with what growing tables and the allocator add.
+inline constexpr std::uint64_t kEntryOctets = 128;
+/// What a name counts for, and how often the octets of its parts count.
+inline constexpr std::uint64_t kNameOctets = 320;
+inline constexpr std::uint64_t kNameCopies = 3;
+/// What an event counts for that waits for the root element, and an attribute while its start tag
+/// is read.
+inline constexpr std::uint64_t kHeldBackOctets = 512;
+inline constexpr std::uint64_t kAttributeOctets = 256;
 /// What the tables of a document may take altogether before a reader refuses it, unless it is told
 /// otherwise. A writer must not go beyond.
 inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;

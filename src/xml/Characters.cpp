@@ -188,6 +188,11 @@ bool isVersion(std::string_view text) {
          text.find_first_not_of("0123456789", 2) == std::string_view::npos;
 }
 
+std::string describeOtherVersion(std::string_view version) {
+  if (version == "1.0") return {};
+  return "XML " + std::string(version) + " is read by the rules of XML 1.0";
+}
+
 bool isTarget(std::string_view text) {
   const bool isReserved = text.size() == 3 && (text[0] | 0x20) == 'x' && (text[1] | 0x20) == 'm' &&
                           (text[2] | 0x20) == 'l';

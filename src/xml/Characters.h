@@ -33,6 +33,8 @@ bool isPublicId(std::string_view text);
 bool isSystemId(std::string_view text);
 /// Whether a text is the number of a version of XML that is read as XML 1.0 (production 26).
 bool isVersion(std::string_view text);
+/// What a reader warns of that reads a document of such a version; empty for 1.0.
+std::string describeOtherVersion(std::string_view version);
 /// Whether a processing instruction may have this target: a name without a colon other than "xml"
 /// in any case (production 17).
 bool isTarget(std::string_view text);

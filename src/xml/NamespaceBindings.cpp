@@ -2,8 +2,6 @@
 
 #include <Tavrin/Identifiers.h>
 
-#include <utility>
-
 namespace Tavrin::xml {
 
 std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
@@ -24,35 +22,77 @@ std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
   return {};
 }
 
+namespace {
+
+// What is allocated beside the octets of a string, with what the allocator adds.
+constexpr std::size_t kOfString = 128;
+constexpr std::size_t kOfDeclaration = 48;
+
+}  // namespace
+
 NamespaceBindings::NamespaceBindings() { clear(); }
 
 void NamespaceBindings::clear() {
   declarations_.clear();
-  bindings_.clear();
-  bindings_.emplace("xml", namespaces::xml);
+  prefixes_.clear();
+  uris_.clear();
+  octets_ = 0;
   version_ = ++lastVersion_;
 }
 
-void NamespaceBindings::declare(const std::string& prefix, const std::string& uri) {
+void NamespaceBindings::declare(std::string_view prefix, std::string_view uri) {
   // Where memory runs out, nothing is declared.
-  std::string inner = uri;
-  std::string& binding = bindings_[prefix];
-  declarations_.push_back({&binding, {}, version_});
-  declarations_.back().outer = std::exchange(binding, std::move(inner));
+  const auto found = [](auto& map, std::string_view key) {
+    const auto place = map.lower_bound(key);
+    return place != map.end() && place->first == key ? place
+                                                     : map.emplace_hint(place, std::string(key), 0);
+  };
+  const auto dropUnused = [](auto& map, auto entry) {
+    if (entry->second == 0) map.erase(entry);
+  };
+  const auto prefixEntry = found(prefixes_, prefix);
+  try {
+    const auto uriEntry = found(uris_, uri);
+    try {
+      declarations_.push_back({prefixEntry, uriEntry, prefixEntry->second, version_});
+    } catch (...) {
+      dropUnused(uris_, uriEntry);
+      throw;
+    }
+    octets_ += kOfDeclaration;
+    if (prefixEntry->second == 0) octets_ += kOfString + prefix.size();
+    if (uriEntry->second == 0) octets_ += kOfString + uri.size();
+    ++uriEntry->second;
+  } catch (...) {
+    dropUnused(prefixes_, prefixEntry);
+    throw;
+  }
+  prefixEntry->second = declarations_.size();
   version_ = ++lastVersion_;
 }
 
 void NamespaceBindings::undoLast() {
-  Declaration& last = declarations_.back();
-  *last.binding = std::move(last.outer);
-  version_ = last.version;
+  const Declaration last = declarations_.back();
   declarations_.pop_back();
+  version_ = last.version;
+  octets_ -= kOfDeclaration;
+  last.prefix->second = last.outer;
+  if (last.outer == 0) {
+    octets_ -= kOfString + last.prefix->first.size();
+    prefixes_.erase(last.prefix);
+  }
+  if (--last.uri->second == 0) {
+    octets_ -= kOfString + last.uri->first.size();
+    uris_.erase(last.uri);
+  }
 }
 
 const std::string& NamespaceBindings::find(std::string_view prefix) const {
   static const std::string unbound;
-  const auto found = bindings_.find(prefix);
-  return found == bindings_.end() ? unbound : found->second;
+  static const std::string xml = namespaces::xml;
+  const auto found = prefixes_.find(prefix);
+  if (found != prefixes_.end()) return uriAt(found->second - 1);
+  return prefix == "xml" ? xml : unbound;
 }
 
 }  // namespace Tavrin::xml

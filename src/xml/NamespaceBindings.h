@@ -2,10 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Tavrin::xml {
 
@@ -30,17 +31,20 @@ std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
                              bool undeclaresPrefixes = false);
 
 /// The prefixes that are bound at a place in a document, and to what. Looking one up takes time in
-/// proportion to the logarithm of their number, however a document chooses them.
+/// proportion to the logarithm of their number, however a document chooses them. What is declared
+/// again and again inside itself is kept once.
 class NamespaceBindings {
  public:
   NamespaceBindings();
+  NamespaceBindings(NamespaceBindings&&) = default;
+  NamespaceBindings& operator=(NamespaceBindings&&) = default;
 
   /// Forgets all declarations.
   void clear();
   /// Takes a declaration into account.
   /// @param prefix empty for the default namespace
   /// @param uri    empty undeclares
-  void declare(const std::string& prefix, const std::string& uri);
+  void declare(std::string_view prefix, std::string_view uri);
   /// Leaves the scope of the last declarations.
   void undo(std::size_t count) {
     for (; count > 0; --count) undoLast();
@@ -48,6 +52,21 @@ class NamespaceBindings {
 
   /// How many declarations there are.
   std::size_t count() const { return declarations_.size(); }
+  /// About how many octets of memory they take, and never fewer.
+  std::size_t octets() const { return octets_; }
+
+  /// A declaration by its position, the outermost first. Valid until it is undone.
+  const std::string& prefixAt(std::size_t position) const {
+    return declarations_[position].prefix->first;
+  }
+  const std::string& uriAt(std::size_t position) const {
+    return declarations_[position].uri->first;
+  }
+  /// Whether one of the declarations from a position on is of this prefix.
+  bool isDeclaredSince(std::string_view prefix, std::size_t position) const {
+    const auto found = prefixes_.find(prefix);
+    return found != prefixes_.end() && found->second > position;
+  }
 
   /// What a prefix is bound to, the empty string where it is not. `xml` is always bound. Valid
   /// until the next change.
@@ -59,14 +78,22 @@ class NamespaceBindings {
  private:
   void undoLast();
 
+  // Both hold what is declared now, and nothing else.
+  using Prefixes =
+      std::map<std::string, std::size_t, std::less<>>;           // The innermost: position and one.
+  using URIs = std::map<std::string, std::size_t, std::less<>>;  // How many declarations use it.
+
   struct Declaration {
-    std::string* binding;   // What the prefix is bound to.
-    std::string outer;      // What it was bound to outside.
+    Prefixes::iterator prefix;
+    URIs::iterator uri;
+    std::size_t outer;      // That of the same prefix: its position and one, or 0.
     std::uint64_t version;  // What was in force outside.
   };
 
-  std::map<std::string, std::string, std::less<>> bindings_;
-  std::vector<Declaration> declarations_;
+  Prefixes prefixes_;
+  URIs uris_;
+  std::deque<Declaration> declarations_;
+  std::size_t octets_ = 0;
   std::uint64_t version_ = 0;
   std::uint64_t lastVersion_ = 0;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -77,7 +78,6 @@ class UniqueAttributes {
     constexpr std::size_t kFirstSlots = 16;
     constexpr std::size_t kFirstNames = kFirstSlots / 2;
     if (names_.empty()) {
-      names_.reserve(kFirstNames);
       lastTags_.reserve(kFirstNames);
       names_.emplace_back();  // None has the number kUnknown.
       lastTags_.push_back(0);
@@ -90,7 +90,7 @@ class UniqueAttributes {
     }
   }
 
-  std::vector<Name> names_;              // By number.
+  std::deque<Name> names_;               // By number.
   std::vector<std::uint64_t> lastTags_;  // By number: the last tag that had it.
   std::vector<Slot> slots_;              // A power of two, at most half of them taken.
   std::uint64_t tag_ = 1;

@@ -47,28 +47,38 @@ TEST(X891ReaderAlgorithms, UnknownOnesGoToTheHandlerAsOctets) {
 }
 
 TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWithoutAHandler) {
-  const char* const message = "Unknown encoding algorithm - urn:reversed";
-  expectRefused(contentUpToData() + "abc", octets("FF"), message, kStarted);
+  const std::string message =
+      "Unknown encoding algorithm - urn:reversed (add it to the property "
+      "registered-encoding-algorithms)";
+  expectRefused(
+      contentUpToData() + "abc", octets("FF"),
+      message + ", or take its octets with the property encoding-algorithm-content-handler",
+      kStarted);
   expectRefused(valueUpToData(), "abc" + octets("FF F0"), message, {"startDocument()"});
   expectRefused(withAlgorithmURI("3C 00 'a' E2 31 F2"), "abc" + octets("FF"), message, kStarted);
 }
 
 TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWhereTheirTextIsNeeded) {
-  const char* const message = "Unknown encoding algorithm - urn:reversed";
+  const std::string message =
+      "Unknown encoding algorithm - urn:reversed (add it to the property "
+      "registered-encoding-algorithms)";
   X891Reader reader;
   reader.log.attachAlgorithmsTo(reader.reader);
   std::string document = withAlgorithmURI("3C 00 'a' 9C 7E 00 'abc'");
-  EXPECT_EQ(failure(kStarted, message, document.size()), reader.read(document + octets("FF")));
+  EXPECT_EQ(failure(kStarted, message + ", because the text enters a table", document.size()),
+            reader.read(document + octets("FF")));
   document = valueUpToData();
   EXPECT_EQ(failure({"startDocument()"}, message, document.size()),
             reader.read(document + "abc" + octets("FF F0")));
 }
 
 TEST(X891ReaderAlgorithms, WithoutAnEntryAreRefused) {
-  const char* const message = "Error when decoding string - invalid index";
-  expectContentRefused("8C 7C", "00 FF", message);
-  expectRefused(withAlgorithmURI("3C 00 'a' 8C 80"), octets("00 FF"), message, kStarted);
-  expectRefused(withAlgorithmURI("3C 00 'a' 8F FC"), octets("00 FF"), message, kStarted);
+  const auto message = [](int number) {
+    return "No URI for the encoding algorithm " + std::to_string(number) + " in the vocabulary";
+  };
+  expectContentRefused("8C 7C", "00 FF", message(32));
+  expectRefused(withAlgorithmURI("3C 00 'a' 8C 80"), octets("00 FF"), message(33), kStarted);
+  expectRefused(withAlgorithmURI("3C 00 'a' 8F FC"), octets("00 FF"), message(256), kStarted);
 }
 
 /// Reads octet by octet, and as many as it is told to.

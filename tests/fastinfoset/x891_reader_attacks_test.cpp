@@ -9,7 +9,9 @@
 namespace x891_test {
 namespace {
 
-const char* const kAmplified = "More octets delivered for each octet read than the limit allows";
+const char* const kAmplified =
+    "More octets delivered for each octet read than the limit allows (property "
+    "amplification-factor)";
 constexpr std::size_t kMebi = std::size_t{1} << 20;
 constexpr int kRepeated = 2000;
 
@@ -24,7 +26,9 @@ void expectStopped(const std::string& document) {
   const std::size_t before = allocations::inUse();
   allocations::resetPeak();
   const std::string outcome = outcomeOf([&] { reader.parse(stream); });
-  EXPECT_EQ("SAXParseException: " + std::string(kAmplified), outcome.substr(0, 82)) << outcome;
+  EXPECT_EQ("SAXParseException: " + std::string(kAmplified),
+            outcome.substr(0, 19 + std::string(kAmplified).size()))
+      << outcome;
   EXPECT_LT(allocations::peak() - before, 4 * kMebi);
 }
 
@@ -54,9 +58,10 @@ TEST(X891ReaderAttacks, ManyDeclarationsOfOneLongNamespace) {
 TEST(X891ReaderAttacks, OneLongPrefixDeclaredAgainAndAgain) {
   std::string document = x891_test::document("38 CF 60") + bigEndian(10000 - 321, 4) +
                          std::string(10000, 'p') + octets("00 'u'");
-  for (int i = 0; i < kRepeated; ++i) document += octets("CF 81 81");
-  // It is declared twice, which is wrong as well; but that shows at the end only.
-  expectStopped(document + octets("F0 3C 00 'a' FF"));
+  document += octets("F0 3C 00 'a'");
+  // In elements inside each other; an element declares it once.
+  for (int i = 0; i < kRepeated; ++i) document += octets("38 CF 81 81 F0 00");
+  expectStopped(document);
 }
 
 }  // namespace

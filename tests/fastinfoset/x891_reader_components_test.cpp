@@ -81,12 +81,15 @@ TEST(X891ReaderComponents, TellTheVersion) {
                                   "01 15 00 '1' 00 '.' 00 '0'"};
   const char* const told[] = {"1.0 -", "1.1 -", "1.17 -", "1.0 -"};
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(wholeContent({}),
-              reader.read(fromComponents(std::string(versions[i]) + " 3C 00 'a' FF")));
+    const std::string head = fromComponents(versions[i]);
+    const std::string version(told[i], std::string(told[i]).size() - 2);
+    EXPECT_EQ(warned(version, head.size(), wholeContent({})),
+              reader.read(head + octets("3C 00 'a' FF")));
     EXPECT_EQ(told[i], statedBy(reader));
   }
   // In the built-in alphabet of numbers.
-  EXPECT_EQ(wholeContent({}), reader.read(fromComponents("01 20 01 1C 1F 3C 00 'a' FF")));
+  EXPECT_EQ(warned("1.1", 9, wholeContent({})),
+            reader.read(fromComponents("01 20 01 1C 1F 3C 00 'a' FF")));
   EXPECT_EQ("1.1 -", statedBy(reader));
 }
 
@@ -95,7 +98,8 @@ TEST(X891ReaderComponents, TakeTheVersionForAnOtherString) {
   EXPECT_EQ(wholeContent({"comment(1.0)"}),
             reader.read(fromComponents("01 42 '1.0' 3C 00 'a' E2 80 FF")));
   // It may be an entry of the initial vocabulary.
-  EXPECT_EQ(wholeContent({}), reader.read(fromComponents("21 00 04 00 02 '1.1' 80 3C 00 'a' FF")));
+  EXPECT_EQ(warned("1.1", 13, wholeContent({})),
+            reader.read(fromComponents("21 00 04 00 02 '1.1' 80 3C 00 'a' FF")));
   EXPECT_EQ("1.1 -", statedBy(reader));
 }
 
@@ -114,11 +118,13 @@ TEST(X891ReaderComponents, RefuseWhatIsNoVersion) {
 
 TEST(X891ReaderComponents, MayAllBeThere) {
   X891Reader reader;
-  EXPECT_EQ(whole({"startDTD(a, , )", "notationDecl(n, , s)", "unparsedEntityDecl(e, , f, n)",
-                   "endDTD()", "startElement(, a, a, [])", "comment(x)", "endElement(, a, a)"}),
-            reader.read(fromComponents("7F 00 00 'i' 00 'd' 00 04 00 00 'x' C2 00 'n' 00 's' F0 "
-                                       "D0 00 'e' 00 'f' 80 F0 04 'UTF-8' 01 02 '1.1' "
-                                       "3C 00 'a' E2 80 FF")));
+  EXPECT_EQ(
+      warned("1.1", 39,
+             whole({"startDTD(a, , )", "notationDecl(n, , s)", "unparsedEntityDecl(e, , f, n)",
+                    "endDTD()", "startElement(, a, a, [])", "comment(x)", "endElement(, a, a)"})),
+      reader.read(fromComponents("7F 00 00 'i' 00 'd' 00 04 00 00 'x' C2 00 'n' 00 's' F0 "
+                                 "D0 00 'e' 00 'f' 80 F0 04 'UTF-8' 01 02 '1.1' "
+                                 "3C 00 'a' E2 80 FF")));
   EXPECT_EQ("1.1 yes", statedBy(reader));
 }
 

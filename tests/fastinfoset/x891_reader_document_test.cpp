@@ -111,10 +111,39 @@ TEST(X891ReaderContent, TextMayHoldMarkup) {
 // --- Entity references ---
 
 TEST(X891ReaderContent, EntityReferencesAreSkippedEntities) {
-  EXPECT_EQ(wholeContent({"skippedEntity(e)", "skippedEntity(e)", "skippedEntity(f)",
-                          "skippedEntity(g)", "skippedEntity(g)"}),
+  EXPECT_EQ(wholeContent({"skippedEntity(e)", "externalEntityDecl(e, p, )", "skippedEntity(e)",
+                          "externalEntityDecl(f, , s)", "skippedEntity(f)",
+                          "externalEntityDecl(g, p, s)", "skippedEntity(g)", "skippedEntity(g)"}),
             readNew(documentOfContent("C8 00 'e' C9 80 00 'p' CA 00 'f' 00 's' "
                                       "CB 00 'g' 81 80 C8 82")));
+}
+
+TEST(X891ReaderContent, EntityReferencesTellTheirIdentifiersOnce) {
+  EXPECT_EQ(
+      wholeContent({"externalEntityDecl(e, p, s)", "skippedEntity(e)", "skippedEntity(e)",
+                    "skippedEntity(e)", "externalEntityDecl(f, p, s)", "skippedEntity(f)"}),
+      readNew(documentOfContent("CB 00 'e' 00 's' 00 'p' CB 80 80 81 C8 80 CB 00 'f' 80 81")));
+  // Each document has its own.
+  X891Reader reader;
+  for (const char* systemId : {"s", "t"}) {
+    const std::string id = systemId;
+    EXPECT_EQ(wholeContent({"externalEntityDecl(e, , " + id + ")", "skippedEntity(e)"}),
+              reader.read(documentOfContent("CA 00 'e' 00 '" + id + "'")));
+  }
+  // Nobody may be there to be told.
+  reader.reader.setProperty(Tavrin::properties::declarationHandler, nullptr);
+  EXPECT_EQ(wholeContent({"skippedEntity(e)"}), reader.read(documentOfContent("CA 00 'e' 00 's'")));
+}
+
+TEST(X891ReaderContent, EntityReferencesOfANameAgreeOnIdentifiers) {
+  // In XML, a name has one declaration.
+  const EventLog::Lines events = {"startDocument()", "startElement(, a, a, [])",
+                                  "externalEntityDecl(e, , s)", "skippedEntity(e)"};
+  const char* const message = "References to the entity \"e\" with different identifiers";
+  for (const char* other : {"CA 80 00 't'", "CB 80 80 00 'p'", "C9 80 80"}) {
+    expectRefused(document("3C 00 'a' CA 00 'e' 00 's' " + std::string(other)), octets("FF"),
+                  message, events);
+  }
 }
 
 TEST(X891ReaderContent, EntityReferencesHaveIdentifiersOfXML) {

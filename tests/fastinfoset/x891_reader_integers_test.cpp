@@ -118,7 +118,8 @@ TEST(X891ReaderIntegers, RefusesLengthsThatDoNotCome) {
 
 TEST(X891ReaderIntegers, RefusesLengthsOverTheLimitOfALiteral) {
   // The default limit is 2^30 octets; lengths over 2^32 are none of the format's at all.
-  const char* const tooLong = "Literal longer than 1073741824 octets";
+  const char* const tooLong =
+      "Literal longer than 1073741824 octets (property maximum-literal-octets)";
   expectPrologRefused("3C 60 3F FF FE C0", "'a'", tooLong);                    // 2^30 + 1
   expectPrologRefused("3C 60 3F FF FE BF", "", "Unexpected end of document");  // 2^30
   expectPrologRefused("3C 60 FF FF FF FF", "'a'", tooLong);                    // 2^32 + 320

@@ -38,6 +38,13 @@ std::string failure(const EventLog::Lines& events, const std::string& message,
          "SAXParseException: " + message + " (-1:" + column + ")\n";
 }
 
+std::string warned(const std::string& version, std::size_t octetsRead, const std::string& told) {
+  if (version == "1.0") return told;
+  const std::string warning = "warning(XML " + version + " is read by the rules of XML 1.0, -1, " +
+                              std::to_string(octetsRead) + ")\n";
+  return std::string(told).insert(told.find('\n') + 1, warning);
+}
+
 void expectRefused(const std::string& read, const std::string& rest, const std::string& message,
                    const EventLog::Lines& events) {
   EXPECT_EQ(failure(events, message, read.size()), readNew(read + rest))

@@ -40,6 +40,10 @@ std::string readNew(const std::string& octets);
 std::string failure(const EventLog::Lines& events, const std::string& message,
                     std::size_t octetsRead);
 
+/// What is told of a document, with the warning about its version of XML behind startDocument, when
+/// so many octets have been read; there is none for 1.0.
+std::string warned(const std::string& version, std::size_t octetsRead, const std::string& told);
+
 /// Expects that a new reader refuses a document whose octets it reads up to `rest`.
 /// @param events all of them, from startDocument on
 void expectRefused(const std::string& read, const std::string& rest, const std::string& message,

@@ -335,7 +335,8 @@ TEST(X891ReaderVocabulary, HasStringsInEachFormat) {
   expectRefused(withVocabulary("00 08 00 30 A0"), "x", "Reserved encoding algorithm 11");
   expectRefused(withVocabulary("00 08 00 20 20"), "x", "Reserved restricted alphabet 3");
   expectRefused(withVocabulary("04 08 00 04 'urn:x' 00 31 F0"), "x",
-                "Unknown encoding algorithm - urn:x");
+                "Unknown encoding algorithm - urn:x (add it to the property "
+                "registered-encoding-algorithms)");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "x891_writer_support.h"
 
 // Text, CDATA sections, comments, instructions and references to entities.
@@ -242,6 +244,23 @@ TEST(X891WriterEntities, AreReferencesWithTheIdentifiersThatAreKnown) {
   EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity("a b"); }),
             "SAXException: \"a b\" is not a name without a colon");
   EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity(""); }), "SAXException: Empty name");
+}
+
+// A reference in Fast Infoset has identifiers of its own: the reader tells of them in the content.
+TEST(X891WriterEntities, MayBeDeclaredInFrontOfAReference) {
+  const std::string original =
+      document("3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 C8 80 FF");
+  std::istringstream stream(original);
+  Writer writer;
+  Tavrin::XMLReader_X891 reader;
+  reader.setContentHandler(&writer);
+  reader.setProperty(Tavrin::properties::declarationHandler,
+                     static_cast<Tavrin::DeclHandler*>(&writer));
+  reader.parse(stream);
+  // The identifiers stand with each reference.
+  EXPECT_EQ(writer.written(), EventLog::showOctets(document(
+                                  "3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 "
+                                  "CA 80 80 FF")));
 }
 
 // A section is text and nothing else.

@@ -39,7 +39,7 @@ TEST(X891WriterTables, HoldValuesUpToALength) {
 TEST(X891WriterTables, GrowUpToANumberOfOctets) {
   Writer writer;
   // The two elements and the attribute with their local names; then two values.
-  writer.set(properties::maximumTableOctets, std::uint64_t{6 * 33 + 34 + 33});
+  writer.set(properties::maximumTableOctets, std::uint64_t{3 * (323 + 129) + 130 + 129});
   writer.startDocument();
   writer.start("a");
   EXPECT_EQ(value(writer, "xy"), hex("80"));
@@ -56,8 +56,8 @@ TEST(X891WriterTables, GrowUpToANumberOfOctets) {
 }
 
 TEST(X891WriterTables, HoldIdentifiersUpToWhatReadersTake) {
-  // Two identifiers count, the absent one too, with 32 octets each.
-  const std::string systemId((std::size_t{1} << 29) - 63, 's');
+  // Two identifiers count, the absent one too, with 128 octets each.
+  const std::string systemId((std::size_t{1} << 29) - 255, 's');
   Writer writer;
   writer.startDocument();
   EXPECT_EQ(thrown([&] { writer.startDTD("a", "", systemId); }),

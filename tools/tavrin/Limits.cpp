@@ -145,6 +145,10 @@ std::string Limits::help() {
 std::string Limits::withOption(const std::string& message) {
   for (const Kind& kind : kKinds) {
     const std::string name(kind.name());
+    // The reader tells which property it is.
+    const std::size_t told = message.find(" (property " + name + ")");
+    if (told != std::string::npos)
+      return message.substr(0, told).append(" (see --limit ").append(name) + ")";
     bool isMeant = message.find(name) != std::string::npos;
     for (const std::string_view mark : kind.marks) {
       isMeant = isMeant || message.find(mark) != std::string::npos;

@@ -232,6 +232,8 @@ void Relay::internalEntityDecl(const std::string& name, const std::string& value
 
 void Relay::externalEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId) {
+  // In Fast Infoset a reference has identifiers. In text it is too late for a declaration then.
+  if (!inDTD_ && typedWriter_ == nullptr) return;
   pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
 }
 

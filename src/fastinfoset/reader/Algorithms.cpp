@@ -90,6 +90,10 @@ EncodedData& XMLReader_FI::decodeLarge(EncodingAlgorithm& algorithm, unsigned fi
   return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));
 }
 
+std::string XMLReader_FI::dialectDescribeUnknown(const std::string& uri) const {
+  return "Unknown encoding algorithm - " + uri;
+}
+
 /// An encoded literal is not added to a table.
 void XMLReader_FI::dialectTakeTyped(bool, Strings&, unsigned, EncodedData&) {}
 

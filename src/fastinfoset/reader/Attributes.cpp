@@ -25,8 +25,10 @@ class AppendedAttributes {
     if (list_.attributes_.capacity() == 0) list_.attributes_.reserve(kFew);
   }
 
+  static constexpr bool kRefersToTables = false;
+
   template <typename Name>
-  Attribute& begin(const Name& name, const std::vector<Name>&, bool) {
+  Attribute& begin(const Name& name, bool) {
     if (spare_.empty()) {
       next_ = std::make_unique<Attribute>();
     } else {
@@ -38,6 +40,12 @@ class AppendedAttributes {
     next_->qName = name.qName;
     next_->type = kType;
     return *next_;
+  }
+  static void setAlgorithm(Attribute& attribute, const std::string& uri, std::int32_t field,
+                           std::unique_ptr<EncodedData> value) {
+    attribute.algorithmURI = uri;
+    attribute.algorithmIndex = field;
+    attribute.algorithmData = std::move(value);
   }
   void end() { list_.attributes_.push_back(std::move(next_)); }
 
@@ -83,7 +91,7 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 }
 
 /// The list is made for the element: its values end before the next item is read.
-bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, const Strings&) {
+bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
   attributes.attributes_.swap(spareList_);
   const bool ended = hasAttributes && decodeAttributes(attributes);

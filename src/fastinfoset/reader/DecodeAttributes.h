@@ -14,11 +14,12 @@ namespace Tavrin {
 
 inline constexpr const char* kInvalidAttributeName =
     "Error when decoding attribute name - invalid index";
+inline constexpr const char* kInvalidStringIndex = "Error when decoding string - invalid index";
 
 /// Decodes the attributes of an element.
-/// @tparam List `begin(name, table, isListed)` gives the record of the next attribute, with its
-/// name
-///              and without a value, and `end()` takes it into the list
+/// @tparam List `begin(name, isListed)` gives the record of the next attribute, with its name and
+///              without a value, and `end()` takes it into the list. Where kRefersToTables is true,
+///              `refer` takes note of a value in a table.
 /// @return true when the list ended with a double terminator
 template <typename List>
 bool XMLReader_FI::decodeAttributesInto(List& attributes) {
@@ -38,6 +39,25 @@ bool XMLReader_FI::decodeAttributesInto(List& attributes) {
   }
 }
 
+/// Lets an attribute refer to its value, which many may share.
+template <typename List, typename Attribute>
+void XMLReader_FI::referToValue([[maybe_unused]] List& attributes,
+                                [[maybe_unused]] Attribute& attribute, unsigned long index) {
+  const StringTable* const external = externalEntries(&attributeValues_);
+  const unsigned long inFront = external ? external->occupiedCount : 0;
+  if (index < inFront) {
+    const auto [entry, isNew] = externalValues_.try_emplace(index);
+    if (isNew) assignString(index, &attributeValues_, external, entry->second);
+    fromTables_ += entry->second.size();
+    if constexpr (List::kRefersToTables) attributes.refer(attribute, entry->second);
+    return;
+  }
+  index -= inFront;
+  if (index >= attributeValues_.size()) fail(kInvalidStringIndex);
+  fromTables_ += attributeValues_[index].size();
+  if constexpr (List::kRefersToTables) attributes.refer(attribute, attributeValues_, index);
+}
+
 template <typename List>
 void XMLReader_FI::decodeAttribute(List& attributes, Name& name) {
   using namespace fastinfoset;
@@ -47,16 +67,17 @@ void XMLReader_FI::decodeAttribute(List& attributes, Name& name) {
     const auto [field, length] = decodeStringField(octet);
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri);
-    if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
+    if (algorithm == nullptr) fail(dialectDescribeUnknown(uri));
     EncodedData& value = dialectDecodeWith(*algorithm, field, length);
     dialectTakeTyped(octet & kStringAddToTable, attributeValues_, field, value);
-    // The list takes the value over; the algorithm would reuse its holder for the next one.
-    auto& attribute = attributes.begin(name, attributeNames_, &name != &unlisted_);
-    attribute.algorithmURI = uri;
-    attribute.algorithmIndex = static_cast<std::int32_t>(field);
-    attribute.algorithmData = value.clone();
+    // The list copies the value; the algorithm would reuse its holder for the next one.
+    auto& attribute = attributes.begin(name, &name != &unlisted_);
+    attributes.setAlgorithm(attribute, uri, static_cast<std::int32_t>(field), value.clone());
+  } else if (List::kRefersToTables && (octet & kStringIndex) && octet != kEmptyString) {
+    auto& attribute = attributes.begin(name, &name != &unlisted_);
+    referToValue(attributes, attribute, decodeIndex(static_cast<int>(octet)));
   } else {
-    auto& attribute = attributes.begin(name, attributeNames_, &name != &unlisted_);
+    auto& attribute = attributes.begin(name, &name != &unlisted_);
     decodeString(static_cast<int>(octet), &attributeValues_, externalEntries(&attributeValues_),
                  attribute.value);
   }

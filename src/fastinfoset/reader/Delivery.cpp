@@ -1,6 +1,7 @@
 #include <Tavrin/XMLReader_FI.h>
 
 #include <iostream>
+#include <utility>
 
 #include "../Dialect.h"
 #include "../Octets.h"
@@ -46,14 +47,22 @@ void XMLReader_FI::dialectDeliverEndDTD() {
 
 // --- Elements ---
 
-void XMLReader_FI::dialectDeliverDeclarations(const Strings& declarations) {
+std::uint32_t XMLReader_FI::dialectDecodeDeclarations() {
+  Strings declarations;
+  decodeNamespaces(declarations);
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
     contentHandler_->startPrefixMapping(declarations[i], declarations[i + 1]);
   }
+  if (declarations.empty()) return 0;
+  declarations_.push_back(std::move(declarations));
+  return static_cast<std::uint32_t>(declarations_.back().size() / 2);
 }
 
-void XMLReader_FI::dialectDeliverEndElement(const Name& name, const Strings& declarations) {
+void XMLReader_FI::dialectDeliverEndElement(const Name& name, std::uint32_t count) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
+  if (count == 0) return;
+  const Strings declarations = std::move(declarations_.back());
+  declarations_.pop_back();
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
     contentHandler_->endPrefixMapping(declarations[i]);
   }

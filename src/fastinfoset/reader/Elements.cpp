@@ -1,6 +1,10 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_FI.h>
 
+#include <algorithm>
+
+#include <algorithm>
+
 #include "../Dialect.h"
 #include "../Octets.h"
 #include "DecodeAttributes.h"
@@ -24,12 +28,17 @@ bool XMLReader_FI::decodeElement(int octet) {
   const std::size_t outer = openElements_.size();
   // Where the document fails or a handler throws, what was opened here is gone.
   const struct Unwinding {
-    std::deque<OpenElement>& open;
-    std::size_t outer;
+    XMLReader_FI& reader;
+    std::size_t open = reader.openElements_.size();
+    std::size_t unlisted = reader.unlistedElements_.size();
+    std::size_t declarations = reader.declarations_.size();
+
     ~Unwinding() {
-      while (open.size() > outer) open.pop_back();
+      reader.openElements_.resize(std::min(open, reader.openElements_.size()));
+      while (reader.unlistedElements_.size() > unlisted) reader.unlistedElements_.pop_back();
+      while (reader.declarations_.size() > declarations) reader.declarations_.pop_back();
     }
-  } unwinding = {openElements_, outer};
+  } unwinding = {*this};
   if (openElement(octet)) {
     closeElement();
     return false;
@@ -63,13 +72,14 @@ bool XMLReader_FI::decodeElement(int octet) {
 /// @return true when it has none: the end of the attributes was also that of the element
 bool XMLReader_FI::openElement(int octet) {
   const auto first = static_cast<unsigned>(octet);
-  openElements_.emplace_back();
-  OpenElement& element = openElements_.back();
-
+  if (openElements_.size() >= maximumDepth_) {
+    failAtLimit("Elements nested deeper than " + std::to_string(maximumDepth_),
+                properties::maximumDepth);
+  }
   auto nameOctet = first;
+  std::uint32_t declarations = 0;
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
-    decodeNamespaces(element.declarations);
-    dialectDeliverDeclarations(element.declarations);
+    declarations = dialectDecodeDeclarations();
     nameOctet = takeOctet();
     dialectCheckPadding(nameOctet & ~kElementNameBits);
   }
@@ -85,24 +95,28 @@ bool XMLReader_FI::openElement(int octet) {
     fail("Error when decoding element name");
   }
   if (name == &unlisted_) {
-    element.unlisted = std::make_unique<Name>(unlisted_);
-    name = element.unlisted.get();
-  } else {
-    element.position = static_cast<std::size_t>(name - elementNames_.data());
+    accountFor(octetsOf(unlisted_));
+    unlistedElements_.push_back({std::make_unique<Name>(std::move(unlisted_)), nullptr});
+    name = unlistedElements_.back().name = unlistedElements_.back().own.get();
+  } else if (name->position == kUnlisted) {
+    unlistedElements_.push_back({nullptr, name});
   }
+  openElements_.push_back({name->position, declarations});
   dialectCheckElementName(*name);
-
-  return dialectStartTag(first & kElementAttributes, *name, element.declarations);
+  return dialectStartTag(first & kElementAttributes, *name, declarations);
 }
 
 void XMLReader_FI::closeElement() {
-  const OpenElement& element = openElements_.back();
-  dialectDeliverEndElement(nameOf(element), element.declarations);
+  const auto [position, declarations] = openElements_.back();
+  if (position != kUnlisted) {
+    dialectDeliverEndElement(elementNames_[position], declarations);
+  } else {
+    const UnlistedName& unlisted = unlistedElements_.back();
+    dialectDeliverEndElement(*unlisted.name, declarations);
+    if (unlisted.own) tableOctets_ -= octetsOf(*unlisted.own);
+    unlistedElements_.pop_back();
+  }
   openElements_.pop_back();
-}
-
-const XMLReader_FI::Name& XMLReader_FI::nameOf(const OpenElement& element) const {
-  return element.unlisted ? *element.unlisted : elementNames_[element.position];
 }
 
 void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
@@ -110,18 +124,22 @@ void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
   for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
     std::string prefix;
     std::string namespaceName;
-    if (octet & kPrefixPresent) decodeDeclaredName(prefixes_, "xml", prefix);
-    if (octet & kNamespacePresent) {
-      decodeDeclaredName(namespaceNames_, namespaces::xml, namespaceName);
-    }
-    // A start tag may hold as many of them as the document has octets, each a long string: they
-    // count before they are kept.
-    fromTables_ += prefix.size() + namespaceName.size();
-    dialectCheckAmplification();
+    decodeDeclaration(octet, prefix, namespaceName);
     declarations.push_back(std::move(prefix));
     declarations.push_back(std::move(namespaceName));
   }
   if (octet != kTerminator) fail("Error while parsing namespaces");
+}
+
+/// Decodes a namespace declaration whose first octet was read. A part that is absent is empty.
+void XMLReader_FI::decodeDeclaration(unsigned octet, std::string& prefix,
+                                     std::string& namespaceName) {
+  prefix.clear();
+  namespaceName.clear();
+  if (octet & kPrefixPresent) decodeDeclaredName(prefixes_, "xml", prefix);
+  if (octet & kNamespacePresent) {
+    decodeDeclaredName(namespaceNames_, namespaces::xml, namespaceName);
+  }
 }
 
 std::string XMLReader_FI::qNameOf(const QualifiedName& name) {
@@ -140,7 +158,8 @@ void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::
   if (index < dialect_.builtInNamesInDeclarations) {
     part = builtIn;
   } else {
-    part = getString(index - dialect_.builtInNamesInDeclarations, &table, externalEntries(&table));
+    assignString(index - dialect_.builtInNamesInDeclarations, &table, externalEntries(&table),
+                 part);
   }
 }
 
@@ -160,12 +179,10 @@ XMLReader_FI::Name& XMLReader_FI::decodeLiteralName(unsigned octet, Names& table
     unlisted_.qName = qNameOf(unlisted_);
     return unlisted_;
   }
-  constexpr std::size_t kFirstNames = 8;
-  if (table.capacity() == 0) table.reserve(kFirstNames);
-  Name& name = table.emplace_back();
+  Name& name = table.append();
   decodeNameParts(octet, name);
+  accountFor(octetsOf(name));
   name.qName = qNameOf(name);
-  accountForName(name);
   return name;
 }
 
@@ -230,18 +247,35 @@ bool XMLReader_FI::findExternalName(unsigned long& index, const Names& table, co
   return false;
 }
 
-/// An entry of a table of names: the external entries first, then the document's own. Valid until a
-/// name is decoded.
+/// An entry of a table of names: the external entries first, then the document's own.
 XMLReader_FI::Name& XMLReader_FI::nameAt(unsigned long index, Names& table, const char* message) {
   if (externalNames(&table) == nullptr) {
     if (index >= table.size()) fail(message);
     return table[index];
   }
-  QualifiedName external;
-  if (!findExternalName(index, table, message, external)) return table[index];
-  unlisted_ = {std::move(external), {}};
-  unlisted_.qName = qNameOf(unlisted_);
-  return unlisted_;
+  const auto known = externalNames_.find({&table, index});
+  if (known != externalNames_.end()) return known->second;
+  const unsigned long position = index;
+  Name name;
+  if (!findExternalName(index, table, message, name)) return table[index];
+  name.qName = qNameOf(name);
+  return externalNames_.emplace(std::pair(&table, position), std::move(name)).first->second;
+}
+
+XMLReader_FI::Name& XMLReader_FI::Names::append() {
+  if (size_ == blocks_.size() * kBlock) blocks_.emplace_back().reserve(kBlock);
+  Name& name = blocks_[size_ / kBlock].emplace_back();
+  name.position = static_cast<std::uint32_t>(size_++);
+  return name;
+}
+
+void XMLReader_FI::Names::shrinkTo(std::size_t size) {
+  const std::size_t blocks = std::max<std::size_t>(1, (size + kBlock - 1) / kBlock);
+  if (blocks_.size() > blocks) blocks_.resize(blocks);
+  for (size_ = std::min(size, size_); !blocks_.empty();) {
+    if (blocks_.back().size() + (blocks_.size() - 1) * kBlock <= size_) break;
+    blocks_.back().pop_back();
+  }
 }
 
 XMLReader_FI::QualifiedName XMLReader_FI::getName(unsigned long index, const Names& table,

@@ -1,8 +1,10 @@
+#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_FI.h>
 
 #include "../Dialect.h"
 #include "../Integers.h"
 #include "../Octets.h"
+#include "DecodeAttributes.h"
 #include "Pieces.h"
 #include "TakeOctet.h"
 
@@ -38,7 +40,8 @@ void XMLReader_FI::failAtEnd() const { fail("Unexpected end of document"); }
 
 void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
   if (length <= maximumLiteralOctets_) return;
-  fail("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets");
+  failAtLimit("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets",
+              properties::maximumLiteralOctets);
 }
 
 void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
@@ -75,10 +78,18 @@ void XMLReader_FI::readFromBuffer(std::uint64_t length, std::string& octets) {
 // --- Tables ---
 
 void XMLReader_FI::accountFor(std::uint64_t octets) {
-  tableOctets_ += octets + kEntryOctets;
+  tableOctets_ += octets;
   if (tableOctets_ > maximumTableOctets_) {
-    fail("Tables larger than " + std::to_string(maximumTableOctets_) + " octets");
+    failAtLimit("Tables larger than " + std::to_string(maximumTableOctets_) + " octets",
+                properties::maximumTableOctets);
   }
+}
+
+/// What a name takes: its parts are in their own tables, too, in the qualified name, and where
+/// attributes are told apart.
+std::uint64_t XMLReader_FI::octetsOf(const QualifiedName& name) {
+  return kNameCopies * (name.prefix.size() + name.namespaceName.size() + name.localName.size()) +
+         kNameOctets;
 }
 
 const StringTable* XMLReader_FI::findExternalEntries(const Strings* table) const {
@@ -105,10 +116,6 @@ const StringTable* XMLReader_FI::findExternalEntries(const Strings* table) const
   return nullptr;
 }
 
-void XMLReader_FI::accountForName(const QualifiedName& name) {
-  accountFor(name.prefix.size() + name.namespaceName.size() + name.localName.size());
-}
-
 namespace {
 
 constexpr std::size_t kFirstEntries = 16;
@@ -121,7 +128,7 @@ void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
   const std::size_t inFront =
       (hasBuiltIn ? kBuiltInNames : 0) + (external ? external->occupiedCount : 0);
   if (table.size() + inFront >= dialect_.maximumEntries) return;
-  accountFor(entry.size());
+  accountFor(entry.size() + kEntryOctets);
   // Small documents are many: the first entries come with one allocation.
   if (table.capacity() == 0) table.reserve(kFirstEntries);
   table.push_back(entry);
@@ -202,18 +209,17 @@ std::string XMLReader_FI::getString(unsigned long index, const std::vector<std::
 /// As getString. An entry of the document's own is copied into the memory that the string has.
 void XMLReader_FI::assignString(unsigned long index, const std::vector<std::string>* table,
                                 const StringTable* external, std::string& text) const {
-  static const char* const kInvalidIndex = "Error when decoding string - invalid index";
   if (external != nullptr) {
     if (index < external->definedCount) {
       const char* const entry = external->entries[index];
       text = entry ? entry : "";
       return;
     }
-    if (index < external->occupiedCount) fail(kInvalidIndex);
+    if (index < external->occupiedCount) fail(kInvalidStringIndex);
     index -= external->occupiedCount;
   }
   if (table == nullptr) fail("Error when decoding string");
-  if (index >= table->size()) fail(kInvalidIndex);
+  if (index >= table->size()) fail(kInvalidStringIndex);
   text = (*table)[index];
 }
 

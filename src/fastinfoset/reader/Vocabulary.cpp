@@ -68,10 +68,13 @@ void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
 
 /// As decodeQualifiedNameTable, for a table of the document.
 void XMLReader_FI::decodeNameTable(Names& table) {
-  replaceEntries(decodeNumberOfItems(), table, [this](Name& name) {
+  const unsigned long count = decodeNumberOfItems();
+  table.shrinkTo(count);
+  for (unsigned long i = 0; i < count; ++i) {
+    Name& name = i < table.size() ? table[i] : table.append();
     decodeNameParts(takeOctet(), name);
     name.qName = qNameOf(name);
-  });
+  }
 }
 
 }  // namespace Tavrin

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "../../sax/ParseScope.h"
+#include "../../sax/PropertyName.h"
 #include "../Dialect.h"
 
 // The reader as an object: creation, properties and parse. The format is decoded in the other files
@@ -60,6 +61,10 @@ void XMLReader_FI::parse(std::istream& stream) {
   tableOctets_ = 0;
   fromTables_ = 0;
   openElements_.clear();
+  unlistedElements_.clear();
+  declarations_.clear();
+  externalNames_.clear();
+  externalValues_.clear();
   dialectClearTables();
   dialectDecodeDocument();
 }
@@ -74,8 +79,8 @@ void XMLReader_FI::dialectClearTables() {
   attributeValues_.clear();
   contentCharacterChunks_.clear();
   otherStrings_.clear();
-  elementNames_.clear();
-  attributeNames_.clear();
+  elementNames_.shrinkTo(0);
+  attributeNames_.shrinkTo(0);
 }
 
 void XMLReader_FI::dialectDecodeDocument() {
@@ -89,6 +94,11 @@ void XMLReader_FI::dialectDecodeDocument() {
 void XMLReader_FI::fail(const std::string& message) const {
   dialectThrowFailure(message);
   std::abort();  // A dialect that does not throw is wrong.
+}
+
+/// Of all limits it is told in the same way what to change.
+void XMLReader_FI::failAtLimit(const std::string& message, const char* property) const {
+  fail(message + " (property " + propertyName(property) + ")");
 }
 
 void XMLReader_FI::dialectThrowFailure(const std::string& message) const {

@@ -137,14 +137,14 @@ inline bool XMLWriter_FI::isIndexed(const StringIndexMap& table, const std::stri
                                     ? limits.indexedChunkLength
                                     : limits.indexedAttributeValueLength;
   return text.size() <= longest && table.positions() < dialect_.maximumEntries &&
-         limits.tableOctets + text.size() + fastinfoset::kEntryOctets <= limits.maximumTableOctets;
+         limits.tableOctets + fastinfoset::tableOctetsOf(text) <= limits.maximumTableOctets;
 }
 
 /// Enters what was written literally into its table.
 template <typename Key>
 void XMLWriter_FI::addEntry(fastinfoset::IndexMap<Key>& table, const Key& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;
-  limits_->tableOctets += fastinfoset::octetsOf(entry) + fastinfoset::kEntryOctets;
+  limits_->tableOctets += fastinfoset::tableOctetsOf(entry);
   table.add(entry);
 }
 

@@ -5,6 +5,7 @@
 
 #include "../../xml/SaltedHash.h"
 #include "../../xml/SameText.h"
+#include "../Dialect.h"
 
 // The tables: entries in the order of their arrival, and slots in which they are found.
 
@@ -61,6 +62,12 @@ std::size_t octetsOf(const std::string& text) { return text.size(); }
 
 std::size_t octetsOf(const XMLWriter_FI::QualifiedName& name) {
   return name.prefix.size() + name.namespaceName.size() + name.localName.size();
+}
+
+std::uint64_t tableOctetsOf(const std::string& text) { return text.size() + kEntryOctets; }
+
+std::uint64_t tableOctetsOf(const XMLWriter_FI::QualifiedName& name) {
+  return kNameCopies * octetsOf(name) + kNameOctets;
 }
 
 template <typename Key>

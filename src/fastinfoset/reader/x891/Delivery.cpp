@@ -1,5 +1,8 @@
+#include <Tavrin/Identifiers.h>
+
 #include <algorithm>
 
+#include "../../../sax/PropertyName.h"
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "../DecodeAttributes.h"
@@ -20,7 +23,7 @@ void XMLReader_X891::dialectDeliverUnused(const std::string&) {}
 void XMLReader_X891::dialectDeliverNotation(const std::string& name, const std::string& publicId,
                                             const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
-  accountFor(name.size() + publicId.size() + systemId.size());
+  accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
   state_->document.isHoldingBack = true;
   state_->document.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
@@ -32,7 +35,8 @@ void XMLReader_X891::dialectDeliverUnparsedEntity(const std::string& name,
                                                   const std::string& systemId,
                                                   const std::string& notationName) {
   checkIdentifiers(publicId, systemId);
-  accountFor(name.size() + publicId.size() + systemId.size() + notationName.size());
+  accountFor(name.size() + publicId.size() + systemId.size() + notationName.size() +
+             kHeldBackOctets);
   state_->document.isHoldingBack = true;
   state_->document.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
@@ -77,7 +81,7 @@ void XMLReader_X891::dialectDeliverComment(const std::string& text) {
   }
   dialectCheckAmplification();
   if (state_->document.isHoldingBack) {
-    accountFor(text.size());
+    accountFor(text.size() + kHeldBackOctets);
     state_->document.prolog.emplace_back([=, this](const std::string&) {
       if (lexicalHandler_) lexicalHandler_->comment(text);
     });
@@ -94,7 +98,7 @@ void XMLReader_X891::dialectDeliverInstruction(const std::string& target, const 
   }
   dialectCheckAmplification();
   if (state_->document.isHoldingBack) {
-    accountFor(target.size() + data.size());
+    accountFor(target.size() + data.size() + kHeldBackOctets);
     state_->document.prolog.emplace_back([=, this](const std::string&) {
       if (contentHandler_) contentHandler_->processingInstruction(target, data);
     });
@@ -106,26 +110,36 @@ void XMLReader_X891::dialectDeliverInstruction(const std::string& target, const 
 // --- Elements ---
 
 bool XMLReader_X891::dialectStartTag(bool hasAttributes, const Name& name,
-                                     const Strings& declarations) {
+                                     std::uint32_t declarations) {
+  State::Document& document = state_->document;
   StartTagAttributes& attributes = state_->attributes;
   attributes.clear();
   const bool ended = hasAttributes && decodeAttributesInto(attributes);
   dialectCheckAmplification();
-  if (state_->document.isHoldingBack) releaseProlog(name.qName);
-  if (!declarations.empty()) XMLReader_FI::dialectDeliverDeclarations(declarations);
+  if (document.isHoldingBack) releaseProlog(name.qName);
+  const std::size_t declared = document.bindings.count();
+  for (std::size_t i = declared - declarations; i < declared && contentHandler_; ++i) {
+    contentHandler_->startPrefixMapping(document.bindings.prefixAt(i), document.bindings.uriAt(i));
+  }
   if (contentHandler_) {
     contentHandler_->startElement(name.namespaceName, name.localName, name.qName, attributes);
   }
+  attributes.clear();
+  tableOctets_ -= document.tagOctets;
+  document.tagOctets = 0;
   return ended;
 }
 
-void XMLReader_X891::dialectDeliverEndElement(const Name& name, const Strings& declarations) {
+void XMLReader_X891::dialectDeliverEndElement(const Name& name, std::uint32_t declarations) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
-  if (declarations.empty()) return;
-  for (std::size_t i = declarations.size(); i > 0 && contentHandler_; i -= 2) {
-    contentHandler_->endPrefixMapping(declarations[i - 2]);
+  if (declarations == 0) return;
+  xml::NamespaceBindings& bindings = state_->document.bindings;
+  const std::size_t octets = bindings.octets();
+  for (; declarations > 0; --declarations) {
+    if (contentHandler_) contentHandler_->endPrefixMapping(bindings.prefixAt(bindings.count() - 1));
+    bindings.undo(1);
   }
-  state_->document.bindings.undo(declarations.size() / 2);
+  tableOctets_ -= octets - bindings.octets();
 }
 
 // --- Content ---
@@ -147,6 +161,7 @@ void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
   } else if (encodingAlgorithmContentHandler_) {
     encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
   } else if (contentHandler_) {
+    checkTextOf(field, value);
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
       dialectCheckText(text);  // It may be anything, and much.
@@ -159,7 +174,11 @@ void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
 void XMLReader_X891::dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
                                           const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would lead astray.
-  if (addToTable || !encodingAlgorithmContentHandler_) fail("Unknown encoding algorithm - " + uri);
+  if (addToTable) fail(dialectDescribeUnknown(uri) + ", because the text enters a table");
+  if (!encodingAlgorithmContentHandler_) {
+    fail(dialectDescribeUnknown(uri) + ", or take its octets with the property " +
+         propertyName(properties::encodingAlgorithmContentHandler));
+  }
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
 }
 
@@ -168,7 +187,20 @@ void XMLReader_X891::dialectDeliverEntityReference(const std::string& name,
                                                    const std::string& systemId) {
   dialectCheckAmplification();
   checkIdentifiers(publicId, systemId);
+  if (!publicId.empty() || !systemId.empty()) declareEntity(name, publicId, systemId);
   if (contentHandler_) contentHandler_->skippedEntity(name);
+}
+
+/// The format gives identifiers to references. In XML a declaration has them, once for a name.
+void XMLReader_X891::declareEntity(const std::string& name, const std::string& publicId,
+                                   const std::string& systemId) {
+  const auto [entity, isNew] = state_->document.entities.try_emplace(name, publicId, systemId);
+  if (!isNew) {
+    if (entity->second == std::pair(publicId, systemId)) return;
+    fail("References to the entity \"" + name + "\" with different identifiers");
+  }
+  accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
+  if (declHandler_) declHandler_->externalEntityDecl(name, publicId, systemId);
 }
 
 }  // namespace Tavrin

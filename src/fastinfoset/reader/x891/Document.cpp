@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "../../../sax/PropertyName.h"
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "../TakeOctet.h"
@@ -44,6 +45,8 @@ void XMLReader_X891::dialectDecodeDocument() {
   decodeHeader();
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
+  const std::string warning = xml::describeOtherVersion(state_->document.version);
+  if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));
   decodeChildren();
   if (contentHandler_) contentHandler_->endDocument();
 }
@@ -106,7 +109,8 @@ void XMLReader_X891::dialectDecodeInitialVocabulary() {
     const auto* known = externalVocabularies_;
     const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
     if (known == nullptr || found == known->end() || found->second == nullptr) {
-      fail("Unknown external vocabulary - " + uri);
+      fail("Unknown external vocabulary - " + uri + " (add it to the property " +
+           propertyName(properties::externalVocabularies) + ")");
     }
     externalVocabulary_ = found->second;
   }
@@ -170,15 +174,16 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
       if (index == kBuiltInNameIndex) return std::string(builtIn);
       return getString(index - kBuiltInNames, &own, externalEntries(&own));
     };
-    Name name;
+    QualifiedName name;
     if (octet & kPrefixPresent) name.prefix = builtInOr(prefixes_, "xml");
     if (octet & kNamespacePresent) name.namespaceName = builtInOr(namespaceNames_, namespaces::xml);
     name.localName = getString(decodeSurrogateIndex(), &localNames_, externalEntries(&localNames_));
     const QualifiedNameTable* external = externalNames(&table);
     if (table.size() + (external ? external->occupiedCount : 0) >= kMaximumEntries) continue;
-    name.qName = qNameOf(name);
-    accountForName(name);
-    table.push_back(std::move(name));
+    accountFor(octetsOf(name));
+    Name& entry = table.append();
+    static_cast<QualifiedName&>(entry) = std::move(name);
+    entry.qName = qNameOf(entry);
   }
 }
 

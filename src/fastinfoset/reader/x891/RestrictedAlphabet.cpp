@@ -17,6 +17,7 @@ bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 RestrictedAlphabet::RestrictedAlphabet(std::string_view characters) {
   if (characters.size() > kLongestCharacter * kMostCharacters) return;
   characters_ = characters;
+  begins_.reserve(characters_.size() + 1);
   for (std::uint32_t i = 0; i < characters_.size(); ++i) {
     if (!isContinuation(characters_[i])) begins_.push_back(i);
   }
@@ -25,6 +26,7 @@ RestrictedAlphabet::RestrictedAlphabet(std::string_view characters) {
   while (std::size_t{1} << bits_ <= count) ++bits_;
 
   std::vector<std::string_view> sorted;
+  sorted.reserve(count);
   for (std::size_t i = 0; i < count; ++i) sorted.push_back(characterAt(i));
   std::ranges::sort(sorted);
   isValid_ =
@@ -35,11 +37,12 @@ std::string_view RestrictedAlphabet::characterAt(std::size_t code) const {
   return std::string_view(characters_).substr(begins_[code], begins_[code + 1] - begins_[code]);
 }
 
-bool RestrictedAlphabet::decode(std::string_view octets, std::string& text) const {
+/// Calls with the code of each character. Returns whether all of them stand for one.
+template <typename Take>
+bool RestrictedAlphabet::forEachCode(std::string_view octets, Take take) const {
   const std::uint64_t end = (std::uint64_t{1} << bits_) - 1;  // All ones: filled up from here on.
   std::uint64_t pending = 0;
   unsigned pendingBits = 0;
-  text.clear();
   for (const char octet : octets) {
     pending = (pending << 8 | static_cast<unsigned char>(octet)) & 0xFFFFFFFFFF;
     pendingBits += 8;
@@ -47,11 +50,24 @@ bool RestrictedAlphabet::decode(std::string_view octets, std::string& text) cons
       const std::uint64_t code = pending >> (pendingBits - bits_) & end;
       if (code == end) return true;
       if (code + 1 >= begins_.size()) return false;
-      text += characterAt(code);
+      take(code);
       pendingBits -= bits_;
     }
   }
   return true;
+}
+
+// Few octets may stand for many, so they are counted before there is memory for them.
+std::optional<std::uint64_t> RestrictedAlphabet::sizeOf(std::string_view octets) const {
+  std::uint64_t size = 0;
+  const auto add = [&](std::uint64_t code) { size += begins_[code + 1] - begins_[code]; };
+  if (!forEachCode(octets, add)) return std::nullopt;
+  return size;
+}
+
+void RestrictedAlphabet::decode(std::string_view octets, std::string& text) const {
+  text.clear();
+  forEachCode(octets, [&](std::uint64_t code) { text += characterAt(code); });
 }
 
 }  // namespace Tavrin

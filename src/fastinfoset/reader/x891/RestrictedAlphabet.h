@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,9 @@ namespace Tavrin {
 /// the code of all ones free.
 class RestrictedAlphabet {
  public:
+  /// How many octets of memory are taken for each octet of the characters, at most.
+  static constexpr std::uint64_t kMostCopies = 32;
+
   RestrictedAlphabet() = default;
 
   /// @param characters the characters in order, in valid UTF-8
@@ -20,11 +24,15 @@ class RestrictedAlphabet {
   /// Whether there are at least two characters and at most 2^20, none of them twice.
   bool isValid() const { return isValid_; }
 
-  /// Unpacks characters.
-  /// @return false for a code that stands for no character
-  bool decode(std::string_view octets, std::string& text) const;
+  /// How many octets the characters take that are packed into these, or nothing where a code stands
+  /// for no character.
+  std::optional<std::uint64_t> sizeOf(std::string_view octets) const;
+  /// Unpacks characters of which the size is known.
+  void decode(std::string_view octets, std::string& text) const;
 
  private:
+  template <typename Take>
+  bool forEachCode(std::string_view octets, Take take) const;
   std::string_view characterAt(std::size_t code) const;
 
   std::string characters_;

@@ -10,8 +10,7 @@ void StartTagAttributes::clear() {
   constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
   for (; length_ > 0; --length_) {
     Record& record = *records_[length_ - 1];
-    record.spareOctets = sizeof record + record.value.capacity() + record.ownURI.capacity() +
-                         record.ownLocalName.capacity() + record.ownQName.capacity();
+    record.spareOctets = sizeof record + record.value.capacity();
     if (spareOctets_ + record.spareOctets > kMostSpareOctets) {
       std::swap(records_[length_ - 1], records_.back());
       records_.pop_back();
@@ -19,10 +18,21 @@ void StartTagAttributes::clear() {
     }
     spareOctets_ += record.spareOctets;
     record.value.clear();
-    record.algorithmURI.clear();
+    record.ownNames.reset();
+    record.values = nullptr;
+    record.shared = nullptr;
+    record.algorithmURI = nullptr;
     record.algorithmIndex = -1;
     record.algorithmData.reset();
   }
+  if (!algorithmURIs_.empty()) algorithmURIs_.clear();
+}
+
+void StartTagAttributes::setAlgorithm(Record& record, const std::string& uri, std::int32_t index,
+                                      std::unique_ptr<EncodedData> value) {
+  if (!uri.empty()) record.algorithmURI = &*algorithmURIs_.insert(uri).first;
+  record.algorithmIndex = index;
+  record.algorithmData = std::move(value);
 }
 
 StartTagAttributes::Record& StartTagAttributes::append() {
@@ -59,12 +69,16 @@ const std::string& StartTagAttributes::getType(int index) const {
 
 const std::string& StartTagAttributes::getValue(int index) const {
   const Record& record = at(index);
+  if (record.values) return (*record.values)[record.index];
+  if (record.shared) return *record.shared;
   if (record.value.empty() && record.algorithmData) record.value = record.algorithmData->toString();
   return record.value;
 }
 
 const std::string& StartTagAttributes::getAlgorithmURI(int index) const {
-  return at(index).algorithmURI;
+  static const std::string none;
+  const std::string* const uri = at(index).algorithmURI;
+  return uri ? *uri : none;
 }
 
 int StartTagAttributes::getAlgorithmIndex(int index) const { return at(index).algorithmIndex; }

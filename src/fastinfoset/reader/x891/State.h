@@ -11,6 +11,7 @@
 #include <optional>
 #include <streambuf>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../../../typed/ExactNumbers.h"
@@ -78,7 +79,9 @@ struct XMLReader_X891::State {
   double amplificationFactor = kAmplificationFactor;
   std::uint64_t amplificationThreshold = kAmplificationThreshold;
 
-  StartTagAttributes attributes;  // Used again for each start tag.
+  // Used again for each start tag.
+  StartTagAttributes attributes;
+  std::pair<std::string, std::string> declaration;  // Prefix and namespace name.
 
   // --- Typed content ---
 
@@ -111,6 +114,10 @@ struct XMLReader_X891::State {
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
+    std::uint64_t tagOctets = 0;  // What the attributes count for while their tag is read.
+
+    /// The identifiers of entities that were referred to: public and system identifier by name.
+    std::map<std::string, std::pair<std::string, std::string>> entities;
   };
   Document document;
   bool isUsed = false;  // The document is one that was read.

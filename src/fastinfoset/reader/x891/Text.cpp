@@ -1,6 +1,11 @@
+#include <Tavrin/Identifiers.h>
+
+#include <climits>
 #include <limits>
+#include <optional>
 #include <string_view>
 
+#include "../../../sax/PropertyName.h"
 #include "../../Dialect.h"
 #include "../../Octets.h"
 #include "../Pieces.h"
@@ -61,6 +66,8 @@ void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
   std::string& octets = state_->octets;
   readOctets(length, octets);
   text.clear();
+  constexpr unsigned long kMostOctetsOfUnit = 3;  // In UTF-8.
+  text.reserve(length / 2 * kMostOctetsOfUnit);
   char32_t high = 0;  // The first half of a surrogate pair.
   const auto unitAt = [&octets](std::size_t i) {
     return static_cast<char32_t>(static_cast<unsigned char>(octets[i]) << 8 |
@@ -80,6 +87,16 @@ void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
     }
   }
   if (!isValid || high != 0) fail("Invalid UTF-16");
+  checkTextLength(text.size(), length);
+}
+
+/// Text may take many times the octets that it was made of. It counts like text from tables.
+/// @param length how many octets arrived for it
+void XMLReader_X891::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
+  checkLiteralLength(textOctets);
+  if (textOctets <= length) return;
+  fromTables_ += textOctets - length;
+  dialectCheckAmplification();
 }
 
 void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
@@ -97,13 +114,17 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
     };
     const std::string characters = charactersOf(field.number);
     dialectCheckText(characters);
+    accountFor(RestrictedAlphabet::kMostCopies * characters.size() + kEntryOctets);
     found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
     if (!found->second.isValid()) fail("Invalid restricted alphabet");
   }
   readOctets(field.length, state_->octets);
-  if (!found->second.decode(state_->octets, text)) {
-    fail("Error when decoding restricted alphabet");
-  }
+  const std::optional<std::uint64_t> size = found->second.sizeOf(state_->octets);
+  if (!size) fail("Error when decoding restricted alphabet");
+  checkTextLength(*size, field.length);
+  text.clear();
+  text.reserve(*size);
+  found->second.decode(state_->octets, text);
 }
 
 // --- Encoding algorithms ---
@@ -114,6 +135,7 @@ EncodingAlgorithm* XMLReader_X891::dialectGetEncodingAlgorithm(unsigned field, s
 
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   if (field == algorithms::uuid) return &state_->uuid;
+  checkAlgorithmField(field);
   EncodingAlgorithm* algorithm = XMLReader_FI::dialectGetEncodingAlgorithm(field, uri);
   if (algorithm == nullptr && field < kDialectX891.firstApplicationAlgorithm) {
     fail("Reserved encoding algorithm " + std::to_string(field + 1));
@@ -121,6 +143,27 @@ EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std:
   fromTables_ += uri.size();  // It goes with every value.
   dialectCheckAmplification();
   return algorithm;
+}
+
+/// An algorithm of the application is named in a table.
+void XMLReader_X891::checkAlgorithmField(unsigned field) const {
+  if (field < kDialectX891.firstApplicationAlgorithm) return;
+  const StringTable* const external = externalEntries(&encodingAlgorithms_);
+  const std::size_t position = field - kDialectX891.firstApplicationAlgorithm;
+  const std::size_t inFront = external ? external->occupiedCount : 0;
+  const bool isThere = position < inFront ? position < external->definedCount
+                                          : position - inFront < encodingAlgorithms_.size();
+  if (isThere) return;
+  const std::string message =
+      "No URI for the encoding algorithm " + std::to_string(field + 1) + " in the vocabulary";
+  if (external == nullptr) fail(message);
+  fail(message + " (the external one is in the property " +
+       propertyName(properties::externalVocabularies) + ")");
+}
+
+std::string XMLReader_X891::dialectDescribeUnknown(const std::string& uri) const {
+  return "Unknown encoding algorithm - " + uri + " (add it to the property " +
+         propertyName(properties::registeredEncodingAlgorithms) + ")";
 }
 
 namespace {
@@ -220,8 +263,19 @@ EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, uns
 void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
   std::string uri;
   EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
-  if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
-  text = dialectDecodeWith(*algorithm, field.number, field.length).toString();
+  if (algorithm == nullptr) fail(dialectDescribeUnknown(uri));
+  const EncodedData& value = dialectDecodeWith(*algorithm, field.number, field.length);
+  checkTextOf(field.number, value);
+  text = value.toString();
+}
+
+/// Booleans are the one kind of value whose text takes many times their octets: a bit becomes a
+/// word. That of an application's algorithm is known when it is there.
+void XMLReader_X891::checkTextOf(unsigned field, const EncodedData& value) {
+  if (field != algorithms::boolean) return;
+  constexpr std::uint64_t kLongestWord = sizeof "false";  // With the space in front.
+  const std::uint64_t count = static_cast<const BooleanData&>(value).data_.size();
+  checkTextLength(count * kLongestWord, count / CHAR_BIT);
 }
 
 /// The table holds the text that the value stands for (7.14).
@@ -233,6 +287,7 @@ void XMLReader_X891::dialectTakeTyped(bool addToTable, Strings& table, unsigned 
   // Anyone may ask for an attribute's text; an application's algorithm may give any.
   const bool isOwnAttribute =
       field >= kDialectX891.firstApplicationAlgorithm && &table == &attributeValues_;
+  if (addToTable || &table == &attributeValues_) checkTextOf(field, value);
   if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
   dialectCheckText(text);

@@ -5,12 +5,16 @@
 
 #include "../../../xml/Characters.h"
 #include "../../../xml/EasyText.h"
+#include "../../Octets.h"
+#include "../TakeOctet.h"
 #include "State.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
 // enter the document, names once for the declarations in scope.
 
 namespace Tavrin {
+
+using namespace fastinfoset;
 
 void XMLReader_X891::dialectCheckText(std::string_view text) {
   if (xml::isEasyText(text)) return;
@@ -35,25 +39,32 @@ void XMLReader_X891::checkIdentifiers(const std::string& publicId,
 
 // --- Namespaces ---
 
-/// Takes the declarations of an element into account. They are delivered when its name is known.
-void XMLReader_X891::dialectDeliverDeclarations(const Strings& declarations) {
+/// Takes the declarations of an element into account, each when it comes: a tag may hold as many as
+/// the document has octets. They are delivered when its name is known.
+std::uint32_t XMLReader_X891::dialectDecodeDeclarations() {
   State::Document& document = state_->document;
-  std::vector<std::string_view> prefixes;
-  for (std::size_t i = 0; i < declarations.size(); i += 2) {
-    const std::string why =
-        xml::whyNotDeclarable(declarations[i], declarations[i + 1], document.version == "1.1");
+  xml::NamespaceBindings& bindings = document.bindings;
+  const std::size_t outside = bindings.count();
+  auto& [prefix, namespaceName] = state_->declaration;
+  unsigned octet = takeOctet();
+  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
+    decodeDeclaration(octet, prefix, namespaceName);
+    fromTables_ += prefix.size() + namespaceName.size();
+    dialectCheckAmplification();
+    const std::string why = xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
     if (!why.empty()) fail(why);
-    document.bindings.declare(declarations[i], declarations[i + 1]);
-    if (declarations.size() > 2) prefixes.push_back(declarations[i]);
+    if (bindings.isDeclaredSince(prefix, outside)) {
+      fail("The prefix \"" + prefix + "\" is declared twice by an element");
+    }
+    const std::size_t octets = bindings.octets();
+    bindings.declare(prefix, namespaceName);
+    accountFor(bindings.octets() - octets);
   }
-  std::ranges::sort(prefixes);
-  const auto twice = std::ranges::adjacent_find(prefixes);
-  if (twice != prefixes.end()) {
-    fail("The prefix \"" + std::string(*twice) + "\" is declared twice by an element");
-  }
+  if (octet != kTerminator) fail("Error while parsing namespaces");
+  return static_cast<std::uint32_t>(bindings.count() - outside);
 }
 
-std::size_t XMLReader_X891::octetsOf(const Name& name) {
+std::size_t XMLReader_X891::deliveredOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
 }
 
@@ -78,7 +89,8 @@ void XMLReader_X891::allowMoreFromTables() const {
       std::max(state_->amplificationThreshold,
                byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
   if (fromTables_ > state_->document.allowedFromTables) {
-    fail("More octets delivered for each octet read than the limit allows");
+    failAtLimit("More octets delivered for each octet read than the limit allows",
+                properties::amplificationFactor);
   }
 }
 
@@ -88,7 +100,7 @@ void XMLReader_X891::dialectCheckElementName(Name& name) {
   if (name.bindings != document.bindings.version()) {
     checkBinding(name);
     name.bindings = document.bindings.version();
-    name.octets = octetsOf(name);
+    name.octets = deliveredOctetsOf(name);
   }
   fromTables_ += 2 * name.octets;  // It comes again with the end.
 }
@@ -106,20 +118,22 @@ void XMLReader_X891::dialectCheckAttributeName(Name& name) {
       checkBinding(name);
     }
     name.bindings = document.bindings.version();
-    name.octets = octetsOf(name);
+    name.octets = deliveredOctetsOf(name);
   }
   // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.octets;
   dialectCheckAmplification();
+  const std::uint64_t octets = kAttributeOctets + (&name == &unlisted_ ? octetsOf(name) : 0);
+  document.tagOctets += octets;
+  accountFor(octets);
 
   xml::UniqueAttributes& attributes = document.attributes;
   if (name.identity == xml::UniqueAttributes::kUnknown) {
     const std::size_t known = attributes.size();
-    name.identity = attributes.number(name.namespaceName, name.localName);
+    name.identity =
+        static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
     // What the table has no place for is remembered here, so it counts here.
-    if (&name == &unlisted_ && attributes.size() > known) {
-      accountFor(name.namespaceName.size() + name.localName.size());
-    }
+    if (&name == &unlisted_ && attributes.size() > known) accountFor(octetsOf(name));
   }
   if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
 }

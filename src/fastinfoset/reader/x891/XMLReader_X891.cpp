@@ -48,6 +48,8 @@ void XMLReader_X891::setProperty(const std::string& name, void* value) {
     assign(maximumTableOctets_, value, State::kMaximumTableOctets);
   } else if (name == properties::maximumLiteralOctets) {
     assign(maximumLiteralOctets_, value, State::kMaximumLiteralOctets);
+  } else if (name == properties::maximumDepth) {
+    assign(maximumDepth_, value, std::uint64_t{UINT64_MAX});
   } else if (name == properties::documentXMLVersion || name == properties::standalone) {
     throw SAXException("Property \"" + name + "\" cannot be set");
   } else {
@@ -61,6 +63,7 @@ void* XMLReader_X891::getProperty(const std::string& name) {
   if (name == properties::amplificationThreshold) return &state_->amplificationThreshold;
   if (name == properties::maximumTableOctets) return &maximumTableOctets_;
   if (name == properties::maximumLiteralOctets) return &maximumLiteralOctets_;
+  if (name == properties::maximumDepth) return &maximumDepth_;
   if (name == properties::documentXMLVersion) return &document.version;
   if (name == properties::standalone) return document.standalone ? &*document.standalone : nullptr;
   return XMLReader_FI::getProperty(name);
@@ -76,10 +79,13 @@ bool XMLReader_X891::getFeature(const std::string& name) {
   return XMLReader_FI::getFeature(name);
 }
 
-void XMLReader_X891::dialectThrowFailure(const std::string& message) const {
+SAXParseException XMLReader_X891::exceptionHere(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
-  const SAXParseException exception(message, -1,
-                                    static_cast<std::int32_t>(std::min(octetsRead_, kMost)));
+  return {message, -1, static_cast<std::int32_t>(std::min(octetsRead_, kMost))};
+}
+
+void XMLReader_X891::dialectThrowFailure(const std::string& message) const {
+  const SAXParseException exception = exceptionHere(message);
   if (errorHandler_) errorHandler_->fatalError(exception);
   throw exception;
 }

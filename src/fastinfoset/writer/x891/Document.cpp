@@ -63,7 +63,8 @@ void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::stri
 void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::string& publicId,
                                         const std::string& systemId) {
   attempt([&] {
-    XMLWriter_FI::externalEntityDecl(name, publicId, systemId);
+    // The reader "X891" tells of it in front of the first reference.
+    if (state_ != InElement) XMLWriter_FI::externalEntityDecl(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
     // The first declaration counts (XML 1.0, section 4.2).
     own_->document.externalEntities.emplace(name, std::pair{publicId, systemId});

@@ -172,8 +172,9 @@ void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri
 /// Looks at the parts of a name that is in no table.
 void XMLWriter_X891::takeNewName(const Name& name) {
   const std::string_view prefix = name.prefix();
-  own_->newOctets += prefix.size() + name.uri.size() + 2 * name.localName.size();
-  own_->newEntries += 2;
+  const std::uint64_t parts = prefix.size() + name.uri.size() + name.localName.size();
+  own_->newOctets += kNameCopies * parts + kNameOctets + name.localName.size();
+  ++own_->newEntries;  // The local name.
   checkNCName(name.localName);
   if (!prefix.empty()) checkNCName(prefix);
 }

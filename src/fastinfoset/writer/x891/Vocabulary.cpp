@@ -141,7 +141,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->tableOctets += octetsOf(entry) + kEntryOctets;
+    own_->tableOctets += tableOctetsOf(entry);
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {
