@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include <algorithm>
-
 #include "../Dialect.h"
 #include "../Octets.h"
 #include "DecodeAttributes.h"
