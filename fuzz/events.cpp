@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <typeinfo>
@@ -470,11 +471,39 @@ Events asRead(const Events& events, bool isText) {
   return result;
 }
 
+/// A CDATA section, which ends with its first "]]>": what would be behind it is another one.
+void addSection(Events& events, const std::string& text) {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  do {
+    end = text.find("]]>", begin);
+    if (end != std::string::npos) end += 2;
+    events.push_back({Event::startCDATA});
+    events.push_back({Event::characters, {text.substr(begin, end - begin)}});
+    events.push_back({Event::endCDATA});
+    begin = end;
+  } while (end != std::string::npos);
+}
+
 /// Typed content as a reader gives it: decoded where the algorithm is built in, CDATA as a section.
 Events typedAsRead(const Events& events) {
   XMLWriter_X891 writer;
   Events result;
+  std::optional<std::string> section;
   for (Event event : events) {
+    if (event.kind == Event::startCDATA) {
+      section.emplace();
+      continue;
+    }
+    if (section && event.kind == Event::endCDATA) {
+      addSection(result, *section);
+      section.reset();
+      continue;
+    }
+    if (section && (event.kind == Event::characters || event.kind == Event::ignorableWhitespace)) {
+      *section += event.texts[0];
+      continue;
+    }
     for (Event::Attribute& attribute : event.attributes) {
       // There is no typed value without an octet.
       if (attribute.typed.octets.empty()) attribute.typed = {};
@@ -499,9 +528,7 @@ Events typedAsRead(const Events& events) {
       }
     }
     if (event.kind == Event::object && event.value.algorithmIndex == algorithms::cdata) {
-      result.push_back({Event::startCDATA});
-      result.push_back({Event::characters, {event.value.octets}});
-      result.push_back({Event::endCDATA});
+      addSection(result, event.value.octets);
     } else {
       result.push_back(std::move(event));
     }

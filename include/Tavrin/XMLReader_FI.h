@@ -10,6 +10,7 @@
 #include <Tavrin/XMLReader.h>
 
 #include <cstdint>
+#include <deque>
 #include <istream>
 #include <map>
 #include <memory>
@@ -385,9 +386,10 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::uint64_t tableOctets_ = 0;
   std::uint64_t maximumTableOctets_ = UINT64_MAX;
   std::uint64_t maximumDepth_ = UINT64_MAX;
-  std::vector<OpenElement> openElements_;       // Nesting is not bounded by the call stack.
-  std::vector<UnlistedName> unlistedElements_;  // The innermost last.
-  std::vector<Strings> declarations_;           // Those of "FI", for each element that has some.
+  std::vector<OpenElement> openElements_;  // Nesting is not bounded by the call stack.
+  // What a handler is being told of stays where it is, whatever a derived reader decodes meanwhile.
+  std::deque<UnlistedName> unlistedElements_;  // The innermost last.
+  std::deque<Strings> declarations_;           // Those of "FI", for each element that has some.
 
   // The vocabulary (X.891, clause 8), in the standard's order.
   std::vector<std::string> restrictedAlphabets_;

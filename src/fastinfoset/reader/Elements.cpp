@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include <algorithm>
+
 #include "../Dialect.h"
 #include "../Octets.h"
 #include "DecodeAttributes.h"
@@ -24,6 +26,19 @@ std::string textOrEmpty(const char* text) { return text ? text : std::string(); 
 
 bool XMLReader_FI::decodeElement(int octet) {
   const std::size_t outer = openElements_.size();
+  // Where the document fails or a handler throws, what was opened here is gone.
+  const struct Unwinding {
+    XMLReader_FI& reader;
+    std::size_t open = reader.openElements_.size();
+    std::size_t unlisted = reader.unlistedElements_.size();
+    std::size_t declarations = reader.declarations_.size();
+
+    ~Unwinding() {
+      reader.openElements_.resize(std::min(open, reader.openElements_.size()));
+      while (reader.unlistedElements_.size() > unlisted) reader.unlistedElements_.pop_back();
+      while (reader.declarations_.size() > declarations) reader.declarations_.pop_back();
+    }
+  } unwinding = {*this};
   if (openElement(octet)) {
     closeElement();
     return false;
