@@ -1,3 +1,4 @@
+#include <HexOctets.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -248,9 +249,9 @@ TEST(X891WriterEntities, AreReferencesWithTheIdentifiersThatAreKnown) {
 
 // A reference in Fast Infoset has identifiers of its own: the reader tells of them in the content.
 TEST(X891WriterEntities, MayBeDeclaredInFrontOfAReference) {
-  const std::string original =
-      document("3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 C8 80 FF");
-  std::istringstream stream(original);
+  std::istringstream stream(
+      octets("E0 00 00 01 00 3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 "
+             "C8 80 FF"));
   Writer writer;
   Tavrin::XMLReader_X891 reader;
   reader.setContentHandler(&writer);
@@ -258,9 +259,8 @@ TEST(X891WriterEntities, MayBeDeclaredInFrontOfAReference) {
                      static_cast<Tavrin::DeclHandler*>(&writer));
   reader.parse(stream);
   // The identifiers stand with each reference.
-  EXPECT_EQ(writer.written(), EventLog::showOctets(document(
-                                  "3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 "
-                                  "CA 80 80 FF")));
+  EXPECT_EQ(writer.written(),
+            document("3C 00 'a' CA 00 'e' 00 's' 3C 00 'b' CB 00 'f' 80 00 'p' F0 CA 80 80 FF"));
 }
 
 // A section is text and nothing else.

@@ -75,8 +75,8 @@ TEST_F(Limits, AreSetInEveryCommandAndNamedWhereTheyEndTheWork) {
   expectForAll({"--limit", "maximum-literal-octets=199"}, "tables.fi",
                "tables.fi: octet 10: Literal longer than 199 octets (see --limit "
                "maximum-literal-octets)\n");
-  expectForAll({"--limit", "maximum-table-octets=200"}, "tables.fi",
-               "tables.fi: octet 210: Tables larger than 200 octets (see --limit "
+  expectForAll({"--limit", "maximum-table-octets=700"}, "tables.fi",
+               "tables.fi: octet 210: Tables larger than 700 octets (see --limit "
                "maximum-table-octets)\n");
 }
 

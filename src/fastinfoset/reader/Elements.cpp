@@ -247,21 +247,28 @@ bool XMLReader_FI::findExternalName(unsigned long& index, const Names& table, co
 
 /// An entry of a table of names: the external entries first, then the document's own.
 XMLReader_FI::Name& XMLReader_FI::nameAt(unsigned long index, Names& table, const char* message) {
-  if (externalNames(&table) == nullptr) {
+  const QualifiedNameTable* const external = externalNames(&table);
+  if (external == nullptr || index >= external->occupiedCount) {
+    if (external != nullptr) index -= external->occupiedCount;
     if (index >= table.size()) fail(message);
     return table[index];
   }
-  const auto known = externalNames_.find({&table, index});
+  // An external entry is made a name once, however often a document refers to it.
+  const std::pair<const Names*, unsigned long> entry(&table, index);
+  const auto known = externalNames_.find(entry);
   if (known != externalNames_.end()) return known->second;
-  const unsigned long position = index;
   Name name;
-  if (!findExternalName(index, table, message, name)) return table[index];
+  findExternalName(index, table, message, name);
   name.qName = qNameOf(name);
-  return externalNames_.emplace(std::pair(&table, position), std::move(name)).first->second;
+  return externalNames_.emplace(entry, std::move(name)).first->second;
 }
 
 XMLReader_FI::Name& XMLReader_FI::Names::append() {
-  if (size_ == blocks_.size() * kBlock) blocks_.emplace_back().reserve(kBlock);
+  if (size_ == blocks_.size() * kBlock) {
+    std::vector<Name> block;
+    block.reserve(kBlock);  // Before it is there: without, its names would move.
+    blocks_.push_back(std::move(block));
+  }
   Name& name = blocks_[size_ / kBlock].emplace_back();
   name.position = static_cast<std::uint32_t>(size_++);
   return name;
