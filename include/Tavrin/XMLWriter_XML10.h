@@ -6,6 +6,7 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/XMLWriter.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -121,11 +122,11 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   /// Whether one of the three features is on.
   /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
-  /// Sets one of the four properties.
+  /// Sets one of the five properties.
   /// @throws SAXException for a value that it cannot have
   /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
-  /// The value of one of the four properties; null where the document says nothing of being
+  /// The value of one of the five properties; null where the document says nothing of being
   /// standalone.
   /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
@@ -183,6 +184,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
   std::string version_ = "1.0";
   unsigned indentWidth_ = 2;
+  std::uint64_t maximumDepth_ = UINT64_MAX;
   char quote_ = '\'';
   bool standalone_ = false;
   bool statesStandalone_ = false;

@@ -23,6 +23,7 @@ void XMLReader_XML10::Driver::Callbacks::startElementHandler(void* userData, con
     handler.startElement(event.uri, event.localName, event.qName, list);
   });
   driver.document_->declarations.clear();
+  if (driver.document_->mayLackDeclarations) driver.guard([&] { driver.warnOfLossesInTag(); });
 }
 
 void XMLReader_XML10::Driver::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
@@ -64,6 +65,7 @@ void XMLReader_XML10::Driver::Callbacks::endNamespaceHandler(void* userData,
 void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,
                                                               int isParameterEntity) {
   Driver& driver = from(userData);
+  if (isParameterEntity) driver.document_->lackDeclarations();
   driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
     handler.skippedEntity(isParameterEntity ? std::string("%") + name : name);
   });

@@ -24,15 +24,19 @@ void XMLReader_XML10::Driver::numberNextEntity(XML_Parser parser) {
 }
 
 void XMLReader_XML10::Driver::Callbacks::xmlDeclHandler(void* userData, const XML_Char* version,
-                                                        const XML_Char*, int standalone) {
+                                                        const XML_Char* encoding, int standalone) {
   Driver& driver = from(userData);
   XML10Document& document = *driver.document_;
   // External entities have a declaration of their own (XML 1.0, section 4.3.1).
-  if (document.open.size() > 1) return;
-  document.version = version;
-  if (standalone >= 0) document.standalone = standalone != 0;
+  const bool isDocument = document.open.size() == 1;
+  if (isDocument) {
+    document.version = version;
+    if (standalone >= 0) document.standalone = standalone != 0;
+  }
   // The document begins.
   driver.guard([&] {
+    document.open.back().encoding = textOrEmpty(encoding);
+    if (!isDocument) return;
     if (!xml::isVersion(document.version)) {
       driver.fail("\"" + document.version + "\" is not a version of XML");
     }
@@ -54,6 +58,7 @@ void XMLReader_XML10::Driver::Callbacks::startDoctypeDeclHandler(void* userData,
     XML10Document& document = *driver.document_;
     document.entities.front() = {"[dtd]", textOrEmpty(publicId), document.resolve(systemId)};
     driver.numberNextEntity(document.current().parser);
+    if (systemId) document.lackDeclarations();
   });
   Tavrin::Callbacks::startDoctypeDeclHandler(userData, name, systemId, publicId, hasInternalSubset);
 }
@@ -74,6 +79,13 @@ void XMLReader_XML10::Driver::Callbacks::entityDeclHandler(
     const XML_Char* notationName) {
   Driver& driver = from(userData);
   const auto reportedName = [&] { return isParameterEntity ? std::string("%") + name : name; };
+  driver.guard([&] {
+    XML10Document& document = *driver.document_;
+    const std::string_view text(value ? value : "", static_cast<std::size_t>(valueLength));
+    if (!isParameterEntity) return document.generalEntities.declare(name, text);
+    document.lackDeclarations();  // It is declared for being referred to.
+    if (nextReference(text, 0)) document.parameterTexts.emplace_back(text);
+  });
   if (systemId == nullptr) {
     driver.deliver(driver.handlers.decl, [&](DeclHandler& handler) {
       handler.internalEntityDecl(reportedName(),
@@ -126,7 +138,9 @@ void XMLReader_XML10::Driver::Callbacks::attlistDeclHandler(
     const std::string declaredType = AttributeTypes::declaredForm(type);
     const bool isFirst =
         driver.document_->attributeTypes.declare(elementName, attributeName, declaredType);
-    if (!isFirst || !driver.handlers.decl) return;
+    if (!isFirst) return;
+    if (defaultValue && driver.document_->mayLackDeclarations) driver.warnOfLossesInDefault();
+    if (!driver.handlers.decl) return;
     driver.handlers.decl->attributeDecl(elementName, attributeName, declaredType,
                                         defaultMode(defaultValue, isRequired),
                                         textOrEmpty(defaultValue));

@@ -115,6 +115,7 @@ bool XMLReader_XML10::Driver::makeReady() {
   ready_ = true;
   settings_.version = document_->version;
   settings_.standalone = document_->standalone;
+  settings_.losses = 0;
   if (handlers.content) handlers.content->setDocumentLocator(locator_.get());
   if (handlers.content) handlers.content->startDocument();  // A handler may take itself off.
   return true;
@@ -178,14 +179,14 @@ void XMLReader_XML10::Driver::failAsParser() {
   fail(message);
 }
 
-SAXParseException XMLReader_XML10::Driver::exceptionHere(const std::string& message) const {
-  const XML10Document::OpenEntity& current = document_->current();
-  const DeclaredEntity& entity = *current.entity;
+SAXParseException XMLReader_XML10::Driver::exceptionAt(const std::string& message,
+                                                       const XML10Position& position) const {
+  const DeclaredEntity& entity = *document_->current().entity;
   const bool isDocument = document_->open.size() == 1;
   return SAXParseException(
       isDocument ? message
                  : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
-      lineOf(current.parser), columnOf(current.parser));
+      position.line, position.column);
 }
 
 void XMLReader_XML10::Driver::fail(const std::string& message) {

@@ -15,6 +15,7 @@
 
 #include "AttributeTypes.h"
 #include "Callbacks.h"
+#include "GeneralEntities.h"
 #include "Parser.h"
 #include "XML10Event.h"
 
@@ -47,6 +48,16 @@ struct XML10Settings {
   // Of the last document that has begun.
   std::optional<std::string> version;
   std::optional<bool> standalone;
+  std::uint64_t losses = 0;
+};
+
+/// A place in an entity, counted as expat counts it.
+struct XML10Position {
+  /// Goes on by a text in UTF-8.
+  void moveOver(std::string_view text);
+
+  std::int32_t line;
+  std::int32_t column;
 };
 
 /// An external entity that can be referred to.
@@ -62,6 +73,7 @@ struct XML10Document {
   struct OpenEntity {
     XML_Parser parser;
     const DeclaredEntity* entity;
+    std::string encoding = {};  ///< As it is declared.
   };
 
   XML10Document(XML_Parser parser, const XML10Settings& settings)
@@ -70,6 +82,9 @@ struct XML10Document {
         open{{parser, &self}} {}
 
   const OpenEntity& current() const { return open.back(); }
+  /// There are declarations that may not be read, or not by every reader: an entity need not be
+  /// declared, unless the document states that it is standalone.
+  void lackDeclarations() { mayLackDeclarations = !standalone.value_or(false); }
   std::string resolve(const XML_Char* systemId) const;
 
   const XML10Settings::Features features;
@@ -89,6 +104,12 @@ struct XML10Document {
 
   XML10Event event;
   AttributeTypes attributeTypes;
+  GeneralEntities generalEntities;
+  bool mayLackDeclarations = false;
+  /// Texts of internal parameter entities that have references to general ones.
+  std::vector<std::string> parameterTexts;
+  /// The current event as the document has it, while it is looked at.
+  std::string markup;
   /// The namespace declarations of the start tag that follows, while they are to be attributes.
   std::vector<std::pair<std::string, std::string>> declarations;
   /// What the parse failed for.
@@ -127,14 +148,35 @@ class XMLReader_XML10::Driver : public EventTarget {
   [[noreturn]] void reportError();
   /// Refuses a name of an element or attribute that is no qualified name.
   void requireQName(const char* name);
-  /// A failure, or a warning, where the current entity stands.
-  SAXParseException exceptionHere(const std::string& message) const;
+  /// Where the current entity stands.
+  XML10Position positionHere() const;
+  /// A failure, or a warning, in the current entity.
+  SAXParseException exceptionAt(const std::string& message, const XML10Position& position) const;
+  SAXParseException exceptionHere(const std::string& message) const {
+    return exceptionAt(message, positionHere());
+  }
   /// Ends the document with a failure where the current entity stands.
   [[noreturn]] void fail(const std::string& message);
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
   /// Frees what belongs to the open document.
   void releaseParser();
+
+  /// Warns of something in the document that no event tells.
+  void warnOfLoss(const std::string& message, const XML10Position& position);
+  /// Whether the current event stands in an internal entity. Positions are then those of the
+  /// reference.
+  bool isInInternalEntity() const;
+  /// Warns of each reference in a text for which there is no text.
+  /// @param place     what the text is, for the message
+  /// @param position  where it begins
+  /// @param isWritten whether the text stands there as it is
+  void warnOfLostReferences(std::string_view source, const char* place, XML10Position position,
+                            bool isWritten);
+  /// Does so for the current start tag. It moves the place of the event to the end of the tag.
+  void warnOfLossesInTag();
+  /// Does so for the default of an attribute that is being declared.
+  void warnOfLossesInDefault();
 
   bool makeReady() override;
   void handlerThrew() override;
@@ -192,6 +234,9 @@ struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
   static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);
+
+  // Lost references: XML10Losses.cpp.
+  static void markupHandler(void* userData, const XML_Char* text, int length);
 
   // External entities and encodings: XML10Entities.cpp.
   static int externalEntityRefHandler(XML_Parser argument, const XML_Char* context,
