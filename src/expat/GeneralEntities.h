@@ -19,7 +19,7 @@ struct EntityReference {
 /// The first reference at or behind a position. References to characters are none.
 std::optional<EntityReference> nextReference(std::string_view text, std::size_t from);
 
-/// The general entities that a document declares, as far as expat has processed it.
+/// The entities that a document declares, as far as expat processes the declarations.
 ///
 /// They are kept for what expat keeps silent about: where declarations may not have been read, a
 /// reference in an attribute value to an entity that nothing declares is no error (XML 1.0,
@@ -27,6 +27,7 @@ std::optional<EntityReference> nextReference(std::string_view text, std::size_t 
 class GeneralEntities {
  public:
   /// Takes a declaration. Of several for an entity the first counts (section 4.2).
+  /// @param name as SAX2 reports it: parameter entities are told apart, and known by name alone
   /// @param text the replacement text of an internal entity; of others, nothing
   void declare(std::string_view name, std::string_view text);
   bool isDeclared(std::string_view name) const { return entities_.contains(name); }

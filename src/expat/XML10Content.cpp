@@ -65,9 +65,13 @@ void XMLReader_XML10::Driver::Callbacks::endNamespaceHandler(void* userData,
 void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,
                                                               int isParameterEntity) {
   Driver& driver = from(userData);
-  if (isParameterEntity) driver.document_->lackDeclarations();
-  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
-    handler.skippedEntity(isParameterEntity ? std::string("%") + name : name);
+  driver.guard([&] {
+    if (isParameterEntity) {
+      driver.document_->lackDeclarations();
+      driver.passOverDeclarations();
+    }
+    if (!driver.handlers.content) return;
+    driver.handlers.content->skippedEntity(isParameterEntity ? std::string("%") + name : name);
   });
 }
 

@@ -82,7 +82,8 @@ void XMLReader_XML10::Driver::Callbacks::entityDeclHandler(
   driver.guard([&] {
     XML10Document& document = *driver.document_;
     const std::string_view text(value ? value : "", static_cast<std::size_t>(valueLength));
-    if (!isParameterEntity) return document.generalEntities.declare(name, text);
+    document.generalEntities.declare(reportedName(), isParameterEntity ? "" : text);
+    if (!isParameterEntity) return;
     document.lackDeclarations();  // It is declared for being referred to.
     if (nextReference(text, 0)) document.parameterTexts.emplace_back(text);
   });

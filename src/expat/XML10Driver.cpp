@@ -189,8 +189,8 @@ SAXParseException XMLReader_XML10::Driver::exceptionAt(const std::string& messag
       position.line, position.column);
 }
 
-void XMLReader_XML10::Driver::fail(const std::string& message) {
-  const SAXParseException exception = exceptionHere(message);
+void XMLReader_XML10::Driver::failAt(const std::string& message, const XML10Position& position) {
+  const SAXParseException exception = exceptionAt(message, position);
   if (handlers.error) handlers.error->fatalError(exception);
   throw exception;
 }

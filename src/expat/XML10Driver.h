@@ -17,7 +17,9 @@
 #include "Callbacks.h"
 #include "GeneralEntities.h"
 #include "Parser.h"
+#include "PassedDeclarations.h"
 #include "XML10Event.h"
+#include "XML10Position.h"
 
 namespace Tavrin {
 
@@ -49,15 +51,6 @@ struct XML10Settings {
   std::optional<std::string> version;
   std::optional<bool> standalone;
   std::uint64_t losses = 0;
-};
-
-/// A place in an entity, counted as expat counts it.
-struct XML10Position {
-  /// Goes on by a text in UTF-8.
-  void moveOver(std::string_view text);
-
-  std::int32_t line;
-  std::int32_t column;
 };
 
 /// An external entity that can be referred to.
@@ -108,6 +101,8 @@ struct XML10Document {
   bool mayLackDeclarations = false;
   /// Texts of internal parameter entities that have references to general ones.
   std::vector<std::string> parameterTexts;
+  /// While declarations are not processed.
+  std::optional<PassedDeclarations> passed;
   /// The current event as the document has it, while it is looked at.
   std::string markup;
   /// The namespace declarations of the start tag that follows, while they are to be attributes.
@@ -155,8 +150,9 @@ class XMLReader_XML10::Driver : public EventTarget {
   SAXParseException exceptionHere(const std::string& message) const {
     return exceptionAt(message, positionHere());
   }
-  /// Ends the document with a failure where the current entity stands.
-  [[noreturn]] void fail(const std::string& message);
+  /// Ends the document with a failure in the current entity.
+  [[noreturn]] void failAt(const std::string& message, const XML10Position& position);
+  [[noreturn]] void fail(const std::string& message) { failAt(message, positionHere()); }
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
   /// Frees what belongs to the open document.
@@ -177,6 +173,19 @@ class XMLReader_XML10::Driver : public EventTarget {
   void warnOfLossesInTag();
   /// Does so for the default of an attribute that is being declared.
   void warnOfLossesInDefault();
+  /// What a warning of a lost reference says.
+  static std::string lostReference(std::string_view entity, const char* place);
+
+  /// From now on, expat processes no more declarations of entities and attributes. Those in the
+  /// internal subset are reported from their text.
+  void passOverDeclarations();
+  void takePassedMarkup(std::string_view piece);
+  void reportPassedEntity(DeclarationTokens tokens);
+  void reportPassedAttributes(DeclarationTokens tokens);
+  /// Whether a declaration of an entity is the first, and notes it.
+  bool isFirstPassed(const std::string& name);
+  void warnOfReferencesInPassed(std::string_view literal);
+  [[noreturn]] void failInPassed(XML_Error error);
 
   bool makeReady() override;
   void handlerThrew() override;
@@ -234,6 +243,10 @@ struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
   static void attlistDeclHandler(void* userData, const XML_Char* elementName,
                                  const XML_Char* attributeName, const XML_Char* type,
                                  const XML_Char* defaultValue, int isRequired);
+
+  // Declarations that are not processed: XML10PassedDeclarations.cpp.
+  static void endDoctypeDeclHandler(void* userData);
+  static void passedMarkupHandler(void* userData, const XML_Char* text, int length);
 
   // Lost references: XML10Losses.cpp.
   static void markupHandler(void* userData, const XML_Char* text, int length);

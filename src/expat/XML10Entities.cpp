@@ -53,6 +53,7 @@ void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const cha
     stream = handlers.resolver->resolveEntity(entity.publicId, entity.systemId);
   }
   if (!stream) {
+    if (!context && &entity != &document.entities.front()) passOverDeclarations();
     if (handlers.content) handlers.content->skippedEntity(entity.name);
     return;
   }

@@ -42,10 +42,6 @@ std::string literalAtStart(std::string_view octets, const std::string& encoding)
   return encoding.empty() ? std::string(literal) : toUTF8(encoding.c_str(), literal);
 }
 
-std::string messageAbout(const std::string& entity, const char* place) {
-  return "The entity \"" + entity + "\" was not read: a reference to it in " + place + " is lost";
-}
-
 }  // namespace
 
 void XML10Position::moveOver(std::string_view text) {
@@ -59,6 +55,11 @@ void XML10Position::moveOver(std::string_view text) {
       ++column;
     }
   }
+}
+
+std::string XMLReader_XML10::Driver::lostReference(std::string_view entity, const char* place) {
+  return "The entity \"" + std::string(entity) + "\" was not read: a reference to it in " + place +
+         " is lost";
 }
 
 XML10Position XMLReader_XML10::Driver::positionHere() const {
@@ -87,7 +88,7 @@ void XMLReader_XML10::Driver::warnOfLostReferences(std::string_view source, cons
     if (missing == nullptr) continue;
     if (isWritten) position.moveOver(source.substr(passed, found->position - passed));
     passed = found->position;
-    warnOfLoss(messageAbout(*missing, place), position);
+    warnOfLoss(lostReference(*missing, place), position);
   }
 }
 
