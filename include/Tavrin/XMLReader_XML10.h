@@ -68,7 +68,7 @@ namespace Tavrin {
 /// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth, which
 /// count from the next document; only to be asked documentXMLVersion ("1.0" where the document has
 /// no declaration), standalone and lossCount, which tell of the last document that has begun. The
-/// message of a failure for a limit ends with the identifiers of its properties.
+/// message of a failure at a limit names the property by the end of its identifier.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, which leaves them as written where it

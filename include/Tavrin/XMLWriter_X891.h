@@ -42,10 +42,9 @@ struct ExternalVocabulary;
 ///   Namespaces in XML says of reserved names;
 /// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
 ///   `The unparsed entity "e" has no system identifier`, which the format wants;
-/// - the document: `A document needs a root element`, `Elements nested deeper than N`, with the
-///   identifier of Tavrin::properties::maximumDepth behind it, `Unknown external vocabulary "U"`
-///   with the property that would make it known, and what the vocabulary properties give as reasons
-///   (see setProperty).
+/// - the document: `A document needs a root element`, `Elements nested deeper than N (property
+///   maximum-depth)`, `Unknown external vocabulary "U"` with the property that would make it known,
+///   and what the vocabulary properties give as reasons (see setProperty).
 ///
 /// What fails for another reason, in the attributes that are given, in the stream, or for want of
 /// memory, leaves no trace either where nothing of the event may have been written. Otherwise every

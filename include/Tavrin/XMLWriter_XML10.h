@@ -50,7 +50,9 @@ class EventOctets;
 /// those of an external parameter entity, to which a reference is written. Without startEntity all
 /// is taken for the internal subset. skippedEntity writes a reference, if the entity is declared or
 /// may be declared where this writer does not see it. General entities that were read are
-/// written as their text. The defaults of declared attributes count when names are checked.
+/// written as their text. The defaults of declared attributes count when names are checked. What is
+/// declared behind a parameter entity that was skipped counts for nothing: a reference to an entity
+/// is written whatever its text.
 ///
 /// **Auto-indent** never adds white space to an element that has text of any kind, white space and
 /// references among it, nor inside its descendants, nor where `xml:space` says `preserve`. That

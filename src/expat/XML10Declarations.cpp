@@ -1,6 +1,7 @@
 #include <new>
 
 #include "../xml/Characters.h"
+#include "../xml/NamespaceBindings.h"
 #include "URIReference.h"
 #include "XML10Driver.h"
 
@@ -140,6 +141,10 @@ void XMLReader_XML10::Driver::Callbacks::attlistDeclHandler(
     const bool isFirst =
         driver.document_->attributeTypes.declare(elementName, attributeName, declaredType);
     if (!isFirst) return;
+    if (defaultValue) {
+      driver.document_->hasDefaults = true;
+      if (xml::isDeclarationName(attributeName)) driver.document_->hasDeclarationDefaults = true;
+    }
     if (defaultValue && driver.document_->mayLackDeclarations) driver.warnOfLossesInDefault();
     if (!driver.handlers.decl) return;
     driver.handlers.decl->attributeDecl(elementName, attributeName, declaredType,

@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 
+#include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
 #include "DeclaredEncoding.h"
 #include "ExpatNames.h"
@@ -176,6 +177,9 @@ void XMLReader_XML10::Driver::failAsParser() {
   const XML_Error code = XML_GetErrorCode(document_->current().parser);
   std::string message = XML_ErrorString(code);
   if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
+  if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {
+    message = atLimit(message, properties::entityAmplificationFactor);
+  }
   fail(message);
 }
 
@@ -199,6 +203,26 @@ void XMLReader_XML10::Driver::endDocument() {
   if (document_->failure) std::rethrow_exception(document_->failure);
   if (!ready_) makeReady();
   if (handlers.content) handlers.content->endDocument();
+}
+
+std::uint64_t XML10Document::octetsRead() const {
+  std::uint64_t octets = entityOctets;
+  for (const OpenEntity& entity : open) {
+    octets +=
+        static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(entity.parser), XML_Index{0}));
+  }
+  return octets;
+}
+
+void XMLReader_XML10::Driver::addDefaults(std::uint64_t octets) {
+  std::uint64_t& added = document_->defaultOctets;
+  added += octets;
+  if (added <= document_->amplificationThreshold) return;
+  // As expat counts it for entities: what is there in the end, for what was read.
+  const auto read = static_cast<double>(document_->octetsRead());
+  if (read + static_cast<double>(added) <= document_->amplificationFactor * read) return;
+  fail(atLimit("limit on input amplification factor (from defaults of attributes) breached",
+               properties::entityAmplificationFactor));
 }
 
 void XMLReader_XML10::Driver::releaseParser() {

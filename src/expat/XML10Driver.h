@@ -35,6 +35,7 @@ struct XML10Settings {
 
   static constexpr double kAmplificationFactor = 100;
   static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} * 1024 * 1024;
+  static constexpr std::uint64_t kMaximumDepth = UINT64_MAX;
 
   /// The switch of a feature, or null.
   bool* find(const std::string& name);
@@ -43,6 +44,7 @@ struct XML10Settings {
   std::optional<std::string> baseURI;
   double amplificationFactor = kAmplificationFactor;
   std::uint64_t amplificationThreshold = kAmplificationThreshold;
+  std::uint64_t maximumDepth = kMaximumDepth;
 
   DeclHandler* declHandler = nullptr;        ///< Not owned.
   LexicalHandler* lexicalHandler = nullptr;  ///< Not owned.
@@ -71,6 +73,9 @@ struct XML10Document {
 
   XML10Document(XML_Parser parser, const XML10Settings& settings)
       : features(settings.features),
+        amplificationFactor(settings.amplificationFactor),
+        amplificationThreshold(settings.amplificationThreshold),
+        maximumDepth(settings.maximumDepth),
         self{{}, {}, settings.baseURI.value_or(std::string())},
         open{{parser, &self}} {}
 
@@ -80,7 +85,13 @@ struct XML10Document {
   void lackDeclarations() { mayLackDeclarations = !standalone.value_or(false); }
   std::string resolve(const XML_Char* systemId) const;
 
+  /// How many octets have been read, of all entities.
+  std::uint64_t octetsRead() const;
+
   const XML10Settings::Features features;
+  const double amplificationFactor;
+  const std::uint64_t amplificationThreshold;
+  const std::uint64_t maximumDepth;
   /// The first octets of a document of blocks, while it is open what its encoding is.
   std::optional<std::string> start = std::string();
   const DeclaredEntity self;
@@ -96,7 +107,12 @@ struct XML10Document {
   std::optional<bool> standalone;
 
   XML10Event event;
+  std::uint64_t depth = 0;  ///< Elements that are open.
   AttributeTypes attributeTypes;
+  bool hasDefaults = false;             ///< An attribute has one.
+  bool hasDeclarationDefaults = false;  ///< One that declares a namespace has one.
+  std::uint64_t defaultOctets = 0;      ///< How many have been reported because of defaults.
+  std::uint64_t entityOctets = 0;       ///< Of external entities that have been read.
   GeneralEntities generalEntities;
   bool mayLackDeclarations = false;
   /// Texts of internal parameter entities that have references to general ones.
@@ -157,6 +173,10 @@ class XMLReader_XML10::Driver : public EventTarget {
   [[noreturn]] void failAsParser();
   /// Frees what belongs to the open document.
   void releaseParser();
+
+  void reportStart(ContentHandler& handler, const XML_Char* name, const XML_Char** attributes);
+  /// Counts what defaults have added to the document.
+  void addDefaults(std::uint64_t octets);
 
   /// Warns of something in the document that no event tells.
   void warnOfLoss(const std::string& message, const XML10Position& position);
