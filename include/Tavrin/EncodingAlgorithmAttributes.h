@@ -52,7 +52,8 @@ class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
   /// @}
 };
 
-/// The list that the Fast Infoset reader fills, and from which its writer takes typed values.
+/// The list that the reader "FI" fills, new for each element, and from which the Fast Infoset
+/// writers take typed values.
 ///
 /// Access by a position outside the list, or by a name that is not in it, throws std::out_of_range
 /// with the text "vector::_M_range_check". getValue by position makes the text of a typed value
@@ -108,9 +109,15 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   /// Replaces the whole list by a copy of another one in which every value is text.
   /// @throws std::length_error "vector::reserve" for a negative length; the list is then empty
   void setAttributes(const Attributes& other);
-  /// Not to be called: it ends the process. A typed copy is not provided, and a silent text copy in
-  /// its place would lose the values' types.
+  /// Not to be called: it ends the process. A silent text copy would lose the values' types;
+  /// copyAttributes keeps them.
   [[noreturn]] void setAttributes(const EncodingAlgorithmAttributes& other);
+
+  /// Replaces the whole list by a copy of another one, typed values included (EncodedData::copy).
+  /// Where it throws, the list is what it was.
+  /// @throws EncodingAlgorithmException for a typed value that cannot be copied
+  /// @throws std::length_error "vector::reserve" for a negative length
+  void copyAttributes(const EncodingAlgorithmAttributes& other);
 
   /// Appends an attribute whose value is text. Nothing is checked: names may stand more than once.
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
@@ -127,32 +134,10 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
                     const std::string& type, const std::string& algorithmURI, int algorithmIndex,
                     std::unique_ptr<EncodedData> data);
 
+  std::vector<std::unique_ptr<Attribute>> attributes_;  ///< The attributes, in order.
+
  private:
-  friend class XMLReader_FI;
-
-  struct Record : Attribute {
-    Record() = default;
-    Record(const Record&) = delete;
-    Record& operator=(const Record&) = delete;
-
-    // Where its names are: in its own strings, or in a reader's table.
-    const std::string* uriAt = &uri;
-    const std::string* localNameAt = &localName;
-    const std::string* qNameAt = &qName;
-    std::size_t position = kOwnNames;  // Of the entry in that table.
-    std::size_t spareOctets = 0;       // What it keeps of memory while it is not used.
-  };
-  static constexpr std::size_t kOwnNames = ~std::size_t{0};
-
-  const Record& at(int index) const;
-  void clear();
-  Record& append();
-  Record& appendOwn();
-
-  // The attributes, and behind them records without values, which keep their memory.
-  std::vector<std::unique_ptr<Record>> records_;
-  std::size_t length_ = 0;       // How many are attributes.
-  std::size_t spareOctets_ = 0;  // Of the others together.
+  const Attribute& at(int index) const;
 };
 
 }  // namespace Tavrin

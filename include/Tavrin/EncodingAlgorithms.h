@@ -40,14 +40,17 @@ class TAVRIN_API EncodingAlgorithm {
   virtual ~EncodingAlgorithm();
 
   /// Decodes a value.
-  /// @param length the number of octets; just these are read, and none beyond
+  /// @param length the number of octets; just these are read, and none beyond. The built-in
+  ///               algorithms take the memory for as many before they read, so a caller that does
+  ///               not trust the length makes sure that they are there
   /// @param stream stands behind the length of the encoded data. An end before its time shows in
-  ///               the stream's state; the value is then meaningless
+  ///               the stream's state; the value is then meaningless. Of the built-in algorithms
+  ///               it has its full length: each octet that is missing counts as 0xFF, and the rest
+  ///               of a string is what it was, or zero
   /// @return the algorithm's own holder, valid until it decodes again; EncodedData::clone takes the
   ///         value over
   /// @throws EncodingAlgorithmException for a length that the values cannot have, before anything
-  /// is
-  ///         read
+  ///         is read
   virtual EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) = 0;
 
   /// Encodes a value: the octets of writeSize, then those of the value.
@@ -74,7 +77,7 @@ using EncodingAlgorithmMap = std::map<std::string, EncodingAlgorithm*>;
 /// Octets that stand for hexadecimal text; they are carried as they are (X.891, 10.2).
 class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  HexadecimalData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
@@ -86,7 +89,7 @@ class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
 /// Octets that stand for base64 text; they are carried as they are (X.891, 10.3).
 class TAVRIN_API Base64EncodingAlgorithm : public EncodingAlgorithm {
  public:
-  Base64Data& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
@@ -98,7 +101,7 @@ class TAVRIN_API Base64EncodingAlgorithm : public EncodingAlgorithm {
 /// 16-bit integers (X.891, 10.4).
 class TAVRIN_API ShortEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  ShortData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<short>& value, std::ostream& stream);
@@ -111,7 +114,7 @@ class TAVRIN_API ShortEncodingAlgorithm : public EncodingAlgorithm {
 /// (X.891, 10.5).
 class TAVRIN_API IntEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  IntData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
@@ -123,7 +126,7 @@ class TAVRIN_API IntEncodingAlgorithm : public EncodingAlgorithm {
 /// 64-bit integers (X.891, 10.6).
 class TAVRIN_API LongEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  LongData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
@@ -135,7 +138,7 @@ class TAVRIN_API LongEncodingAlgorithm : public EncodingAlgorithm {
 /// Booleans, one a bit (X.891, 10.7).
 class TAVRIN_API BooleanEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  BooleanData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<bool>& value, std::ostream& stream);
@@ -147,7 +150,7 @@ class TAVRIN_API BooleanEncodingAlgorithm : public EncodingAlgorithm {
 /// IEEE 754 single precision numbers (X.891, 10.8).
 class TAVRIN_API FloatEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  FloatData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<float>& value, std::ostream& stream);
@@ -159,7 +162,7 @@ class TAVRIN_API FloatEncodingAlgorithm : public EncodingAlgorithm {
 /// IEEE 754 double precision numbers (X.891, 10.9).
 class TAVRIN_API DoubleEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  DoubleData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<double>& value, std::ostream& stream);
@@ -171,7 +174,7 @@ class TAVRIN_API DoubleEncodingAlgorithm : public EncodingAlgorithm {
 /// The text of a CDATA section, in UTF-8 (X.891, 10.11).
 class TAVRIN_API CDATAEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  CDATAData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
@@ -183,7 +186,7 @@ class TAVRIN_API CDATAEncodingAlgorithm : public EncodingAlgorithm {
 /// UUIDs, 16 octets each (X.891, 10.10).
 class TAVRIN_API UUIDEncodingAlgorithm : public EncodingAlgorithm {
  public:
-  UUIDData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<UUID>& value, std::ostream& stream);

@@ -5,7 +5,12 @@
 /// Names match without regard to the case of ASCII letters, whatever the locale. The library
 /// registers the readers "Expat", "FI", "X891" and "XML10" and the writers "FI", "X891", "XML" and
 /// "XML10"; an application adds a type of its own by keeping a static XMLReaderType or
-/// XMLWriterType. Registration is meant for static initialisation: nothing here is locked.
+/// XMLWriterType.
+///
+/// Any number of threads may create readers and writers, and ask for names, at the same time.
+/// Nothing is locked, so registering a type and removing one is forbidden while another thread uses
+/// the factory of its kind: it is meant for static initialisation, and for the end of the program.
+/// A library with types of its own is loaded and unloaded while no other thread creates objects.
 #pragma once
 
 #include <Tavrin/Export.h>

@@ -44,6 +44,12 @@ class TAVRIN_API EncodedData {
 
   /// Delivers the value to the handler's matching operation. The base delivers nothing.
   virtual void callContentHandler(PrimitiveTypeContentHandler& handler) const;
+
+  /// Copies the value into a new holder of the same type, which the caller owns. This holder keeps
+  /// its value. The holders of the library can be copied; one of an application can where it
+  /// overrides this.
+  /// @throws EncodingAlgorithmException "This typed value cannot be copied" where it does not
+  virtual std::unique_ptr<EncodedData> copy() const;
 };
 
 /// A holder of one value.
@@ -63,6 +69,7 @@ class TAVRIN_API HexadecimalData : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
@@ -72,6 +79,7 @@ class TAVRIN_API Base64Data : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
@@ -81,6 +89,7 @@ class TAVRIN_API CDATAData : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
 };
 
@@ -90,6 +99,7 @@ class TAVRIN_API ShortData : public EncodedDataTemplate<std::vector<short>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls shorts.
 };
 
@@ -100,6 +110,7 @@ class TAVRIN_API IntData : public EncodedDataTemplate<std::vector<long>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls ints.
 };
 
@@ -109,6 +120,7 @@ class TAVRIN_API LongData : public EncodedDataTemplate<std::vector<long>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls longs.
 };
 
@@ -118,6 +130,7 @@ class TAVRIN_API BooleanData : public EncodedDataTemplate<std::vector<bool>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(
       PrimitiveTypeContentHandler& handler) const override;  ///< Calls booleans.
 };
@@ -128,6 +141,7 @@ class TAVRIN_API FloatData : public EncodedDataTemplate<std::vector<float>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls floats.
 };
 
@@ -137,6 +151,7 @@ class TAVRIN_API DoubleData : public EncodedDataTemplate<std::vector<double>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls doubles.
 };
 
@@ -150,6 +165,7 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
+  std::unique_ptr<EncodedData> copy() const override;
 };
 
 /// Receives content of encoding algorithms that the receiver may or may not know. Every operation
@@ -167,7 +183,7 @@ class TAVRIN_API EncodingAlgorithmContentHandler {
   /// Decoded content.
   /// @param uri   names an application-defined algorithm; empty for the others
   /// @param index the algorithm's field: its index in the standard's table minus 1
-  /// @param data  the value; a handler that keeps it takes a copy of its `data_`
+  /// @param data  the value; a handler that keeps it takes a copy (EncodedData::copy)
   virtual void object(const std::string& uri, int index, const EncodedData& data);
 };
 

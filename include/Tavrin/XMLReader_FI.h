@@ -50,6 +50,13 @@ struct IntegerForm;
 ///   follow, until another document brings its own.
 class TAVRIN_API XMLReader_FI : public XMLReader {
  public:
+  /// A name as the surrogate tables hold it; a part that is absent is empty.
+  struct QualifiedName {
+    std::string prefix;         ///< Prefix.
+    std::string namespaceName;  ///< Namespace name.
+    std::string localName;      ///< Local name.
+  };
+
   XMLReader_FI();
   ~XMLReader_FI() override;
 
@@ -73,35 +80,6 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   void parse(std::istream& stream) override;
 
  protected:
-  /// A name as the surrogate tables hold it; a part that is absent is empty.
-  struct QualifiedName {
-    std::string prefix;         ///< Prefix.
-    std::string namespaceName;  ///< Namespace name.
-    std::string localName;      ///< Local name.
-    std::string whole{};        ///< What qName gives, of names that are in use.
-
-    /// @name What a reader that checks names has found out, to look once
-    /// @{
-    std::uint64_t bindings = 0;  ///< The version of the bindings in which the prefix is right.
-    std::size_t identity = 0;    ///< The number of the namespace name and local name, or 0.
-    std::size_t octets = 0;      ///< How many the handler is given with it.
-    /// @}
-
-    /// Prefix, colon and local name, or the local name alone.
-    std::string qName() const;
-  };
-
-  /// @name Octets
-  /// Both throw SAXException "Unexpected end of document" where the stream ends.
-  /// @{
-
-  /// The next octet.
-  unsigned readOctet();
-  /// Replaces a string by the next octets; it grows with those that arrive.
-  /// @throws SAXException also for a length over the limit that a derived reader has
-  void readOctets(std::uint64_t length, std::string& octets);
-  /// @}
-
   /// @name Integers (X.891, C.21 to C.28)
   /// Each takes the octet in which the integer begins and reads those that follow. Bits that do not
   /// belong to the integer are ignored; a form that does not exist is refused with a SAXException.
@@ -144,11 +122,10 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
   /// Reads the header up to its first wrong octet, and tells whether there was none (12.6, 12.7).
   bool isFastInfosetDocument();
-  void decodeAdditionalData();  ///< Prints it (C.2.4).
-  virtual void
-  decodeInitialVocabulary();      ///< Fills the tables, selects the external vocabulary (C.2.5).
-  void decodeNotations();         ///< Reports them to the DTD handler (C.2.6).
-  void decodeUnparsedEntities();  ///< Reports them to the DTD handler (C.2.7).
+  void decodeAdditionalData();     ///< Prints it (C.2.4).
+  void decodeInitialVocabulary();  ///< Fills the tables, selects the external vocabulary (C.2.5).
+  void decodeNotations();          ///< Reports them to the DTD handler (C.2.6).
+  void decodeUnparsedEntities();   ///< Reports them to the DTD handler (C.2.7).
   void decodeCharacterEncodingScheme();  ///< Prints it (C.2.8).
   void decodeVersion();                  ///< Prints it (C.2.10).
 
@@ -177,9 +154,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @return the new entry, valid until the table changes
   QualifiedName& decodeQualifiedName(int octet, std::vector<QualifiedName>& table);
   /// An entry of the element names: the external entries first, then the document's own.
-  QualifiedName getElementName(unsigned long index);
+  QualifiedName getElementName(unsigned long index) const;
   /// An entry of the attribute names: the external entries first, then the document's own.
-  QualifiedName getAttributeName(unsigned long index);
+  QualifiedName getAttributeName(unsigned long index) const;
   /// Decodes the attributes of an element.
   /// @return true when the list ended with a double terminator, which ends the element too
   bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
@@ -193,7 +170,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// The algorithm of a field, or null (C.29).
   /// @param field the algorithm's number; see Tavrin::algorithms
   /// @param uri   receives the URI of an application-defined algorithm
-  virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
+  EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
   void decodeComment();                ///< Decodes and delivers a comment (C.8).
   void decodeProcessingInstruction();  ///< Decodes and delivers an instruction (C.5).
   /// Decodes and prints an entity reference whose first octet was read (C.6).
@@ -206,14 +183,23 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   explicit XMLReader_FI(const fastinfoset::Dialect& dialect);
 
   using Strings = std::vector<std::string>;
-  using Names = std::vector<QualifiedName>;
+
+  /// A name of a table, with what the reader needs beside its parts.
+  struct Name : QualifiedName {
+    std::string qName;  // Prefix, colon and local name, or the local name alone.
+
+    // What a reader that checks names has found out, to look once.
+    std::uint64_t bindings = 0;  // The version of the bindings in which the prefix is right.
+    std::size_t identity = 0;    // The number of the namespace name and local name, or 0.
+    std::size_t octets = 0;      // How many the handler is given with it.
+  };
+  using Names = std::vector<Name>;
 
   /// An element whose end has not come yet. What a document repeats, it does not copy.
   struct OpenElement {
-    std::size_t position = 0;  // Of its name in the table.
-    std::unique_ptr<QualifiedName>
-        unlisted;          // Its name, if it is in none of the document's tables.
-    Strings declarations;  // Prefix, namespace name, prefix, namespace name, ...
+    std::size_t position = 0;        // Of its name in the table.
+    std::unique_ptr<Name> unlisted;  // Its name, if it is in none of the document's tables.
+    Strings declarations;            // Prefix, namespace name, prefix, namespace name, ...
   };
 
   /// What precedes the data of an algorithm or restricted alphabet.
@@ -223,49 +209,56 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   };
 
   // --- Steps that dialects take differently: the document ---
+  // Their names begin alike, so that no operation of a derived class overrides one by accident.
 
-  [[noreturn]] virtual void throwFailure(const std::string& message) const;
-  virtual void clearTables();
-  virtual void decodeDocument();
-  virtual void checkPadding(unsigned bits) const;  // Of bits that the standard wants to be zero.
-  virtual void endChildren(bool elementSeen);
+  [[noreturn]] virtual void dialectThrowFailure(const std::string& message) const;
+  virtual void dialectClearTables();
+  virtual void dialectDecodeDocument();
+  virtual void dialectDecodeInitialVocabulary();
+  virtual void dialectCheckPadding(
+      unsigned bits) const;  // Of bits that the standard wants to be zero.
+  virtual void dialectEndChildren(bool elementSeen);
 
   // --- Steps: strings and names. A table tells what kind of string it is. ---
 
-  virtual void checkIdentifier(const Strings* table, const std::string& text);
-  virtual void checkText(std::string_view text);
-  virtual void checkAmplification() const;  // After strings were taken from tables.
-  virtual void decodeOtherString(unsigned octet, std::string& text);
-  virtual void decodeOtherChunk(unsigned octet, std::string& text);
-  virtual EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                  unsigned long length);
-  virtual void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value);
-  virtual void checkElementName(QualifiedName& name);
-  virtual void checkAttributeName(QualifiedName& name);
+  virtual void dialectCheckIdentifier(const Strings* table, const std::string& text);
+  virtual void dialectCheckText(std::string_view text);
+  virtual void dialectCheckAmplification() const;  // After strings were taken from tables.
+  virtual void dialectDecodeOtherString(unsigned octet, std::string& text);
+  virtual void dialectDecodeOtherChunk(unsigned octet, std::string& text);
+  virtual EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri);
+  virtual EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                         unsigned long length);
+  virtual void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
+                                EncodedData& value);
+  virtual void dialectCheckElementName(Name& name);
+  virtual void dialectCheckAttributeName(Name& name);
 
   // --- Steps: delivery ---
 
-  virtual void deliverVersion(const std::string& version);
-  virtual void deliverStandalone(unsigned octet);
-  virtual void deliverUnused(const std::string& line);  // What no handler takes.
-  virtual void deliverNotation(const std::string& name, const std::string& publicId,
-                               const std::string& systemId);
-  virtual void deliverUnparsedEntity(const std::string& name, const std::string& publicId,
-                                     const std::string& systemId, const std::string& notationName);
-  virtual void deliverStartDTD(const std::string& publicId, const std::string& systemId);
-  virtual void deliverEndDTD();
-  virtual void deliverDeclarations(const Strings& declarations);
-  virtual void deliverStartElement(const QualifiedName& name, const Strings& declarations,
-                                   const EncodingAlgorithmAttributesImpl& attributes);
-  virtual void deliverEndElement(const QualifiedName& name, const Strings& declarations);
-  virtual void deliverCharacters(const std::string& text);
-  virtual void deliver(unsigned field, const std::string& uri, const EncodedData& value);
-  virtual void deliverOctets(bool addToTable, unsigned field, const std::string& uri,
-                             const std::string& octets);
-  virtual void deliverComment(const std::string& text);
-  virtual void deliverInstruction(const std::string& target, const std::string& data);
-  virtual void deliverEntityReference(const std::string& name, const std::string& publicId,
+  virtual void dialectDeliverVersion(const std::string& version);
+  virtual void dialectDeliverStandalone(unsigned octet);
+  virtual void dialectDeliverUnused(const std::string& line);  // What no handler takes.
+  virtual void dialectDeliverNotation(const std::string& name, const std::string& publicId,
                                       const std::string& systemId);
+  virtual void dialectDeliverUnparsedEntity(const std::string& name, const std::string& publicId,
+                                            const std::string& systemId,
+                                            const std::string& notationName);
+  virtual void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId);
+  virtual void dialectDeliverEndDTD();
+  virtual void dialectDeliverDeclarations(const Strings& declarations);
+  // Decodes the attributes of an element, if it has any, and delivers its start.
+  // Returns true when the end of the attributes is that of the element, too.
+  virtual bool dialectStartTag(bool hasAttributes, const Name& name, const Strings& declarations);
+  virtual void dialectDeliverEndElement(const Name& name, const Strings& declarations);
+  virtual void dialectDeliverCharacters(const std::string& text);
+  virtual void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value);
+  virtual void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                                    const std::string& octets);
+  virtual void dialectDeliverComment(const std::string& text);
+  virtual void dialectDeliverInstruction(const std::string& target, const std::string& data);
+  virtual void dialectDeliverEntityReference(const std::string& name, const std::string& publicId,
+                                             const std::string& systemId);
 
   // --- What all dialects share ---
 
@@ -290,26 +283,34 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   Field decodeStringField(unsigned octet);
   Field decodeChunkField(unsigned octet);
   void decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out);
-  bool startElement(int octet);
-  void endElement();
+  bool openElement(int octet);
+  void closeElement();
   void decodeOptionalComponents();
   void decodeChildren();
   void decodeNameParts(unsigned octet, QualifiedName& name);
   void decodeNamePart(Strings& table, const char* builtIn, const char* message, std::string& part);
   void decodeDeclaredName(Strings& table, const char* builtIn, std::string& part);
-  QualifiedName& nameAt(unsigned long index, Names& table, const char* message);
-  QualifiedName& elementNameAt(unsigned long index);
-  QualifiedName& attributeNameAt(unsigned long index);
-  void decodeAttribute(EncodingAlgorithmAttributesImpl& attributes, QualifiedName& name);
-  EncodingAlgorithmAttributesImpl::Attribute& appendTo(EncodingAlgorithmAttributesImpl& attributes,
-                                                       const QualifiedName& name);
-  void refer(EncodingAlgorithmAttributesImpl::Record& record) const;
-  void referAgain();
-  const QualifiedName& nameOf(const OpenElement& element) const;
+  Name& decodeLiteralName(unsigned octet, Names& table);
+  void decodeNameTable(Names& table);
+  bool findExternalName(unsigned long& index, const Names& table, const char* message,
+                        QualifiedName& name) const;
+  QualifiedName getName(unsigned long index, const Names& table, const char* message) const;
+  Name& nameAt(unsigned long index, Names& table, const char* message);
+  static std::string qNameOf(const QualifiedName& name);
+  template <typename List>
+  bool decodeAttributesInto(List& attributes);
+  template <typename List>
+  void decodeAttribute(List& attributes, Name& name);
+  const Name& nameOf(const OpenElement& element) const;
   int nextOctet();
+  int getOctet();
   unsigned takeOctet();
   const char* takeBuffered(std::uint64_t length);
-  void readPieces(std::uint64_t length, std::string& octets);
+  bool haveArrived(std::uint64_t length);
+  template <typename Read>
+  void readPieces(std::uint64_t length, std::string& octets, Read read);
+  void readFromBuffer(std::uint64_t length, std::string& octets);
+  void readOctets(std::uint64_t length, std::string& octets);
   void readText(std::uint64_t length, std::string& text);
   int brokenStream();
   int endOfStream();
@@ -318,6 +319,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   [[noreturn]] void failAtEnd() const;
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeAlgorithmData(unsigned octet);
+  EncodedData& decodeLarge(EncodingAlgorithm& algorithm, unsigned field, unsigned long length);
   void deliverFromTable(const std::string& text);
   EncodingAlgorithm* getApplicationAlgorithm(unsigned field, std::string& uri) const;
 
@@ -331,16 +333,18 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
 
   std::istream* stream_ = nullptr;
-  std::streambuf* buffer_ = nullptr;  // That of the stream, or one without octets.
+  std::ios* source_ = nullptr;  // Of the stream: its state, and the buffer it has at the time.
   const ExternalVocabulary* externalVocabulary_ = nullptr;
+  const bool callsGet_;           // Dialect::callsGet
   bool parsing_ = false;          // A call of parse is on the stack.
   std::uint64_t octetsRead_ = 0;  // Of the document, in whole.
   std::uint64_t fromTables_ = 0;  // Octets of strings that were delivered by their index.
-  QualifiedName unlisted_;        // A name that is in none of the document's tables.
+  Name unlisted_;                 // A name that is in none of the document's tables.
 
-  // Used again for each item, as they keep their memory.
-  EncodingAlgorithmAttributesImpl attributes_;
-  std::string text_;
+  std::string text_;  // Of a chunk; used again for each, as it keeps its memory.
+  // Memory of attribute lists that are gone: a list without records, and small records.
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareList_;
+  std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareAttributes_;
 
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;
@@ -358,8 +362,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::vector<std::string> attributeValues_;
   std::vector<std::string> contentCharacterChunks_;
   std::vector<std::string> otherStrings_;
-  std::vector<QualifiedName> elementNames_;
-  std::vector<QualifiedName> attributeNames_;
+  Names elementNames_;
+  Names attributeNames_;
 
   BuiltInAlgorithms builtIn_;
 

@@ -75,8 +75,10 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   bool getFeature(const std::string& name) override;
 
  protected:
-  void decodeInitialVocabulary() override;
-  EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri) override;
+  /// The algorithm of a field, or null (C.29). A derived reader may put another in its place.
+  /// @param field the algorithm's number; see Tavrin::algorithms
+  /// @param uri   receives the URI of an application-defined algorithm
+  virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
 
  private:
   struct State;
@@ -86,44 +88,47 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   EncodedData& decodeWhole(EncodingAlgorithm& algorithm, unsigned long length);
   EncodedData& decodeItems(EncodingAlgorithm& algorithm, unsigned long length);
 
-  [[noreturn]] void throwFailure(const std::string& message) const override;
-  void clearTables() override;
-  void decodeDocument() override;
-  void checkPadding(unsigned bits) const override;
-  void endChildren(bool elementSeen) override;
+  [[noreturn]] void dialectThrowFailure(const std::string& message) const override;
+  void dialectClearTables() override;
+  void dialectDecodeDocument() override;
+  void dialectDecodeInitialVocabulary() override;
+  void dialectCheckPadding(unsigned bits) const override;
+  void dialectEndChildren(bool elementSeen) override;
 
-  void checkIdentifier(const Strings* table, const std::string& text) override;
-  void checkText(std::string_view text) override;
-  void checkAmplification() const final;
-  void decodeOtherString(unsigned octet, std::string& text) override;
-  void decodeOtherChunk(unsigned octet, std::string& text) override;
-  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                          unsigned long length) override;
-  void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value) override;
-  void checkElementName(QualifiedName& name) override;
-  void checkAttributeName(QualifiedName& name) override;
+  void dialectCheckIdentifier(const Strings* table, const std::string& text) override;
+  void dialectCheckText(std::string_view text) override;
+  void dialectCheckAmplification() const final;
+  void dialectDecodeOtherString(unsigned octet, std::string& text) override;
+  void dialectDecodeOtherChunk(unsigned octet, std::string& text) override;
+  EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri) override;
+  EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                 unsigned long length) override;
+  void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
+                        EncodedData& value) override;
+  void dialectCheckElementName(Name& name) override;
+  void dialectCheckAttributeName(Name& name) override;
 
-  void deliverVersion(const std::string& version) override;
-  void deliverStandalone(unsigned octet) override;
-  void deliverUnused(const std::string& line) override;
-  void deliverNotation(const std::string& name, const std::string& publicId,
-                       const std::string& systemId) override;
-  void deliverUnparsedEntity(const std::string& name, const std::string& publicId,
-                             const std::string& systemId, const std::string& notationName) override;
-  void deliverStartDTD(const std::string& publicId, const std::string& systemId) override;
-  void deliverEndDTD() override;
-  void deliverDeclarations(const Strings& declarations) override;
-  void deliverStartElement(const QualifiedName& name, const Strings& declarations,
-                           const EncodingAlgorithmAttributesImpl& attributes) override;
-  void deliverEndElement(const QualifiedName& name, const Strings& declarations) override;
-  void deliverCharacters(const std::string& text) override;
-  void deliver(unsigned field, const std::string& uri, const EncodedData& value) override;
-  void deliverOctets(bool addToTable, unsigned field, const std::string& uri,
-                     const std::string& octets) override;
-  void deliverComment(const std::string& text) override;
-  void deliverInstruction(const std::string& target, const std::string& data) override;
-  void deliverEntityReference(const std::string& name, const std::string& publicId,
+  void dialectDeliverVersion(const std::string& version) override;
+  void dialectDeliverStandalone(unsigned octet) override;
+  void dialectDeliverUnused(const std::string& line) override;
+  void dialectDeliverNotation(const std::string& name, const std::string& publicId,
                               const std::string& systemId) override;
+  void dialectDeliverUnparsedEntity(const std::string& name, const std::string& publicId,
+                                    const std::string& systemId,
+                                    const std::string& notationName) override;
+  void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId) override;
+  void dialectDeliverEndDTD() override;
+  void dialectDeliverDeclarations(const Strings& declarations) override;
+  bool dialectStartTag(bool hasAttributes, const Name& name, const Strings& declarations) override;
+  void dialectDeliverEndElement(const Name& name, const Strings& declarations) override;
+  void dialectDeliverCharacters(const std::string& text) override;
+  void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value) override;
+  void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                            const std::string& octets) override;
+  void dialectDeliverComment(const std::string& text) override;
+  void dialectDeliverInstruction(const std::string& target, const std::string& data) override;
+  void dialectDeliverEntityReference(const std::string& name, const std::string& publicId,
+                                     const std::string& systemId) override;
 
   void decodeHeader();
   void decodeXMLDeclaration();
@@ -138,9 +143,9 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   void decodeAlgorithmText(Field field, std::string& text);
 
   void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
-  void checkBinding(const QualifiedName& name) const;
+  void checkBinding(const Name& name) const;
   void allowMoreFromTables() const;
-  static std::size_t octetsOf(const QualifiedName& name);
+  static std::size_t octetsOf(const Name& name);
   void releaseProlog(const std::string& rootName);
 
   std::unique_ptr<State> state_;

@@ -3,6 +3,7 @@
 #include <Tavrin/XMLReader_Expat.h>
 
 #include "Callbacks.h"
+#include "ElementName.h"
 #include "Parser.h"
 
 namespace Tavrin {
@@ -46,6 +47,7 @@ class XMLReader_Expat::Driver : public EventTarget {
 
   XMLReader_Expat& reader_;
   bool parsing_ = false;  // A call of parse is on the stack.
+  ElementName element_;
 };
 
 /// expat's callbacks. Those that this reader has alone are in ExpatElements.cpp and

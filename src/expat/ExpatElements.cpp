@@ -15,16 +15,7 @@ ExpatName splitAttributeName(std::string_view name) {
   return splitAt(name, kExpatSeparator, uriLength, uriLength);
 }
 
-struct ElementName {
-  explicit ElementName(const XML_Char* name) : ElementName(splitName(name, kExpatSeparator)) {}
-  explicit ElementName(const ExpatName& name) : uri(name.uri), localName(name.localName) {
-    assignQName(qName, name);
-  }
-
-  std::string uri;
-  std::string localName;
-  std::string qName;
-};
+const std::string kType = "CDATA";
 
 // A list of its own for each start tag: programs look through the interface at the list, and what
 // one tag holds is not held any longer.
@@ -38,7 +29,7 @@ void fill(AttributesImpl& list, const XML_Char** attributes) {
     attribute.uri = name.uri;
     attribute.localName = name.localName;
     assignQName(attribute.qName, name);
-    attribute.type = "CDATA";
+    attribute.type = kType;
     attribute.value = attributes[1];
   }
 }
@@ -51,7 +42,8 @@ void XMLReader_Expat::Driver::Callbacks::startElementHandler(void* userData, con
   driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
     AttributesImpl list;
     fill(list, attributes);
-    const ElementName element(name);
+    ElementName& element = driver.element_;
+    element.take(name, kExpatSeparator);
     handler.startElement(element.uri, element.localName, element.qName, list);
   });
 }
@@ -59,7 +51,8 @@ void XMLReader_Expat::Driver::Callbacks::startElementHandler(void* userData, con
 void XMLReader_Expat::Driver::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
   Driver& driver = from(userData);
   driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
-    const ElementName element(name);
+    ElementName& element = driver.element_;
+    element.take(name, kExpatSeparator);
     handler.endElement(element.uri, element.localName, element.qName);
   });
 }

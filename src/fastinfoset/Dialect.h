@@ -44,6 +44,10 @@ struct Dialect {
   /// which is written as 31 (7.2.20, C.29).
   unsigned firstApplicationAlgorithm;
 
+  /// Whether the reader takes each octet by one call of the stream's get operation, and each
+  /// literal by one bulk read of its buffer, as programs can tell.
+  bool callsGet;
+
   /// What is said of a wrong octet among notations and unparsed entities.
   const char* wrongNotation;
   const char* wrongUnparsedEntity;
@@ -76,6 +80,7 @@ inline constexpr Dialect kDialectFI = {
     .firstDocumentTypeOctet = kFirstNonElement,
     .chunkFieldReadBits = 0x02,
     .firstApplicationAlgorithm = 32,
+    .callsGet = true,
     .wrongNotation = "Error while parsing namespaces",
     .wrongUnparsedEntity = "Error while parsing namespaces",
     .longestStringWritten = 0xFFFFFFFF,
@@ -93,6 +98,7 @@ inline constexpr Dialect kDialectX891 = {
     .firstDocumentTypeOctet = kDocumentType,
     .chunkFieldReadBits = 0x03,
     .firstApplicationAlgorithm = 31,
+    .callsGet = false,
     .wrongNotation = "Error while parsing notations",
     .wrongUnparsedEntity = "Error while parsing unparsed entities",
     .longestStringWritten = std::uint64_t{1} << 32,

@@ -1,5 +1,6 @@
 #include <Tavrin/EncodingAlgorithms.h>
 
+#include "EncodedLength.h"
 #include "OctetsOfItems.h"
 
 // Booleans (X.891, 10.7): the first four bits hold the number of unused bits at the end of the last
@@ -15,31 +16,34 @@ constexpr unsigned kFirstBooleanBit = 0x80 >> kUnusedBits;  // Of the first octe
 
 }  // namespace
 
-BooleanData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                              std::istream& stream) {
-  static const char* const kInvalidLength = "Invalid length for encoded boolean data";
-  if (length == 0) throw EncodingAlgorithmException(kInvalidLength);
+  checkEncodedLength(algorithms::boolean, length);
   std::vector<bool>& booleans = holder_.data_;
   const int got = stream.get();
-  if (got == std::istream::traits_type::eof()) {
-    booleans.clear();
-    return holder_;
-  }
-  const auto first = static_cast<unsigned>(got);
+  const bool isMissing = got == std::istream::traits_type::eof();
+  const unsigned first = isMissing ? kMissingOctet : static_cast<unsigned>(got);
   const unsigned unused = first >> (8 - kUnusedBits);
   const std::uint64_t bits = std::uint64_t{8} * length - kUnusedBits;
-  if (unused > bits) throw EncodingAlgorithmException(kInvalidLength);
+  if (unused > bits) {
+    if (!isMissing) throw EncodingAlgorithmException(kInvalidBooleanLength);
+    booleans.clear();  // The length is not to blame.
+    return holder_;
+  }
 
-  std::uint64_t missing = bits - unused;
+  const std::uint64_t count = bits - unused;
+  std::uint64_t missing = count;
   booleans.clear();
+  booleans.reserve(count);
   const auto takeBits = [&](unsigned octet, unsigned bit) {
     for (; bit != 0 && missing > 0; bit >>= 1, --missing) booleans.push_back((octet & bit) != 0);
   };
   takeBits(first, kFirstBooleanBit);
   // Octets that hold unused bits alone stay in the stream.
-  readBlocks((missing + 7) / 8, stream, [&](const unsigned char* octets, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) takeBits(octets[i], kFirstBit);
+  readBlocks((missing + 7) / 8, stream, [&](const unsigned char* octets, std::size_t read) {
+    for (std::size_t i = 0; i < read; ++i) takeBits(octets[i], kFirstBit);
   });
+  booleans.resize(count, true);
   return holder_;
 }
 

@@ -12,26 +12,28 @@ EncodingAlgorithmAttributes::~EncodingAlgorithmAttributes() = default;
 EncodingAlgorithmAttributesImpl::EncodingAlgorithmAttributesImpl() = default;
 EncodingAlgorithmAttributesImpl::~EncodingAlgorithmAttributesImpl() = default;
 
-const EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::at(
+const EncodingAlgorithmAttributesImpl::Attribute& EncodingAlgorithmAttributesImpl::at(
     int index) const {
   // A negative index becomes huge and fails the same comparison.
   const auto position = static_cast<std::size_t>(index);
-  if (position >= length_) throw std::out_of_range("vector::_M_range_check");
-  return *records_[position];
+  if (position >= attributes_.size()) throw std::out_of_range("vector::_M_range_check");
+  return *attributes_[position];
 }
 
-int EncodingAlgorithmAttributesImpl::getLength() const { return static_cast<int>(length_); }
+int EncodingAlgorithmAttributesImpl::getLength() const {
+  return static_cast<int>(attributes_.size());
+}
 
 const std::string& EncodingAlgorithmAttributesImpl::getURI(int index) const {
-  return *at(index).uriAt;
+  return at(index).uri;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getLocalName(int index) const {
-  return *at(index).localNameAt;
+  return at(index).localName;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getQName(int index) const {
-  return *at(index).qNameAt;
+  return at(index).qName;
 }
 
 const std::string& EncodingAlgorithmAttributesImpl::getType(int index) const {
@@ -60,8 +62,8 @@ const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(int index) 
 
 int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& uri,
                                                    const std::string& localName) const {
-  for (std::size_t i = 0; i < length_; ++i) {
-    if (*records_[i]->uriAt == uri && *records_[i]->localNameAt == localName) {
+  for (std::size_t i = 0; i < attributes_.size(); ++i) {
+    if (attributes_[i]->uri == uri && attributes_[i]->localName == localName) {
       return static_cast<int>(i);
     }
   }
@@ -69,8 +71,8 @@ int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& uri,
 }
 
 int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& qName) const {
-  for (std::size_t i = 0; i < length_; ++i) {
-    if (*records_[i]->qNameAt == qName) return static_cast<int>(i);
+  for (std::size_t i = 0; i < attributes_.size(); ++i) {
+    if (attributes_[i]->qName == qName) return static_cast<int>(i);
   }
   return -1;
 }
@@ -134,10 +136,10 @@ const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(
 }
 
 void EncodingAlgorithmAttributesImpl::setAttributes(const Attributes& other) {
-  clear();
+  attributes_.clear();
   const int length = other.getLength();
   // A negative length becomes too large a capacity, which reserve refuses.
-  records_.reserve(static_cast<std::size_t>(length));
+  attributes_.reserve(static_cast<std::size_t>(length));
   for (int i = 0; i < length; ++i) {
     addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
                  other.getValue(i));
@@ -148,75 +150,37 @@ void EncodingAlgorithmAttributesImpl::setAttributes(const EncodingAlgorithmAttri
   std::abort();
 }
 
+void EncodingAlgorithmAttributesImpl::copyAttributes(const EncodingAlgorithmAttributes& other) {
+  EncodingAlgorithmAttributesImpl copy;
+  const int length = other.getLength();
+  copy.attributes_.reserve(static_cast<std::size_t>(length));
+  for (int i = 0; i < length; ++i) {
+    if (const EncodedData* const data = other.getAlgorithmData(i)) {
+      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
+                        other.getAlgorithmURI(i), other.getAlgorithmIndex(i), data->copy());
+    } else {
+      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
+                        other.getValue(i));
+    }
+  }
+  attributes_.swap(copy.attributes_);
+}
+
 void EncodingAlgorithmAttributesImpl::addAttribute(const std::string& uri,
                                                    const std::string& localName,
                                                    const std::string& qName,
                                                    const std::string& type,
                                                    const std::string& value) {
-  Record& record = appendOwn();
-  static_cast<Attribute&>(record) = {uri,   localName,     qName, type,
-                                     value, std::string(), -1,    nullptr};
+  attributes_.push_back(std::make_unique<Attribute>(
+      Attribute{uri, localName, qName, type, value, std::string(), -1, nullptr}));
 }
 
 void EncodingAlgorithmAttributesImpl::addAttribute(
     const std::string& uri, const std::string& localName, const std::string& qName,
     const std::string& type, const std::string& algorithmURI, int algorithmIndex,
     std::unique_ptr<EncodedData> data) {
-  Record& record = appendOwn();
-  static_cast<Attribute&>(record) = {uri,           localName,    qName,          type,
-                                     std::string(), algorithmURI, algorithmIndex, std::move(data)};
-}
-
-// A reader fills one list again and again. Strings made anew for each attribute take it several
-// times as long as all the rest; one that was large is given back, so that memory follows the
-// document.
-
-namespace {
-
-/// What a record keeps of memory.
-template <typename Record>
-std::size_t memoryOf(const Record& record) {
-  return sizeof record + record.uri.capacity() + record.localName.capacity() +
-         record.qName.capacity() + record.value.capacity();
-}
-
-}  // namespace
-
-void EncodingAlgorithmAttributesImpl::clear() {
-  constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
-  for (; length_ > 0; --length_) {
-    Record& record = *records_[length_ - 1];
-    record.spareOctets = memoryOf(record);
-    if (spareOctets_ + record.spareOctets > kMostSpareOctets) {
-      std::swap(records_[length_ - 1], records_.back());
-      records_.pop_back();
-      continue;
-    }
-    spareOctets_ += record.spareOctets;
-    record.value.clear();
-    record.algorithmURI.clear();
-    record.algorithmIndex = -1;
-    record.algorithmData.reset();
-  }
-}
-
-EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::append() {
-  if (length_ == records_.size()) {
-    records_.push_back(std::make_unique<Record>());
-  } else {
-    spareOctets_ -= records_[length_]->spareOctets;
-  }
-  return *records_[length_++];
-}
-
-/// Appends a record whose names are its own.
-EncodingAlgorithmAttributesImpl::Record& EncodingAlgorithmAttributesImpl::appendOwn() {
-  Record& record = append();
-  record.uriAt = &record.uri;
-  record.localNameAt = &record.localName;
-  record.qNameAt = &record.qName;
-  record.position = kOwnNames;
-  return record;
+  attributes_.push_back(std::make_unique<Attribute>(Attribute{
+      uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)}));
 }
 
 }  // namespace Tavrin

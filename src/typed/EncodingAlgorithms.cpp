@@ -2,6 +2,7 @@
 
 #include <bit>
 
+#include "EncodedLength.h"
 #include "OctetsOfItems.h"
 
 namespace Tavrin {
@@ -10,10 +11,6 @@ namespace {
 
 /// Lengths are 32-bit numbers; a longer value loses the upper half of its length.
 std::uint32_t length32(std::size_t octets) { return static_cast<std::uint32_t>(octets); }
-
-void checkLength(bool valid, const char* message) {
-  if (!valid) throw EncodingAlgorithmException(message);
-}
 
 void encodeOctets(const EncodingAlgorithm& algorithm, int index, bool chunk,
                   const std::string& octets, std::ostream& stream) {
@@ -32,8 +29,8 @@ void encodeItems(const EncodingAlgorithm& algorithm, int index, bool chunk,
 
 // --- Octets: as they are ---
 
-HexadecimalData& HexadecimalEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                                     std::istream& stream) {
+EncodedData& HexadecimalEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                                 std::istream& stream) {
   readOctets(length, stream, holder_.data_);
   return holder_;
 }
@@ -48,8 +45,8 @@ void HexadecimalEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::s
   encodeOctets(*this, algorithms::hexadecimal, chunk, value, stream);
 }
 
-Base64Data& Base64EncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                           std::istream& stream) {
+EncodedData& Base64EncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                            std::istream& stream) {
   readOctets(length, stream, holder_.data_);
   return holder_;
 }
@@ -64,8 +61,8 @@ void Base64EncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string
   encodeOctets(*this, algorithms::base64, chunk, value, stream);
 }
 
-CDATAData& CDATAEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                         std::istream& stream) {
+EncodedData& CDATAEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                           std::istream& stream) {
   readOctets(length, stream, holder_.data_);
   return holder_;
 }
@@ -82,9 +79,9 @@ void CDATAEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string&
 
 // --- Integers: two's complement, big-endian ---
 
-ShortData& ShortEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                         std::istream& stream) {
-  checkLength(length % sizeof(std::uint16_t) == 0, "Invalid length for encoded short data");
+EncodedData& ShortEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                           std::istream& stream) {
+  checkEncodedLength(algorithms::shortInteger, length);
   readItems<std::uint16_t>(length, stream, holder_.data_,
                            [](std::uint16_t bits) { return static_cast<short>(bits); });
   return holder_;
@@ -101,8 +98,9 @@ void ShortEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<
                              [](short item) { return static_cast<std::uint16_t>(item); });
 }
 
-IntData& IntEncodingAlgorithm::decodeFromInputStream(std::uint32_t length, std::istream& stream) {
-  checkLength(length % sizeof(std::uint32_t) == 0, "Invalid length for encoded int data");
+EncodedData& IntEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                         std::istream& stream) {
+  checkEncodedLength(algorithms::integer, length);
   readItems<std::uint32_t>(length, stream, holder_.data_, [](std::uint32_t bits) {
     return long{static_cast<std::int32_t>(bits)};
   });
@@ -120,8 +118,9 @@ void IntEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<lo
                              [](long item) { return static_cast<std::uint32_t>(item); });
 }
 
-LongData& LongEncodingAlgorithm::decodeFromInputStream(std::uint32_t length, std::istream& stream) {
-  checkLength(length % sizeof(std::uint64_t) == 0, "Invalid length for encoded long data");
+EncodedData& LongEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                          std::istream& stream) {
+  checkEncodedLength(algorithms::longInteger, length);
   readItems<std::uint64_t>(length, stream, holder_.data_,
                            [](std::uint64_t bits) { return static_cast<long>(bits); });
   return holder_;
@@ -140,9 +139,9 @@ void LongEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<l
 
 // --- Floating-point numbers: their bits, big-endian ---
 
-FloatData& FloatEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                         std::istream& stream) {
-  checkLength(length % sizeof(std::uint32_t) == 0, "Invalid length for encoded float data");
+EncodedData& FloatEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                           std::istream& stream) {
+  checkEncodedLength(algorithms::floatNumber, length);
   readItems<std::uint32_t>(length, stream, holder_.data_,
                            [](std::uint32_t bits) { return std::bit_cast<float>(bits); });
   return holder_;
@@ -159,9 +158,9 @@ void FloatEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<
                              [](float item) { return std::bit_cast<std::uint32_t>(item); });
 }
 
-DoubleData& DoubleEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                           std::istream& stream) {
-  checkLength(length % sizeof(std::uint64_t) == 0, "Invalid length for encoded double data");
+EncodedData& DoubleEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                            std::istream& stream) {
+  checkEncodedLength(algorithms::doubleNumber, length);
   readItems<std::uint64_t>(length, stream, holder_.data_,
                            [](std::uint64_t bits) { return std::bit_cast<double>(bits); });
   return holder_;
@@ -180,14 +179,20 @@ void DoubleEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector
 
 // --- UUIDs: their octets ---
 
-UUIDData& UUIDEncodingAlgorithm::decodeFromInputStream(std::uint32_t length, std::istream& stream) {
-  checkLength(length % sizeof(UUID) == 0, "Invalid length for encoded uuid data");
-  holder_.data_.clear();
-  readBlocks(length, stream, [this](const unsigned char* octets, std::size_t count) {
+EncodedData& UUIDEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
+                                                          std::istream& stream) {
+  checkEncodedLength(algorithms::uuid, length);
+  std::vector<UUID>& uuids = holder_.data_;
+  uuids.clear();
+  uuids.reserve(length / sizeof(UUID));
+  readBlocks(length, stream, [&uuids](const unsigned char* octets, std::size_t count) {
     for (std::size_t i = 0; i < count; i += sizeof(UUID)) {
-      std::copy_n(octets + i, sizeof(UUID), holder_.data_.emplace_back().begin());
+      std::copy_n(octets + i, sizeof(UUID), uuids.emplace_back().begin());
     }
   });
+  UUID missing;
+  missing.fill(kMissingOctet);
+  uuids.resize(length / sizeof(UUID), missing);
   return holder_;
 }
 

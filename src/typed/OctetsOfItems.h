@@ -10,14 +10,16 @@
 #include <string>
 #include <vector>
 
-/// Octets of arrays, read and written in blocks of a fixed size: what a document claims to hold
-/// never decides how much memory is taken before its octets have arrived.
+/// Octets of arrays, read and written in blocks of a fixed size.
 namespace Tavrin {
 
 inline constexpr std::size_t kBlockOctets = 8192;
 
-/// Reads a number of octets block by block and hands each block on. Octets behind the end of the
-/// stream count as 0xFF; the block they stand in is the last.
+/// What counts in the place of an octet that the stream does not have.
+inline constexpr unsigned char kMissingOctet = 0xFF;
+
+/// Reads a number of octets block by block and hands each block on. A block in which octets are
+/// missing is the last.
 /// @param take called as take(const unsigned char* octets, std::size_t count)
 template <typename Take>
 void readBlocks(std::uint64_t length, std::istream& stream, Take take) {
@@ -26,7 +28,7 @@ void readBlocks(std::uint64_t length, std::istream& stream, Take take) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, sizeof block));
     stream.read(reinterpret_cast<char*>(block), static_cast<std::streamsize>(wanted));
     const auto got = static_cast<std::size_t>(stream.gcount());
-    std::fill(block + got, block + wanted, static_cast<unsigned char>(0xFF));
+    std::fill(block + got, block + wanted, kMissingOctet);
     take(block, wanted);
     if (got < wanted) return;
     length -= wanted;
@@ -50,7 +52,7 @@ template <typename Bits, typename Item, typename ItemOf>
 void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
                ItemOf itemOf) {
   items.clear();
-  items.reserve(std::min<std::size_t>(length, kBlockOctets) / sizeof(Bits));
+  items.reserve(length / sizeof(Bits));
   readBlocks(length, stream, [&](const unsigned char* octets, std::size_t count) {
     const std::size_t begin = items.size();
     items.resize(begin + (count + sizeof(Bits) - 1) / sizeof(Bits));
@@ -58,6 +60,7 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
       items[i] = itemOf(bigEndian<Bits>(octets));
     }
   });
+  items.resize(length / sizeof(Bits), itemOf(static_cast<Bits>(~Bits{0})));
 }
 
 /// Writes numbers of the unsigned type Bits, most significant octet first.
@@ -78,18 +81,10 @@ void writeItems(const std::vector<Item>& items, std::ostream& stream, BitsOf bit
 }
 
 /// Reads octets over a string. Where the stream ends early, the rest of the string stays as the
-/// resizing left it; beyond the size of a block, the string grows with what arrives.
+/// resizing left it.
 inline void readOctets(std::uint32_t length, std::istream& stream, std::string& octets) {
-  std::size_t begin = 0;
-  std::size_t end = std::min<std::size_t>(length, kBlockOctets);
-  for (;;) {
-    octets.resize(end);
-    const auto wanted = static_cast<std::streamsize>(end - begin);
-    if (!stream.read(octets.data() + begin, wanted)) return;
-    if (end == length) return;
-    begin = end;
-    end = std::min<std::size_t>(length, 2 * end);
-  }
+  octets.resize(length);
+  stream.read(octets.data(), static_cast<std::streamsize>(length));
 }
 
 inline void writeOctets(const std::string& octets, std::ostream& stream) {

@@ -38,8 +38,9 @@ std::string base64Text(const std::string& octets) {
 }
 
 std::string booleansText(const std::vector<bool>& values) {
-  return separatedText(values,
-                       [](std::ostream& text, bool value) { text << (value ? "true" : "false"); });
+  std::string text;
+  appendSeparated(values, text, [&text](bool value) { text += value ? "true" : "false"; });
+  return text;
 }
 
 std::string uuidsText(const std::vector<UUID>& values) {

@@ -2,7 +2,10 @@
 
 #include <Tavrin/TypedData.h>
 
-#include <sstream>
+#include <ios>
+#include <iterator>
+#include <locale>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -21,34 +24,76 @@ std::string booleansText(const std::vector<bool>& values);
 /// Lower-case digits in the groups of RFC 4122, section 3, separated by single spaces.
 std::string uuidsText(const std::vector<UUID>& values);
 
-/// Inserts each element into a fresh stream, separated by single spaces. The stream takes the
-/// global locale, as every new stream does.
-template <typename Vector, typename Insert>
-std::string separatedText(const Vector& values, Insert insert) {
-  std::ostringstream text;
+/// Appends numbers to a text as a new stream with this text would: with the facets of the global
+/// locale. A stream would keep a lack of memory to itself, and cut the text.
+class NumberText {
+ public:
+  /// @param digits significant digits of floating-point numbers
+  explicit NumberText(std::string& text, int digits = 6) : buffer_(text), format_(nullptr) {
+    format_.precision(digits);
+  }
+
+  void append(long value) { put(value); }
+  void append(double value) { put(value); }
+
+ private:
+  class Buffer : public std::streambuf {
+   public:
+    explicit Buffer(std::string& text) : text_(text) {}
+
+   protected:
+    int_type overflow(int_type octet) override {
+      text_ += traits_type::to_char_type(octet);
+      return octet;
+    }
+    std::streamsize xsputn(const char* octets, std::streamsize count) override {
+      text_.append(octets, static_cast<std::size_t>(count));
+      return count;
+    }
+
+   private:
+    std::string& text_;
+  };
+
+  template <typename Number>
+  void put(Number value) {
+    std::use_facet<std::num_put<char>>(format_.getloc())
+        .put(std::ostreambuf_iterator<char>(&buffer_), format_, format_.fill(), value);
+  }
+
+  Buffer buffer_;
+  std::ios format_;  // Takes the global locale, as every new stream does.
+};
+
+/// Texts of elements, separated by single spaces.
+/// @param append appends the text of an element
+template <typename Vector, typename Append>
+void appendSeparated(const Vector& values, std::string& text, Append append) {
   bool first = true;
   for (const auto value : values) {
-    if (!first) text << ' ';
+    if (!first) text += ' ';
     first = false;
-    insert(text, value);
+    append(value);
   }
-  return text.str();
 }
 
 /// Signed decimals, separated by single spaces.
 template <typename Integer>
 std::string integersText(const std::vector<Integer>& values) {
-  return separatedText(values, [](std::ostream& text, Integer value) { text << value; });
+  std::string text;
+  NumberText numbers(text);
+  appendSeparated(values, text, [&numbers](Integer value) { numbers.append(long{value}); });
+  return text;
 }
 
 /// Numbers in general notation, separated by single spaces.
 /// @param digits significant digits
 template <typename Floating>
 std::string floatingText(const std::vector<Floating>& values, int digits) {
-  return separatedText(values, [digits](std::ostream& text, double value) {
-    text.precision(digits);
-    text << value;
-  });
+  std::string text;
+  NumberText numbers(text, digits);
+  appendSeparated(values, text, [&numbers](Floating value) { numbers.append(double{value}); });
+  return text;
 }
 
 }  // namespace Tavrin

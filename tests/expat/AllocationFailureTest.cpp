@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "Allocations.h"
+#include <Allocations.h>
 #include "Support.h"
 
 // A reader of XML text for which there was no memory can be used again once there is.
@@ -44,8 +44,8 @@ bool runsOutOfMemory(Call call) {
 /// Lets every allocation of the first block of a document fail in turn.
 /// @return how many there are
 template <typename Reader>
-int failEveryAllocation(const std::string& block) {
-  int number = 0;
+std::size_t failEveryAllocation(const std::string& block) {
+  std::size_t number = 0;
   for (;; ++number) {
     SCOPED_TRACE(number);
     Reader reader;
@@ -53,9 +53,9 @@ int failEveryAllocation(const std::string& block) {
     reader.setContentHandler(&handler);
     bool failed = false;
     {
-      const FailingAllocation trap(number);
+      const allocations::Failure failure(number);
       const bool ranOut = runsOutOfMemory([&] { reader.parse(block.data(), block.size(), false); });
-      failed = FailingAllocation::hasFailed();
+      failed = failure.happened();
       EXPECT_EQ(failed, ranOut);
     }
     if (!failed) return number;
@@ -75,7 +75,7 @@ const std::string kElement =
     "<a name-longer-than-what-strings-hold='a value longer than what strings hold'>";
 
 TEST(ExpatAllocationFailure, InTheSetUpLeavesTheReaderIdle) {
-  EXPECT_LT(0, failEveryAllocation<Tavrin::XMLReader_Expat>(""));
+  EXPECT_LT(0U, failEveryAllocation<Tavrin::XMLReader_Expat>(""));
 }
 
 TEST(ExpatAllocationFailure, AnywhereInABlockLeavesTheReaderIdle) {
@@ -84,7 +84,7 @@ TEST(ExpatAllocationFailure, AnywhereInABlockLeavesTheReaderIdle) {
 }
 
 TEST(XML10AllocationFailure, InTheSetUpLeavesTheReaderIdle) {
-  EXPECT_LT(0, failEveryAllocation<Tavrin::XMLReader_XML10>(""));
+  EXPECT_LT(0U, failEveryAllocation<Tavrin::XMLReader_XML10>(""));
 }
 
 TEST(XML10AllocationFailure, AnywhereInABlockLeavesTheReaderIdle) {
@@ -93,8 +93,8 @@ TEST(XML10AllocationFailure, AnywhereInABlockLeavesTheReaderIdle) {
 }
 
 TEST(ExpatAllocationFailure, OfAReaderIsThatOfItsMaker) {
-  for (int number = 0; number < 2; ++number) {
-    const FailingAllocation trap(number);
+  for (std::size_t number = 0; number < 2; ++number) {
+    const allocations::Failure failure(number);
     EXPECT_THROW(Tavrin::XMLReaderFactory::createXMLReader(), std::bad_alloc);
   }
 }

@@ -2,7 +2,7 @@
 
 #include <typeinfo>
 
-#include "Allocations.h"
+#include <Allocations.h>
 #include "Support.h"
 
 namespace {
@@ -62,21 +62,21 @@ TEST(ExpatAttributeLists, ArePlainListsThatProgramsMayLookInto) {
 TEST(ExpatAttributeLists, OfOneTagAreNotHeldDuringTheNext) {
   constexpr std::size_t kHuge = std::size_t{16} << 20;
   const std::string huge(kHuge, 'v');
-  std::size_t before = 0;
   std::vector<std::size_t> held;
   Lists handler;
-  const auto note = [&] { held.push_back((liveOctets() - before) / kHuge); };
+  const auto note = [&] { held.push_back(allocations::inUse()); };
   handler.atStart = [&](const std::string&, const Tavrin::Attributes&) { note(); };
   handler.atText = note;
   Tavrin::XMLReader_Expat reader;
   reader.setContentHandler(&handler);
   held.reserve(16);
-  // expat's own memory does not come from operator new.
   const std::string document = "<a><b v='" + huge + "'>t<c v='w'/></b><b v='" + huge + "'/></a>";
   std::istringstream stream(document);
-  before = liveOctets();
   EXPECT_EQ("done", outcomeOf([&] { reader.parse(stream); }));
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 0, 0, 1}), held);
+  ASSERT_EQ(5U, held.size());
+  // expat keeps its own copy of the value; that of the list is gone after the tag.
+  EXPECT_GE(held[1], held[2] + kHuge);
+  EXPECT_LT(held[3], held[2] + kHuge);
 }
 
 TEST(ExpatAttributeLists, OfOneTagAreNotThoseOfTheNext) {

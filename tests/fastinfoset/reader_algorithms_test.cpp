@@ -246,20 +246,75 @@ TEST(FIReaderAlgorithmData, InAttributesHaveAStringsLength) {
   }
 }
 
-TEST(FIReaderAlgorithmData, AreLongerThanAnyAlgorithmTakes) {
-  // 4294967296 octets, and the greatest length there is.
-  const std::string message = "Encoded data longer than 4294967295 octets";
-  EXPECT_EQ(failedContent({}, message), readNew(documentOfContent("8C 03 FF FF FE FD")));
-  EXPECT_EQ(failedContent({}, message), readNew(documentOfContent("8C 03 FF FF FF FF")));
-  EXPECT_EQ(failed({}, message), readNew(document("7C 00 'a' 78 00 'b' 30 0C FF FF FE F7")));
-  // One less is only cut off here.
+// A length and its bias may go beyond 32 bits: so many octets do not come.
+TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesAreCutOff) {
+  const std::string end = "Unexpected end of document";
+  for (const char* chunk : {"8C 03", "8C 07", "8C 17", "8C 23", "8C 27", "8C 83"}) {
+    // 4294967295 octets, one more, and the greatest length there is.
+    for (const char* length : {"FF FF FE FC", "FF FF FE FD", "FF FF FF FF"}) {
+      EXPECT_EQ(failedContent({}, end), readNew(fromComponents("20 04 00 01 00 'u' 3C 00 'a' " +
+                                                               std::string(chunk) + " " + length)))
+          << chunk << " " << length;
+    }
+  }
+  for (const char* value : {"30 0C", "30 1C", "30 5C", "30 9C"}) {
+    for (const char* length : {"FF FF FE F6", "FF FF FE F7", "FF FF FF FF"}) {
+      EXPECT_EQ(failed({}, end), readNew(document("7C 00 'a' 78 00 'b' " + std::string(value) +
+                                                  " " + length + " 'xyz'")))
+          << value << " " << length;
+    }
+  }
+}
+
+TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesMayBeOfAWrongOne) {
+  const struct {
+    unsigned field;
+    const char* name;
+    unsigned long size;
+  } rows[] = {{2, "short", 2}, {3, "int", 4}, {4, "long", 8}, {6, "float", 4}, {7, "double", 8}};
+  for (const auto& row : rows) {
+    for (unsigned long length = 4294967296; length < 4294967296 + 9; ++length) {
+      SCOPED_TRACE(std::string(row.name) + ", " + std::to_string(length));
+      const std::string refused = length % row.size == 0
+                                      ? "SAXException: Unexpected end of document\n"
+                                      : "EncodingAlgorithmException: Invalid length for encoded " +
+                                            std::string(row.name) + " data\n";
+      EXPECT_EQ("startDocument()\nstartElement(, a, a, [])\n" + refused,
+                readNew(document("3C 00 'a'") + bigEndian(0x8C03 | row.field << 2, 2) +
+                        bigEndian(length - 259, 4)));
+      EXPECT_EQ("startDocument()\n" + refused,
+                readNew(document("7C 00 'a' 78 00 'b'") + bigEndian(0x300C | row.field << 4, 2) +
+                        bigEndian(length - 265, 4)));
+    }
+  }
+}
+
+/// Takes any length, and reads nothing of it.
+class IndifferentAlgorithm : public Tavrin::EncodingAlgorithm {
+ public:
+  Tavrin::EncodedData& decodeFromInputStream(std::uint32_t, std::istream&) override {
+    ++calls;
+    return holder_;
+  }
+  void encodeToOutputStream(bool, const Tavrin::EncodedData&, std::ostream&) override {}
+
+  int calls = 0;
+
+ private:
+  Tavrin::CDATAData holder_;
+};
+
+TEST(FIReaderAlgorithmData, OfALengthThatNoAlgorithmTakesDoNotReachAnApplicationsOwn) {
+  IndifferentAlgorithm algorithm;
+  Tavrin::EncodingAlgorithmMap map = {{"u", &algorithm}};
+  LoggedReader reader;
+  reader.reader.setProperty(Tavrin::properties::registeredEncodingAlgorithms, &map);
+  const std::string chunk = "20 04 00 01 00 'u' 3C 00 'a' 8C 83 ";
+  EXPECT_EQ(wholeContent({"characters()"}), reader.read(fromComponents(chunk + "FF FF FE FC FF")));
+  EXPECT_EQ(1, algorithm.calls);
   EXPECT_EQ(failedContent({}, "Unexpected end of document"),
-            readNew(documentOfContent("8C 03 FF FF FE FC")));
-  EXPECT_EQ(failed({}, "Unexpected end of document"),
-            readNew(document("7C 00 'a' 78 00 'b' 30 0C FF FF FE F6")));
-  // Where there is no algorithm, any length will do.
-  EXPECT_EQ(failedContent({}, "Unexpected end of document"),
-            readNew(documentOfContent("8C 23 FF FF FF FF")));
+            reader.read(fromComponents(chunk + "FF FF FE FD FF")));
+  EXPECT_EQ(1, algorithm.calls);
 }
 
 /// Data of a length that the algorithm cannot take.

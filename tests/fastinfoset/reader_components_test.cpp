@@ -44,6 +44,40 @@ TEST(FIReaderAdditionalData, IsLiteral) {
             readComponents("40 02 00 'i' 00 'd' 00 'i' 80"));
 }
 
+/// Notes what has been printed by each time that it is flushed.
+class FlushedOutput : public std::stringbuf {
+ public:
+  FlushedOutput() : original_(std::cout.rdbuf(this)) {}
+  ~FlushedOutput() override { std::cout.rdbuf(original_); }
+  FlushedOutput(const FlushedOutput&) = delete;
+  FlushedOutput& operator=(const FlushedOutput&) = delete;
+
+  std::vector<std::string> flushed;
+
+ protected:
+  int sync() override {
+    flushed.push_back(str());
+    str("");
+    return 0;
+  }
+
+ private:
+  std::streambuf* original_;
+};
+
+TEST(FIReaderPrinting, IsFlushedWithEachLine) {
+  FlushedOutput output;
+  Tavrin::XMLReader_FI reader;
+  std::istringstream stream(
+      fromComponents("45 01 00 'i' 00 'd' 00 's' 00 'v' 3C 00 'a' C8 00 'e' FF"));
+  reader.parse(stream);
+  EXPECT_EQ((std::vector<std::string>{
+                "decodeAdditionalData\n", "\"i\" = \"d\"\n",
+                "decodeCharacterEncodingScheme - \"s\"\n", "decodeVersion - \"v\"\n",
+                "unexpanded entity reference - name = \"e\", systemID = \"\", publicID = \"\"\n"}),
+            output.flushed);
+}
+
 TEST(FIReaderEncodingScheme, IsPrinted) {
   EXPECT_EQ(around({}, {"printed(decodeCharacterEncodingScheme - \"UTF-8\"\\n)"}),
             readComponents("04 04 'UTF-8' F0"));

@@ -1,6 +1,6 @@
+#include <Allocations.h>
 #include <gtest/gtest.h>
 
-#include "Allocations.h"
 #include "reader_samples.h"
 
 // Documents that claim much and bring little, and documents that are deep.
@@ -128,6 +128,60 @@ TEST(FIReaderMemory, GrowsWithTheOctetsThatArrive) {
     const Cost cost = costOf(document(claim) + text);
     EXPECT_EQ("SAXException: Unexpected end of document", cost.outcome);
     EXPECT_LT(cost.octets, 2 * kMebibyte);
+  }
+}
+
+/// Does not say how many octets are to come.
+class SecretiveBuffer : public std::streambuf {
+ public:
+  explicit SecretiveBuffer(std::string octets) : octets_(std::move(octets)) {}
+
+ protected:
+  int_type underflow() override {
+    if (next_ >= octets_.size()) return traits_type::eof();
+    const std::size_t count = std::min<std::size_t>(octets_.size() - next_, 1000);
+    setg(&octets_[next_], &octets_[next_], &octets_[next_] + count);
+    next_ += count;
+    return traits_type::to_int_type(*gptr());
+  }
+
+ private:
+  std::string octets_;
+  std::size_t next_ = 0;
+};
+
+TEST(FIReaderMemory, OfAnyBufferIsTakenForWhatArrives) {
+  // Booleans whose count of unused bits is wrong leave their last octet to the next item.
+  const std::string item(200000, '\x01');
+  for (const unsigned field : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 9U}) {
+    for (const int first : {0x00, 0x70, 0x80, 0xF0}) {
+      SCOPED_TRACE(std::to_string(field) + ", " + std::to_string(first));
+      std::string data = item;
+      data.front() = static_cast<char>(first);
+      data.back() = '\xF0';
+      const std::string all = document("3C 00 'a'") + bigEndian(0x8C03 | field << 2, 2) +
+                              bigEndian(data.size() - 259, 4) + data + octets("F0 F0");
+      const auto read = [](std::istream& stream) {
+        LoggedReader reader;
+        reader.log.attachPrimitiveTypesTo(reader.reader);
+        const std::string outcome = outcomeOf([&] { reader.reader.parse(stream); });
+        return reader.log.text() + outcome;
+      };
+      std::istringstream whole(all);
+      SecretiveBuffer buffer(all);
+      std::istream stream(&buffer);
+      EXPECT_TRUE(read(whole) == read(stream));
+      // Cut off, with a claim of nearly four gibibytes.
+      SecretiveBuffer cut(document("3C 00 'a'") + bigEndian(0x8C03 | field << 2, 2) +
+                          bigEndian(4294967288U - 259, 4) + data);
+      std::istream cutStream(&cut);
+      Tavrin::XMLReader_FI reader;
+      const std::size_t before = allocations::inUse();
+      allocations::resetPeak();
+      EXPECT_EQ("SAXException: Unexpected end of document",
+                outcomeOf([&] { reader.parse(cutStream); }));
+      EXPECT_LT(allocations::peak() - before, kMebibyte);
+    }
   }
 }
 

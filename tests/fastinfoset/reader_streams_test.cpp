@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <stdexcept>
+#include <vector>
 
 #include "reader_samples.h"
 
@@ -173,6 +175,104 @@ TEST(FIReaderStream, ThatBreaksOffEndsTheDocumentOrThrows) {
     }
     EXPECT_EQ(whole, reader.read(sample.octets));
   }
+}
+
+// --- What handlers do to the stream ---
+
+/// Parses a document whose handler does something to the stream before its event of that number.
+template <typename Reader>
+std::string parseWith(std::istream& stream, std::size_t event, const std::function<void()>& action,
+                      EventLog& log) {
+  Reader reader;
+  log.mergeCharacters = false;
+  log.attachTo(reader);
+  log.beforeEvent = [&](std::size_t events) {
+    if (events == event) action();
+  };
+  return parse(reader, stream);
+}
+
+const char* const kFiveEvents = "3C 00 'a' 80 'x' E2 00 'c' F0 F0";
+
+TEST(FIReaderStream, MayBeFailedByAHandler) {
+  for (const std::ios_base::iostate state :
+       {std::ios_base::failbit, std::ios_base::badbit, std::ios_base::eofbit}) {
+    for (std::size_t event = 0; event < 6; ++event) {
+      SCOPED_TRACE(event);
+      std::istringstream stream(document(kFiveEvents));
+      EventLog log;
+      const std::string outcome = parseWith<Tavrin::XMLReader_FI>(
+          stream, event, [&] { stream.setstate(state); }, log);
+      // Behind the last octet no state matters.
+      EXPECT_EQ(event < 5 ? kUnexpectedEnd : "done", outcome);
+      EXPECT_EQ(event + 1, log.eventCount());
+    }
+  }
+}
+
+TEST(FIReaderStream, MayGetAnotherBufferFromAHandler) {
+  std::istringstream stream(document("3C 00 'a' 80 'x' 3C 00 'b' F0 F0"));
+  std::istringstream other(octets("E2 00 'c' F0 F0 'z'"));
+  EventLog log;
+  EXPECT_EQ("done",
+            parseWith<Tavrin::XMLReader_FI>(
+                stream, 2, [&] { static_cast<std::ios&>(stream).rdbuf(other.rdbuf()); }, log));
+  EXPECT_EQ(
+      whole({"startElement(, a, a, [])", "characters(x)", "comment(c)", "endElement(, a, a)"}),
+      log.text());
+  EXPECT_EQ('z', stream.get());
+}
+
+TEST(FIReaderStream, MayLoseItsBufferToAHandler) {
+  std::istringstream stream(document(kFiveEvents));
+  EventLog log;
+  EXPECT_EQ(kUnexpectedEnd,
+            parseWith<Tavrin::XMLReader_FI>(
+                stream, 1, [&] { static_cast<std::ios&>(stream).rdbuf(nullptr); }, log));
+  EXPECT_EQ(2U, log.eventCount());
+}
+
+TEST(FIReaderStream, IsReadWithItsOwnOperation) {
+  std::istringstream stream(document("3C 00 'a' F0 F0"));
+  std::ostringstream tied;
+  struct Counting : std::stringbuf {
+    int flushes = 0;
+    int sync() override { return ++flushes, 0; }
+  } flushed;
+  std::ostream out(&flushed);
+  stream.tie(&out);
+  EventLog log;
+  std::vector<std::streamsize> counts;
+  Tavrin::XMLReader_FI reader;
+  log.attachTo(reader);
+  log.beforeEvent = [&](std::size_t) { counts.push_back(stream.gcount()); };
+  EXPECT_EQ("done", parse(reader, stream));
+  // Each octet is one call of get, which looks after the tied stream; a literal is not.
+  EXPECT_EQ((std::vector<std::streamsize>(4, 1)), counts);
+  EXPECT_EQ(9, flushed.flushes);
+}
+
+/// Notes how much is asked for at a time.
+class BulkBuffer : public std::stringbuf {
+ public:
+  explicit BulkBuffer(const std::string& octets) : std::stringbuf(octets, std::ios_base::in) {}
+  std::vector<std::streamsize> reads;
+
+ protected:
+  std::streamsize xsgetn(char* octets, std::streamsize count) override {
+    reads.push_back(count);
+    return std::stringbuf::xsgetn(octets, count);
+  }
+};
+
+TEST(FIReaderStream, GivesALiteralInOnePiece) {
+  const std::string text(1000000, 'x');
+  BulkBuffer buffer(document("3C 01 'ab' 83") + bigEndian(text.size() - 259, 4) + text +
+                    octets("7C 00 'c' 78 00 'd' 02 'xyz' FF FF"));
+  std::istream stream(&buffer);
+  Tavrin::XMLReader_FI reader;
+  EXPECT_EQ("done", parse(reader, stream));
+  EXPECT_EQ((std::vector<std::streamsize>{2, 1000000, 1, 1, 3}), buffer.reads);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "reader_allocations.h"
+#include <Allocations.h>
 
 // What writers keep of namespace declarations where memory runs short. The writers of XML text are
 // here, too, for this program can make allocations fail.

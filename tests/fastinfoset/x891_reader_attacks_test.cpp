@@ -1,6 +1,6 @@
+#include <Allocations.h>
 #include <gtest/gtest.h>
 
-#include "Allocations.h"
 #include "x891_reader_support.h"
 
 // Documents whose one start tag refers to a long string again and again: they must be stopped

@@ -1,9 +1,9 @@
+#include <Allocations.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-#include "Allocations.h"
 #include "x891_reader_values.h"
 
 // The limits that an application can set, each with the attack that it stops, and the memory that

@@ -1,10 +1,9 @@
+#include <Allocations.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <ctime>
 #include <random>
 
-#include "Allocations.h"
 #include "x891_reader_checker.h"
 #include "x891_reader_samples.h"
 
@@ -62,6 +61,7 @@ std::size_t mutationCount() {
 
 TEST(X891ReaderMutations, AreWellFormedOrRefused) {
   constexpr std::size_t kMemory = std::size_t{4} * 1024 * 1024;
+  constexpr std::size_t kBlocksOfAnOctet = 16;
   SampleReader sampleReader;
   Tavrin::XMLReader_X891& reader = sampleReader.reader;
   reader.setErrorHandler(nullptr);
@@ -78,22 +78,22 @@ TEST(X891ReaderMutations, AreWellFormedOrRefused) {
     reader.setProperty(Tavrin::properties::encodingAlgorithmContentHandler,
                        static_cast<Tavrin::EncodingAlgorithmContentHandler*>(&checker));
     std::istringstream stream(document);
-    const std::size_t before = allocations::inUse();
-    allocations::resetPeak();
-    const std::clock_t start = std::clock();
-    const std::string outcome = outcomeOf([&] { reader.parse(stream); });
-    const std::clock_t took = std::clock() - start;
+    const std::size_t blocksBefore = allocations::total();
+    std::string outcome;
+    const std::size_t memory =
+        allocations::peakOf([&] { outcome = outcomeOf([&] { reader.parse(stream); }); });
+    const std::size_t blocks = allocations::total() - blocksBefore;
 
     const bool whole = outcome == "done";
     readWhole += whole;
     const bool isFailure = outcome.rfind("SAXParseException: ", 0) == 0;
     // An octet tells of a start and an end at most, and a declaration of two more.
     if (whole == isFailure || checker.hasEnded() != whole || !checker.mistake.empty() ||
-        checker.events > 4 * (document.size() + 1) || took > CLOCKS_PER_SEC ||
-        allocations::peak() - before > kMemory) {
+        checker.events > 4 * (document.size() + 1) || memory > kMemory ||
+        blocks > kBlocksOfAnOctet * (document.size() + 1)) {
       FAIL() << "seed " << seed << ": " << outcome << ", " << checker.mistake << ", "
-             << checker.events << " events, " << took << " ticks, " << allocations::peak() - before
-             << " octets of memory; document " << EventLog::showOctets(document);
+             << checker.events << " events, " << memory << " octets of memory in " << blocks
+             << " blocks; document " << EventLog::showOctets(document);
     }
   }
   // Both kinds of end occur, and often.

@@ -192,5 +192,28 @@ TEST(X891ReaderStreams, MayHaveFailedBefore) {
             outcomeOf([&] { reader.parse(none); }));
 }
 
+TEST(X891ReaderStreams, MayBeChangedByAHandler) {
+  const std::string read = document("3C 00 'a' 80 'x' E2 00 'c' F0 F0");
+  for (const auto state : {std::ios_base::badbit, std::ios_base::failbit, std::ios_base::eofbit}) {
+    std::istringstream stream(read);
+    EventLog log;
+    Tavrin::XMLReader_X891 reader;
+    log.attachTo(reader);
+    log.beforeEvent = [&](std::size_t) { stream.setstate(state); };
+    EXPECT_EQ("SAXParseException: Unexpected end of document (-1:5)",
+              outcomeOf([&] { reader.parse(stream); }));
+  }
+  std::istringstream stream(read);
+  std::istringstream other(octets("E2 00 'd' F0 F0"));
+  EventLog log;
+  Tavrin::XMLReader_X891 reader;
+  log.attachTo(reader);
+  log.beforeEvent = [&](std::size_t events) {
+    if (events == 2) static_cast<std::ios&>(stream).rdbuf(other.rdbuf());
+  };
+  EXPECT_EQ("done", outcomeOf([&] { reader.parse(stream); }));
+  EXPECT_EQ(wholeContent({"characters(x)", "comment(d)"}), log.text());
+}
+
 }  // namespace
 }  // namespace x891_test

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include <locale>
 
 #include "x891_reader_values.h"
@@ -326,6 +328,43 @@ TEST(X891ReaderTyped, CDATASectionsHaveCharactersOfXML) {
     expectContentRefused(first + " 24 FF", "FF", "Invalid UTF-8 octet 0xFF");
     expectContentRefused(first + " 25 'x' 00", "FF", "Invalid character U+0000");
     expectContentRefused(first + " 24 C3", "80 A9 FF", "Invalid UTF-8 octet 0xC3");
+  }
+}
+
+// --- The list of attributes ---
+
+/// Asks for attributes in an order.
+struct Asking : Tavrin::ContentHandler {
+  void startElement(const std::string&, const std::string&, const std::string&,
+                    const Tavrin::Attributes& attributes) override {
+    ++elements;
+    EXPECT_EQ("1 -2", byLocalName ? attributes.getValue("", "b") : attributes.getValue("b"));
+    EXPECT_EQ("1 -2", attributes.getValue(0));
+    EXPECT_EQ("1 -2", attributes.getValue("b"));
+    EXPECT_EQ(&attributes.getValue(0), &attributes.getValue("", "b"));
+    EXPECT_EQ("CDATA", attributes.getType("b"));
+    EXPECT_THROW(attributes.getValue("c"), std::out_of_range);
+    EXPECT_THROW(attributes.getType(1), std::out_of_range);
+    EXPECT_THROW(attributes.getType(-1), std::out_of_range);
+    const auto& typed = dynamic_cast<const Tavrin::EncodingAlgorithmAttributes&>(attributes);
+    EXPECT_EQ(3, typed.getAlgorithmIndex("", "b"));
+    EXPECT_EQ("", typed.getAlgorithmURI("b"));
+    EXPECT_EQ(typed.getAlgorithmData(0), typed.getAlgorithmData("b"));
+  }
+
+  bool byLocalName = false;
+  int elements = 0;
+};
+
+TEST(X891ReaderTyped, AttributesHaveTheirTextByNameAsByPosition) {
+  for (const bool byLocalName : {false, true}) {
+    Asking handler;
+    handler.byLocalName = byLocalName;
+    Tavrin::XMLReader_X891 reader;
+    reader.setContentHandler(&handler);
+    std::istringstream stream(document("7C 00 'a' 78 00 'b' 30 37 00 00 00 01 FF FF FF FE FF F0"));
+    reader.parse(stream);
+    EXPECT_EQ(1, handler.elements);
   }
 }
 

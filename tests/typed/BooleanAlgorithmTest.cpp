@@ -172,7 +172,7 @@ TEST(BooleanDecoder, ReadsOnlyTheOctetsThatHoldBooleans) {
     BooleanEncodingAlgorithm algorithm;
     std::istringstream in(data);
     const auto& holder =
-        algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+        holderOf<BooleanKind>(algorithm, static_cast<std::uint32_t>(data.size()), in);
     EXPECT_EQ(holder.data_, expected.value);
     EXPECT_TRUE(in.good());
     EXPECT_EQ(rest(in).size(), expected.left);
@@ -182,7 +182,7 @@ TEST(BooleanDecoder, ReadsOnlyTheOctetsThatHoldBooleans) {
 TEST(BooleanDecoder, ForgetsItsOldValueAlsoForNone) {
   BooleanEncodingAlgorithm algorithm;
   std::istringstream in(octets("0F 4F"));
-  auto& holder = algorithm.decodeFromInputStream(1, in);
+  auto& holder = holderOf<BooleanKind>(algorithm, 1, in);
   EXPECT_EQ(holder.data_, std::vector<bool>(4, true));
   algorithm.decodeFromInputStream(1, in);
   EXPECT_EQ(holder.data_, std::vector<bool>());

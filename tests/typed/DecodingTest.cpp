@@ -67,7 +67,7 @@ TYPED_TEST(EveryDecoder, ReusesItsHolderForTheNextValue) {
   const auto decode = [&algorithm](std::size_t count) -> typename TypeParam::Holder& {
     const std::string data = dataOctets<TypeParam>(someItems<TypeParam>(count));
     std::istringstream in(data);
-    return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+    return holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in);
   };
   auto& first = decode(20);
   for (const std::size_t count : {5U, 20U, 21U, 1U}) {
@@ -82,7 +82,7 @@ TYPED_TEST(EveryDecoder, LeavesAClonedValueAlone) {
   const std::string data = dataOctets<TypeParam>(someItems<TypeParam>(3));
   const std::string others = dataOctets<TypeParam>(someItems<TypeParam>(8));
   std::istringstream in(data + others);
-  auto& holder = algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+  auto& holder = holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in);
   const std::unique_ptr<EncodedData> clone = holder.clone();
   EXPECT_TRUE(holder.data_.empty());
   algorithm.decodeFromInputStream(static_cast<std::uint32_t>(others.size()), in);
@@ -95,7 +95,7 @@ TYPED_TEST(EveryDecoder, IsNotDisturbedByTheEncoder) {
   typename TypeParam::Algorithm algorithm;
   const std::string data = dataOctets<TypeParam>(someItems<TypeParam>(3));
   std::istringstream in(data);
-  auto& holder = algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+  auto& holder = holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in);
   std::ostringstream out;
   algorithm.encodeToOutputStream(true, someItems<TypeParam>(9), out);
   EXPECT_EQ(showData<TypeParam>(holder.data_), showData<TypeParam>(someItems<TypeParam>(3)));
@@ -119,12 +119,12 @@ TYPED_TEST_SUITE(DecoderOfNothing, KindsThatMayBeEmpty, KindNames);
 TYPED_TEST(DecoderOfNothing, EmptiesItsHolderAndReadsNothing) {
   typename TypeParam::Algorithm algorithm;
   std::istringstream empty;
-  EXPECT_TRUE(algorithm.decodeFromInputStream(0, empty).data_.empty());
+  EXPECT_TRUE(holderOf<TypeParam>(algorithm, 0, empty).data_.empty());
   EXPECT_EQ(empty.rdstate(), std::ios::goodbit);
 
   const std::string data = dataOctets<TypeParam>(someItems<TypeParam>(5));
   std::istringstream in(data + "behind");
-  auto& holder = algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+  auto& holder = holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in);
   ASSERT_FALSE(holder.data_.empty());
   algorithm.decodeFromInputStream(0, in);
   EXPECT_TRUE(holder.data_.empty());
@@ -168,7 +168,7 @@ TYPED_TEST(DecoderOfWrongLengths, RefusesThemBeforeAnythingIsReadOrChanged) {
     typename TypeParam::Algorithm algorithm;
     const std::string data = dataOctets<TypeParam>(someItems<TypeParam>(5));
     std::istringstream in(data + "behind");
-    auto& holder = algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in);
+    auto& holder = holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in);
     EXPECT_EQ(
         thrown<EncodingAlgorithmException>([&] { algorithm.decodeFromInputStream(length, in); }),
         wrong.message)
@@ -198,7 +198,7 @@ TYPED_TEST(DecoderOfWrongLengths, ReadsOnAfterARefusal) {
   EXPECT_THROW(algorithm.decodeFromInputStream(wrongLengthsOf(TypeParam{}).lengths[0], in),
                EncodingAlgorithmException);
   EXPECT_EQ(showData<TypeParam>(
-                algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in).data_),
+                holderOf<TypeParam>(algorithm, static_cast<std::uint32_t>(data.size()), in).data_),
             showData<TypeParam>(someItems<TypeParam>(5)));
 }
 
@@ -238,6 +238,42 @@ TEST(StringDecoders, TakeEveryOctetAsItIs) {
   EXPECT_EQ(decoded<HexadecimalKind>("0aFF zz"), "0aFF zz");
   EXPECT_EQ(decoded<Base64Kind>("TQ==\n"), "TQ==\n");
   EXPECT_EQ(decoded<CDATAKind>("]]>\r\n"), "]]>\r\n");
+}
+
+/// Decodes into a holder of another type than the algorithm that it replaces.
+class ShoutedText : public CDATAEncodingAlgorithm {
+ public:
+  EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override {
+    CDATAEncodingAlgorithm::decodeFromInputStream(length, stream);
+    shouted_.data_ = {length};
+    return shouted_;
+  }
+
+ private:
+  IntData shouted_;
+};
+
+TEST(BuiltInAlgorithm, MayBeOverriddenWithAnotherHolder) {
+  ShoutedText algorithm;
+  std::istringstream in("abc");
+  EXPECT_EQ("3",
+            static_cast<EncodingAlgorithm&>(algorithm).decodeFromInputStream(3, in).toString());
+}
+
+template <typename Algorithm>
+using Decode = EncodedData& (Algorithm::*)(std::uint32_t, std::istream&);
+
+template <typename K>
+class DecodedHolder : public ::testing::Test {};
+TYPED_TEST_SUITE(DecodedHolder, AllKinds, KindNames);
+
+TYPED_TEST(DecodedHolder, IsReturnedAsAnyOther) {
+  using Algorithm = typename TypeParam::Algorithm;
+  const Decode<Algorithm> decode = &Algorithm::decodeFromInputStream;
+  Algorithm algorithm;
+  std::istringstream in(std::string(16, '\0'));
+  EncodedData& holder = (algorithm.*decode)(16, in);
+  EXPECT_EQ(typeid(typename TypeParam::Holder), typeid(holder));
 }
 
 }  // namespace

@@ -159,12 +159,19 @@ std::string encoded(bool chunk, const typename K::Value& value) {
   return out.str();
 }
 
+/// Lets an algorithm decode, and gives its holder.
+template <typename K>
+typename K::Holder& holderOf(typename K::Algorithm& algorithm, std::uint32_t length,
+                             std::istream& in) {
+  return dynamic_cast<typename K::Holder&>(algorithm.decodeFromInputStream(length, in));
+}
+
 /// Decodes a whole string of octets.
 template <typename K>
 typename K::Value decoded(const std::string& octets) {
   typename K::Algorithm algorithm;
   std::istringstream in(octets);
-  return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), in).data_;
+  return holderOf<K>(algorithm, static_cast<std::uint32_t>(octets.size()), in).data_;
 }
 
 /// What a stream still holds.

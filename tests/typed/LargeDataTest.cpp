@@ -51,8 +51,7 @@ void expectRoundTrip(std::size_t count) {
 
   typename K::Algorithm algorithm;
   std::istringstream in(data + "behind");
-  const auto& items =
-      algorithm.decodeFromInputStream(static_cast<std::uint32_t>(data.size()), in).data_;
+  const auto& items = holderOf<K>(algorithm, static_cast<std::uint32_t>(data.size()), in).data_;
   EXPECT_EQ(items.size(), count);
   EXPECT_TRUE(dataOctets<K>(items) == data);
   EXPECT_TRUE(in.good());

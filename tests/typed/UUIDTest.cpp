@@ -82,6 +82,11 @@ TEST(UUIDs, OfAnotherHolderAreNotEncoded) {
   EXPECT_EQ("", stream.str());
 }
 
+const std::vector<UUID>& decodedUUIDs(UUIDEncodingAlgorithm& algorithm, std::uint32_t length,
+                                      std::istream& stream) {
+  return dynamic_cast<UUIDData&>(algorithm.decodeFromInputStream(length, stream)).data_;
+}
+
 TEST(UUIDs, AreDecodedFromTheirOctetsAlone) {
   UUIDEncodingAlgorithm algorithm;
   std::istringstream stream(octets(std::string(kHighOctets) + " " + kCountedOctets + " AA BB"));
@@ -90,8 +95,7 @@ TEST(UUIDs, AreDecodedFromTheirOctetsAlone) {
   EXPECT_EQ(kCountedText, algorithm.decodeFromInputStream(16, stream).toString());
   EXPECT_EQ(32, stream.tellg());
   stream.seekg(0);
-  EXPECT_EQ((std::vector<UUID>{kHigh, kCounted}),
-            algorithm.decodeFromInputStream(32, stream).data_);
+  EXPECT_EQ((std::vector<UUID>{kHigh, kCounted}), decodedUUIDs(algorithm, 32, stream));
   EXPECT_EQ("", algorithm.decodeFromInputStream(0, stream).toString());
   EXPECT_EQ(32, stream.tellg());
 }
@@ -102,7 +106,7 @@ TEST(UUIDs, AreDecodedBeyondABlock) {
   for (std::size_t i = 0; i < kMany; ++i) all += octets(i % 2 ? kHighOctets : kCountedOctets);
   UUIDEncodingAlgorithm algorithm;
   std::istringstream stream(all);
-  const std::vector<UUID>& decoded = algorithm.decodeFromInputStream(16 * kMany, stream).data_;
+  const std::vector<UUID>& decoded = decodedUUIDs(algorithm, 16 * kMany, stream);
   ASSERT_EQ(kMany, decoded.size());
   for (std::size_t i = 0; i < kMany; ++i) ASSERT_EQ(i % 2 ? kHigh : kCounted, decoded[i]);
 }
@@ -119,9 +123,15 @@ TEST(UUIDs, HaveSixteenOctets) {
 
 TEST(UUIDs, ThatDoNotComeShowInTheStream) {
   UUIDEncodingAlgorithm algorithm;
-  std::istringstream stream(octets(kHighOctets));
-  algorithm.decodeFromInputStream(4294967280U, stream);
+  std::istringstream stream(octets(kHighOctets) + "x");
+  const std::vector<UUID>& decoded = decodedUUIDs(algorithm, 16 * 1000, stream);
   EXPECT_TRUE(stream.fail());
+  UUID missing;
+  missing.fill(0xFF);
+  std::vector<UUID> expected(1000, missing);
+  expected[0] = kHigh;
+  expected[1][0] = 'x';
+  EXPECT_EQ(expected, decoded);
 }
 
 TEST(UUIDs, AreNotAmongTheAlgorithmsOfFI) {

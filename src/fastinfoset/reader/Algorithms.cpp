@@ -3,8 +3,11 @@
 #include <cstdint>
 #include <limits>
 
+#include "../../typed/EncodedLength.h"
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "OctetStream.h"
+#include "Pieces.h"
 #include "TakeOctet.h"
 
 // Encoding algorithms: finding one by its field (X.891, C.29), and letting it decode.
@@ -12,6 +15,13 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
+
+namespace {
+
+/// From here on, the first octet of booleans says that at least eight bits are unused.
+constexpr int kUnusedOctet = 0x80;
+
+}  // namespace
 
 /// Decodes the number of an algorithm or restricted alphabet, and the length of its data.
 XMLReader_FI::Field XMLReader_FI::decodeStringField(unsigned octet) {
@@ -30,6 +40,10 @@ XMLReader_FI::Field XMLReader_FI::decodeChunkField(unsigned octet) {
 }
 
 EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
+  return dialectGetEncodingAlgorithm(field, uri);
+}
+
+EncodingAlgorithm* XMLReader_FI::dialectGetEncodingAlgorithm(unsigned field, std::string& uri) {
   return field < dialect_.firstApplicationAlgorithm ? builtIn_.find(static_cast<int>(field))
                                                     : getApplicationAlgorithm(field, uri);
 }
@@ -43,19 +57,40 @@ EncodingAlgorithm* XMLReader_FI::getApplicationAlgorithm(unsigned field, std::st
   return found == registeredEncodingAlgorithms_->end() ? nullptr : found->second;
 }
 
-/// Lets an algorithm decode its data. Algorithms do not notice the end of the stream.
-EncodedData& XMLReader_FI::decodeWith(EncodingAlgorithm& algorithm, unsigned,
-                                      unsigned long length) {
-  if (length > std::numeric_limits<std::uint32_t>::max()) {
-    fail("Encoded data longer than 4294967295 octets");
-  }
+/// Lets an algorithm decode its data from the stream. Algorithms do not notice its end.
+EncodedData& XMLReader_FI::dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                             unsigned long length) {
+  const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
+  if (isBuiltIn) checkEncodedLength(static_cast<int>(field), length);
+  // So many octets cannot be asked for, nor do they come.
+  if (length > std::numeric_limits<std::uint32_t>::max()) failAtEnd();
+  // A built-in algorithm takes the memory for a value before its octets.
+  if (isBuiltIn && !haveArrived(length)) return decodeLarge(algorithm, field, length);
   EncodedData& value =
       algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), *stream_);
-  if (stream_->fail()) fail("Unexpected end of document");
+  if (stream_->fail()) failAtEnd();
   return value;
 }
 
+/// Waits for the octets of a value, and lets a built-in algorithm decode them.
+EncodedData& XMLReader_FI::decodeLarge(EncodingAlgorithm& algorithm, unsigned field,
+                                       unsigned long length) {
+  std::uint64_t taken = length;
+  if (field == algorithms::boolean) {
+    // Of more than seven unused bits, the algorithm leaves the octet that has no other.
+    const int first = source_->rdbuf()->sgetc();
+    if (first != std::istream::traits_type::eof() && first >= kUnusedOctet) --taken;
+  }
+  std::string octets;
+  readPieces(taken, octets, [this](char* piece, std::streamsize wanted) {
+    stream_->read(piece, wanted);
+    return stream_->gcount();
+  });
+  OctetStream stream;
+  return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));
+}
+
 /// An encoded literal is not added to a table.
-void XMLReader_FI::takeTyped(bool, Strings&, unsigned, EncodedData&) {}
+void XMLReader_FI::dialectTakeTyped(bool, Strings&, unsigned, EncodedData&) {}
 
 }  // namespace Tavrin

@@ -33,16 +33,16 @@ void XMLReader_FI::decodeCharacters(int octet) {
   if ((first & kChunkEncoding) == kChunkUTF8) {
     readText(decodeCharactersLength(octet), text_);
   } else {
-    decodeOtherChunk(first, text_);
-    checkText(text_);
+    dialectDecodeOtherChunk(first, text_);
+    dialectCheckText(text_);
   }
   if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text_);
-  deliverCharacters(text_);
+  dialectDeliverCharacters(text_);
 }
 
 void XMLReader_FI::deliverFromTable(const std::string& text) {
   fromTables_ += text.size();
-  deliverCharacters(text);
+  dialectDeliverCharacters(text);
 }
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.
@@ -50,20 +50,20 @@ void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
   const auto [field, length] = decodeChunkField(octet);
   std::string uri;
   if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri)) {
-    EncodedData& value = decodeWith(*algorithm, field, length);
-    takeTyped(octet & kChunkAddToTable, contentCharacterChunks_, field, value);
-    deliver(field, uri, value);
+    EncodedData& value = dialectDecodeWith(*algorithm, field, length);
+    dialectTakeTyped(octet & kChunkAddToTable, contentCharacterChunks_, field, value);
+    dialectDeliver(field, uri, value);
     return;
   }
   std::string octets;
   readOctets(length, octets);
-  deliverOctets(octet & kChunkAddToTable, field, uri, octets);
+  dialectDeliverOctets(octet & kChunkAddToTable, field, uri, octets);
 }
 
 void XMLReader_FI::decodeComment() {
   std::string text;
   decodeString(&otherStrings_, externalEntries(&otherStrings_), text);
-  deliverComment(text);
+  dialectDeliverComment(text);
 }
 
 void XMLReader_FI::decodeProcessingInstruction() {
@@ -71,7 +71,7 @@ void XMLReader_FI::decodeProcessingInstruction() {
   std::string data;
   decodeIdentifier(&otherNCNames_, target);
   decodeString(&otherStrings_, externalEntries(&otherStrings_), data);
-  deliverInstruction(target, data);
+  dialectDeliverInstruction(target, data);
 }
 
 void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
@@ -80,7 +80,7 @@ void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
   std::string publicId;
   decodeIdentifier(&otherNCNames_, name);
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  deliverEntityReference(name, publicId, systemId);
+  dialectDeliverEntityReference(name, publicId, systemId);
 }
 
 }  // namespace Tavrin

@@ -19,13 +19,13 @@ bool XMLReader_FI::isFastInfosetDocument() {
 
 void XMLReader_FI::decodeOptionalComponents() {
   const unsigned components = takeOctet();
-  checkPadding(components & kComponentsPadding);
+  dialectCheckPadding(components & kComponentsPadding);
   if (components & kAdditionalData) decodeAdditionalData();
   if (components & kInitialVocabulary) decodeInitialVocabulary();
   if (components & kNotations) decodeNotations();
   if (components & kUnparsedEntities) decodeUnparsedEntities();
   if (components & kCharacterEncodingScheme) decodeCharacterEncodingScheme();
-  if (components & kStandalone) deliverStandalone(takeOctet());
+  if (components & kStandalone) dialectDeliverStandalone(takeOctet());
   if (components & kVersion) decodeVersion();
 }
 
@@ -43,7 +43,7 @@ void XMLReader_FI::decodeChildren() {
     } else if (octet == kComment) {
       decodeComment();
     } else if (octet == kTerminator || octet == kDoubleTerminator) {
-      endChildren(elementSeen);
+      dialectEndChildren(elementSeen);
       return;
     } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
       fail("Error while parsing document");
@@ -52,7 +52,7 @@ void XMLReader_FI::decodeChildren() {
       if (dtdSeen) fail("Found more than one DTD");
       dtdSeen = true;
       if (decodeDTD(static_cast<int>(octet))) {
-        endChildren(elementSeen);
+        dialectEndChildren(elementSeen);
         return;
       }
     }
@@ -69,7 +69,7 @@ bool XMLReader_FI::decodeDTD(int octet) {
   std::string systemId;
   std::string publicId;
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  deliverStartDTD(publicId, systemId);
+  dialectDeliverStartDTD(publicId, systemId);
   unsigned next = takeOctet();
   while (next == kProcessingInstruction) {
     decodeProcessingInstruction();
@@ -78,7 +78,7 @@ bool XMLReader_FI::decodeDTD(int octet) {
   if (next != kTerminator && next != kDoubleTerminator) {
     fail("Error while parsing DTD");
   }
-  deliverEndDTD();
+  dialectDeliverEndDTD();
   return next == kDoubleTerminator;
 }
 
@@ -90,7 +90,7 @@ void XMLReader_FI::decodeNotations() {
     std::string publicId;
     decodeIdentifier(&otherNCNames_, name);
     decodeIdentifiers(octet, systemId, publicId);
-    deliverNotation(name, publicId, systemId);
+    dialectDeliverNotation(name, publicId, systemId);
   }
   if (octet != kTerminator) fail(dialect_.wrongNotation);
 }
@@ -106,33 +106,34 @@ void XMLReader_FI::decodeUnparsedEntities() {
     decodeIdentifier(&otherURIs_, systemId);
     if (octet & kPublicIdentifier) decodeIdentifier(&otherURIs_, publicId);
     decodeIdentifier(&otherNCNames_, notationName);
-    deliverUnparsedEntity(name, publicId, systemId, notationName);
+    dialectDeliverUnparsedEntity(name, publicId, systemId, notationName);
   }
   if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
 
 void XMLReader_FI::decodeAdditionalData() {
-  deliverUnused("decodeAdditionalData");
+  dialectDeliverUnused("decodeAdditionalData");
   const unsigned long count = decodeNumberOfItems();
   for (unsigned long i = 0; i < count; ++i) {
     std::string identifier;
     std::string data;
     decodeIdentifier(nullptr, identifier);
     decodeIdentifier(nullptr, data);
-    deliverUnused(std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
+    dialectDeliverUnused(
+        std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
   }
 }
 
 void XMLReader_FI::decodeCharacterEncodingScheme() {
   std::string scheme;
   decodeIdentifier(nullptr, scheme);
-  deliverUnused("decodeCharacterEncodingScheme - \"" + scheme + '"');
+  dialectDeliverUnused("decodeCharacterEncodingScheme - \"" + scheme + '"');
 }
 
 void XMLReader_FI::decodeVersion() {
   std::string version;
   decodeString(&otherStrings_, externalEntries(&otherStrings_), version);
-  deliverVersion(version);
+  dialectDeliverVersion(version);
 }
 
 }  // namespace Tavrin

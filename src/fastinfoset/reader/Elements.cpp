@@ -3,6 +3,7 @@
 
 #include "../Dialect.h"
 #include "../Octets.h"
+#include "DecodeAttributes.h"
 #include "TakeOctet.h"
 
 // Elements, their names and namespace declarations (X.891, C.3, C.12, C.17 and C.18).
@@ -13,20 +14,22 @@ using namespace fastinfoset;
 
 namespace {
 
+constexpr const char* kInvalidElementName = "Error when decoding element name - invalid index";
+
 std::string textOrEmpty(const char* text) { return text ? text : std::string(); }
 
 }  // namespace
 
 bool XMLReader_FI::decodeElement(int octet) {
   const std::size_t outer = openElements_.size();
-  if (startElement(octet)) {
-    endElement();
+  if (openElement(octet)) {
+    closeElement();
     return false;
   }
   while (openElements_.size() > outer) {
     const unsigned child = takeOctet();
     if (child < kFirstNonElement) {
-      if (startElement(static_cast<int>(child))) endElement();
+      if (openElement(static_cast<int>(child))) closeElement();
     } else if (child <= kLastCharacterChunk) {
       decodeCharacters(static_cast<int>(child));
     } else if (child >= kFirstEntityReference && child <= kLastEntityReference) {
@@ -36,11 +39,11 @@ bool XMLReader_FI::decodeElement(int octet) {
     } else if (child == kComment) {
       decodeComment();
     } else if (child == kTerminator) {
-      endElement();
+      closeElement();
     } else if (child == kDoubleTerminator) {
-      endElement();
+      closeElement();
       if (openElements_.size() == outer) return true;
-      endElement();
+      closeElement();
     } else {
       fail("Error when decoding element children");
     }
@@ -50,7 +53,7 @@ bool XMLReader_FI::decodeElement(int octet) {
 
 /// Decodes an element up to its children.
 /// @return true when it has none: the end of the attributes was also that of the element
-bool XMLReader_FI::startElement(int octet) {
+bool XMLReader_FI::openElement(int octet) {
   const auto first = static_cast<unsigned>(octet);
   openElements_.emplace_back();
   OpenElement& element = openElements_.back();
@@ -58,41 +61,39 @@ bool XMLReader_FI::startElement(int octet) {
   auto nameOctet = first;
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
     decodeNamespaces(element.declarations);
-    deliverDeclarations(element.declarations);
+    dialectDeliverDeclarations(element.declarations);
     nameOctet = takeOctet();
-    checkPadding(nameOctet & ~kElementNameBits);
+    dialectCheckPadding(nameOctet & ~kElementNameBits);
   }
 
   const unsigned nameBits = nameOctet & kElementNameBits;
-  QualifiedName* name = nullptr;
+  Name* name = nullptr;
   if (nameBits <= kLastElementIndex) {
-    name = &elementNameAt(decodeElementIndex(static_cast<int>(nameBits)));
+    name =
+        &nameAt(decodeElementIndex(static_cast<int>(nameBits)), elementNames_, kInvalidElementName);
   } else if ((nameBits & kLiteralElementName) == kLiteralElementName) {
-    name = &decodeQualifiedName(static_cast<int>(nameBits), elementNames_);
+    name = &decodeLiteralName(nameBits, elementNames_);
   } else {
     fail("Error when decoding element name");
   }
   if (name == &unlisted_) {
-    element.unlisted = std::make_unique<QualifiedName>(unlisted_);
+    element.unlisted = std::make_unique<Name>(unlisted_);
     name = element.unlisted.get();
   } else {
     element.position = static_cast<std::size_t>(name - elementNames_.data());
   }
-  checkElementName(*name);
+  dialectCheckElementName(*name);
 
-  attributes_.clear();
-  const bool ended = (first & kElementAttributes) && decodeAttributes(attributes_);
-  deliverStartElement(*name, element.declarations, attributes_);
-  return ended;
+  return dialectStartTag(first & kElementAttributes, *name, element.declarations);
 }
 
-void XMLReader_FI::endElement() {
+void XMLReader_FI::closeElement() {
   const OpenElement& element = openElements_.back();
-  deliverEndElement(nameOf(element), element.declarations);
+  dialectDeliverEndElement(nameOf(element), element.declarations);
   openElements_.pop_back();
 }
 
-const XMLReader_FI::QualifiedName& XMLReader_FI::nameOf(const OpenElement& element) const {
+const XMLReader_FI::Name& XMLReader_FI::nameOf(const OpenElement& element) const {
   return element.unlisted ? *element.unlisted : elementNames_[element.position];
 }
 
@@ -108,15 +109,15 @@ void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
     // A start tag may hold as many of them as the document has octets, each a long string: they
     // count before they are kept.
     fromTables_ += prefix.size() + namespaceName.size();
-    checkAmplification();
+    dialectCheckAmplification();
     declarations.push_back(std::move(prefix));
     declarations.push_back(std::move(namespaceName));
   }
   if (octet != kTerminator) fail("Error while parsing namespaces");
 }
 
-std::string XMLReader_FI::QualifiedName::qName() const {
-  return prefix.empty() ? localName : prefix + ":" + localName;
+std::string XMLReader_FI::qNameOf(const QualifiedName& name) {
+  return name.prefix.empty() ? name.localName : name.prefix + ":" + name.localName;
 }
 
 /// Decodes a prefix or namespace name of a declaration. Whether an index counts the built-in entry
@@ -135,19 +136,27 @@ void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::
   }
 }
 
-XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet, Names& table) {
+XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet,
+                                                               std::vector<QualifiedName>& table) {
+  QualifiedName& name = table.emplace_back();
+  decodeNameParts(static_cast<unsigned>(octet), name);
+  return name;
+}
+
+/// As decodeQualifiedName, for a table of the document.
+XMLReader_FI::Name& XMLReader_FI::decodeLiteralName(unsigned octet, Names& table) {
   const QualifiedNameTable* external = externalNames(&table);
   if (table.size() + (external ? external->occupiedCount : 0) >= dialect_.maximumEntries) {
     unlisted_ = {};
-    decodeNameParts(static_cast<unsigned>(octet), unlisted_);
-    unlisted_.whole = unlisted_.qName();
+    decodeNameParts(octet, unlisted_);
+    unlisted_.qName = qNameOf(unlisted_);
     return unlisted_;
   }
   constexpr std::size_t kFirstNames = 8;
   if (table.capacity() == 0) table.reserve(kFirstNames);
-  QualifiedName& name = table.emplace_back();
-  decodeNameParts(static_cast<unsigned>(octet), name);
-  name.whole = name.qName();
+  Name& name = table.emplace_back();
+  decodeNameParts(octet, name);
+  name.qName = qNameOf(name);
   accountForName(name);
   return name;
 }
@@ -193,39 +202,53 @@ const QualifiedNameTable* XMLReader_FI::findExternalNames(const Names* table) co
   return nullptr;
 }
 
-/// An entry of a table of names: the external entries first, then the document's own. Valid until a
-/// name is decoded.
-XMLReader_FI::QualifiedName& XMLReader_FI::nameAt(unsigned long index, Names& table,
-                                                  const char* message) {
+/// Looks an index up among the external entries in front of a table of names.
+/// @param index becomes the index in the table itself, where it is beyond them
+/// @param name  receives the external entry
+/// @return whether it is one of them
+bool XMLReader_FI::findExternalName(unsigned long& index, const Names& table, const char* message,
+                                    QualifiedName& name) const {
   const QualifiedNameTable* external = externalNames(&table);
   if (external != nullptr) {
     if (index < external->definedCount) {
       const char* const(&entry)[3] = external->entries[index];
-      unlisted_ = {textOrEmpty(entry[0]), textOrEmpty(entry[1]), textOrEmpty(entry[2])};
-      unlisted_.whole = unlisted_.qName();
-      return unlisted_;
+      name = {textOrEmpty(entry[0]), textOrEmpty(entry[1]), textOrEmpty(entry[2])};
+      return true;
     }
     if (index < external->occupiedCount) fail(message);
     index -= external->occupiedCount;
   }
   if (index >= table.size()) fail(message);
-  return table[index];
+  return false;
 }
 
-XMLReader_FI::QualifiedName& XMLReader_FI::elementNameAt(unsigned long index) {
-  return nameAt(index, elementNames_, "Error when decoding element name - invalid index");
+/// An entry of a table of names: the external entries first, then the document's own. Valid until a
+/// name is decoded.
+XMLReader_FI::Name& XMLReader_FI::nameAt(unsigned long index, Names& table, const char* message) {
+  if (externalNames(&table) == nullptr) {
+    if (index >= table.size()) fail(message);
+    return table[index];
+  }
+  QualifiedName external;
+  if (!findExternalName(index, table, message, external)) return table[index];
+  unlisted_ = {std::move(external), {}};
+  unlisted_.qName = qNameOf(unlisted_);
+  return unlisted_;
 }
 
-XMLReader_FI::QualifiedName& XMLReader_FI::attributeNameAt(unsigned long index) {
-  return nameAt(index, attributeNames_, "Error when decoding attribute name - invalid index");
+XMLReader_FI::QualifiedName XMLReader_FI::getName(unsigned long index, const Names& table,
+                                                  const char* message) const {
+  QualifiedName name;
+  if (!findExternalName(index, table, message, name)) name = table[index];
+  return name;
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) {
-  return elementNameAt(index);
+XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) const {
+  return getName(index, elementNames_, kInvalidElementName);
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::getAttributeName(unsigned long index) {
-  return attributeNameAt(index);
+XMLReader_FI::QualifiedName XMLReader_FI::getAttributeName(unsigned long index) const {
+  return getName(index, attributeNames_, kInvalidAttributeName);
 }
 
 }  // namespace Tavrin

@@ -1,10 +1,9 @@
 #include <Tavrin/XMLReader_FI.h>
 
-#include <algorithm>
-
 #include "../Dialect.h"
 #include "../Integers.h"
 #include "../Octets.h"
+#include "Pieces.h"
 #include "TakeOctet.h"
 
 // Octets, integers and strings (X.891, C.13, C.14 and C.21 to C.28).
@@ -12,16 +11,6 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
-
-namespace {
-
-/// A literal's string grows by at most this, or by as much as has arrived: what a document claims
-/// never decides how much memory is taken.
-constexpr std::uint64_t kFirstPiece = std::uint64_t{64} * 1024;
-
-constexpr const char* kEndOfDocument = "Unexpected end of document";
-
-}  // namespace
 
 // --- Octets ---
 
@@ -38,14 +27,14 @@ int XMLReader_FI::brokenStream() {
   return std::istream::traits_type::eof();
 }
 
+/// There is no next octet: the stream is at its end, or not good.
 int XMLReader_FI::endOfStream() {
-  stream_->setstate(std::ios_base::eofbit | std::ios_base::failbit);
+  stream_->setstate(source_->good() ? std::ios_base::eofbit | std::ios_base::failbit
+                                    : std::ios_base::failbit);
   return std::istream::traits_type::eof();
 }
 
-void XMLReader_FI::failAtEnd() const { fail(kEndOfDocument); }
-
-unsigned XMLReader_FI::readOctet() { return takeOctet(); }
+void XMLReader_FI::failAtEnd() const { fail("Unexpected end of document"); }
 
 void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
   if (length <= maximumLiteralOctets_) return;
@@ -58,7 +47,7 @@ void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
   if (const char* const buffered = takeBuffered(length)) {
     octets.assign(buffered, length);
   } else {
-    readPieces(length, octets);
+    readFromBuffer(length, octets);
   }
 }
 
@@ -67,26 +56,20 @@ void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
 void XMLReader_FI::readText(std::uint64_t length, std::string& text) {
   checkLiteralLength(length);
   if (const char* const buffered = takeBuffered(length)) {
-    checkText({buffered, length});
+    dialectCheckText({buffered, length});
     text.assign(buffered, length);
   } else {
-    readPieces(length, text);
-    checkText(text);
+    readFromBuffer(length, text);
+    dialectCheckText(text);
   }
 }
 
-void XMLReader_FI::readPieces(std::uint64_t length, std::string& octets) {
-  std::uint64_t begin = 0;
-  while (begin < length) {
-    const std::uint64_t piece = std::min(length - begin, std::max(begin, kFirstPiece));
-    octets.resize(begin + piece);
-    const auto wanted = static_cast<std::streamsize>(piece);
-    const std::streamsize got = buffer_->sgetn(octets.data() + begin, wanted);
-    octetsRead_ += static_cast<std::uint64_t>(got);
-    if (got != wanted) fail(kEndOfDocument);
-    begin += piece;
-  }
-  octets.resize(length);
+/// Reads a literal with one bulk read of the buffer, or piece by piece where not all of it is known
+/// to have arrived.
+void XMLReader_FI::readFromBuffer(std::uint64_t length, std::string& octets) {
+  readPieces(length, octets, [this](char* piece, std::streamsize wanted) {
+    return source_->rdbuf()->sgetn(piece, wanted);
+  });
 }
 
 // --- Tables ---
@@ -163,7 +146,7 @@ unsigned long XMLReader_FI::withoutPadding(unsigned long index, const IntegerFor
                                            std::uint32_t fieldBits) const {
   if (index < longest.bias) return index;
   const unsigned long field = index - longest.bias;
-  checkPadding(static_cast<unsigned>(field & ~static_cast<unsigned long>(fieldBits)));
+  dialectCheckPadding(static_cast<unsigned>(field & ~static_cast<unsigned long>(fieldBits)));
   return (field & fieldBits) + longest.bias;
 }
 
@@ -198,7 +181,7 @@ unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
 unsigned long XMLReader_FI::decodeNumberOfItems() {
   const unsigned octet = takeOctet();
   if (octet < kItemCountLong) return octet + dialect_.itemCountBias;
-  checkPadding(octet & ~(kItemCountLong | kItemCountLongBits));
+  dialectCheckPadding(octet & ~(kItemCountLong | kItemCountLongBits));
   unsigned long count = octet & kItemCountLongBits;
   for (int i = 0; i < 2; ++i) count = count << 8 | takeOctet();
   return count + dialect_.longItemCountBias;
@@ -246,8 +229,8 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
   if ((first & kStringEncoding) == kStringUTF8) {
     readText(decodeStringLength(octet), out);
   } else {
-    decodeOtherString(first, out);
-    checkText(out);
+    dialectDecodeOtherString(first, out);
+    dialectCheckText(out);
   }
   if ((first & kStringAddToTable) && table != nullptr) addEntry(*table, out);
 }
@@ -270,7 +253,7 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
 
 void XMLReader_FI::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out) {
   readOctets(decodeIdentifierLength(static_cast<int>(octet)), out);
-  checkIdentifier(table, out);
+  dialectCheckIdentifier(table, out);
   if (table != nullptr) addEntry(*table, out);
 }
 

@@ -9,7 +9,9 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-void XMLReader_FI::decodeInitialVocabulary() {
+void XMLReader_FI::decodeInitialVocabulary() { dialectDecodeInitialVocabulary(); }
+
+void XMLReader_FI::dialectDecodeInitialVocabulary() {
   const unsigned high = takeOctet();
   const unsigned tables = high << 8 | takeOctet();
   if (tables & kExternalVocabulary) {
@@ -30,8 +32,8 @@ void XMLReader_FI::decodeInitialVocabulary() {
   if (tables & kAttributeValues) decodeIdentifierTable(attributeValues_);  // Not as in C.14.
   if (tables & kContentCharacterChunks) decodeStringTable(contentCharacterChunks_);
   if (tables & kOtherStrings) decodeStringTable(otherStrings_);
-  if (tables & kElementNameSurrogates) decodeQualifiedNameTable(elementNames_);
-  if (tables & kAttributeNameSurrogates) decodeQualifiedNameTable(attributeNames_);
+  if (tables & kElementNameSurrogates) decodeNameTable(elementNames_);
+  if (tables & kAttributeNameSurrogates) decodeNameTable(attributeNames_);
 }
 
 namespace {
@@ -60,9 +62,15 @@ void XMLReader_FI::decodeIdentifierTable(std::vector<std::string>& table) {
 }
 
 void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
-  replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
+  replaceEntries(decodeNumberOfItems(), table,
+                 [this](QualifiedName& name) { decodeNameParts(takeOctet(), name); });
+}
+
+/// As decodeQualifiedNameTable, for a table of the document.
+void XMLReader_FI::decodeNameTable(Names& table) {
+  replaceEntries(decodeNumberOfItems(), table, [this](Name& name) {
     decodeNameParts(takeOctet(), name);
-    name.whole = name.qName();
+    name.qName = qNameOf(name);
   });
 }
 

@@ -17,7 +17,8 @@ const XMLReaderType XMLReader_FI::type_("FI", &XMLReader_FI::create);
 
 XMLReader_FI::XMLReader_FI() : XMLReader_FI(fastinfoset::kDialectFI) {}
 
-XMLReader_FI::XMLReader_FI(const fastinfoset::Dialect& dialect) : dialect_(dialect) {}
+XMLReader_FI::XMLReader_FI(const fastinfoset::Dialect& dialect)
+    : dialect_(dialect), callsGet_(dialect.callsGet) {}
 
 XMLReader_FI::~XMLReader_FI() = default;
 
@@ -51,29 +52,20 @@ void* XMLReader_FI::getProperty(const std::string& name) {
   return XMLReader::getProperty(name);
 }
 
-namespace {
-
-/// What is read of a stream that has failed before.
-class EmptyBuffer : public std::streambuf {};
-
-}  // namespace
-
 void XMLReader_FI::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
-  EmptyBuffer empty;
-  const std::istream::sentry isReady(stream, true);
   stream_ = &stream;
-  buffer_ = isReady ? stream.rdbuf() : &empty;
+  source_ = &stream;
   octetsRead_ = 0;
   tableOctets_ = 0;
   fromTables_ = 0;
   openElements_.clear();
-  clearTables();
-  decodeDocument();
+  dialectClearTables();
+  dialectDecodeDocument();
 }
 
 // Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
-void XMLReader_FI::clearTables() {
+void XMLReader_FI::dialectClearTables() {
   prefixes_.clear();
   namespaceNames_.clear();
   localNames_.clear();
@@ -86,7 +78,7 @@ void XMLReader_FI::clearTables() {
   attributeNames_.clear();
 }
 
-void XMLReader_FI::decodeDocument() {
+void XMLReader_FI::dialectDecodeDocument() {
   if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
@@ -95,10 +87,12 @@ void XMLReader_FI::decodeDocument() {
 }
 
 void XMLReader_FI::fail(const std::string& message) const {
-  throwFailure(message);
+  dialectThrowFailure(message);
   std::abort();  // A dialect that does not throw is wrong.
 }
 
-void XMLReader_FI::throwFailure(const std::string& message) const { throw SAXException(message); }
+void XMLReader_FI::dialectThrowFailure(const std::string& message) const {
+  throw SAXException(message);
+}
 
 }  // namespace Tavrin

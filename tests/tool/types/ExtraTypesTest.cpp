@@ -118,7 +118,10 @@ TEST_F(ExtraTypes, MayHaveTypedContentOfTheApplication) {
             (Result{0, "<a>71 2</a>", ""}));
   // The writer has no form for the application's algorithm. Octet 7 is the script's last.
   EXPECT_EQ(runWithTypes({"convert", "-", "out.fi"}, "objects"),
-            (Result{1, "", "-: octet 7: Unknown encoding algorithm - urn:app\n"}));
+            (Result{1, "",
+                    "-: octet 7: Unknown encoding algorithm - urn:app: it must be registered with "
+                    "the property \"http://jvnet.org/fastinfoset/parser/properties/"
+                    "registered-encoding-algorithms\" before the root element\n"}));
   writeFile("text.xml", "<a>71 2</a>");
   EXPECT_EQ(runWithTypes({"diff", "text.xml", "-"}, "objects"), silent(0));
   EXPECT_EQ(files(), Names{"text.xml"});

@@ -2,6 +2,7 @@
 
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
+#include "../DecodeAttributes.h"
 #include "State.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
@@ -14,10 +15,10 @@ using namespace fastinfoset;
 // The name of the document type is that of the root element: what follows it waits for that. It
 // takes memory meanwhile, so it counts like an entry of a table.
 
-void XMLReader_X891::deliverUnused(const std::string&) {}
+void XMLReader_X891::dialectDeliverUnused(const std::string&) {}
 
-void XMLReader_X891::deliverNotation(const std::string& name, const std::string& publicId,
-                                     const std::string& systemId) {
+void XMLReader_X891::dialectDeliverNotation(const std::string& name, const std::string& publicId,
+                                            const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size());
   state_->document.isHoldingBack = true;
@@ -26,9 +27,10 @@ void XMLReader_X891::deliverNotation(const std::string& name, const std::string&
   });
 }
 
-void XMLReader_X891::deliverUnparsedEntity(const std::string& name, const std::string& publicId,
-                                           const std::string& systemId,
-                                           const std::string& notationName) {
+void XMLReader_X891::dialectDeliverUnparsedEntity(const std::string& name,
+                                                  const std::string& publicId,
+                                                  const std::string& systemId,
+                                                  const std::string& notationName) {
   checkIdentifiers(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + notationName.size());
   state_->document.isHoldingBack = true;
@@ -37,7 +39,8 @@ void XMLReader_X891::deliverUnparsedEntity(const std::string& name, const std::s
   });
 }
 
-void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::string& systemId) {
+void XMLReader_X891::dialectDeliverStartDTD(const std::string& publicId,
+                                            const std::string& systemId) {
   checkIdentifiers(publicId, systemId);
   State::Document& document = state_->document;
   document.hasDocumentType = true;
@@ -49,7 +52,7 @@ void XMLReader_X891::deliverStartDTD(const std::string& publicId, const std::str
   document.declarations.clear();
 }
 
-void XMLReader_X891::deliverEndDTD() {
+void XMLReader_X891::dialectDeliverEndDTD() {
   state_->document.prolog.emplace_back([this](const std::string&) {
     if (lexicalHandler_) lexicalHandler_->endDTD();
   });
@@ -68,11 +71,11 @@ void XMLReader_X891::releaseProlog(const std::string& rootName) {
   document.prolog.clear();
 }
 
-void XMLReader_X891::deliverComment(const std::string& text) {
+void XMLReader_X891::dialectDeliverComment(const std::string& text) {
   if (text.find("--") != std::string::npos || text.ends_with('-')) {
     fail("Comment with \"--\" or \"-\" at its end");
   }
-  checkAmplification();
+  dialectCheckAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(text.size());
     state_->document.prolog.emplace_back([=, this](const std::string&) {
@@ -83,13 +86,13 @@ void XMLReader_X891::deliverComment(const std::string& text) {
   }
 }
 
-void XMLReader_X891::deliverInstruction(const std::string& target, const std::string& data) {
+void XMLReader_X891::dialectDeliverInstruction(const std::string& target, const std::string& data) {
   if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
   if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
   if (data.find_first_of(" \t\r\n") == 0) {
     fail("Processing instruction that begins with white space");
   }
-  checkAmplification();
+  dialectCheckAmplification();
   if (state_->document.isHoldingBack) {
     accountFor(target.size() + data.size());
     state_->document.prolog.emplace_back([=, this](const std::string&) {
@@ -102,17 +105,22 @@ void XMLReader_X891::deliverInstruction(const std::string& target, const std::st
 
 // --- Elements ---
 
-void XMLReader_X891::deliverStartElement(const QualifiedName& name, const Strings& declarations,
-                                         const EncodingAlgorithmAttributesImpl& attributes) {
-  checkAmplification();
-  if (state_->document.isHoldingBack) releaseProlog(name.whole);
-  if (!declarations.empty()) XMLReader_FI::deliverDeclarations(declarations);
-  if (!contentHandler_) return;
-  contentHandler_->startElement(name.namespaceName, name.localName, name.whole, attributes);
+bool XMLReader_X891::dialectStartTag(bool hasAttributes, const Name& name,
+                                     const Strings& declarations) {
+  StartTagAttributes& attributes = state_->attributes;
+  attributes.clear();
+  const bool ended = hasAttributes && decodeAttributesInto(attributes);
+  dialectCheckAmplification();
+  if (state_->document.isHoldingBack) releaseProlog(name.qName);
+  if (!declarations.empty()) XMLReader_FI::dialectDeliverDeclarations(declarations);
+  if (contentHandler_) {
+    contentHandler_->startElement(name.namespaceName, name.localName, name.qName, attributes);
+  }
+  return ended;
 }
 
-void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings& declarations) {
-  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.whole);
+void XMLReader_X891::dialectDeliverEndElement(const Name& name, const Strings& declarations) {
+  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
   if (declarations.empty()) return;
   for (std::size_t i = declarations.size(); i > 0 && contentHandler_; i -= 2) {
     contentHandler_->endPrefixMapping(declarations[i - 2]);
@@ -122,15 +130,16 @@ void XMLReader_X891::deliverEndElement(const QualifiedName& name, const Strings&
 
 // --- Content ---
 
-void XMLReader_X891::deliverCharacters(const std::string& text) {
-  checkAmplification();
+void XMLReader_X891::dialectDeliverCharacters(const std::string& text) {
+  dialectCheckAmplification();
   if (contentHandler_ && !text.empty()) contentHandler_->characters(text);
 }
 
-void XMLReader_X891::deliver(unsigned field, const std::string& uri, const EncodedData& value) {
+void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
+                                    const EncodedData& value) {
   if (field == algorithms::cdata) {
     if (lexicalHandler_) lexicalHandler_->startCDATA();
-    deliverCharacters(static_cast<const CDATAData&>(value).data_);
+    dialectDeliverCharacters(static_cast<const CDATAData&>(value).data_);
     if (lexicalHandler_) lexicalHandler_->endCDATA();
   } else if (primitiveTypeContentHandler_ && field < kDialectX891.firstApplicationAlgorithm &&
              field != algorithms::uuid) {
@@ -140,23 +149,24 @@ void XMLReader_X891::deliver(unsigned field, const std::string& uri, const Encod
   } else if (contentHandler_) {
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
-      checkText(text);  // It may be anything, and much.
+      dialectCheckText(text);  // It may be anything, and much.
       fromTables_ += text.size();
     }
-    deliverCharacters(text);
+    dialectDeliverCharacters(text);
   }
 }
 
-void XMLReader_X891::deliverOctets(bool addToTable, unsigned field, const std::string& uri,
-                                   const std::string& octets) {
+void XMLReader_X891::dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
+                                          const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would lead astray.
   if (addToTable || !encodingAlgorithmContentHandler_) fail("Unknown encoding algorithm - " + uri);
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
 }
 
-void XMLReader_X891::deliverEntityReference(const std::string& name, const std::string& publicId,
-                                            const std::string& systemId) {
-  checkAmplification();
+void XMLReader_X891::dialectDeliverEntityReference(const std::string& name,
+                                                   const std::string& publicId,
+                                                   const std::string& systemId) {
+  dialectCheckAmplification();
   checkIdentifiers(publicId, systemId);
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }

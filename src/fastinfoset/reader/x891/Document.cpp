@@ -6,6 +6,7 @@
 
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
+#include "../TakeOctet.h"
 #include "State.h"
 
 // Header, components and initial vocabulary (X.891, clause 12, C.2, C.2.5 and C.16).
@@ -39,7 +40,7 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 
 }  // namespace
 
-void XMLReader_X891::decodeDocument() {
+void XMLReader_X891::dialectDecodeDocument() {
   decodeHeader();
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
@@ -48,7 +49,8 @@ void XMLReader_X891::decodeDocument() {
 }
 
 void XMLReader_X891::decodeHeader() {
-  if (buffer_->sgetc() == kXMLDeclarations[0].text[0]) decodeXMLDeclaration();
+  if (source_->good() && source_->rdbuf()->sgetc() == kXMLDeclarations[0].text[0])
+    decodeXMLDeclaration();
   if (!isFastInfosetDocument()) fail(kNotFastInfoset);
 }
 
@@ -60,7 +62,7 @@ void XMLReader_X891::decodeXMLDeclaration() {
                                [&](const auto& each) { return each.text.starts_with(text); });
   };
   for (;;) {
-    text += static_cast<char>(readOctet());
+    text += static_cast<char>(takeOctet());
     if (!isPossible()) fail(kNotFastInfoset);
     const auto found = std::ranges::find(kXMLDeclarations, text, &XMLDeclaration::text);
     if (found == kXMLDeclarations.end()) continue;
@@ -70,37 +72,37 @@ void XMLReader_X891::decodeXMLDeclaration() {
   }
 }
 
-void XMLReader_X891::checkPadding(unsigned bits) const {
+void XMLReader_X891::dialectCheckPadding(unsigned bits) const {
   if (bits != 0) fail("Padding bits that are not zero");
 }
 
 // The components have the last word.
 
-void XMLReader_X891::deliverVersion(const std::string& version) {
+void XMLReader_X891::dialectDeliverVersion(const std::string& version) {
   if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");
   state_->document.version = version;
 }
 
-void XMLReader_X891::deliverStandalone(unsigned octet) {
+void XMLReader_X891::dialectDeliverStandalone(unsigned octet) {
   if (octet > 1) fail("Error when decoding standalone");
   state_->document.standalone = octet == 1;
 }
 
-void XMLReader_X891::endChildren(bool elementSeen) {
+void XMLReader_X891::dialectEndChildren(bool elementSeen) {
   if (!elementSeen) fail("Document without an element");
 }
 
 // --- Initial vocabulary ---
 
-void XMLReader_X891::decodeInitialVocabulary() {
-  const unsigned high = readOctet();
-  checkPadding(high & kVocabularyPadding);
-  const unsigned tables = high << 8 | readOctet();
+void XMLReader_X891::dialectDecodeInitialVocabulary() {
+  const unsigned high = takeOctet();
+  dialectCheckPadding(high & kVocabularyPadding);
+  const unsigned tables = high << 8 | takeOctet();
   if (tables == 0) fail("Initial vocabulary without a component");
   if (tables & kExternalVocabulary) {
     std::string uri;
     decodeIdentifier(nullptr, uri);
-    checkText(uri);
+    dialectCheckText(uri);
     const auto* known = externalVocabularies_;
     const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
     if (known == nullptr || found == known->end() || found->second == nullptr) {
@@ -137,7 +139,7 @@ void XMLReader_X891::decodeIdentifiers(Strings& table) {
   std::string entry;
   for (unsigned long i = 0; i < length; ++i) {
     decodeIdentifier(nullptr, entry);
-    checkIdentifier(&table, entry);
+    dialectCheckIdentifier(&table, entry);
     addEntry(table, entry);
   }
 }
@@ -147,8 +149,8 @@ void XMLReader_X891::decodeStrings(Strings& table) {
   const unsigned long length = decodeListLength(kMaximumEntries);
   std::string entry;
   for (unsigned long i = 0; i < length; ++i) {
-    const unsigned octet = readOctet();
-    checkPadding(octet & (kStringIndex | kStringAddToTable));
+    const unsigned octet = takeOctet();
+    dialectCheckPadding(octet & (kStringIndex | kStringAddToTable));
     decodeString(static_cast<int>(octet), nullptr, nullptr, entry);
     addEntry(table, entry);
   }
@@ -158,8 +160,8 @@ void XMLReader_X891::decodeStrings(Strings& table) {
 void XMLReader_X891::decodeSurrogates(Names& table) {
   const unsigned long length = decodeListLength(kMaximumEntries);
   for (unsigned long i = 0; i < length; ++i) {
-    const unsigned octet = readOctet();
-    checkPadding(octet & ~(kPrefixPresent | kNamespacePresent));
+    const unsigned octet = takeOctet();
+    dialectCheckPadding(octet & ~(kPrefixPresent | kNamespacePresent));
     if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) {
       fail("Qualified name with a prefix, but without a namespace");
     }
@@ -168,21 +170,21 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
       if (index == kBuiltInNameIndex) return std::string(builtIn);
       return getString(index - kBuiltInNames, &own, externalEntries(&own));
     };
-    QualifiedName name;
+    Name name;
     if (octet & kPrefixPresent) name.prefix = builtInOr(prefixes_, "xml");
     if (octet & kNamespacePresent) name.namespaceName = builtInOr(namespaceNames_, namespaces::xml);
     name.localName = getString(decodeSurrogateIndex(), &localNames_, externalEntries(&localNames_));
     const QualifiedNameTable* external = externalNames(&table);
     if (table.size() + (external ? external->occupiedCount : 0) >= kMaximumEntries) continue;
-    name.whole = name.qName();
+    name.qName = qNameOf(name);
     accountForName(name);
     table.push_back(std::move(name));
   }
 }
 
 unsigned long XMLReader_X891::decodeSurrogateIndex() {
-  const unsigned octet = readOctet();
-  checkPadding(octet & kStringIndex);
+  const unsigned octet = takeOctet();
+  dialectCheckPadding(octet & kStringIndex);
   return decodeIndex(static_cast<int>(octet));
 }
 

@@ -17,36 +17,11 @@
 #include "../../../xml/NamespaceBindings.h"
 #include "../../../xml/UniqueAttributes.h"
 #include "../../Dialect.h"
+#include "../OctetStream.h"
 #include "RestrictedAlphabet.h"
+#include "StartTagAttributes.h"
 
 namespace Tavrin {
-
-/// A stream over octets in memory, for algorithms to decode from: so that none reads beyond its
-/// data.
-class OctetStream {
- public:
-  OctetStream() : stream_(&buffer_) {}
-
-  /// The stream, at the beginning of these octets, which must outlive its use.
-  std::istream& over(std::string& octets) {
-    buffer_.set(octets);
-    stream_.clear();
-    return stream_;
-  }
-  bool isAtEnd() const { return buffer_.isAtEnd(); }
-
- private:
-  class Buffer : public std::streambuf {
-   public:
-    void set(std::string& octets) {
-      setg(octets.data(), octets.data(), octets.data() + octets.size());
-    }
-    bool isAtEnd() const { return gptr() == egptr(); }
-  };
-
-  Buffer buffer_;
-  std::istream stream_;
-};
 
 /// A stream over the next octets of another one, for algorithms to decode from without a copy: none
 /// reads beyond its data.
@@ -103,6 +78,8 @@ struct XMLReader_X891::State {
   double amplificationFactor = kAmplificationFactor;
   std::uint64_t amplificationThreshold = kAmplificationThreshold;
 
+  StartTagAttributes attributes;  // Used again for each start tag.
+
   // --- Typed content ---
 
   UUIDEncodingAlgorithm uuid;
@@ -141,7 +118,7 @@ struct XMLReader_X891::State {
 
 /// Only what comes from a table by its index can be delivered far more often than it was read; and
 /// what an application's algorithm makes counts alike.
-inline void XMLReader_X891::checkAmplification() const {
+inline void XMLReader_X891::dialectCheckAmplification() const {
   if (fromTables_ > state_->document.allowedFromTables) allowMoreFromTables();
 }
 

@@ -3,6 +3,7 @@
 
 #include "../../Dialect.h"
 #include "../../Octets.h"
+#include "../Pieces.h"
 #include "State.h"
 
 // Text in other formats than UTF-8: UTF-16, restricted alphabets and encoding algorithms (X.891,
@@ -35,7 +36,7 @@ void appendUTF8(char32_t character, std::string& text) {
 
 }  // namespace
 
-void XMLReader_X891::decodeOtherString(unsigned octet, std::string& text) {
+void XMLReader_X891::dialectDecodeOtherString(unsigned octet, std::string& text) {
   switch (octet & kStringEncoding) {
     case kStringUTF16:
       return decodeUTF16(decodeStringLength(static_cast<int>(octet)), text);
@@ -47,7 +48,7 @@ void XMLReader_X891::decodeOtherString(unsigned octet, std::string& text) {
 }
 
 // Chunks that an algorithm encodes are typed content: they do not come here.
-void XMLReader_X891::decodeOtherChunk(unsigned octet, std::string& text) {
+void XMLReader_X891::dialectDecodeOtherChunk(unsigned octet, std::string& text) {
   if ((octet & kChunkEncoding) == kChunkUTF16) {
     decodeUTF16(decodeCharactersLength(static_cast<int>(octet)), text);
   } else {
@@ -95,7 +96,7 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
                        externalEntries(&restrictedAlphabets_));
     };
     const std::string characters = charactersOf(field.number);
-    checkText(characters);
+    dialectCheckText(characters);
     found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
     if (!found->second.isValid()) fail("Invalid restricted alphabet");
   }
@@ -107,14 +108,18 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
 
 // --- Encoding algorithms ---
 
+EncodingAlgorithm* XMLReader_X891::dialectGetEncodingAlgorithm(unsigned field, std::string& uri) {
+  return getEncodingAlgorithm(field, uri);
+}
+
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   if (field == algorithms::uuid) return &state_->uuid;
-  EncodingAlgorithm* algorithm = XMLReader_FI::getEncodingAlgorithm(field, uri);
+  EncodingAlgorithm* algorithm = XMLReader_FI::dialectGetEncodingAlgorithm(field, uri);
   if (algorithm == nullptr && field < kDialectX891.firstApplicationAlgorithm) {
     fail("Reserved encoding algorithm " + std::to_string(field + 1));
   }
   fromTables_ += uri.size();  // It goes with every value.
-  checkAmplification();
+  dialectCheckAmplification();
   return algorithm;
 }
 
@@ -169,10 +174,10 @@ EncodedData& XMLReader_X891::decodeWhole(EncodingAlgorithm& algorithm, unsigned 
   return decoded;
 }
 
-/// Lets a built-in algorithm decode whole numbers, of which there may be very many: they are not
-/// copied before.
+/// Lets a built-in algorithm decode whole numbers that have arrived, of which there may be very
+/// many: they are not copied before.
 EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned long length) {
-  NextOctets octets(*buffer_, length);
+  NextOctets octets(*source_->rdbuf(), length);
   EncodedData& decoded = decodeFrom(octets.stream(), algorithm, length);
   octetsRead_ += octets.taken();
   octets.rethrow();
@@ -182,8 +187,8 @@ EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned 
 }
 
 /// Lets an algorithm decode its data, and no more.
-EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                        unsigned long length) {
+EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                               unsigned long length) {
   if (length > std::numeric_limits<std::uint32_t>::max()) {
     fail("Encoded data longer than 4294967295 octets");
   }
@@ -191,7 +196,7 @@ EncodedData& XMLReader_X891::decodeWith(EncodingAlgorithm& algorithm, unsigned f
   // What a derived reader puts in the place of a built-in algorithm may read otherwise.
   const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
   const std::size_t itemSize = isBuiltIn ? sizeOfItems(field) : 0;
-  EncodedData* const decoded = itemSize > 0 && length % itemSize == 0
+  EncodedData* const decoded = itemSize > 0 && length % itemSize == 0 && haveArrived(length)
                                    ? &decodeItems(algorithm, length)
                                    : &decodeWhole(algorithm, length);
   // The text of numbers must read back as the same ones, which that of their own holders need not.
@@ -216,12 +221,12 @@ void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
   std::string uri;
   EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
   if (algorithm == nullptr) fail("Unknown encoding algorithm - " + uri);
-  text = decodeWith(*algorithm, field.number, field.length).toString();
+  text = dialectDecodeWith(*algorithm, field.number, field.length).toString();
 }
 
 /// The table holds the text that the value stands for (7.14).
-void XMLReader_X891::takeTyped(bool addToTable, Strings& table, unsigned field,
-                               EncodedData& value) {
+void XMLReader_X891::dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
+                                      EncodedData& value) {
   if (field == algorithms::cdata && &table == &attributeValues_) {
     fail("CDATA section in an attribute value");
   }
@@ -230,7 +235,7 @@ void XMLReader_X891::takeTyped(bool addToTable, Strings& table, unsigned field,
       field >= kDialectX891.firstApplicationAlgorithm && &table == &attributeValues_;
   if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
-  checkText(text);
+  dialectCheckText(text);
   if (addToTable) addEntry(table, text);
 }
 

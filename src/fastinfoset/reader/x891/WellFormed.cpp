@@ -12,18 +12,18 @@
 
 namespace Tavrin {
 
-void XMLReader_X891::checkText(std::string_view text) {
+void XMLReader_X891::dialectCheckText(std::string_view text) {
   if (xml::isEasyText(text)) return;
   const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void XMLReader_X891::checkIdentifier(const Strings* table, const std::string& text) {
+void XMLReader_X891::dialectCheckIdentifier(const Strings* table, const std::string& text) {
   if (table == nullptr) return;  // Octets, or a string that is checked where it is used.
   if (table == &prefixes_ || table == &localNames_ || table == &otherNCNames_) {
     if (!xml::isNCName(text)) fail("Invalid name \"" + text + "\"");
   } else {
-    checkText(text);
+    dialectCheckText(text);
   }
 }
 
@@ -36,7 +36,7 @@ void XMLReader_X891::checkIdentifiers(const std::string& publicId,
 // --- Namespaces ---
 
 /// Takes the declarations of an element into account. They are delivered when its name is known.
-void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
+void XMLReader_X891::dialectDeliverDeclarations(const Strings& declarations) {
   State::Document& document = state_->document;
   std::vector<std::string_view> prefixes;
   for (std::size_t i = 0; i < declarations.size(); i += 2) {
@@ -53,11 +53,11 @@ void XMLReader_X891::deliverDeclarations(const Strings& declarations) {
   }
 }
 
-std::size_t XMLReader_X891::octetsOf(const QualifiedName& name) {
-  return name.namespaceName.size() + name.localName.size() + name.whole.size();
+std::size_t XMLReader_X891::octetsOf(const Name& name) {
+  return name.namespaceName.size() + name.localName.size() + name.qName.size();
 }
 
-void XMLReader_X891::checkBinding(const QualifiedName& name) const {
+void XMLReader_X891::checkBinding(const Name& name) const {
   const std::string& bound = state_->document.bindings.find(name.prefix);
   const bool isUnbound = !name.prefix.empty() && bound.empty();
   if (bound == name.namespaceName && !isUnbound) return;
@@ -82,7 +82,7 @@ void XMLReader_X891::allowMoreFromTables() const {
   }
 }
 
-void XMLReader_X891::checkElementName(QualifiedName& name) {
+void XMLReader_X891::dialectCheckElementName(Name& name) {
   State::Document& document = state_->document;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
@@ -93,7 +93,7 @@ void XMLReader_X891::checkElementName(QualifiedName& name) {
   fromTables_ += 2 * name.octets;  // It comes again with the end.
 }
 
-void XMLReader_X891::checkAttributeName(QualifiedName& name) {
+void XMLReader_X891::dialectCheckAttributeName(Name& name) {
   State::Document& document = state_->document;
   if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
@@ -110,7 +110,7 @@ void XMLReader_X891::checkAttributeName(QualifiedName& name) {
   }
   // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.octets;
-  checkAmplification();
+  dialectCheckAmplification();
 
   xml::UniqueAttributes& attributes = document.attributes;
   if (name.identity == xml::UniqueAttributes::kUnknown) {
@@ -121,7 +121,7 @@ void XMLReader_X891::checkAttributeName(QualifiedName& name) {
       accountFor(name.namespaceName.size() + name.localName.size());
     }
   }
-  if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName() + "\" is there twice");
+  if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
 }
 
 }  // namespace Tavrin

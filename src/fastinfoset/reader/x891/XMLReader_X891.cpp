@@ -76,7 +76,7 @@ bool XMLReader_X891::getFeature(const std::string& name) {
   return XMLReader_FI::getFeature(name);
 }
 
-void XMLReader_X891::throwFailure(const std::string& message) const {
+void XMLReader_X891::dialectThrowFailure(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
   const SAXParseException exception(message, -1,
                                     static_cast<std::int32_t>(std::min(octetsRead_, kMost)));
@@ -85,8 +85,8 @@ void XMLReader_X891::throwFailure(const std::string& message) const {
 }
 
 // Nothing outlives a document.
-void XMLReader_X891::clearTables() {
-  XMLReader_FI::clearTables();
+void XMLReader_X891::dialectClearTables() {
+  XMLReader_FI::dialectClearTables();
   restrictedAlphabets_.clear();
   encodingAlgorithms_.clear();
   externalVocabulary_ = nullptr;

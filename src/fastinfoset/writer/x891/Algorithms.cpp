@@ -1,7 +1,9 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <ostream>
 #include <sstream>
+#include <streambuf>
 
 #include "../../Dialect.h"
 #include "../../Integers.h"
@@ -158,6 +160,28 @@ void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
 
 namespace {
 
+/// Appends to a string what is written. A stream that reports its failures over it throws where
+/// memory runs out, as a string stream does not.
+class AppendingBuffer : public std::streambuf {
+ public:
+  explicit AppendingBuffer(std::string& octets) : octets_(octets) {}
+
+ protected:
+  std::streamsize xsputn(const char* octets, std::streamsize count) override {
+    octets_.append(octets, static_cast<std::size_t>(count));
+    return count;
+  }
+  int_type overflow(int_type octet) override {
+    if (!traits_type::eq_int_type(octet, traits_type::eof())) {
+      octets_ += traits_type::to_char_type(octet);
+    }
+    return traits_type::not_eof(octet);
+  }
+
+ private:
+  std::string& octets_;
+};
+
 /// The length that stands in the octets of writeSize, and where it ends; nothing else is looked at,
 /// the number of the algorithm least.
 template <typename Encoding>
@@ -177,9 +201,13 @@ std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
 /// writes the number that it believes to have, but the document decides which it is.
 std::string XMLWriter_X891::encodedBy(EncodingAlgorithm& algorithm, const std::string& uri,
                                       bool chunk, const EncodedData& data) {
-  std::ostringstream stream;
-  algorithm.encodeToOutputStream(chunk, data, stream);
-  std::string octets = stream.str();
+  std::string octets;
+  {
+    AppendingBuffer buffer(octets);
+    std::ostream stream(&buffer);
+    stream.exceptions(std::ios::badbit);
+    algorithm.encodeToOutputStream(chunk, data, stream);
+  }
   const bool isEmpty =
       chunk ? octets.empty() : octets.size() == 1 && octets[0] == static_cast<char>(kEmptyString);
   if (isEmpty) return {};
