@@ -27,6 +27,10 @@ class DeclarationText {
   char quote_ = '\0';  // That of the open literal.
 };
 
+inline bool isLiteral(std::string_view token) {
+  return token.starts_with('"') || token.starts_with('\'');
+}
+
 /// The tokens of a declaration, one after another; behind the last one they are empty.
 class DeclarationTokens {
  public:
@@ -40,9 +44,7 @@ class DeclarationTokens {
     if (isNext) ++next_;
     return isNext;
   }
-  bool isLiteral() const {
-    return !isAtEnd() && (tokens_[next_].front() == '"' || tokens_[next_].front() == '\'');
-  }
+  bool isAtLiteral() const { return !isAtEnd() && isLiteral(tokens_[next_]); }
   /// Takes a literal, without its quotes.
   std::string_view takeLiteral() {
     const std::string_view literal = take();

@@ -9,6 +9,7 @@ void XMLReader_XML10::Driver::Callbacks::startElementHandler(void* userData, con
   XML10Document& document = *driver.document_;
   driver.guard([&] {
     if (++document.depth > document.maximumDepth) driver.fail(tooDeep(document.maximumDepth));
+    if (document.checksNames) driver.requireNames(name, attributes);
     if (driver.handlers.content) driver.reportStart(*driver.handlers.content, name, attributes);
     if (document.mayLackDeclarations) driver.warnOfLossesInTag();
   });
@@ -61,6 +62,7 @@ void XMLReader_XML10::Driver::Callbacks::startNamespaceHandler(void* userData,
                                                                const XML_Char* prefix,
                                                                const XML_Char* uri) {
   Driver& driver = from(userData);
+  if (prefix && driver.document_->checksNames) driver.guard([&] { driver.requireName(prefix); });
   // expat has no namespace name for `xmlns=""`.
   driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
     XML10Document& document = *driver.document_;
@@ -85,6 +87,7 @@ void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, co
                                                               int isParameterEntity) {
   Driver& driver = from(userData);
   driver.guard([&] {
+    driver.requireName(name);
     if (isParameterEntity) {
       driver.document_->lackDeclarations();
       driver.passOverDeclarations();

@@ -10,6 +10,7 @@ namespace Tavrin {
 /// expat looks at names in declarations, but not at what stands behind their colon (Namespaces in
 /// XML, sections 4 and 7).
 void XMLReader_XML10::Driver::requireQName(const char* name) {
+  requireName(name);
   if (!document_->features.namespaces || xml::isQName(name)) return;
   fail('"' + std::string(name) + "\" is not a qualified name");
 }
@@ -37,6 +38,7 @@ void XMLReader_XML10::Driver::Callbacks::xmlDeclHandler(void* userData, const XM
   // The document begins.
   driver.guard([&] {
     document.open.back().encoding = textOrEmpty(encoding);
+    document.noteEncoding(encoding);
     if (!isDocument) return;
     if (!xml::isVersion(document.version)) {
       driver.fail("\"" + document.version + "\" is not a version of XML");
@@ -69,6 +71,7 @@ void XMLReader_XML10::Driver::Callbacks::notationDeclHandler(void* userData, con
                                                              const XML_Char* systemId,
                                                              const XML_Char* publicId) {
   Driver& driver = from(userData);
+  driver.guard([&] { driver.requireName(name); });
   driver.deliver(driver.handlers.dtd, [&](DTDHandler& handler) {
     handler.notationDecl(name, textOrEmpty(publicId), driver.document_->resolve(systemId));
   });
@@ -82,6 +85,8 @@ void XMLReader_XML10::Driver::Callbacks::entityDeclHandler(
   const auto reportedName = [&] { return isParameterEntity ? std::string("%") + name : name; };
   driver.guard([&] {
     XML10Document& document = *driver.document_;
+    driver.requireName(name);
+    if (notationName) driver.requireName(notationName);
     const std::string_view text(value ? value : "", static_cast<std::size_t>(valueLength));
     document.generalEntities.declare(reportedName(), isParameterEntity ? "" : text);
     if (!isParameterEntity) return;
@@ -137,6 +142,7 @@ void XMLReader_XML10::Driver::Callbacks::attlistDeclHandler(
   driver.guard([&] {
     driver.requireQName(elementName);
     driver.requireQName(attributeName);
+    driver.requireName(type);
     const std::string declaredType = AttributeTypes::declaredForm(type);
     const bool isFirst =
         driver.document_->attributeTypes.declare(elementName, attributeName, declaredType);

@@ -130,6 +130,8 @@ void XMLReader_XML10::Driver::handlerThrew() {
 }
 
 void XMLReader_XML10::Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
+  static_cast<Driver*>(static_cast<EventTarget*>(XML_GetUserData(parser)))
+      ->document_->noteStart(start);
   if (!declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).value_or(false)) return;
   if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
 }

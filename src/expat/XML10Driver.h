@@ -84,6 +84,9 @@ struct XML10Document {
   /// declared, unless the document states that it is standalone.
   void lackDeclarations() { mayLackDeclarations = !standalone.value_or(false); }
   std::string resolve(const XML_Char* systemId) const;
+  /// Take note of the encoding of an entity, by its declared name or its first octets.
+  void noteEncoding(const XML_Char* name);
+  void noteStart(std::string_view octets);
 
   /// How many octets have been read, of all entities.
   std::uint64_t octetsRead() const;
@@ -105,6 +108,9 @@ struct XML10Document {
   // What the XML declaration states.
   std::string version = "1.0";
   std::optional<bool> standalone;
+
+  /// An entity is in an encoding in which expat takes too much for letters.
+  bool checksNames = false;
 
   XML10Event event;
   std::uint64_t depth = 0;  ///< Elements that are open.
@@ -157,6 +163,10 @@ class XMLReader_XML10::Driver : public EventTarget {
   void endDocument();
   /// Ends the document with what stopped the parse.
   [[noreturn]] void reportError();
+  /// Refuses a name, or a text with names and no other letters, for what expat lets in wrongly.
+  void requireName(std::string_view name, const XML10Position& position);
+  void requireName(std::string_view name);
+  void requireNames(const XML_Char* element, const XML_Char** attributes);
   /// Refuses a name of an element or attribute that is no qualified name.
   void requireQName(const char* name);
   /// Where the current entity stands.
@@ -246,6 +256,9 @@ struct XMLReader_XML10::Driver::Callbacks : Tavrin::Callbacks {
   static void startNamespaceHandler(void* userData, const XML_Char* prefix, const XML_Char* uri);
   static void endNamespaceHandler(void* userData, const XML_Char* prefix);
   static void skippedEntityHandler(void* userData, const XML_Char* name, int isParameterEntity);
+  // Names: XML10Names.cpp.
+  static void processingInstructionHandler(void* userData, const XML_Char* target,
+                                           const XML_Char* data);
 
   // Declarations: XML10Declarations.cpp.
   static void xmlDeclHandler(void* userData, const XML_Char* version, const XML_Char* encoding,

@@ -84,11 +84,11 @@ void XMLReader_XML10::Driver::warnOfLostReferences(std::string_view source, cons
   for (auto found = nextReference(source, 0); found;
        found = nextReference(source, found->position + 1)) {
     const std::string name(found->name);
-    const std::string* const missing = entities.findMissing(name);
-    if (missing == nullptr) continue;
     if (isWritten) position.moveOver(source.substr(passed, found->position - passed));
     passed = found->position;
-    warnOfLoss(lostReference(*missing, place), position);
+    requireName(name, position);
+    const std::string* const missing = entities.findMissing(name);
+    if (missing) warnOfLoss(lostReference(*missing, place), position);
   }
 }
 

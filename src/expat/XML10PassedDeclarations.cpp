@@ -50,6 +50,9 @@ void XMLReader_XML10::Driver::takePassedMarkup(std::string_view piece) {
   if (!declaration.take(piece)) return;
   const std::vector<std::string> tokens = declaration.tokens();
   declaration.clear();
+  for (const std::string& token : tokens) {
+    if (!isLiteral(token)) requireName(token);
+  }
   DeclarationTokens rest(tokens);
   const bool isEntity = rest.take() == kEntity;
   if (isEntity) {
@@ -66,7 +69,7 @@ void XMLReader_XML10::Driver::failInPassed(XML_Error error) {
 void XMLReader_XML10::Driver::reportPassedEntity(DeclarationTokens tokens) {
   const bool isParameterEntity = tokens.takeIf("%");
   const std::string name = (isParameterEntity ? "%" : "") + std::string(tokens.take());
-  if (tokens.isLiteral()) {
+  if (tokens.isAtLiteral()) {
     const LiteralValue value = replacementText(tokens.takeLiteral());
     // Only in the text of an entity may others be referred to.
     if (value.error == XML_ERROR_PARAM_ENTITY_REF && document_->passed->isInInternalEntity) {
@@ -107,9 +110,9 @@ void XMLReader_XML10::Driver::reportPassedAttributes(DeclarationTokens tokens) {
     if (type == "NOTATION") type.append(1, ' ').append(tokens.take());
     const bool isFirst = document.attributeTypes.find(element, attribute) == nullptr &&
                          document.passed->attributes.declare(element, attribute, type);
-    const std::string mode(tokens.isLiteral() ? std::string_view() : tokens.take());
+    const std::string mode(tokens.isAtLiteral() ? std::string_view() : tokens.take());
     LiteralValue value;
-    if (tokens.isLiteral()) {
+    if (tokens.isAtLiteral()) {
       const std::string_view literal = tokens.takeLiteral();
       value = attributeDefault(literal, type == "CDATA");
       if (value.error != XML_ERROR_NONE) failInPassed(value.error);
