@@ -17,18 +17,19 @@
 namespace Tavrin {
 
 /// The numbers by which the library and the stream call the built-in algorithms: the standard's
-/// index minus 1.
+/// index minus 1. They have internal linkage, like the identifiers: a shared object that uses one
+/// can be unloaded.
 namespace algorithms {
-inline constexpr int hexadecimal = 0;   ///< Octets with hexadecimal text.
-inline constexpr int base64 = 1;        ///< Octets with base64 text.
-inline constexpr int shortInteger = 2;  ///< 16-bit integers.
-inline constexpr int integer = 3;       ///< 32-bit integers.
-inline constexpr int longInteger = 4;   ///< 64-bit integers.
-inline constexpr int boolean = 5;       ///< Booleans.
-inline constexpr int floatNumber = 6;   ///< Single precision numbers.
-inline constexpr int doubleNumber = 7;  ///< Double precision numbers.
-inline constexpr int uuid = 8;          ///< UUIDs; the types "FI" do not provide it.
-inline constexpr int cdata = 9;         ///< The text of a CDATA section.
+constexpr int hexadecimal = 0;   ///< Octets with hexadecimal text.
+constexpr int base64 = 1;        ///< Octets with base64 text.
+constexpr int shortInteger = 2;  ///< 16-bit integers.
+constexpr int integer = 3;       ///< 32-bit integers.
+constexpr int longInteger = 4;   ///< 64-bit integers.
+constexpr int boolean = 5;       ///< Booleans.
+constexpr int floatNumber = 6;   ///< Single precision numbers.
+constexpr int doubleNumber = 7;  ///< Double precision numbers.
+constexpr int uuid = 8;          ///< UUIDs; the types "FI" do not provide it.
+constexpr int cdata = 9;         ///< The text of a CDATA section.
 }  // namespace algorithms
 
 /// Encodes values of one type and decodes them again.

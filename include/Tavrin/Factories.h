@@ -14,6 +14,7 @@
 #pragma once
 
 #include <Tavrin/Export.h>
+#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 

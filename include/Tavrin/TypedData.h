@@ -47,9 +47,13 @@ class TAVRIN_API EncodedData {
 
   /// Copies the value into a new holder of the same type, which the caller owns. This holder keeps
   /// its value. The holders of the library can be copied; one of an application can where it
-  /// overrides this.
+  /// overrides copyEncodedData.
   /// @throws EncodingAlgorithmException "This typed value cannot be copied" where it does not
-  virtual std::unique_ptr<EncodedData> copy() const;
+  std::unique_ptr<EncodedData> copy() const { return copyEncodedData(); }
+
+ protected:
+  /// What copy does. Its name is one that a holder of an application does not have by accident.
+  virtual std::unique_ptr<EncodedData> copyEncodedData() const;
 };
 
 /// A holder of one value.
@@ -69,8 +73,10 @@ class TAVRIN_API HexadecimalData : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// Octets whose text is base64 (X.891, 10.3; RFC 4648, section 4), in one line: "TWFu".
@@ -79,8 +85,10 @@ class TAVRIN_API Base64Data : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// The text of a CDATA section, in UTF-8 (X.891, 10.11).
@@ -89,8 +97,10 @@ class TAVRIN_API CDATAData : public EncodedDataTemplate<std::string> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls bytes.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// 16-bit integers (X.891, 10.4): "-1 0 32767".
@@ -99,8 +109,10 @@ class TAVRIN_API ShortData : public EncodedDataTemplate<std::vector<short>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls shorts.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// 32-bit integers (X.891, 10.5). An element outside the 32-bit range shows whole in the text, but
@@ -110,8 +122,10 @@ class TAVRIN_API IntData : public EncodedDataTemplate<std::vector<long>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls ints.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// 64-bit integers (X.891, 10.6).
@@ -120,8 +134,10 @@ class TAVRIN_API LongData : public EncodedDataTemplate<std::vector<long>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls longs.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// Booleans (X.891, 10.7): "true false".
@@ -130,9 +146,11 @@ class TAVRIN_API BooleanData : public EncodedDataTemplate<std::vector<bool>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(
       PrimitiveTypeContentHandler& handler) const override;  ///< Calls booleans.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// IEEE 754 single precision numbers (X.891, 10.8), as text with 6 significant digits.
@@ -141,8 +159,10 @@ class TAVRIN_API FloatData : public EncodedDataTemplate<std::vector<float>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls floats.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// IEEE 754 double precision numbers (X.891, 10.9), as text with 12 significant digits.
@@ -151,8 +171,10 @@ class TAVRIN_API DoubleData : public EncodedDataTemplate<std::vector<double>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
   void callContentHandler(PrimitiveTypeContentHandler& handler) const override;  ///< Calls doubles.
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// A universally unique identifier (RFC 4122): its octets in the order in which they are written.
@@ -165,7 +187,9 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// Receives content of encoding algorithms that the receiver may or may not know. Every operation

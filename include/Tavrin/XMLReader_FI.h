@@ -10,6 +10,7 @@
 #include <Tavrin/XMLReader.h>
 
 #include <cstdint>
+#include <deque>
 #include <istream>
 #include <memory>
 #include <string>
@@ -349,7 +350,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t tableOctets_ = 0;
   std::uint64_t maximumTableOctets_ = UINT64_MAX;
-  std::vector<OpenElement> openElements_;  // Nesting is bounded by memory, not by the call stack.
+  std::deque<OpenElement> openElements_;  // Nesting is bounded by memory, not by the call stack.
 
   // The vocabulary (X.891, clause 8), in the standard's order.
   std::vector<std::string> restrictedAlphabets_;

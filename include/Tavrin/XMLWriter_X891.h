@@ -27,7 +27,9 @@ struct ExternalVocabulary;
 ///
 /// What is written is well-formed (XML 1.0, Namespaces in XML), or it is refused by a SAXException
 /// that names the reason, before any octet of the event. Attributes that are namespace declarations
-/// count as startPrefixMapping, unless that told of them already. `xml` needs no declaration.
+/// count as startPrefixMapping, unless that told of them already: those whose qualified name is
+/// `xmlns` or begins with `xmlns:`, and, without a qualified name, those in the namespace of
+/// declarations. `xml` needs no declaration.
 ///
 /// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal:
 /// - text: `Invalid character U+0001 in character data`, `Invalid UTF-8 octet 0xFF in a comment`,
@@ -92,6 +94,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   /// In an element, writes an unexpanded entity reference (C.4) with the identifiers that
   /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
   /// external subset.
+  /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which
+  ///         holds no references
   void skippedEntity(const std::string& name) override;
   void notationDecl(const std::string& name, const std::string& publicId,
                     const std::string& systemId) override;

@@ -6,13 +6,6 @@
 
 namespace Tavrin {
 
-namespace {
-
-// The memory of a longer text is not kept for all the short ones.
-constexpr std::size_t kMostKept = std::size_t{64} * 1024;
-
-}  // namespace
-
 void Callbacks::endNamespaceHandler(void* userData, const XML_Char* prefix) {
   EventTarget& target = from(userData);
   target.deliver(target.handlers.content,

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
+#include "EventTarget.h"
 #include "ExpatNames.h"
 
 namespace Tavrin {
@@ -18,17 +20,29 @@ struct ElementName {
   void take(const char* given, char separator) {
     // The end tag of an element without child elements, say, follows its start tag.
     if (name == given) return;
-    name = given;
-    const ExpatName split = splitName(name, separator);
+    giveUp();
+    const ExpatName split = splitName(given, separator);
     uri = split.uri;
     localName = split.localName;
     assignQName(qName, split);
+    name = given;
   }
   /// Takes a name as it is written.
   void takeWhole(const char* given) {
     if (name == given) return;
+    giveUp();
+    qName = given;
     name = given;
-    qName = name;
+  }
+
+  /// Frees the memory. An empty string that is assigned would leave it as it is.
+  void release() { const ElementName gone(std::move(*this)); }
+
+ private:
+  /// There is no name until all of the next one is there: memory may run out on the way.
+  void giveUp() {
+    if (name.size() > kMostKept) release();
+    name.clear();
   }
 };
 

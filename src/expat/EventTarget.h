@@ -2,7 +2,9 @@
 
 #include <Tavrin/Handlers.h>
 
+#include <cstddef>
 #include <string>
+#include <utility>
 
 namespace Tavrin {
 
@@ -17,6 +19,9 @@ struct HandlerPointers {
   LexicalHandler* const& lexical;
 };
 
+/// The memory of a text or name that is longer is not kept for all the short ones.
+inline constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+
 /// What expat's callbacks work for: the handlers of a reader, and what becomes of what they throw.
 /// It is the user data of every parser, also that of an external entity.
 class EventTarget {
@@ -30,6 +35,9 @@ class EventTarget {
   /// The text of the current event. That of the next takes its place, so that its memory is used
   /// again: made anew, it takes as long as what expat does for a small event.
   std::string text;
+
+  /// Frees the memory of the text. An empty string that is assigned would leave it as it is.
+  void releaseText() { const std::string gone(std::move(text)); }
 
   /// Runs a callback's work. An exception must not unwind through expat, which is C: it is taken
   /// here, and the parse stops.

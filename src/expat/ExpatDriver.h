@@ -23,7 +23,7 @@ class XMLReader_Expat::Locator_Expat : public Locator {
 
 /// Leads a reader through its documents. It stands apart so that a class derived from the reader
 /// finds no names there that it might use itself.
-class XMLReader_Expat::Driver : public EventTarget {
+class XMLReader_Expat::Driver final : public EventTarget {
  public:
   explicit Driver(XMLReader_Expat& reader);
 

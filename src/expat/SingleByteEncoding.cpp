@@ -3,6 +3,8 @@
 #include <iconv.h>
 #include <strings.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -17,10 +19,10 @@ namespace {
 bool isName(const char* name) { return *name != '\0' && std::strchr(name, '/') == nullptr; }
 
 bool isKnownToExpat(const char* name) {
-  for (const char* known : {"UTF-8", "UTF-16", "UTF-16BE", "UTF-16LE", "ISO-8859-1", "US-ASCII"}) {
-    if (strcasecmp(name, known) == 0) return true;
-  }
-  return false;
+  constexpr std::array kKnown = {"UTF-8",    "UTF-16",     "UTF-16BE",
+                                 "UTF-16LE", "ISO-8859-1", "US-ASCII"};
+  return std::ranges::any_of(kKnown,
+                             [name](const char* known) { return strcasecmp(name, known) == 0; });
 }
 
 constexpr char kCodePoints[] = "UTF-32BE";

@@ -189,10 +189,10 @@ SAXParseException XMLReader_XML10::Driver::exceptionAt(const std::string& messag
                                                        const XML10Position& position) const {
   const DeclaredEntity& entity = *document_->current().entity;
   const bool isDocument = document_->open.size() == 1;
-  return SAXParseException(
-      isDocument ? message
-                 : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
-      position.line, position.column);
+  return {isDocument
+              ? message
+              : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
+          position.line, position.column};
 }
 
 void XMLReader_XML10::Driver::failAt(const std::string& message, const XML10Position& position) {

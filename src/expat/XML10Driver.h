@@ -136,10 +136,10 @@ struct XML10Document {
 };
 
 /// Leads a reader through its documents.
-class XMLReader_XML10::Driver : public EventTarget {
+class XMLReader_XML10::Driver final : public EventTarget {
  public:
   /// @param settings what is set and asked from outside
-  Driver(const HandlerPointers& handlers, XML10Settings& settings);
+  Driver(const HandlerPointers& pointers, XML10Settings& settings);
   ~Driver();
 
   void parse(std::istream& stream);

@@ -120,7 +120,8 @@ void XMLReader_Expat::Driver::handlerThrew() { XML_StopParser(reader_.parser_.ge
 void XMLReader_Expat::Driver::releaseParser() {
   reader_.locator_.reset();
   reader_.parser_.reset();
-  text = std::string();
+  releaseText();
+  element_.release();
 }
 
 void XMLReader_Expat::Driver::Callbacks::install(XML_Parser parser, Driver& driver) {

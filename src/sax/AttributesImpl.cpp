@@ -70,8 +70,10 @@ void AttributesImpl::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
   for (int i = 0; i < length; ++i) {
-    addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                 other.getValue(i));
+    // Copied one by one, in this order: a list of others may answer with one string again and
+    // again.
+    attributes_.push_back({other.getURI(i), other.getLocalName(i), other.getQName(i),
+                           other.getType(i), other.getValue(i)});
   }
 }
 

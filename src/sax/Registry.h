@@ -2,6 +2,7 @@
 
 #include <Tavrin/Exceptions.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -25,7 +26,11 @@ class Registry {
   /// Erases the name, also when a later record has taken it over: whoever registered last.
   static void remove(Map*& map, const Type* type) {
     if (map == nullptr) return;
-    map->erase(fold(type->getName()));
+    // Destructors call this: it needs no memory.
+    const auto found = std::ranges::find_if(*map, [type](const auto& entry) {
+      return std::ranges::equal(entry.first, type->getName(), {}, {}, foldCharacter);
+    });
+    if (found != map->end()) map->erase(found);
     if (map->empty()) {
       delete map;
       map = nullptr;
@@ -48,10 +53,11 @@ class Registry {
 
  private:
   // A name is the same whatever the locale, so only ASCII is folded.
+  static char foldCharacter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  }
   static std::string fold(std::string name) {
-    for (char& c : name) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    std::ranges::transform(name, name.begin(), foldCharacter);
     return name;
   }
 };

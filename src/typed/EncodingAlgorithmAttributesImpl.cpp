@@ -140,9 +140,11 @@ void EncodingAlgorithmAttributesImpl::setAttributes(const Attributes& other) {
   const int length = other.getLength();
   // A negative length becomes too large a capacity, which reserve refuses.
   attributes_.reserve(static_cast<std::size_t>(length));
+  // Each answer is copied before the next is asked for: it may not be valid for longer.
   for (int i = 0; i < length; ++i) {
-    addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                 other.getValue(i));
+    attributes_.push_back(std::make_unique<Attribute>(
+        Attribute{other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
+                  other.getValue(i), std::string(), -1, nullptr}));
   }
 }
 
@@ -155,13 +157,22 @@ void EncodingAlgorithmAttributesImpl::copyAttributes(const EncodingAlgorithmAttr
   const int length = other.getLength();
   copy.attributes_.reserve(static_cast<std::size_t>(length));
   for (int i = 0; i < length; ++i) {
+    auto attribute = std::make_unique<Attribute>(Attribute{other.getURI(i),
+                                                           other.getLocalName(i),
+                                                           other.getQName(i),
+                                                           other.getType(i),
+                                                           {},
+                                                           {},
+                                                           -1,
+                                                           nullptr});
     if (const EncodedData* const data = other.getAlgorithmData(i)) {
-      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                        other.getAlgorithmURI(i), other.getAlgorithmIndex(i), data->copy());
+      attribute->algorithmData = data->copy();
+      attribute->algorithmURI = other.getAlgorithmURI(i);
+      attribute->algorithmIndex = other.getAlgorithmIndex(i);
     } else {
-      copy.addAttribute(other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                        other.getValue(i));
+      attribute->value = other.getValue(i);
     }
+    copy.attributes_.push_back(std::move(attribute));
   }
   attributes_.swap(copy.attributes_);
 }

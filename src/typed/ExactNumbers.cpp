@@ -40,31 +40,31 @@ std::string exactText(const std::vector<Number>& numbers) {
 
 std::string ExactShortData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactShortData::clone() { return takeOver(*this); }
-std::unique_ptr<EncodedData> ExactShortData::copy() const {
+std::unique_ptr<EncodedData> ExactShortData::copyEncodedData() const {
   return std::make_unique<ExactShortData>(data_);
 }
 
 std::string ExactIntData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactIntData::clone() { return takeOver(*this); }
-std::unique_ptr<EncodedData> ExactIntData::copy() const {
+std::unique_ptr<EncodedData> ExactIntData::copyEncodedData() const {
   return std::make_unique<ExactIntData>(data_);
 }
 
 std::string ExactLongData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactLongData::clone() { return takeOver(*this); }
-std::unique_ptr<EncodedData> ExactLongData::copy() const {
+std::unique_ptr<EncodedData> ExactLongData::copyEncodedData() const {
   return std::make_unique<ExactLongData>(data_);
 }
 
 std::string ExactFloatData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactFloatData::clone() { return takeOver(*this); }
-std::unique_ptr<EncodedData> ExactFloatData::copy() const {
+std::unique_ptr<EncodedData> ExactFloatData::copyEncodedData() const {
   return std::make_unique<ExactFloatData>(data_);
 }
 
 std::string ExactDoubleData::toString() const { return exactText(data_); }
 std::unique_ptr<EncodedData> ExactDoubleData::clone() { return takeOver(*this); }
-std::unique_ptr<EncodedData> ExactDoubleData::copy() const {
+std::unique_ptr<EncodedData> ExactDoubleData::copyEncodedData() const {
   return std::make_unique<ExactDoubleData>(data_);
 }
 

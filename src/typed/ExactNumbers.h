@@ -12,7 +12,9 @@ class ExactShortData : public ShortData {
   using ShortData::ShortData;
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// 32-bit integers, likewise (X.891, 10.5).
@@ -21,7 +23,9 @@ class ExactIntData : public IntData {
   using IntData::IntData;
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// 64-bit integers, likewise (X.891, 10.6).
@@ -30,7 +34,9 @@ class ExactLongData : public LongData {
   using LongData::LongData;
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// Single precision numbers: the fewest digits that read back as the same number, in the lexical
@@ -40,7 +46,9 @@ class ExactFloatData : public FloatData {
   using FloatData::FloatData;
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 /// Double precision numbers, likewise (X.891, 10.9).
@@ -49,7 +57,9 @@ class ExactDoubleData : public DoubleData {
   using DoubleData::DoubleData;
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  std::unique_ptr<EncodedData> copy() const override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
 }  // namespace Tavrin

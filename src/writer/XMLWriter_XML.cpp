@@ -122,7 +122,8 @@ void XMLWriter_XML::startElement(const std::string& uri, const std::string& loca
     }
     const int length = attributes.getLength();
     for (int i = 0; i < length; ++i) {
-      write(" ", attributes.getQName(i), "='");
+      write(" ");
+      write(attributes.getQName(i), "='");
       writeEscaped(kValueEscapes, attributes.getValue(i), "'");
     }
   }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <sstream>
 
 #include <Allocations.h>
 #include "Support.h"
@@ -90,6 +91,45 @@ TEST(XML10AllocationFailure, InTheSetUpLeavesTheReaderIdle) {
 TEST(XML10AllocationFailure, AnywhereInABlockLeavesTheReaderIdle) {
   EXPECT_LT(failEveryAllocation<Tavrin::XMLReader_XML10>(""),
             failEveryAllocation<Tavrin::XMLReader_XML10>(kElement));
+}
+
+/// Lets every allocation of a document fail in turn, and reads it again with the same reader.
+template <typename Reader>
+void readAgainAfterEveryFailure() {
+  const std::string uri(50, 'u');
+  const std::string local(40, 'n');
+  const std::string prefix(30, 'p');
+  const std::string document = "<" + prefix + ":" + local + " xmlns:" + prefix + "='" + uri + "'/>";
+  const std::string names = uri + ", " + local + ", " + prefix + ":" + local;
+  const std::string expected = wholeLog(
+      {"startPrefixMapping(" + prefix + ", " + uri + ")", "startElement(" + names + ", [])",
+       "endElement(" + names + ")", "endPrefixMapping(" + prefix + ")"});
+  for (std::size_t number = 0;; ++number) {
+    SCOPED_TRACE(number);
+    Reader reader;
+    Counter counter;
+    reader.setContentHandler(&counter);
+    std::istringstream stream(document);
+    bool failed = false;
+    {
+      const allocations::Failure failure(number);
+      runsOutOfMemory([&] { reader.parse(stream); });
+      failed = failure.happened();
+    }
+    EventLog log;
+    log.attachTo(reader);
+    EXPECT_EQ("done", parseText(reader, document));
+    EXPECT_EQ(expected, log.text());
+    if (!failed) break;
+  }
+}
+
+TEST(ExpatAllocationFailure, InTheMidstOfANameIsNotSeenInTheNextDocument) {
+  readAgainAfterEveryFailure<Tavrin::XMLReader_Expat>();
+}
+
+TEST(XML10AllocationFailure, InTheMidstOfANameIsNotSeenInTheNextDocument) {
+  readAgainAfterEveryFailure<Tavrin::XMLReader_XML10>();
 }
 
 TEST(ExpatAllocationFailure, OfAReaderIsThatOfItsMaker) {

@@ -89,4 +89,43 @@ TEST(ExpatMemory, StaysTheSameHoweverLongTheDocument) {
   EXPECT_LT(peak, std::size_t{6} << 20);
 }
 
+/// What is in use at each start tag.
+struct Uses : Tavrin::ContentHandler {
+  Uses() { ofStarts.reserve(8); }
+  void startElement(const std::string&, const std::string&, const std::string&,
+                    const Tavrin::Attributes&) override {
+    ofStarts.push_back(allocations::inUse());
+  }
+  std::vector<std::size_t> ofStarts;
+};
+
+TEST(ExpatMemory, OfALongNameIsNotHeldBehindIt) {
+  if (!allocations::areCounted()) GTEST_SKIP() << "no allocations are counted";
+  constexpr std::size_t kLong = std::size_t{4} << 20;
+  const std::string name(kLong, 'n');
+  const std::string document = "<a><" + name + "/><b/></a>";
+  Uses uses;
+  Tavrin::XMLReader_Expat reader;
+  reader.setContentHandler(&uses);
+  const std::size_t before = allocations::inUse();
+  EXPECT_EQ("done", parseText(reader, document));
+  EXPECT_LT(allocations::inUse(), before + kLong);
+  ASSERT_EQ(3U, uses.ofStarts.size());
+  // The local name and the qualified one. expat keeps its own copies.
+  EXPECT_GE(uses.ofStarts[1], uses.ofStarts[2] + 2 * kLong);
+}
+
+TEST(ExpatMemory, OfADocumentIsNotHeldBehindIt) {
+  if (!allocations::areCounted()) GTEST_SKIP() << "no allocations are counted";
+  Uses uses;
+  Tavrin::XMLReader_Expat reader;
+  reader.setContentHandler(&uses);
+  const std::string document = "<" + std::string(1000, 'n') + ">" + std::string(1000, 't') + "</" +
+                               std::string(1000, 'n') + ">";
+  std::istringstream stream(document);
+  const std::size_t before = allocations::live();
+  reader.parse(stream);
+  EXPECT_EQ(before, allocations::live());
+}
+
 }  // namespace

@@ -133,6 +133,16 @@ TEST(FIReaderIntegers, IdentifierLengthStartsOnTheSecondBit) {
         kIdentifierLength, {0x00, 0x80});
 }
 
+// The octet counts in whole, also where it holds no index.
+TEST(FIReaderIntegers, CharactersIndexBelowItsLongerFormsIsOfFourBits) {
+  for (int octet = 0; octet < 0xB0; ++octet) {
+    Primitives reader;
+    unsigned long index = 0;
+    EXPECT_EQ("done", reader.run("", [&] { index = reader.decodeCharactersIndex(octet); }));
+    EXPECT_EQ(static_cast<unsigned long>(octet) & 0x0F, index) << octet;
+  }
+}
+
 TEST(FIReaderIntegers, StringLengthStartsOnTheFifthBit) {
   const char* const error = "Error when decoding string length";
   check({{0x0, 0x7, "", 1, 1},

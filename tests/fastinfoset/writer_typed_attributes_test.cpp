@@ -6,6 +6,7 @@
 #include <memory>
 #include <typeinfo>
 
+#include "FleetingAttributes.h"
 #include "WhatIsThrown.h"
 #include "writer_probe.h"
 
@@ -144,6 +145,25 @@ TEST(WriterTypedAttribute, IsTakenFromAnyListThatHasTypedValues) {
   writer.endElement("", "r", "r");
   writer.endDocument();
   EXPECT_EQ(writer.written(), document("7C 00 'r' 78 00 'a' 30 21 00 07 FF F0"));
+}
+
+TEST(WriterTypedAttribute, MayComeFromAListWhoseAnswersDoNotLast) {
+  FleetingAttributes list;
+  list.addAttribute("urn:x", "a", "p:a", "CDATA", "text");
+  add(list, "b", 2, std::make_unique<ShortData>(std::vector<short>{7}));
+  list.addAttribute("urn:x", "c", "p:c", "CDATA", std::string(20, 'v'));
+  Probe writer;
+  writer.startDocument();
+  writer.startPrefixMapping("p", "urn:x");
+  writer.startElement("", "r", "r", list);
+  writer.startElement("", "r", "r", list);
+  writer.endElement("", "r", "r");
+  writer.endElement("", "r", "r");
+  writer.endDocument();
+  EXPECT_EQ(writer.written(),
+            document("78 CF 00 'p' 04 'urn:x' F0 3C 00 'r' 7B 81 81 00 'a' 43 'text' "
+                     "78 00 'b' 30 21 00 07 7B 81 81 00 'c' 08 0B 'vvvvvvvvvvvvvvvvvvvv' F0 "
+                     "40 00 80 01 30 21 00 07 02 08 0B 'vvvvvvvvvvvvvvvvvvvv' FF FF"));
 }
 
 TEST(WriterTypedAttribute, OfANamespaceDeclarationIsLeftOutUnseen) {

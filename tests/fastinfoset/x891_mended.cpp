@@ -169,6 +169,16 @@ void Mended::startDTD(const std::string& name, const std::string& publicId,
   to_.lexical.startDTD(name, publicId, systemId);
 }
 
+void Mended::startCDATA() {
+  to_.lexical.startCDATA();
+  inSection_ = true;
+}
+
+void Mended::endCDATA() {
+  to_.lexical.endCDATA();
+  inSection_ = false;
+}
+
 void Mended::comment(const std::string& text) { to_.lexical.comment(mended(text)); }
 
 void Mended::ints(const std::vector<long>& data) { to_.primitives.ints(mended(data)); }
@@ -231,7 +241,7 @@ void Expected::processingInstruction(const std::string& target, const std::strin
 }
 
 void Expected::skippedEntity(const std::string& name) {
-  if (depth_ > 0 && !inSection_) log_.skippedEntity(name);
+  if (depth_ > 0) log_.skippedEntity(name);
 }
 
 void Expected::notationDecl(const std::string& name, const std::string& publicId,

@@ -14,8 +14,8 @@
 namespace x891 {
 
 /// Passes a random document on (agreement_generator.h) and mends what is not well-formed in it:
-/// octets that are no text, hyphens, prefixes that are not bound, names that stand twice, numbers
-/// that are too large, and algorithms that nobody knows.
+/// octets that are no text, hyphens, prefixes that are not bound, names that stand twice,
+/// references in sections, numbers that are too large, and algorithms that nobody knows.
 class Mended : public Tavrin::ContentHandler,
                public Tavrin::DTDHandler,
                public Tavrin::DeclHandler,
@@ -35,7 +35,9 @@ class Mended : public Tavrin::ContentHandler,
   void characters(const std::string& text) override;
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
-  void skippedEntity(const std::string& name) override { to_.content.skippedEntity(name); }
+  void skippedEntity(const std::string& name) override {
+    if (!inSection_) to_.content.skippedEntity(name);
+  }
 
   void notationDecl(const std::string& name, const std::string& publicId,
                     const std::string& systemId) override;
@@ -45,8 +47,8 @@ class Mended : public Tavrin::ContentHandler,
   void endDTD() override { to_.lexical.endDTD(); }
   void startEntity(const std::string& name) override { to_.lexical.startEntity(name); }
   void endEntity(const std::string& name) override { to_.lexical.endEntity(name); }
-  void startCDATA() override { to_.lexical.startCDATA(); }
-  void endCDATA() override { to_.lexical.endCDATA(); }
+  void startCDATA() override;
+  void endCDATA() override;
   void comment(const std::string& text) override;
 
   void bytes(const std::string& data) override { to_.primitives.bytes(data); }
@@ -81,6 +83,7 @@ class Mended : public Tavrin::ContentHandler,
   std::set<std::string> used_;  // By it, whoever declares them.
   std::vector<std::string> mappings_;
   std::vector<Open> open_;
+  bool inSection_ = false;
 };
 
 /// Knows what comes back of a mended document that the writer "X891" wrote: what the format keeps,

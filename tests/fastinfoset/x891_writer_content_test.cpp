@@ -244,6 +244,23 @@ TEST(X891WriterEntities, AreReferencesWithTheIdentifiersThatAreKnown) {
   EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity(""); }), "SAXException: Empty name");
 }
 
+// A section is text and nothing else.
+TEST(X891WriterEntities, AreRefusedInSections) {
+  const char* const message = "SAXException: You cannot refer to an entity at this point";
+  EXPECT_EQ(content([&](Writer& writer) {
+              writer.startCDATA();
+              writer.characters("x");
+              for (const char* name : {"e", "%e", "", "a b"}) {
+                EXPECT_EQ(thrown([&] { writer.skippedEntity(name); }), message);
+              }
+              writer.skippedEntity("[dtd]");
+              writer.characters("y");
+              writer.endCDATA();
+              writer.skippedEntity("e");
+            }),
+            document("3C 00 'a' 8C 25 'xy' C8 00 'e' FF"));
+}
+
 TEST(X891WriterComments, AreRefusedWhereTheyAreNone) {
   EXPECT_EQ(refusal([](Writer& w) { w.comment("a--b"); }),
             "SAXException: You cannot put \"--\" into a comment");

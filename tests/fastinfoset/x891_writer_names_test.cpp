@@ -74,6 +74,19 @@ TEST(X891WriterNames, TakeAttributesForDeclarationsThatWereNotTold) {
             expected);
 }
 
+// Beside the namespace, the qualified name tells of a declaration, if there is one.
+TEST(X891WriterNames, OfTheNamespaceOfDeclarationsNeedNoQualifiedName) {
+  EXPECT_EQ(written([](Writer& writer) {
+              writer.startDocument();
+              writer.startElement(
+                  "u", "a", "n:a",
+                  namedAttributes({{xmlns, "n", "", "u"}, {xmlns, "xmlns", "", "v"}}));
+              writer.endElement("u", "a", "n:a");
+              writer.endDocument();
+            }),
+            document("38 CF 00 'n' 00 'u' CD 00 'v' F0 3F 81 81 00 'a' FF"));
+}
+
 TEST(X891WriterNames, LeaveScopeWithTheirElement) {
   EXPECT_EQ(content([](Writer& writer) {
               writer.startPrefixMapping("p", "u");
@@ -130,6 +143,22 @@ TEST(X891WriterNames, OfAnAttributeAreNotXmlns) {
               writer.endElement("", "xmlns", "xmlns");
             }),
             document("3C 00 'a' 3C 04 'xmlns' FF F0"));
+}
+
+// No prefix stands for the namespace of declarations but xmlns.
+TEST(X891WriterNames, OfTheNamespaceOfDeclarationsAreRefusedWhereTheyAreSpeltOtherwise) {
+  EXPECT_EQ(refusalOf("", "b", "b", {{xmlns, "n", "xml:n", "u"}}),
+            "SAXException: The prefix \"xml\" is bound to \"" + std::string(xml) + "\", not to \"" +
+                xmlns + '"');
+  EXPECT_EQ(refusalOf("", "b", "b", {{xmlns, "n", "p:n", "u"}}),
+            "SAXException: Undeclared prefix \"p\"");
+  EXPECT_EQ(refusalOf("", "b", "b", {{"", "c", "c", "1"}, {xmlns, "n", "n", "u"}}),
+            "SAXException: The attribute \"n\" has the namespace \"" + std::string(xmlns) +
+                "\", but no prefix");
+  EXPECT_EQ(refusalOf("", "b", "b", {{xmlns, "n", "m", "u"}}),
+            "SAXException: The qualified name \"m\" does not belong to the local name \"n\"");
+  EXPECT_EQ(refusalOf("", "b", "b", {{xmlns, "xmlns", "p:xmlns", "u"}}),
+            "SAXException: Undeclared prefix \"p\"");
 }
 
 TEST(X891WriterNames, AreRefusedWithoutTheirDeclaration) {

@@ -328,6 +328,42 @@ TEST(SetAttributes, FromTheListItselfLeavesNone) {
   EXPECT_EQ(show(list), "");
 }
 
+/// Answers with one string, as a cursor over the rows of a table may.
+class Cursor : public AttributesImpl {
+ public:
+  explicit Cursor(const AttributesImpl& rows) : AttributesImpl(rows) {}
+
+  int getLength() const override { return tell("length", AttributesImpl::getLength()); }
+  const std::string& getURI(int i) const override { return tell("uri", at(i).uri); }
+  const std::string& getLocalName(int i) const override { return tell("local", at(i).localName); }
+  const std::string& getQName(int i) const override { return tell("q", at(i).qName); }
+  const std::string& getType(int i) const override { return tell("type", at(i).type); }
+  const std::string& getValue(int i) const override { return tell("value", at(i).value); }
+
+  mutable std::string asked;
+
+ private:
+  const Attribute& at(int i) const { return attributes_.at(static_cast<std::size_t>(i)); }
+  int tell(const char* what, int length) const {
+    asked += std::string(what) + " ";
+    return length;
+  }
+  const std::string& tell(const char* what, const std::string& field) const {
+    asked += std::string(what) + " ";
+    return answer_ = field;
+  }
+  mutable std::string answer_;
+};
+
+TEST(SetAttributes, CopiesOneFieldBeforeTheNextIsAskedFor) {
+  const Cursor cursor(threeAttributes());
+  AttributesImpl list;
+  list.setAttributes(cursor);
+  EXPECT_EQ(show(list), kThreeAttributes);
+  EXPECT_EQ(cursor.asked,
+            "length uri local q type value uri local q type value uri local q type value ");
+}
+
 TEST(Attribute, HasItsFieldsInOrder) {
   const AttributesImpl::Attribute attribute{"u", "l", "q", "t", "v"};
   EXPECT_EQ(attribute.uri, "u");

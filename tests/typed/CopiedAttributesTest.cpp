@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "CountedData.h"
+#include "FleetingAttributes.h"
 #include "Thrown.h"
 
 namespace {
@@ -68,6 +69,35 @@ TEST_F(CopiedAttributes, ReplaceTheListTwiceInARow) {
   list.setAttributes(source);
   list.setAttributes(source);
   EXPECT_EQ(shown(list), (Lines{"urn:a|x|a:x|CDATA|one||-1|text"}));
+}
+
+// The source is asked for one field behind the other, and each answer is copied at once.
+TEST_F(CopiedAttributes, AreCopiedFieldByField) {
+  FleetingAttributes source;
+  source.addAttribute("urn:a", "x", "a:x", "CDATA", "one");
+  source.addAttribute("urn:b", "y", "b:y", "ID", std::string(100, 'v'));
+  list.setAttributes(static_cast<const Attributes&>(source));
+  EXPECT_EQ(shown(list), (Lines{"urn:a|x|a:x|CDATA|one||-1|text",
+                                "urn:b|y|b:y|ID|" + std::string(100, 'v') + "||-1|text"}));
+  EXPECT_EQ(source.asked, "uri localName qName type value uri localName qName type value");
+
+  AttributesImpl plain;
+  source.asked.clear();
+  plain.setAttributes(source);
+  list.setAttributes(plain);
+  EXPECT_EQ(shown(list), (Lines{"urn:a|x|a:x|CDATA|one||-1|text",
+                                "urn:b|y|b:y|ID|" + std::string(100, 'v') + "||-1|text"}));
+  EXPECT_EQ(source.asked, "uri localName qName type value uri localName qName type value");
+}
+
+TEST_F(CopiedAttributes, AreCopiedFieldByFieldWithTheirTypes) {
+  FleetingAttributes source;
+  source.addAttribute("urn:a", "x", "a:x", "CDATA", "one");
+  source.addAttribute("urn:b", "y", "b:y", "T", "urn:algorithm", 40,
+                      std::make_unique<CDATAData>("two"));
+  list.copyAttributes(source);
+  EXPECT_EQ(shown(list),
+            (Lines{"urn:a|x|a:x|CDATA|one||-1|text", "urn:b|y|b:y|T|two|urn:algorithm|40|typed"}));
 }
 
 TEST_F(CopiedAttributes, OfAnEmptyListAreNone) {

@@ -69,6 +69,35 @@ TEST(KeptOwnValue, IsRefusedWhereItsClassDoesNotCopy) {
   EXPECT_EQ("own", data.text);
 }
 
+/// A holder with an operation of its own that has the name of the base's, and one that can be
+/// copied.
+struct OwnName : CountedData {
+  using CountedData::CountedData;
+  virtual int copy() const { return 1; }
+};
+struct Copyable : CountedData {
+  using CountedData::CountedData;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override {
+    return std::make_unique<Copyable>(text);
+  }
+};
+
+TEST(KeptOwnValue, MayCallItsOperationsAsItLikes) {
+  const OwnName data("own");
+  EXPECT_EQ(1, data.copy());
+  EXPECT_EQ(kNoCopy, thrown<EncodingAlgorithmException>(
+                         [&] { static_cast<const EncodedData&>(data).copy(); }));
+}
+
+TEST(KeptOwnValue, IsACopyWhereItsClassCopies) {
+  const Copyable data("own");
+  const std::unique_ptr<EncodedData> kept = static_cast<const EncodedData&>(data).copy();
+  EXPECT_EQ("own", kept->toString());
+  EXPECT_EQ("own", data.text);
+}
+
 struct SomeList : EncodingAlgorithmAttributesImpl {
   SomeList();
 };

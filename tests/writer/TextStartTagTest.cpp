@@ -192,6 +192,22 @@ TEST(NamespaceDeclarations, AreForgottenByReset) {
   EXPECT_EQ(writer.text(), "<r/>");
 }
 
+/// Declares the namespace that it has declared first once more.
+struct RepeatingWriter : PrologWriter {
+  void repeat(const std::string& prefix) { startPrefixMapping(prefix, namespaces_.at(1)); }
+};
+
+TEST(NamespaceDeclarations, MayBeMadeOfThoseBefore) {
+  const std::string uri(50, 'u');
+  RepeatingWriter writer;
+  writer.startPrefixMapping("a", uri);
+  writer.repeat("b");
+  writer.repeat("c");
+  writer.leaf("r");
+  EXPECT_EQ(writer.text(),
+            "<r xmlns:a='" + uri + "' xmlns:b='" + uri + "' xmlns:c='" + uri + "'/>");
+}
+
 // A reader that reports a declaration both ways gets it twice.
 TEST(AttributesOfTheXmlnsNamespace, AreWrittenLikeAnyOther) {
   AttributesImpl attributes;

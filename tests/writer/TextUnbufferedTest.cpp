@@ -186,9 +186,19 @@ TEST(TextUnbuffered, GettersSeeWhatPrecedesTheirAnswer) {
   writer.start("r");
   writer.startPrefixMapping("p", "u");
   writer.startElement("", "e", "e", attributes);
-  EXPECT_EQ(seen, (Lines{"length <r><e xmlns:p='u'", "name ", "value  a='", "name &lt;1'",
-                         "value  b='"}));
+  EXPECT_EQ(seen, (Lines{"length <r><e xmlns:p='u'", "name  ", "value a='", "name &lt;1' ",
+                         "value b='"}));
   EXPECT_EQ(writer.output.news(), "2'");
+}
+
+TEST(TextUnbuffered, GettersMayThrowFirst) {
+  TextWriter writer;
+  const ActingAttributes attributes([](const std::string& what) {
+    if (what == "name") throw std::logic_error("no name");
+  });
+  writer.startDocument();
+  EXPECT_THROW(writer.startElement("", "e", "e", attributes), std::logic_error);
+  EXPECT_EQ(writer.text(), "<e ");
 }
 
 TEST(TextUnbuffered, GettersMayThrow) {

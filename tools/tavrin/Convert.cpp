@@ -201,8 +201,8 @@ Command makeConvert(CLI::App& app) {
   command->add_option("--document", options->document)
       ->type_name("N")
       ->check([](const std::string& text) {
-        const bool isNumber = text.find_first_not_of("0123456789") == text.npos;
-        const bool isPositive = text.find_first_not_of('0') != text.npos;
+        const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+        const bool isPositive = text.find_first_not_of('0') != std::string::npos;
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
   addReadingOptions(*command, options->reading);

@@ -26,12 +26,12 @@ bool readValue(std::string_view text, double& value) {
     return true;
   }
   constexpr std::string_view kUnits = "KMG";
-  const std::size_t unit = text.empty() ? text.npos : kUnits.find(text.back());
-  if (unit != text.npos) text.remove_suffix(1);
+  const std::size_t unit = text.empty() ? std::string_view::npos : kUnits.find(text.back());
+  if (unit != std::string_view::npos) text.remove_suffix(1);
   const auto [end, error] =
       std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
   if (error != std::errc() || end != text.end() || !std::isfinite(value) || value < 0) return false;
-  if (unit != text.npos) value = std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
+  if (unit != std::string_view::npos) value = std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
   return true;
 }
 
@@ -96,7 +96,8 @@ void Limits::add(const std::string& setting) {
   for (const Kind& kind : kKinds) {
     if (kind.name() != name) continue;
     double value = 0;
-    if (sign == setting.npos || !readValue(std::string_view(setting).substr(sign + 1), value)) {
+    if (sign == std::string::npos ||
+        !readValue(std::string_view(setting).substr(sign + 1), value)) {
       throw Failure::usage("--limit " + setting + ": the value is not a number or none");
     }
     return settings_.push_back({&kind, value});
@@ -148,11 +149,11 @@ std::string Limits::help() {
 std::string Limits::withOption(const std::string& message) {
   for (const Kind& kind : kKinds) {
     const std::string name(kind.name());
-    bool isMeant = message.find(name) != message.npos;
+    bool isMeant = message.find(name) != std::string::npos;
     for (const std::string_view mark : kind.marks) {
-      isMeant = isMeant || message.find(mark) != message.npos;
+      isMeant = isMeant || message.find(mark) != std::string::npos;
     }
-    if (isMeant) return message + " (see --limit " + name + ")";
+    if (isMeant) return message + std::string(" (see --limit ").append(name) + ")";
   }
   return message;
 }

@@ -41,7 +41,7 @@ void catchEndingSignals() {
   struct sigaction action {};
   action.sa_handler = endBySignal;
   action.sa_mask = endingSignals();
-  action.sa_flags = SA_RESETHAND;
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
   for (const int signal : kEndingSignals) {
     struct sigaction before {};
     sigaction(signal, nullptr, &before);

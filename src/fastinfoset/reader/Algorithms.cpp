@@ -79,7 +79,7 @@ EncodedData& XMLReader_FI::decodeLarge(EncodingAlgorithm& algorithm, unsigned fi
   if (field == algorithms::boolean) {
     // Of more than seven unused bits, the algorithm leaves the octet that has no other.
     const int first = source_->rdbuf()->sgetc();
-    if (first != std::istream::traits_type::eof() && first >= kUnusedOctet) --taken;
+    if (first >= kUnusedOctet) --taken;  // The end of the stream is below all octets.
   }
   std::string octets;
   readPieces(taken, octets, [this](char* piece, std::streamsize wanted) {

@@ -54,6 +54,10 @@ void keepSmall(Records& records, Records& spare) {
   constexpr std::size_t kMostRecords = 16;
   constexpr std::size_t kMostOctets = 64;
   const auto isSmall = [](const std::string& text) { return text.capacity() <= kMostOctets; };
+  // Values end as those of a list do, the first one first.
+  for (const auto& record : records) {
+    if (record) record->algorithmData.reset();
+  }
   // From the back, so that each comes back for the attribute that it was.
   for (; !records.empty() && spare.size() < kMostRecords; records.pop_back()) {
     std::unique_ptr<Attribute>& record = records.back();
@@ -65,7 +69,6 @@ void keepSmall(Records& records, Records& spare) {
     record->value.clear();
     record->algorithmURI.clear();
     record->algorithmIndex = -1;
-    record->algorithmData.reset();
     spare.push_back(std::move(record));
   }
   records.clear();

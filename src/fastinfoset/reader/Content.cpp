@@ -1,5 +1,8 @@
 #include <Tavrin/XMLReader_FI.h>
 
+#include <cstddef>
+#include <string>
+
 #include "../Octets.h"
 
 // What an element holds besides elements: character chunks, typed content, comments, processing
@@ -9,14 +12,20 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
+namespace {
+
+/// The most octets of memory that are kept from chunk to chunk.
+constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+
+}  // namespace
+
 void XMLReader_FI::decodeCharacters(int octet) {
   const auto first = static_cast<unsigned>(octet);
   if (first < kChunk) fail("Error when decoding character chunk");
   if (first >= kChunkIndex) {
     const unsigned long index = decodeCharactersIndex(octet);
     if (const StringTable* external = externalEntries(&contentCharacterChunks_)) {
-      text_ = getString(index, &contentCharacterChunks_, external);
-      deliverFromTable(text_);
+      deliverFromTable(getString(index, &contentCharacterChunks_, external));
       return;
     }
     if (index >= contentCharacterChunks_.size()) {
@@ -29,15 +38,19 @@ void XMLReader_FI::decodeCharacters(int octet) {
     decodeAlgorithmData(first);
     return;
   }
-  text_.clear();
+  // Nothing else may use the memory while a handler has the text, and much is not held for long.
+  std::string text;
+  text.swap(text_);
+  text.clear();
   if ((first & kChunkEncoding) == kChunkUTF8) {
-    readText(decodeCharactersLength(octet), text_);
+    readText(decodeCharactersLength(octet), text);
   } else {
-    dialectDecodeOtherChunk(first, text_);
-    dialectCheckText(text_);
+    dialectDecodeOtherChunk(first, text);
+    dialectCheckText(text);
   }
-  if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text_);
-  dialectDeliverCharacters(text_);
+  if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text);
+  dialectDeliverCharacters(text);
+  if (text.capacity() <= kMostKept) text_.swap(text);
 }
 
 void XMLReader_FI::deliverFromTable(const std::string& text) {

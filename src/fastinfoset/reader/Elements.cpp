@@ -22,6 +22,14 @@ std::string textOrEmpty(const char* text) { return text ? text : std::string(); 
 
 bool XMLReader_FI::decodeElement(int octet) {
   const std::size_t outer = openElements_.size();
+  // Where the document fails or a handler throws, what was opened here is gone.
+  const struct Unwinding {
+    std::deque<OpenElement>& open;
+    std::size_t outer;
+    ~Unwinding() {
+      while (open.size() > outer) open.pop_back();
+    }
+  } unwinding = {openElements_, outer};
   if (openElement(octet)) {
     closeElement();
     return false;

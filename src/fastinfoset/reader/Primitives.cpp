@@ -161,6 +161,9 @@ unsigned long XMLReader_FI::decodeElementIndex(int octet) {
 }
 
 unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
+  // The octet counts in whole: below the longer forms, it is the shortest one.
+  constexpr int kFirstLongerForm = 0xB0;
+  if (octet < kFirstLongerForm) return static_cast<unsigned long>(octet & 0x0F);
   const unsigned long index =
       decodeInteger<kCharactersIndex>(octet, "Error when decoding character chunk");
   return withoutPadding(index, kCharactersIndex.forms.back(), dialect_.charactersIndexLongestField);

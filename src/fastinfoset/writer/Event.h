@@ -61,6 +61,11 @@ struct XMLWriter_FI::KnownNames {
   xml::NameCache<unsigned> elements;
   xml::NameCache<unsigned> attributes;
   const std::type_info* untyped = nullptr;  // A class of attributes without typed values.
+
+  // The name of an attribute: what a list answers need not be valid when it is asked again.
+  std::string uri;
+  std::string localName;
+  std::string qName;
 };
 
 /// The attributes with their typed values, or null. Sources tend to use one class of attributes.

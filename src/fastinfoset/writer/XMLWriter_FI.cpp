@@ -238,7 +238,10 @@ void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
     for (int i = 0; i < length; ++i) {
       sendOctets();
       if (isInXmlns(attributes, i)) continue;
-      const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+      known_->qName = attributes.getQName(i);
+      known_->uri = attributes.getURI(i);
+      known_->localName = attributes.getLocalName(i);
+      const Name name = {known_->uri, known_->localName, known_->qName};
       checkName(name.localName);
       writeAttributeName(name);
       sendOctets();

@@ -49,6 +49,13 @@ class PluginReader : public Tavrin::XMLReader {
     vocabularies.emplace("urn:vocabulary", &vocabulary);
     Tavrin::EncodingAlgorithmAttributesImpl typed;
     typed.addAttribute("", "a", "a", "CDATA", "", 3, ints.clone());
+    for (const int* number : {&Tavrin::algorithms::hexadecimal, &Tavrin::algorithms::base64,
+                              &Tavrin::algorithms::shortInteger, &Tavrin::algorithms::integer,
+                              &Tavrin::algorithms::longInteger, &Tavrin::algorithms::boolean,
+                              &Tavrin::algorithms::floatNumber, &Tavrin::algorithms::doubleNumber,
+                              &Tavrin::algorithms::uuid, &Tavrin::algorithms::cdata}) {
+      algorithms.emplace(std::string(static_cast<std::size_t>(*number), 'a'), &algorithm);
+    }
     Tavrin::AttributesImpl list;
     list.setAttributes(typed);
     std::ostringstream octets;

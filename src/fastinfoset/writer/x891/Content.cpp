@@ -85,7 +85,9 @@ void XMLWriter_X891::putSection(const std::string& text) {
 void XMLWriter_X891::skippedEntity(const std::string& name) {
   attempt([&] {
     XMLWriter_FI::skippedEntity(name);
-    if (state_ != InElement || name == "[dtd]" || (!name.empty() && name[0] == '%')) return;
+    if (name == "[dtd]") return;
+    if (state_ == InCDATA) throw SAXException("You cannot refer to an entity at this point");
+    if (state_ != InElement || (!name.empty() && name[0] == '%')) return;
     checkNCName(name);
     const auto& entities = own_->document.externalEntities;
     const auto found = entities.find(name);

@@ -52,8 +52,11 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   }
 }
 
+/// The qualified name tells, and the namespace only where there is none: otherwise it would be
+/// passed over that the two do not fit.
 bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) {
-  return xml::isDeclarationName(attributes.getQName(index)) || isInXmlns(attributes, index);
+  const std::string& qName = attributes.getQName(index);
+  return xml::isDeclarationName(qName) || (qName.empty() && isInXmlns(attributes, index));
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
