@@ -44,14 +44,21 @@ constexpr char standalone[] = "http://tavrin/sax/properties/standalone";
 /// Reader "XML10": the URI of the document, a `std::string`, against which relative system
 /// identifiers are resolved (RFC 3986, section 5). Without one they are reported as written.
 constexpr char baseURI[] = "http://tavrin/sax/properties/base-uri";
-/// Reader "XML10": how many octets an octet of input may expand to through entities, a `double` of
-/// at least 1. Default 100.
+/// Reader "XML10": how many octets an octet of input may expand to through entities, and how many
+/// through defaults of attributes, a `double` of at least 1. Default 100.
 constexpr char entityAmplificationFactor[] =
     "http://tavrin/sax/properties/entity-amplification-factor";
-/// Reader "XML10": how many octets entities may expand to before the factor counts, a
-/// `std::uint64_t`. Default 8 MiB.
+/// Reader "XML10": how many octets entities, and defaults of attributes, may expand to before the
+/// factor counts, a `std::uint64_t`. Default 8 MiB.
 constexpr char entityAmplificationThreshold[] =
     "http://tavrin/sax/properties/entity-amplification-threshold";
+/// Reader "XML10": how often ErrorHandler::warning has told of something that the document holds
+/// and no event can tell, a `std::uint64_t`. It can only be asked, also in warning, and counts in
+/// the last document that has begun.
+constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
+/// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper
+/// document is refused. Default: any number.
+constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
 
 /// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper
 /// document is refused. Default: any number.

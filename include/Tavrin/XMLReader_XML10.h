@@ -31,6 +31,16 @@ namespace Tavrin {
 ///   a parameter entity as "%name", the external subset as "[dtd]". Those that are not read are
 ///   reported by the same names to skippedEntity: the feature is off, there is no resolver, or it
 ///   gives no stream. Nothing external is read without a resolver.
+/// - A reference in an attribute value, or in the default of an attribute, to an entity that was
+/// not
+///   read has no event in SAX2, and no text takes its place. ErrorHandler::warning is called for
+///   each, with its position: `The entity "e" was not read: a reference to it in an attribute value
+///   is lost`. For one in a start tag that comes behind startElement. Tavrin::properties::lossCount
+///   counts such warnings.
+/// - Behind a parameter entity that was not read, declarations of entities and attributes do not
+///   count, unless the document states that it is standalone (XML 1.0, section 5.1): references to
+///   the entities are skipped, the attributes have no default and are "CDATA". Those in the
+///   internal subset are reported all the same, and must be well-formed.
 /// - The position of a failure, and what the Locator tells, is that of the external entity that is
 ///   being read; the message of a failure there names the entity.
 ///
@@ -55,10 +65,10 @@ namespace Tavrin {
 ///   the namespace of `xmlns` and have a local name.
 ///
 /// Properties: Tavrin::properties::lexicalHandler, declarationHandler, which count from the next
-/// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold, which count from the
-/// next document; only to be asked
-/// documentXMLVersion ("1.0" where the document has no declaration) and standalone, which tell of
-/// the last document that has begun.
+/// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth, which
+/// count from the next document; only to be asked documentXMLVersion ("1.0" where the document has
+/// no declaration), standalone and lossCount, which tell of the last document that has begun. The
+/// message of a failure at a limit names the property by the end of its identifier.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, which leaves them as written where it
@@ -67,11 +77,14 @@ namespace Tavrin {
 ///
 /// What expat does not let a reader see:
 /// - the borders of internal entities and of character references;
-/// - skipped entities in attribute values and inside of declarations;
+/// - skipped entities inside of declarations, but for defaults of attributes;
+/// - where in an internal parameter entity a default stands: a warning may come of another
+///   reference in such an entity;
 /// - positions inside an internal entity: the place of the reference is told;
 /// - ignorable white space in element content: it comes as characters.
 ///
-/// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition.
+/// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition,
+/// in every encoding: U+00AA, U+00B5 and U+00BA, which expat takes for letters in some, are none.
 class TAVRIN_API XMLReader_XML10 : public XMLReader {
  public:
   XMLReader_XML10();

@@ -44,9 +44,9 @@ struct ExternalVocabulary;
 ///   Namespaces in XML says of reserved names;
 /// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
 ///   `The unparsed entity "e" has no system identifier`, which the format wants;
-/// - the document: `A document needs a root element`, `Unknown external vocabulary "U"` with the
-///   property that would make it known, and what the vocabulary properties give as reasons (see
-///   setProperty).
+/// - the document: `A document needs a root element`, `Elements nested deeper than N (property
+///   maximum-depth)`, `Unknown external vocabulary "U"` with the property that would make it known,
+///   and what the vocabulary properties give as reasons (see setProperty).
 ///
 /// What fails for another reason, in the attributes that are given, in the stream, or for want of
 /// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
@@ -124,9 +124,9 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
 
   /// Sets a property of the writer "X891" (see Tavrin::properties): documentXMLVersion, standalone,
   /// registeredEncodingAlgorithms, externalVocabularies, externalVocabulary, initialVocabulary,
-  /// indexedAttributeValueLength, indexedChunkLength, maximumTableOctets. Until the root begins,
-  /// the first six count for the current document, later for the next one. Maps, and the arrays of
-  /// vocabularies, stay with the application and must outlive their use.
+  /// indexedAttributeValueLength, indexedChunkLength, maximumTableOctets, maximumDepth. Until the
+  /// root begins, the first six count for the current document, later for the next one. Maps, and
+  /// the arrays of vocabularies, stay with the application and must outlive their use.
   ///
   /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
   /// map, behind those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,

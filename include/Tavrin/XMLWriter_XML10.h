@@ -6,6 +6,7 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/XMLWriter.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -49,7 +50,9 @@ class EventOctets;
 /// those of an external parameter entity, to which a reference is written. Without startEntity all
 /// is taken for the internal subset. skippedEntity writes a reference, if the entity is declared or
 /// may be declared where this writer does not see it. General entities that were read are
-/// written as their text. The defaults of declared attributes count when names are checked.
+/// written as their text. The defaults of declared attributes count when names are checked. What is
+/// declared behind a parameter entity that was skipped counts for nothing: a reference to an entity
+/// is written whatever its text.
 ///
 /// **Auto-indent** never adds white space to an element that has text of any kind, white space and
 /// references among it, nor inside its descendants, nor where `xml:space` says `preserve`. That
@@ -121,11 +124,11 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   /// Whether one of the three features is on.
   /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
-  /// Sets one of the four properties.
+  /// Sets one of the five properties.
   /// @throws SAXException for a value that it cannot have
   /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
-  /// The value of one of the four properties; null where the document says nothing of being
+  /// The value of one of the five properties; null where the document says nothing of being
   /// standalone.
   /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
@@ -183,6 +186,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
   std::string version_ = "1.0";
   unsigned indentWidth_ = 2;
+  std::uint64_t maximumDepth_ = UINT64_MAX;
   char quote_ = '\'';
   bool standalone_ = false;
   bool statesStandalone_ = false;

@@ -26,6 +26,14 @@ const AttributeTypes::OfElement* AttributeTypes::find(std::string_view element) 
   return found == elements_.end() ? nullptr : &found->second;
 }
 
+const std::string* AttributeTypes::find(std::string_view element,
+                                        std::string_view attribute) const {
+  const OfElement* const types = find(element);
+  if (types == nullptr) return nullptr;
+  const auto found = types->find(attribute);
+  return found == types->end() ? nullptr : &found->second;
+}
+
 std::string AttributeTypes::declaredForm(std::string_view type) {
   std::string text(type);
   if (type.substr(0, kNotation.size()) == kNotation) text.insert(kNotation.size(), 1, ' ');

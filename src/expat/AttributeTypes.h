@@ -21,6 +21,8 @@ class AttributeTypes {
   bool isEmpty() const { return elements_.empty(); }
   /// What is declared for an element, or null.
   const OfElement* find(std::string_view element) const;
+  /// The type of an attribute, or null.
+  const std::string* find(std::string_view element, std::string_view attribute) const;
 
   /// A type as expat tells it in the form of SAX2: "NOTATION(a|b)" gets a blank.
   static std::string declaredForm(std::string_view type);

@@ -44,6 +44,14 @@ void ElementAttributes::addDeclaration(const std::string& prefix, const std::str
   record.value = uri;
 }
 
+std::size_t ElementAttributes::octetsFrom(std::size_t first) const {
+  std::size_t octets = 0;
+  for (std::size_t i = first; i < size_; ++i) {
+    octets += records_[i].qName.size() + records_[i].value.size();
+  }
+  return octets;
+}
+
 void ElementAttributes::setTypes(const AttributeTypes::OfElement* types) {
   for (std::size_t i = 0; i < size_; ++i) {
     Record& record = records_[i];

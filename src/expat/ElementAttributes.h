@@ -23,6 +23,9 @@ class ElementAttributes : public Attributes {
   /// @param prefix    empty for the default namespace
   /// @param inXmlns whether it is in the namespace of `xmlns`
   void addDeclaration(const std::string& prefix, const std::string& uri, bool inXmlns);
+  /// How many octets the names and values of attributes take.
+  /// @param first the position of the first that counts
+  std::size_t octetsFrom(std::size_t first) const;
   /// Sets the types; an attribute that is not declared is "CDATA".
   /// @param types null where nothing is declared
   void setTypes(const AttributeTypes::OfElement* types);

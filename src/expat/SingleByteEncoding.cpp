@@ -25,10 +25,13 @@ bool isKnownToExpat(const char* name) {
                              [name](const char* known) { return strcasecmp(name, known) == 0; });
 }
 
-/// A conversion to big-endian code points.
+constexpr char kCodePoints[] = "UTF-32BE";
+
+/// A conversion to big-endian code points, or to another encoding.
 class Conversion {
  public:
-  explicit Conversion(const char* encoding) : handle_(iconv_open("UTF-32BE", encoding)) {}
+  explicit Conversion(const char* from, const char* to = kCodePoints)
+      : handle_(iconv_open(to, from)) {}
   ~Conversion() {
     if (isKnown()) iconv_close(handle_);
   }
@@ -98,6 +101,11 @@ bool isUTF8(const char* name) {
   using namespace std::string_view_literals;
   return conversion.characters("A\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80") ==
          "\0\0\0A\0\0\0\xE4\0\0\x20\xAC\0\1\xF6\0"sv;
+}
+
+std::string toUTF8(const char* encoding, std::string_view octets) {
+  Conversion conversion(encoding, "UTF-8");
+  return conversion.isKnown() ? conversion.characters(octets) : std::string();
 }
 
 }  // namespace Tavrin

@@ -2,6 +2,9 @@
 
 #include <expat.h>
 
+#include <string>
+#include <string_view>
+
 namespace Tavrin {
 
 enum class EncodingSupport { singleByte, multiByte, unknown };
@@ -13,5 +16,8 @@ EncodingSupport describeEncoding(const char* name, XML_Encoding& encoding);
 
 /// Whether a name is one of UTF-8 that iconv knows and expat does not.
 bool isUTF8(const char* name);
+
+/// Octets of an encoding in UTF-8; empty where they are not of that encoding.
+std::string toUTF8(const char* encoding, std::string_view octets);
 
 }  // namespace Tavrin

@@ -1,6 +1,7 @@
 #include <new>
 
 #include "../xml/Characters.h"
+#include "../xml/NamespaceBindings.h"
 #include "URIReference.h"
 #include "XML10Driver.h"
 
@@ -9,6 +10,7 @@ namespace Tavrin {
 /// expat looks at names in declarations, but not at what stands behind their colon (Namespaces in
 /// XML, sections 4 and 7).
 void XMLReader_XML10::Driver::requireQName(const char* name) {
+  requireName(name);
   if (!document_->features.namespaces || xml::isQName(name)) return;
   fail('"' + std::string(name) + "\" is not a qualified name");
 }
@@ -24,15 +26,20 @@ void XMLReader_XML10::Driver::numberNextEntity(XML_Parser parser) {
 }
 
 void XMLReader_XML10::Driver::Callbacks::xmlDeclHandler(void* userData, const XML_Char* version,
-                                                        const XML_Char*, int standalone) {
+                                                        const XML_Char* encoding, int standalone) {
   Driver& driver = from(userData);
   XML10Document& document = *driver.document_;
   // External entities have a declaration of their own (XML 1.0, section 4.3.1).
-  if (document.open.size() > 1) return;
-  document.version = version;
-  if (standalone >= 0) document.standalone = standalone != 0;
+  const bool isDocument = document.open.size() == 1;
+  if (isDocument) {
+    document.version = version;
+    if (standalone >= 0) document.standalone = standalone != 0;
+  }
   // The document begins.
   driver.guard([&] {
+    document.open.back().encoding = textOrEmpty(encoding);
+    document.noteEncoding(encoding);
+    if (!isDocument) return;
     if (!xml::isVersion(document.version)) {
       driver.fail("\"" + document.version + "\" is not a version of XML");
     }
@@ -54,6 +61,7 @@ void XMLReader_XML10::Driver::Callbacks::startDoctypeDeclHandler(void* userData,
     XML10Document& document = *driver.document_;
     document.entities.front() = {"[dtd]", textOrEmpty(publicId), document.resolve(systemId)};
     driver.numberNextEntity(document.current().parser);
+    if (systemId) document.lackDeclarations();
   });
   Tavrin::Callbacks::startDoctypeDeclHandler(userData, name, systemId, publicId, hasInternalSubset);
 }
@@ -63,6 +71,7 @@ void XMLReader_XML10::Driver::Callbacks::notationDeclHandler(void* userData, con
                                                              const XML_Char* systemId,
                                                              const XML_Char* publicId) {
   Driver& driver = from(userData);
+  driver.guard([&] { driver.requireName(name); });
   driver.deliver(driver.handlers.dtd, [&](DTDHandler& handler) {
     handler.notationDecl(name, textOrEmpty(publicId), driver.document_->resolve(systemId));
   });
@@ -74,6 +83,16 @@ void XMLReader_XML10::Driver::Callbacks::entityDeclHandler(
     const XML_Char* notationName) {
   Driver& driver = from(userData);
   const auto reportedName = [&] { return isParameterEntity ? std::string("%") + name : name; };
+  driver.guard([&] {
+    XML10Document& document = *driver.document_;
+    driver.requireName(name);
+    if (notationName) driver.requireName(notationName);
+    const std::string_view text(value ? value : "", static_cast<std::size_t>(valueLength));
+    document.generalEntities.declare(reportedName(), isParameterEntity ? "" : text);
+    if (!isParameterEntity) return;
+    document.lackDeclarations();  // It is declared for being referred to.
+    if (nextReference(text, 0)) document.parameterTexts.emplace_back(text);
+  });
   if (systemId == nullptr) {
     driver.deliver(driver.handlers.decl, [&](DeclHandler& handler) {
       handler.internalEntityDecl(reportedName(),
@@ -123,10 +142,17 @@ void XMLReader_XML10::Driver::Callbacks::attlistDeclHandler(
   driver.guard([&] {
     driver.requireQName(elementName);
     driver.requireQName(attributeName);
+    driver.requireName(type);
     const std::string declaredType = AttributeTypes::declaredForm(type);
     const bool isFirst =
         driver.document_->attributeTypes.declare(elementName, attributeName, declaredType);
-    if (!isFirst || !driver.handlers.decl) return;
+    if (!isFirst) return;
+    if (defaultValue) {
+      driver.document_->hasDefaults = true;
+      if (xml::isDeclarationName(attributeName)) driver.document_->hasDeclarationDefaults = true;
+    }
+    if (defaultValue && driver.document_->mayLackDeclarations) driver.warnOfLossesInDefault();
+    if (!driver.handlers.decl) return;
     driver.handlers.decl->attributeDecl(elementName, attributeName, declaredType,
                                         defaultMode(defaultValue, isRequired),
                                         textOrEmpty(defaultValue));

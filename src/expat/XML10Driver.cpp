@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 
+#include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
 #include "DeclaredEncoding.h"
 #include "ExpatNames.h"
@@ -115,6 +116,7 @@ bool XMLReader_XML10::Driver::makeReady() {
   ready_ = true;
   settings_.version = document_->version;
   settings_.standalone = document_->standalone;
+  settings_.losses = 0;
   if (handlers.content) handlers.content->setDocumentLocator(locator_.get());
   if (handlers.content) handlers.content->startDocument();  // A handler may take itself off.
   return true;
@@ -128,6 +130,8 @@ void XMLReader_XML10::Driver::handlerThrew() {
 }
 
 void XMLReader_XML10::Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
+  static_cast<Driver*>(static_cast<EventTarget*>(XML_GetUserData(parser)))
+      ->document_->noteStart(start);
   if (!declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).value_or(false)) return;
   if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
 }
@@ -175,21 +179,24 @@ void XMLReader_XML10::Driver::failAsParser() {
   const XML_Error code = XML_GetErrorCode(document_->current().parser);
   std::string message = XML_ErrorString(code);
   if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
+  if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {
+    message = atLimit(message, properties::entityAmplificationFactor);
+  }
   fail(message);
 }
 
-SAXParseException XMLReader_XML10::Driver::exceptionHere(const std::string& message) const {
-  const XML10Document::OpenEntity& current = document_->current();
-  const DeclaredEntity& entity = *current.entity;
+SAXParseException XMLReader_XML10::Driver::exceptionAt(const std::string& message,
+                                                       const XML10Position& position) const {
+  const DeclaredEntity& entity = *document_->current().entity;
   const bool isDocument = document_->open.size() == 1;
   return {isDocument
               ? message
               : message + " (in the entity " + entity.name + ", \"" + entity.systemId + "\")",
-          lineOf(current.parser), columnOf(current.parser)};
+          position.line, position.column};
 }
 
-void XMLReader_XML10::Driver::fail(const std::string& message) {
-  const SAXParseException exception = exceptionHere(message);
+void XMLReader_XML10::Driver::failAt(const std::string& message, const XML10Position& position) {
+  const SAXParseException exception = exceptionAt(message, position);
   if (handlers.error) handlers.error->fatalError(exception);
   throw exception;
 }
@@ -198,6 +205,26 @@ void XMLReader_XML10::Driver::endDocument() {
   if (document_->failure) std::rethrow_exception(document_->failure);
   if (!ready_) makeReady();
   if (handlers.content) handlers.content->endDocument();
+}
+
+std::uint64_t XML10Document::octetsRead() const {
+  std::uint64_t octets = entityOctets;
+  for (const OpenEntity& entity : open) {
+    octets +=
+        static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(entity.parser), XML_Index{0}));
+  }
+  return octets;
+}
+
+void XMLReader_XML10::Driver::addDefaults(std::uint64_t octets) {
+  std::uint64_t& added = document_->defaultOctets;
+  added += octets;
+  if (added <= document_->amplificationThreshold) return;
+  // As expat counts it for entities: what is there in the end, for what was read.
+  const auto read = static_cast<double>(document_->octetsRead());
+  if (read + static_cast<double>(added) <= document_->amplificationFactor * read) return;
+  fail(atLimit("limit on input amplification factor (from defaults of attributes) breached",
+               properties::entityAmplificationFactor));
 }
 
 void XMLReader_XML10::Driver::releaseParser() {

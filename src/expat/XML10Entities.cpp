@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -53,6 +54,7 @@ void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const cha
     stream = handlers.resolver->resolveEntity(entity.publicId, entity.systemId);
   }
   if (!stream) {
+    if (!context && &entity != &document.entities.front()) passOverDeclarations();
     if (handlers.content) handlers.content->skippedEntity(entity.name);
     return;
   }
@@ -71,6 +73,8 @@ void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const cha
     const XML_Status status = parseStream(child.get(), *stream, kEntityBlockSize, chooseEncoding);
     if (document.failure) return;
     if (status == XML_STATUS_ERROR) failAsParser();
+    document.entityOctets +=
+        static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(child.get()), XML_Index{0}));
     if (handlers.lexical) handlers.lexical->endEntity(entity.name);
   }
   if (document.entities.size() != declared) numberNextEntity(parent);

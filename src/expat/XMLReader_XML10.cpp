@@ -89,7 +89,11 @@ void XMLReader_XML10::setProperty(const std::string& name, void* value) {
   } else if (name == properties::entityAmplificationThreshold) {
     settings.amplificationThreshold =
         value ? *static_cast<const std::uint64_t*>(value) : XML10Settings::kAmplificationThreshold;
-  } else if (name == properties::documentXMLVersion || name == properties::standalone) {
+  } else if (name == properties::maximumDepth) {
+    settings.maximumDepth =
+        value ? *static_cast<const std::uint64_t*>(value) : XML10Settings::kMaximumDepth;
+  } else if (name == properties::documentXMLVersion || name == properties::standalone ||
+             name == properties::lossCount) {
     throwNotSettable("Property", name);
   } else {
     XMLReader::setProperty(name, value);
@@ -106,6 +110,8 @@ void* XMLReader_XML10::getProperty(const std::string& name) {
   if (name == properties::entityAmplificationThreshold) return &settings.amplificationThreshold;
   if (name == properties::documentXMLVersion) return addressOf(settings.version);
   if (name == properties::standalone) return addressOf(settings.standalone);
+  if (name == properties::maximumDepth) return &settings.maximumDepth;
+  if (name == properties::lossCount) return &settings.losses;
   return XMLReader::getProperty(name);
 }
 

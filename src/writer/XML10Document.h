@@ -46,11 +46,14 @@ struct XMLWriter_XML10::Document {
 
   // --- Document type ---
 
-  enum class EntityKind { Text, Markup, External, Unparsed };
+  enum class EntityKind { Text, Markup, External, Unparsed, Passed };
 
   bool isStandalone = false;  // The document says so.
   bool hasExternalSubset = false;
   bool hasParameterReferences = false;
+  /// A parameter entity was skipped: what is declared from there on counts for a reader that has
+  /// read it, and not for the one that the events come from (section 5.1).
+  bool passesDeclarations = false;
   /// Of entities that are open, how many there are from the first one on that is not a part of the
   /// internal subset.
   std::size_t entitiesOutside = 0;

@@ -82,9 +82,12 @@ void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
 
 void XMLWriter_XML10::skippedEntity(const std::string& name) {
   requireSound();
-  if (name == "[dtd]" || isOutsideInternalSubset()) return;
+  if (name == "[dtd]") return;
   if (isParameterEntity(name) && state_ == InDTD) {
-    writeParameterReference(name);
+    if (!isOutsideInternalSubset()) writeParameterReference(name);
+    document_->passesDeclarations = !document_->isStandalone;
+  } else if (isOutsideInternalSubset()) {
+    return;
   } else if (!isParameterEntity(name) && state_ == InElement) {
     writeGeneralReference(name);
   } else {
@@ -130,7 +133,8 @@ void XMLWriter_XML10::writeParameterReference(const std::string& name) {
       if (document_->isStandalone) {
         throw SAXException("The entity " + quoted(name) + " is not declared");
       }
-    } else if (found->second != Document::EntityKind::External) {
+    } else if (found->second != Document::EntityKind::External &&
+               found->second != Document::EntityKind::Passed) {
       throw SAXException("You cannot refer to the entity " + quoted(name) +
                          ", whose text is internal");
     }
@@ -244,7 +248,10 @@ void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::str
     const bool hasMarkup =
         value.find_first_of("<&") != std::string::npos || value.find("]]>") != std::string::npos;
     using Kind = Document::EntityKind;
-    document_->entities.emplace(name, hasMarkup ? Kind::Markup : Kind::Text);
+    const Kind kind = document_->passesDeclarations ? Kind::Passed
+                      : hasMarkup                   ? Kind::Markup
+                                                    : Kind::Text;
+    document_->entities.emplace(name, kind);
   });
 }
 
@@ -308,6 +315,7 @@ void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& v
 /// 3.3), also where it has no default.
 void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::string& aName,
                                       const std::string& mode, const std::string& value) {
+  if (document_->passesDeclarations) return;
   const bool isNamespaceDeclaration = xml::isDeclarationName(aName);
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;

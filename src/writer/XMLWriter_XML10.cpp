@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "../sax/AtLimit.h"
 #include "../xml/Characters.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
@@ -207,6 +208,7 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
+  if (elements_.size() >= maximumDepth_) throw SAXException(tooDeep(maximumDepth_));
   if (!isDirect()) {
     return perform([&] {
       startChild();
@@ -447,6 +449,8 @@ void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
     standalone_ = statesStandalone_ && *static_cast<bool*>(value);
   } else if (name == properties::indentWidth) {
     indentWidth_ = value == nullptr ? 2 : *static_cast<unsigned*>(value);
+  } else if (name == properties::maximumDepth) {
+    maximumDepth_ = value == nullptr ? UINT64_MAX : *static_cast<std::uint64_t*>(value);
   } else if (name == properties::quoteCharacter) {
     const char quote = value == nullptr ? '\'' : *static_cast<char*>(value);
     if (quote != '\'' && quote != '"') {
@@ -462,6 +466,7 @@ void* XMLWriter_XML10::getProperty(const std::string& name) {
   if (name == properties::documentXMLVersion) return &version_;
   if (name == properties::standalone) return statesStandalone_ ? &standalone_ : nullptr;
   if (name == properties::indentWidth) return &indentWidth_;
+  if (name == properties::maximumDepth) return &maximumDepth_;
   if (name == properties::quoteCharacter) return &quote_;
   return XMLWriter::getProperty(name);
 }

@@ -141,6 +141,11 @@ std::string attributeType(std::string_view text) {
 
 bool isPredefinedEntity(std::string_view name) { return findPredefined(name) != nullptr; }
 
+char predefinedCharacter(std::string_view name) {
+  const PredefinedEntity* const entity = findPredefined(name);
+  return entity == nullptr ? '\0' : entity->character.front();
+}
+
 bool isReplacementText(std::string_view name, std::string_view text) {
   const PredefinedEntity* const entity = findPredefined(name);
   if (entity == nullptr || text == entity->decimal) return true;

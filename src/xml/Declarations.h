@@ -18,5 +18,7 @@ bool isReplacementText(std::string_view name, std::string_view text);
 
 /// Whether an entity is one of the five that need no declaration (section 4.6).
 bool isPredefinedEntity(std::string_view name);
+/// The character of such an entity; 0 for any other.
+char predefinedCharacter(std::string_view name);
 
 }  // namespace Tavrin::xml

@@ -286,5 +286,26 @@ TEST(X891WriterElements, AreRefusedWhereTheyCannotEnd) {
             "SAXException: Name mismatch between start and end element");
 }
 
+TEST(X891WriterElements, AreRefusedWhereTheyAreTooDeep) {
+  Writer writer;
+  EXPECT_EQ(UINT64_MAX, *static_cast<std::uint64_t*>(writer.getProperty(properties::maximumDepth)));
+  writer.set(properties::maximumDepth, std::uint64_t{2});
+  writer.startDocument();
+  writer.start("a");
+  writer.start("b");
+  writer.news();
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(thrown([&] { writer.start("c"); }),
+              "SAXException: Elements nested deeper than 2 (property maximum-depth)");
+  }
+  EXPECT_EQ(writer.news(), "");
+  writer.setProperty(properties::maximumDepth, nullptr);
+  writer.leaf("c");
+  writer.end("b");
+  writer.end("a");
+  writer.endDocument();
+  EXPECT_EQ(writer.written(), document("3C 00 'a' 3C 00 'b' 3C 00 'c' FF FF"));
+}
+
 }  // namespace
 }  // namespace x891_test

@@ -160,3 +160,21 @@ TEST_F(Declarations, OfTheVersionAreCopiedToFastInfosetOnly) {
             (Result{1, "", "in.fi: octet 26: The prefix \"p\" cannot be undeclared\n"}));
   EXPECT_EQ(files(), Names{"in.fi"});
 }
+
+// A notation is declared once (XML 1.0, section 4.7), be it where the copy refers to.
+TEST_F(Declarations, OfTheExternalSubsetStayThere) {
+  writeFile("a.dtd", "<!NOTATION m SYSTEM 'm'><!ENTITY u SYSTEM 'u' NDATA m><!ENTITY e 'E'>");
+  const std::string document =
+      "<!DOCTYPE a SYSTEM \"a.dtd\" [  <!NOTATION n SYSTEM \"n\">"
+      "  <!ENTITY % p SYSTEM \"p\">%p;]><a>E</a>";
+  writeFile("p", "<!NOTATION o SYSTEM 'o'>");
+  writeFile("in.xml", document);
+  const std::string inFastInfoset =
+      "<!DOCTYPE a SYSTEM \"a.dtd\" [  <!NOTATION n SYSTEM \"n\">  <!NOTATION o SYSTEM \"o\">]>"
+      "<a>E</a>";
+  EXPECT_EQ(run({"convert", "--entities", "--no-declaration", "in.xml"}),
+            (Result{0, document, ""}));
+  EXPECT_EQ(run({"convert", "--entities", "in.xml", "out.fi"}), silent(0));
+  EXPECT_EQ(run({"convert", "--no-declaration", "out.fi"}), (Result{0, inFastInfoset, ""}));
+  EXPECT_EQ(run({"diff", "--entities", "in.xml", "out.fi"}), silent(0));
+}

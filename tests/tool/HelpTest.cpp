@@ -47,8 +47,9 @@ whose file is missing, no regular file or outside of the folder, with a warning 
 Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
 maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
 
-  entity-amplification-factor     text: octets that entities make of each one read (100)
+  entity-amplification-factor     text: octets that entities or defaults make of each (100)
   entity-amplification-threshold  text: so many octets before that factor counts (8M)
+  maximum-depth                   elements that may be open at a time (none)
   amplification-factor            Fast Infoset: octets from tables for each one read (1000)
   amplification-threshold         Fast Infoset: so many octets before that factor counts (8M)
   maximum-table-octets            Fast Infoset: octets of all tables of a document (512M)
@@ -68,6 +69,8 @@ Options:
                     elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
+  --lossy           go on, with a warning, where an attribute value refers to an entity that is not
+                    read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -87,8 +90,8 @@ internal subset. In place of entities that are read stands their text. Typed con
 is from Fast Infoset to Fast Infoset, and becomes text in XML text.
 
 Without --entities, external entities and the external subset are not read: references to them
-are copied. In an attribute value such a reference is not noticed if the document has an external
-subset or refers to parameter entities: no text stands for it.
+are copied. In an attribute value there is no place for one: the work fails, unless --entities finds
+the entity or --lossy allows the loss.
 
 Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
 parsed entities, and comments. They are left out. A reference to an entity whose declaration was
@@ -128,6 +131,11 @@ Any other is named on standard error, with what is wrong:
 
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
+
+A reference in an attribute value to an entity that is not read is no error. It is told of on
+standard error, because no reader can tell it to a program:
+
+  FILE:LINE:COLUMN: warning: MESSAGE
 
 A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
 taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
@@ -281,8 +289,9 @@ and of being standalone.
 
 )" + kLimits +
     R"(
-The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
-be read.
+The exit status is 0 if the documents are the same, and 1 if they differ, if one of them cannot be
+read, or if nobody can tell: an attribute value refers to an entity that is not read. Whatever the
+other document has there, the reference may stand for it or not.
 
 Example:
   tavrin diff in.xml in.fi

@@ -319,4 +319,55 @@ TEST(XML10ParameterEntity, MakesUndeclaredEntitiesPossible) {
   EXPECT_EQ(writer.text(), "<!DOCTYPE r [%p;]><r>&e;</r>");
 }
 
+TEST(XML10ParameterEntity, ThatIsSkippedMakesDeclarationsBehindItUncertain) {
+  const auto write = [](bool isStandalone) {
+    XML10Writer writer({.declaration = isStandalone});
+    if (isStandalone) writer.set(properties::standalone, true);
+    writer.startDocument();
+    writer.startDTD("r", "", "");
+    writer.externalEntityDecl("%p", "", "p");
+    writer.skippedEntity("%p");
+    writer.internalEntityDecl("v", "<a>");
+    writer.internalEntityDecl("%i", "<!ELEMENT e ANY>");
+    EXPECT_EQ(thrown([&] { writer.skippedEntity("%i"); }),
+              isStandalone
+                  ? refusal("You cannot refer to the entity \"%i\", whose text is internal")
+                  : "nothing");
+    writer.attributeDecl("r", "xmlns", "CDATA", "", "u");
+    writer.endDTD();
+    EXPECT_EQ(thrown([&] { writer.start("r"); }),
+              isStandalone
+                  ? refusal("The element \"r\" has \"xmlns\" by default, but does not declare it")
+                  : "nothing");
+    if (isStandalone) return std::string();
+    writer.skippedEntity("v");
+    writer.end("r");
+    writer.endDocument();
+    return writer.text();
+  };
+  EXPECT_EQ(write(false),
+            "<!DOCTYPE r [  <!ENTITY % p SYSTEM \"p\">%p;  <!ENTITY v \"<a>\">"
+            "  <!ENTITY % i \"<!ELEMENT e ANY>\">%i;  <!ATTLIST r xmlns CDATA 'u'>]><r>&v;</r>");
+  write(true);
+}
+
+TEST(XML10ParameterEntity, MayBeSkippedInOneThatIsRead) {
+  XML10Writer writer;
+  writer.startDocument();
+  writer.startDTD("r", "", "");
+  writer.externalEntityDecl("%p", "", "p");
+  writer.startEntity("%p");
+  writer.internalEntityDecl("w", "<b/>");
+  writer.skippedEntity("%q");
+  writer.endEntity("%p");
+  writer.internalEntityDecl("v", "<a/>");
+  writer.endDTD();
+  writer.start("r");
+  writer.skippedEntity("v");
+  writer.end("r");
+  writer.endDocument();
+  EXPECT_EQ(writer.text(),
+            "<!DOCTYPE r [  <!ENTITY % p SYSTEM \"p\">%p;  <!ENTITY v \"<a/>\">]><r>&v;</r>");
+}
+
 }  // namespace

@@ -281,4 +281,30 @@ TEST(XML10Reset, MakesTheWriterNew) {
   EXPECT_EQ(writer.output.news(), "<r><![CDATA[]]<r><![CDATA[>]]></r>");
 }
 
+TEST(XML10Writer, RefusesElementsThatAreTooDeep) {
+  const std::string refused =
+      "SAXException: Elements nested deeper than 2 (property maximum-depth)";
+  for (const bool indent : {false, true}) {
+    XML10Writer writer({.indent = indent});
+    EXPECT_EQ(UINT64_MAX,
+              *static_cast<std::uint64_t*>(writer.getProperty(properties::maximumDepth)));
+    writer.set(properties::maximumDepth, std::uint64_t{2});
+    writer.startDocument();
+    writer.start("a");
+    writer.start("b");
+    EXPECT_EQ(thrown([&] { writer.start("c"); }), refused);
+    EXPECT_EQ(thrown([&] { writer.start("c"); }), refused);
+    writer.end("b");
+    writer.leaf("d");
+    writer.setProperty(properties::maximumDepth, nullptr);
+    writer.start("e");
+    writer.leaf("f");
+    writer.end("e");
+    writer.end("a");
+    writer.endDocument();
+    EXPECT_EQ(writer.text(), indent ? "<a>\n  <b/>\n  <d/>\n  <e>\n    <f/>\n  </e>\n</a>"
+                                    : "<a><b/><d/><e><f/></e></a>");
+  }
+}
+
 }  // namespace

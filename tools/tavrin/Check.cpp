@@ -10,6 +10,7 @@
 #include "Commands.h"
 #include "EntityFiles.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -41,6 +42,11 @@ Any other is named on standard error, with what is wrong:
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
+A reference in an attribute value to an entity that is not read is no error. It is told of on
+standard error, because no reader can tell it to a program:
+
+  FILE:LINE:COLUMN: warning: MESSAGE
+
 A document that begins with the octets E0 00, or with an XML declaration of the encoding finf, is
 taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
 follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
@@ -65,6 +71,7 @@ std::uint64_t readAll(const std::string& name, const ReadingOptions& options) {
     reader->setEntityResolver(entities.resolver());
     Tavrin::EncodingAlgorithmContentHandler anyAlgorithm;
     takeAlgorithms(*reader, anyAlgorithm);
+    const Losses losses(*reader, input, warn);
     parse(*reader, input, &entities);
   }
   return input.documentNumber();

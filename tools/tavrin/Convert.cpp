@@ -13,6 +13,7 @@
 #include "Commands.h"
 #include "EntityFiles.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -36,6 +37,8 @@ Options:
                     elements that have text, and what is within them
   --no-declaration  write no XML declaration at the beginning; both are for XML text only
   --force           replace OUT if it exists
+  --lossy           go on, with a warning, where an attribute value refers to an entity that is not
+                    read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -55,8 +58,8 @@ internal subset. In place of entities that are read stands their text. Typed con
 is from Fast Infoset to Fast Infoset, and becomes text in XML text.
 
 Without --entities, external entities and the external subset are not read: references to them
-are copied. In an attribute value such a reference is not noticed if the document has an external
-subset or refers to parameter entities: no text stands for it.
+are copied. In an attribute value there is no place for one: the work fails, unless --entities finds
+the entity or --lossy allows the loss.
 
 Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
 parsed entities, and comments. They are left out. A reference to an entity whose declaration was
@@ -82,6 +85,7 @@ struct Options {
   bool indent = false;
   bool noDeclaration = false;
   bool force = false;
+  bool lossy = false;
   std::uint64_t document = 0;  // The one to copy, counted from 1; 0 for all.
   ReadingOptions reading;
 };
@@ -150,6 +154,10 @@ class Copier {
     writer_->setOutputStream(&output_.stream());
     Relay relay(*writer_, &output_, input_, entities_.resolver());
     relay.attachTo(reader);
+    const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
+      if (options_.lossy) return warn(place, message);
+      throw Failure::document(place, message + " (see --entities and --lossy)");
+    });
     parseInto(relay, reader, input_, entities_);
     writer_.reset();  // Nothing of a document shall show in the next.
   }
@@ -189,6 +197,7 @@ Command makeConvert(CLI::App& app) {
   command->add_flag("--indent", options->indent);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
+  command->add_flag("--lossy", options->lossy);
   command->add_option("--document", options->document)
       ->type_name("N")
       ->check([](const std::string& text) {

@@ -17,6 +17,7 @@
 #include "EventQueue.h"
 #include "EventRecorder.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -71,8 +72,9 @@ and of being standalone.
 
 %limits%
 
-The exit status is 0 if the documents are the same, and 1 if they differ or one of them cannot
-be read.
+The exit status is 0 if the documents are the same, and 1 if they differ, if one of them cannot be
+read, or if nobody can tell: an attribute value refers to an entity that is not read. Whatever the
+other document has there, the reference may stand for it or not.
 
 Example:
   tavrin diff in.xml in.fi
@@ -149,6 +151,9 @@ class Documents {
   void read() {
     EventRecorder recorder(queue_, input_, lexical_, entities_.resolver());
     recorder.attachTo(*reader_);
+    const Losses losses(*reader_, input_, [](const auto& place, const auto& message) {
+      throw Failure::document(place, message + ", and cannot be compared (see --entities)");
+    });
     try {
       parse(*reader_, input_, &entities_);
     } catch (...) {

@@ -208,11 +208,13 @@ void Relay::processingInstruction(const std::string& target, const std::string& 
 
 void Relay::notationDecl(const std::string& name, const std::string& publicId,
                          const std::string& systemId) {
+  if (inExternalSubset_) return;
   pass([&] { writer_.notationDecl(name, publicId, systemId); });
 }
 
 void Relay::unparsedEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId, const std::string& notationName) {
+  if (inExternalSubset_) return;
   pass([&] { writer_.unparsedEntityDecl(name, publicId, systemId, notationName); });
 }
 

@@ -21,7 +21,9 @@ namespace tool {
 /// Declarations, and what a document states of itself, are passed on where reader and writer follow
 /// the standards. Other readers stop at some declarations, other writers break some.
 ///
-/// Comments and instructions in the external subset stay there: the copy refers to it, too.
+/// Comments, instructions, notations and unparsed entities in the external subset stay there: the
+/// copy refers to it, too. Fast Infoset does not tell what is from there, so that a copy of the
+/// copy would declare the notations twice, which is not valid (XML 1.0, section 4.7).
 ///
 /// Typed content keeps its type where the writer takes it, and is passed on as text where not. It
 /// comes as objects of encoding algorithms and not as primitive types, which do not tell

@@ -2,6 +2,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../../sax/AtLimit.h"
 #include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "Checks.h"
@@ -88,6 +89,7 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
   attempt([&] {
     State::Document& document = own_->document;
     const std::size_t depth = elements_.size();
+    if (depth >= own_->maximumDepth) throw SAXException(tooDeep(own_->maximumDepth));
     const std::size_t told = namespaces_.size();
     if (!own_->encodedValues.empty()) own_->encodedValues.clear();
     own_->taken.clear();

@@ -32,9 +32,12 @@ struct XMLWriter_X891::State : Limits {
   std::optional<std::string> externalVocabulary;
   ExternalVocabularyMap* externalVocabularies = nullptr;
   EncodingAlgorithmMap* registeredAlgorithms = nullptr;
+  std::uint64_t maximumDepth = kMaximumDepthDefault;
 
   static constexpr std::uint64_t kIndexedLengthDefault = 32;
   static constexpr std::uint64_t kMaximumTableOctetsDefault = std::uint64_t{64} << 20;
+
+  static constexpr std::uint64_t kMaximumDepthDefault = UINT64_MAX;
 
   UUIDEncodingAlgorithm uuid;
 

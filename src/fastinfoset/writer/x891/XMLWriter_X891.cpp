@@ -72,6 +72,8 @@ void XMLWriter_X891::setProperty(const std::string& name, void* value) {
     assign(own_->indexedChunkLength, value, State::kIndexedLengthDefault);
   } else if (name == properties::maximumTableOctets) {
     assign(own_->maximumTableOctets, value, State::kMaximumTableOctetsDefault);
+  } else if (name == properties::maximumDepth) {
+    assign(own_->maximumDepth, value, State::kMaximumDepthDefault);
   } else {
     XMLWriter_FI::setProperty(name, value);
   }
@@ -87,6 +89,7 @@ void* XMLWriter_X891::getProperty(const std::string& name) {
   if (name == properties::indexedAttributeValueLength) return &own_->indexedAttributeValueLength;
   if (name == properties::indexedChunkLength) return &own_->indexedChunkLength;
   if (name == properties::maximumTableOctets) return &own_->maximumTableOctets;
+  if (name == properties::maximumDepth) return &own_->maximumDepth;
   return XMLWriter_FI::getProperty(name);
 }
 
