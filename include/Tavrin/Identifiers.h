@@ -60,10 +60,6 @@ constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
 /// document is refused. Default: any number.
 constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
 
-/// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper
-/// document is refused. Default: any number.
-constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
-
 /// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
 constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
 /// Writer "XML10": what attribute values stand in, a `char`: apostrophe (the default) or quotation
