@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -31,7 +32,10 @@ constexpr char kCodePoints[] = "UTF-32BE";
 class Conversion {
  public:
   explicit Conversion(const char* from, const char* to = kCodePoints)
-      : handle_(iconv_open(to, from)) {}
+      : handle_(iconv_open(to, from)) {
+    // Not to be taken for an encoding that nobody knows.
+    if (!isKnown() && errno == ENOMEM) throw std::bad_alloc();
+  }
   ~Conversion() {
     if (isKnown()) iconv_close(handle_);
   }

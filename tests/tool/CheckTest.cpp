@@ -100,7 +100,7 @@ TEST_F(Check, RefusesEntitiesThatExplode) {
   EXPECT_EQ(run({"check", "-"}, document),
             (Result{1, "",
                     "-:14:4: limit on input amplification factor (from DTD and entities) "
-                    "breached (property entity-amplification-factor) (see --limit "
+                    "breached (see --limit "
                     "entity-amplification-factor)\n"}));
   EXPECT_EQ(run({"check", "-"}, "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>"),
             (Result{1, "", "-:1:53: recursive entity reference\n"}));

@@ -58,9 +58,8 @@ TEST_F(Limits, AreSetInEveryCommandAndNamedWhereTheyEndTheWork) {
                                "entity-amplification-threshold=1", "entities.xml"});
   EXPECT_EQ(entities.status, 1);
   EXPECT_EQ(entities.err.substr(entities.err.find(": ")),
-            ": limit on input amplification factor (from DTD and entities) breached (property "
-            "entity-amplification-factor) (see --limit "
-            "entity-amplification-factor)\n");
+            ": limit on input amplification factor (from DTD and entities) breached "
+            "(see --limit entity-amplification-factor)\n");
   expectForAll(
       {"--limit", "entity-amplification-factor=2", "--limit", "entity-amplification-threshold=1"},
       "entities.xml", entities.err);
