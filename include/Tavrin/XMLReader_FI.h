@@ -280,7 +280,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   // Decodes the attributes of an element, if it has any, and delivers its start.
   // Returns true when the end of the attributes is that of the element, too.
   virtual bool dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations);
-  virtual void dialectDeliverEndElement(const Name& name, std::uint32_t declarations);
+  virtual void dialectDeliverEndElement(const Name& name, std::uint32_t count);
   virtual void dialectDeliverCharacters(const std::string& text);
   virtual void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value);
   virtual void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,

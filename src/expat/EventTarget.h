@@ -27,6 +27,7 @@ inline constexpr std::size_t kMostKept = std::size_t{64} * 1024;
 class EventTarget {
  public:
   explicit EventTarget(const HandlerPointers& pointers) : handlers(pointers) {}
+  virtual ~EventTarget() = default;
   EventTarget(const EventTarget&) = delete;
   EventTarget& operator=(const EventTarget&) = delete;
 
@@ -61,8 +62,6 @@ class EventTarget {
   }
 
  protected:
-  ~EventTarget() = default;
-
   /// Whether events are delivered. Where it is off, makeReady is asked before an event.
   bool ready_ = true;
 

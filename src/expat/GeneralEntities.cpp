@@ -22,7 +22,7 @@ void GeneralEntities::declare(std::string_view name, std::string_view text) {
     if (!xml::isPredefinedEntity(found->name)) references.emplace_back(found->name);
   // A long text may refer to one entity very often.
   std::ranges::sort(references);
-  references.erase(std::ranges::unique(references).begin(), references.end());
+  references.erase(std::unique(references.begin(), references.end()), references.end());
   references.shrink_to_fit();
 }
 
@@ -60,6 +60,7 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
       enter(level.entity->references[level.next++]);
     }
   }
+  if (missing == nullptr) return nullptr;
   for (const Level& level : levels) level.entity->missing = *missing;
   return missing;
 }

@@ -43,6 +43,17 @@ bool appendReferredCharacter(std::string& text, std::string_view reference) {
   return xml::findInvalid(std::string_view(text).substr(before)) == xml::kAllValid;
 }
 
+/// Takes what is between "&" and ";".
+template <typename TakeReference>
+XML_Error takeReferred(std::string_view name, std::string& text, TakeReference takeReference) {
+  if (name.starts_with('#')) {
+    return appendReferredCharacter(text, name.substr(1)) ? XML_ERROR_NONE : XML_ERROR_BAD_CHAR_REF;
+  }
+  if (!xml::isName(name)) return XML_ERROR_INVALID_TOKEN;
+  takeReference(name);
+  return XML_ERROR_NONE;
+}
+
 /// Takes a literal apart.
 /// @param takeCharacter gets each octet; line ends are line feeds (section 2.11)
 /// @param takeReference gets the names of general entities
@@ -60,13 +71,8 @@ XML_Error forEachPart(std::string_view literal, std::string& text, TakeCharacter
     } else {
       const std::size_t end = literal.find(';', i);
       if (end == std::string_view::npos) return XML_ERROR_INVALID_TOKEN;
-      const std::string_view name = literal.substr(i + 1, end - i - 1);
-      if (name.starts_with('#')) {
-        if (!appendReferredCharacter(text, name.substr(1))) return XML_ERROR_BAD_CHAR_REF;
-      } else {
-        if (!xml::isName(name)) return XML_ERROR_INVALID_TOKEN;
-        takeReference(name);
-      }
+      const XML_Error error = takeReferred(literal.substr(i + 1, end - i - 1), text, takeReference);
+      if (error != XML_ERROR_NONE) return error;
       i = end;
     }
   }

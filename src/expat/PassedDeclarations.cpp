@@ -30,17 +30,16 @@ std::size_t tokenLength(std::string_view text) {
 
 bool DeclarationText::take(std::string_view piece) {
   text_ += piece;
-  for (const char c : piece) {
+  const bool isEnd = std::ranges::any_of(piece, [this](char c) {
     if (quote_ != '\0') {
       if (c == quote_) quote_ = '\0';
     } else if (c == '"' || c == '\'') {
       quote_ = c;
-    } else if (c == '>') {
-      text_.pop_back();  // It is a token by itself.
-      return true;
     }
-  }
-  return false;
+    return quote_ == '\0' && c == '>';
+  });
+  if (isEnd) text_.pop_back();  // It is a token by itself.
+  return isEnd;
 }
 
 std::vector<std::string> DeclarationText::tokens() const {
@@ -53,7 +52,7 @@ std::vector<std::string> DeclarationText::tokens() const {
     std::string& token = tokens.emplace_back(rest.substr(0, tokenLength(rest)));
     rest.remove_prefix(token.size());
     if (token.front() == '(')
-      std::erase_if(token, [](char c) { return kSpace.find(c) != kSpace.npos; });
+      std::erase_if(token, [](char c) { return kSpace.find(c) != std::string_view::npos; });
   }
 }
 

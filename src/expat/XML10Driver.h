@@ -140,7 +140,7 @@ class XMLReader_XML10::Driver final : public EventTarget {
  public:
   /// @param settings what is set and asked from outside
   Driver(const HandlerPointers& pointers, XML10Settings& settings);
-  ~Driver();
+  ~Driver() override;
 
   void parse(std::istream& stream);
   void parse(const void* data, unsigned long size, bool isFinal);

@@ -86,8 +86,8 @@ class NamespaceBindings {
   struct Declaration {
     Prefixes::iterator prefix;
     URIs::iterator uri;
-    std::size_t outer;      // That of the same prefix: its position and one, or 0.
-    std::uint64_t version;  // What was in force outside.
+    std::size_t outer = 0;      // That of the same prefix: its position and one, or 0.
+    std::uint64_t version = 0;  // What was in force outside.
   };
 
   Prefixes prefixes_;

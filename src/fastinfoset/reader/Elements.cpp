@@ -286,7 +286,10 @@ void XMLReader_FI::Names::shrinkTo(std::size_t size) {
 XMLReader_FI::QualifiedName XMLReader_FI::getName(unsigned long index, const Names& table,
                                                   const char* message) const {
   QualifiedName name;
-  if (!findExternalName(index, table, message, name)) name = table[index];
+  if (!findExternalName(index, table, message, name)) {
+    const QualifiedName& own = table[index];
+    name = own;
+  }
   return name;
 }
 

@@ -59,8 +59,8 @@ class StartTagAttributes final : public EncodingAlgorithmAttributes {
       record.localName = &name.localName;
       record.qName = &name.qName;
     } else {
-      record.ownNames.reset(
-          new std::array<std::string, 3>{name.namespaceName, name.localName, name.qName});
+      record.ownNames = std::make_unique<std::array<std::string, 3>>(
+          std::array<std::string, 3>{name.namespaceName, name.localName, name.qName});
       record.uri = record.ownNames->data();
       record.localName = record.uri + 1;
       record.qName = record.uri + 2;
