@@ -41,12 +41,20 @@ void attach(Tavrin::XMLReader& reader, Tavrin::XMLWriter& writer) {
   }
 }
 
+// A reader warns of what no event tells: the copy would lack it.
+class Strictness : public Tavrin::ErrorHandler {
+ public:
+  void warning(const Tavrin::SAXParseException& loss) override { throw loss; }
+};
+
 void copy(const char* readerType, const char* writerType) {
   const auto reader = Tavrin::XMLReaderFactory::createXMLReader(readerType);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(writerType);
   writer->setOutputStream(&std::cout);
   Beginning beginning(*reader, *writer);
+  Strictness strictness;
   reader->setContentHandler(&beginning);
+  reader->setErrorHandler(&strictness);
   attach(*reader, *writer);
   reader->parse(std::cin);
 }
