@@ -118,6 +118,7 @@ TEST(ExpatMemory, OfALongNameIsNotHeldBehindIt) {
 TEST(ExpatMemory, OfADocumentIsNotHeldBehindIt) {
   if (!allocations::areCounted()) GTEST_SKIP() << "no allocations are counted";
   Uses uses;
+  uses.ofStarts.reserve(8);
   Tavrin::XMLReader_Expat reader;
   reader.setContentHandler(&uses);
   const std::string document = "<" + std::string(1000, 'n') + ">" + std::string(1000, 't') + "</" +
@@ -125,7 +126,8 @@ TEST(ExpatMemory, OfADocumentIsNotHeldBehindIt) {
   std::istringstream stream(document);
   const std::size_t before = allocations::live();
   reader.parse(stream);
-  EXPECT_EQ(before, allocations::live());
+  // Sanitizers see blocks go that were there before.
+  EXPECT_LE(allocations::live(), before);
 }
 
 }  // namespace
