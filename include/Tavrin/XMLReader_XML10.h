@@ -17,6 +17,8 @@ namespace Tavrin {
 /// It has none of the oddities of XMLReader_Expat:
 /// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
 ///   whatever its type, and no event follows it. The reader can then read another document.
+/// - Where there is no memory left, be it for expat, that is std::bad_alloc and no failure of the
+///   document.
 /// - Names are always split by Namespaces in XML, whatever stands in a namespace name, and are
 ///   qualified names in declarations, too: `"x:2" is not a qualified name`. `xmlns=""` is
 ///   startPrefixMapping("", ""). The prefix `xml`, which is always bound, has no prefix mapping,

@@ -73,7 +73,7 @@ void XMLReader_XML10::Driver::setupParser() {
   const XML10Settings::Features& features = settings_.features;
   parser_.reset(features.namespaces ? XML_ParserCreateNS(nullptr, kXML10Separator)
                                     : XML_ParserCreate(nullptr));
-  if (!parser_) throw SAXException("Cannot create expat xml parser");
+  if (!parser_) throw std::bad_alloc();
   XML_Parser parser = parser_.get();
   document_ = std::make_unique<XML10Document>(parser, settings_);
   locator_ = std::make_unique<Locator_XML10>(*document_);
@@ -177,6 +177,8 @@ void XMLReader_XML10::Driver::reportError() {
 
 void XMLReader_XML10::Driver::failAsParser() {
   const XML_Error code = XML_GetErrorCode(document_->current().parser);
+  // That is no fault of the document.
+  if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
   std::string message = XML_ErrorString(code);
   if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
   if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {

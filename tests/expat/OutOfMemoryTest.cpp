@@ -84,9 +84,11 @@ class ExpatOutOfMemory : public testing::Test {
     bufferTrap.reset();
   }
 
-  void expectGoodDocument() {
+  void expectGoodDocument() { expectGoodDocumentFrom(reader_); }
+  template <typename Reader>
+  void expectGoodDocumentFrom(Reader& reader) {
     log_.clear();
-    EXPECT_EQ("done", parseText(reader_, "<good/>"));
+    EXPECT_EQ("done", parseText(reader, "<good/>"));
     EXPECT_EQ(wholeLog({"startElement(, good, good, [])", "endElement(, good, good)"}),
               log_.text());
   }
@@ -94,6 +96,18 @@ class ExpatOutOfMemory : public testing::Test {
   EventLog log_;
   Tavrin::XMLReader_Expat reader_;
 };
+
+/// The reader of the standards tells it from a fault of the document.
+class XML10OutOfMemory : public ExpatOutOfMemory {
+ protected:
+  XML10OutOfMemory() { log_.attachTo(reader10_); }
+
+  void expectGoodDocument() { expectGoodDocumentFrom(reader10_); }
+
+  Tavrin::XMLReader_XML10 reader10_;
+};
+
+const std::string kNoMemory = "std::exception(std::bad_alloc)";
 
 const std::string kNoParser = "SAXException(Cannot create expat xml parser)";
 
@@ -188,6 +202,39 @@ TEST_F(ExpatOutOfMemory, ForAnExternalEntityFailsTheDocument) {
   EXPECT_EQ(failure.thrown(), parseText(reader_, document));
   EXPECT_EQ(expected, log_.text());
   expectGoodDocument();
+}
+
+TEST_F(XML10OutOfMemory, AnywhereInExpatIsNoFaultOfTheDocument) {
+  const std::string document =
+      "<!DOCTYPE a [<!ENTITY e 'E'><!ENTITY x SYSTEM 'x'>]><a xmlns='u' b='&e;'>&e;&x;</a>";
+  log_.entities["x"] = "text";
+  for (const bool blocks : {false, true}) {
+    int number = 0;
+    for (std::string outcome; outcome != "done"; ++number) {
+      SCOPED_TRACE(number);
+      ASSERT_GT(400, number);
+      log_.clear();
+      memoryTrap.set(number);
+      outcome =
+          blocks ? parseBlocks(reader10_, cutEvenly(document, 30)) : parseText(reader10_, document);
+      memoryTrap.reset();
+      if (outcome != "done") {
+        EXPECT_EQ(kNoMemory, outcome);
+        EXPECT_EQ(std::string::npos, log_.text().find("rror(")) << log_.text();
+      }
+      expectGoodDocument();
+    }
+    EXPECT_LT(20, number);
+  }
+}
+
+TEST_F(XML10OutOfMemory, ForAParserABlockOrAnEntityIsNoFaultOfTheDocument) {
+  log_.entities["e"] = "text";
+  for (Trap* trap : {&createTrap, &childTrap, &bufferTrap}) {
+    trap->set(0);
+    EXPECT_EQ(kNoMemory, parseText(reader10_, "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]>\n<a>&e;</a>"));
+    expectGoodDocument();
+  }
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ TEST_F(Memory, LeavesADifferenceWholeOrNone) {
   writeFile("a.xml", "<a x='" + value + "' y='1'/>");
   writeFile("b.xml", "<a x='" + value + "' y='2'/>");
   const std::string whole = line("a.xml", "1") + line("b.xml", "2");
-  for (const rlim_t limit : {60000, 100000, 150000, 400000}) {
+  for (const rlim_t limit : {30000, 45000, 60000, 75000, 90000, 100000, 110000, 150000, 400000}) {
     SCOPED_TRACE(limit);
     const Result result = runWithin(limit, {"diff", "a.xml", "b.xml"});
     if (result.status == 1) {
