@@ -93,11 +93,15 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 /// The list is made for the element: its values end before the next item is read.
 bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
-  attributes.attributes_.swap(spareList_);
-  const bool ended = hasAttributes && decodeAttributes(attributes);
+  bool ended = false;
+  if (hasAttributes) {
+    attributes.attributes_.swap(spareList_);
+    ended = decodeAttributes(attributes);
+  }
   if (contentHandler_) {
     contentHandler_->startElement(name.namespaceName, name.localName, name.qName, attributes);
   }
+  if (!hasAttributes) return false;
   keepSmall(attributes.attributes_, spareAttributes_);
   attributes.attributes_.swap(spareList_);
   return ended;
