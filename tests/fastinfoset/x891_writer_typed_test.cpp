@@ -268,6 +268,24 @@ TEST_F(X891WriterApplications, EncodeAttributesOfTheRootToo) {
                                "78 00 'c' FF 78 00 'd' 31 F8 00 '123456789' FF F0"));
 }
 
+TEST_F(X891WriterApplications, AreRefusedWhereAnAttributeWouldHaveNoText) {
+  struct Unfit : Base64Data {
+    using Base64Data::Base64Data;
+    std::string toString() const override { return "x\x01"; }
+  };
+  start();
+  writer.news();
+  EXPECT_EQ(thrown([&] {
+              writer.startElement("", "b", "b",
+                                  TypedAttribute("u", 0, std::make_unique<Unfit>("y")));
+            }),
+            "SAXException: Invalid character U+0001 in an attribute value");
+  EXPECT_EQ(writer.news(), "");
+  // Content is read by those who know the algorithm.
+  writer.object("u", 0, Unfit("y"));
+  EXPECT_EQ(writer.news(), hex("8C 7C 'y'"));
+}
+
 TEST_F(X891WriterApplications, AreRefusedWhereTheyAnnounceOtherOctets) {
   start();
   writer.news();

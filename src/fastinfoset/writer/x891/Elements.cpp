@@ -252,6 +252,8 @@ void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const 
 void XMLWriter_X891::checkTypedValue(const std::string& uri, int index, const EncodedData& data) {
   EncodingAlgorithm& algorithm = algorithmFor(uri, index);
   if (!isBuiltIn(uri, index)) {
+    // It may give any text, and whoever reads the attribute may ask for it.
+    checkText(data.toString(), "an attribute value");
     own_->encodedValues.push_back(encodedBy(algorithm, uri, false, data));
     return;
   }
