@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Commands.h"
+#include "EntityDeclarations.h"
 #include "EntityFiles.h"
 #include "Input.h"
 #include "Losses.h"
@@ -19,6 +20,7 @@
 #include "ReadingOptions.h"
 #include "Relay.h"
 #include "TypeChoice.h"
+#include "WayBack.h"
 
 namespace tool {
 
@@ -151,15 +153,23 @@ class Copier {
  private:
   void copy(Tavrin::XMLReader& reader) {
     if (!writer_) writer_ = createWriter(options_);
-    writer_->setOutputStream(&output_.stream());
     Relay relay(*writer_, &output_, input_, entities_.resolver());
+    relay.expectFrom(reader);
+    EntityDeclarations declarations;
+    if (relay.needsEntityDeclarations()) declarations.findIn(reader, input_);
+    relay.declare(&declarations);
+    WayBack wayBack(reader);
+    if (relay.mayLackWayBack()) relay.watch(&wayBack);
     relay.attachTo(reader);
+    // What cannot be read to its end is read only for the failure that comes first.
+    if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
     const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
       if (options_.lossy) return warn(place, message);
       throw Failure::document(place, message + " (see --entities and --lossy)");
     });
     parseInto(relay, reader, input_, entities_);
-    writer_.reset();  // Nothing of a document shall show in the next.
+    declarations.check();  // A file may have changed meanwhile.
+    writer_.reset();       // Nothing of a document shall show in the next.
   }
 
   [[noreturn]] void refuseSecond() const {

@@ -1,16 +1,26 @@
 #include "DescriptorBuffers.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "KeptOctets.h"
+
 namespace tool {
 
 namespace {
 
 constexpr std::size_t kBufferSize = 65536;
+
+/// Whether what has been read can be read again: other things may let themselves be positioned,
+/// too, and give something else then.
+bool isFile(const Descriptor& descriptor) {
+  struct stat status {};
+  return fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
+}
 
 }  // namespace
 
@@ -32,8 +42,25 @@ int Descriptor::close() {
 InputBuffer::InputBuffer(const Descriptor& descriptor)
     : descriptor_(descriptor), buffer_(kBufferSize) {}
 
+InputBuffer::~InputBuffer() = default;
+
 /// Reads once; 0 octets at the end of the input and on failure.
 std::size_t InputBuffer::read(char* target, std::size_t size) {
+  if (!kept_) return readDescriptor(target, size);
+  if (isKeeping_) {
+    const std::size_t count = readDescriptor(target, size);
+    if (kept_->append({target, count})) return count;
+    isEnded_ = true;
+    return 0;
+  }
+  const std::size_t count = kept_->read(target, size);
+  received_ += count;
+  if (count > 0 || kept_->error() != 0) return count;
+  kept_.reset();
+  return readDescriptor(target, size);
+}
+
+std::size_t InputBuffer::readDescriptor(char* target, std::size_t size) {
   if (isEnded_) return 0;
   ssize_t count = 0;
   do {
@@ -47,8 +74,32 @@ std::size_t InputBuffer::read(char* target, std::size_t size) {
 }
 
 void InputBuffer::report() {
-  if (progress_) progress_->show(taken());
+  if (progress_) progress_->show(takenTwice_ + taken());
 }
+
+void InputBuffer::mark() {
+  mark_ = taken();
+  if (isFile(descriptor_)) return;
+  kept_ = std::make_unique<KeptOctets>();
+  kept_->append({gptr(), static_cast<std::size_t>(egptr() - gptr())});
+  isKeeping_ = true;
+}
+
+void InputBuffer::returnToMark() {
+  takenTwice_ += taken() - mark_;
+  isKeeping_ = false;
+  // A read that failed on a file fails once more.
+  if (!kept_) {
+    lseek(descriptor_.number(), static_cast<off_t>(mark_) - static_cast<off_t>(received_),
+          SEEK_CUR);
+    isEnded_ = false;
+    error_ = 0;
+  }
+  received_ = mark_;
+  setg(buffer_.data(), buffer_.data(), buffer_.data());
+}
+
+int InputBuffer::keepingError() const { return kept_ ? kept_->error() : 0; }
 
 std::string_view InputBuffer::peek(std::size_t size) {
   auto held = static_cast<std::size_t>(egptr() - gptr());

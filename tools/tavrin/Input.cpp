@@ -37,7 +37,8 @@ void Input::showProgress() {
   struct stat status {};
   if (fstat(descriptor_.number(), &status) != 0) return;
   if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
-  progress_.emplace(static_cast<std::uint64_t>(status.st_size));
+  fileSize_ = static_cast<std::uint64_t>(status.st_size);
+  progress_.emplace(fileSize_);
   buffer_.reportTo(&*progress_);
 }
 
@@ -48,7 +49,12 @@ void Input::beginDocument() {
   documentStart_ = octetsRead();
 }
 
+void Input::expectToReturn() {
+  if (progress_) progress_->lengthen(fileSize_);
+}
+
 void Input::checkRead() const {
+  if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());
 }
 

@@ -43,6 +43,15 @@ Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input
 void Relay::expectFrom(Tavrin::XMLReader& reader) {
   reader_ = &reader;
   readerFollowsStandard_ = tool::followsStandard(reader);
+  readerIsTyped_ = knowsTypedContent(reader);
+}
+
+bool Relay::needsEntityDeclarations() const {
+  return takesDeclarations() && readerIsTyped_ && typedWriter_ == nullptr;
+}
+
+bool Relay::mayLackWayBack() const {
+  return takesDeclarations() && !readerIsTyped_ && typedWriter_ != nullptr;
 }
 
 void Relay::attachTo(Tavrin::XMLReader& reader) {
@@ -89,6 +98,13 @@ void Relay::fail(const std::string& message) {
   throw failure;
 }
 
+/// Warns where something stands in the way of a copy of the copy.
+void Relay::warnOf(const std::string& obstacle) const {
+  if (failure_ || obstacle.empty()) return;
+  warn(placeReached(input_, locator_),
+       "The copy cannot be written as XML text again: " + obstacle + entityAt(locator_));
+}
+
 // --- What is watched ---
 
 void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
@@ -99,11 +115,17 @@ void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
 void Relay::startDTD(const std::string& name, const std::string& publicId,
                      const std::string& systemId) {
   inDTD_ = true;
+  if (wayBack_) wayBack_->startDTD(publicId, systemId);
   pass([&] { writer_.startDTD(name, publicId, systemId); });
 }
 
 void Relay::endDTD() {
   inDTD_ = false;
+  if (entities_) {
+    for (const auto& [name, publicId, systemId] : entities_->entities()) {
+      pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
+    }
+  }
   pass([&] { writer_.endDTD(); });
 }
 
@@ -112,6 +134,7 @@ void Relay::skippedEntity(const std::string& name) {
     fail("entity \"" + name + "\" was not read, so the copy would lack it");
   }
   pass([&] { writer_.skippedEntity(name); });
+  if (wayBack_ && !inDTD_) warnOf(wayBack_->skippedEntity(name));
 }
 
 std::unique_ptr<std::istream> Relay::resolveEntity(const std::string& publicId,
@@ -210,12 +233,14 @@ void Relay::notationDecl(const std::string& name, const std::string& publicId,
                          const std::string& systemId) {
   if (inExternalSubset_) return;
   pass([&] { writer_.notationDecl(name, publicId, systemId); });
+  if (wayBack_) warnOf(wayBack_->notationDecl(name, publicId, systemId));
 }
 
 void Relay::unparsedEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId, const std::string& notationName) {
   if (inExternalSubset_) return;
   pass([&] { writer_.unparsedEntityDecl(name, publicId, systemId, notationName); });
+  if (wayBack_) warnOf(wayBack_->unparsedEntityDecl(name, publicId, systemId, notationName));
 }
 
 void Relay::elementDecl(const std::string& name, const std::string& model) {
@@ -234,8 +259,9 @@ void Relay::internalEntityDecl(const std::string& name, const std::string& value
 
 void Relay::externalEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId) {
-  // In Fast Infoset a reference has identifiers. In text it is too late for a declaration then.
+  // In Fast Infoset a reference has identifiers. In text it is declared already.
   if (!inDTD_ && typedWriter_ == nullptr) return;
+  if (wayBack_) wayBack_->externalEntityDecl(name, publicId, systemId);
   pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
 }
 
