@@ -53,6 +53,11 @@ void Input::expectToReturn() {
   if (progress_) progress_->lengthen(fileSize_);
 }
 
+void Input::returnToMark() {
+  buffer_.returnToMark();
+  stream_.clear();
+}
+
 void Input::checkRead() const {
   if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());

@@ -48,7 +48,7 @@ class Input {
   void mark() { buffer_.mark(); }
   /// All up to the end will be read again, so that a progress bar counts it twice.
   void expectToReturn();
-  void returnToMark() { buffer_.returnToMark(); }
+  void returnToMark();
   /// @}
 
   /// Whether a progress bar may come up.

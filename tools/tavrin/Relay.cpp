@@ -98,13 +98,6 @@ void Relay::fail(const std::string& message) {
   throw failure;
 }
 
-/// Warns where something stands in the way of a copy of the copy.
-void Relay::warnOf(const std::string& obstacle) const {
-  if (failure_ || obstacle.empty()) return;
-  warn(placeReached(input_, locator_),
-       "The copy cannot be written as XML text again: " + obstacle + entityAt(locator_));
-}
-
 // --- What is watched ---
 
 void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
@@ -134,7 +127,11 @@ void Relay::skippedEntity(const std::string& name) {
     fail("entity \"" + name + "\" was not read, so the copy would lack it");
   }
   pass([&] { writer_.skippedEntity(name); });
-  if (wayBack_ && !inDTD_) warnOf(wayBack_->skippedEntity(name));
+  if (wayBack_ == nullptr || inDTD_ || failure_) return;
+  const std::string obstacle = wayBack_->skippedEntity(name);
+  if (obstacle.empty()) return;
+  warn(placeReached(input_, locator_),
+       "The copy cannot be written as XML text again: " + obstacle + entityAt(locator_));
 }
 
 std::unique_ptr<std::istream> Relay::resolveEntity(const std::string& publicId,
@@ -233,14 +230,13 @@ void Relay::notationDecl(const std::string& name, const std::string& publicId,
                          const std::string& systemId) {
   if (inExternalSubset_) return;
   pass([&] { writer_.notationDecl(name, publicId, systemId); });
-  if (wayBack_) warnOf(wayBack_->notationDecl(name, publicId, systemId));
 }
 
 void Relay::unparsedEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId, const std::string& notationName) {
   if (inExternalSubset_) return;
   pass([&] { writer_.unparsedEntityDecl(name, publicId, systemId, notationName); });
-  if (wayBack_) warnOf(wayBack_->unparsedEntityDecl(name, publicId, systemId, notationName));
+  if (wayBack_) wayBack_->unparsedEntityDecl(name, publicId, systemId, notationName);
 }
 
 void Relay::elementDecl(const std::string& name, const std::string& model) {

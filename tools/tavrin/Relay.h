@@ -111,7 +111,6 @@ class Relay : public Tavrin::ContentHandler,
   void pass(Event event);
   [[noreturn]] void fail(const std::string& message);
   void passOnStatements();
-  void warnOf(const std::string& obstacle) const;
 
   Tavrin::XMLWriter& writer_;
   Tavrin::EncodingAlgorithmContentHandler* typedWriter_;  // The same writer, or null.
