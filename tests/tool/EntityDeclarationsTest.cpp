@@ -153,6 +153,24 @@ TEST_F(EntityDeclarations, CountInTheSizeThatStatTells) {
   EXPECT_NE(out.find(line + "\nin.fi, document 2\n"), std::string::npos) << out;
 }
 
+// Of those that are kept, too, none is in the way of the next.
+TEST_F(EntityDeclarations, CountInTheSizesOfDocumentsThatFollowEachOther) {
+  std::string all;
+  for (int i = 0; i < 9000; ++i) all += i % 100 == 99 ? large(2000) : one();
+  writeFile("all.fi", all);
+  const Result ofFile = run({"stat", "all.fi"}), ofPipe = run({"stat", "-"}, all);
+  EXPECT_EQ(ofFile.err, "");
+  EXPECT_EQ(ofPipe.err, "");
+  std::string expected = ofFile.out;
+  for (std::size_t place = 0; (place = expected.find("all.fi", place)) != std::string::npos;) {
+    expected.replace(place, 6, "-");
+  }
+  EXPECT_TRUE(ofPipe.out == expected);
+  const std::string last = "  as XML text              " + std::to_string(38 + 2000 + kOne.size());
+  EXPECT_TRUE(expected.ends_with(last + "\n"));
+  EXPECT_NE(expected.find("\n-, document 9000\n"), std::string::npos);
+}
+
 // --- Where the document comes from ---
 
 TEST_F(EntityDeclarations, AreFoundInDocumentsOfAnyKindOfFile) {

@@ -56,7 +56,7 @@ TEST_F(WayBack, IsMissedWhereNothingOutsideCounts) {
   EXPECT_EQ(run({"convert", "-", "alone.fi"}, "<?xml version='1.0' standalone='yes'?>" + document),
             (Result{0, "", warning(89, undeclared("e"))}));
   EXPECT_EQ(run({"convert", "alone.fi"}),
-            (Result{1, "", "alone.fi: octet 17: " + undeclared("e") + "\n"}));
+            (Result{1, "", "alone.fi: octet 16: " + undeclared("e") + "\n"}));
 }
 
 TEST_F(WayBack, IsMissedWhereTheEntityIsNoneOfText) {

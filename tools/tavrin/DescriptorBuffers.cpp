@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "KeptOctets.h"
 
@@ -47,17 +48,16 @@ InputBuffer::~InputBuffer() = default;
 /// Reads once; 0 octets at the end of the input and on failure.
 std::size_t InputBuffer::read(char* target, std::size_t size) {
   if (!kept_) return readDescriptor(target, size);
-  if (isKeeping_) {
-    const std::size_t count = readDescriptor(target, size);
-    if (kept_->append({target, count})) return count;
-    isEnded_ = true;
-    return 0;
-  }
-  const std::size_t count = kept_->read(target, size);
+  std::size_t count = kept_->read(target, size);
   received_ += count;
   if (count > 0 || kept_->error() != 0) return count;
-  kept_.reset();
-  return readDescriptor(target, size);
+  if (!isKeeping_) kept_.reset();
+  count = readDescriptor(target, size);
+  if (!kept_) return count;
+  isEnded_ = !kept_->append({target, count}) || isEnded_;
+  if (kept_->error() != 0) return 0;
+  kept_->skip(count);
+  return count;
 }
 
 std::size_t InputBuffer::readDescriptor(char* target, std::size_t size) {
@@ -80,14 +80,22 @@ void InputBuffer::report() {
 void InputBuffer::mark() {
   mark_ = taken();
   if (isFile(descriptor_)) return;
-  kept_ = std::make_unique<KeptOctets>();
-  kept_->append({gptr(), static_cast<std::size_t>(egptr() - gptr())});
+  // The last document may have been kept, and with it what was read of this one.
+  const auto rest = std::exchange(kept_, std::make_unique<KeptOctets>());
+  const auto buffered = static_cast<std::size_t>(egptr() - gptr());
+  kept_->append({gptr(), buffered});
+  std::vector<char> block(rest ? kBufferSize : 0);
+  while (const std::size_t count = rest ? rest->read(block.data(), block.size()) : 0) {
+    kept_->append({block.data(), count});
+  }
+  kept_->skip(buffered);
   isKeeping_ = true;
 }
 
 void InputBuffer::returnToMark() {
   takenTwice_ += taken() - mark_;
   isKeeping_ = false;
+  if (kept_) kept_->returnToStart();
   // A read that failed on a file fails once more.
   if (!kept_) {
     lseek(descriptor_.number(), static_cast<off_t>(mark_) - static_cast<off_t>(received_),

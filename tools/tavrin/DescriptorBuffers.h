@@ -48,8 +48,8 @@ class InputBuffer : public std::streambuf {
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
 
-  /// Makes the octet that comes next the one to go back to. Once only: from then on octets are kept
-  /// that do not come from a file.
+  /// Makes the octet that comes next the one to go back to. Until then, octets are kept that do not
+  /// come from a file.
   void mark();
   /// Goes back to the mark.
   void returnToMark();

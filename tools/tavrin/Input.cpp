@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "Failure.h"
 
@@ -37,8 +38,8 @@ void Input::showProgress() {
   struct stat status {};
   if (fstat(descriptor_.number(), &status) != 0) return;
   if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
-  fileSize_ = static_cast<std::uint64_t>(status.st_size);
-  progress_.emplace(fileSize_);
+  sizeToReturn_ = static_cast<std::uint64_t>(status.st_size);
+  progress_.emplace(sizeToReturn_);
   buffer_.reportTo(&*progress_);
 }
 
@@ -50,7 +51,7 @@ void Input::beginDocument() {
 }
 
 void Input::expectToReturn() {
-  if (progress_) progress_->lengthen(fileSize_);
+  if (progress_) progress_->lengthen(std::exchange(sizeToReturn_, 0));
 }
 
 void Input::returnToMark() {

@@ -43,8 +43,8 @@ class Input {
   /// @name Reading twice
   /// @{
 
-  /// The next octet is the one to go back to. Once only: octets that do not come from a file are
-  /// kept from then on.
+  /// The next octet is the one to go back to. Until then, octets are kept that do not come from a
+  /// file.
   void mark() { buffer_.mark(); }
   /// All up to the end will be read again, so that a progress bar counts it twice.
   void expectToReturn();
@@ -63,7 +63,7 @@ class Input {
   Descriptor descriptor_;
   InputBuffer buffer_;
   std::optional<Progress> progress_;
-  std::uint64_t fileSize_ = 0;  // With a progress bar.
+  std::uint64_t sizeToReturn_ = 0;  // That of the file, until a progress bar counts it twice.
   std::uint64_t documentNumber_ = 0;
   std::uint64_t documentStart_ = 0;
   std::istream stream_;

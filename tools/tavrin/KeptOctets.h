@@ -18,6 +18,10 @@ class KeptOctets {
   /// Takes the octets that come next, from the first on; 0 of them where none is left, and after a
   /// failure.
   std::size_t read(char* target, std::size_t size);
+  /// Takes so many of them without looking.
+  void skip(std::size_t size) { position_ += size; }
+  /// The first comes next again.
+  void returnToStart() { position_ = 0; }
   /// The error number of what failed, or 0.
   int error() const { return error_; }
 
