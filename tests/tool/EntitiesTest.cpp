@@ -391,10 +391,8 @@ TEST_F(Entities, AreKeptAsReferencesInFastInfoset) {
                                                "endElement(\"\", \"a\", \"a\")\n"
                                                "endDocument()\n"));
   EXPECT_EQ(run({"diff", "in.xml", "out.fi"}), silent(0));
-  // The declaration is lost, unless a declaration that nobody has read may be there.
-  EXPECT_EQ(run({"convert", "out.fi", "back.xml"}),
-            failed(1, "out.fi: octet " + std::to_string(readFile("out.fi").size() - 1) +
-                          ": The entity \"e\" is not declared"));
+  EXPECT_EQ(run({"convert", "--no-declaration", "out.fi"}),
+            printed("<!DOCTYPE a [  <!ENTITY e PUBLIC \"p\" \"s\">]><a>1&e;</a>"));
   writeFile("subset.xml", "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;</a>");
   EXPECT_EQ(run({"convert", "subset.xml", "subset.fi"}), silent(0));
   EXPECT_EQ(run({"convert", "--no-declaration", "subset.fi"}),

@@ -94,9 +94,12 @@ are copied. In an attribute value there is no place for one: the work fails, unl
 the entity or --lossy allows the loss.
 
 Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
-parsed entities, and comments. They are left out. A reference to an entity whose declaration was
-lost in that way cannot be written in XML text, nor can the content of an unknown encoding
-algorithm be written at all: the work fails.
+parsed entities, and comments. They are left out. What is left of an entity are its identifiers,
+with the references to it; a copy in XML text declares it again. For that, a document that has a
+document type is read twice, and kept in a temporary file meanwhile if it is not read from one. A
+reference without identifiers, which nothing outside of the document may declare, cannot be written
+in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
+standard error. The content of an unknown encoding algorithm cannot be written at all.
 
 )" + kLimits +
     R"(

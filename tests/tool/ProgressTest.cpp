@@ -110,6 +110,26 @@ TEST_F(ProgressBar, IsShownForFastInfoset) {
       "cut.fi: octet " + std::to_string(document.size() - 1) + ": Unexpected end of document\n");
 }
 
+// For text, a document with a document type is read twice: the bar does not go back.
+TEST_F(ProgressBar, IsOneForADocumentThatIsReadTwice) {
+  // 9 MiB in 144 texts.
+  std::string content;
+  for (int i = 0; i < 144; ++i) content += octets("83 00 00 FE FD") + std::string(65536, 'x');
+  for (const std::string head : {"C4 F0", ""}) {
+    SCOPED_TRACE(head);
+    writeFile("large.fi", octets("E0 00 00 01 00 " + head + " 3C 00 'a'") + content + octets("FF"));
+    EXPECT_EQ(runOnTerminal({"convert", "--force", "large.fi", "out.xml"}), silent(0));
+    const std::string shown = terminal_.shown();
+    EXPECT_PRED2(isBarThen, shown, "");
+    int last = 0;
+    for (std::size_t place = 0; (place = shown.find('%', place)) != std::string::npos; ++place) {
+      const int percent = std::stoi(shown.substr(place - 3, 3));
+      EXPECT_GE(percent, last);
+      last = percent;
+    }
+  }
+}
+
 // There is room for one.
 TEST_F(ProgressBar, IsShownForOneOfTwoDocuments) {
   writeFile("large.xml", document(kLimit + 1));

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Commands.h"
+#include "EntityDeclarations.h"
 #include "EntityFiles.h"
 #include "Input.h"
 #include "Losses.h"
@@ -19,6 +20,7 @@
 #include "ReadingOptions.h"
 #include "Relay.h"
 #include "TypeChoice.h"
+#include "WayBack.h"
 
 namespace tool {
 
@@ -62,9 +64,12 @@ are copied. In an attribute value there is no place for one: the work fails, unl
 the entity or --lossy allows the loss.
 
 Fast Infoset has no form for some of a document type: the declarations of elements, attributes and
-parsed entities, and comments. They are left out. A reference to an entity whose declaration was
-lost in that way cannot be written in XML text, nor can the content of an unknown encoding
-algorithm be written at all: the work fails.
+parsed entities, and comments. They are left out. What is left of an entity are its identifiers,
+with the references to it; a copy in XML text declares it again. For that, a document that has a
+document type is read twice, and kept in a temporary file meanwhile if it is not read from one. A
+reference without identifiers, which nothing outside of the document may declare, cannot be written
+in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
+standard error. The content of an unknown encoding algorithm cannot be written at all.
 
 %limits%
 
@@ -151,15 +156,23 @@ class Copier {
  private:
   void copy(Tavrin::XMLReader& reader) {
     if (!writer_) writer_ = createWriter(options_);
-    writer_->setOutputStream(&output_.stream());
     Relay relay(*writer_, &output_, input_, entities_.resolver());
+    relay.expectFrom(reader);
+    EntityDeclarations declarations;
+    if (relay.needsEntityDeclarations()) declarations.findIn(reader, input_);
+    relay.declare(&declarations);
+    WayBack wayBack(reader);
+    if (relay.mayLackWayBack()) relay.watch(&wayBack);
     relay.attachTo(reader);
+    // What cannot be read to its end is read only for the failure that comes first.
+    if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
     const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
       if (options_.lossy) return warn(place, message);
       throw Failure::document(place, message + " (see --entities and --lossy)");
     });
     parseInto(relay, reader, input_, entities_);
-    writer_.reset();  // Nothing of a document shall show in the next.
+    declarations.check();  // A file may have changed meanwhile.
+    writer_.reset();       // Nothing of a document shall show in the next.
   }
 
   [[noreturn]] void refuseSecond() const {

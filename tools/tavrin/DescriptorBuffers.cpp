@@ -1,16 +1,27 @@
 #include "DescriptorBuffers.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
+
+#include "KeptOctets.h"
 
 namespace tool {
 
 namespace {
 
 constexpr std::size_t kBufferSize = 65536;
+
+/// Whether what has been read can be read again: other things may let themselves be positioned,
+/// too, and give something else then.
+bool isFile(const Descriptor& descriptor) {
+  struct stat status {};
+  return fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
+}
 
 }  // namespace
 
@@ -32,8 +43,24 @@ int Descriptor::close() {
 InputBuffer::InputBuffer(const Descriptor& descriptor)
     : descriptor_(descriptor), buffer_(kBufferSize) {}
 
+InputBuffer::~InputBuffer() = default;
+
 /// Reads once; 0 octets at the end of the input and on failure.
 std::size_t InputBuffer::read(char* target, std::size_t size) {
+  if (!kept_) return readDescriptor(target, size);
+  std::size_t count = kept_->read(target, size);
+  received_ += count;
+  if (count > 0 || kept_->error() != 0) return count;
+  if (!isKeeping_) kept_.reset();
+  count = readDescriptor(target, size);
+  if (!kept_) return count;
+  isEnded_ = !kept_->append({target, count}) || isEnded_;
+  if (kept_->error() != 0) return 0;
+  kept_->skip(count);
+  return count;
+}
+
+std::size_t InputBuffer::readDescriptor(char* target, std::size_t size) {
   if (isEnded_) return 0;
   ssize_t count = 0;
   do {
@@ -47,8 +74,40 @@ std::size_t InputBuffer::read(char* target, std::size_t size) {
 }
 
 void InputBuffer::report() {
-  if (progress_) progress_->show(taken());
+  if (progress_) progress_->show(takenTwice_ + taken());
 }
+
+void InputBuffer::mark() {
+  mark_ = taken();
+  if (isFile(descriptor_)) return;
+  // The last document may have been kept, and with it what was read of this one.
+  const auto rest = std::exchange(kept_, std::make_unique<KeptOctets>());
+  const auto buffered = static_cast<std::size_t>(egptr() - gptr());
+  kept_->append({gptr(), buffered});
+  std::vector<char> block(rest ? kBufferSize : 0);
+  while (const std::size_t count = rest ? rest->read(block.data(), block.size()) : 0) {
+    kept_->append({block.data(), count});
+  }
+  kept_->skip(buffered);
+  isKeeping_ = true;
+}
+
+void InputBuffer::returnToMark() {
+  takenTwice_ += taken() - mark_;
+  isKeeping_ = false;
+  if (kept_) kept_->returnToStart();
+  // A read that failed on a file fails once more.
+  if (!kept_) {
+    lseek(descriptor_.number(), static_cast<off_t>(mark_) - static_cast<off_t>(received_),
+          SEEK_CUR);
+    isEnded_ = false;
+    error_ = 0;
+  }
+  received_ = mark_;
+  setg(buffer_.data(), buffer_.data(), buffer_.data());
+}
+
+int InputBuffer::keepingError() const { return kept_ ? kept_->error() : 0; }
 
 std::string_view InputBuffer::peek(std::size_t size) {
   auto held = static_cast<std::size_t>(egptr() - gptr());

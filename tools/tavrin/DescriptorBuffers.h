@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <streambuf>
 #include <string_view>
 #include <vector>
@@ -28,11 +29,14 @@ class Descriptor {
   int number_ = -1;
 };
 
+class KeptOctets;
+
 /// Reads from a descriptor. A failed read looks like the end of the input to the reading side, so
 /// that it crosses a library of any kind unharmed; afterwards error() tells them apart.
 class InputBuffer : public std::streambuf {
  public:
   explicit InputBuffer(const Descriptor& descriptor);
+  ~InputBuffer() override;
 
   /// The octets that come next, without taking them: at least `size`, unless the input is shorter.
   std::string_view peek(std::size_t size);
@@ -44,17 +48,31 @@ class InputBuffer : public std::streambuf {
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
 
+  /// Makes the octet that comes next the one to go back to. Until then, octets are kept that do not
+  /// come from a file.
+  void mark();
+  /// Goes back to the mark.
+  void returnToMark();
+  /// The error number of what failed about keeping octets, or 0. What could not be kept looks like
+  /// the end of the input.
+  int keepingError() const;
+
  protected:
   int_type underflow() override;
   std::streamsize xsgetn(char* target, std::streamsize size) override;
 
  private:
   std::size_t read(char* target, std::size_t size);
+  std::size_t readDescriptor(char* target, std::size_t size);
   void report();
 
   const Descriptor& descriptor_;
   std::vector<char> buffer_;
-  std::uint64_t received_ = 0;  // What has been taken, and what stands in the buffer.
+  std::uint64_t received_ = 0;        // What has been taken, and what stands in the buffer.
+  std::uint64_t mark_ = 0;            // What had been taken there,
+  std::uint64_t takenTwice_ = 0;      // and what has been taken behind it, before going back.
+  std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
+  bool isKeeping_ = false;
   Progress* progress_ = nullptr;
   bool isEnded_ = false;
   int error_ = 0;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "Failure.h"
 
@@ -37,7 +38,8 @@ void Input::showProgress() {
   struct stat status {};
   if (fstat(descriptor_.number(), &status) != 0) return;
   if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
-  progress_.emplace(static_cast<std::uint64_t>(status.st_size));
+  sizeToReturn_ = static_cast<std::uint64_t>(status.st_size);
+  progress_.emplace(sizeToReturn_);
   buffer_.reportTo(&*progress_);
 }
 
@@ -48,7 +50,17 @@ void Input::beginDocument() {
   documentStart_ = octetsRead();
 }
 
+void Input::expectToReturn() {
+  if (progress_) progress_->lengthen(std::exchange(sizeToReturn_, 0));
+}
+
+void Input::returnToMark() {
+  buffer_.returnToMark();
+  stream_.clear();
+}
+
 void Input::checkRead() const {
+  if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());
 }
 

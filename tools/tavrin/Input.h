@@ -40,6 +40,17 @@ class Input {
   std::uint64_t documentStart() const { return documentStart_; }
   /// @}
 
+  /// @name Reading twice
+  /// @{
+
+  /// The next octet is the one to go back to. Until then, octets are kept that do not come from a
+  /// file.
+  void mark() { buffer_.mark(); }
+  /// All up to the end will be read again, so that a progress bar counts it twice.
+  void expectToReturn();
+  void returnToMark();
+  /// @}
+
   /// Whether a progress bar may come up.
   bool hasProgress() const { return progress_.has_value(); }
   /// @throws Failure when what looked like the end of the document was a failed read
@@ -52,6 +63,7 @@ class Input {
   Descriptor descriptor_;
   InputBuffer buffer_;
   std::optional<Progress> progress_;
+  std::uint64_t sizeToReturn_ = 0;  // That of the file, until a progress bar counts it twice.
   std::uint64_t documentNumber_ = 0;
   std::uint64_t documentStart_ = 0;
   std::istream stream_;

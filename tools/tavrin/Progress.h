@@ -13,6 +13,8 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  /// There is so much more to do than was known.
+  void lengthen(std::uint64_t total) { total_ += total; }
   /// Draws the bar, unless it was drawn a moment ago.
   /// @param done so many octets of the total
   void show(std::uint64_t done);

@@ -82,6 +82,15 @@ void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentH
   setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler, &handler);
 }
 
+bool knowsTypedContent(Tavrin::XMLReader& reader) {
+  try {
+    reader.getProperty(Tavrin::properties::encodingAlgorithmContentHandler);
+    return true;
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    return false;
+  }
+}
+
 bool followsStandard(Tavrin::XMLReader& reader) {
   try {
     reader.getFeature(Tavrin::features::isStandalone);

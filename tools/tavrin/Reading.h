@@ -29,6 +29,9 @@ bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void
 /// nobody does, readers may refuse that of algorithms that they do not know.
 void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentHandler& handler);
 
+/// Whether a reader knows typed content, as those of Fast Infoset do.
+bool knowsTypedContent(Tavrin::XMLReader& reader);
+
 /// Whether a reader follows the standards: it can report all declarations, and it reports
 /// references to entities that were not read.
 bool followsStandard(Tavrin::XMLReader& reader);

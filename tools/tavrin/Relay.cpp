@@ -43,6 +43,15 @@ Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input
 void Relay::expectFrom(Tavrin::XMLReader& reader) {
   reader_ = &reader;
   readerFollowsStandard_ = tool::followsStandard(reader);
+  readerIsTyped_ = knowsTypedContent(reader);
+}
+
+bool Relay::needsEntityDeclarations() const {
+  return takesDeclarations() && readerIsTyped_ && typedWriter_ == nullptr;
+}
+
+bool Relay::mayLackWayBack() const {
+  return takesDeclarations() && !readerIsTyped_ && typedWriter_ != nullptr;
 }
 
 void Relay::attachTo(Tavrin::XMLReader& reader) {
@@ -99,11 +108,17 @@ void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
 void Relay::startDTD(const std::string& name, const std::string& publicId,
                      const std::string& systemId) {
   inDTD_ = true;
+  if (wayBack_) wayBack_->startDTD(publicId, systemId);
   pass([&] { writer_.startDTD(name, publicId, systemId); });
 }
 
 void Relay::endDTD() {
   inDTD_ = false;
+  if (entities_) {
+    for (const auto& [name, publicId, systemId] : entities_->entities()) {
+      pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
+    }
+  }
   pass([&] { writer_.endDTD(); });
 }
 
@@ -112,6 +127,11 @@ void Relay::skippedEntity(const std::string& name) {
     fail("entity \"" + name + "\" was not read, so the copy would lack it");
   }
   pass([&] { writer_.skippedEntity(name); });
+  if (wayBack_ == nullptr || inDTD_ || failure_) return;
+  const std::string obstacle = wayBack_->skippedEntity(name);
+  if (obstacle.empty()) return;
+  warn(placeReached(input_, locator_),
+       "The copy cannot be written as XML text again: " + obstacle + entityAt(locator_));
 }
 
 std::unique_ptr<std::istream> Relay::resolveEntity(const std::string& publicId,
@@ -216,6 +236,7 @@ void Relay::unparsedEntityDecl(const std::string& name, const std::string& publi
                                const std::string& systemId, const std::string& notationName) {
   if (inExternalSubset_) return;
   pass([&] { writer_.unparsedEntityDecl(name, publicId, systemId, notationName); });
+  if (wayBack_) wayBack_->unparsedEntityDecl(name, publicId, systemId, notationName);
 }
 
 void Relay::elementDecl(const std::string& name, const std::string& model) {
@@ -234,8 +255,9 @@ void Relay::internalEntityDecl(const std::string& name, const std::string& value
 
 void Relay::externalEntityDecl(const std::string& name, const std::string& publicId,
                                const std::string& systemId) {
-  // In Fast Infoset a reference has identifiers. In text it is too late for a declaration then.
+  // In Fast Infoset a reference has identifiers. In text it is declared already.
   if (!inDTD_ && typedWriter_ == nullptr) return;
+  if (wayBack_) wayBack_->externalEntityDecl(name, publicId, systemId);
   pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
 }
 

@@ -8,8 +8,10 @@
 #include <exception>
 #include <string>
 
+#include "EntityDeclarations.h"
 #include "Input.h"
 #include "Output.h"
+#include "WayBack.h"
 
 namespace tool {
 
@@ -51,6 +53,14 @@ class Relay : public Tavrin::ContentHandler,
   void expectFrom(Tavrin::XMLReader& reader);
   /// Whether declarations are passed on.
   bool takesDeclarations() const { return readerFollowsStandard_ && writerFollowsStandard_; }
+  /// Whether the writer has to be told of entities before the reader tells of them.
+  bool needsEntityDeclarations() const;
+  /// Sets the entities that the document type is to declare, beside its own; null for none.
+  void declare(const EntityDeclarations* entities) { entities_ = entities; }
+  /// Whether the copy keeps less of entities than would do for a copy of the copy.
+  bool mayLackWayBack() const;
+  /// Sets who sees what has no way back, to warn of it; null for nobody.
+  void watch(WayBack* wayBack) { wayBack_ = wayBack; }
   /// Takes note of an external entity that is not read.
   void passOver(const std::string& systemId);
   /// Throws the failure that was kept, if there is one.
@@ -109,7 +119,10 @@ class Relay : public Tavrin::ContentHandler,
   Tavrin::XMLReader* reader_ = nullptr;
   Tavrin::EntityResolver* resolver_;
   const Tavrin::Locator* locator_ = nullptr;
+  const EntityDeclarations* entities_ = nullptr;
+  WayBack* wayBack_ = nullptr;
   bool readerFollowsStandard_ = false;
+  bool readerIsTyped_ = false;
   bool writerFollowsStandard_;
   bool inDTD_ = false;
   bool inExternalSubset_ = false;

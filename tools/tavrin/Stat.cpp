@@ -144,10 +144,15 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
   std::ostream copy(&octets);
   writer->setOutputStream(&copy);
   Relay relay(*writer, nullptr, input);
+  relay.expectFrom(reader);
+  EntityDeclarations declarations;
+  if (relay.needsEntityDeclarations()) declarations.findIn(reader, input);
+  relay.declare(&declarations);
   DocumentCounter counter(relay, entities.resolver());
   counter.attachTo(reader);
   try {
     parse(reader, input, &entities);
+    declarations.check();  // A file may have changed meanwhile.
   } catch (...) {
     if (counter.refusal().empty()) relay.check();  // The reader may have kept it to itself.
     throw;
