@@ -20,7 +20,8 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
                                                              std::istream& stream) {
   checkEncodedLength(algorithms::boolean, length);
   std::vector<bool>& booleans = holder_.data_;
-  const int got = stream.get();
+  const SingleOctets source(stream);
+  const int got = source.get();
   const bool isMissing = got == std::istream::traits_type::eof();
   const unsigned first = isMissing ? kMissingOctet : static_cast<unsigned>(got);
   const unsigned unused = first >> (8 - kUnusedBits);
@@ -31,8 +32,8 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
     return holder_;
   }
 
-  const std::uint64_t count = bits - unused;
-  std::uint64_t missing = count;
+  const auto count = static_cast<std::uint32_t>(bits - unused);
+  std::uint32_t missing = count;
   booleans.clear();
   booleans.reserve(count);
   const auto takeBits = [&](unsigned octet, unsigned bit) {
@@ -40,9 +41,12 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   };
   takeBits(first, kFirstBooleanBit);
   // Octets that hold unused bits alone stay in the stream.
-  readBlocks((missing + 7) / 8, stream, [&](const unsigned char* octets, std::size_t read) {
-    for (std::size_t i = 0; i < read; ++i) takeBits(octets[i], kFirstBit);
-  });
+  while (missing > 0) {
+    const int octet = source.get();
+    if (octet == std::istream::traits_type::eof()) break;
+    takeBits(static_cast<unsigned>(octet), kFirstBit);
+  }
+  // Once a call has failed, the others change nothing any more.
   booleans.resize(count, true);
   return holder_;
 }

@@ -3,6 +3,7 @@
 #include <Tavrin/XMLReader_X891.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -24,8 +25,8 @@
 
 namespace Tavrin {
 
-/// A stream over the next octets of another one, for algorithms to decode from without a copy: none
-/// reads beyond its data.
+/// A stream over the next octets of another one, for algorithms to decode from without a copy of
+/// them all: none reads beyond its data.
 class NextOctets {
  public:
   /// @param source outlives this
@@ -33,7 +34,7 @@ class NextOctets {
       : buffer_(source, count), stream_(&buffer_) {}
 
   std::istream& stream() { return stream_; }
-  /// How many octets have been read.
+  /// How many octets have been taken from the other stream.
   std::uint64_t taken() const { return buffer_.taken; }
   /// Throws what the source threw, if anything.
   void rethrow() const {
@@ -44,13 +45,14 @@ class NextOctets {
   struct Buffer : std::streambuf {
     Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
 
-    std::streamsize xsgetn(char* octets, std::streamsize count) override {
-      const auto wanted = std::min(left, static_cast<std::uint64_t>(count));
+    int_type underflow() override {
+      const std::uint64_t wanted = std::min<std::uint64_t>(left, block.size());
       try {
-        const auto got = source.sgetn(octets, static_cast<std::streamsize>(wanted));
+        const auto got = source.sgetn(block.data(), static_cast<std::streamsize>(wanted));
+        setg(block.data(), block.data(), block.data() + got);
         taken += static_cast<std::uint64_t>(got);
         left -= static_cast<std::uint64_t>(got);
-        return got;
+        return got == 0 ? traits_type::eof() : traits_type::to_int_type(block[0]);
       } catch (...) {
         thrown = std::current_exception();  // A stream would keep it to itself.
         throw;
@@ -61,6 +63,7 @@ class NextOctets {
     std::uint64_t left;
     std::uint64_t taken = 0;
     std::exception_ptr thrown;
+    std::array<char, 8192> block;
   };
 
   Buffer buffer_;

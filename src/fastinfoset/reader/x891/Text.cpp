@@ -225,7 +225,6 @@ EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned 
   octetsRead_ += octets.taken();
   octets.rethrow();
   if (octets.stream().fail()) failAtEnd();
-  if (octets.taken() < length) fail(kOtherLength);
   return decoded;
 }
 
