@@ -10,7 +10,6 @@ namespace Tavrin {
 
 namespace {
 
-constexpr unsigned kUnusedBits = 4;                         // The width of that number.
 constexpr unsigned kFirstBit = 0x80;                        // Of an octet.
 constexpr unsigned kFirstBooleanBit = 0x80 >> kUnusedBits;  // Of the first octet.
 
@@ -32,7 +31,7 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
     return holder_;
   }
 
-  const auto count = static_cast<std::uint32_t>(bits - unused);
+  const std::uint32_t count = countBooleans(first, length);
   std::uint32_t missing = count;
   booleans.clear();
   booleans.reserve(count);
@@ -62,7 +61,7 @@ void BooleanEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vecto
     writeSize(algorithms::boolean, chunk, 0, stream);
     return;
   }
-  const std::size_t octets = (value.size() + kUnusedBits + 7) / 8;
+  const std::size_t octets = octetsOfBooleans(value.size());
   const std::size_t unused = 8 * octets - kUnusedBits - value.size();
   writeSize(algorithms::boolean, chunk, static_cast<std::uint32_t>(octets), stream);
   auto octet = static_cast<unsigned>(unused << (8 - kUnusedBits));

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "../../io/SingleOctets.h"
 #include "../../typed/EncodedLength.h"
 #include "../Dialect.h"
 #include "../Octets.h"
@@ -18,9 +19,6 @@ namespace Tavrin {
 using namespace fastinfoset;
 
 namespace {
-
-/// From here on, the first octet of booleans says that at least eight bits are unused.
-constexpr int kUnusedOctet = 0x80;
 
 bool isString(unsigned field) {
   return field == algorithms::hexadecimal || field == algorithms::base64 ||
@@ -85,8 +83,8 @@ EncodedData& XMLReader_FI::decodeLarge(EncodingAlgorithm& algorithm, unsigned fi
   const bool isBoolean = field == algorithms::boolean;
   const int first = isBoolean ? getOctet() : 0;
   if (first == std::istream::traits_type::eof()) failAtEnd();
-  // Of more than seven unused bits, the algorithm leaves the octet that has no other.
-  const std::uint64_t taken = first >= kUnusedOctet ? length - 1 : length;
+  const std::uint64_t taken =
+      isBoolean ? octetsOfBooleans(countBooleans(static_cast<unsigned>(first), length)) : length;
   std::size_t pending = isBoolean ? 1 : 0;  // The octet that has been read already.
   std::string octets;
   readPieces(taken, octets, [&](char* piece, std::streamsize wanted) -> std::streamsize {
