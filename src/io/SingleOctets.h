@@ -15,7 +15,7 @@ class GetArea {
  public:
   explicit GetArea(std::streambuf& buffer) : buffer_(buffer) {}
 
-  const char* begin() const { return (buffer_.*Members::begin())(); }
+  char* begin() const { return (buffer_.*Members::begin())(); }
   bool isEmpty() const { return begin() >= end(); }
   std::size_t size() const {
     return isEmpty() ? 0 : std::min(static_cast<std::size_t>(end() - begin()), kMost);

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "../../../io/SingleOctets.h"
 #include "../../../typed/ExactNumbers.h"
 #include "../../../xml/NamespaceBindings.h"
 #include "../../../xml/UniqueAttributes.h"
@@ -45,18 +46,29 @@ class NextOctets {
   struct Buffer : std::streambuf {
     Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
 
+    // What the source has at hand stays where it is until it is asked for more.
     int_type underflow() override {
-      const std::uint64_t wanted = std::min<std::uint64_t>(left, block.size());
+      const GetArea atHand(source);
+      if (const auto count = std::min<std::uint64_t>(left, atHand.size()); count > 0) {
+        char* const octets = atHand.begin();
+        atHand.take(count);
+        return show(octets, count);
+      }
+      const auto wanted = std::min<std::uint64_t>(left, block.size());
       try {
         const auto got = source.sgetn(block.data(), static_cast<std::streamsize>(wanted));
-        setg(block.data(), block.data(), block.data() + got);
-        taken += static_cast<std::uint64_t>(got);
-        left -= static_cast<std::uint64_t>(got);
-        return got == 0 ? traits_type::eof() : traits_type::to_int_type(block[0]);
+        return show(block.data(), static_cast<std::uint64_t>(got));
       } catch (...) {
         thrown = std::current_exception();  // A stream would keep it to itself.
         throw;
       }
+    }
+
+    int_type show(char* octets, std::uint64_t count) {
+      setg(octets, octets, octets + count);
+      taken += count;
+      left -= count;
+      return count == 0 ? traits_type::eof() : traits_type::to_int_type(*octets);
     }
 
     std::streambuf& source;
