@@ -148,7 +148,7 @@ void expectPlain(const Sink& sink, std::size_t count) {
   }
 }
 
-constexpr std::size_t kAreas[] = {0, 1, 3, 8, 4096};
+constexpr std::size_t kAreas[] = {0, 1, 3, 8, 100};
 constexpr std::ios::iostate kAll = std::ios::badbit | std::ios::eofbit | std::ios::failbit;
 
 template <typename K>
