@@ -10,7 +10,6 @@ namespace Tavrin {
 
 namespace {
 
-constexpr unsigned kUnusedBits = 4;                         // The width of that number.
 constexpr unsigned kFirstBit = 0x80;                        // Of an octet.
 constexpr unsigned kFirstBooleanBit = 0x80 >> kUnusedBits;  // Of the first octet.
 
@@ -20,7 +19,8 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
                                                              std::istream& stream) {
   checkEncodedLength(algorithms::boolean, length);
   std::vector<bool>& booleans = holder_.data_;
-  const int got = stream.get();
+  const SingleOctets source(stream);
+  const int got = source.get();
   const bool isMissing = got == std::istream::traits_type::eof();
   const unsigned first = isMissing ? kMissingOctet : static_cast<unsigned>(got);
   const unsigned unused = first >> (8 - kUnusedBits);
@@ -31,8 +31,8 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
     return holder_;
   }
 
-  const std::uint64_t count = bits - unused;
-  std::uint64_t missing = count;
+  const std::uint32_t count = countBooleans(first, length);
+  std::uint32_t missing = count;
   booleans.clear();
   booleans.reserve(count);
   const auto takeBits = [&](unsigned octet, unsigned bit) {
@@ -40,9 +40,12 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   };
   takeBits(first, kFirstBooleanBit);
   // Octets that hold unused bits alone stay in the stream.
-  readBlocks((missing + 7) / 8, stream, [&](const unsigned char* octets, std::size_t read) {
-    for (std::size_t i = 0; i < read; ++i) takeBits(octets[i], kFirstBit);
-  });
+  while (missing > 0) {
+    const int octet = source.get();
+    if (octet == std::istream::traits_type::eof()) break;
+    takeBits(static_cast<unsigned>(octet), kFirstBit);
+  }
+  // Once a call has failed, the others change nothing any more.
   booleans.resize(count, true);
   return holder_;
 }
@@ -58,7 +61,7 @@ void BooleanEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vecto
     writeSize(algorithms::boolean, chunk, 0, stream);
     return;
   }
-  const std::size_t octets = (value.size() + kUnusedBits + 7) / 8;
+  const std::size_t octets = octetsOfBooleans(value.size());
   const std::size_t unused = 8 * octets - kUnusedBits - value.size();
   writeSize(algorithms::boolean, chunk, static_cast<std::uint32_t>(octets), stream);
   auto octet = static_cast<unsigned>(unused << (8 - kUnusedBits));

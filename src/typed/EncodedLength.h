@@ -12,4 +12,17 @@ inline constexpr const char* kInvalidBooleanLength = "Invalid length for encoded
 /// @throws EncodingAlgorithmException for a length that the values cannot have
 void checkEncodedLength(int algorithm, std::uint64_t length);
 
+/// How many bits of the first octet of booleans hold the number of unused bits.
+inline constexpr unsigned kUnusedBits = 4;
+
+/// How many booleans there are, in 32 bits, however many octets are said to hold them.
+/// @param first  their first octet; at most as many bits are unused as there are
+/// @param length how many octets are stated, at least one
+inline std::uint32_t countBooleans(unsigned first, std::uint64_t length) {
+  return static_cast<std::uint32_t>(8 * length - kUnusedBits - (first >> (8 - kUnusedBits)));
+}
+
+/// How many octets hold so many booleans: at least the first.
+inline std::uint64_t octetsOfBooleans(std::uint64_t count) { return (count + kUnusedBits + 7) / 8; }
+
 }  // namespace Tavrin

@@ -22,7 +22,7 @@ template <typename Bits, typename Item, typename BitsOf>
 void encodeItems(const EncodingAlgorithm& algorithm, int index, bool chunk,
                  const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
   algorithm.writeSize(index, chunk, length32(sizeof(Bits) * items.size()), stream);
-  writeItems<Bits>(items, stream, bitsOf);
+  writeNumbers<Bits>(items, stream, bitsOf);
 }
 
 }  // namespace
@@ -82,8 +82,8 @@ void CDATAEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string&
 EncodedData& ShortEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                            std::istream& stream) {
   checkEncodedLength(algorithms::shortInteger, length);
-  readItems<std::uint16_t>(length, stream, holder_.data_,
-                           [](std::uint16_t bits) { return static_cast<short>(bits); });
+  readNumbers<std::uint16_t>(length, stream, holder_.data_,
+                             [](std::uint16_t bits) { return static_cast<short>(bits); });
   return holder_;
 }
 
@@ -101,7 +101,7 @@ void ShortEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<
 EncodedData& IntEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                          std::istream& stream) {
   checkEncodedLength(algorithms::integer, length);
-  readItems<std::uint32_t>(length, stream, holder_.data_, [](std::uint32_t bits) {
+  readNumbers<std::uint32_t>(length, stream, holder_.data_, [](std::uint32_t bits) {
     return long{static_cast<std::int32_t>(bits)};
   });
   return holder_;
@@ -121,8 +121,8 @@ void IntEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<lo
 EncodedData& LongEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                           std::istream& stream) {
   checkEncodedLength(algorithms::longInteger, length);
-  readItems<std::uint64_t>(length, stream, holder_.data_,
-                           [](std::uint64_t bits) { return static_cast<long>(bits); });
+  readNumbers<std::uint64_t>(length, stream, holder_.data_,
+                             [](std::uint64_t bits) { return static_cast<long>(bits); });
   return holder_;
 }
 
@@ -142,8 +142,8 @@ void LongEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<l
 EncodedData& FloatEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                            std::istream& stream) {
   checkEncodedLength(algorithms::floatNumber, length);
-  readItems<std::uint32_t>(length, stream, holder_.data_,
-                           [](std::uint32_t bits) { return std::bit_cast<float>(bits); });
+  readNumbers<std::uint32_t>(length, stream, holder_.data_,
+                             [](std::uint32_t bits) { return std::bit_cast<float>(bits); });
   return holder_;
 }
 
@@ -161,8 +161,8 @@ void FloatEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<
 EncodedData& DoubleEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                             std::istream& stream) {
   checkEncodedLength(algorithms::doubleNumber, length);
-  readItems<std::uint64_t>(length, stream, holder_.data_,
-                           [](std::uint64_t bits) { return std::bit_cast<double>(bits); });
+  readNumbers<std::uint64_t>(length, stream, holder_.data_,
+                             [](std::uint64_t bits) { return std::bit_cast<double>(bits); });
   return holder_;
 }
 
@@ -182,17 +182,7 @@ void DoubleEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector
 EncodedData& UUIDEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
                                                           std::istream& stream) {
   checkEncodedLength(algorithms::uuid, length);
-  std::vector<UUID>& uuids = holder_.data_;
-  uuids.clear();
-  uuids.reserve(length / sizeof(UUID));
-  readBlocks(length, stream, [&uuids](const unsigned char* octets, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += sizeof(UUID)) {
-      std::copy_n(octets + i, sizeof(UUID), uuids.emplace_back().begin());
-    }
-  });
-  UUID missing;
-  missing.fill(kMissingOctet);
-  uuids.resize(length / sizeof(UUID), missing);
+  readItems<UUID>(length, stream, holder_.data_, [](const UUID& uuid) { return uuid; });
   return holder_;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -10,74 +11,96 @@
 #include <string>
 #include <vector>
 
-/// Octets of arrays, read and written in blocks of a fixed size.
-namespace Tavrin {
+#include "../io/SingleOctets.h"
+#include "../writer/WriteOctets.h"
 
-inline constexpr std::size_t kBlockOctets = 8192;
+/// The octets of arrays are read and written one by one, with the stream's single-octet operations;
+/// those of strings as one block.
+namespace Tavrin {
 
 /// What counts in the place of an octet that the stream does not have.
 inline constexpr unsigned char kMissingOctet = 0xFF;
 
-/// Reads a number of octets block by block and hands each block on. A block in which octets are
-/// missing is the last.
-/// @param take called as take(const unsigned char* octets, std::size_t count)
-template <typename Take>
-void readBlocks(std::uint64_t length, std::istream& stream, Take take) {
-  unsigned char block[kBlockOctets];
-  while (length > 0) {
-    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, sizeof block));
-    stream.read(reinterpret_cast<char*>(block), static_cast<std::streamsize>(wanted));
-    const auto got = static_cast<std::size_t>(stream.gcount());
-    std::fill(block + got, block + wanted, kMissingOctet);
-    take(block, wanted);
-    if (got < wanted) return;
-    length -= wanted;
-  }
-}
-
 /// A number of which the most significant octet comes first.
 template <typename Bits>
-Bits bigEndian(const unsigned char* octets) {
+Bits bigEndian(Bits bits) {
   static_assert(std::endian::native == std::endian::little);
-  Bits bits = 0;
-  std::memcpy(&bits, octets, sizeof bits);
   if constexpr (sizeof bits == 2) return __builtin_bswap16(bits);
   if constexpr (sizeof bits == 4) return __builtin_bswap32(bits);
   if constexpr (sizeof bits == 8) return __builtin_bswap64(bits);
 }
 
+/// Reads items, each of so many octets as Octets has.
+/// @param itemOf turns Octets, in which they stand as they came, into an element of the vector
+template <typename Octets, typename Item, typename ItemOf>
+void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
+               ItemOf itemOf) {
+  constexpr std::size_t kSize = sizeof(Octets);
+  constexpr std::size_t kBlock = 8192;  // So much stays at hand for a processor.
+  const std::size_t count = length / kSize;
+  const SingleOctets source(stream);
+  const auto itemAt = [itemOf](const void* octets) {
+    Octets item;
+    std::memcpy(&item, octets, sizeof item);
+    return itemOf(item);
+  };
+  items.clear();
+  items.reserve(count);
+  while (items.size() < count) {
+    const std::size_t begin = items.size();
+    const auto run = source.takeAtHand(std::min((count - begin) * kSize, kBlock), kSize);
+    if (!run.empty()) {
+      items.resize(begin + run.size() / kSize);
+      const char* at = run.data();
+      for (std::size_t i = begin; i < items.size(); ++i, at += kSize) items[i] = itemAt(at);
+      continue;
+    }
+    std::array<unsigned char, kSize> octets;
+    bool isMissing = false;
+    for (unsigned char& octet : octets) {
+      const int got = source.get();
+      isMissing = got == std::istream::traits_type::eof();
+      octet = isMissing ? kMissingOctet : static_cast<unsigned char>(got);
+    }
+    items.push_back(itemAt(octets.data()));
+    if (!isMissing) continue;
+    // Once a call has failed, the others change nothing any more.
+    octets.fill(kMissingOctet);
+    items.resize(count, itemAt(octets.data()));
+  }
+}
+
 /// Reads numbers of the unsigned type Bits, most significant octet first.
 /// @param itemOf turns the bits into an element of the vector
 template <typename Bits, typename Item, typename ItemOf>
-void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
-               ItemOf itemOf) {
-  items.clear();
-  items.reserve(length / sizeof(Bits));
-  readBlocks(length, stream, [&](const unsigned char* octets, std::size_t count) {
-    const std::size_t begin = items.size();
-    items.resize(begin + (count + sizeof(Bits) - 1) / sizeof(Bits));
-    for (std::size_t i = begin; i < items.size(); ++i, octets += sizeof(Bits)) {
-      items[i] = itemOf(bigEndian<Bits>(octets));
-    }
-  });
-  items.resize(length / sizeof(Bits), itemOf(static_cast<Bits>(~Bits{0})));
+void readNumbers(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
+                 ItemOf itemOf) {
+  readItems<Bits>(length, stream, items, [itemOf](Bits bits) { return itemOf(bigEndian(bits)); });
 }
 
-/// Writes numbers of the unsigned type Bits, most significant octet first.
+/// Writes numbers of the unsigned type Bits, most significant octet first. Where the stream's put
+/// has nothing to do but to take room in the buffer, that is done for many at once.
 /// @param bitsOf turns an element of the vector into its bits
 template <typename Bits, typename Item, typename BitsOf>
-void writeItems(const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
-  char block[kBlockOctets];
-  std::size_t used = 0;
-  for (const Item item : items) {
-    const Bits bits = bitsOf(item);
-    for (std::size_t k = sizeof(Bits); k-- > 0;) block[used++] = static_cast<char>(bits >> (8 * k));
-    if (used == sizeof block) {
-      stream.write(block, static_cast<std::streamsize>(used));
-      used = 0;
+void writeNumbers(const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
+  constexpr std::size_t kSize = sizeof(Bits);
+  const auto putInto = [bitsOf](Item item, char* octets) {
+    const Bits bits = bigEndian<Bits>(bitsOf(item));
+    std::memcpy(octets, &bits, sizeof bits);
+  };
+  for (std::size_t i = 0; i < items.size();) {
+    if (isReady(stream)) {
+      const Room room(*stream.rdbuf());
+      const std::size_t count = std::min(items.size() - i, room.size() / kSize);
+      char* at = room.begin();
+      for (const std::size_t end = i + count; i < end; ++i, at += kSize) putInto(items[i], at);
+      room.take(count * kSize);
+      if (i == items.size()) return;
     }
+    std::array<char, kSize> octets;
+    putInto(items[i++], octets.data());
+    for (const char octet : octets) stream.put(octet);
   }
-  stream.write(block, static_cast<std::streamsize>(used));
 }
 
 /// Reads octets over a string. Where the stream ends early, the rest of the string stays as the

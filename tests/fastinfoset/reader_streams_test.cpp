@@ -275,5 +275,61 @@ TEST(FIReaderStream, GivesALiteralInOnePiece) {
   EXPECT_EQ((std::vector<std::streamsize>{2, 1000000, 1, 1, 3}), buffer.reads);
 }
 
+/// Says of no more octets than a few that they are there.
+class SecretiveBulkBuffer : public BulkBuffer {
+ public:
+  explicit SecretiveBulkBuffer(std::string octets) : BulkBuffer({}), octets_(std::move(octets)) {}
+
+ protected:
+  int_type underflow() override {
+    if (next_ == octets_.size()) return traits_type::eof();
+    const std::size_t end = std::min(octets_.size(), next_ + 1000);
+    setg(&octets_[next_], &octets_[next_], octets_.data() + end);
+    next_ = end;
+    return traits_type::to_int_type(*gptr());
+  }
+  std::streamsize showmanyc() override { return 0; }
+
+ private:
+  std::string octets_;
+  std::size_t next_ = 0;
+};
+
+// Of numbers, too, each octet is one call of get, also where they wait until all have arrived.
+TEST(FIReaderStream, GivesTheOctetsOfNumbersOneByOne) {
+  for (const std::size_t size : {std::size_t{400}, std::size_t{200000}}) {
+    for (const unsigned field : {2U, 3U, 4U, 5U, 6U, 7U}) {
+      SCOPED_TRACE(std::to_string(size) + ", " + std::to_string(field));
+      const std::string data(size, '\x01');
+      const std::string all = document("3C 00 'a'") + bigEndian(0x8C03 | field << 2, 2) +
+                              bigEndian(size - 259, 4) + data + octets("F0 F0");
+      SecretiveBulkBuffer buffer(all);
+      std::istream stream(&buffer);
+      Tavrin::XMLReader_FI reader;
+      EXPECT_EQ("done", parse(reader, stream));
+      EXPECT_EQ(std::vector<std::streamsize>{1}, buffer.reads);  // The name.
+      EXPECT_EQ(1, stream.gcount());
+
+      SecretiveBulkBuffer tiedBuffer(all);
+      std::istream tiedStream(&tiedBuffer);
+      struct Counting : std::stringbuf {
+        std::size_t flushes = 0;
+        int sync() override { return ++flushes, 0; }
+      } flushed;
+      std::ostream out(&flushed);
+      tiedStream.tie(&out);
+      EXPECT_EQ("done", parse(reader, tiedStream));
+      EXPECT_EQ(all.size() - 1, flushed.flushes);
+    }
+  }
+}
+
+TEST(FIReaderStream, GivesAsManyOctetsOfBooleansAsTheirCountIn32BitsNeeds) {
+  LoggedReader reader;
+  reader.log.attachPrimitiveTypesTo(reader.reader);
+  EXPECT_EQ(wholeContent({"booleans(1 0 1 0)"}),
+            reader.read(documentOfContent("8C 17 1F FF FE FE 0A")));
+}
+
 }  // namespace
 }  // namespace reader_test

@@ -220,6 +220,11 @@ TEST(X891ReaderTyped, BooleansWithMoreUnusedBitsThanAnOctetHas) {
   }
 }
 
+TEST(X891ReaderTyped, BooleansThatAreMoreThanAreCounted) {
+  // 536870913 octets are stated, and one more than are taken.
+  expectContentRefused("8C 17 1F FF FE FE", "0A FF", "Booleans longer than 536870912 octets");
+}
+
 // --- Floating-point numbers ---
 
 TEST(X891ReaderTyped, FloatsReadBackAsTheSameNumbers) {

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 
+#include "../../io/SingleOctets.h"
 #include "../../typed/EncodedLength.h"
 #include "../Dialect.h"
 #include "../Octets.h"
@@ -18,8 +20,10 @@ using namespace fastinfoset;
 
 namespace {
 
-/// From here on, the first octet of booleans says that at least eight bits are unused.
-constexpr int kUnusedOctet = 0x80;
+bool isString(unsigned field) {
+  return field == algorithms::hexadecimal || field == algorithms::base64 ||
+         field == algorithms::cdata;
+}
 
 }  // namespace
 
@@ -72,19 +76,27 @@ EncodedData& XMLReader_FI::dialectDecodeWith(EncodingAlgorithm& algorithm, unsig
   return value;
 }
 
-/// Waits for the octets of a value, and lets a built-in algorithm decode them.
+/// Waits for the octets of a value, and lets a built-in algorithm decode them. They are read with
+/// the operation of the stream with which the algorithm would read them.
 EncodedData& XMLReader_FI::decodeLarge(EncodingAlgorithm& algorithm, unsigned field,
                                        unsigned long length) {
-  std::uint64_t taken = length;
-  if (field == algorithms::boolean) {
-    // Of more than seven unused bits, the algorithm leaves the octet that has no other.
-    const int first = source_->rdbuf()->sgetc();
-    if (first >= kUnusedOctet) --taken;  // The end of the stream is below all octets.
-  }
+  const bool isBoolean = field == algorithms::boolean;
+  const int first = isBoolean ? getOctet() : 0;
+  if (first == std::istream::traits_type::eof()) failAtEnd();
+  const std::uint64_t taken =
+      isBoolean ? octetsOfBooleans(countBooleans(static_cast<unsigned>(first), length)) : length;
+  std::size_t pending = isBoolean ? 1 : 0;  // The octet that has been read already.
   std::string octets;
-  readPieces(taken, octets, [this](char* piece, std::streamsize wanted) {
-    stream_->read(piece, wanted);
-    return stream_->gcount();
+  readPieces(taken, octets, [&](char* piece, std::streamsize wanted) -> std::streamsize {
+    if (isString(field)) {
+      stream_->read(piece, wanted);
+      return stream_->gcount();
+    }
+    if (pending > 0) *piece = static_cast<char>(first);
+    const std::size_t begin = std::exchange(pending, 0);
+    const SingleOctets source(*stream_, *source_);
+    return static_cast<std::streamsize>(
+        begin + source.copy(piece + begin, static_cast<std::size_t>(wanted) - begin));
   });
   OctetStream stream;
   return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));

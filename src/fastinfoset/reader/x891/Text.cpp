@@ -177,6 +177,9 @@ Exact& takeOver(EncodedData& holder, Exact& exact) {
 
 constexpr const char* kOtherLength = "Encoded data of another length than its value";
 
+/// More may hold more booleans than are counted.
+constexpr unsigned long kMostOctetsOfBooleans = (1UL << 32) / CHAR_BIT;
+
 /// How many octets a number of a built-in algorithm takes; 0 where that is not what it encodes.
 std::size_t sizeOfItems(unsigned field) {
   switch (field) {
@@ -225,7 +228,6 @@ EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned 
   octetsRead_ += octets.taken();
   octets.rethrow();
   if (octets.stream().fail()) failAtEnd();
-  if (octets.taken() < length) fail(kOtherLength);
   return decoded;
 }
 
@@ -238,6 +240,9 @@ EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, uns
   checkLiteralLength(length);
   // What a derived reader puts in the place of a built-in algorithm may read otherwise.
   const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
+  if (isBuiltIn && field == algorithms::boolean && length > kMostOctetsOfBooleans) {
+    fail("Booleans longer than " + std::to_string(kMostOctetsOfBooleans) + " octets");
+  }
   const std::size_t itemSize = isBuiltIn ? sizeOfItems(field) : 0;
   EncodedData* const decoded = itemSize > 0 && length % itemSize == 0 && haveArrived(length)
                                    ? &decodeItems(algorithm, length)

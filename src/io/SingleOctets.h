@@ -1,0 +1,111 @@
+#pragma once
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstring>
+#include <istream>
+#include <streambuf>
+#include <string_view>
+
+namespace Tavrin {
+
+/// The octets that a stream's buffer has at hand: those of its get area.
+class GetArea {
+ public:
+  explicit GetArea(std::streambuf& buffer) : buffer_(buffer) {}
+
+  char* begin() const { return (buffer_.*Members::begin())(); }
+  bool isEmpty() const { return begin() >= end(); }
+  std::size_t size() const {
+    return isEmpty() ? 0 : std::min(static_cast<std::size_t>(end() - begin()), kMost);
+  }
+
+  /// Takes octets that are there, as `sbumpc` takes each.
+  void take(std::size_t count) const { (buffer_.*Members::advance())(static_cast<int>(count)); }
+
+ private:
+  static constexpr std::size_t kMost = INT_MAX;
+
+  /// Names the protected members of a buffer.
+  struct Members : std::streambuf {
+    using Get = char* (std::streambuf::*)() const;
+    static constexpr Get begin() { return &Members::gptr; }
+    static constexpr Get end() { return &Members::egptr; }
+    static constexpr void (std::streambuf::*advance())(int) { return &Members::gbump; }
+  };
+
+  const char* end() const { return (buffer_.*Members::end())(); }
+
+  std::streambuf& buffer_;
+};
+
+/// The octets of a stream as its single-octet `get` gives them, one call for each: whatever the
+/// stream and its buffer are, nothing else is to be seen. Where no stream is tied to it and the
+/// octets are at hand already, a call is to take one and to count it. Measured: with the call each
+/// time, reading text takes half as long again.
+class SingleOctets {
+ public:
+  explicit SingleOctets(std::istream& stream) : SingleOctets(stream, stream) {}
+  /// @param base of the stream; who has it at hand need not look it up
+  SingleOctets(std::istream& stream, std::ios& base) : stream_(stream), base_(base) {}
+
+  /// As the stream's `get`.
+  int get() const {
+    if (isReady() && !GetArea(*base_.rdbuf()).isEmpty()) {
+      countOne();
+      return base_.rdbuf()->sbumpc();
+    }
+    return stream_.get();
+  }
+
+  /// Takes octets that are at hand, in units of some size.
+  /// @param most a multiple of the unit
+  /// @return where they are until the next octet is taken; none where the calls have more to do
+  std::string_view takeAtHand(std::size_t most, std::size_t unit = 1) const {
+    if (!isReady()) return {};
+    const GetArea area(*base_.rdbuf());
+    const std::string_view octets(area.begin(), std::min(most, area.size() / unit * unit));
+    if (octets.empty()) return {};
+    area.take(octets.size());
+    countOne();
+    return octets;
+  }
+
+  /// Copies the next octets.
+  /// @return how many came before the first that is missing
+  std::size_t copy(char* octets, std::size_t count) const {
+    std::size_t copied = 0;
+    while (copied < count) {
+      if (const auto run = takeAtHand(count - copied); !run.empty()) {
+        std::memcpy(octets + copied, run.data(), run.size());
+        copied += run.size();
+      } else if (const int octet = get(); octet != std::istream::traits_type::eof()) {
+        octets[copied++] = static_cast<char>(octet);
+      } else {
+        break;
+      }
+    }
+    return copied;
+  }
+
+ private:
+#ifdef __GLIBCXX__
+  bool isReady() const { return base_.good() && base_.tie() == nullptr; }
+  void countOne() const {
+    struct Members : std::istream {
+      static constexpr std::streamsize std::istream::*count() { return &Members::_M_gcount; }
+    };
+    stream_.*Members::count() = 1;
+  }
+#else
+  // The count cannot be set.
+  static constexpr bool isReady() { return false; }
+  static constexpr void countOne() {}
+#endif
+
+  std::istream& stream_;
+  std::ios& base_;
+};
+
+}  // namespace Tavrin
