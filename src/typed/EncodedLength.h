@@ -22,6 +22,10 @@ inline std::uint32_t countBooleans(unsigned first, std::uint64_t length) {
   return static_cast<std::uint32_t>(8 * length - kUnusedBits - (first >> (8 - kUnusedBits)));
 }
 
+/// So many octets hold no more booleans than 32 bits can count.
+inline constexpr std::uint64_t kMostOctetsOfBooleans = 536870912;
+inline constexpr const char* kTooManyBooleans = "Booleans longer than 536870912 octets";
+
 /// How many octets hold so many booleans: at least the first.
 inline std::uint64_t octetsOfBooleans(std::uint64_t count) { return (count + kUnusedBits + 7) / 8; }
 

@@ -167,6 +167,12 @@ TEST(X891WriterTypedAttributes, HaveEveryBuiltInAlgorithm) {
             hex("30 88 07 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F"));
 }
 
+// Readers count booleans in 32 bits.
+TEST(X891WriterTyped, BooleansAreNoMoreThanAreCounted) {
+  EXPECT_EQ(refusal([](Writer& w) { w.booleans(std::vector<bool>(std::size_t{1} << 32)); }),
+            "SAXException: Booleans longer than 536870912 octets");
+}
+
 TEST(X891WriterTypedAttributes, AreTheEmptyStringWhereTheyAreEmpty) {
   EXPECT_EQ(attribute<Base64Data>(1, ""), hex("FF"));
   EXPECT_EQ(attribute<IntData>(3, std::vector<long>{}), hex("FF"));

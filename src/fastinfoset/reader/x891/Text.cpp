@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "../../../sax/PropertyName.h"
+#include "../../../typed/EncodedLength.h"
 #include "../../Dialect.h"
 #include "../../Octets.h"
 #include "../Pieces.h"
@@ -177,9 +178,6 @@ Exact& takeOver(EncodedData& holder, Exact& exact) {
 
 constexpr const char* kOtherLength = "Encoded data of another length than its value";
 
-/// More may hold more booleans than are counted.
-constexpr unsigned long kMostOctetsOfBooleans = (1UL << 32) / CHAR_BIT;
-
 /// How many octets a number of a built-in algorithm takes; 0 where that is not what it encodes.
 std::size_t sizeOfItems(unsigned field) {
   switch (field) {
@@ -241,7 +239,7 @@ EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, uns
   // What a derived reader puts in the place of a built-in algorithm may read otherwise.
   const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
   if (isBuiltIn && field == algorithms::boolean && length > kMostOctetsOfBooleans) {
-    fail("Booleans longer than " + std::to_string(kMostOctetsOfBooleans) + " octets");
+    fail(kTooManyBooleans);
   }
   const std::size_t itemSize = isBuiltIn ? sizeOfItems(field) : 0;
   EncodedData* const decoded = itemSize > 0 && length % itemSize == 0 && haveArrived(length)

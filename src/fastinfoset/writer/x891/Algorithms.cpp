@@ -5,6 +5,7 @@
 #include <sstream>
 #include <streambuf>
 
+#include "../../../typed/EncodedLength.h"
 #include "../../Dialect.h"
 #include "../../Integers.h"
 #include "../../Octets.h"
@@ -80,8 +81,10 @@ void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
 // --- Checks ---
 
 std::uint64_t XMLWriter_X891::octetsOfBooleans(std::size_t count) {
-  // Four bits tell how many bits of the last octet are unused.
-  return count == 0 ? 0 : (std::uint64_t{count} + 4 + 7) / 8;
+  if (count == 0) return 0;
+  const std::uint64_t octets = Tavrin::octetsOfBooleans(count);
+  if (octets > kMostOctetsOfBooleans) throw SAXException(kTooManyBooleans);
+  return octets;
 }
 
 /// The algorithms take lengths of 32 bits.
