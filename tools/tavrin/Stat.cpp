@@ -13,6 +13,7 @@
 #include "DocumentCounter.h"
 #include "EntityFiles.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -146,6 +147,9 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
   Relay relay(*writer, nullptr, input);
   DocumentCounter counter(relay, entities.resolver());
   counter.attachTo(reader);
+  const Losses losses(reader, input, [&counter](const auto& place, const auto& message) {
+    counter.refuse(Failure::document(place, message));
+  });
   try {
     parse(reader, input, &entities);
   } catch (...) {
