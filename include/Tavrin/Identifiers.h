@@ -78,14 +78,14 @@ constexpr char amplificationThreshold[] =
 /// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. A string
 /// counts with its length and 128 octets, a name with three times the length of its parts and 320:
 /// no less than what a reader takes for them. In a reader, what it keeps beside the tables counts
-/// alike as long as it is kept: the namespace declarations of open elements, the attributes of a
-/// start tag, what waits for the root element, identifiers of entities. It stops a document without
-/// an end that is nothing else. A reader refuses a document that needs more (default 512 MiB), a
-/// writer adds no more entries (default 64 MiB).
+/// alike as long as it is kept: namespace declarations of open elements, attributes of a start tag
+/// and what their text takes beyond its octets, what waits for the root element, identifiers of
+/// entities. It stops a document without an end that is nothing else. A reader refuses a document
+/// that needs more (default 512 MiB), a writer adds no more entries (default 64 MiB).
 constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maximum-table-octets";
 /// Reader "X891": how many octets one string or typed value may take in the document, and the text
-/// of a restricted alphabet, of UTF-16 or of booleans, a `std::uint64_t`. It stops a single string
-/// without an end. Default 1 GiB.
+/// of a restricted alphabet, UTF-16, booleans or an algorithm of the application, a
+/// `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
 constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
 /// Writer "X891": up to which length in octets attribute values enter their table, a

@@ -52,11 +52,11 @@ namespace Tavrin {
 ///
 /// The reader takes no octet behind the document's last one, so documents may follow each other on
 /// one stream; all tables start fresh with each. Elements may be nested as deep as memory and
-/// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory, and its
-/// namespace declarations what maximumTableOctets counts them for. Whatever a document claims,
-/// memory is bounded by maximumTableOctets and a small multiple of what has arrived. The message of
-/// a failure through a limit ends with its property: `Literal longer than 100 octets (property
-/// maximum-literal-octets)`.
+/// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory (72 if its
+/// name is in an external vocabulary), its namespace declarations what maximumTableOctets counts
+/// them for. Whatever a document claims, memory is bounded by the limits and a small multiple of
+/// what has arrived. The message of a failure through a limit ends with its property: `Literal
+/// longer than 100 octets (property maximum-literal-octets)`.
 ///
 /// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
 /// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,

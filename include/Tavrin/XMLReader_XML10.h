@@ -34,11 +34,11 @@ namespace Tavrin {
 ///   reported by the same names to skippedEntity: the feature is off, there is no resolver, or it
 ///   gives no stream. Nothing external is read without a resolver.
 /// - A reference in an attribute value, or in the default of an attribute, to an entity that was
-/// not
-///   read has no event in SAX2, and no text takes its place. ErrorHandler::warning is called for
-///   each, with its position: `The entity "e" was not read: a reference to it in an attribute value
-///   is lost`. For one in a start tag that comes behind startElement. Tavrin::properties::lossCount
-///   counts such warnings.
+///   not read has no event in SAX2, and no text takes its place. For each, ErrorHandler::warning is
+///   called with its position: `The entity "e" was not read: a reference to it in an attribute
+///   value is lost`. For one in a start tag that comes behind startElement. A reference to an
+///   internal entity is told of once, however many of them its text has, with the name of the
+///   first. Tavrin::properties::lossCount counts such warnings.
 /// - Behind a parameter entity that was not read, declarations of entities and attributes do not
 ///   count, unless the document states that it is standalone (XML 1.0, section 5.1): references to
 ///   the entities are skipped, the attributes have no default and are "CDATA". Those in the

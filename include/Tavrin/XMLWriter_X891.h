@@ -57,8 +57,9 @@ struct ExternalVocabulary;
 /// to the data. Empty identifiers of the document type and of notations are left out.
 ///
 /// Names and identifiers always enter the tables of a reader, so that they enter those of the
-/// writer, too, whatever their size: a document is refused (`The vocabulary takes more than N
-/// octets`) whose tables would take more than 512 MiB, or maximumTableOctets if that is more.
+/// writer, too, whatever their size. A document whose tables would take more than 512 MiB, or than
+/// maximumTableOctets if that is more, is refused: `The vocabulary takes more than N octets
+/// (property maximum-table-octets)`.
 /// Values, chunks and other strings enter the tables up to a length
 /// (Tavrin::properties::indexedAttributeValueLength, which other strings share, and
 /// Tavrin::properties::indexedChunkLength), as long as the tables take no more than

@@ -369,6 +369,14 @@ TEST(X891ReaderLimits, ApplicationAlgorithmsMayNotAmplifyEither) {
   EXPECT_EQ(failure({}, kAmplified, withAlgorithmURI("3C 00 'a'").size() + std::size_t{11} * 3),
             reader.read(document));
   EXPECT_EQ(std::size_t{10} * 100000, counter.octets);
+  // Their text in attributes and comments counts alike.
+  for (const char* piece : {"7C 00 'b' 78 00 'k' 31 F0 'd' FF", "E2 31 F0 'd'"}) {
+    document = withAlgorithmURI("3C 00 'a'");
+    for (int i = 0; i < 20; ++i) document += octets(piece);
+    document += octets("FF");
+    EXPECT_EQ("SAXParseException: " + std::string(kAmplified),
+              parse(reader.reader, document).end.substr(0, 19 + std::string(kAmplified).size()));
+  }
 }
 
 // --- Honest documents ---

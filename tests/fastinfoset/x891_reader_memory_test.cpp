@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "x891_reader_support.h"
+#include "x891_reader_values.h"
 
 // Documents that make a reader keep something for nearly each of their octets. What it keeps counts
 // before the memory is gone: no document takes more than the limit on tables says, beside a small
@@ -262,6 +263,77 @@ TEST_F(X891ReaderMemory, OfDecodedTextIsLimited) {
   }
 }
 
+// --- Text of attributes, which is kept as long as their tag ---
+
+/// Asks for the text of each attribute, as whoever writes it does.
+struct Asking : Tavrin::ContentHandler {
+  std::uint64_t textOctets = 0;
+  void startElement(const std::string&, const std::string&, const std::string&,
+                    const Tavrin::Attributes& attributes) override {
+    for (int i = 0; i < attributes.getLength(); ++i) textOctets += attributes.getValue(i).size();
+  }
+};
+
+TEST_F(X891ReaderMemory, OfDecodedTextInATagIsLimited) {
+  constexpr std::size_t kSize = 10000;
+  constexpr std::size_t kCount = 64;
+  const std::string length = bigEndian(kSize - 265, 4);
+  const std::string twoCharacters =
+      "20 0C 00 00 07 F0 90 80 80 F0 90 80 81 00 04 'urn:p' ";  // And an algorithm.
+  std::string han;
+  while (han.size() < kSize) han += octets("4E 2D");
+  const std::string zeros(kSize, '\0');
+  const struct {
+    const char* name;
+    std::string value;
+    std::uint64_t textOctets;
+  } cases[] = {
+      // Eight words of 6 octets in each, the last without a space; the first octet holds four.
+      {"Booleans", octets("30 5C") + length + zeros, 6 * (8 * kSize - 4) - 1},
+      // Four characters of 4 octets in each.
+      {"Alphabet", octets("20 FC") + length + zeros, 16 * kSize},
+      {"UTF16", octets("1C") + length + han, 3 * kSize / 2},
+      {"Application", octets("31 FC") + length + zeros, 20 * kSize},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    ScriptedAlgorithm padding([](std::uint32_t size, std::istream& stream) {
+      stream.ignore(size);
+      return std::string(20 * std::size_t{size}, ' ');
+    });
+    Tavrin::EncodingAlgorithmMap algorithms = {{"urn:p", &padding}};
+    const auto read = [&](const std::string& content, std::uint64_t most) {
+      Tavrin::XMLReader_X891 reader;
+      Asking asking;
+      reader.setContentHandler(&asking);
+      reader.setProperty(Tavrin::properties::registeredEncodingAlgorithms, &algorithms);
+      reader.setProperty(maximumTableOctets, &most);
+      std::istringstream stream(fromComponents(twoCharacters) + content);
+      const std::size_t before = allocations::inUse();
+      allocations::resetPeak();
+      std::string end = outcomeOf([&] { reader.parse(stream); });
+      EXPECT_LT(allocations::peak() - before, most + 3 * (kCount * kSize + each.textOctets));
+      return end == "done" ? end + " " + std::to_string(asking.textOctets)
+                           : end.substr(0, end.rfind(" ("));
+    };
+    std::string one = octets("7C 00 'a'");
+    std::string many = octets("3C 00 'a'");
+    for (std::size_t i = 0; i < kCount; ++i) {
+      const std::string attribute = octets("78 02 'k'") + std::to_string(10 + i) + each.value;
+      one += attribute;
+      many += octets("7C 00 'b'") + attribute + octets("FF");
+    }
+    // What the text takes beyond its octets.
+    const std::uint64_t beyond = kCount * (each.textOctets - kSize);
+    const std::string done = "done " + std::to_string(kCount * each.textOctets);
+    EXPECT_EQ("SAXParseException: Tables larger than " + std::to_string(beyond) +
+                  " octets (property maximum-table-octets)",
+              read(one + octets("FF F0"), beyond));
+    EXPECT_EQ(done, read(one + octets("FF F0"), 2 * beyond));
+    EXPECT_EQ(done, read(many + octets("FF"), beyond / 2));
+  }
+}
+
 // --- Depth ---
 
 TEST(X891ReaderDepth, IsLimited) {
@@ -300,6 +372,22 @@ TEST_F(X891ReaderMemory, OfALevelIsAFewOctets) {
   const Outcome outcome = parse(document, 4096);
   EXPECT_EQ("done", outcome.end);
   EXPECT_LT(outcome.memory, 26 * kDepth);
+}
+
+TEST_F(X891ReaderMemory, OfALevelWithAnExternalNameIsAFewOctets) {
+  constexpr std::size_t kDepth = 1000000;
+  static const char* const names[1][3] = {{nullptr, nullptr, "e"}};
+  Tavrin::ExternalVocabulary vocabulary;
+  vocabulary.elementNameSurrogates = {names, 1, 1};
+  Tavrin::ExternalVocabularyMap vocabularies = {{"urn:v", &vocabulary}};
+  Tavrin::XMLReader_X891 reader;
+  reader.setProperty(Tavrin::properties::externalVocabularies, &vocabularies);
+  std::istringstream stream(fromComponents("20 10 00 04 'urn:v'") + std::string(kDepth, '\0') +
+                            std::string(kDepth / 2, '\xFF') + "\xF0");
+  const std::size_t before = allocations::inUse();
+  allocations::resetPeak();
+  EXPECT_EQ("done", outcomeOf([&] { reader.parse(stream); }));
+  EXPECT_LT(allocations::peak() - before, 74 * kDepth);
 }
 
 }  // namespace

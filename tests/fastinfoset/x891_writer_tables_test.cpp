@@ -61,7 +61,8 @@ TEST(X891WriterTables, HoldIdentifiersUpToWhatReadersTake) {
   Writer writer;
   writer.startDocument();
   EXPECT_EQ(thrown([&] { writer.startDTD("a", "", systemId); }),
-            "SAXException: The vocabulary takes more than 536870912 octets");
+            "SAXException: The vocabulary takes more than 536870912 octets (property "
+            "maximum-table-octets)");
   writer.set(properties::maximumTableOctets, (std::uint64_t{1} << 29) + 1);
   EXPECT_EQ(thrown([&] { writer.startDTD("a", "", systemId); }), "nothing");
 }

@@ -189,7 +189,10 @@ not known.
 resolveEntity is a reference to an external entity or to the external subset. What is not read is
 skipped: skippedEntity follows.
 
-Nothing is left out, and all shows as it is: a character that would break the line, control the
+A reference in an attribute value to an entity that is not read is in no event. It is told of on
+standard error.
+
+Nothing else is left out, and all shows as it is: a character that would break the line, control the
 terminal or turn the direction of text stands as \uXXXX, and an octet NN that is not part of valid
 UTF-8, which the reader FI delivers as it is, as \uDCNN.
 

@@ -52,6 +52,16 @@ TEST_F(Limits, AreWideEnoughForTheseDocuments) {
             (Result{0, "entities.xml: well-formed\ntables.fi: well-formed\n", ""}));
 }
 
+// What follows the property in the reader's message is not lost.
+TEST_F(Limits, AreNamedInEntities) {
+  writeFile("e.ent", "<b><c/></b>");
+  writeFile("in.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.ent'>]><a>&e;</a>");
+  EXPECT_EQ(run({"check", "--entities", "--limit", "maximum-depth=2", "in.xml"}),
+            (Result{1, "",
+                    "in.xml:1:4: Elements nested deeper than 2 (see --limit maximum-depth) (in the "
+                    "entity e, \"e.ent\")\n"}));
+}
+
 TEST_F(Limits, AreSetInEveryCommandAndNamedWhereTheyEndTheWork) {
   // The place is where expat's count passes the threshold.
   const Result entities = run({"check", "--limit", "entity-amplification-factor=2", "--limit",

@@ -50,6 +50,27 @@ TEST_F(Losses, AreToldOfByCheck) {
   EXPECT_EQ(run({"check", "1.1.xml"}), (Result{0, "1.1.xml: well-formed\n", ""}));
 }
 
+TEST_F(Losses, AreToldOfBesideEvents) {
+  const Result result = run({"events", "in.xml"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("\"match\", \"CDATA\", \"a[]\""), std::string::npos);
+  EXPECT_EQ(result.err, "in.xml:2:16: warning: " + kX + "\nin.xml:3:7: warning: " + kY + "\n");
+  writeFile("a.dtd", "<!ENTITY x '1'><!ENTITY y '2'>");
+  EXPECT_EQ(run({"events", "--entities", "in.xml"}).err, "");
+}
+
+// The size is that of the copy that convert makes, which makes none.
+TEST_F(Losses, LeaveNoCopyWhoseSizeCouldBeTold) {
+  const Result result = run({"stat", "in.xml"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out.substr(result.out.find("  as Fast Infoset")),
+            "  as Fast Infoset          impossible: in.xml:2:16: " + kX + "\n");
+  EXPECT_EQ(result.err, "");
+  writeFile("a.dtd", "<!ENTITY x '1'><!ENTITY y '2'>");
+  const std::string read = run({"stat", "--entities", "in.xml"}).out;
+  EXPECT_EQ(read.find("impossible"), std::string::npos) << read;
+}
+
 TEST_F(Losses, CannotBeCompared) {
   const std::string message = ":2:16: " + kX + ", and cannot be compared (see --entities)\n";
   writeFile("copy.xml", kCopy);

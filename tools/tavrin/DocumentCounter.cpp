@@ -52,8 +52,12 @@ void DocumentCounter::forward(Event event) {
   try {
     event();
   } catch (const Failure& failure) {
-    refusal_ = failure.what();
+    refuse(failure);
   }
+}
+
+void DocumentCounter::refuse(const Failure& failure) {
+  if (refusal_.empty()) refusal_ = failure.what();
 }
 
 // --- What is counted ---

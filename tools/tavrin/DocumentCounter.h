@@ -8,6 +8,7 @@
 #include <string>
 #include <unordered_set>
 
+#include "Failure.h"
 #include "Relay.h"
 
 namespace tool {
@@ -46,6 +47,8 @@ class DocumentCounter : public Tavrin::ContentHandler,
   const Counts& counts() const { return counts_; }
   /// Different names of elements and attributes: namespace name and qualified name.
   std::size_t distinctNames() const { return names_.size(); }
+  /// Hands on no more events, as if the relay had refused one with this failure.
+  void refuse(const Failure& failure);
   /// Why the relay refused the document; empty if it took all of it.
   const std::string& refusal() const { return refusal_; }
 

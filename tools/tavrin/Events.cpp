@@ -8,7 +8,9 @@
 #include "Commands.h"
 #include "EntityFiles.h"
 #include "EventPrinter.h"
+#include "Failure.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -56,7 +58,10 @@ not known.
 resolveEntity is a reference to an external entity or to the external subset. What is not read is
 skipped: skippedEntity follows.
 
-Nothing is left out, and all shows as it is: a character that would break the line, control the
+A reference in an attribute value to an entity that is not read is in no event. It is told of on
+standard error.
+
+Nothing else is left out, and all shows as it is: a character that would break the line, control the
 terminal or turn the direction of text stands as \uXXXX, and an octet NN that is not part of valid
 UTF-8, which the reader FI delivers as it is, as \uDCNN.
 
@@ -97,6 +102,7 @@ void printAll(Input& input, const Options& options, std::ostream& out) {
     }
     printer.attachTo(*reader);
     if (options.declarations) printer.attachDeclarationsTo(*reader);
+    const Losses losses(*reader, input, warn);
     parse(*reader, input, &entities);
   }
 }

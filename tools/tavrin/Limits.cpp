@@ -48,9 +48,6 @@ struct Limits::Kind {
   const char* property;
   Value value;
   const char* help;
-  /// What the messages of failures have that this limit brings about; one of them is enough, or the
-  /// name of the limit.
-  std::vector<std::string_view> marks;
 
   std::string_view name() const {
     const std::string_view identifier = property;
@@ -58,36 +55,21 @@ struct Limits::Kind {
   }
 };
 
-/// In the order of the help. The first whose mark a message has is the one that is named.
+/// In the order of the help.
 const Limits::Kind Limits::kKinds[] = {
-    {properties::entityAmplificationFactor,
-     Kind::Value::Factor,
-     "text: octets that entities or defaults make of each (100)",
-     {"entityAmplificationFactor"}},
-    {properties::entityAmplificationThreshold,
-     Kind::Value::Count,
-     "text: so many octets before that factor counts (8M)",
-     {"entityAmplificationThreshold"}},
-    {properties::maximumDepth,
-     Kind::Value::Count,
-     "elements that may be open at a time (none)",
-     {"maximumDepth"}},
-    {properties::amplificationFactor,
-     Kind::Value::Factor,
-     "Fast Infoset: octets from tables for each one read (1000)",
-     {"amplificationFactor", "More octets delivered for each octet read"}},
-    {properties::amplificationThreshold,
-     Kind::Value::Count,
-     "Fast Infoset: so many octets before that factor counts (8M)",
-     {"amplificationThreshold"}},
-    {properties::maximumTableOctets,
-     Kind::Value::Count,
-     "Fast Infoset: octets of all tables of a document (512M)",
-     {"maximumTableOctets", "Tables larger than", "The vocabulary takes more than"}},
-    {properties::maximumLiteralOctets,
-     Kind::Value::Count,
-     "Fast Infoset: octets of one string or typed value (1G)",
-     {"maximumLiteralOctets", "Literal longer than"}},
+    {properties::entityAmplificationFactor, Kind::Value::Factor,
+     "text: octets that entities or defaults make of each (100)"},
+    {properties::entityAmplificationThreshold, Kind::Value::Count,
+     "text: so many octets before that factor counts (8M)"},
+    {properties::maximumDepth, Kind::Value::Count, "elements that may be open at a time (none)"},
+    {properties::amplificationFactor, Kind::Value::Factor,
+     "Fast Infoset: octets from tables for each one read (1000)"},
+    {properties::amplificationThreshold, Kind::Value::Count,
+     "Fast Infoset: so many octets before that factor counts (8M)"},
+    {properties::maximumTableOctets, Kind::Value::Count,
+     "Fast Infoset: octets of all tables of a document (512M)"},
+    {properties::maximumLiteralOctets, Kind::Value::Count,
+     "Fast Infoset: octets of one string or typed value (1G)"},
 };
 
 void Limits::add(const std::string& setting) {
@@ -148,16 +130,12 @@ std::string Limits::help() {
 
 std::string Limits::withOption(const std::string& message) {
   for (const Kind& kind : kKinds) {
+    // Readers and writers tell which property it is.
     const std::string name(kind.name());
-    // The reader tells which property it is.
-    const std::size_t told = message.find(" (property " + name + ")");
-    if (told != std::string::npos)
-      return message.substr(0, told).append(" (see --limit ").append(name) + ")";
-    bool isMeant = message.find(name) != std::string::npos;
-    for (const std::string_view mark : kind.marks) {
-      isMeant = isMeant || message.find(mark) != std::string::npos;
-    }
-    if (isMeant) return message + std::string(" (see --limit ").append(name) + ")";
+    const std::string property = "(property " + name + ")";
+    const std::size_t told = message.find(property);
+    if (told == std::string::npos) continue;
+    return std::string(message).replace(told, property.size(), "(see --limit " + name + ")");
   }
   return message;
 }

@@ -13,6 +13,7 @@
 #include "DocumentCounter.h"
 #include "EntityFiles.h"
 #include "Input.h"
+#include "Losses.h"
 #include "Output.h"
 #include "Reading.h"
 #include "ReadingOptions.h"
@@ -150,6 +151,9 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
   relay.declare(&declarations);
   DocumentCounter counter(relay, entities.resolver());
   counter.attachTo(reader);
+  const Losses losses(reader, input, [&counter](const auto& place, const auto& message) {
+    counter.refuse(Failure::document(place, message));
+  });
   try {
     parse(reader, input, &entities);
     declarations.check();  // A file may have changed meanwhile.

@@ -165,7 +165,7 @@ void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
       dialectCheckText(text);  // It may be anything, and much.
-      fromTables_ += text.size();
+      checkTextLength(text.size(), 0);
     }
     dialectDeliverCharacters(text);
   }

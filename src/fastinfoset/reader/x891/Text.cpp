@@ -91,13 +91,18 @@ void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
   checkTextLength(text.size(), length);
 }
 
-/// Text may take many times the octets that it was made of. It counts like text from tables.
+/// Text may take many times the octets that it was made of. It counts like text from tables, and
+/// that of an attribute, which is kept as long as its tag is read, like the attribute.
 /// @param length how many octets arrived for it
 void XMLReader_X891::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
   checkLiteralLength(textOctets);
   if (textOctets <= length) return;
   fromTables_ += textOctets - length;
   dialectCheckAmplification();
+  std::uint64_t& tagOctets = state_->document.tagOctets;
+  if (tagOctets == 0) return;  // No attribute is being read.
+  tagOctets += textOctets - length;
+  accountFor(textOctets - length);
 }
 
 void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
@@ -270,6 +275,7 @@ void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
   const EncodedData& value = dialectDecodeWith(*algorithm, field.number, field.length);
   checkTextOf(field.number, value);
   text = value.toString();
+  if (field.number >= kDialectX891.firstApplicationAlgorithm) checkTextLength(text.size(), 0);
 }
 
 /// Booleans are the one kind of value whose text takes many times their octets: a bit becomes a
@@ -294,6 +300,7 @@ void XMLReader_X891::dialectTakeTyped(bool addToTable, Strings& table, unsigned 
   if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
   dialectCheckText(text);
+  if (isOwnAttribute) checkTextLength(text.size(), 0);
   if (addToTable) addEntry(table, text);
 }
 

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../../sax/AtLimit.h"
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "State.h"
@@ -166,7 +167,8 @@ void XMLWriter_X891::breakOff() noexcept {
 void XMLWriter_X891::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
   const std::uint64_t most = std::max(kReadersTableOctets, own_->maximumTableOctets);
   if (own_->tableOctets + octets + entries * kEntryOctets > most) {
-    throw SAXException("The vocabulary takes more than " + std::to_string(most) + " octets");
+    throw SAXException(atLimit("The vocabulary takes more than " + std::to_string(most) + " octets",
+                               properties::maximumTableOctets));
   }
 }
 
