@@ -115,8 +115,8 @@ void Relay::startDTD(const std::string& name, const std::string& publicId,
 void Relay::endDTD() {
   inDTD_ = false;
   if (entities_) {
-    for (const auto& [name, publicId, systemId] : entities_->entities()) {
-      pass([&] { writer_.externalEntityDecl(name, publicId, systemId); });
+    for (const EntityDeclarations::Entity& entity : entities_->entities()) {
+      pass([&] { writer_.externalEntityDecl(entity.name, entity.publicId, entity.systemId); });
     }
   }
   pass([&] { writer_.endDTD(); });
