@@ -40,7 +40,7 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
   const std::size_t count = length / kSize;
   const SingleOctets source(stream);
   const auto itemAt = [itemOf](const void* octets) {
-    Octets item;
+    Octets item{};
     std::memcpy(&item, octets, sizeof item);
     return itemOf(item);
   };
@@ -55,7 +55,7 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
       for (std::size_t i = begin; i < items.size(); ++i, at += kSize) items[i] = itemAt(at);
       continue;
     }
-    std::array<unsigned char, kSize> octets;
+    std::array<unsigned char, kSize> octets{};
     bool isMissing = false;
     for (unsigned char& octet : octets) {
       const int got = source.get();
@@ -97,7 +97,7 @@ void writeNumbers(const std::vector<Item>& items, std::ostream& stream, BitsOf b
       room.take(count * kSize);
       if (i == items.size()) return;
     }
-    std::array<char, kSize> octets;
+    std::array<char, kSize> octets{};
     putInto(items[i++], octets.data());
     for (const char octet : octets) stream.put(octet);
   }

@@ -30,7 +30,7 @@ maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are
 /// Puts a text in place of a line that stands for it.
 void replaceLine(std::string& help, std::string_view line, const std::string& text) {
   const std::size_t begin = help.find(line);
-  if (begin != help.npos) help.replace(begin, line.size(), text);
+  if (begin != std::string::npos) help.replace(begin, line.size(), text);
 }
 
 }  // namespace

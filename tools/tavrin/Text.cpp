@@ -88,20 +88,18 @@ std::vector<std::size_t> charactersOf(std::string_view text) {
 
 /// The beginning and the end of a text that has more than so many characters. Both matter: a place
 /// stands at the end of the name of a file, and so does what tells one name from the next.
-std::string withoutMiddle(std::string_view text, std::size_t limit) {
-  if (text.size() <= limit) return std::string(text);
-  // Neither part takes more octets than half of this, however long the text is.
+std::string withoutMiddle(std::string_view whole, std::size_t limit) {
+  std::string text(whole);
+  if (text.size() <= limit) return text;
+  // Neither part takes more octets than this, however long the text is.
   const std::size_t enough = limit * kLongestCharacter;
-  if (text.size() > 2 * enough) {
-    const std::string ends(text.substr(text.size() - enough));
-    return withoutMiddle(std::string(text.substr(0, enough)) + ends, limit);
-  }
+  if (text.size() > 2 * enough) text.erase(enough, text.size() - 2 * enough);
   const std::vector<std::size_t> begins = charactersOf(text);
-  if (begins.size() <= limit) return std::string(text);
+  if (begins.size() <= limit) return text;
   const std::size_t kept = limit - kEllipsis.size();
   const std::size_t behind = begins[begins.size() - kept / 2];
-  std::string result(text.substr(0, begins[kept - kept / 2]));
-  return result.append(kEllipsis).append(text.substr(behind));
+  const std::size_t front = begins[kept - kept / 2];
+  return text.replace(front, behind - front, kEllipsis);
 }
 
 template <typename Floating>

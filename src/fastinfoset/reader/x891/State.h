@@ -75,7 +75,7 @@ class NextOctets {
     std::uint64_t left;
     std::uint64_t taken = 0;
     std::exception_ptr thrown;
-    std::array<char, 8192> block;
+    std::array<char, 512> block{};  // Sources without octets at hand are slow anyway.
   };
 
   Buffer buffer_;
