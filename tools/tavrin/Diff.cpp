@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -119,7 +120,11 @@ class Documents {
   std::uint64_t number() const { return input_.documentNumber(); }
 
   void start() {
-    thread_ = std::thread([this] { run(); });
+    try {
+      thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error& error) {
+      throw Failure::usage("no thread can be started: " + error.code().message());
+    }
   }
 
   /// The next event, valid until the next call; null when there is none.
