@@ -25,12 +25,9 @@ void fill(AttributesImpl& list, const XML_Char** attributes) {
   list.attributes_.reserve(count);
   for (; *attributes; attributes += 2) {
     const ExpatName name = splitAttributeName(attributes[0]);
-    AttributesImpl::Attribute& attribute = list.attributes_.emplace_back();
-    attribute.uri = name.uri;
-    attribute.localName = name.localName;
+    AttributesImpl::Attribute& attribute = list.attributes_.emplace_back(AttributesImpl::Attribute{
+        std::string(name.uri), std::string(name.localName), std::string(), kType, attributes[1]});
     assignQName(attribute.qName, name);
-    attribute.type = kType;
-    attribute.value = attributes[1];
   }
 }
 
