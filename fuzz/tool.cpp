@@ -12,8 +12,10 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <mutex>
 #include <set>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -126,18 +128,36 @@ bool copiesText(const std::vector<std::string>& words) {
   return begin.find("\xE0") != 0 && begin.find("finf") == begin.npos;
 }
 
-/// Takes what goes to standard error.
-class ErrorsTaken {
+/// Takes what goes to standard error. The two documents of a diff are read by two threads, either of
+/// which may warn, so the lines are put together under a lock, as stderr does it.
+class ErrorsTaken : private std::streambuf {
  public:
-  ErrorsTaken() : before_(std::cerr.rdbuf(stream_.rdbuf())) {}
-  ~ErrorsTaken() { std::cerr.rdbuf(before_); }
+  ErrorsTaken() : before_(std::cerr.rdbuf(this)) {}
+  ~ErrorsTaken() override { std::cerr.rdbuf(before_); }
   ErrorsTaken(const ErrorsTaken&) = delete;
   ErrorsTaken& operator=(const ErrorsTaken&) = delete;
 
-  std::string errors() const { return stream_.str(); }
+  std::string errors() const {
+    const std::lock_guard lock(mutex_);
+    return errors_;
+  }
 
  private:
-  std::ostringstream stream_;
+  int_type overflow(int_type octet) override {
+    if (traits_type::eq_int_type(octet, traits_type::eof())) return traits_type::not_eof(octet);
+    const char character = traits_type::to_char_type(octet);
+    xsputn(&character, 1);
+    return octet;
+  }
+
+  std::streamsize xsputn(const char* characters, std::streamsize count) override {
+    const std::lock_guard lock(mutex_);
+    errors_.append(characters, static_cast<std::size_t>(count));
+    return count;
+  }
+
+  mutable std::mutex mutex_;
+  std::string errors_;
   std::streambuf* before_;
 };
 
