@@ -15,7 +15,17 @@ ExpatName splitAttributeName(std::string_view name) {
   return splitAt(name, kExpatSeparator, uriLength, uriLength);
 }
 
-const std::string kType = "CDATA";
+/// What expat tells of an attribute, as its record. Turned into one where the list makes room for
+/// it, so that it is made in its place: moved there, its five strings take about as long again.
+struct GivenAttribute {
+  const XML_Char* name;
+  const XML_Char* value;
+
+  explicit operator AttributesImpl::Attribute() const {
+    const ExpatName parts = splitAttributeName(name);
+    return {std::string(parts.uri), std::string(parts.localName), qNameOf(parts), "CDATA", value};
+  }
+};
 
 // A list of its own for each start tag: programs look through the interface at the list, and what
 // one tag holds is not held any longer.
@@ -24,10 +34,7 @@ void fill(AttributesImpl& list, const XML_Char** attributes) {
   while (attributes[2 * count]) ++count;
   list.attributes_.reserve(count);
   for (; *attributes; attributes += 2) {
-    const ExpatName name = splitAttributeName(attributes[0]);
-    AttributesImpl::Attribute& attribute = list.attributes_.emplace_back(AttributesImpl::Attribute{
-        std::string(name.uri), std::string(name.localName), std::string(), kType, attributes[1]});
-    assignQName(attribute.qName, name);
+    list.attributes_.emplace_back(GivenAttribute{attributes[0], attributes[1]});
   }
 }
 

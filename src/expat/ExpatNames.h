@@ -49,4 +49,10 @@ inline void assignQName(std::string& qName, const ExpatName& name) {
   qName.append(name.prefix).append(1, ':').append(name.localName);
 }
 
+inline std::string qNameOf(const ExpatName& name) {
+  std::string qName;
+  assignQName(qName, name);
+  return qName;
+}
+
 }  // namespace Tavrin
