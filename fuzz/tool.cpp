@@ -128,8 +128,8 @@ bool copiesText(const std::vector<std::string>& words) {
   return begin.find("\xE0") != 0 && begin.find("finf") == begin.npos;
 }
 
-/// Takes what goes to standard error. The two documents of a diff are read by two threads, either of
-/// which may warn, so the lines are put together under a lock, as stderr does it.
+/// Takes what goes to standard error. The two documents of a diff are read by two threads, either
+/// of which may warn, so the lines are put together under a lock, as stderr does it.
 class ErrorsTaken : private std::streambuf {
  public:
   ErrorsTaken() : before_(std::cerr.rdbuf(this)) {}

@@ -71,6 +71,7 @@ TEST_F(Entities, MayHaveNamesOfURIs) {
         "file://" + directory_ + "/a%20folder/100%25%20%c3%a4.xml",
         "file:" + directory_ + "/a%20folder/100%25%20%C3%A4.xml",
         "FILE://localhost" + directory_ + "/a%20folder/100%25%20%C3%A4.xml",
+        "//localhost" + directory_ + "/a%20folder/100%25%20%C3%A4.xml",
         directory_ + "/a folder/100%25 \xC3\xA4.xml"}) {
     SCOPED_TRACE(identifier);
     EXPECT_EQ(text("<!DOCTYPE a [<!ENTITY e SYSTEM '" + identifier + "'>]><a>&e;</a>", kEntities),
@@ -133,8 +134,9 @@ TEST_F(Entities, AreNamedWhereARefusalIsInOne) {
 
 // As without the option: the reference is kept, and nothing more need be said.
 TEST_F(Entities, ArePassedOverWhereTheyAreNotFiles) {
-  for (const std::string identifier : {"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd", "urn:e",
-                                       "file://example.org/e.xml", "a%00b", "HTTP:e"}) {
+  for (const std::string identifier :
+       {"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd", "urn:e", "file://example.org/e.xml",
+        "//example.org/e.xml", "a%00b", "HTTP:e"}) {
     SCOPED_TRACE(identifier);
     const std::string subset = "<!DOCTYPE a SYSTEM \"" + identifier + "\"><a>&e;</a>";
     const std::string entity =

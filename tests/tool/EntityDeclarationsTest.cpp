@@ -8,12 +8,6 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // Their shadow is larger than any limit.
-#else
-constexpr bool kIsSanitized = false;
-#endif
-
 /// Fast Infoset has the identifiers of an entity where it is referred to, XML text in front of all
 /// content: what is needed there is found before anything is written.
 class EntityDeclarations : public Workplace {
@@ -277,8 +271,7 @@ TEST_F(EntityDeclarations, DoNotKeepALargeDocumentInMemory) {
   whole = "<!DOCTYPE a [  <!ENTITY e SYSTEM \"e.x\">]><a>" + whole + "&e;</a>";
   const auto limit = [this] {
     setenv("TMPDIR", directory_.c_str(), 1);
-    const rlimit value{40'000'000, 40'000'000};
-    if (!kIsSanitized) setrlimit(RLIMIT_AS, &value);
+    limitMemory(40'000'000);
   };
   EXPECT_EQ(run({"convert", "--no-declaration", "-", "out.xml"}, document, limit), silent(0));
   EXPECT_TRUE(readFile("out.xml") == whole);

@@ -1,15 +1,7 @@
-#include <sys/resource.h>
-
 #include "TypedDocuments.h"
 #include "Workplace.h"
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // Their shadow is larger than any limit.
-#else
-constexpr bool kIsSanitized = false;
-#endif
 
 /// The tool where memory runs out: what it makes is whole, or it fails and leaves nothing.
 class Memory : public Workplace {
@@ -18,12 +10,8 @@ class Memory : public Workplace {
     if (kIsSanitized) GTEST_SKIP() << "address space cannot be limited under a sanitizer";
   }
 
-  /// As ulimit -v does.
   Result runWithin(rlim_t kibibytes, const ToolProcess::Arguments& arguments) const {
-    return run(arguments, "", [kibibytes] {
-      const rlimit limit{kibibytes * 1024, kibibytes * 1024};
-      setrlimit(RLIMIT_AS, &limit);
-    });
+    return run(arguments, "", [kibibytes] { limitMemory(kibibytes * 1024); });
   }
 
   /// So many octets of booleans, eight in each.

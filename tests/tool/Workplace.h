@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,6 +15,19 @@
 #include <vector>
 
 #include "ToolProcess.h"
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
+/// Limits the memory of the tool before it is executed, as ulimit -v does. The shadow of a
+/// sanitizer is larger than any limit, so there is none then.
+inline void limitMemory(rlim_t octets) {
+  const rlimit limit{octets, octets};
+  if (!kIsSanitized) setrlimit(RLIMIT_AS, &limit);
+}
 
 /// A directory of its own for every test, in which the tool runs.
 class Workplace : public testing::Test {

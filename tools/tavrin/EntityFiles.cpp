@@ -71,8 +71,8 @@ std::optional<std::string> pathOf(const std::string& systemId, const std::string
   std::string_view path = systemId;
   const std::string scheme = schemeOf(path);
   bool isFile = scheme.empty() || scheme == "file";
-  if (scheme == "file") {
-    path.remove_prefix(scheme.size() + 1);
+  if (isFile) {
+    if (!scheme.empty()) path.remove_prefix(scheme.size() + 1);
     // The files of this machine have an empty authority, or that of RFC 8089, section 2.
     const bool hasAuthority = removePrefix(path, "//");
     if (hasAuthority) removePrefix(path, "localhost");
