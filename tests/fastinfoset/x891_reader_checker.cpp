@@ -209,8 +209,7 @@ void Checker::startDTD(const std::string& name, const std::string& publicId,
   expect(!dtdSeen_ && !rootSeen_ && pending_ == 0, "document type in the wrong place");
   dtdSeen_ = inDTD_ = true;
   rootName_ = name;
-  checkIds(publicId, systemId);
-  expect(publicId.empty() || !systemId.empty(), "public identifier alone");
+  checkIds(publicId, systemId);  // The public one may stand alone.
 }
 
 void Checker::endDTD() {
