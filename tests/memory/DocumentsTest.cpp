@@ -110,7 +110,9 @@ struct Row {
   std::string what;
   std::string document;
   /// The most that it may take, as multiples of the document: of the text for reading and writing
-  /// it with "XML10" and for writing it with "X891", of the Fast Infoset for reading that.
+  /// it with "XML10" and for writing it with "X891", of the Fast Infoset for reading that. What
+  /// reading with "XML10" takes is expat's for the most part: releases of it that count what they
+  /// allocate take some octets more for each allocation.
   struct Multiples {
     double readingXML10;
     double readingX891;
@@ -137,7 +139,7 @@ std::vector<Row> rows() {
        {0.2, 0.2, 0.2, 0.2}},
       {"OtherTexts", within(many("<i>#</i>")), {0.2, 11, 0.2, 16}},
       {"OtherValues", within(many("<i k='#'/>")), {0.2, 11, 0.2, 14}},
-      {"OtherElementNames", within(many("<i#/>")), {11, 54, 17, 49}},
+      {"OtherElementNames", within(many("<i#/>")), {14, 54, 17, 49}},
       {"OtherAttributeNames", within(many("<i k#=''/>")), {7, 64, 26, 50}},
       {"OtherNamespaces", within(many("<i xmlns='u#'/>")), {0.2, 33, 0.2, 29}},
       {"OtherPrefixes", within(many("<i xmlns:p#='u'/>")), {8, 16, 7, 14}},
@@ -145,7 +147,7 @@ std::vector<Row> rows() {
       {"DeclarationsOfOneElement", "<a" + many(" xmlns:p#='u'") + "/>", {19, 50, 30, 38}},
       {"NestedElements", nested(kMany), {25, 88, 28, 23}},
       {"Entities", inSubset(many("<!ENTITY e# 'v'>")), {15, 18, 5, 0.2}},
-      {"DeclaredElements", inSubset(many("<!ELEMENT e# ANY>")), {5, 18, 0.2, 0.2}},
+      {"DeclaredElements", inSubset(many("<!ELEMENT e# ANY>")), {7, 18, 0.2, 0.2}},
       // expat compares each with all others, so these are few.
       {"DeclaredAttributes",
        inSubset(repeated(4000, "<!ATTLIST a b# CDATA 'd'>")),
