@@ -2,13 +2,14 @@
 /// The reader of Fast Infoset documents that follows ITU-T X.891 to the letter.
 #pragma once
 
+#include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Export.h>
-#include <Tavrin/XMLReader_FI.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/XMLReader.h>
 
-#include <cstdint>
+#include <istream>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace Tavrin {
 
@@ -61,7 +62,7 @@ namespace Tavrin {
 /// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
 /// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,
 /// maximumDepth. Feature: Tavrin::features::isStandalone.
-class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
+class TAVRIN_API XMLReader_X891 : public XMLReader {
  public:
   XMLReader_X891();
   ~XMLReader_X891() override;
@@ -85,6 +86,14 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
 
+  using XMLReader::parse;
+
+  /// Reads one document.
+  /// @throws SAXParseException for a stream that is not such a document; no endDocument follows,
+  /// and
+  ///         the reader can read another document
+  void parse(std::istream& stream) override;
+
  protected:
   /// The algorithm of a field, or null (C.29). A derived reader may put another in its place.
   /// @param field the algorithm's number; see Tavrin::algorithms
@@ -92,81 +101,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader_FI {
   virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
 
  private:
-  struct State;
-  enum class TextFormat { utf16, restrictedAlphabet, algorithm };
-
-  EncodedData& decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm, unsigned long length);
-  EncodedData& decodeWhole(EncodingAlgorithm& algorithm, unsigned long length);
-  EncodedData& decodeItems(EncodingAlgorithm& algorithm, unsigned long length);
-
-  [[noreturn]] void dialectThrowFailure(const std::string& message) const override;
-  void dialectClearTables() override;
-  void dialectDecodeDocument() override;
-  void dialectDecodeInitialVocabulary() override;
-  void dialectCheckPadding(unsigned bits) const override;
-  void dialectEndChildren(bool elementSeen) override;
-
-  void dialectCheckIdentifier(const Strings* table, const std::string& text) override;
-  void dialectCheckText(std::string_view text) override;
-  void dialectCheckAmplification() const final;
-  void dialectDecodeOtherString(unsigned octet, std::string& text) override;
-  void dialectDecodeOtherChunk(unsigned octet, std::string& text) override;
-  EncodingAlgorithm* dialectGetEncodingAlgorithm(unsigned field, std::string& uri) override;
-  std::string dialectDescribeUnknown(const std::string& uri) const override;
-  EncodedData& dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                 unsigned long length) override;
-  void dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
-                        EncodedData& value) override;
-  std::uint32_t dialectDecodeDeclarations() override;
-  void dialectCheckElementName(Name& name) override;
-  void dialectCheckAttributeName(Name& name) override;
-
-  void dialectDeliverVersion(const std::string& version) override;
-  void dialectDeliverStandalone(unsigned octet) override;
-  void dialectDeliverUnused(const std::string& line) override;
-  void dialectDeliverNotation(const std::string& name, const std::string& publicId,
-                              const std::string& systemId) override;
-  void dialectDeliverUnparsedEntity(const std::string& name, const std::string& publicId,
-                                    const std::string& systemId,
-                                    const std::string& notationName) override;
-  void dialectDeliverStartDTD(const std::string& publicId, const std::string& systemId) override;
-  void dialectDeliverEndDTD() override;
-  bool dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
-  void dialectDeliverEndElement(const Name& name, std::uint32_t declarations) override;
-  void dialectDeliverCharacters(const std::string& text) override;
-  void dialectDeliver(unsigned field, const std::string& uri, const EncodedData& value) override;
-  void dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
-                            const std::string& octets) override;
-  void dialectDeliverComment(const std::string& text) override;
-  void dialectDeliverInstruction(const std::string& target, const std::string& data) override;
-  void dialectDeliverEntityReference(const std::string& name, const std::string& publicId,
-                                     const std::string& systemId) override;
-
-  void decodeHeader();
-  void decodeXMLDeclaration();
-  unsigned long decodeListLength(unsigned long most);
-  void decodeIdentifiers(Strings& table);
-  void decodeStrings(Strings& table);
-  void decodeSurrogates(Names& table);
-  unsigned long decodeSurrogateIndex();
-
-  void checkTextLength(std::uint64_t textOctets, std::uint64_t length);
-  void checkTextOf(unsigned field, const EncodedData& value);
-  void checkAlgorithmField(unsigned field) const;
-  void declareEntity(const std::string& name, const std::string& publicId,
-                     const std::string& systemId);
-  void decodeUTF16(unsigned long length, std::string& text);
-  void decodeRestrictedAlphabet(Field field, std::string& text);
-  void decodeAlgorithmText(Field field, std::string& text);
-
-  void checkIdentifiers(const std::string& publicId, const std::string& systemId) const;
-  void checkBinding(const Name& name) const;
-  void allowMoreFromTables() const;
-  static std::size_t deliveredOctetsOf(const Name& name);
-  SAXParseException exceptionHere(const std::string& message) const;
-  void releaseProlog(const std::string& rootName);
-
-  std::unique_ptr<State> state_;
+  class Decoder;
+  std::unique_ptr<Decoder> decoder_;
 
   static const XMLReaderType type_;
 };

@@ -247,36 +247,4 @@ TEST(FIReaderVocabulary, OfAlgorithmsStaysBehindAFailure) {
 }
 
 }  // namespace
-
-// --- Restricted alphabets from document to document ---
-
-// No item takes entries of this table yet, so only the member itself shows that it stays. An
-// explicit instantiation may name it.
-std::vector<std::string>& restrictedAlphabetsOf(Tavrin::XMLReader_FI& reader);
-
-template <std::vector<std::string> Tavrin::XMLReader_FI::*member>
-struct MemberAccess {
-  friend std::vector<std::string>& restrictedAlphabetsOf(Tavrin::XMLReader_FI& reader) {
-    return reader.*member;
-  }
-};
-
-template struct MemberAccess<&Tavrin::XMLReader_FI::restrictedAlphabets_>;
-
-namespace {
-
-TEST(FIReaderVocabulary, OfRestrictedAlphabetsStaysUntilTheNext) {
-  using Strings = std::vector<std::string>;
-  LoggedReader reader;
-  EXPECT_EQ(whole({}), reader.read(withVocabulary("08 00 02 01 'ab' 02 'cde' F0")));
-  EXPECT_EQ((Strings{"ab", "cde"}), restrictedAlphabetsOf(reader.reader));
-  EXPECT_EQ(whole({}), reader.read(document("F0")));
-  EXPECT_EQ("SAXException: Not a Fast Infoset document\n", reader.read(""));
-  EXPECT_EQ(whole({}), reader.read(withVocabulary("00 04 01 00 'x' F0")));
-  EXPECT_EQ((Strings{"ab", "cde"}), restrictedAlphabetsOf(reader.reader));
-  EXPECT_EQ(whole({}), reader.read(withVocabulary("08 00 01 01 'xy' F0")));
-  EXPECT_EQ((Strings{"xy"}), restrictedAlphabetsOf(reader.reader));
-}
-
-}  // namespace
 }  // namespace reader_test

@@ -1,4 +1,4 @@
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include <cstddef>
 #include <string>
@@ -8,9 +8,7 @@
 // What an element holds besides elements: character chunks, typed content, comments, processing
 // instructions and entity references (X.891, C.5 to C.8 and C.15).
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -19,7 +17,7 @@ constexpr std::size_t kMostKept = std::size_t{64} * 1024;
 
 }  // namespace
 
-void XMLReader_FI::decodeCharacters(int octet) {
+void Decoder::decodeCharacters(int octet) {
   const auto first = static_cast<unsigned>(octet);
   if (first < kChunk) fail("Error when decoding character chunk");
   if (first >= kChunkIndex) {
@@ -45,55 +43,55 @@ void XMLReader_FI::decodeCharacters(int octet) {
   if ((first & kChunkEncoding) == kChunkUTF8) {
     readText(decodeCharactersLength(octet), text);
   } else {
-    dialectDecodeOtherChunk(first, text);
-    dialectCheckText(text);
+    decodeOtherChunk(first, text);
+    checkText(text);
   }
   if (first & kChunkAddToTable) addEntry(contentCharacterChunks_, text);
-  dialectDeliverCharacters(text);
+  reportCharacters(text);
   if (text.capacity() <= kMostKept) text_.swap(text);
 }
 
-void XMLReader_FI::deliverFromTable(const std::string& text) {
+void Decoder::deliverFromTable(const std::string& text) {
   fromTables_ += text.size();
-  dialectDeliverCharacters(text);
+  reportCharacters(text);
 }
 
 /// Decodes a chunk whose text an encoding algorithm made, and delivers its value.
-void XMLReader_FI::decodeAlgorithmData(unsigned octet) {
+void Decoder::decodeAlgorithmData(unsigned octet) {
   const auto [field, length] = decodeChunkField(octet);
   std::string uri;
   if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri)) {
-    EncodedData& value = dialectDecodeWith(*algorithm, field, length);
-    dialectTakeTyped(octet & kChunkAddToTable, contentCharacterChunks_, field, value);
-    dialectDeliver(field, uri, value);
+    EncodedData& value = decodeWith(*algorithm, field, length);
+    takeTyped(octet & kChunkAddToTable, contentCharacterChunks_, field, value);
+    reportValue(field, uri, value);
     return;
   }
   std::string octets;
   readOctets(length, octets);
-  dialectDeliverOctets(octet & kChunkAddToTable, field, uri, octets);
+  reportOctets(octet & kChunkAddToTable, field, uri, octets);
 }
 
-void XMLReader_FI::decodeComment() {
+void Decoder::decodeComment() {
   std::string text;
   decodeString(&otherStrings_, externalEntries(&otherStrings_), text);
-  dialectDeliverComment(text);
+  reportComment(text);
 }
 
-void XMLReader_FI::decodeProcessingInstruction() {
+void Decoder::decodeProcessingInstruction() {
   std::string target;
   std::string data;
   decodeIdentifier(&otherNCNames_, target);
   decodeString(&otherStrings_, externalEntries(&otherStrings_), data);
-  dialectDeliverInstruction(target, data);
+  reportProcessingInstruction(target, data);
 }
 
-void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
+void Decoder::decodeUnexpandedEntityReference(int octet) {
   std::string name;
   std::string systemId;
   std::string publicId;
   decodeIdentifier(&otherNCNames_, name);
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  dialectDeliverEntityReference(name, publicId, systemId);
+  reportEntityReference(name, publicId, systemId);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include <cstdint>
 #include <string>
@@ -10,8 +10,10 @@
 
 // Attributes (X.891, C.4), into the list that a dialect hands to handlers.
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
+inline constexpr const char* kInvalidElementName =
+    "Error when decoding element name - invalid index";
 inline constexpr const char* kInvalidAttributeName =
     "Error when decoding attribute name - invalid index";
 inline constexpr const char* kInvalidStringIndex = "Error when decoding string - invalid index";
@@ -22,8 +24,7 @@ inline constexpr const char* kInvalidStringIndex = "Error when decoding string -
 ///              `refer` takes note of a value in a table.
 /// @return true when the list ended with a double terminator
 template <typename List>
-bool XMLReader_FI::decodeAttributesInto(List& attributes) {
-  using namespace fastinfoset;
+bool Decoder::decodeAttributesInto(List& attributes) {
   for (;;) {
     const unsigned octet = takeOctet();
     if (octet == kTerminator) return false;
@@ -41,8 +42,8 @@ bool XMLReader_FI::decodeAttributesInto(List& attributes) {
 
 /// Lets an attribute refer to its value, which many may share.
 template <typename List, typename Attribute>
-void XMLReader_FI::referToValue([[maybe_unused]] List& attributes,
-                                [[maybe_unused]] Attribute& attribute, unsigned long index) {
+void Decoder::referToValue([[maybe_unused]] List& attributes, [[maybe_unused]] Attribute& attribute,
+                           unsigned long index) {
   const StringTable* const external = externalEntries(&attributeValues_);
   const unsigned long inFront = external ? external->occupiedCount : 0;
   if (index < inFront) {
@@ -59,17 +60,16 @@ void XMLReader_FI::referToValue([[maybe_unused]] List& attributes,
 }
 
 template <typename List>
-void XMLReader_FI::decodeAttribute(List& attributes, Name& name) {
-  using namespace fastinfoset;
-  dialectCheckAttributeName(name);
+void Decoder::decodeAttribute(List& attributes, Name& name) {
+  checkAttributeName(name);
   const unsigned octet = takeOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
     const auto [field, length] = decodeStringField(octet);
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field, uri);
-    if (algorithm == nullptr) fail(dialectDescribeUnknown(uri));
-    EncodedData& value = dialectDecodeWith(*algorithm, field, length);
-    dialectTakeTyped(octet & kStringAddToTable, attributeValues_, field, value);
+    if (algorithm == nullptr) fail(describeUnknown(uri));
+    EncodedData& value = decodeWith(*algorithm, field, length);
+    takeTyped(octet & kStringAddToTable, attributeValues_, field, value);
     // The list copies the value; the algorithm would reuse its holder for the next one.
     auto& attribute = attributes.begin(name, &name != &unlisted_);
     attributes.setAlgorithm(attribute, uri, static_cast<std::int32_t>(field), value.clone());
@@ -84,4 +84,4 @@ void XMLReader_FI::decodeAttribute(List& attributes, Name& name) {
   attributes.end();
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

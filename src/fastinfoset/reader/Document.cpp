@@ -1,4 +1,4 @@
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include <algorithm>
 
@@ -9,27 +9,25 @@
 // The document: header, optional components, children and document type (X.891, C.2 and C.9 to
 // C.11).
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
-using namespace fastinfoset;
-
-bool XMLReader_FI::isFastInfosetDocument() {
+bool Decoder::isFastInfosetDocument() {
   return std::ranges::all_of(kHeader, [this](int octet) { return nextOctet() == octet; });
 }
 
-void XMLReader_FI::decodeOptionalComponents() {
+void Decoder::decodeOptionalComponents() {
   const unsigned components = takeOctet();
-  dialectCheckPadding(components & kComponentsPadding);
+  checkPadding(components & kComponentsPadding);
   if (components & kAdditionalData) decodeAdditionalData();
   if (components & kInitialVocabulary) decodeInitialVocabulary();
   if (components & kNotations) decodeNotations();
   if (components & kUnparsedEntities) decodeUnparsedEntities();
   if (components & kCharacterEncodingScheme) decodeCharacterEncodingScheme();
-  if (components & kStandalone) dialectDeliverStandalone(takeOctet());
+  if (components & kStandalone) reportStandalone(takeOctet());
   if (components & kVersion) decodeVersion();
 }
 
-void XMLReader_FI::decodeChildren() {
+void Decoder::decodeChildren() {
   bool elementSeen = false;
   bool dtdSeen = false;
   for (;;) {
@@ -43,7 +41,7 @@ void XMLReader_FI::decodeChildren() {
     } else if (octet == kComment) {
       decodeComment();
     } else if (octet == kTerminator || octet == kDoubleTerminator) {
-      dialectEndChildren(elementSeen);
+      checkRootElement(elementSeen);
       return;
     } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
       fail("Error while parsing document");
@@ -52,7 +50,7 @@ void XMLReader_FI::decodeChildren() {
       if (dtdSeen) fail("Found more than one DTD");
       dtdSeen = true;
       if (decodeDTD(static_cast<int>(octet))) {
-        dialectEndChildren(elementSeen);
+        checkRootElement(elementSeen);
         return;
       }
     }
@@ -60,16 +58,16 @@ void XMLReader_FI::decodeChildren() {
 }
 
 /// The identifiers that an octet's low bits announce; absent ones are left alone.
-void XMLReader_FI::decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId) {
+void Decoder::decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId) {
   if (octet & kSystemIdentifier) decodeIdentifier(&otherURIs_, systemId);
   if (octet & kPublicIdentifier) decodeIdentifier(&otherURIs_, publicId);
 }
 
-bool XMLReader_FI::decodeDTD(int octet) {
+bool Decoder::decodeDTD(int octet) {
   std::string systemId;
   std::string publicId;
   decodeIdentifiers(static_cast<unsigned>(octet), systemId, publicId);
-  dialectDeliverStartDTD(publicId, systemId);
+  reportStartDTD(publicId, systemId);
   unsigned next = takeOctet();
   while (next == kProcessingInstruction) {
     decodeProcessingInstruction();
@@ -78,11 +76,11 @@ bool XMLReader_FI::decodeDTD(int octet) {
   if (next != kTerminator && next != kDoubleTerminator) {
     fail("Error while parsing DTD");
   }
-  dialectDeliverEndDTD();
+  reportEndDTD();
   return next == kDoubleTerminator;
 }
 
-void XMLReader_FI::decodeNotations() {
+void Decoder::decodeNotations() {
   unsigned octet = takeOctet();
   for (; (octet & kNotationMask) == kNotation; octet = takeOctet()) {
     std::string name;
@@ -90,12 +88,12 @@ void XMLReader_FI::decodeNotations() {
     std::string publicId;
     decodeIdentifier(&otherNCNames_, name);
     decodeIdentifiers(octet, systemId, publicId);
-    dialectDeliverNotation(name, publicId, systemId);
+    reportNotation(name, publicId, systemId);
   }
   if (octet != kTerminator) fail(dialect_.wrongNotation);
 }
 
-void XMLReader_FI::decodeUnparsedEntities() {
+void Decoder::decodeUnparsedEntities() {
   unsigned octet = takeOctet();
   for (; (octet & kUnparsedEntityMask) == kUnparsedEntity; octet = takeOctet()) {
     std::string name;
@@ -106,34 +104,33 @@ void XMLReader_FI::decodeUnparsedEntities() {
     decodeIdentifier(&otherURIs_, systemId);
     if (octet & kPublicIdentifier) decodeIdentifier(&otherURIs_, publicId);
     decodeIdentifier(&otherNCNames_, notationName);
-    dialectDeliverUnparsedEntity(name, publicId, systemId, notationName);
+    reportUnparsedEntity(name, publicId, systemId, notationName);
   }
   if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
 
-void XMLReader_FI::decodeAdditionalData() {
-  dialectDeliverUnused("decodeAdditionalData");
+void Decoder::decodeAdditionalData() {
+  reportUnused("decodeAdditionalData");
   const unsigned long count = decodeNumberOfItems();
   for (unsigned long i = 0; i < count; ++i) {
     std::string identifier;
     std::string data;
     decodeIdentifier(nullptr, identifier);
     decodeIdentifier(nullptr, data);
-    dialectDeliverUnused(
-        std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
+    reportUnused(std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
   }
 }
 
-void XMLReader_FI::decodeCharacterEncodingScheme() {
+void Decoder::decodeCharacterEncodingScheme() {
   std::string scheme;
   decodeIdentifier(nullptr, scheme);
-  dialectDeliverUnused("decodeCharacterEncodingScheme - \"" + scheme + '"');
+  reportUnused("decodeCharacterEncodingScheme - \"" + scheme + '"');
 }
 
-void XMLReader_FI::decodeVersion() {
+void Decoder::decodeVersion() {
   std::string version;
   decodeString(&otherStrings_, externalEntries(&otherStrings_), version);
-  dialectDeliverVersion(version);
+  reportVersion(version);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -1,5 +1,5 @@
 #include <Tavrin/Identifiers.h>
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include <algorithm>
 
@@ -10,31 +10,25 @@
 
 // Elements, their names and namespace declarations (X.891, C.3, C.12, C.17 and C.18).
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
-
-constexpr const char* kInvalidElementName = "Error when decoding element name - invalid index";
 
 std::string textOrEmpty(const char* text) { return text ? text : std::string(); }
 
 }  // namespace
 
-bool XMLReader_FI::decodeElement(int octet) {
+bool Decoder::decodeElement(int octet) {
   const std::size_t outer = openElements_.size();
   // Where the document fails or a handler throws, what was opened here is gone.
   const struct Unwinding {
-    XMLReader_FI& reader;
-    std::size_t open = reader.openElements_.size();
-    std::size_t unlisted = reader.unlistedElements_.size();
-    std::size_t declarations = reader.declarations_.size();
+    Decoder& decoder;
+    std::size_t open = decoder.openElements_.size();
+    std::size_t unlisted = decoder.unlistedElements_.size();
 
     ~Unwinding() {
-      reader.openElements_.resize(std::min(open, reader.openElements_.size()));
-      while (reader.unlistedElements_.size() > unlisted) reader.unlistedElements_.pop_back();
-      while (reader.declarations_.size() > declarations) reader.declarations_.pop_back();
+      decoder.openElements_.resize(std::min(open, decoder.openElements_.size()));
+      while (decoder.unlistedElements_.size() > unlisted) decoder.unlistedElements_.pop_back();
     }
   } unwinding = {*this};
   if (openElement(octet)) {
@@ -68,7 +62,7 @@ bool XMLReader_FI::decodeElement(int octet) {
 
 /// Decodes an element up to its children.
 /// @return true when it has none: the end of the attributes was also that of the element
-bool XMLReader_FI::openElement(int octet) {
+bool Decoder::openElement(int octet) {
   const auto first = static_cast<unsigned>(octet);
   if (openElements_.size() >= maximumDepth_) {
     failAtLimit("Elements nested deeper than " + std::to_string(maximumDepth_),
@@ -77,9 +71,9 @@ bool XMLReader_FI::openElement(int octet) {
   auto nameOctet = first;
   std::uint32_t declarations = 0;
   if ((first & kNamespacesFollowMask) == kNamespacesFollow) {
-    declarations = dialectDecodeDeclarations();
+    declarations = decodeDeclarations();
     nameOctet = takeOctet();
-    dialectCheckPadding(nameOctet & ~kElementNameBits);
+    checkPadding(nameOctet & ~kElementNameBits);
   }
 
   const unsigned nameBits = nameOctet & kElementNameBits;
@@ -100,38 +94,25 @@ bool XMLReader_FI::openElement(int octet) {
     unlistedElements_.push_back({nullptr, name});
   }
   openElements_.push_back({name->position, declarations});
-  dialectCheckElementName(*name);
-  return dialectStartTag(first & kElementAttributes, *name, declarations);
+  checkElementName(*name);
+  return decodeStartTag(first & kElementAttributes, *name, declarations);
 }
 
-void XMLReader_FI::closeElement() {
+void Decoder::closeElement() {
   const auto [position, declarations] = openElements_.back();
   if (position != kUnlisted) {
-    dialectDeliverEndElement(elementNames_[position], declarations);
+    reportEndElement(elementNames_[position], declarations);
   } else {
     const UnlistedName& unlisted = unlistedElements_.back();
-    dialectDeliverEndElement(*unlisted.name, declarations);
+    reportEndElement(*unlisted.name, declarations);
     if (unlisted.own) tableOctets_ -= octetsOf(*unlisted.own);
     unlistedElements_.pop_back();
   }
   openElements_.pop_back();
 }
 
-void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
-  unsigned octet = takeOctet();
-  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
-    std::string prefix;
-    std::string namespaceName;
-    decodeDeclaration(octet, prefix, namespaceName);
-    declarations.push_back(std::move(prefix));
-    declarations.push_back(std::move(namespaceName));
-  }
-  if (octet != kTerminator) fail("Error while parsing namespaces");
-}
-
 /// Decodes a namespace declaration whose first octet was read. A part that is absent is empty.
-void XMLReader_FI::decodeDeclaration(unsigned octet, std::string& prefix,
-                                     std::string& namespaceName) {
+void Decoder::decodeDeclaration(unsigned octet, std::string& prefix, std::string& namespaceName) {
   prefix.clear();
   namespaceName.clear();
   if (octet & kPrefixPresent) decodeDeclaredName(prefixes_, "xml", prefix);
@@ -140,13 +121,13 @@ void XMLReader_FI::decodeDeclaration(unsigned octet, std::string& prefix,
   }
 }
 
-std::string XMLReader_FI::qNameOf(const QualifiedName& name) {
+std::string Decoder::qNameOf(const NameParts& name) {
   return name.prefix.empty() ? name.localName : name.prefix + ":" + name.localName;
 }
 
 /// Decodes a prefix or namespace name of a declaration. Whether an index counts the built-in entry
 /// is a matter of the dialect.
-void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::string& part) {
+void Decoder::decodeDeclaredName(Strings& table, const char* builtIn, std::string& part) {
   const unsigned octet = takeOctet();
   if ((octet & kStringIndex) == 0) {
     decodeLiteralIdentifier(octet, &table, part);
@@ -161,15 +142,8 @@ void XMLReader_FI::decodeDeclaredName(Strings& table, const char* builtIn, std::
   }
 }
 
-XMLReader_FI::QualifiedName& XMLReader_FI::decodeQualifiedName(int octet,
-                                                               std::vector<QualifiedName>& table) {
-  QualifiedName& name = table.emplace_back();
-  decodeNameParts(static_cast<unsigned>(octet), name);
-  return name;
-}
-
-/// As decodeQualifiedName, for a table of the document.
-XMLReader_FI::Name& XMLReader_FI::decodeLiteralName(unsigned octet, Names& table) {
+/// Decodes a literal name whose first octet was read, and adds it to the table (C.17, C.18).
+Name& Decoder::decodeLiteralName(unsigned octet, Names& table) {
   const QualifiedNameTable* external = externalNames(&table);
   if (table.size() + (external ? external->occupiedCount : 0) >= dialect_.maximumEntries) {
     unlisted_ = {};
@@ -185,22 +159,22 @@ XMLReader_FI::Name& XMLReader_FI::decodeLiteralName(unsigned octet, Names& table
 }
 
 /// Decodes the parts of a literal name that an octet's low bits announce.
-void XMLReader_FI::decodeNameParts(unsigned octet, QualifiedName& name) {
+void Decoder::decodeNameParts(unsigned octet, std::string& prefix, std::string& namespaceName,
+                              std::string& localName) {
   if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) {
     fail("Qualified name with a prefix, but without a namespace");
   }
   if (octet & kPrefixPresent) {
-    decodeNamePart(prefixes_, "xml", "Error when parsing prefix", name.prefix);
+    decodeNamePart(prefixes_, "xml", "Error when parsing prefix", prefix);
   }
   if (octet & kNamespacePresent) {
-    decodeNamePart(namespaceNames_, namespaces::xml, "Error when parsing namespace",
-                   name.namespaceName);
+    decodeNamePart(namespaceNames_, namespaces::xml, "Error when parsing namespace", namespaceName);
   }
-  decodeIdentifier(&localNames_, name.localName);
+  decodeIdentifier(&localNames_, localName);
 }
 
-void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const char* message,
-                                  std::string& part) {
+void Decoder::decodeNamePart(Strings& table, const char* builtIn, const char* message,
+                             std::string& part) {
   const unsigned octet = takeOctet();
   if (dialect_.literalNameParts && (octet & kStringIndex) == 0) {
     decodeLiteralIdentifier(octet, &table, part);
@@ -219,7 +193,7 @@ void XMLReader_FI::decodeNamePart(Strings& table, const char* builtIn, const cha
   part = table[index - kBuiltInNames];
 }
 
-const QualifiedNameTable* XMLReader_FI::findExternalNames(const Names* table) const {
+const QualifiedNameTable* Decoder::findExternalNames(const Names* table) const {
   if (table == &elementNames_) return &externalVocabulary_->elementNameSurrogates;
   if (table == &attributeNames_) return &externalVocabulary_->attributeNameSurrogates;
   return nullptr;
@@ -229,8 +203,8 @@ const QualifiedNameTable* XMLReader_FI::findExternalNames(const Names* table) co
 /// @param index becomes the index in the table itself, where it is beyond them
 /// @param name  receives the external entry
 /// @return whether it is one of them
-bool XMLReader_FI::findExternalName(unsigned long& index, const Names& table, const char* message,
-                                    QualifiedName& name) const {
+bool Decoder::findExternalName(unsigned long& index, const Names& table, const char* message,
+                               NameParts& name) const {
   const QualifiedNameTable* external = externalNames(&table);
   if (external != nullptr) {
     if (index < external->definedCount) {
@@ -246,7 +220,7 @@ bool XMLReader_FI::findExternalName(unsigned long& index, const Names& table, co
 }
 
 /// An entry of a table of names: the external entries first, then the document's own.
-XMLReader_FI::Name& XMLReader_FI::nameAt(unsigned long index, Names& table, const char* message) {
+Name& Decoder::nameAt(unsigned long index, Names& table, const char* message) {
   const QualifiedNameTable* const external = externalNames(&table);
   if (external == nullptr || index >= external->occupiedCount) {
     if (external != nullptr) index -= external->occupiedCount;
@@ -263,7 +237,7 @@ XMLReader_FI::Name& XMLReader_FI::nameAt(unsigned long index, Names& table, cons
   return externalNames_.emplace(entry, std::move(name)).first->second;
 }
 
-XMLReader_FI::Name& XMLReader_FI::Names::append() {
+Name& Names::append() {
   if (size_ == blocks_.size() * kBlock) {
     std::vector<Name> block;
     block.reserve(kBlock);  // Before it is there: without, its names would move.
@@ -274,7 +248,7 @@ XMLReader_FI::Name& XMLReader_FI::Names::append() {
   return name;
 }
 
-void XMLReader_FI::Names::shrinkTo(std::size_t size) {
+void Names::shrinkTo(std::size_t size) {
   const std::size_t blocks = std::max<std::size_t>(1, (size + kBlock - 1) / kBlock);
   if (blocks_.size() > blocks) blocks_.resize(blocks);
   for (size_ = std::min(size, size_); !blocks_.empty();) {
@@ -283,22 +257,4 @@ void XMLReader_FI::Names::shrinkTo(std::size_t size) {
   }
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::getName(unsigned long index, const Names& table,
-                                                  const char* message) const {
-  QualifiedName name;
-  if (!findExternalName(index, table, message, name)) {
-    const QualifiedName& own = table[index];
-    name = own;
-  }
-  return name;
-}
-
-XMLReader_FI::QualifiedName XMLReader_FI::getElementName(unsigned long index) const {
-  return getName(index, elementNames_, kInvalidElementName);
-}
-
-XMLReader_FI::QualifiedName XMLReader_FI::getAttributeName(unsigned long index) const {
-  return getName(index, attributeNames_, kInvalidAttributeName);
-}
-
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -1,5 +1,5 @@
 #include <Tavrin/Identifiers.h>
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include "../Dialect.h"
 #include "../Integers.h"
@@ -10,15 +10,13 @@
 
 // Octets, integers and strings (X.891, C.13, C.14 and C.21 to C.28).
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 // --- Octets ---
 
 /// The buffer broke. A stream keeps that to itself, unless it is asked not to. To be called from
 /// the handler of the exception.
-int XMLReader_FI::brokenStream() {
+int Decoder::brokenStream() {
   const bool throws = stream_->exceptions() & std::ios_base::badbit;
   try {
     stream_->setstate(std::ios_base::badbit | std::ios_base::failbit);
@@ -30,21 +28,21 @@ int XMLReader_FI::brokenStream() {
 }
 
 /// There is no next octet: the stream is at its end, or not good.
-int XMLReader_FI::endOfStream() {
+int Decoder::endOfStream() {
   stream_->setstate(source_->good() ? std::ios_base::eofbit | std::ios_base::failbit
                                     : std::ios_base::failbit);
   return std::istream::traits_type::eof();
 }
 
-void XMLReader_FI::failAtEnd() const { fail("Unexpected end of document"); }
+void Decoder::failAtEnd() const { fail("Unexpected end of document"); }
 
-void XMLReader_FI::checkLiteralLength(std::uint64_t length) const {
+void Decoder::checkLiteralLength(std::uint64_t length) const {
   if (length <= maximumLiteralOctets_) return;
   failAtLimit("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets",
               properties::maximumLiteralOctets);
 }
 
-void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
+void Decoder::readOctets(std::uint64_t length, std::string& octets) {
   checkLiteralLength(length);
   // Measured: reading records takes up to a twelfth less time.
   if (const char* const buffered = takeBuffered(length)) {
@@ -56,20 +54,20 @@ void XMLReader_FI::readOctets(std::uint64_t length, std::string& octets) {
 
 /// Reads text in UTF-8. What is in the stream's buffer is looked at there: a processor waits for
 /// octets that it has just copied. Measured: reading prose takes a tenth less time.
-void XMLReader_FI::readText(std::uint64_t length, std::string& text) {
+void Decoder::readText(std::uint64_t length, std::string& text) {
   checkLiteralLength(length);
   if (const char* const buffered = takeBuffered(length)) {
-    dialectCheckText({buffered, length});
+    checkText({buffered, length});
     text.assign(buffered, length);
   } else {
     readFromBuffer(length, text);
-    dialectCheckText(text);
+    checkText(text);
   }
 }
 
 /// Reads a literal with one bulk read of the buffer, or piece by piece where not all of it is known
 /// to have arrived.
-void XMLReader_FI::readFromBuffer(std::uint64_t length, std::string& octets) {
+void Decoder::readFromBuffer(std::uint64_t length, std::string& octets) {
   readPieces(length, octets, [this](char* piece, std::streamsize wanted) {
     return source_->rdbuf()->sgetn(piece, wanted);
   });
@@ -77,7 +75,7 @@ void XMLReader_FI::readFromBuffer(std::uint64_t length, std::string& octets) {
 
 // --- Tables ---
 
-void XMLReader_FI::accountFor(std::uint64_t octets) {
+void Decoder::accountFor(std::uint64_t octets) {
   tableOctets_ += octets;
   if (tableOctets_ > maximumTableOctets_) {
     failAtLimit("Tables larger than " + std::to_string(maximumTableOctets_) + " octets",
@@ -87,12 +85,12 @@ void XMLReader_FI::accountFor(std::uint64_t octets) {
 
 /// What a name takes: its parts are in their own tables, too, in the qualified name, and where
 /// attributes are told apart.
-std::uint64_t XMLReader_FI::octetsOf(const QualifiedName& name) {
+std::uint64_t Decoder::octetsOf(const NameParts& name) {
   return kNameCopies * (name.prefix.size() + name.namespaceName.size() + name.localName.size()) +
          kNameOctets;
 }
 
-const StringTable* XMLReader_FI::findExternalEntries(const Strings* table) const {
+const StringTable* Decoder::findExternalEntries(const Strings* table) const {
   const ExternalVocabulary& vocabulary = *externalVocabulary_;
   const struct {
     const Strings* own;
@@ -122,7 +120,7 @@ constexpr std::size_t kFirstEntries = 16;
 
 }  // namespace
 
-void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
+void Decoder::addEntry(Strings& table, const std::string& entry) {
   const bool hasBuiltIn = &table == &prefixes_ || &table == &namespaceNames_;
   const StringTable* external = externalEntries(&table);
   const std::size_t inFront =
@@ -138,7 +136,7 @@ void XMLReader_FI::addEntry(Strings& table, const std::string& entry) {
 
 // A copy for each encoding: most integers have its first form, which is one comparison then.
 template <const auto& Encoding>
-unsigned long XMLReader_FI::decodeInteger(int octet, const char* message) {
+unsigned long Decoder::decodeInteger(int octet, const char* message) {
   const auto first = static_cast<unsigned>(octet);
   const IntegerForm* form = findForm(Encoding, first);
   if (form == nullptr) fail(message);
@@ -149,25 +147,25 @@ unsigned long XMLReader_FI::decodeInteger(int octet, const char* message) {
 
 /// Of the longest form of an index, only some bits of its octets are the field; the others are
 /// padding.
-unsigned long XMLReader_FI::withoutPadding(unsigned long index, const IntegerForm& longest,
-                                           std::uint32_t fieldBits) const {
+unsigned long Decoder::withoutPadding(unsigned long index, const IntegerForm& longest,
+                                      std::uint32_t fieldBits) const {
   if (index < longest.bias) return index;
   const unsigned long field = index - longest.bias;
-  dialectCheckPadding(static_cast<unsigned>(field & ~static_cast<unsigned long>(fieldBits)));
+  checkPadding(static_cast<unsigned>(field & ~static_cast<unsigned long>(fieldBits)));
   return (field & fieldBits) + longest.bias;
 }
 
-unsigned long XMLReader_FI::decodeIndex(int octet) {
+unsigned long Decoder::decodeIndex(int octet) {
   return decodeInteger<kIndex>(octet, "Error when decoding index");
 }
 
-unsigned long XMLReader_FI::decodeElementIndex(int octet) {
+unsigned long Decoder::decodeElementIndex(int octet) {
   const unsigned long index =
       decodeInteger<kElementIndex>(octet, "Error when decoding element name");
   return withoutPadding(index, kElementIndex.forms.back(), kElementIndexLongestField);
 }
 
-unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
+unsigned long Decoder::decodeCharactersIndex(int octet) {
   // The octet counts in whole: below the longer forms, it is the shortest one.
   constexpr int kFirstLongerForm = 0xB0;
   if (octet < kFirstLongerForm) return static_cast<unsigned long>(octet & 0x0F);
@@ -176,22 +174,22 @@ unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
   return withoutPadding(index, kCharactersIndex.forms.back(), dialect_.charactersIndexLongestField);
 }
 
-unsigned long XMLReader_FI::decodeIdentifierLength(int octet) {
+unsigned long Decoder::decodeIdentifierLength(int octet) {
   return decodeInteger<kIdentifierLength>(octet, "Error when parsing identifier");
 }
 
-unsigned long XMLReader_FI::decodeStringLength(int octet) {
+unsigned long Decoder::decodeStringLength(int octet) {
   return decodeInteger<kStringLength>(octet, "Error when decoding string length");
 }
 
-unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
+unsigned long Decoder::decodeCharactersLength(int octet) {
   return decodeInteger<kCharactersLength>(octet, "Error when decoding character chunk");
 }
 
-unsigned long XMLReader_FI::decodeNumberOfItems() {
+unsigned long Decoder::decodeNumberOfItems() {
   const unsigned octet = takeOctet();
   if (octet < kItemCountLong) return octet + dialect_.itemCountBias;
-  dialectCheckPadding(octet & ~(kItemCountLong | kItemCountLongBits));
+  checkPadding(octet & ~(kItemCountLong | kItemCountLongBits));
   unsigned long count = octet & kItemCountLongBits;
   for (int i = 0; i < 2; ++i) count = count << 8 | takeOctet();
   return count + dialect_.longItemCountBias;
@@ -199,16 +197,16 @@ unsigned long XMLReader_FI::decodeNumberOfItems() {
 
 // --- Strings ---
 
-std::string XMLReader_FI::getString(unsigned long index, const std::vector<std::string>* table,
-                                    const StringTable* external) const {
+std::string Decoder::getString(unsigned long index, const std::vector<std::string>* table,
+                               const StringTable* external) const {
   std::string text;
   assignString(index, table, external, text);
   return text;
 }
 
 /// As getString. An entry of the document's own is copied into the memory that the string has.
-void XMLReader_FI::assignString(unsigned long index, const std::vector<std::string>* table,
-                                const StringTable* external, std::string& text) const {
+void Decoder::assignString(unsigned long index, const std::vector<std::string>* table,
+                           const StringTable* external, std::string& text) const {
   if (external != nullptr) {
     if (index < external->definedCount) {
       const char* const entry = external->entries[index];
@@ -223,8 +221,8 @@ void XMLReader_FI::assignString(unsigned long index, const std::vector<std::stri
   text = (*table)[index];
 }
 
-void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
-                                const StringTable* external, std::string& out) {
+void Decoder::decodeString(int octet, std::vector<std::string>* table, const StringTable* external,
+                           std::string& out) {
   const auto first = static_cast<unsigned>(octet);
   if (first == kEmptyString) {
     out.clear();
@@ -238,18 +236,18 @@ void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
   if ((first & kStringEncoding) == kStringUTF8) {
     readText(decodeStringLength(octet), out);
   } else {
-    dialectDecodeOtherString(first, out);
-    dialectCheckText(out);
+    decodeOtherString(first, out);
+    checkText(out);
   }
   if ((first & kStringAddToTable) && table != nullptr) addEntry(*table, out);
 }
 
-void XMLReader_FI::decodeString(std::vector<std::string>* table, const StringTable* external,
-                                std::string& out) {
+void Decoder::decodeString(std::vector<std::string>* table, const StringTable* external,
+                           std::string& out) {
   decodeString(static_cast<int>(takeOctet()), table, external, out);
 }
 
-void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string& out) {
+void Decoder::decodeIdentifier(std::vector<std::string>* table, std::string& out) {
   const auto octet = static_cast<int>(takeOctet());
   if (static_cast<unsigned>(octet) & kStringIndex) {
     if (table == nullptr) fail("Error when parsing identifier");
@@ -260,10 +258,10 @@ void XMLReader_FI::decodeIdentifier(std::vector<std::string>* table, std::string
   decodeLiteralIdentifier(static_cast<unsigned>(octet), table, out);
 }
 
-void XMLReader_FI::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out) {
+void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& out) {
   readOctets(decodeIdentifierLength(static_cast<int>(octet)), out);
-  dialectCheckIdentifier(table, out);
+  checkIdentifier(table, out);
   if (table != nullptr) addEntry(*table, out);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

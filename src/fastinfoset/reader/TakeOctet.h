@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tavrin/XMLReader_FI.h>
+#include "../Decoder.h"
 
 #include <cstdint>
 #include <streambuf>
@@ -8,17 +8,17 @@
 
 #include "../../io/SingleOctets.h"
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
 /// What the stream's get operation gives, and with all that it does.
-inline int XMLReader_FI::getOctet() { return SingleOctets(*stream_, *source_).get(); }
+inline int Decoder::getOctet() { return SingleOctets(*stream_, *source_).get(); }
 
 // A dialect may take octets from the stream's buffer whatever is tied and counted. It obeys the
 // state of the stream and the buffer that it has at the time, too, and at the end the state is set
 // as get would set it. Inline, because it is called for each octet that is not in a string.
 
 /// The next octet, or the end of the stream.
-inline int XMLReader_FI::nextOctet() {
+inline int Decoder::nextOctet() {
   if (callsGet_) return getOctet();
   if (!source_->good()) return endOfStream();
   int octet = 0;
@@ -35,7 +35,7 @@ inline int XMLReader_FI::nextOctet() {
 /// Takes octets that are in the stream's buffer already, as its `sgetn` would.
 /// @return where they are, until the next octet is taken; or null where not all of them are in the
 ///         buffer: nothing has happened then
-inline const char* XMLReader_FI::takeBuffered(std::uint64_t length) {
+inline const char* Decoder::takeBuffered(std::uint64_t length) {
   if (callsGet_) return nullptr;
   const GetArea area(*source_->rdbuf());
   if (length > area.size()) return nullptr;
@@ -46,10 +46,10 @@ inline const char* XMLReader_FI::takeBuffered(std::uint64_t length) {
 }
 
 /// The next octet, which must be there.
-inline unsigned XMLReader_FI::takeOctet() {
+inline unsigned Decoder::takeOctet() {
   const int octet = nextOctet();
   if (octet == std::istream::traits_type::eof()) failAtEnd();
   return static_cast<unsigned>(octet);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

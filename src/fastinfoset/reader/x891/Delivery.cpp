@@ -6,7 +6,7 @@
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "../DecodeAttributes.h"
-#include "State.h"
+#include "X891Decoder.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
 
@@ -18,35 +18,35 @@ using namespace fastinfoset;
 // The name of the document type is that of the root element: what follows it waits for that. It
 // takes memory meanwhile, so it counts like an entry of a table.
 
-void XMLReader_X891::dialectDeliverUnused(const std::string&) {}
+void XMLReader_X891::Decoder::reportUnused(const std::string&) {}
 
-void XMLReader_X891::dialectDeliverNotation(const std::string& name, const std::string& publicId,
-                                            const std::string& systemId) {
-  checkIdentifiers(publicId, systemId);
+void XMLReader_X891::Decoder::reportNotation(const std::string& name, const std::string& publicId,
+                                             const std::string& systemId) {
+  checkExternalId(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
-  state_->document.isHoldingBack = true;
-  state_->document.declarations.emplace_back([=, this](const std::string&) {
+  document_.isHoldingBack = true;
+  document_.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
   });
 }
 
-void XMLReader_X891::dialectDeliverUnparsedEntity(const std::string& name,
-                                                  const std::string& publicId,
-                                                  const std::string& systemId,
-                                                  const std::string& notationName) {
-  checkIdentifiers(publicId, systemId);
+void XMLReader_X891::Decoder::reportUnparsedEntity(const std::string& name,
+                                                   const std::string& publicId,
+                                                   const std::string& systemId,
+                                                   const std::string& notationName) {
+  checkExternalId(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + notationName.size() +
              kHeldBackOctets);
-  state_->document.isHoldingBack = true;
-  state_->document.declarations.emplace_back([=, this](const std::string&) {
+  document_.isHoldingBack = true;
+  document_.declarations.emplace_back([=, this](const std::string&) {
     if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
   });
 }
 
-void XMLReader_X891::dialectDeliverStartDTD(const std::string& publicId,
-                                            const std::string& systemId) {
-  checkIdentifiers(publicId, systemId);
-  State::Document& document = state_->document;
+void XMLReader_X891::Decoder::reportStartDTD(const std::string& publicId,
+                                             const std::string& systemId) {
+  checkExternalId(publicId, systemId);
+  Document& document = document_;
   document.hasDocumentType = true;
   document.isHoldingBack = true;
   document.prolog.emplace_back([=, this](const std::string& rootName) {
@@ -56,14 +56,14 @@ void XMLReader_X891::dialectDeliverStartDTD(const std::string& publicId,
   document.declarations.clear();
 }
 
-void XMLReader_X891::dialectDeliverEndDTD() {
-  state_->document.prolog.emplace_back([this](const std::string&) {
+void XMLReader_X891::Decoder::reportEndDTD() {
+  document_.prolog.emplace_back([this](const std::string&) {
     if (lexicalHandler_) lexicalHandler_->endDTD();
   });
 }
 
-void XMLReader_X891::releaseProlog(const std::string& rootName) {
-  State::Document& document = state_->document;
+void XMLReader_X891::Decoder::releaseProlog(const std::string& rootName) {
+  Document& document = document_;
   document.isHoldingBack = false;
   if (!document.hasDocumentType) {
     if (lexicalHandler_) lexicalHandler_->startDTD(rootName, {}, {});
@@ -75,14 +75,14 @@ void XMLReader_X891::releaseProlog(const std::string& rootName) {
   document.prolog.clear();
 }
 
-void XMLReader_X891::dialectDeliverComment(const std::string& text) {
+void XMLReader_X891::Decoder::reportComment(const std::string& text) {
   if (text.find("--") != std::string::npos || text.ends_with('-')) {
     fail("Comment with \"--\" or \"-\" at its end");
   }
-  dialectCheckAmplification();
-  if (state_->document.isHoldingBack) {
+  checkAmplification();
+  if (document_.isHoldingBack) {
     accountFor(text.size() + kHeldBackOctets);
-    state_->document.prolog.emplace_back([=, this](const std::string&) {
+    document_.prolog.emplace_back([=, this](const std::string&) {
       if (lexicalHandler_) lexicalHandler_->comment(text);
     });
   } else if (lexicalHandler_) {
@@ -90,16 +90,17 @@ void XMLReader_X891::dialectDeliverComment(const std::string& text) {
   }
 }
 
-void XMLReader_X891::dialectDeliverInstruction(const std::string& target, const std::string& data) {
+void XMLReader_X891::Decoder::reportProcessingInstruction(const std::string& target,
+                                                          const std::string& data) {
   if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
   if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
   if (data.find_first_of(" \t\r\n") == 0) {
     fail("Processing instruction that begins with white space");
   }
-  dialectCheckAmplification();
-  if (state_->document.isHoldingBack) {
+  checkAmplification();
+  if (document_.isHoldingBack) {
     accountFor(target.size() + data.size() + kHeldBackOctets);
-    state_->document.prolog.emplace_back([=, this](const std::string&) {
+    document_.prolog.emplace_back([=, this](const std::string&) {
       if (contentHandler_) contentHandler_->processingInstruction(target, data);
     });
   } else if (contentHandler_) {
@@ -109,13 +110,13 @@ void XMLReader_X891::dialectDeliverInstruction(const std::string& target, const 
 
 // --- Elements ---
 
-bool XMLReader_X891::dialectStartTag(bool hasAttributes, const Name& name,
-                                     std::uint32_t declarations) {
-  State::Document& document = state_->document;
-  StartTagAttributes& attributes = state_->attributes;
+bool XMLReader_X891::Decoder::decodeStartTag(bool hasAttributes, const Name& name,
+                                             std::uint32_t declarations) {
+  Document& document = document_;
+  StartTagAttributes& attributes = attributes_;
   attributes.clear();
   const bool ended = hasAttributes && decodeAttributesInto(attributes);
-  dialectCheckAmplification();
+  checkAmplification();
   if (document.isHoldingBack) releaseProlog(name.qName);
   const std::size_t declared = document.bindings.count();
   for (std::size_t i = declared - declarations; i < declared && contentHandler_; ++i) {
@@ -130,10 +131,10 @@ bool XMLReader_X891::dialectStartTag(bool hasAttributes, const Name& name,
   return ended;
 }
 
-void XMLReader_X891::dialectDeliverEndElement(const Name& name, std::uint32_t declarations) {
+void XMLReader_X891::Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
   if (declarations == 0) return;
-  xml::NamespaceBindings& bindings = state_->document.bindings;
+  xml::NamespaceBindings& bindings = document_.bindings;
   const std::size_t octets = bindings.octets();
   for (; declarations > 0; --declarations) {
     if (contentHandler_) contentHandler_->endPrefixMapping(bindings.prefixAt(bindings.count() - 1));
@@ -144,16 +145,16 @@ void XMLReader_X891::dialectDeliverEndElement(const Name& name, std::uint32_t de
 
 // --- Content ---
 
-void XMLReader_X891::dialectDeliverCharacters(const std::string& text) {
-  dialectCheckAmplification();
+void XMLReader_X891::Decoder::reportCharacters(const std::string& text) {
+  checkAmplification();
   if (contentHandler_ && !text.empty()) contentHandler_->characters(text);
 }
 
-void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
-                                    const EncodedData& value) {
+void XMLReader_X891::Decoder::reportValue(unsigned field, const std::string& uri,
+                                          const EncodedData& value) {
   if (field == algorithms::cdata) {
     if (lexicalHandler_) lexicalHandler_->startCDATA();
-    dialectDeliverCharacters(static_cast<const CDATAData&>(value).data_);
+    reportCharacters(static_cast<const CDATAData&>(value).data_);
     if (lexicalHandler_) lexicalHandler_->endCDATA();
   } else if (primitiveTypeContentHandler_ && field < kDialectX891.firstApplicationAlgorithm &&
              field != algorithms::uuid) {
@@ -164,37 +165,37 @@ void XMLReader_X891::dialectDeliver(unsigned field, const std::string& uri,
     checkTextOf(field, value);
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
-      dialectCheckText(text);  // It may be anything, and much.
+      checkText(text);  // It may be anything, and much.
       checkTextLength(text.size(), 0);
     }
-    dialectDeliverCharacters(text);
+    reportCharacters(text);
   }
 }
 
-void XMLReader_X891::dialectDeliverOctets(bool addToTable, unsigned field, const std::string& uri,
-                                          const std::string& octets) {
+void XMLReader_X891::Decoder::reportOctets(bool addToTable, unsigned field, const std::string& uri,
+                                           const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would lead astray.
-  if (addToTable) fail(dialectDescribeUnknown(uri) + ", because the text enters a table");
+  if (addToTable) fail(describeUnknown(uri) + ", because the text enters a table");
   if (!encodingAlgorithmContentHandler_) {
-    fail(dialectDescribeUnknown(uri) + ", or take its octets with the property " +
+    fail(describeUnknown(uri) + ", or take its octets with the property " +
          propertyName(properties::encodingAlgorithmContentHandler));
   }
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
 }
 
-void XMLReader_X891::dialectDeliverEntityReference(const std::string& name,
-                                                   const std::string& publicId,
-                                                   const std::string& systemId) {
-  dialectCheckAmplification();
-  checkIdentifiers(publicId, systemId);
+void XMLReader_X891::Decoder::reportEntityReference(const std::string& name,
+                                                    const std::string& publicId,
+                                                    const std::string& systemId) {
+  checkAmplification();
+  checkExternalId(publicId, systemId);
   if (!publicId.empty() || !systemId.empty()) declareEntity(name, publicId, systemId);
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }
 
 /// The format gives identifiers to references. In XML a declaration has them, once for a name.
-void XMLReader_X891::declareEntity(const std::string& name, const std::string& publicId,
-                                   const std::string& systemId) {
-  const auto [entity, isNew] = state_->document.entities.try_emplace(name, publicId, systemId);
+void XMLReader_X891::Decoder::declareEntity(const std::string& name, const std::string& publicId,
+                                            const std::string& systemId) {
+  const auto [entity, isNew] = document_.entities.try_emplace(name, publicId, systemId);
   if (!isNew) {
     if (entity->second == std::pair(publicId, systemId)) return;
     fail("References to the entity \"" + name + "\" with different identifiers");

@@ -8,7 +8,7 @@
 #include "../../../xml/Characters.h"
 #include "../../Dialect.h"
 #include "../TakeOctet.h"
-#include "State.h"
+#include "X891Decoder.h"
 
 // Header, components and initial vocabulary (X.891, clause 12, C.2, C.2.5 and C.16).
 
@@ -41,23 +41,23 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 
 }  // namespace
 
-void XMLReader_X891::dialectDecodeDocument() {
+void XMLReader_X891::Decoder::decodeDocument() {
   decodeHeader();
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
-  const std::string warning = xml::describeOtherVersion(state_->document.version);
+  const std::string warning = xml::describeOtherVersion(document_.version);
   if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));
   decodeChildren();
   if (contentHandler_) contentHandler_->endDocument();
 }
 
-void XMLReader_X891::decodeHeader() {
+void XMLReader_X891::Decoder::decodeHeader() {
   if (source_->good() && source_->rdbuf()->sgetc() == kXMLDeclarations[0].text[0])
     decodeXMLDeclaration();
   if (!isFastInfosetDocument()) fail(kNotFastInfoset);
 }
 
-void XMLReader_X891::decodeXMLDeclaration() {
+void XMLReader_X891::Decoder::decodeXMLDeclaration() {
   // As soon as no declaration begins like that, no more is read: the rest may be a stranger's.
   std::string text;
   const auto isPossible = [&] {
@@ -69,43 +69,43 @@ void XMLReader_X891::decodeXMLDeclaration() {
     if (!isPossible()) fail(kNotFastInfoset);
     const auto found = std::ranges::find(kXMLDeclarations, text, &XMLDeclaration::text);
     if (found == kXMLDeclarations.end()) continue;
-    if (!found->version.empty()) state_->document.version = found->version;
-    if (found->standalone >= 0) state_->document.standalone = found->standalone == 1;
+    if (!found->version.empty()) document_.version = found->version;
+    if (found->standalone >= 0) document_.standalone = found->standalone == 1;
     return;
   }
 }
 
-void XMLReader_X891::dialectCheckPadding(unsigned bits) const {
+void XMLReader_X891::Decoder::checkPadding(unsigned bits) const {
   if (bits != 0) fail("Padding bits that are not zero");
 }
 
 // The components have the last word.
 
-void XMLReader_X891::dialectDeliverVersion(const std::string& version) {
+void XMLReader_X891::Decoder::reportVersion(const std::string& version) {
   if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");
-  state_->document.version = version;
+  document_.version = version;
 }
 
-void XMLReader_X891::dialectDeliverStandalone(unsigned octet) {
+void XMLReader_X891::Decoder::reportStandalone(unsigned octet) {
   if (octet > 1) fail("Error when decoding standalone");
-  state_->document.standalone = octet == 1;
+  document_.standalone = octet == 1;
 }
 
-void XMLReader_X891::dialectEndChildren(bool elementSeen) {
+void XMLReader_X891::Decoder::checkRootElement(bool elementSeen) {
   if (!elementSeen) fail("Document without an element");
 }
 
 // --- Initial vocabulary ---
 
-void XMLReader_X891::dialectDecodeInitialVocabulary() {
+void XMLReader_X891::Decoder::decodeInitialVocabulary() {
   const unsigned high = takeOctet();
-  dialectCheckPadding(high & kVocabularyPadding);
+  checkPadding(high & kVocabularyPadding);
   const unsigned tables = high << 8 | takeOctet();
   if (tables == 0) fail("Initial vocabulary without a component");
   if (tables & kExternalVocabulary) {
     std::string uri;
     decodeIdentifier(nullptr, uri);
-    dialectCheckText(uri);
+    checkText(uri);
     const auto* known = externalVocabularies_;
     const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
     if (known == nullptr || found == known->end() || found->second == nullptr) {
@@ -114,21 +114,21 @@ void XMLReader_X891::dialectDecodeInitialVocabulary() {
     }
     externalVocabulary_ = found->second;
   }
-  if (tables & kRestrictedAlphabets) decodeIdentifiers(restrictedAlphabets_);
-  if (tables & kEncodingAlgorithms) decodeIdentifiers(encodingAlgorithms_);
-  if (tables & kPrefixes) decodeIdentifiers(prefixes_);
-  if (tables & kNamespaceNames) decodeIdentifiers(namespaceNames_);
-  if (tables & kLocalNames) decodeIdentifiers(localNames_);
-  if (tables & kOtherNCNames) decodeIdentifiers(otherNCNames_);
-  if (tables & kOtherURIs) decodeIdentifiers(otherURIs_);
-  if (tables & kAttributeValues) decodeStrings(attributeValues_);
-  if (tables & kContentCharacterChunks) decodeStrings(contentCharacterChunks_);
-  if (tables & kOtherStrings) decodeStrings(otherStrings_);
-  if (tables & kElementNameSurrogates) decodeSurrogates(elementNames_);
-  if (tables & kAttributeNameSurrogates) decodeSurrogates(attributeNames_);
+  if (tables & kRestrictedAlphabets) decodeIdentifierEntries(restrictedAlphabets_);
+  if (tables & kEncodingAlgorithms) decodeIdentifierEntries(encodingAlgorithms_);
+  if (tables & kPrefixes) decodeIdentifierEntries(prefixes_);
+  if (tables & kNamespaceNames) decodeIdentifierEntries(namespaceNames_);
+  if (tables & kLocalNames) decodeIdentifierEntries(localNames_);
+  if (tables & kOtherNCNames) decodeIdentifierEntries(otherNCNames_);
+  if (tables & kOtherURIs) decodeIdentifierEntries(otherURIs_);
+  if (tables & kAttributeValues) decodeStringEntries(attributeValues_);
+  if (tables & kContentCharacterChunks) decodeStringEntries(contentCharacterChunks_);
+  if (tables & kOtherStrings) decodeStringEntries(otherStrings_);
+  if (tables & kElementNameSurrogates) decodeSurrogateEntries(elementNames_);
+  if (tables & kAttributeNameSurrogates) decodeSurrogateEntries(attributeNames_);
 }
 
-unsigned long XMLReader_X891::decodeListLength(unsigned long most) {
+unsigned long XMLReader_X891::Decoder::decodeListLength(unsigned long most) {
   const unsigned long length = decodeNumberOfItems();
   if (length > most) {
     fail("Initial vocabulary with more than " + std::to_string(most) + " entries of a kind");
@@ -137,35 +137,35 @@ unsigned long XMLReader_X891::decodeListLength(unsigned long most) {
 }
 
 /// Entries that are octet strings (C.22).
-void XMLReader_X891::decodeIdentifiers(Strings& table) {
+void XMLReader_X891::Decoder::decodeIdentifierEntries(Strings& table) {
   const bool isNumbered = &table == &restrictedAlphabets_ || &table == &encodingAlgorithms_;
   const unsigned long length = decodeListLength(isNumbered ? kMaximumAlgorithms : kMaximumEntries);
   std::string entry;
   for (unsigned long i = 0; i < length; ++i) {
     decodeIdentifier(nullptr, entry);
-    dialectCheckIdentifier(&table, entry);
+    checkIdentifier(&table, entry);
     addEntry(table, entry);
   }
 }
 
 /// Entries that are encoded character strings (C.19), which begin on the third bit.
-void XMLReader_X891::decodeStrings(Strings& table) {
+void XMLReader_X891::Decoder::decodeStringEntries(Strings& table) {
   const unsigned long length = decodeListLength(kMaximumEntries);
   std::string entry;
   for (unsigned long i = 0; i < length; ++i) {
     const unsigned octet = takeOctet();
-    dialectCheckPadding(octet & (kStringIndex | kStringAddToTable));
+    checkPadding(octet & (kStringIndex | kStringAddToTable));
     decodeString(static_cast<int>(octet), nullptr, nullptr, entry);
     addEntry(table, entry);
   }
 }
 
 /// Entries that are name surrogates (C.16): indexes of the parts of a name.
-void XMLReader_X891::decodeSurrogates(Names& table) {
+void XMLReader_X891::Decoder::decodeSurrogateEntries(Names& table) {
   const unsigned long length = decodeListLength(kMaximumEntries);
   for (unsigned long i = 0; i < length; ++i) {
     const unsigned octet = takeOctet();
-    dialectCheckPadding(octet & ~(kPrefixPresent | kNamespacePresent));
+    checkPadding(octet & ~(kPrefixPresent | kNamespacePresent));
     if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) {
       fail("Qualified name with a prefix, but without a namespace");
     }
@@ -174,7 +174,7 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
       if (index == kBuiltInNameIndex) return std::string(builtIn);
       return getString(index - kBuiltInNames, &own, externalEntries(&own));
     };
-    QualifiedName name;
+    NameParts name;
     if (octet & kPrefixPresent) name.prefix = builtInOr(prefixes_, "xml");
     if (octet & kNamespacePresent) name.namespaceName = builtInOr(namespaceNames_, namespaces::xml);
     name.localName = getString(decodeSurrogateIndex(), &localNames_, externalEntries(&localNames_));
@@ -182,14 +182,14 @@ void XMLReader_X891::decodeSurrogates(Names& table) {
     if (table.size() + (external ? external->occupiedCount : 0) >= kMaximumEntries) continue;
     accountFor(octetsOf(name));
     Name& entry = table.append();
-    static_cast<QualifiedName&>(entry) = std::move(name);
+    static_cast<NameParts&>(entry) = std::move(name);
     entry.qName = qNameOf(entry);
   }
 }
 
-unsigned long XMLReader_X891::decodeSurrogateIndex() {
+unsigned long XMLReader_X891::Decoder::decodeSurrogateIndex() {
   const unsigned octet = takeOctet();
-  dialectCheckPadding(octet & kStringIndex);
+  checkPadding(octet & kStringIndex);
   return decodeIndex(static_cast<int>(octet));
 }
 

@@ -10,7 +10,7 @@
 #include "../../Dialect.h"
 #include "../../Octets.h"
 #include "../Pieces.h"
-#include "State.h"
+#include "X891Decoder.h"
 
 // Text in other formats than UTF-8: UTF-16, restricted alphabets and encoding algorithms (X.891,
 // C.19, C.20 and clauses 9 and 10).
@@ -42,7 +42,7 @@ void appendUTF8(char32_t character, std::string& text) {
 
 }  // namespace
 
-void XMLReader_X891::dialectDecodeOtherString(unsigned octet, std::string& text) {
+void XMLReader_X891::Decoder::decodeOtherString(unsigned octet, std::string& text) {
   switch (octet & kStringEncoding) {
     case kStringUTF16:
       return decodeUTF16(decodeStringLength(static_cast<int>(octet)), text);
@@ -54,7 +54,7 @@ void XMLReader_X891::dialectDecodeOtherString(unsigned octet, std::string& text)
 }
 
 // Chunks that an algorithm encodes are typed content: they do not come here.
-void XMLReader_X891::dialectDecodeOtherChunk(unsigned octet, std::string& text) {
+void XMLReader_X891::Decoder::decodeOtherChunk(unsigned octet, std::string& text) {
   if ((octet & kChunkEncoding) == kChunkUTF16) {
     decodeUTF16(decodeCharactersLength(static_cast<int>(octet)), text);
   } else {
@@ -63,8 +63,8 @@ void XMLReader_X891::dialectDecodeOtherChunk(unsigned octet, std::string& text) 
 }
 
 /// Big-endian, without a mark of byte order.
-void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
-  std::string& octets = state_->octets;
+void XMLReader_X891::Decoder::decodeUTF16(unsigned long length, std::string& text) {
+  std::string& octets = octets_;
   readOctets(length, octets);
   text.clear();
   constexpr unsigned long kMostOctetsOfUnit = 3;  // In UTF-8.
@@ -94,19 +94,19 @@ void XMLReader_X891::decodeUTF16(unsigned long length, std::string& text) {
 /// Text may take many times the octets that it was made of. It counts like text from tables, and
 /// that of an attribute, which is kept as long as its tag is read, like the attribute.
 /// @param length how many octets arrived for it
-void XMLReader_X891::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
+void XMLReader_X891::Decoder::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
   checkLiteralLength(textOctets);
   if (textOctets <= length) return;
   fromTables_ += textOctets - length;
-  dialectCheckAmplification();
-  std::uint64_t& tagOctets = state_->document.tagOctets;
+  checkAmplification();
+  std::uint64_t& tagOctets = document_.tagOctets;
   if (tagOctets == 0) return;  // No attribute is being read.
   tagOctets += textOctets - length;
   accountFor(textOctets - length);
 }
 
-void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
-  auto& alphabets = state_->document.alphabets;
+void XMLReader_X891::Decoder::decodeRestrictedAlphabet(Field field, std::string& text) {
+  auto& alphabets = document_.alphabets;
   auto found = alphabets.find(field.number);
   if (found == alphabets.end()) {
     const auto charactersOf = [this](unsigned number) -> std::string {
@@ -119,40 +119,41 @@ void XMLReader_X891::decodeRestrictedAlphabet(Field field, std::string& text) {
                        externalEntries(&restrictedAlphabets_));
     };
     const std::string characters = charactersOf(field.number);
-    dialectCheckText(characters);
+    checkText(characters);
     accountFor(RestrictedAlphabet::kMostCopies * characters.size() + kEntryOctets);
     found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
     if (!found->second.isValid()) fail("Invalid restricted alphabet");
   }
-  readOctets(field.length, state_->octets);
-  const std::optional<std::uint64_t> size = found->second.sizeOf(state_->octets);
+  readOctets(field.length, octets_);
+  const std::optional<std::uint64_t> size = found->second.sizeOf(octets_);
   if (!size) fail("Error when decoding restricted alphabet");
   checkTextLength(*size, field.length);
   text.clear();
   text.reserve(*size);
-  found->second.decode(state_->octets, text);
+  found->second.decode(octets_, text);
 }
 
 // --- Encoding algorithms ---
 
-EncodingAlgorithm* XMLReader_X891::dialectGetEncodingAlgorithm(unsigned field, std::string& uri) {
-  return getEncodingAlgorithm(field, uri);
+/// A derived reader may put another algorithm in its place.
+EncodingAlgorithm* XMLReader_X891::Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {
+  return reader_.getEncodingAlgorithm(field, uri);
 }
 
-EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
-  if (field == algorithms::uuid) return &state_->uuid;
+EncodingAlgorithm* XMLReader_X891::Decoder::findAlgorithm(unsigned field, std::string& uri) {
+  if (field == algorithms::uuid) return &uuid_;
   checkAlgorithmField(field);
-  EncodingAlgorithm* algorithm = XMLReader_FI::dialectGetEncodingAlgorithm(field, uri);
+  EncodingAlgorithm* algorithm = findEncodingAlgorithm(field, uri);
   if (algorithm == nullptr && field < kDialectX891.firstApplicationAlgorithm) {
     fail("Reserved encoding algorithm " + std::to_string(field + 1));
   }
   fromTables_ += uri.size();  // It goes with every value.
-  dialectCheckAmplification();
+  checkAmplification();
   return algorithm;
 }
 
 /// An algorithm of the application is named in a table.
-void XMLReader_X891::checkAlgorithmField(unsigned field) const {
+void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) const {
   if (field < kDialectX891.firstApplicationAlgorithm) return;
   const StringTable* const external = externalEntries(&encodingAlgorithms_);
   const std::size_t position = field - kDialectX891.firstApplicationAlgorithm;
@@ -167,7 +168,7 @@ void XMLReader_X891::checkAlgorithmField(unsigned field) const {
        propertyName(properties::externalVocabularies) + ")");
 }
 
-std::string XMLReader_X891::dialectDescribeUnknown(const std::string& uri) const {
+std::string XMLReader_X891::Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri + " (add it to the property " +
          propertyName(properties::registeredEncodingAlgorithms) + ")";
 }
@@ -203,8 +204,8 @@ std::size_t sizeOfItems(unsigned field) {
 
 }  // namespace
 
-EncodedData& XMLReader_X891::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
-                                        unsigned long length) {
+EncodedData& XMLReader_X891::Decoder::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
+                                                 unsigned long length) {
   try {
     return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
   } catch (const EncodingAlgorithmException& exception) {
@@ -214,18 +215,20 @@ EncodedData& XMLReader_X891::decodeFrom(std::istream& stream, EncodingAlgorithm&
 
 /// Lets an algorithm decode octets that have been read: they are all there, and it cannot read
 /// beyond.
-EncodedData& XMLReader_X891::decodeWhole(EncodingAlgorithm& algorithm, unsigned long length) {
-  readOctets(length, state_->octets);
-  if (!state_->octetStream) state_->octetStream.emplace();
-  std::istream& stream = state_->octetStream->over(state_->octets);
+EncodedData& XMLReader_X891::Decoder::decodeWhole(EncodingAlgorithm& algorithm,
+                                                  unsigned long length) {
+  readOctets(length, octets_);
+  if (!octetStream_) octetStream_.emplace();
+  std::istream& stream = octetStream_->over(octets_);
   EncodedData& decoded = decodeFrom(stream, algorithm, length);
-  if (stream.fail() || !state_->octetStream->isAtEnd()) fail(kOtherLength);
+  if (stream.fail() || !octetStream_->isAtEnd()) fail(kOtherLength);
   return decoded;
 }
 
 /// Lets a built-in algorithm decode whole numbers that have arrived, of which there may be very
 /// many: they are not copied before.
-EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned long length) {
+EncodedData& XMLReader_X891::Decoder::decodeItems(EncodingAlgorithm& algorithm,
+                                                  unsigned long length) {
   NextOctets octets(*source_->rdbuf(), length);
   EncodedData& decoded = decodeFrom(octets.stream(), algorithm, length);
   octetsRead_ += octets.taken();
@@ -235,8 +238,8 @@ EncodedData& XMLReader_X891::decodeItems(EncodingAlgorithm& algorithm, unsigned 
 }
 
 /// Lets an algorithm decode its data, and no more.
-EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                               unsigned long length) {
+EncodedData& XMLReader_X891::Decoder::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                                 unsigned long length) {
   if (length > std::numeric_limits<std::uint32_t>::max()) {
     fail("Encoded data longer than 4294967295 octets");
   }
@@ -253,26 +256,26 @@ EncodedData& XMLReader_X891::dialectDecodeWith(EncodingAlgorithm& algorithm, uns
   // The text of numbers must read back as the same ones, which that of their own holders need not.
   switch (field) {
     case algorithms::shortInteger:
-      return takeOver<ShortData>(*decoded, state_->shorts);
+      return takeOver<ShortData>(*decoded, shorts_);
     case algorithms::integer:
-      return takeOver<IntData>(*decoded, state_->ints);
+      return takeOver<IntData>(*decoded, ints_);
     case algorithms::longInteger:
-      return takeOver<LongData>(*decoded, state_->longs);
+      return takeOver<LongData>(*decoded, longs_);
     case algorithms::floatNumber:
-      return takeOver<FloatData>(*decoded, state_->floats);
+      return takeOver<FloatData>(*decoded, floats_);
     case algorithms::doubleNumber:
-      return takeOver<DoubleData>(*decoded, state_->doubles);
+      return takeOver<DoubleData>(*decoded, doubles_);
     default:
       return *decoded;
   }
 }
 
 /// Text of a string that stands where nothing typed is delivered.
-void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
+void XMLReader_X891::Decoder::decodeAlgorithmText(Field field, std::string& text) {
   std::string uri;
   EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
-  if (algorithm == nullptr) fail(dialectDescribeUnknown(uri));
-  const EncodedData& value = dialectDecodeWith(*algorithm, field.number, field.length);
+  if (algorithm == nullptr) fail(describeUnknown(uri));
+  const EncodedData& value = decodeWith(*algorithm, field.number, field.length);
   checkTextOf(field.number, value);
   text = value.toString();
   if (field.number >= kDialectX891.firstApplicationAlgorithm) checkTextLength(text.size(), 0);
@@ -280,7 +283,7 @@ void XMLReader_X891::decodeAlgorithmText(Field field, std::string& text) {
 
 /// Booleans are the one kind of value whose text takes many times their octets: a bit becomes a
 /// word. That of an application's algorithm is known when it is there.
-void XMLReader_X891::checkTextOf(unsigned field, const EncodedData& value) {
+void XMLReader_X891::Decoder::checkTextOf(unsigned field, const EncodedData& value) {
   if (field != algorithms::boolean) return;
   constexpr std::uint64_t kLongestWord = sizeof "false";  // With the space in front.
   const std::uint64_t count = static_cast<const BooleanData&>(value).data_.size();
@@ -288,8 +291,8 @@ void XMLReader_X891::checkTextOf(unsigned field, const EncodedData& value) {
 }
 
 /// The table holds the text that the value stands for (7.14).
-void XMLReader_X891::dialectTakeTyped(bool addToTable, Strings& table, unsigned field,
-                                      EncodedData& value) {
+void XMLReader_X891::Decoder::takeTyped(bool addToTable, Strings& table, unsigned field,
+                                        EncodedData& value) {
   if (field == algorithms::cdata && &table == &attributeValues_) {
     fail("CDATA section in an attribute value");
   }
@@ -299,7 +302,7 @@ void XMLReader_X891::dialectTakeTyped(bool addToTable, Strings& table, unsigned 
   if (addToTable || &table == &attributeValues_) checkTextOf(field, value);
   if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
-  dialectCheckText(text);
+  checkText(text);
   if (isOwnAttribute) checkTextLength(text.size(), 0);
   if (addToTable) addEntry(table, text);
 }

@@ -7,7 +7,7 @@
 #include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "../TakeOctet.h"
-#include "State.h"
+#include "X891Decoder.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
 // enter the document, names once for the declarations in scope.
@@ -16,23 +16,23 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-void XMLReader_X891::dialectCheckText(std::string_view text) {
+void XMLReader_X891::Decoder::checkText(std::string_view text) {
   if (xml::isEasyText(text)) return;
   const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void XMLReader_X891::dialectCheckIdentifier(const Strings* table, const std::string& text) {
+void XMLReader_X891::Decoder::checkIdentifier(const Strings* table, const std::string& text) {
   if (table == nullptr) return;  // Octets, or a string that is checked where it is used.
   if (table == &prefixes_ || table == &localNames_ || table == &otherNCNames_) {
     if (!xml::isNCName(text)) fail("Invalid name \"" + text + "\"");
   } else {
-    dialectCheckText(text);
+    checkText(text);
   }
 }
 
-void XMLReader_X891::checkIdentifiers(const std::string& publicId,
-                                      const std::string& systemId) const {
+void XMLReader_X891::Decoder::checkExternalId(const std::string& publicId,
+                                              const std::string& systemId) const {
   if (!xml::isPublicId(publicId)) fail("Invalid public identifier \"" + publicId + "\"");
   if (!xml::isSystemId(systemId)) fail("Invalid system identifier \"" + systemId + "\"");
 }
@@ -41,16 +41,16 @@ void XMLReader_X891::checkIdentifiers(const std::string& publicId,
 
 /// Takes the declarations of an element into account, each when it comes: a tag may hold as many as
 /// the document has octets. They are delivered when its name is known.
-std::uint32_t XMLReader_X891::dialectDecodeDeclarations() {
-  State::Document& document = state_->document;
+std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
+  Document& document = document_;
   xml::NamespaceBindings& bindings = document.bindings;
   const std::size_t outside = bindings.count();
-  auto& [prefix, namespaceName] = state_->declaration;
+  auto& [prefix, namespaceName] = declaration_;
   unsigned octet = takeOctet();
   for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
     decodeDeclaration(octet, prefix, namespaceName);
     fromTables_ += prefix.size() + namespaceName.size();
-    dialectCheckAmplification();
+    checkAmplification();
     const std::string why = xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
     if (!why.empty()) fail(why);
     if (bindings.isDeclaredSince(prefix, outside)) {
@@ -64,12 +64,12 @@ std::uint32_t XMLReader_X891::dialectDecodeDeclarations() {
   return static_cast<std::uint32_t>(bindings.count() - outside);
 }
 
-std::size_t XMLReader_X891::deliveredOctetsOf(const Name& name) {
+std::size_t XMLReader_X891::Decoder::deliveredOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
 }
 
-void XMLReader_X891::checkBinding(const Name& name) const {
-  const std::string& bound = state_->document.bindings.find(name.prefix);
+void XMLReader_X891::Decoder::checkBinding(const Name& name) const {
+  const std::string& bound = document_.bindings.find(name.prefix);
   const bool isUnbound = !name.prefix.empty() && bound.empty();
   if (bound == name.namespaceName && !isUnbound) return;
   if (name.prefix.empty()) {
@@ -82,20 +82,19 @@ void XMLReader_X891::checkBinding(const Name& name) const {
 
 /// Finds out how many octets are allowed now that more have been read. Measured: asking that each
 /// time, beyond the threshold, takes a twentieth of the time of reading records.
-void XMLReader_X891::allowMoreFromTables() const {
+void XMLReader_X891::Decoder::allowMoreFromTables() const {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
-  const double byFactor = state_->amplificationFactor * static_cast<double>(octetsRead_);
-  state_->document.allowedFromTables =
-      std::max(state_->amplificationThreshold,
-               byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
-  if (fromTables_ > state_->document.allowedFromTables) {
+  const double byFactor = amplificationFactor_ * static_cast<double>(octetsRead_);
+  document_.allowedFromTables = std::max(
+      amplificationThreshold_, byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
+  if (fromTables_ > document_.allowedFromTables) {
     failAtLimit("More octets delivered for each octet read than the limit allows",
                 properties::amplificationFactor);
   }
 }
 
-void XMLReader_X891::dialectCheckElementName(Name& name) {
-  State::Document& document = state_->document;
+void XMLReader_X891::Decoder::checkElementName(Name& name) {
+  Document& document = document_;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
     checkBinding(name);
@@ -105,8 +104,8 @@ void XMLReader_X891::dialectCheckElementName(Name& name) {
   fromTables_ += 2 * name.octets;  // It comes again with the end.
 }
 
-void XMLReader_X891::dialectCheckAttributeName(Name& name) {
-  State::Document& document = state_->document;
+void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
+  Document& document = document_;
   if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
       if (!name.namespaceName.empty()) {
@@ -122,7 +121,7 @@ void XMLReader_X891::dialectCheckAttributeName(Name& name) {
   }
   // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.octets;
-  dialectCheckAmplification();
+  checkAmplification();
   const std::uint64_t octets = kAttributeOctets + (&name == &unlisted_ ? octetsOf(name) : 0);
   document.tagOctets += octets;
   accountFor(octets);

@@ -4,26 +4,55 @@
 #include <algorithm>
 #include <limits>
 
-#include "../../Dialect.h"
-#include "State.h"
+#include "X891Decoder.h"
 
 // The reader as an object: creation, properties, failures. Beside it in this folder: Document.cpp
 // (header, components, vocabulary), Text.cpp (formats of strings), WellFormed.cpp (checks) and
-// Delivery.cpp (what handlers hear). All else is that of XMLReader_FI.
+// Delivery.cpp (what handlers hear). All else is what readers of Fast Infoset share.
 
 namespace Tavrin {
 
 const XMLReaderType XMLReader_X891::type_("X891", &XMLReader_X891::create);
 
-XMLReader_X891::XMLReader_X891()
-    : XMLReader_FI(fastinfoset::kDialectX891), state_(std::make_unique<State>()) {
-  maximumTableOctets_ = State::kMaximumTableOctets;
-  maximumLiteralOctets_ = State::kMaximumLiteralOctets;
-}
+XMLReader_X891::XMLReader_X891() : decoder_(std::make_unique<Decoder>(*this)) {}
 
 XMLReader_X891::~XMLReader_X891() = default;
 
 std::unique_ptr<XMLReader> XMLReader_X891::create() { return std::make_unique<XMLReader_X891>(); }
+
+void XMLReader_X891::setProperty(const std::string& name, void* value) {
+  if (!decoder_->setProperty(name, value)) XMLReader::setProperty(name, value);
+}
+
+void* XMLReader_X891::getProperty(const std::string& name) {
+  void* value = nullptr;
+  return decoder_->getProperty(name, value) ? value : XMLReader::getProperty(name);
+}
+
+void XMLReader_X891::setFeature(const std::string& name, bool value) {
+  if (name == features::isStandalone) throw SAXException("Feature \"" + name + "\" cannot be set");
+  XMLReader::setFeature(name, value);
+}
+
+bool XMLReader_X891::getFeature(const std::string& name) {
+  return name == features::isStandalone ? decoder_->isStandalone() : XMLReader::getFeature(name);
+}
+
+void XMLReader_X891::parse(std::istream& stream) { decoder_->parse(stream); }
+
+EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
+  return decoder_->findAlgorithm(field, uri);
+}
+
+// --- The decoder ---
+
+XMLReader_X891::Decoder::Decoder(XMLReader_X891& reader)
+    : fastinfoset::Decoder(fastinfoset::kDialectX891,
+                           {reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
+      reader_(reader) {
+  maximumTableOctets_ = kMaximumTableOctets;
+  maximumLiteralOctets_ = kMaximumLiteralOctets;
+}
 
 namespace {
 
@@ -34,70 +63,70 @@ void assign(Value& property, const void* value, Value byDefault) {
 
 }  // namespace
 
-void XMLReader_X891::setProperty(const std::string& name, void* value) {
+bool XMLReader_X891::Decoder::setProperty(const std::string& name, void* value) {
   if (name == properties::amplificationFactor) {
     double factor = 0;
-    assign(factor, value, State::kAmplificationFactor);
+    assign(factor, value, kAmplificationFactor);
     if (!(factor >= 1)) throw SAXException("Amplification factor below 1");
-    state_->amplificationFactor = factor;
-    state_->document.allowedFromTables = 0;
+    amplificationFactor_ = factor;
+    document_.allowedFromTables = 0;
   } else if (name == properties::amplificationThreshold) {
-    assign(state_->amplificationThreshold, value, State::kAmplificationThreshold);
-    state_->document.allowedFromTables = 0;
+    assign(amplificationThreshold_, value, kAmplificationThreshold);
+    document_.allowedFromTables = 0;
   } else if (name == properties::maximumTableOctets) {
-    assign(maximumTableOctets_, value, State::kMaximumTableOctets);
+    assign(maximumTableOctets_, value, kMaximumTableOctets);
   } else if (name == properties::maximumLiteralOctets) {
-    assign(maximumLiteralOctets_, value, State::kMaximumLiteralOctets);
+    assign(maximumLiteralOctets_, value, kMaximumLiteralOctets);
   } else if (name == properties::maximumDepth) {
     assign(maximumDepth_, value, std::uint64_t{UINT64_MAX});
   } else if (name == properties::documentXMLVersion || name == properties::standalone) {
     throw SAXException("Property \"" + name + "\" cannot be set");
   } else {
-    XMLReader_FI::setProperty(name, value);
+    return fastinfoset::Decoder::setProperty(name, value);
   }
+  return true;
 }
 
-void* XMLReader_X891::getProperty(const std::string& name) {
-  State::Document& document = state_->document;
-  if (name == properties::amplificationFactor) return &state_->amplificationFactor;
-  if (name == properties::amplificationThreshold) return &state_->amplificationThreshold;
-  if (name == properties::maximumTableOctets) return &maximumTableOctets_;
-  if (name == properties::maximumLiteralOctets) return &maximumLiteralOctets_;
-  if (name == properties::maximumDepth) return &maximumDepth_;
-  if (name == properties::documentXMLVersion) return &document.version;
-  if (name == properties::standalone) return document.standalone ? &*document.standalone : nullptr;
-  return XMLReader_FI::getProperty(name);
+bool XMLReader_X891::Decoder::getProperty(const std::string& name, void*& value) {
+  if (name == properties::amplificationFactor) {
+    value = &amplificationFactor_;
+  } else if (name == properties::amplificationThreshold) {
+    value = &amplificationThreshold_;
+  } else if (name == properties::maximumTableOctets) {
+    value = &maximumTableOctets_;
+  } else if (name == properties::maximumLiteralOctets) {
+    value = &maximumLiteralOctets_;
+  } else if (name == properties::maximumDepth) {
+    value = &maximumDepth_;
+  } else if (name == properties::documentXMLVersion) {
+    value = &document_.version;
+  } else if (name == properties::standalone) {
+    value = document_.standalone ? &*document_.standalone : nullptr;
+  } else {
+    return fastinfoset::Decoder::getProperty(name, value);
+  }
+  return true;
 }
 
-void XMLReader_X891::setFeature(const std::string& name, bool value) {
-  if (name == features::isStandalone) throw SAXException("Feature \"" + name + "\" cannot be set");
-  XMLReader_FI::setFeature(name, value);
-}
-
-bool XMLReader_X891::getFeature(const std::string& name) {
-  if (name == features::isStandalone) return state_->document.standalone.value_or(false);
-  return XMLReader_FI::getFeature(name);
-}
-
-SAXParseException XMLReader_X891::exceptionHere(const std::string& message) const {
+SAXParseException XMLReader_X891::Decoder::exceptionHere(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
   return {message, -1, static_cast<std::int32_t>(std::min(octetsRead_, kMost))};
 }
 
-void XMLReader_X891::dialectThrowFailure(const std::string& message) const {
+void XMLReader_X891::Decoder::throwFailure(const std::string& message) const {
   const SAXParseException exception = exceptionHere(message);
   if (errorHandler_) errorHandler_->fatalError(exception);
   throw exception;
 }
 
 // Nothing outlives a document.
-void XMLReader_X891::dialectClearTables() {
-  XMLReader_FI::dialectClearTables();
+void XMLReader_X891::Decoder::clearTables() {
+  fastinfoset::Decoder::clearTables();
   restrictedAlphabets_.clear();
   encodingAlgorithms_.clear();
   externalVocabulary_ = nullptr;
-  if (state_->isUsed) state_->document = {};
-  state_->isUsed = true;
+  if (isUsed_) document_ = {};
+  isUsed_ = true;
 }
 
 }  // namespace Tavrin

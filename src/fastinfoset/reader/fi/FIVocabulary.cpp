@@ -1,7 +1,7 @@
-#include <Tavrin/XMLReader_FI.h>
-
-#include "../Octets.h"
-#include "TakeOctet.h"
+#include "../../Octets.h"
+#include "../DecodeAttributes.h"
+#include "../TakeOctet.h"
+#include "FIDecoder.h"
 
 // The initial vocabulary (X.891, C.2.5 and C.16).
 
@@ -9,9 +9,7 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-void XMLReader_FI::decodeInitialVocabulary() { dialectDecodeInitialVocabulary(); }
-
-void XMLReader_FI::dialectDecodeInitialVocabulary() {
+void XMLReader_FI::Decoder::decodeInitialVocabulary() {
   const unsigned high = takeOctet();
   const unsigned tables = high << 8 | takeOctet();
   if (tables & kExternalVocabulary) {
@@ -51,23 +49,32 @@ void replaceEntries(unsigned long count, std::vector<Entry>& table, Decode decod
 
 }  // namespace
 
-void XMLReader_FI::decodeStringTable(std::vector<std::string>& table) {
+void XMLReader_FI::Decoder::decodeStringTable(std::vector<std::string>& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeString(nullptr, nullptr, entry); });
 }
 
-void XMLReader_FI::decodeIdentifierTable(std::vector<std::string>& table) {
+void XMLReader_FI::Decoder::decodeIdentifierTable(std::vector<std::string>& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeIdentifier(nullptr, entry); });
 }
 
-void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
-  replaceEntries(decodeNumberOfItems(), table,
-                 [this](QualifiedName& name) { decodeNameParts(takeOctet(), name); });
+XMLReader_FI::QualifiedName& XMLReader_FI::Decoder::decodeQualifiedName(
+    unsigned octet, std::vector<QualifiedName>& table) {
+  QualifiedName& name = table.emplace_back();
+  decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
+  return name;
+}
+
+void XMLReader_FI::Decoder::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
+  replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
+    const unsigned octet = takeOctet();
+    decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
+  });
 }
 
 /// As decodeQualifiedNameTable, for a table of the document.
-void XMLReader_FI::decodeNameTable(Names& table) {
+void XMLReader_FI::Decoder::decodeNameTable(Names& table) {
   const unsigned long count = decodeNumberOfItems();
   table.shrinkTo(count);
   for (unsigned long i = 0; i < count; ++i) {
@@ -75,6 +82,21 @@ void XMLReader_FI::decodeNameTable(Names& table) {
     decodeNameParts(takeOctet(), name);
     name.qName = qNameOf(name);
   }
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getName(unsigned long index, const Names& table,
+                                                           const char* message) const {
+  NameParts name;
+  if (!findExternalName(index, table, message, name)) name = table[index];
+  return {name.prefix, name.namespaceName, name.localName};
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getElementName(unsigned long index) const {
+  return getName(index, elementNames_, kInvalidElementName);
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getAttributeName(unsigned long index) const {
+  return getName(index, attributeNames_, kInvalidAttributeName);
 }
 
 }  // namespace Tavrin

@@ -1,12 +1,13 @@
-#include <Tavrin/XMLReader_FI.h>
-
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "DecodeAttributes.h"
+#include "../DecodeAttributes.h"
+#include "FIDecoder.h"
 
 namespace Tavrin {
+
+using namespace fastinfoset;
 
 namespace {
 
@@ -85,13 +86,13 @@ void keepSmall(Records& records, Records& spare) {
 
 }  // namespace
 
-bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
+bool XMLReader_FI::Decoder::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
   AppendedAttributes appended(attributes, spareAttributes_);
   return decodeAttributesInto(appended);
 }
 
 /// The list is made for the element: its values end before the next item is read.
-bool XMLReader_FI::dialectStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
+bool XMLReader_FI::Decoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
   bool ended = false;
   if (hasAttributes) {
