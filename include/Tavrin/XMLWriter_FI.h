@@ -8,8 +8,6 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLWriter.h>
 
-#include <cstddef>
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,9 +16,7 @@
 namespace Tavrin {
 
 namespace fastinfoset {
-struct Dialect;
-template <typename Key>
-class IndexMap;
+class Encoder;
 }  // namespace fastinfoset
 
 /// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI".
@@ -161,68 +157,10 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   BuiltInAlgorithms builtIn_;            ///< The algorithms.
 
  private:
-  friend class XMLWriter_X891;
-
-  using StringIndexMap = fastinfoset::IndexMap<std::string>;
-  using NameIndexMap = fastinfoset::IndexMap<QualifiedName>;
-  struct Name;
-  struct Vocabulary;
-  struct KnownNames;
-  struct Limits;
-
-  explicit XMLWriter_FI(const fastinfoset::Dialect& dialect);
-
-  template <typename Table>
-  void writeString(Table* table, bool addToTable, const std::string& text);
-  template <typename Table>
-  void writeNewString(Table* table, const std::string& text);
-  template <typename Table>
-  void writeIdentifier(Table* table, const std::string& text);
-  template <typename Table>
-  void writeQualifiedName(int bits, Table& table, const QualifiedName& name);
-  [[noreturn]] static void missingNamePart(const std::string& part, const char* what);
-  unsigned int findNamePart(const StringIndexMap& table, const std::string& part,
-                            const char* builtIn, const char* what) const;
-  void writeNamePart(StringIndexMap& table, const std::string& part, unsigned int index);
-
-  bool isIndexed(const StringIndexMap& table, const std::string& text) const;
-  template <typename Key>
-  void addEntry(fastinfoset::IndexMap<Key>& table, const Key& entry);
-  template <typename Key>
-  void addEntry(std::map<Key, unsigned int>& table, const Key& entry);
-  void clearTables();
-
-  void writeElementName(unsigned int attributeFlag, const Name& name);
-  void writeAttributeName(const Name& name);
-  static void assignName(QualifiedName& name, const Name& from);
   void checkTag(const std::string& localName, const Attributes& attributes);
-  [[noreturn]] static void throwUnknownAlgorithm(const std::string& uri);
   EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
-  template <typename Algorithm, typename Value>
-  void encodeContent(Algorithm& algorithm, const Value& value);
 
-  template <typename Body>
-  void perform(Body body);
-  void sendOctets();
-  void put(unsigned int octet);
-  void putOctets(const std::string& octets);
-  void putIdentifier(const std::string& text);
-  void putItemCount(std::uint32_t count);
-  void putAlgorithm(bool chunk, unsigned int field, std::uint64_t length);
-  template <typename Encoding>
-  void putInteger(const Encoding& encoding, unsigned int bits, std::uint64_t value);
-  std::uint64_t lengthOf(const std::string& text) const;
-  void write(const char* octets, std::size_t count);
-
-  const fastinfoset::Dialect& dialect_;
-  const std::unique_ptr<Vocabulary> ownVocabulary_;
-  Vocabulary& vocabulary_;  // Of the current document.
-  const std::unique_ptr<KnownNames> known_;
-  const std::unique_ptr<Limits> ownLimits_;
-  Limits* limits_;
-  QualifiedName name_;  // Used again for each name: its strings keep their memory.
-  bool gathers_ = false;
-  std::string gathered_;  // Octets of an event that are not in the stream yet.
+  const std::unique_ptr<fastinfoset::Encoder> encoder_;
 
   static const XMLWriterType type_;
 };

@@ -2,19 +2,17 @@
 /// The writer of Fast Infoset documents as the standard has them.
 #pragma once
 
-#include <Tavrin/XMLWriter_FI.h>
+#include <Tavrin/EncodingAlgorithms.h>
+#include <Tavrin/Export.h>
+#include <Tavrin/Factories.h>
+#include <Tavrin/TypedData.h>
+#include <Tavrin/XMLWriter.h>
 
-#include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace Tavrin {
-
-class EncodingAlgorithmAttributes;
-struct ExternalVocabulary;
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
 ///
@@ -67,7 +65,9 @@ struct ExternalVocabulary;
 ///
 /// What stands in front of the root is kept in memory until the root begins, because notations and
 /// unparsed entities stand in front of it all.
-class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
+class TAVRIN_API XMLWriter_X891 : public XMLWriter,
+                                  public PrimitiveTypeContentHandler,
+                                  public EncodingAlgorithmContentHandler {
  public:
   XMLWriter_X891();
   ~XMLWriter_X891() override;
@@ -182,75 +182,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter_FI {
   EncodingAlgorithm* getEncodingAlgorithm(const std::string& uri, int index);
 
  private:
-  struct State;
-  struct WrittenVocabulary;
-
-  template <typename Body>
-  void attempt(Body body);
-  void requireSound() const;
-  void breakOff() noexcept;
-
-  void encodeString(StringIndexMap* table, bool addToTable, const std::string& text);
-  void encodeIdentifier(StringIndexMap* table, const std::string& text);
-
-  void beginDocument();
-
-  void encodeStartTag(const Name& name, const Attributes& attributes);
-  unsigned int takeElementName(const Name& name);
-  const EncodingAlgorithmAttributes* typedForm(const Attributes& attributes);
-  void recogniseAttributes(const Attributes& attributes);
-  void takeAttributes(const Attributes& attributes);
-  void encodeTakenAttributes(const Attributes& attributes);
-  void encodeNewAttributeName(const Name& name);
-  static bool isDeclaration(const Attributes& attributes, int index);
-  void takeDeclarations(const Attributes& attributes, const std::vector<int>& declarations);
-  void checkElementName(const Name& name, unsigned int index, bool isKnown);
-  void checkAttributeName(const Name& name, unsigned int index, bool isKnown);
-  void checkValue(const std::string& value, unsigned int index) const;
-  void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
-  void beginTag();
-  void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
-
-  void declare(const std::string& prefix, const std::string& uri);
-  void takeNewName(const Name& name);
-  [[noreturn]] static void refuseSpelling(const Name& name);
-  void checkPrefix(std::string_view prefix, const std::string& uri) const;
-  void checkRoom(std::uint64_t octets, std::uint64_t entries) const;
-
-  void beginChildren(const WrittenVocabulary& vocabulary);
-  void writeComponents(const WrittenVocabulary& vocabulary);
-  void writeProlog();
-  void encodeIdentifiers(const std::string& systemId, const std::string& publicId);
-
-  const ExternalVocabulary* findExternalVocabulary() const;
-  void loadExternalVocabulary(WrittenVocabulary& written);
-  void loadInitialVocabulary(WrittenVocabulary& written);
-  void loadAlgorithms(WrittenVocabulary& written);
-  WrittenVocabulary prepareVocabulary();
-  void writeVocabulary(const WrittenVocabulary& vocabulary);
-  void writeSurrogates(const std::vector<QualifiedName>& names);
-
-  void writeInstruction(const std::string& target, const std::string& data);
-  void gather(const std::string& text);
-  void checkTypedContent() const;
-  template <typename Write>
-  void putValue(std::uint64_t octets, Write write);
-  void putSection(const std::string& text);
-  void putContent(unsigned int field, const std::string& octets);
-
-  static bool isBuiltIn(const std::string& uri, int index);
-  std::string namedAlgorithm(int index) const;
-  unsigned int fieldOf(const std::string& uri, int index) const;
-  EncodingAlgorithm& algorithmFor(const std::string& uri, int index);
-  [[noreturn]] void refuseAlgorithm(const std::string& uri, int index) const;
-  static std::uint64_t octetsOfBooleans(std::size_t count);
-  static void checkValueLength(std::uint64_t octets);
-  static std::uint64_t checkBuiltIn(int index, const EncodedData& data);
-  void checkOctets(unsigned int field, const std::string& octets);
-  static std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool chunk,
-                               const EncodedData& data);
-
-  std::unique_ptr<State> own_;
+  class Encoder;
+  const std::unique_ptr<Encoder> encoder_;
 
   static const XMLWriterType type_;
 };

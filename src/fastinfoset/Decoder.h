@@ -18,17 +18,11 @@
 #include <vector>
 
 #include "Dialect.h"
+#include "NameParts.h"
 
 namespace Tavrin::fastinfoset {
 
 using Strings = std::vector<std::string>;
-
-/// A name as the surrogate tables hold it (X.891, 8.5); a part that is absent is empty.
-struct NameParts {
-  std::string prefix;
-  std::string namespaceName;
-  std::string localName;
-};
 
 /// A position in no table.
 inline constexpr std::uint32_t kUnlisted = UINT32_MAX;

@@ -6,7 +6,6 @@
 #include <tuple>
 
 #include "fastinfoset/writer/IndexMap.h"
-#include "writer_probe.h"
 
 // The tables of the writer beside ordered ones.
 
@@ -14,7 +13,7 @@ namespace writer_test {
 namespace {
 
 using Strings = Tavrin::fastinfoset::IndexMap<std::string>;
-using Names = Tavrin::fastinfoset::IndexMap<Probe::QualifiedName>;
+using Names = Tavrin::fastinfoset::IndexMap<Tavrin::fastinfoset::NameParts>;
 
 /// Short strings of few different octets, zeros among them: many are the beginning of others.
 std::string randomText(std::mt19937& random, std::size_t longest) {
@@ -49,8 +48,8 @@ TEST(WriterIndexMap, FindsNamesAsAnOrderedMapDoes) {
   Names table;
   std::map<std::tuple<std::string, std::string, std::string>, unsigned> expected;
   for (unsigned i = 0; i < 20000; ++i) {
-    const Probe::QualifiedName name = {randomText(random, 2), randomText(random, 9),
-                                       randomText(random, 3)};
+    const Tavrin::fastinfoset::NameParts name = {randomText(random, 2), randomText(random, 9),
+                                                 randomText(random, 3)};
     const auto [known, isNew] = expected.emplace(
         std::tuple(name.prefix, name.namespaceName, name.localName), table.positions());
     const unsigned* const found = table.find(name);

@@ -40,9 +40,9 @@ class WrittenDocument {
     if (isTyped) typed();
     if (type == "X891") {
       add([this](Tavrin::XMLWriter& w) {
-        typedForm(w).object(kAlgorithm, 0, Tavrin::Base64Data(text_));
+        encoded(w).object(kAlgorithm, 0, Tavrin::Base64Data(text_));
       });
-      add([this](Tavrin::XMLWriter& w) { typedForm(w).octets(kAlgorithm, 0, text_); });
+      add([this](Tavrin::XMLWriter& w) { encoded(w).octets(kAlgorithm, 0, text_); });
     }
     end();
   }
@@ -104,23 +104,26 @@ class WrittenDocument {
     add([this](Tavrin::XMLWriter& w) { w.skippedEntity(external_); });
   }
 
-  static Tavrin::XMLWriter_FI& typedForm(Tavrin::XMLWriter& writer) {
-    return dynamic_cast<Tavrin::XMLWriter_FI&>(writer);
+  static Tavrin::PrimitiveTypeContentHandler& values(Tavrin::XMLWriter& writer) {
+    return dynamic_cast<Tavrin::PrimitiveTypeContentHandler&>(writer);
+  }
+  static Tavrin::EncodingAlgorithmContentHandler& encoded(Tavrin::XMLWriter& writer) {
+    return dynamic_cast<Tavrin::EncodingAlgorithmContentHandler&>(writer);
   }
 
   void typed() {
-    add([this](Tavrin::XMLWriter& w) { typedForm(w).bytes(text_); });
-    add([this](Tavrin::XMLWriter& w) { typedForm(w).shorts({1, -2, 3}); });
-    add([this](Tavrin::XMLWriter& w) { typedForm(w).ints(integers_); });
-    add([this](Tavrin::XMLWriter& w) { typedForm(w).longs(integers_); });
-    add([this](Tavrin::XMLWriter& w) { typedForm(w).booleans(booleans_); });
-    add([](Tavrin::XMLWriter& w) { typedForm(w).floats({1.5F, -2.25F}); });
-    add([](Tavrin::XMLWriter& w) { typedForm(w).doubles({1.5, -2.25}); });
+    add([this](Tavrin::XMLWriter& w) { values(w).bytes(text_); });
+    add([this](Tavrin::XMLWriter& w) { values(w).shorts({1, -2, 3}); });
+    add([this](Tavrin::XMLWriter& w) { values(w).ints(integers_); });
+    add([this](Tavrin::XMLWriter& w) { values(w).longs(integers_); });
+    add([this](Tavrin::XMLWriter& w) { values(w).booleans(booleans_); });
+    add([](Tavrin::XMLWriter& w) { values(w).floats({1.5F, -2.25F}); });
+    add([](Tavrin::XMLWriter& w) { values(w).doubles({1.5, -2.25}); });
     add([this](Tavrin::XMLWriter& w) {
-      typedForm(w).octets({}, Tavrin::algorithms::hexadecimal, text_);
+      encoded(w).octets({}, Tavrin::algorithms::hexadecimal, text_);
     });
     add([this](Tavrin::XMLWriter& w) {
-      typedForm(w).object({}, Tavrin::algorithms::cdata, section_);
+      encoded(w).object({}, Tavrin::algorithms::cdata, section_);
     });
   }
 

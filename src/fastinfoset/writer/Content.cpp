@@ -1,7 +1,7 @@
 #include <Tavrin/XMLWriter_FI.h>
 
+#include "../Encoder.h"
 #include "../Octets.h"
-#include "Event.h"
 
 // Text and typed content. Text gathers until something else comes, so that a chunk is as long as
 // it can be.
@@ -9,6 +9,14 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
+
+namespace {
+
+[[noreturn]] void throwUnknownAlgorithm(const std::string& uri) {
+  throw EncodingAlgorithmException("Unknown encoding algorithm - " + uri);
+}
+
+}  // namespace
 
 void XMLWriter_FI::characters(const std::string& text) {
   XMLWriter::characters(text);
@@ -19,57 +27,57 @@ void XMLWriter_FI::characters(const std::string& text) {
 // compatibility: keep.
 void XMLWriter_FI::endCDATA() {
   XMLWriter::endCDATA();
-  flushTerminator(false);
+  encoder_->flushTerminator(false);
   if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, *out_);
   characters_.clear();
 }
 
-void XMLWriter_FI::bytes(const std::string& data) { encodeContent(builtIn_.base64, data); }
-
-void XMLWriter_FI::shorts(const std::vector<short>& data) {
-  encodeContent(builtIn_.shortInteger, data);
+void XMLWriter_FI::bytes(const std::string& data) {
+  encoder_->encodeContent(builtIn_.base64, data);
 }
 
-void XMLWriter_FI::ints(const std::vector<long>& data) { encodeContent(builtIn_.integer, data); }
+void XMLWriter_FI::shorts(const std::vector<short>& data) {
+  encoder_->encodeContent(builtIn_.shortInteger, data);
+}
+
+void XMLWriter_FI::ints(const std::vector<long>& data) {
+  encoder_->encodeContent(builtIn_.integer, data);
+}
 
 void XMLWriter_FI::longs(const std::vector<long>& data) {
-  encodeContent(builtIn_.longInteger, data);
+  encoder_->encodeContent(builtIn_.longInteger, data);
 }
 
 void XMLWriter_FI::booleans(const std::vector<bool>& data) {
-  encodeContent(builtIn_.boolean, data);
+  encoder_->encodeContent(builtIn_.boolean, data);
 }
 
 void XMLWriter_FI::floats(const std::vector<float>& data) {
-  encodeContent(builtIn_.floatNumber, data);
+  encoder_->encodeContent(builtIn_.floatNumber, data);
 }
 
 void XMLWriter_FI::doubles(const std::vector<double>& data) {
-  encodeContent(builtIn_.doubleNumber, data);
+  encoder_->encodeContent(builtIn_.doubleNumber, data);
 }
 
 void XMLWriter_FI::object(const std::string& uri, int index, const EncodedData& data) {
-  encodeContent(algorithmOrThrow(uri, index), data);
+  encoder_->encodeContent(algorithmOrThrow(uri, index), data);
 }
 
 void XMLWriter_FI::octets(const std::string& uri, int index, const std::string& data) {
   if (index < 0 || index > static_cast<int>(kLastAlgorithmField)) throwUnknownAlgorithm(uri);
-  flushCharacters();
-  flushTerminator(false);
+  encoder_->flushCharacters();
+  encoder_->flushTerminator(false);
   if (!out_) return;
   // What introduces the octets does not depend on the algorithm that asks for it.
   builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), *out_);
-  putOctets(data);
+  encoder_->putOctets(data);
 }
 
 // --- Algorithms ---
 
 EncodingAlgorithm* XMLWriter_FI::getEncodingAlgorithm(const std::string& uri, int index) {
   return uri.empty() ? builtIn_.find(index) : nullptr;
-}
-
-void XMLWriter_FI::throwUnknownAlgorithm(const std::string& uri) {
-  throw EncodingAlgorithmException("Unknown encoding algorithm - " + uri);
 }
 
 EncodingAlgorithm& XMLWriter_FI::algorithmOrThrow(const std::string& uri, int index) {

@@ -60,13 +60,13 @@ bool areSame(const Name& a, const Name& b) {
 
 std::size_t octetsOf(const std::string& text) { return text.size(); }
 
-std::size_t octetsOf(const XMLWriter_FI::QualifiedName& name) {
+std::size_t octetsOf(const NameParts& name) {
   return name.prefix.size() + name.namespaceName.size() + name.localName.size();
 }
 
 std::uint64_t tableOctetsOf(const std::string& text) { return text.size() + kEntryOctets; }
 
-std::uint64_t tableOctetsOf(const XMLWriter_FI::QualifiedName& name) {
+std::uint64_t tableOctetsOf(const NameParts& name) {
   return kNameCopies * octetsOf(name) + kNameOctets;
 }
 
@@ -147,6 +147,6 @@ bool IndexMap<Key>::operator==(const IndexMap& other) const {
 }
 
 template class IndexMap<std::string>;
-template class IndexMap<XMLWriter_FI::QualifiedName>;
+template class IndexMap<NameParts>;
 
 }  // namespace Tavrin::fastinfoset

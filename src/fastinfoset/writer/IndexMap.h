@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Tavrin/XMLWriter_FI.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -9,13 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "../NameParts.h"
+
 namespace Tavrin::fastinfoset {
 
-std::size_t octetsOf(const std::string& text);                  ///< Octets of a string.
-std::size_t octetsOf(const XMLWriter_FI::QualifiedName& name);  ///< Octets of all parts.
+std::size_t octetsOf(const std::string& text);  ///< Octets of a string.
+std::size_t octetsOf(const NameParts& name);    ///< Octets of all parts.
 /// What an entry counts for where tables are bounded.
 std::uint64_t tableOctetsOf(const std::string& text);
-std::uint64_t tableOctetsOf(const XMLWriter_FI::QualifiedName& name);
+std::uint64_t tableOctetsOf(const NameParts& name);
 
 /// A table of the vocabulary as a writer needs it: entries with their indices, from 0.
 template <typename Key>

@@ -1,32 +1,24 @@
-#include <Tavrin/XMLWriter_FI.h>
-
 #include <algorithm>
-#include <tuple>
 
 #include "../../writer/WriteOctets.h"
+#include "../Encoder.h"
 #include "../Octets.h"
-#include "Event.h"
 
 // Integers, strings, names and namespace declarations (X.891, C.12 to C.28), with the tables that
 // are handed over. What does not depend on the kind of the tables is in Event.h.
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
-using namespace fastinfoset;
-
-bool XMLWriter_FI::QualifiedName::operator<(const QualifiedName& other) const {
-  return std::tie(localName, prefix, namespaceName) <
-         std::tie(other.localName, other.prefix, other.namespaceName);
-}
-
-bool XMLWriter_FI::QualifiedName::operator==(const QualifiedName& other) const {
-  return localName == other.localName && prefix == other.prefix &&
-         namespaceName == other.namespaceName;
-}
+Encoder::Encoder(const Dialect& dialect, const Shared& shared)
+    : out_(shared.out),
+      pendingTerminator_(shared.pendingTerminator),
+      characters_(shared.characters),
+      builtIn_(shared.builtIn),
+      dialect_(dialect) {}
 
 // --- Octets and integers ---
 
-void XMLWriter_FI::put(unsigned octet) {
+void Encoder::put(unsigned octet) {
   if (gathers_) {
     gathered_ += static_cast<char>(octet);
   } else {
@@ -34,7 +26,7 @@ void XMLWriter_FI::put(unsigned octet) {
   }
 }
 
-void XMLWriter_FI::write(const char* octets, std::size_t count) {
+void Encoder::write(const char* octets, std::size_t count) {
   constexpr std::size_t kGathered = 4096;
   if (gathers_) {
     if (count < kGathered - std::min(kGathered, gathered_.size())) {
@@ -46,7 +38,7 @@ void XMLWriter_FI::write(const char* octets, std::size_t count) {
   if (out_ != nullptr) writeOctets(*out_, std::string_view(octets, count));
 }
 
-void XMLWriter_FI::sendOctets() {
+void Encoder::sendOctets() {
   if (gathered_.empty()) return;
   // Gone even when the stream throws: the next event must not bring them.
   struct Clear {
@@ -56,13 +48,13 @@ void XMLWriter_FI::sendOctets() {
   if (out_) writeOctets(*out_, gathered_);
 }
 
-void XMLWriter_FI::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
+void Encoder::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
 
-void XMLWriter_FI::encodeIndex(int bits, unsigned int index) {
+void Encoder::encodeIndex(int bits, unsigned int index) {
   putInteger(kIndex, static_cast<unsigned>(bits), index);
 }
 
-void XMLWriter_FI::putItemCount(std::uint32_t count) {
+void Encoder::putItemCount(std::uint32_t count) {
   if (count < kItemCountLong + dialect_.itemCountBias) {
     put(count - dialect_.itemCountBias);
     return;
@@ -73,7 +65,7 @@ void XMLWriter_FI::putItemCount(std::uint32_t count) {
   put(field & 0xFF);
 }
 
-void XMLWriter_FI::putAlgorithm(bool chunk, unsigned field, std::uint64_t length) {
+void Encoder::putAlgorithm(bool chunk, unsigned field, std::uint64_t length) {
   if (chunk) {
     put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
     putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);
@@ -86,7 +78,7 @@ void XMLWriter_FI::putAlgorithm(bool chunk, unsigned field, std::uint64_t length
 // --- Strings ---
 
 /// The length of a literal. The stream has room for little more than 32 bits.
-std::uint64_t XMLWriter_FI::lengthOf(const std::string& text) const {
+std::uint64_t Encoder::lengthOf(const std::string& text) const {
   if (text.size() > dialect_.longestStringWritten) {
     throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
                        " octets");
@@ -94,22 +86,12 @@ std::uint64_t XMLWriter_FI::lengthOf(const std::string& text) const {
   return text.size();
 }
 
-void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool addToTable,
-                                const std::string& text) {
-  writeString(table, addToTable, text);
-}
-
-void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
-                                    const std::string& text) {
-  writeIdentifier(table, text);
-}
-
-void XMLWriter_FI::putIdentifier(const std::string& text) {
+void Encoder::putIdentifier(const std::string& text) {
   putInteger(kIdentifierLength, 0, lengthOf(text));
   putOctets(text);
 }
 
-void XMLWriter_FI::encodeCharacters(const std::string& text) {
+void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = vocabulary_.characterChunks;
   if (const unsigned* const index = table.find(text)) {
@@ -127,14 +109,14 @@ void XMLWriter_FI::encodeCharacters(const std::string& text) {
 
 // --- Names ---
 
-void XMLWriter_FI::missingNamePart(const std::string& part, const char* what) {
+void Encoder::missingNamePart(const std::string& part, const char* what) {
   throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
 }
 
 /// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it may
 /// be written literally.
-unsigned XMLWriter_FI::findNamePart(const StringIndexMap& table, const std::string& part,
-                                    const char* builtIn, const char* what) const {
+unsigned Encoder::findNamePart(const StringIndexMap& table, const std::string& part,
+                               const char* builtIn, const char* what) const {
   if (part == builtIn) return kBuiltInNameIndex;
   if (const unsigned* const index = table.find(part)) {
     return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
@@ -143,7 +125,7 @@ unsigned XMLWriter_FI::findNamePart(const StringIndexMap& table, const std::stri
   return kNoIndex;
 }
 
-void XMLWriter_FI::writeNamePart(StringIndexMap& table, const std::string& part, unsigned index) {
+void Encoder::writeNamePart(StringIndexMap& table, const std::string& part, unsigned index) {
   if (index == kNoIndex) {
     writeIdentifier(&table, part);
   } else {
@@ -151,12 +133,7 @@ void XMLWriter_FI::writeNamePart(StringIndexMap& table, const std::string& part,
   }
 }
 
-void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
-                                       const QualifiedName& name) {
-  writeQualifiedName(bits, table, name);
-}
-
-void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
+void Encoder::encodeNamespaces(const std::vector<std::string>& pairs) {
   for (std::size_t i = 0; i < pairs.size(); i += 2) {
     const std::string& prefix = pairs[i];
     const std::string& namespaceName = pairs[i + 1];
@@ -168,4 +145,99 @@ void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
   put(kTerminator);
 }
 
-}  // namespace Tavrin
+void Encoder::flushTerminator(bool final) {
+  if (pendingTerminator_) {
+    pendingTerminator_ = false;
+    if (out_) put(final ? kDoubleTerminator : kTerminator);
+  } else if (final && out_) {
+    put(kTerminator);
+  }
+}
+
+void Encoder::flushCharacters() {
+  if (characters_.empty()) return;
+  flushTerminator(false);
+  if (out_) encodeCharacters(characters_);
+  characters_.clear();
+}
+
+void Encoder::clearTables() {
+  vocabulary_ = {};
+  limits_.tableOctets = 0;
+  known_.elements.clear();
+  known_.attributes.clear();
+}
+
+void Encoder::writeElementName(unsigned attributeFlag, const EventName& name) {
+  const auto& [uri, localName, qName] = name;
+  const unsigned* index = known_.elements.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.elementNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(static_cast<int>(kLiteralElementName | attributeFlag),
+                         vocabulary_.elementNames, name_);
+      return;
+    }
+    known_.elements.put(uri, localName, qName, *index);
+  }
+  putInteger(kElementIndex, attributeFlag, *index);
+}
+
+void Encoder::writeAttributeName(const EventName& name) {
+  const auto& [uri, localName, qName] = name;
+  const unsigned* index = known_.attributes.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.attributeNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+      return;
+    }
+    known_.attributes.put(uri, localName, qName, *index);
+  }
+  encodeIndex(0, *index);
+}
+
+// --- Items ---
+
+void Encoder::encodeProcessingInstruction(const std::string& target, const std::string& data) {
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kProcessingInstruction);
+    writeIdentifier(&vocabulary_.otherNCNames, target);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+  });
+}
+
+void Encoder::encodeComment(const std::string& text) {
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kComment);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+  });
+}
+
+void Encoder::finishElement() {
+  perform([this] {
+    flushCharacters();
+    if (pendingTerminator_) {
+      flushTerminator(true);
+    } else {
+      pendingTerminator_ = true;
+    }
+  });
+}
+
+void Encoder::finishDocument() {
+  perform([this] {
+    flushCharacters();
+    flushTerminator(true);
+  });
+}
+
+}  // namespace Tavrin::fastinfoset

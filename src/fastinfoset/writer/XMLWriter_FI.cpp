@@ -1,12 +1,13 @@
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/XMLWriter_FI.h>
 
-#include "../../writer/AddDeclaration.h"
-#include "../Octets.h"
-#include "Event.h"
+#include <tuple>
 
-// The events. The octet forms of names, strings and integers are in Primitives.cpp, typed content
-// is in Content.cpp.
+#include "../../writer/AddDeclaration.h"
+#include "../Encoder.h"
+#include "../Octets.h"
+
+// The events. How items are encoded is in Primitives.cpp, typed content is in Content.cpp.
 
 namespace Tavrin {
 
@@ -14,15 +15,9 @@ using namespace fastinfoset;
 
 const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
 
-XMLWriter_FI::XMLWriter_FI() : XMLWriter_FI(kDialectFI) {}
-
-XMLWriter_FI::XMLWriter_FI(const Dialect& dialect)
-    : dialect_(dialect),
-      ownVocabulary_(std::make_unique<Vocabulary>()),
-      vocabulary_(*ownVocabulary_),
-      known_(std::make_unique<KnownNames>()),
-      ownLimits_(std::make_unique<Limits>()),
-      limits_(ownLimits_.get()) {}
+XMLWriter_FI::XMLWriter_FI()
+    : encoder_(std::make_unique<Encoder>(
+          kDialectFI, Encoder::Shared{out_, pendingTerminator_, characters_, builtIn_})) {}
 
 XMLWriter_FI::~XMLWriter_FI() = default;
 
@@ -54,75 +49,34 @@ void* XMLWriter_FI::getProperty(const std::string& name) {
   return XMLWriter::getProperty(name);
 }
 
-// --- What is owed ---
-
-void XMLWriter_FI::flushTerminator(bool final) {
-  if (pendingTerminator_) {
-    pendingTerminator_ = false;
-    if (out_) put(final ? kDoubleTerminator : kTerminator);
-  } else if (final && out_) {
-    put(kTerminator);
-  }
-}
-
-void XMLWriter_FI::flushCharacters() {
-  if (characters_.empty()) return;
-  flushTerminator(false);
-  if (out_) encodeCharacters(characters_);
-  characters_.clear();
-}
-
 // --- Document ---
 
 void XMLWriter_FI::startDocument() {
   XMLWriter::startDocument();
   pendingTerminator_ = false;
   // A document that went on counting in the tables of another could not be read by itself.
-  clearTables();
+  encoder_->clearTables();
   if (out_ == nullptr) return;
-  perform([this] {
-    for (const unsigned octet : kHeader) put(octet);
-    put(0);  // No optional components.
+  encoder_->perform([this] {
+    for (const unsigned octet : kHeader) encoder_->put(octet);
+    encoder_->put(0);  // No optional components.
   });
-}
-
-void XMLWriter_FI::clearTables() {
-  vocabulary_ = {};
-  limits_->tableOctets = 0;
-  known_->elements.clear();
-  known_->attributes.clear();
 }
 
 void XMLWriter_FI::endDocument() {
   XMLWriter::endDocument();
-  perform([this] {
-    flushCharacters();
-    flushTerminator(true);
-  });
+  encoder_->finishDocument();
 }
 
 void XMLWriter_FI::processingInstruction(const std::string& target, const std::string& data) {
   XMLWriter::processingInstruction(target, data);
   checkName(target);
-  perform([&] {
-    flushCharacters();
-    flushTerminator(false);
-    if (!out_) return;
-    put(kProcessingInstruction);
-    writeIdentifier(&vocabulary_.otherNCNames, target);
-    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
-  });
+  encoder_->encodeProcessingInstruction(target, data);
 }
 
 void XMLWriter_FI::comment(const std::string& text) {
   XMLWriter::comment(text);
-  perform([&] {
-    flushCharacters();
-    flushTerminator(false);
-    if (!out_) return;
-    put(kComment);
-    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
-  });
+  encoder_->encodeComment(text);
 }
 
 // --- Elements ---
@@ -137,22 +91,22 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
   checkTag(localName, attributes);
-  perform([&] {
-    flushCharacters();
-    flushTerminator(false);
-    sendOctets();
+  encoder_->perform([&] {
+    encoder_->flushCharacters();
+    encoder_->flushTerminator(false);
+    encoder_->sendOctets();
     const bool hasAttributes = countAttributes(attributes) > 0;
     unsigned flag = hasAttributes ? kElementAttributes : 0;
     if (!namespaces_.empty()) {
       if (out_ != nullptr) {
-        put(kNamespacesFollow | flag);
-        encodeNamespaces(namespaces_);
+        encoder_->put(kNamespacesFollow | flag);
+        encoder_->encodeNamespaces(namespaces_);
       }
       // They are done with, also where the rest of the tag is refused.
       namespaces_.clear();
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    if (out_ != nullptr) writeElementName(flag, {uri, localName, qName});
+    if (out_ != nullptr) encoder_->writeElementName(flag, {uri, localName, qName});
     if (!hasAttributes) return;
     if (out_ != nullptr) encodeAttributes(attributes);
     // The end of the attributes may share an octet with the end of the element.
@@ -165,7 +119,7 @@ void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attr
   checkName(localName);
   const int length = attributes.getLength();
   if (length == 0) return;
-  const auto* const typed = findTypedForm(attributes, known_->untyped);
+  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
   for (int i = 0; i < length; ++i) {
     if (isInXmlns(attributes, i)) continue;
     checkName(attributes.getLocalName(i));
@@ -178,48 +132,10 @@ void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attr
 void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
                               const std::string& qName) {
   XMLWriter::endElement(uri, localName, qName);
-  perform([this] {
-    flushCharacters();
-    if (pendingTerminator_) {
-      flushTerminator(true);
-    } else {
-      pendingTerminator_ = true;
-    }
-  });
+  encoder_->finishElement();
 }
 
 // --- Names and attributes ---
-
-void XMLWriter_FI::writeElementName(unsigned attributeFlag, const Name& name) {
-  const auto& [uri, localName, qName] = name;
-  const unsigned* index = known_->elements.find(uri, localName, qName);
-  if (index == nullptr) {
-    assignName(name_, name);
-    index = vocabulary_.elementNames.find(name_);
-    if (index == nullptr) {
-      writeQualifiedName(static_cast<int>(kLiteralElementName | attributeFlag),
-                         vocabulary_.elementNames, name_);
-      return;
-    }
-    known_->elements.put(uri, localName, qName, *index);
-  }
-  putInteger(kElementIndex, attributeFlag, *index);
-}
-
-void XMLWriter_FI::writeAttributeName(const Name& name) {
-  const auto& [uri, localName, qName] = name;
-  const unsigned* index = known_->attributes.find(uri, localName, qName);
-  if (index == nullptr) {
-    assignName(name_, name);
-    index = vocabulary_.attributeNames.find(name_);
-    if (index == nullptr) {
-      writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
-      return;
-    }
-    known_->attributes.put(uri, localName, qName, *index);
-  }
-  encodeIndex(0, *index);
-}
 
 int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
   int count = 0;
@@ -231,31 +147,71 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
 }
 
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
-  const auto* const typed = findTypedForm(attributes, known_->untyped);
-  StringIndexMap& values = vocabulary_.attributeValues;
-  perform([&] {
+  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
+  StringIndexMap& values = encoder_->tables().attributeValues;
+  encoder_->perform([&] {
     const int length = attributes.getLength();
     for (int i = 0; i < length; ++i) {
-      sendOctets();
+      encoder_->sendOctets();
       if (isInXmlns(attributes, i)) continue;
-      known_->qName = attributes.getQName(i);
-      known_->uri = attributes.getURI(i);
-      known_->localName = attributes.getLocalName(i);
-      const Name name = {known_->uri, known_->localName, known_->qName};
+      encoder_->known().qName = attributes.getQName(i);
+      encoder_->known().uri = attributes.getURI(i);
+      encoder_->known().localName = attributes.getLocalName(i);
+      const EventName name = {encoder_->known().uri, encoder_->known().localName,
+                              encoder_->known().qName};
       checkName(name.localName);
-      writeAttributeName(name);
-      sendOctets();
+      encoder_->writeAttributeName(name);
+      encoder_->sendOctets();
       if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
         EncodingAlgorithm& algorithm =
             algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
         if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
       } else {
         const std::string& value = attributes.getValue(i);
-        writeString(&values, isIndexed(values, value), value);
+        encoder_->writeString(&values, encoder_->isIndexed(values, value), value);
       }
     }
   });
   pendingTerminator_ = true;
 }
+
+// --- Names and primitives, for derived writers ---
+
+bool XMLWriter_FI::QualifiedName::operator<(const QualifiedName& other) const {
+  return std::tie(localName, prefix, namespaceName) <
+         std::tie(other.localName, other.prefix, other.namespaceName);
+}
+
+bool XMLWriter_FI::QualifiedName::operator==(const QualifiedName& other) const {
+  return localName == other.localName && prefix == other.prefix &&
+         namespaceName == other.namespaceName;
+}
+
+void XMLWriter_FI::encodeIndex(int bits, unsigned int index) { encoder_->encodeIndex(bits, index); }
+
+void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool addToTable,
+                                const std::string& text) {
+  encoder_->writeString(table, addToTable, text);
+}
+
+void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
+                                    const std::string& text) {
+  encoder_->writeIdentifier(table, text);
+}
+
+void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
+                                       const QualifiedName& name) {
+  encoder_->writeQualifiedName(bits, table, name);
+}
+
+void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
+  encoder_->encodeNamespaces(pairs);
+}
+
+void XMLWriter_FI::encodeCharacters(const std::string& text) { encoder_->encodeCharacters(text); }
+
+void XMLWriter_FI::flushTerminator(bool final) { encoder_->flushTerminator(final); }
+
+void XMLWriter_FI::flushCharacters() { encoder_->flushCharacters(); }
 
 }  // namespace Tavrin

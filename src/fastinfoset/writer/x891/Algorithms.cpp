@@ -10,7 +10,7 @@
 #include "../../Integers.h"
 #include "../../Octets.h"
 #include "Checks.h"
-#include "State.h"
+#include "X891Encoder.h"
 
 // Algorithms: which there are, by which field they are called, and what they may not encode.
 
@@ -26,49 +26,50 @@ constexpr auto kFirstNamed = static_cast<int>(kDialectX891.firstApplicationAlgor
 
 }  // namespace
 
-bool XMLWriter_X891::isBuiltIn(const std::string& uri, int index) {
+bool XMLWriter_X891::Encoder::isBuiltIn(const std::string& uri, int index) {
   return uri.empty() && index < kFirstNamed;
 }
 
 /// The URI of an application's field, or nothing.
-std::string XMLWriter_X891::namedAlgorithm(int index) const {
-  const std::vector<std::string>& named = own_->document.algorithms;
+std::string XMLWriter_X891::Encoder::namedAlgorithm(int index) const {
+  const std::vector<std::string>& named = document_.algorithms;
   if (index < kFirstNamed) return {};
   const auto position = static_cast<std::size_t>(index - kFirstNamed);
   return position < named.size() ? named[position] : std::string();
 }
 
-EncodingAlgorithm* XMLWriter_X891::getEncodingAlgorithm(const std::string& uri, int index) {
+EncodingAlgorithm* XMLWriter_X891::Encoder::getEncodingAlgorithm(const std::string& uri,
+                                                                 int index) {
   if (isBuiltIn(uri, index)) {
-    if (index == algorithms::uuid) return &own_->uuid;
-    return XMLWriter_FI::getEncodingAlgorithm(uri, index);
+    if (index == algorithms::uuid) return &uuid_;
+    return builtIn_.find(index);
   }
-  const EncodingAlgorithmMap* const registered = own_->registeredAlgorithms;
+  const EncodingAlgorithmMap* const registered = registeredAlgorithms_;
   if (registered == nullptr) return nullptr;
   const auto found = registered->find(uri.empty() ? namedAlgorithm(index) : uri);
   return found == registered->end() ? nullptr : found->second;
 }
 
 /// @throws EncodingAlgorithmException where the document does not name the algorithm
-unsigned XMLWriter_X891::fieldOf(const std::string& uri, int index) const {
+unsigned XMLWriter_X891::Encoder::fieldOf(const std::string& uri, int index) const {
   const bool isKnown =
       uri.empty() && (isBuiltIn(uri, index) ? index >= 0 && index <= algorithms::cdata
                                             : !namedAlgorithm(index).empty());
   if (isKnown) return static_cast<unsigned>(index);
-  const auto& fields = own_->document.algorithmFields;
+  const auto& fields = document_.algorithmFields;
   const auto found = uri.empty() ? fields.end() : fields.find(uri);
   if (found == fields.end()) refuseAlgorithm(uri, index);
   return found->second;
 }
 
-EncodingAlgorithm& XMLWriter_X891::algorithmFor(const std::string& uri, int index) {
+EncodingAlgorithm& XMLWriter_X891::Encoder::algorithmFor(const std::string& uri, int index) {
   EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
   if (algorithm == nullptr) refuseAlgorithm(uri, index);
   return *algorithm;
 }
 
 /// Tells what is unknown, and where it could be made known.
-void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
+void XMLWriter_X891::Encoder::refuseAlgorithm(const std::string& uri, int index) const {
   const std::string name = uri.empty() ? namedAlgorithm(index) : uri;
   const std::string what =
       name.empty() ? "number " + std::to_string(index) + ", which the document does not name"
@@ -80,7 +81,7 @@ void XMLWriter_X891::refuseAlgorithm(const std::string& uri, int index) const {
 
 // --- Checks ---
 
-std::uint64_t XMLWriter_X891::octetsOfBooleans(std::size_t count) {
+std::uint64_t XMLWriter_X891::Encoder::octetsOfBooleans(std::size_t count) {
   if (count == 0) return 0;
   const std::uint64_t octets = Tavrin::octetsOfBooleans(count);
   if (octets > kMostOctetsOfBooleans) throw SAXException(kTooManyBooleans);
@@ -88,7 +89,7 @@ std::uint64_t XMLWriter_X891::octetsOfBooleans(std::size_t count) {
 }
 
 /// The algorithms take lengths of 32 bits.
-void XMLWriter_X891::checkValueLength(std::uint64_t octets) {
+void XMLWriter_X891::Encoder::checkValueLength(std::uint64_t octets) {
   constexpr std::uint64_t kLongestValue = 0xFFFFFFFF;
   if (octets > kLongestValue) {
     throw SAXException("Typed value longer than " + std::to_string(kLongestValue) + " octets");
@@ -97,7 +98,7 @@ void XMLWriter_X891::checkValueLength(std::uint64_t octets) {
 
 /// Refuses a value that a built-in algorithm cannot encode.
 /// @return how many octets it takes
-std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
+std::uint64_t XMLWriter_X891::Encoder::checkBuiltIn(int index, const EncodedData& data) {
   std::uint64_t octets = 0;
   switch (index) {
     case algorithms::hexadecimal:
@@ -137,7 +138,7 @@ std::uint64_t XMLWriter_X891::checkBuiltIn(int index, const EncodedData& data) {
 }
 
 /// Refuses octets that a built-in algorithm cannot have made.
-void XMLWriter_X891::checkOctets(unsigned field, const std::string& octets) {
+void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& octets) {
   checkValueLength(octets.size());
   if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty()) return;
   switch (field) {
@@ -202,8 +203,8 @@ std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
 
 /// What an application's algorithm makes of a value, without what introduces it: the algorithm
 /// writes the number that it believes to have, but the document decides which it is.
-std::string XMLWriter_X891::encodedBy(EncodingAlgorithm& algorithm, const std::string& uri,
-                                      bool chunk, const EncodedData& data) {
+std::string XMLWriter_X891::Encoder::encodedBy(EncodingAlgorithm& algorithm, const std::string& uri,
+                                               bool chunk, const EncodedData& data) {
   std::string octets;
   {
     AppendingBuffer buffer(octets);

@@ -5,7 +5,7 @@
 #include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "Checks.h"
-#include "State.h"
+#include "X891Encoder.h"
 
 // Text, references to entities, and typed content.
 
@@ -16,19 +16,19 @@ using namespace fastinfoset;
 // --- Text ---
 
 /// Text runs on until something else comes, or until a chunk is as long as it may be.
-void XMLWriter_X891::gather(const std::string& text) {
+void XMLWriter_X891::Encoder::gather(const std::string& text) {
   if (characters_.size() + text.size() > kLongestString) {
     if (state_ == InCDATA) {
       throw SAXException("String longer than " + std::to_string(kLongestString) + " octets");
     }
-    own_->isWriting = true;
+    isWriting_ = true;
     flushCharacters();
     sendOctets();
   }
   characters_ += text;
 }
 
-void XMLWriter_X891::characters(const std::string& text) {
+void XMLWriter_X891::Encoder::characters(const std::string& text) {
   // The commonest event, without what only a section or a hard text needs.
   if (state_ == InElement && xml::isEasyText(text) &&
       characters_.size() + text.size() <= kLongestString) {
@@ -37,40 +37,40 @@ void XMLWriter_X891::characters(const std::string& text) {
     return;
   }
   attempt([&] {
-    XMLWriter::characters({});  // The order alone: a section may hold its own end here.
+    writer_.XMLWriter::characters({});  // The order alone: a section may hold its own end here.
     checkText(text, "character data");
     gather(text);
   });
 }
 
-void XMLWriter_X891::ignorableWhitespace(const std::string& text) {
+void XMLWriter_X891::Encoder::ignorableWhitespace(const std::string& text) {
   attempt([&] {
-    XMLWriter_FI::ignorableWhitespace(text);
+    writer_.XMLWriter::ignorableWhitespace(text);
     if (state_ == InElement || state_ == InCDATA) gather(text);
   });
 }
 
-void XMLWriter_X891::startCDATA() {
+void XMLWriter_X891::Encoder::startCDATA() {
   attempt([this] {
-    XMLWriter_FI::startCDATA();
-    own_->isWriting = true;
+    writer_.XMLWriter::startCDATA();
+    isWriting_ = true;
     flushCharacters();
     sendOctets();
   });
 }
 
-void XMLWriter_X891::endCDATA() {
+void XMLWriter_X891::Encoder::endCDATA() {
   attempt([this] {
-    XMLWriter::endCDATA();
+    writer_.XMLWriter::endCDATA();
     std::string section;
     section.swap(characters_);
-    own_->isWriting = true;
+    isWriting_ = true;
     putSection(section);
   });
 }
 
 /// Writes a CDATA section. What would end it as text begins another one.
-void XMLWriter_X891::putSection(const std::string& text) {
+void XMLWriter_X891::Encoder::putSection(const std::string& text) {
   constexpr std::string_view kEnd = "]]>";
   constexpr std::size_t kBrackets = 2;
   std::size_t begin = 0;
@@ -82,25 +82,24 @@ void XMLWriter_X891::putSection(const std::string& text) {
   putContent(algorithms::cdata, text.substr(begin));
 }
 
-void XMLWriter_X891::skippedEntity(const std::string& name) {
+void XMLWriter_X891::Encoder::skippedEntity(const std::string& name) {
   attempt([&] {
-    XMLWriter_FI::skippedEntity(name);
     if (name == "[dtd]") return;
     if (state_ == InCDATA) throw SAXException("You cannot refer to an entity at this point");
     if (state_ != InElement || (!name.empty() && name[0] == '%')) return;
     checkNCName(name);
-    const auto& entities = own_->document.externalEntities;
+    const auto& entities = document_.externalEntities;
     const auto found = entities.find(name);
     const auto [publicId, systemId] =
         found == entities.end() ? std::pair<std::string, std::string>() : found->second;
     checkRoom(name.size() + publicId.size() + systemId.size(), 3);
-    own_->isWriting = true;
+    isWriting_ = true;
     flushCharacters();
     flushTerminator(false);
     if (!out_) return;
     put(kFirstEntityReference | (systemId.empty() ? 0 : kSystemIdentifier) |
         (publicId.empty() ? 0 : kPublicIdentifier));
-    encodeIdentifier(&vocabulary_.otherNCNames, name);
+    writeIdentifier(&vocabulary_.otherNCNames, name);
     encodeIdentifiers(systemId, publicId);
     sendOctets();
   });
@@ -108,13 +107,13 @@ void XMLWriter_X891::skippedEntity(const std::string& name) {
 
 // --- Typed content ---
 
-void XMLWriter_X891::checkTypedContent() const {
+void XMLWriter_X891::Encoder::checkTypedContent() const {
   if (state_ != InElement) throw SAXException("You cannot write character data at this point");
 }
 
 /// Writes a value that takes so many octets.
 template <typename Write>
-void XMLWriter_X891::putValue(std::uint64_t octets, Write write) {
+void XMLWriter_X891::Encoder::putValue(std::uint64_t octets, Write write) {
   attempt([&] {
     checkTypedContent();
     checkValueLength(octets);
@@ -123,9 +122,9 @@ void XMLWriter_X891::putValue(std::uint64_t octets, Write write) {
 }
 
 /// Writes octets of an algorithm as a chunk, behind the text that has gathered.
-void XMLWriter_X891::putContent(unsigned field, const std::string& octets) {
+void XMLWriter_X891::Encoder::putContent(unsigned field, const std::string& octets) {
   if (octets.empty()) return;
-  own_->isWriting = true;
+  isWriting_ = true;
   flushCharacters();
   flushTerminator(false);
   if (!out_) return;
@@ -134,52 +133,54 @@ void XMLWriter_X891::putContent(unsigned field, const std::string& octets) {
   sendOctets();
 }
 
-void XMLWriter_X891::bytes(const std::string& data) { octets("", algorithms::base64, data); }
+void XMLWriter_X891::Encoder::bytes(const std::string& data) {
+  octets("", algorithms::base64, data);
+}
 
-void XMLWriter_X891::shorts(const std::vector<short>& data) {
+void XMLWriter_X891::Encoder::shorts(const std::vector<short>& data) {
   putValue(data.size() * sizeof(std::int16_t), [&] {
-    own_->isWriting = true;
-    XMLWriter_FI::shorts(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.shortInteger, data);
   });
 }
 
-void XMLWriter_X891::ints(const std::vector<long>& data) {
+void XMLWriter_X891::Encoder::ints(const std::vector<long>& data) {
   putValue(data.size() * sizeof(std::int32_t), [&] {
     checkIntegers(data);
-    own_->isWriting = true;
-    XMLWriter_FI::ints(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.integer, data);
   });
 }
 
-void XMLWriter_X891::longs(const std::vector<long>& data) {
+void XMLWriter_X891::Encoder::longs(const std::vector<long>& data) {
   putValue(data.size() * sizeof(std::int64_t), [&] {
-    own_->isWriting = true;
-    XMLWriter_FI::longs(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.longInteger, data);
   });
 }
 
-void XMLWriter_X891::booleans(const std::vector<bool>& data) {
+void XMLWriter_X891::Encoder::booleans(const std::vector<bool>& data) {
   putValue(octetsOfBooleans(data.size()), [&] {
-    own_->isWriting = true;
-    XMLWriter_FI::booleans(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.boolean, data);
   });
 }
 
-void XMLWriter_X891::floats(const std::vector<float>& data) {
+void XMLWriter_X891::Encoder::floats(const std::vector<float>& data) {
   putValue(data.size() * sizeof(float), [&] {
-    own_->isWriting = true;
-    XMLWriter_FI::floats(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.floatNumber, data);
   });
 }
 
-void XMLWriter_X891::doubles(const std::vector<double>& data) {
+void XMLWriter_X891::Encoder::doubles(const std::vector<double>& data) {
   putValue(data.size() * sizeof(double), [&] {
-    own_->isWriting = true;
-    XMLWriter_FI::doubles(data);
+    isWriting_ = true;
+    encodeContent(builtIn_.doubleNumber, data);
   });
 }
 
-void XMLWriter_X891::octets(const std::string& uri, int index, const std::string& data) {
+void XMLWriter_X891::Encoder::octets(const std::string& uri, int index, const std::string& data) {
   attempt([&] {
     checkTypedContent();
     const unsigned field = fieldOf(uri, index);
@@ -189,7 +190,7 @@ void XMLWriter_X891::octets(const std::string& uri, int index, const std::string
   });
 }
 
-void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData& data) {
+void XMLWriter_X891::Encoder::object(const std::string& uri, int index, const EncodedData& data) {
   attempt([&] {
     checkTypedContent();
     EncodingAlgorithm& algorithm = algorithmFor(uri, index);
@@ -200,7 +201,7 @@ void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData
     if (index == algorithms::cdata) {
       return putSection(dynamic_cast<const CDATAData&>(data).data_);
     }
-    own_->isWriting = true;
+    isWriting_ = true;
     encodeContent(algorithm, data);
   });
 }

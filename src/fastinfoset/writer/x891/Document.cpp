@@ -4,8 +4,8 @@
 
 #include "../../Octets.h"
 #include "Checks.h"
-#include "State.h"
-#include "Vocabulary.h"
+#include "WrittenVocabulary.h"
+#include "X891Encoder.h"
 
 // What stands in front of the root: the optional components (X.891, C.2) and the first children.
 // Comments and instructions are here, too.
@@ -16,39 +16,40 @@ using namespace fastinfoset;
 
 // --- Events. Each is kept until the root begins ---
 
-void XMLWriter_X891::startDTD(const std::string& name, const std::string& publicId,
-                              const std::string& systemId) {
+void XMLWriter_X891::Encoder::startDTD(const std::string& name, const std::string& publicId,
+                                       const std::string& systemId) {
   attempt([&] {
-    XMLWriter_FI::startDTD(name, publicId, systemId);
+    writer_.XMLWriter::startDTD(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
     checkRoom(publicId.size() + systemId.size(), 2);
-    own_->document.prolog.push_back({State::Kind::documentType, publicId, systemId});
+    document_.prolog.push_back({Kind::documentType, publicId, systemId});
   });
 }
 
-void XMLWriter_X891::endDTD() {
+void XMLWriter_X891::Encoder::endDTD() {
   attempt([this] {
-    XMLWriter_FI::endDTD();
-    own_->document.prolog.push_back({State::Kind::endOfDocumentType, {}, {}});
+    writer_.XMLWriter::endDTD();
+    document_.prolog.push_back({Kind::endOfDocumentType, {}, {}});
   });
 }
 
 // An identifier that is empty is left out, which the format allows of both (C.11).
-void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
-                                  const std::string& systemId) {
+void XMLWriter_X891::Encoder::notationDecl(const std::string& name, const std::string& publicId,
+                                           const std::string& systemId) {
   attempt([&] {
-    XMLWriter_FI::notationDecl(name, publicId, systemId);
+    writer_.XMLWriter::notationDecl(name, publicId, systemId);
     checkNCName(name);
     checkIdentifiers(publicId, systemId);
-    own_->document.notations.push_back({name, publicId, systemId});
+    document_.notations.push_back({name, publicId, systemId});
   });
 }
 
-void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::string& publicId,
-                                        const std::string& systemId,
-                                        const std::string& notationName) {
+void XMLWriter_X891::Encoder::unparsedEntityDecl(const std::string& name,
+                                                 const std::string& publicId,
+                                                 const std::string& systemId,
+                                                 const std::string& notationName) {
   attempt([&] {
-    XMLWriter_FI::unparsedEntityDecl(name, publicId, systemId, notationName);
+    writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
     checkNCName(name);
     checkNCName(notationName);
     checkIdentifiers(publicId, systemId);
@@ -56,54 +57,57 @@ void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::stri
     if (systemId.empty()) {
       throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
     }
-    own_->document.unparsedEntities.push_back({name, publicId, systemId, notationName});
+    document_.unparsedEntities.push_back({name, publicId, systemId, notationName});
   });
 }
 
-void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::string& publicId,
-                                        const std::string& systemId) {
+void XMLWriter_X891::Encoder::externalEntityDecl(const std::string& name,
+                                                 const std::string& publicId,
+                                                 const std::string& systemId) {
   attempt([&] {
     // The reader "X891" tells of it in front of the first reference.
-    if (state_ != InElement) XMLWriter_FI::externalEntityDecl(name, publicId, systemId);
+    if (state_ != InElement) writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
     // The first declaration counts (XML 1.0, section 4.2).
-    own_->document.externalEntities.emplace(name, std::pair{publicId, systemId});
+    document_.externalEntities.emplace(name, std::pair{publicId, systemId});
   });
 }
 
 // Nothing is written of these, but they have their place.
 
-void XMLWriter_X891::internalEntityDecl(const std::string& name, const std::string& value) {
-  attempt([&] { XMLWriter_FI::internalEntityDecl(name, value); });
+void XMLWriter_X891::Encoder::internalEntityDecl(const std::string& name,
+                                                 const std::string& value) {
+  attempt([&] { writer_.XMLWriter::internalEntityDecl(name, value); });
 }
 
-void XMLWriter_X891::elementDecl(const std::string& name, const std::string& model) {
-  attempt([&] { XMLWriter_FI::elementDecl(name, model); });
+void XMLWriter_X891::Encoder::elementDecl(const std::string& name, const std::string& model) {
+  attempt([&] { writer_.XMLWriter::elementDecl(name, model); });
 }
 
-void XMLWriter_X891::attributeDecl(const std::string& eName, const std::string& aName,
-                                   const std::string& type, const std::string& mode,
-                                   const std::string& value) {
-  attempt([&] { XMLWriter_FI::attributeDecl(eName, aName, type, mode, value); });
+void XMLWriter_X891::Encoder::attributeDecl(const std::string& eName, const std::string& aName,
+                                            const std::string& type, const std::string& mode,
+                                            const std::string& value) {
+  attempt([&] { writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value); });
 }
 
-void XMLWriter_X891::comment(const std::string& text) {
+void XMLWriter_X891::Encoder::comment(const std::string& text) {
   attempt([&] {
-    XMLWriter::comment(text);
+    writer_.XMLWriter::comment(text);
     checkComment(text);
     if (state_ == InDTD) return;
-    if (own_->document.childrenBegan) {
-      own_->isWriting = true;
-      XMLWriter_FI::comment(text);
+    if (document_.childrenBegan) {
+      isWriting_ = true;
+      encodeComment(text);
     } else {
-      own_->document.prolog.push_back({State::Kind::comment, text, {}});
+      document_.prolog.push_back({Kind::comment, text, {}});
     }
   });
 }
 
-void XMLWriter_X891::processingInstruction(const std::string& target, const std::string& data) {
+void XMLWriter_X891::Encoder::processingInstruction(const std::string& target,
+                                                    const std::string& data) {
   attempt([&] {
-    XMLWriter::processingInstruction(target, data);
+    writer_.XMLWriter::processingInstruction(target, data);
     checkTarget(target);
     checkInstructionData(data);
     checkRoom(target.size(), 1);
@@ -117,20 +121,20 @@ void XMLWriter_X891::processingInstruction(const std::string& target, const std:
   });
 }
 
-void XMLWriter_X891::writeInstruction(const std::string& target, const std::string& data) {
-  if (own_->document.childrenBegan) {
-    own_->isWriting = true;
-    XMLWriter_FI::processingInstruction(target, data);
+void XMLWriter_X891::Encoder::writeInstruction(const std::string& target, const std::string& data) {
+  if (document_.childrenBegan) {
+    isWriting_ = true;
+    encodeProcessingInstruction(target, data);
   } else {
-    own_->document.prolog.push_back({State::Kind::instruction, target, data});
+    document_.prolog.push_back({Kind::instruction, target, data});
   }
 }
 
 // --- Writing ---
 
 /// Writes all that stands in front of the root.
-void XMLWriter_X891::beginChildren(const WrittenVocabulary& vocabulary) {
-  State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::beginChildren(const WrittenVocabulary& vocabulary) {
+  Document& document = document_;
   document.childrenBegan = true;
   if (out_) {
     writeComponents(vocabulary);
@@ -141,51 +145,51 @@ void XMLWriter_X891::beginChildren(const WrittenVocabulary& vocabulary) {
   document.unparsedEntities = {};
 }
 
-void XMLWriter_X891::writeComponents(const WrittenVocabulary& vocabulary) {
-  const State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::writeComponents(const WrittenVocabulary& vocabulary) {
+  const Document& document = document_;
   for (const unsigned octet : kHeader) put(octet);
   put((vocabulary.tables() != 0 ? kInitialVocabulary : 0U) |
       (document.notations.empty() ? 0U : kNotations) |
       (document.unparsedEntities.empty() ? 0U : kUnparsedEntities) |
-      (own_->standalone ? kStandalone : 0U) | (own_->xmlVersion ? kVersion : 0U));
+      (standalone_ ? kStandalone : 0U) | (xmlVersion_ ? kVersion : 0U));
   if (vocabulary.tables() != 0) writeVocabulary(vocabulary);
-  for (const State::Notation& notation : document.notations) {
+  for (const Notation& notation : document.notations) {
     put(kNotation | (notation.systemId.empty() ? 0 : kSystemIdentifier) |
         (notation.publicId.empty() ? 0 : kPublicIdentifier));
-    encodeIdentifier(&vocabulary_.otherNCNames, notation.name);
+    writeIdentifier(&vocabulary_.otherNCNames, notation.name);
     encodeIdentifiers(notation.systemId, notation.publicId);
   }
   if (!document.notations.empty()) put(kTerminator);
-  for (const State::UnparsedEntity& entity : document.unparsedEntities) {
+  for (const UnparsedEntity& entity : document.unparsedEntities) {
     put(kUnparsedEntity | (entity.publicId.empty() ? 0 : kPublicIdentifier));
-    encodeIdentifier(&vocabulary_.otherNCNames, entity.name);
+    writeIdentifier(&vocabulary_.otherNCNames, entity.name);
     encodeIdentifiers(entity.systemId, entity.publicId);
-    encodeIdentifier(&vocabulary_.otherNCNames, entity.notationName);
+    writeIdentifier(&vocabulary_.otherNCNames, entity.notationName);
   }
   if (!document.unparsedEntities.empty()) put(kTerminator);
-  if (own_->standalone) put(*own_->standalone ? 1 : 0);
+  if (standalone_) put(*standalone_ ? 1 : 0);
   // It comes once: no table needs it.
-  if (own_->xmlVersion) encodeString(&vocabulary_.otherStrings, false, *own_->xmlVersion);
+  if (xmlVersion_) writeString(&vocabulary_.otherStrings, false, *xmlVersion_);
 }
 
-void XMLWriter_X891::encodeIdentifiers(const std::string& systemId, const std::string& publicId) {
-  if (!systemId.empty()) encodeIdentifier(&vocabulary_.otherURIs, systemId);
-  if (!publicId.empty()) encodeIdentifier(&vocabulary_.otherURIs, publicId);
+void XMLWriter_X891::Encoder::encodeIdentifiers(const std::string& systemId,
+                                                const std::string& publicId) {
+  if (!systemId.empty()) writeIdentifier(&vocabulary_.otherURIs, systemId);
+  if (!publicId.empty()) writeIdentifier(&vocabulary_.otherURIs, publicId);
 }
 
-void XMLWriter_X891::writeProlog() {
-  using Kind = State::Kind;
-  const State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::writeProlog() {
+  const Document& document = document_;
   const bool impliesType = !document.notations.empty() || !document.unparsedEntities.empty();
-  const std::vector<State::PrologItem>& items = document.prolog;
+  const std::vector<PrologItem>& items = document.prolog;
   for (std::size_t i = 0; i < items.size(); ++i) {
     const auto& [kind, first, second] = items[i];
     switch (kind) {
       case Kind::comment:
-        XMLWriter_FI::comment(first);
+        encodeComment(first);
         break;
       case Kind::instruction:
-        XMLWriter_FI::processingInstruction(first, second);
+        encodeProcessingInstruction(first, second);
         break;
       case Kind::documentType:
         if (first.empty() && second.empty() && impliesType &&

@@ -3,11 +3,12 @@
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../../sax/AtLimit.h"
+#include "../../../writer/AddDeclaration.h"
 #include "../../../xml/EasyText.h"
 #include "../../Octets.h"
 #include "Checks.h"
-#include "State.h"
-#include "Vocabulary.h"
+#include "WrittenVocabulary.h"
+#include "X891Encoder.h"
 
 // Elements and namespace declarations. A start tag is checked as a whole before any of it is
 // written.
@@ -18,7 +19,8 @@ using namespace fastinfoset;
 
 // --- Namespace declarations ---
 
-void XMLWriter_X891::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+void XMLWriter_X891::Encoder::startPrefixMapping(const std::string& prefix,
+                                                 const std::string& uri) {
   attempt([&] {
     if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
       throw SAXException("You cannot start a prefix mapping at this point");
@@ -27,10 +29,10 @@ void XMLWriter_X891::startPrefixMapping(const std::string& prefix, const std::st
   });
 }
 
-void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) {
-  State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::declare(const std::string& prefix, const std::string& uri) {
+  Document& document = document_;
   const std::string reason =
-      xml::whyNotDeclarable(prefix, uri, own_->xmlVersion && *own_->xmlVersion == "1.1");
+      xml::whyNotDeclarable(prefix, uri, xmlVersion_ && *xmlVersion_ == "1.1");
   if (!reason.empty()) throw SAXException(reason);
   if (!prefix.empty()) checkNCName(prefix);
   checkText(uri, "a namespace name");
@@ -43,7 +45,7 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
   try {
     document.bindings.declare(prefix, uri);
     // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
-    if (prefix != "xml") XMLWriter_FI::startPrefixMapping(prefix, uri);
+    if (prefix != "xml") addDeclaration(namespaces_, prefix, uri);
   } catch (...) {
     namespaces_.resize(written);
     document.bindings.undo(document.bindings.count() - bound);
@@ -54,15 +56,15 @@ void XMLWriter_X891::declare(const std::string& prefix, const std::string& uri) 
 
 /// The qualified name tells, and the namespace only where there is none: otherwise it would be
 /// passed over that the two do not fit.
-bool XMLWriter_X891::isDeclaration(const Attributes& attributes, int index) {
+bool XMLWriter_X891::Encoder::isDeclaration(const Attributes& attributes, int index) {
   const std::string& qName = attributes.getQName(index);
   return xml::isDeclarationName(qName) || (qName.empty() && isInXmlns(attributes, index));
 }
 
 /// Takes attributes for declarations of which startPrefixMapping did not tell.
-void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
-                                      const std::vector<int>& declarations) {
-  const State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::takeDeclarations(const Attributes& attributes,
+                                               const std::vector<int>& declarations) {
+  const Document& document = document_;
   for (const int i : declarations) {
     const std::string& qName = attributes.getQName(i);
     const bool hasName = xml::isDeclarationName(qName);
@@ -71,7 +73,7 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
     const std::string& uri = attributes.getValue(i);
     const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
     if (isTold) continue;
-    std::vector<std::string>& taken = own_->taken;
+    std::vector<std::string>& taken = taken_;
     taken.push_back(std::move(prefix));
     try {
       declare(taken.back(), uri);
@@ -84,27 +86,27 @@ void XMLWriter_X891::takeDeclarations(const Attributes& attributes,
 
 // --- Elements ---
 
-void XMLWriter_X891::startElement(const std::string& uri, const std::string& localName,
-                                  const std::string& qName, const Attributes& attributes) {
+void XMLWriter_X891::Encoder::startElement(const std::string& uri, const std::string& localName,
+                                           const std::string& qName, const Attributes& attributes) {
   attempt([&] {
-    State::Document& document = own_->document;
+    Document& document = document_;
     const std::size_t depth = elements_.size();
-    if (depth >= own_->maximumDepth) throw SAXException(tooDeep(own_->maximumDepth));
+    if (depth >= maximumDepth_) throw SAXException(tooDeep(maximumDepth_));
     const std::size_t told = namespaces_.size();
-    if (!own_->encodedValues.empty()) own_->encodedValues.clear();
-    own_->taken.clear();
-    own_->newOctets = 0;
-    own_->newEntries = 0;
+    if (!encodedValues_.empty()) encodedValues_.clear();
+    taken_.clear();
+    newOctets_ = 0;
+    newEntries_ = 0;
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
-      if (mayBegin && !document.childrenBegan) own_->vocabulary = prepareVocabulary();
-      XMLWriter::startElement(uri, localName, qName, attributes);
+      if (mayBegin && !document.childrenBegan) headerVocabulary_ = prepareVocabulary();
+      writer_.XMLWriter::startElement(uri, localName, qName, attributes);
       perform([&] { encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
       while (elements_.size() > depth) elements_.pop_back();
       if (namespaces_.size() > told) namespaces_.resize(told);
-      for (const std::string& prefix : own_->taken) document.declared.erase(prefix);
-      document.bindings.undo(own_->taken.size());
+      for (const std::string& prefix : taken_) document.declared.erase(prefix);
+      document.bindings.undo(taken_.size());
       throw;
     }
     if (!document.declared.empty()) document.declared.clear();
@@ -112,27 +114,28 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
 }
 
 /// All of the tag was looked at. The first one brings the header.
-void XMLWriter_X891::beginTag() {
-  State::Document& document = own_->document;
-  for (const std::string& part : namespaces_) own_->newOctets += part.size();
-  checkRoom(own_->newOctets, own_->newEntries + namespaces_.size());
+void XMLWriter_X891::Encoder::beginTag() {
+  Document& document = document_;
+  for (const std::string& part : namespaces_) newOctets_ += part.size();
+  checkRoom(newOctets_, newEntries_ + namespaces_.size());
   document.declaredCount.push_back(document.declared.size());
-  own_->isWriting = true;
-  if (!document.childrenBegan) beginChildren(own_->vocabulary);
+  isWriting_ = true;
+  if (!document.childrenBegan) beginChildren(headerVocabulary_);
 }
 
-void XMLWriter_X891::endElement(const std::string& uri, const std::string& localName,
-                                const std::string& qName) {
+void XMLWriter_X891::Encoder::endElement(const std::string& uri, const std::string& localName,
+                                         const std::string& qName) {
   attempt([&] {
-    State::Document& document = own_->document;
+    Document& document = document_;
     if (state_ == InElement && !document.declared.empty()) {
       throw SAXException("A prefix mapping needs an element");
     }
     const std::size_t depth = elements_.size();
     try {
-      XMLWriter_FI::endElement(uri, localName, qName);
+      writer_.XMLWriter::endElement(uri, localName, qName);
+      finishElement();
     } catch (...) {
-      own_->isWriting = elements_.size() < depth;  // Else, it was refused.
+      isWriting_ = elements_.size() < depth;  // Else, it was refused.
       throw;
     }
     document.bindings.undo(document.declaredCount.back());
@@ -159,8 +162,8 @@ Record& recordAt(std::vector<Record>& records, std::size_t position) {
 
 }  // namespace
 
-void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri) const {
-  const std::string& bound = own_->document.bindings.find(prefix);
+void XMLWriter_X891::Encoder::checkPrefix(std::string_view prefix, const std::string& uri) const {
+  const std::string& bound = document_.bindings.find(prefix);
   if (bound == uri && !(bound.empty() && !prefix.empty())) return;
   if (bound.empty() && !prefix.empty()) missingNamePart(std::string(prefix), "prefix");
   if (bound.empty()) missingNamePart(uri, "namespace");
@@ -172,19 +175,20 @@ void XMLWriter_X891::checkPrefix(std::string_view prefix, const std::string& uri
 }
 
 /// Looks at the parts of a name that is in no table.
-void XMLWriter_X891::takeNewName(const Name& name) {
+void XMLWriter_X891::Encoder::takeNewName(const EventName& name) {
   const std::string_view prefix = name.prefix();
   const std::uint64_t parts = prefix.size() + name.uri.size() + name.localName.size();
-  own_->newOctets += kNameCopies * parts + kNameOctets + name.localName.size();
-  ++own_->newEntries;  // The local name.
+  newOctets_ += kNameCopies * parts + kNameOctets + name.localName.size();
+  ++newEntries_;  // The local name.
   checkNCName(name.localName);
   if (!prefix.empty()) checkNCName(prefix);
 }
 
 // A name that is in a table is looked at again only where other declarations are in force.
 
-void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isKnown) {
-  State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned index,
+                                               bool isKnown) {
+  Document& document = document_;
   document.attributes.beginTag();
   if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
   if (index == kNoIndex) {
@@ -198,10 +202,11 @@ void XMLWriter_X891::checkElementName(const Name& name, unsigned index, bool isK
   bindings = document.bindings.version();
 }
 
-void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool isKnown) {
-  State::Document& document = own_->document;
+void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned index,
+                                                 bool isKnown) {
+  Document& document = document_;
   if (isKnown) {  // It was looked at, and has a record.
-    const State::AttributeRecord& record = document.attributeRecords[index];
+    const AttributeRecord& record = document.attributeRecords[index];
     if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
       return;
     }
@@ -210,9 +215,8 @@ void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool i
   if (!isKnown && name.localName == "xmlns" && name.prefix().empty()) {
     throw SAXException("An attribute with the name \"xmlns\" is a namespace declaration");
   }
-  State::AttributeRecord fresh;
-  State::AttributeRecord& record =
-      index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
+  AttributeRecord fresh;
+  AttributeRecord& record = index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
   if (index == kNoIndex) takeNewName(name);
   if (record.bindings != document.bindings.version()) {
     const std::string_view prefix = name.prefix();
@@ -232,7 +236,7 @@ void XMLWriter_X891::checkAttributeName(const Name& name, unsigned index, bool i
   }
 }
 
-void XMLWriter_X891::refuseSpelling(const Name& name) {
+void XMLWriter_X891::Encoder::refuseSpelling(const EventName& name) {
   checkNCName(name.localName);
   throw SAXException("The qualified name \"" + name.qName +
                      "\" does not belong to the local name \"" + name.localName + "\"");
@@ -240,21 +244,22 @@ void XMLWriter_X891::refuseSpelling(const Name& name) {
 
 // --- Values ---
 
-void XMLWriter_X891::checkValue(const std::string& value, unsigned index) const {
+void XMLWriter_X891::Encoder::checkValue(const std::string& value, unsigned index) const {
   // What the document itself brought into the table was looked at then; an external vocabulary may
   // hold anything.
-  if (index != kNoIndex && index >= own_->document.loadedValues) return;
+  if (index != kNoIndex && index >= document_.loadedValues) return;
   if (!xml::isEasyText(value) || value.size() > kLongestString) {
     checkText(value, "an attribute value");
   }
 }
 
-void XMLWriter_X891::checkTypedValue(const std::string& uri, int index, const EncodedData& data) {
+void XMLWriter_X891::Encoder::checkTypedValue(const std::string& uri, int index,
+                                              const EncodedData& data) {
   EncodingAlgorithm& algorithm = algorithmFor(uri, index);
   if (!isBuiltIn(uri, index)) {
     // It may give any text, and whoever reads the attribute may ask for it.
     checkText(data.toString(), "an attribute value");
-    own_->encodedValues.push_back(encodedBy(algorithm, uri, false, data));
+    encodedValues_.push_back(encodedBy(algorithm, uri, false, data));
     return;
   }
   if (index == algorithms::cdata) {
@@ -263,7 +268,8 @@ void XMLWriter_X891::checkTypedValue(const std::string& uri, int index, const En
   checkBuiltIn(index, data);
 }
 
-void XMLWriter_X891::encodeTypedValue(const std::string& uri, int index, const EncodedData& data) {
+void XMLWriter_X891::Encoder::encodeTypedValue(const std::string& uri, int index,
+                                               const EncodedData& data) {
   if (isBuiltIn(uri, index)) {
     if (checkBuiltIn(index, data) == 0) {
       put(kEmptyString);
@@ -273,8 +279,8 @@ void XMLWriter_X891::encodeTypedValue(const std::string& uri, int index, const E
     }
     return;
   }
-  const std::string octets = std::move(own_->encodedValues.front());
-  own_->encodedValues.pop_front();
+  const std::string octets = std::move(encodedValues_.front());
+  encodedValues_.pop_front();
   if (octets.empty()) {
     put(kEmptyString);
   } else {

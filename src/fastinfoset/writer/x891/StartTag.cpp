@@ -1,7 +1,7 @@
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../Octets.h"
-#include "State.h"
+#include "X891Encoder.h"
 
 // How a start tag is looked at and written. What may be in it is in Elements.cpp.
 
@@ -9,16 +9,16 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-void XMLWriter_X891::encodeStartTag(const Name& name, const Attributes& attributes) {
+void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attributes& attributes) {
   recogniseAttributes(attributes);
-  if (!own_->declarations.empty()) takeDeclarations(attributes, own_->declarations);
+  if (!declarations_.empty()) takeDeclarations(attributes, declarations_);
   const unsigned index = takeElementName(name);
   takeAttributes(attributes);
   beginTag();
   flushCharacters();
   flushTerminator(false);
 
-  const bool hasAttributes = !own_->attributes.empty();
+  const bool hasAttributes = !attributes_.empty();
   if (out_) {
     unsigned flag = hasAttributes ? kElementAttributes : 0;
     if (!namespaces_.empty()) {
@@ -30,7 +30,7 @@ void XMLWriter_X891::encodeStartTag(const Name& name, const Attributes& attribut
       putInteger(kElementIndex, flag, index);
     } else {
       writeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
-                         own_->elementName);
+                         elementName_);
     }
     if (hasAttributes) encodeTakenAttributes(attributes);
   }
@@ -41,56 +41,58 @@ void XMLWriter_X891::encodeStartTag(const Name& name, const Attributes& attribut
 
 // --- Names and attributes ---
 
-unsigned XMLWriter_X891::takeElementName(const Name& name) {
+unsigned XMLWriter_X891::Encoder::takeElementName(const EventName& name) {
   const auto& [uri, localName, qName] = name;
-  if (const unsigned* const known = known_->elements.find(uri, localName, qName)) {
+  if (const unsigned* const known = known_.elements.find(uri, localName, qName)) {
     checkElementName(name, *known, true);
     return *known;
   }
-  assignName(own_->elementName, name);
-  const unsigned* const found = vocabulary_.elementNames.find(own_->elementName);
+  assignName(elementName_, name);
+  const unsigned* const found = vocabulary_.elementNames.find(elementName_);
   const unsigned index = found ? *found : kNoIndex;
   checkElementName(name, index, false);
-  if (found) known_->elements.put(uri, localName, qName, index);
+  if (found) known_.elements.put(uri, localName, qName, index);
   return index;
 }
 
-const EncodingAlgorithmAttributes* XMLWriter_X891::typedForm(const Attributes& attributes) {
-  return findTypedForm(attributes, known_->untyped);
+const EncodingAlgorithmAttributes* XMLWriter_X891::Encoder::typedForm(
+    const Attributes& attributes) {
+  return findTypedForm(attributes, known_.untyped);
 }
 
 /// Tells attributes from declarations. A name that is known is that of no declaration.
-void XMLWriter_X891::recogniseAttributes(const Attributes& attributes) {
-  own_->attributes.clear();
-  own_->declarations.clear();
+void XMLWriter_X891::Encoder::recogniseAttributes(const Attributes& attributes) {
+  attributes_.clear();
+  declarations_.clear();
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
-    const unsigned* const known = known_->attributes.find(
+    const unsigned* const known = known_.attributes.find(
         attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
     if (known != nullptr) {
-      own_->attributes.push_back({i, *known, kNoIndex, true});
+      attributes_.push_back({i, *known, kNoIndex, true});
     } else if (isDeclaration(attributes, i)) {
-      own_->declarations.push_back(i);
+      declarations_.push_back(i);
     } else {
-      own_->attributes.push_back({i, kNoIndex, kNoIndex, false});
+      attributes_.push_back({i, kNoIndex, kNoIndex, false});
     }
   }
 }
 
 /// Looks at attributes before anything of the tag is written: refuses what cannot be, and looks up
 /// their names.
-void XMLWriter_X891::takeAttributes(const Attributes& attributes) {
-  if (own_->attributes.empty()) return;
+void XMLWriter_X891::Encoder::takeAttributes(const Attributes& attributes) {
+  if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
-  for (auto& [i, index, valueIndex, isKnown] : own_->attributes) {
-    const Name name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
+    const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
+                            attributes.getQName(i)};
     if (!isKnown) {
       assignName(name_, name);
       if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
     }
     checkAttributeName(name, index, isKnown);
     if (!isKnown && index != kNoIndex) {
-      known_->attributes.put(name.uri, name.localName, name.qName, index);
+      known_.attributes.put(name.uri, name.localName, name.qName, index);
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
@@ -103,11 +105,11 @@ void XMLWriter_X891::takeAttributes(const Attributes& attributes) {
   }
 }
 
-void XMLWriter_X891::encodeTakenAttributes(const Attributes& attributes) {
+void XMLWriter_X891::Encoder::encodeTakenAttributes(const Attributes& attributes) {
   const EncodingAlgorithmAttributes* const typed = typedForm(attributes);
   StringIndexMap& values = vocabulary_.attributeValues;
   const unsigned lookedUp = values.positions();
-  for (const auto& [i, index, valueIndex, isKnown] : own_->attributes) {
+  for (const auto& [i, index, valueIndex, isKnown] : attributes_) {
     if (index != kNoIndex) {
       encodeIndex(0, index);
     } else {
@@ -132,7 +134,7 @@ void XMLWriter_X891::encodeTakenAttributes(const Attributes& attributes) {
 }
 
 /// Writes a name that was in no table when the tag began. The same one may have come since.
-void XMLWriter_X891::encodeNewAttributeName(const Name& name) {
+void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
   if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
     encodeIndex(0, *index);

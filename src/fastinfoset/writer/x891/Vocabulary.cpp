@@ -1,4 +1,4 @@
-#include "Vocabulary.h"
+#include "WrittenVocabulary.h"
 
 #include <Tavrin/Identifiers.h>
 
@@ -6,7 +6,7 @@
 
 #include "../../Dialect.h"
 #include "Checks.h"
-#include "State.h"
+#include "X891Encoder.h"
 
 // The vocabulary that a document begins with (X.891, C.2.5 and 7.2): built in, external, and its
 // own entries, in this order.
@@ -62,10 +62,10 @@ void checkAlphabet(const std::string& alphabet) {
 
 }  // namespace
 
-const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
-  if (!own_->externalVocabulary) return nullptr;
-  const std::string& uri = *own_->externalVocabulary;
-  const ExternalVocabularyMap* const known = own_->externalVocabularies;
+const ExternalVocabulary* XMLWriter_X891::Encoder::findExternalVocabulary() const {
+  if (!externalVocabulary_) return nullptr;
+  const std::string& uri = *externalVocabulary_;
+  const ExternalVocabularyMap* const known = externalVocabularies_;
   const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
   if (known == nullptr || found == known->end() || found->second == nullptr || uri.empty()) {
     throw SAXException("Unknown external vocabulary \"" + uri +
@@ -77,14 +77,14 @@ const ExternalVocabulary* XMLWriter_X891::findExternalVocabulary() const {
 
 /// Begins the tables of the document, anew where that was tried before.
 /// @throws SAXException where the vocabularies are not possible
-XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
+XMLWriter_X891::Encoder::WrittenVocabulary XMLWriter_X891::Encoder::prepareVocabulary() {
   clearTables();
-  own_->tableOctets = 0;
-  own_->document.algorithms.clear();
-  own_->document.algorithmFields.clear();
+  limits_.tableOctets = 0;
+  document_.algorithms.clear();
+  document_.algorithmFields.clear();
   // What was found out about names is kept by their positions.
-  own_->document.elementBindings.clear();
-  own_->document.attributeRecords.clear();
+  document_.elementBindings.clear();
+  document_.attributeRecords.clear();
   WrittenVocabulary written;
   vocabulary_.prefixes.add("xml");
   vocabulary_.namespaceNames.add(namespaces::xml);
@@ -92,14 +92,14 @@ XMLWriter_X891::WrittenVocabulary XMLWriter_X891::prepareVocabulary() {
   loadInitialVocabulary(written);
   loadAlgorithms(written);
   checkRoom(0, 0);
-  own_->document.loadedValues = vocabulary_.attributeValues.positions();
+  document_.loadedValues = vocabulary_.attributeValues.positions();
   return written;
 }
 
-void XMLWriter_X891::loadExternalVocabulary(WrittenVocabulary& written) {
+void XMLWriter_X891::Encoder::loadExternalVocabulary(WrittenVocabulary& written) {
   const ExternalVocabulary* const external = findExternalVocabulary();
   if (external == nullptr) return;
-  written.externalVocabulary = *own_->externalVocabulary;
+  written.externalVocabulary = *externalVocabulary_;
   const auto load = [](const StringTable& from, StringIndexMap& to) {
     for (std::uint32_t i = 0; i < from.definedCount; ++i) to.add(textOf(from.entries[i]));
     to.skip(positionsOf(from) - from.definedCount);
@@ -125,9 +125,9 @@ void XMLWriter_X891::loadExternalVocabulary(WrittenVocabulary& written) {
   loadNames(external->attributeNameSurrogates, vocabulary_.attributeNames);
 }
 
-void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
-  if (!own_->initialVocabulary) return;
-  const ExternalVocabulary& own = *own_->initialVocabulary;
+void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) {
+  if (!initialVocabulary_) return;
+  const ExternalVocabulary& own = *initialVocabulary_;
   const auto entriesOf = [](const StringTable& table, auto check) {
     std::vector<std::string> entries;
     for (std::uint32_t i = 0; i < table.definedCount; ++i) {
@@ -141,7 +141,7 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
   };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    own_->tableOctets += tableOctetsOf(entry);
+    limits_.tableOctets += tableOctetsOf(entry);
   };
   const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
                         auto check) {
@@ -170,11 +170,11 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
     add(table, part);
     checkPositions(table);
   };
-  const auto loadNames = [&](const QualifiedNameTable& from, std::vector<QualifiedName>& list,
+  const auto loadNames = [&](const QualifiedNameTable& from, std::vector<NameParts>& list,
                              NameIndexMap& to) {
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
-      const QualifiedName name = {textOf(from.entries[i][0]), textOf(from.entries[i][1]),
-                                  textOf(from.entries[i][2])};
+      const NameParts name = {textOf(from.entries[i][0]), textOf(from.entries[i][1]),
+                              textOf(from.entries[i][2])};
       checkNCName(name.localName);
       if (!name.prefix.empty()) checkNCName(name.prefix);
       checkURI(name.namespaceName);
@@ -194,9 +194,9 @@ void XMLWriter_X891::loadInitialVocabulary(WrittenVocabulary& written) {
 }
 
 /// What can be named by a field, and the rest of what is named in the document.
-void XMLWriter_X891::loadAlgorithms(WrittenVocabulary& written) {
-  std::vector<std::string>& named = own_->document.algorithms;
-  std::map<std::string, unsigned>& fields = own_->document.algorithmFields;
+void XMLWriter_X891::Encoder::loadAlgorithms(WrittenVocabulary& written) {
+  std::vector<std::string>& named = document_.algorithms;
+  std::map<std::string, unsigned>& fields = document_.algorithmFields;
   const auto name = [&](const std::string& uri) {
     const bool isNew =
         fields.emplace(uri, kDialectX891.firstApplicationAlgorithm + named.size()).second;
@@ -211,8 +211,8 @@ void XMLWriter_X891::loadAlgorithms(WrittenVocabulary& written) {
     alphabets += positionsOf(external->restrictedAlphabets);
   }
   for (const std::string& uri : written.encodingAlgorithms) name(uri);
-  if (own_->registeredAlgorithms != nullptr) {
-    for (const auto& [uri, algorithm] : *own_->registeredAlgorithms) {
+  if (registeredAlgorithms_ != nullptr) {
+    for (const auto& [uri, algorithm] : *registeredAlgorithms_) {
       if (fields.contains(uri)) continue;
       if (uri.empty()) throw SAXException("An encoding algorithm is registered without a URI");
       checkURI(uri);
@@ -231,7 +231,7 @@ void XMLWriter_X891::loadAlgorithms(WrittenVocabulary& written) {
 
 // --- Writing ---
 
-void XMLWriter_X891::writeVocabulary(const WrittenVocabulary& vocabulary) {
+void XMLWriter_X891::Encoder::writeVocabulary(const WrittenVocabulary& vocabulary) {
   const unsigned tables = vocabulary.tables();
   put(tables >> 8);
   put(tables & 0xFF);
@@ -248,17 +248,17 @@ void XMLWriter_X891::writeVocabulary(const WrittenVocabulary& vocabulary) {
        {&vocabulary.attributeValues, &vocabulary.characterChunks, &vocabulary.otherStrings}) {
     if (table->empty()) continue;
     putItemCount(static_cast<std::uint32_t>(table->size()));
-    for (const std::string& entry : *table) encodeString(nullptr, false, entry);
+    for (const std::string& entry : *table) writeNewString(static_cast<StringIndexMap*>(nullptr), entry);
   }
   writeSurrogates(vocabulary.elementNames);
   writeSurrogates(vocabulary.attributeNames);
 }
 
 /// Writes names as the indexes of their parts (C.16).
-void XMLWriter_X891::writeSurrogates(const std::vector<QualifiedName>& names) {
+void XMLWriter_X891::Encoder::writeSurrogates(const std::vector<NameParts>& names) {
   if (names.empty()) return;
   putItemCount(static_cast<std::uint32_t>(names.size()));
-  for (const QualifiedName& name : names) {
+  for (const NameParts& name : names) {
     put((name.prefix.empty() ? 0 : kPrefixPresent) |
         (name.namespaceName.empty() ? 0 : kNamespacePresent));
     if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));

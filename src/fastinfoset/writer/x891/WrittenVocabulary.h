@@ -1,15 +1,15 @@
 #pragma once
 
-#include <Tavrin/XMLWriter_X891.h>
+#include <string>
+#include <vector>
 
-#include <array>
-
+#include "../../NameParts.h"
 #include "../../Octets.h"
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
 /// The initial vocabulary of a document as it is written (X.891, C.2.5).
-struct XMLWriter_X891::WrittenVocabulary {
+struct WrittenVocabulary {
   std::string externalVocabulary;
   std::vector<std::string> restrictedAlphabets;
   std::vector<std::string> encodingAlgorithms;
@@ -21,12 +21,11 @@ struct XMLWriter_X891::WrittenVocabulary {
   std::vector<std::string> attributeValues;
   std::vector<std::string> characterChunks;
   std::vector<std::string> otherStrings;
-  std::vector<QualifiedName> elementNames;
-  std::vector<QualifiedName> attributeNames;
+  std::vector<NameParts> elementNames;
+  std::vector<NameParts> attributeNames;
 
   /// The tables that are written; the bits of fastinfoset::VocabularyTable.
   unsigned tables() const {
-    using namespace fastinfoset;
     const auto bit = [](const auto& table, unsigned mask) { return table.empty() ? 0U : mask; };
     return bit(externalVocabulary, kExternalVocabulary) |
            bit(restrictedAlphabets, kRestrictedAlphabets) |
@@ -39,4 +38,4 @@ struct XMLWriter_X891::WrittenVocabulary {
   }
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset
