@@ -1,6 +1,6 @@
 /// @file
-/// Attribute lists: the interface through which a start tag's attributes are read, and the plain
-/// list that readers of XML text fill.
+/// Attribute lists: the interface through which a start tag's attributes are read, and the list
+/// that owns its strings.
 #pragma once
 
 #include <Tavrin/Export.h>

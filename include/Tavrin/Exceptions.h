@@ -30,14 +30,14 @@ class TAVRIN_API SAXException {
 class TAVRIN_API SAXParseException : public SAXException {
  public:
   /// @param message what is wrong
-  /// @param line    line number, from 1
-  /// @param column  column number, from 1
+  /// @param line    the line, from 1; -1 where a document has no lines
+  /// @param column  the column, from 1; in a document without lines, an octet
   SAXParseException(const std::string& message, std::int32_t line, std::int32_t column)
       : SAXException(message), line_(line), column_(column) {}
 
-  /// The line of the failure, from 1.
+  /// The line of the failure, from 1; -1 where the document has no lines.
   std::int32_t getLineNumber() const { return line_; }
-  /// The column of the failure, from 1.
+  /// The column of the failure, from 1; in a document without lines, how many octets had been read.
   std::int32_t getColumnNumber() const { return column_; }
 
  private:

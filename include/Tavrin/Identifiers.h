@@ -27,10 +27,12 @@ constexpr char primitiveTypeContentHandler[] =
 /// Fast Infoset reader: an EncodingAlgorithmContentHandler.
 constexpr char encodingAlgorithmContentHandler[] =
     "http://jvnet.org/fastinfoset/sax/properties/encoding-algorithm-content-handler";
-/// Fast Infoset reader: an EncodingAlgorithmMap. The writer accepts and ignores it.
+/// Readers "FI" and "X891", writer "X891": the application's algorithms by their URIs, an
+/// EncodingAlgorithmMap. The writer "FI" accepts and ignores it.
 constexpr char registeredEncodingAlgorithms[] =
     "http://jvnet.org/fastinfoset/parser/properties/registered-encoding-algorithms";
-/// Fast Infoset reader: an ExternalVocabularyMap. The writer accepts and ignores it.
+/// Readers "FI" and "X891", writer "X891": the vocabularies that documents may refer to by their
+/// URIs, an ExternalVocabularyMap. The writer "FI" accepts and ignores it.
 constexpr char externalVocabularies[] =
     "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies";
 

@@ -59,7 +59,9 @@ namespace Tavrin {
 /// what has arrived. The message of a failure through a limit ends with its property: `Literal
 /// longer than 100 octets (property maximum-literal-octets)`.
 ///
-/// Properties: those of XMLReader_FI, and of Tavrin::properties: documentXMLVersion, standalone,
+/// Properties, of Tavrin::properties: lexicalHandler, declarationHandler,
+/// primitiveTypeContentHandler, encodingAlgorithmContentHandler, registeredEncodingAlgorithms,
+/// externalVocabularies, documentXMLVersion, standalone,
 /// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,
 /// maximumDepth. Feature: Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader {
@@ -89,9 +91,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   using XMLReader::parse;
 
   /// Reads one document.
-  /// @throws SAXParseException for a stream that is not such a document; no endDocument follows,
-  /// and
-  ///         the reader can read another document
+  /// @throws SAXParseException for a stream that is not such a document. No endDocument follows,
+  ///         and the reader can read another document.
   void parse(std::istream& stream) override;
 
  protected:

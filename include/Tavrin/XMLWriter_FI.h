@@ -67,9 +67,8 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   void endDocument() override;
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
   /// @throws SAXException "Empty name", "Undeclared prefix ..." or "Undeclared namespace ..."
-  /// @throws EncodingAlgorithmException for a typed attribute whose algorithm is not built in;
-  /// nothing
-  ///         is written then
+  /// @throws EncodingAlgorithmException for a typed attribute whose algorithm is not built in.
+  ///         Nothing is written then.
   void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
                     const Attributes& attributes) override;
   void endElement(const std::string& uri, const std::string& localName,

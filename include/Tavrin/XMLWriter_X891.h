@@ -16,7 +16,7 @@ namespace Tavrin {
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
 ///
-/// It takes the events of XMLWriter_FI and writes what the format can hold: the identifiers of the
+/// It takes the events of XMLWriter and typed content, and writes what the format can hold: the identifiers of the
 /// document type and its instructions, notations, unparsed entities, references to entities that
 /// were skipped, CDATA sections, white space. The format has no place for the name of the document
 /// type, for its comments and other declarations, and for the borders of entities; they leave no
@@ -92,7 +92,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// In an element, written as character data.
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
-  /// In an element, writes an unexpanded entity reference (C.4) with the identifiers that
+  /// In an element, writes an unexpanded entity reference (C.6) with the identifiers that
   /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
   /// external subset.
   /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which

@@ -6,15 +6,10 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/XMLWriter.h>
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace Tavrin {
-
-class EventOctets;
 
 /// Writes XML 1.0 (fifth edition) with Namespaces in XML 1.0, in UTF-8; registered as "XML10".
 ///
@@ -140,57 +135,8 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   void reset() override;
 
  private:
-  struct Document;
-  struct Mark;
-  /// What an external identifier belongs to.
-  enum class Declared { DocumentType, Notation, Entity };
-
-  template <typename Body>
-  void perform(Body body);
-  Mark mark() const;
-  void restore(const Mark& mark);
-  void requireSound() const;
-  void breakOff() noexcept;
-  template <typename Write>
-  void writeOrBreakOff(Write write);
-  void commit();
-  void send();
-  void writeOut();
-  bool* findFeature(const std::string& name);
-  template <typename... Pieces>
-  void write(const Pieces&... pieces);
-  void startChild();
-  void indent();
-  bool isDirect() const;
-  void writeDirectly(EventOctets& octets);
-  void composeStartTag(EventOctets& octets, const std::string& uri, const std::string& localName,
-                       const std::string& qName, const Attributes& attributes);
-  void closeElement();
-  void forbidIndentation();
-  void writeSection(std::string_view text);
-  void writeAttributeValue(std::string_view value);
-  void writeSystemLiteral(std::string_view systemId);
-  void writeExternalIdentifier(Declared declared, const std::string& publicId,
-                               const std::string& systemId);
-  void writeDefault(const std::string& mode, const std::string& value);
-  bool isOutsideInternalSubset() const;
-  void writeGeneralReference(const std::string& name);
-  void writeParameterReference(const std::string& name);
-  void rememberDefault(const std::string& eName, const std::string& aName, const std::string& mode,
-                       const std::string& value);
-
-  bool autoIndent_ = false;
-  bool emptyTags_ = true;
-  bool xmlDeclaration_ = true;
-  std::string composed_;                 // Octets that are not written out yet.
-  std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
-  std::string version_ = "1.0";
-  unsigned indentWidth_ = 2;
-  std::uint64_t maximumDepth_ = UINT64_MAX;
-  char quote_ = '\'';
-  bool standalone_ = false;
-  bool statesStandalone_ = false;
-  std::unique_ptr<Document> document_;
+  class Composer;
+  const std::unique_ptr<Composer> composer_;
 
   static const XMLWriterType type_;
 };

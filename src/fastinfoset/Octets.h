@@ -62,7 +62,7 @@ inline constexpr unsigned kTerminator = 0xF0;        ///< One end, padded to the
 inline constexpr unsigned kDoubleTerminator = 0xFF;  ///< Two ends in a row.
 
 /// A document type declaration, an entity reference or a notation: which identifiers follow (C.9,
-/// C.4, C.11).
+/// C.6, C.11).
 inline constexpr unsigned kSystemIdentifier = 0x02;
 inline constexpr unsigned kPublicIdentifier = 0x01;
 
@@ -92,9 +92,9 @@ inline constexpr unsigned kLiteralAttributeName = 0x78;  ///< Plus the bits of t
 inline constexpr unsigned kLiteralAttributeNameMask = 0xFC;
 inline constexpr unsigned kFirstNonAttributeIndex = 0x70;  ///< Below: an index.
 
-/// In a literal name, prefix and namespace name are counted from 1: 0 stands for the built-in
-/// entry, the prefix `xml` and its namespace name (7.2.21, 7.2.22). In a namespace declaration they
-/// are counted from 0, without the built-in entry.
+/// The index 0 of a prefix or namespace name is the built-in entry, `xml` and its namespace name
+/// (7.2.21, 7.2.22); the entries of the document follow it. Dialect::builtInNamesInDeclarations has
+/// the one exception.
 inline constexpr std::uint32_t kBuiltInNameIndex = 0;
 inline constexpr std::uint32_t kBuiltInNames = 1;
 

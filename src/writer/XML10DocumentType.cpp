@@ -4,7 +4,7 @@
 #include "../xml/Declarations.h"
 #include "../xml/Escapes.h"
 #include "../xml/Requirements.h"
-#include "XML10Document.h"
+#include "XML10Composer.h"
 
 // The document type and its declarations (XML 1.0, sections 2.8, 3.2, 3.3 and 4).
 
@@ -29,22 +29,22 @@ void requireEntityName(const std::string& name) {
 
 // --- The declaration itself, and its external parts ---
 
-void XMLWriter_XML10::startDTD(const std::string& name, const std::string& publicId,
-                               const std::string& systemId) {
+void XMLWriter_XML10::Composer::startDTD(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId) {
   perform([&] {
     indent();
-    XMLWriter::startDTD(name, publicId, systemId);
+    writer_.XMLWriter::startDTD(name, publicId, systemId);
     write("<!DOCTYPE ", name);
     writeExternalIdentifier(Declared::DocumentType, publicId, systemId);
     xml::requireQName(name);
-    document_->hasExternalSubset = !publicId.empty() || !systemId.empty();
+    document_.hasExternalSubset = !publicId.empty() || !systemId.empty();
   });
 }
 
-void XMLWriter_XML10::endDTD() {
+void XMLWriter_XML10::Composer::endDTD() {
   perform([this] {
     const bool hadContent = hasContent_;
-    XMLWriter::endDTD();
+    writer_.XMLWriter::endDTD();
     if (hadContent) {
       indent();
       write("]");
@@ -53,10 +53,10 @@ void XMLWriter_XML10::endDTD() {
   });
 }
 
-void XMLWriter_XML10::startEntity(const std::string& name) {
+void XMLWriter_XML10::Composer::startEntity(const std::string& name) {
   requireSound();
   if (state_ != InDTD) return;
-  Document& document = *document_;
+  Document& document = document_;
   if (document.entitiesOutside > 0) {
     ++document.entitiesOutside;
   } else if (name == "[dtd]") {
@@ -73,19 +73,19 @@ void XMLWriter_XML10::startEntity(const std::string& name) {
   }
 }
 
-void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+void XMLWriter_XML10::Composer::endEntity(const std::string& /*name*/) {
   requireSound();
-  if (state_ == InDTD && document_->entitiesOutside > 0) --document_->entitiesOutside;
+  if (state_ == InDTD && document_.entitiesOutside > 0) --document_.entitiesOutside;
 }
 
 // --- References ---
 
-void XMLWriter_XML10::skippedEntity(const std::string& name) {
+void XMLWriter_XML10::Composer::skippedEntity(const std::string& name) {
   requireSound();
   if (name == "[dtd]") return;
   if (isParameterEntity(name) && state_ == InDTD) {
     if (!isOutsideInternalSubset()) writeParameterReference(name);
-    document_->passesDeclarations = !document_->isStandalone;
+    document_.passesDeclarations = !document_.isStandalone;
   } else if (isOutsideInternalSubset()) {
     return;
   } else if (!isParameterEntity(name) && state_ == InElement) {
@@ -97,11 +97,11 @@ void XMLWriter_XML10::skippedEntity(const std::string& name) {
 
 /// Writes a reference in content. The entity is declared (XML 1.0, section 4.1, "Entity Declared"),
 /// and, as far as can be seen here, its text may stand there.
-void XMLWriter_XML10::writeGeneralReference(const std::string& name) {
+void XMLWriter_XML10::Composer::writeGeneralReference(const std::string& name) {
   using Kind = Document::EntityKind;
   perform([&] {
     xml::requireNCName(name);
-    const Document& document = *document_;
+    const Document& document = document_;
     const auto found = document.entities.find(name);
     if (found == document.entities.end()) {
       const bool mayBeElsewhere =
@@ -125,12 +125,12 @@ void XMLWriter_XML10::writeGeneralReference(const std::string& name) {
 }
 
 /// Writes a reference between declarations.
-void XMLWriter_XML10::writeParameterReference(const std::string& name) {
+void XMLWriter_XML10::Composer::writeParameterReference(const std::string& name) {
   perform([&] {
     xml::requireNCName(name.substr(1));
-    const auto found = document_->entities.find(name);
-    if (found == document_->entities.end()) {
-      if (document_->isStandalone) {
+    const auto found = document_.entities.find(name);
+    if (found == document_.entities.end()) {
+      if (document_.isStandalone) {
         throw SAXException("The entity " + quoted(name) + " is not declared");
       }
     } else if (found->second != Document::EntityKind::External &&
@@ -143,13 +143,13 @@ void XMLWriter_XML10::writeParameterReference(const std::string& name) {
     hasContent_ = true;
     write(name);
     write(";");
-    document_->hasParameterReferences = true;
+    document_.hasParameterReferences = true;
   });
 }
 
 // --- Declarations ---
 
-void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
+void XMLWriter_XML10::Composer::writeSystemLiteral(std::string_view systemId) {
   xml::requireSystemId(systemId);
   const std::string_view quote = systemId.find('"') == std::string_view::npos ? "\"" : "'";
   write(" ");
@@ -160,8 +160,9 @@ void XMLWriter_XML10::writeSystemLiteral(std::string_view systemId) {
 
 /// Only a notation may do without a system identifier, if it has a public one (productions 75 and
 /// 83). Elsewhere, one that is empty was written so.
-void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::string& publicId,
-                                              const std::string& systemId) {
+void XMLWriter_XML10::Composer::writeExternalIdentifier(Declared declared,
+                                                        const std::string& publicId,
+                                                        const std::string& systemId) {
   const bool hasSystemId = !systemId.empty();
   if (!publicId.empty()) {
     xml::requirePublicId(publicId);
@@ -176,13 +177,13 @@ void XMLWriter_XML10::writeExternalIdentifier(Declared declared, const std::stri
   writeSystemLiteral(systemId);
 }
 
-void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& publicId,
-                                   const std::string& systemId) {
+void XMLWriter_XML10::Composer::notationDecl(const std::string& name, const std::string& publicId,
+                                             const std::string& systemId) {
   perform([&] {
-    if (isOutsideInternalSubset()) return XMLWriter::notationDecl(name, publicId, systemId);
+    if (isOutsideInternalSubset()) return writer_.XMLWriter::notationDecl(name, publicId, systemId);
     startChild();
     indent();
-    XMLWriter::notationDecl(name, publicId, systemId);
+    writer_.XMLWriter::notationDecl(name, publicId, systemId);
     write("  <!NOTATION ", name);
     writeExternalIdentifier(Declared::Notation, publicId, systemId);
     write(">");
@@ -190,16 +191,17 @@ void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& p
   });
 }
 
-void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::string& publicId,
-                                         const std::string& systemId,
-                                         const std::string& notationName) {
+void XMLWriter_XML10::Composer::unparsedEntityDecl(const std::string& name,
+                                                   const std::string& publicId,
+                                                   const std::string& systemId,
+                                                   const std::string& notationName) {
   perform([&] {
     if (isOutsideInternalSubset()) {
-      return XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+      return writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
     }
     startChild();
     indent();
-    XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+    writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
     write("  <!ENTITY ", name);
     writeExternalIdentifier(Declared::Entity, publicId, systemId);
     write(" NDATA ", notationName, ">");
@@ -208,17 +210,19 @@ void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::str
     if (xml::isPredefinedEntity(name)) {
       throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
     }
-    document_->entities.emplace(name, Document::EntityKind::Unparsed);
+    document_.entities.emplace(name, Document::EntityKind::Unparsed);
   });
 }
 
-void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::string& publicId,
-                                         const std::string& systemId) {
+void XMLWriter_XML10::Composer::externalEntityDecl(const std::string& name,
+                                                   const std::string& publicId,
+                                                   const std::string& systemId) {
   perform([&] {
-    if (isOutsideInternalSubset()) return XMLWriter::externalEntityDecl(name, publicId, systemId);
+    if (isOutsideInternalSubset())
+      return writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
     startChild();
     indent();
-    XMLWriter::externalEntityDecl(name, publicId, systemId);
+    writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
     write("  <!ENTITY ", declaredName(name));
     writeExternalIdentifier(Declared::Entity, publicId, systemId);
     write(">");
@@ -226,18 +230,19 @@ void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::str
     if (xml::isPredefinedEntity(name)) {
       throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
     }
-    document_->entities.emplace(name, Document::EntityKind::External);
+    document_.entities.emplace(name, Document::EntityKind::External);
   });
 }
 
-void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::string& value) {
+void XMLWriter_XML10::Composer::internalEntityDecl(const std::string& name,
+                                                   const std::string& value) {
   perform([&] {
-    if (isOutsideInternalSubset()) return XMLWriter::internalEntityDecl(name, value);
+    if (isOutsideInternalSubset()) return writer_.XMLWriter::internalEntityDecl(name, value);
     std::string literal;
     const std::size_t invalid = xml::kEntityValueEscapes.append(literal, value);
     startChild();
     indent();
-    XMLWriter::internalEntityDecl(name, value);
+    writer_.XMLWriter::internalEntityDecl(name, value);
     write("  <!ENTITY ", declaredName(name), " \"", literal, "\">");
     requireEntityName(name);
     if (invalid != xml::kAllValid) xml::requireText(value, "the text of an entity");
@@ -248,19 +253,19 @@ void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::str
     const bool hasMarkup =
         value.find_first_of("<&") != std::string::npos || value.find("]]>") != std::string::npos;
     using Kind = Document::EntityKind;
-    const Kind kind = document_->passesDeclarations ? Kind::Passed
-                      : hasMarkup                   ? Kind::Markup
-                                                    : Kind::Text;
-    document_->entities.emplace(name, kind);
+    const Kind kind = document_.passesDeclarations ? Kind::Passed
+                      : hasMarkup                  ? Kind::Markup
+                                                   : Kind::Text;
+    document_.entities.emplace(name, kind);
   });
 }
 
-void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& model) {
+void XMLWriter_XML10::Composer::elementDecl(const std::string& name, const std::string& model) {
   perform([&] {
-    if (isOutsideInternalSubset()) return XMLWriter::elementDecl(name, model);
+    if (isOutsideInternalSubset()) return writer_.XMLWriter::elementDecl(name, model);
     startChild();
     indent();
-    XMLWriter::elementDecl(name, model);
+    writer_.XMLWriter::elementDecl(name, model);
     write("  <!ELEMENT ", name, " ", model, ">");
     xml::requireQName(name);
     xml::requireText(model, "a content model");
@@ -268,17 +273,17 @@ void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& mo
   });
 }
 
-void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string& aName,
-                                    const std::string& type, const std::string& mode,
-                                    const std::string& value) {
+void XMLWriter_XML10::Composer::attributeDecl(const std::string& eName, const std::string& aName,
+                                              const std::string& type, const std::string& mode,
+                                              const std::string& value) {
   perform([&] {
     if (isOutsideInternalSubset()) {
-      return XMLWriter::attributeDecl(eName, aName, type, mode, value);
+      return writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value);
     }
     const std::string writtenType = xml::attributeType(type);
     startChild();
     indent();
-    XMLWriter::attributeDecl(eName, aName, type, mode, value);
+    writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value);
     write("  <!ATTLIST ", eName, " ", aName, " ", writtenType, " ");
     writeDefault(mode, value);
     write(">");
@@ -293,7 +298,7 @@ void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string&
 }
 
 /// Production 60.
-void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& value) {
+void XMLWriter_XML10::Composer::writeDefault(const std::string& mode, const std::string& value) {
   if (mode == "#IMPLIED" || mode == "#REQUIRED") {
     if (!value.empty()) throw SAXException("An attribute cannot have a default and be " + mode);
     write(mode);
@@ -313,15 +318,15 @@ void XMLWriter_XML10::writeDefault(const std::string& mode, const std::string& v
 
 /// Keeps what has to do with namespaces. The first declaration of an attribute is binding (section
 /// 3.3), also where it has no default.
-void XMLWriter_XML10::rememberDefault(const std::string& eName, const std::string& aName,
-                                      const std::string& mode, const std::string& value) {
-  if (document_->passesDeclarations) return;
+void XMLWriter_XML10::Composer::rememberDefault(const std::string& eName, const std::string& aName,
+                                                const std::string& mode, const std::string& value) {
+  if (document_.passesDeclarations) return;
   const bool isNamespaceDeclaration = xml::isDeclarationName(aName);
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
   if (!isNamespaceDeclaration && !hasPrefix) return;
   std::optional<std::string> given;
   if (mode.empty() || mode == "#FIXED") given = value;
-  document_->defaults[eName].emplace(aName, given);
+  document_.defaults[eName].emplace(aName, given);
 }
 
 }  // namespace Tavrin
