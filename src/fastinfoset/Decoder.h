@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "Dialect.h"
+#include "format/Dialect.h"
 #include "NameParts.h"
 
 namespace Tavrin::fastinfoset {

@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "../xml/NameCache.h"
-#include "Dialect.h"
-#include "Integers.h"
+#include "format/Dialect.h"
+#include "format/Integers.h"
 #include "NameParts.h"
-#include "writer/IndexMap.h"
+#include "IndexMap.h"
 
 namespace Tavrin::fastinfoset {
 

@@ -1,7 +1,7 @@
 #include <Tavrin/EncodingAlgorithms.h>
 
-#include "../fastinfoset/Integers.h"
-#include "../fastinfoset/Octets.h"
+#include "../fastinfoset/format/Integers.h"
+#include "../fastinfoset/format/Octets.h"
 
 namespace Tavrin {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "../io/SingleOctets.h"
-#include "../writer/WriteOctets.h"
+#include "../io/WriteOctets.h"
 
 /// The octets of arrays are read and written one by one, with the stream's single-octet operations;
 /// those of strings as one block.

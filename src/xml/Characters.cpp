@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "OctetClasses.h"
-#include "PlainOctets.h"
+#include "simd/OctetClasses.h"
+#include "simd/PlainOctets.h"
 
 namespace Tavrin::xml {
 

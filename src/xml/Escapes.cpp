@@ -8,7 +8,7 @@
 #include <bit>
 #include <cstring>
 
-#include "PlainOctets.h"
+#include "simd/PlainOctets.h"
 
 namespace Tavrin::xml {
 

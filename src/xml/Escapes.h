@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Characters.h"
-#include "OctetClasses.h"
+#include "simd/OctetClasses.h"
 
 namespace Tavrin::xml {
 

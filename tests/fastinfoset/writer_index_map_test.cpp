@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <tuple>
 
-#include "fastinfoset/writer/IndexMap.h"
+#include "fastinfoset/IndexMap.h"
 
 // The tables of the writer beside ordered ones.
 

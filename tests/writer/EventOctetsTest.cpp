@@ -1,4 +1,4 @@
-#include "writer/EventOctets.h"
+#include "io/EventOctets.h"
 
 #include <gtest/gtest.h>
 

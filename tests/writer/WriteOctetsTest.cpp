@@ -1,4 +1,4 @@
-#include "writer/WriteOctets.h"
+#include "io/WriteOctets.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "xml/OctetClasses.h"
+#include "xml/simd/OctetClasses.h"
 
 namespace {
 

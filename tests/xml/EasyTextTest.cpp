@@ -1,4 +1,4 @@
-#include "xml/EasyText.h"
+#include "xml/simd/EasyText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "xml/OctetClasses.h"
+#include "xml/simd/OctetClasses.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "xml/PlainOctets.h"
+#include "xml/simd/PlainOctets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "NameParts.h"
+
+namespace Tavrin::fastinfoset {
+
+std::size_t octetsOf(const std::string& text);  ///< Octets of a string.
+std::size_t octetsOf(const NameParts& name);    ///< Octets of all parts.
+/// What an entry counts for where tables are bounded.
+std::uint64_t tableOctetsOf(const std::string& text);
+std::uint64_t tableOctetsOf(const NameParts& name);
+
+/// A table of the vocabulary as a writer needs it: entries with their indices, from 0.
+template <typename Key>
+class IndexMap {
+ public:
+  using value_type = std::pair<Key, unsigned int>;          ///< Entry and index.
+  using Entries = std::vector<value_type>;                  ///< How they are kept.
+  using const_iterator = typename Entries::const_iterator;  ///< In the order of their arrival.
+  using iterator = const_iterator;                          ///< In the order of their arrival.
+
+  IndexMap();  ///< An empty table.
+  /// A table of given entries.
+  IndexMap(std::initializer_list<value_type> entries);
+
+  /// The index of an entry, or null where there is none. Valid until the next change.
+  const unsigned int* find(const Key& key) const;
+  /// Takes up the next position with an entry. Of equal entries, the first is found.
+  void add(const Key& key);
+  /// Takes up positions at which nothing can be found.
+  void skip(unsigned int count) { withoutEntry_ += count; }
+  /// How many positions are taken up: the index of what comes next.
+  unsigned int positions() const {
+    return static_cast<unsigned int>(entries_.size()) + withoutEntry_;
+  }
+  /// The index of an entry.
+  /// @throws std::out_of_range where there is none
+  unsigned int at(const Key& key) const;
+  /// How many entries there are.
+  std::size_t size() const { return entries_.size(); }
+  /// Whether there are no entries.
+  bool empty() const { return entries_.empty(); }
+  /// Empties the table.
+  void clear() { *this = IndexMap(); }
+
+  const_iterator begin() const { return entries_.begin(); }  ///< The first entry.
+  const_iterator end() const { return entries_.end(); }      ///< Behind the last entry.
+  /// Whether the entries and their indices are the same, in any order.
+  bool operator==(const IndexMap& other) const;
+
+ private:
+  /// Where an entry is found. A tag that is 0 has none.
+  struct Slot {
+    std::uint64_t tag;
+    std::uint32_t entry;
+  };
+
+  bool enter(const Key& key, unsigned int index);
+  std::size_t slotOf(std::uint64_t tag, const Key& key) const;
+  void grow();
+
+  Entries entries_;
+  std::vector<Slot> slots_;  // None, or a power of two, at most half of them taken.
+  unsigned int withoutEntry_ = 0;
+  std::size_t longest_ = 0;  // Octets.
+};
+
+}  // namespace Tavrin::fastinfoset

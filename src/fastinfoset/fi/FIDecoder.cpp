@@ -1,0 +1,256 @@
+#include "FIDecoder.h"
+
+#include <Tavrin/Exceptions.h>
+
+#include <iostream>
+#include <limits>
+#include <utility>
+
+#include "../../io/SingleOctets.h"
+#include "../../typed/EncodedLength.h"
+#include "../format/Octets.h"
+#include "../../io/OctetStream.h"
+#include "../Pieces.h"
+#include "../TakeOctet.h"
+
+// What is decoded reaches the handlers here. A handler may take itself off at any event.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+namespace {
+
+/// Where the document fails or a handler throws, the declarations of the elements that were opened
+/// meanwhile are gone.
+class DeclarationsOpened {
+ public:
+  explicit DeclarationsOpened(std::deque<Strings>& declarations)
+      : declarations_(declarations), before_(declarations.size()) {}
+  ~DeclarationsOpened() {
+    while (declarations_.size() > before_) declarations_.pop_back();
+  }
+  DeclarationsOpened(const DeclarationsOpened&) = delete;
+  DeclarationsOpened& operator=(const DeclarationsOpened&) = delete;
+
+ private:
+  std::deque<Strings>& declarations_;
+  const std::size_t before_;
+};
+
+}  // namespace
+
+XMLReader_FI::Decoder::Decoder(XMLReader_FI& reader)
+    : fastinfoset::Decoder(kDialectFI,
+                           {reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}) {}
+
+void XMLReader_FI::Decoder::throwFailure(const std::string& message) const {
+  throw SAXException(message);
+}
+
+// Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
+void XMLReader_FI::Decoder::clearTables() {
+  fastinfoset::Decoder::clearTables();
+  declarations_.clear();
+}
+
+void XMLReader_FI::Decoder::decodeDocument() {
+  if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
+  decodeOptionalComponents();
+  if (contentHandler_) contentHandler_->startDocument();
+  const DeclarationsOpened opened(declarations_);
+  decodeChildren();
+  if (contentHandler_) contentHandler_->endDocument();
+}
+
+// --- Document ---
+
+// What no handler takes is printed, a line each, which is out when the reader goes on.
+void XMLReader_FI::Decoder::reportUnused(const std::string& line) {
+  std::cout << line << std::endl;
+}
+
+void XMLReader_FI::Decoder::reportVersion(const std::string& version) {
+  reportUnused("decodeVersion - \"" + version + '"');
+}
+
+void XMLReader_FI::Decoder::reportStandalone(unsigned) {}
+
+void XMLReader_FI::Decoder::reportNotation(const std::string& name, const std::string& publicId,
+                                           const std::string& systemId) {
+  if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
+}
+
+void XMLReader_FI::Decoder::reportUnparsedEntity(const std::string& name,
+                                                 const std::string& publicId,
+                                                 const std::string& systemId,
+                                                 const std::string& notationName) {
+  if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
+}
+
+void XMLReader_FI::Decoder::reportStartDTD(const std::string& publicId,
+                                           const std::string& systemId) {
+  if (lexicalHandler_) lexicalHandler_->startDTD(std::string(), publicId, systemId);
+}
+
+void XMLReader_FI::Decoder::reportEndDTD() {
+  if (lexicalHandler_) lexicalHandler_->endDTD();
+}
+
+// --- Elements ---
+
+void XMLReader_FI::Decoder::decodeNamespaces(std::vector<std::string>& declarations) {
+  unsigned octet = takeOctet();
+  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
+    std::string prefix;
+    std::string namespaceName;
+    decodeDeclaration(octet, prefix, namespaceName);
+    declarations.push_back(std::move(prefix));
+    declarations.push_back(std::move(namespaceName));
+  }
+  if (octet != kTerminator) fail("Error while parsing namespaces");
+}
+
+/// For derived readers, which may decode an element of another document in between.
+bool XMLReader_FI::Decoder::decodeElement(int octet) {
+  const DeclarationsOpened opened(declarations_);
+  return fastinfoset::Decoder::decodeElement(octet);
+}
+
+std::uint32_t XMLReader_FI::Decoder::decodeDeclarations() {
+  Strings declarations;
+  decodeNamespaces(declarations);
+  for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
+    contentHandler_->startPrefixMapping(declarations[i], declarations[i + 1]);
+  }
+  if (declarations.empty()) return 0;
+  declarations_.push_back(std::move(declarations));
+  return static_cast<std::uint32_t>(declarations_.back().size() / 2);
+}
+
+void XMLReader_FI::Decoder::reportEndElement(const Name& name, std::uint32_t count) {
+  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
+  if (count == 0) return;
+  const Strings declarations = std::move(declarations_.back());
+  declarations_.pop_back();
+  for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
+    contentHandler_->endPrefixMapping(declarations[i]);
+  }
+}
+
+// --- Content ---
+
+void XMLReader_FI::Decoder::reportCharacters(const std::string& text) {
+  if (contentHandler_) contentHandler_->characters(text);
+}
+
+void XMLReader_FI::Decoder::reportValue(unsigned field, const std::string& uri,
+                                        const EncodedData& value) {
+  if (contentHandler_ && field == algorithms::cdata) {
+    if (lexicalHandler_) lexicalHandler_->startCDATA();
+    if (contentHandler_) contentHandler_->characters(value.toString());
+    if (lexicalHandler_) lexicalHandler_->endCDATA();
+  } else if (primitiveTypeContentHandler_ && field < dialect_.firstApplicationAlgorithm) {
+    value.callContentHandler(*primitiveTypeContentHandler_);
+  } else if (encodingAlgorithmContentHandler_) {
+    encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
+  } else if (contentHandler_) {
+    contentHandler_->characters(value.toString());
+  }
+}
+
+void XMLReader_FI::Decoder::reportOctets(bool, unsigned field, const std::string& uri,
+                                         const std::string& octets) {
+  if (!encodingAlgorithmContentHandler_) return;
+  encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
+}
+
+void XMLReader_FI::Decoder::reportComment(const std::string& text) {
+  if (lexicalHandler_) lexicalHandler_->comment(text);
+}
+
+void XMLReader_FI::Decoder::reportProcessingInstruction(const std::string& target,
+                                                        const std::string& data) {
+  if (contentHandler_) contentHandler_->processingInstruction(target, data);
+}
+
+void XMLReader_FI::Decoder::reportEntityReference(const std::string& name,
+                                                  const std::string& publicId,
+                                                  const std::string& systemId) {
+  reportUnused("unexpanded entity reference - name = \"" + name + "\", systemID = \"" + systemId +
+               "\", publicID = \"" + publicId + '"');
+}
+
+// --- Formats that this dialect does not decode ---
+
+void XMLReader_FI::Decoder::decodeOtherString(unsigned octet, std::string&) {
+  // Of UTF-16 the string itself is taken for the next item; of restricted alphabets and algorithms
+  // so is all behind this octet.
+  if ((octet & kStringEncoding) == kStringUTF16) decodeStringLength(static_cast<int>(octet));
+}
+
+void XMLReader_FI::Decoder::decodeOtherChunk(unsigned octet, std::string&) {
+  if ((octet & kChunkEncoding) == kChunkUTF16) {
+    decodeCharactersLength(static_cast<int>(octet));  // The text is taken for the next item.
+  } else {
+    takeOctet();  // The rest is taken for the next item.
+  }
+}
+
+// --- Encoding algorithms ---
+
+namespace {
+
+bool isString(unsigned field) {
+  return field == algorithms::hexadecimal || field == algorithms::base64 ||
+         field == algorithms::cdata;
+}
+
+}  // namespace
+
+/// Lets an algorithm decode its data from the stream. Algorithms do not notice its end.
+EncodedData& XMLReader_FI::Decoder::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
+                                               unsigned long length) {
+  const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
+  if (isBuiltIn) checkEncodedLength(static_cast<int>(field), length);
+  // So many octets cannot be asked for, nor do they come.
+  if (length > std::numeric_limits<std::uint32_t>::max()) failAtEnd();
+  // A built-in algorithm takes the memory for a value before its octets.
+  if (isBuiltIn && !haveArrived(length)) return decodeLarge(algorithm, field, length);
+  EncodedData& value =
+      algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), *stream_);
+  if (stream_->fail()) failAtEnd();
+  return value;
+}
+
+/// Waits for the octets of a value, and lets a built-in algorithm decode them. They are read with
+/// the operation of the stream with which the algorithm would read them.
+EncodedData& XMLReader_FI::Decoder::decodeLarge(EncodingAlgorithm& algorithm, unsigned field,
+                                                unsigned long length) {
+  const bool isBoolean = field == algorithms::boolean;
+  const int first = isBoolean ? getOctet() : 0;
+  if (first == std::istream::traits_type::eof()) failAtEnd();
+  const std::uint64_t taken =
+      isBoolean ? octetsOfBooleans(countBooleans(static_cast<unsigned>(first), length)) : length;
+  std::size_t pending = isBoolean ? 1 : 0;  // The octet that has been read already.
+  std::string octets;
+  readPieces(taken, octets, [&](char* piece, std::streamsize wanted) -> std::streamsize {
+    if (isString(field)) {
+      stream_->read(piece, wanted);
+      return stream_->gcount();
+    }
+    if (pending > 0) *piece = static_cast<char>(first);
+    const std::size_t begin = std::exchange(pending, 0);
+    const SingleOctets source(*stream_, *source_);
+    return static_cast<std::streamsize>(
+        begin + source.copy(piece + begin, static_cast<std::size_t>(wanted) - begin));
+  });
+  OctetStream stream;
+  return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));
+}
+
+std::string XMLReader_FI::Decoder::describeUnknown(const std::string& uri) const {
+  return "Unknown encoding algorithm - " + uri;
+}
+
+}  // namespace Tavrin

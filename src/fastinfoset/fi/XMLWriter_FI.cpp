@@ -1,0 +1,217 @@
+#include <Tavrin/EncodingAlgorithmAttributes.h>
+#include <Tavrin/XMLWriter_FI.h>
+
+#include <tuple>
+
+#include "../../xml/AddDeclaration.h"
+#include "../Encoder.h"
+#include "../format/Octets.h"
+
+// The events. How items are encoded is in Primitives.cpp, typed content is in Content.cpp.
+
+namespace Tavrin {
+
+using namespace fastinfoset;
+
+const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
+
+XMLWriter_FI::XMLWriter_FI()
+    : encoder_(std::make_unique<Encoder>(
+          kDialectFI, Encoder::Shared{out_, pendingTerminator_, characters_, builtIn_})) {}
+
+XMLWriter_FI::~XMLWriter_FI() = default;
+
+std::unique_ptr<XMLWriter> XMLWriter_FI::create() { return std::make_unique<XMLWriter_FI>(); }
+
+namespace {
+
+void checkName(const std::string& name) {
+  if (name.empty()) throw SAXException("Empty name");
+}
+
+}  // namespace
+
+// --- Properties ---
+
+void XMLWriter_FI::setProperty(const std::string& name, void* value) {
+  if (name == properties::registeredEncodingAlgorithms ||
+      name == properties::externalVocabularies) {
+    return;
+  }
+  XMLWriter::setProperty(name, value);
+}
+
+void* XMLWriter_FI::getProperty(const std::string& name) {
+  if (name == properties::registeredEncodingAlgorithms ||
+      name == properties::externalVocabularies) {
+    return nullptr;
+  }
+  return XMLWriter::getProperty(name);
+}
+
+// --- Document ---
+
+void XMLWriter_FI::startDocument() {
+  XMLWriter::startDocument();
+  pendingTerminator_ = false;
+  // A document that went on counting in the tables of another could not be read by itself.
+  encoder_->clearTables();
+  if (out_ == nullptr) return;
+  encoder_->perform([this] {
+    for (const unsigned octet : kHeader) encoder_->put(octet);
+    encoder_->put(0);  // No optional components.
+  });
+}
+
+void XMLWriter_FI::endDocument() {
+  XMLWriter::endDocument();
+  encoder_->finishDocument();
+}
+
+void XMLWriter_FI::processingInstruction(const std::string& target, const std::string& data) {
+  XMLWriter::processingInstruction(target, data);
+  checkName(target);
+  encoder_->encodeProcessingInstruction(target, data);
+}
+
+void XMLWriter_FI::comment(const std::string& text) {
+  XMLWriter::comment(text);
+  encoder_->encodeComment(text);
+}
+
+// --- Elements ---
+
+void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  addDeclaration(namespaces_, prefix, uri);
+}
+
+// The attributes may be code of an application: it sees in the stream all that stands in front of
+// the answer that it gives.
+void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
+                                const std::string& qName, const Attributes& attributes) {
+  XMLWriter::startElement(uri, localName, qName, attributes);
+  checkTag(localName, attributes);
+  encoder_->perform([&] {
+    encoder_->flushCharacters();
+    encoder_->flushTerminator(false);
+    encoder_->sendOctets();
+    const bool hasAttributes = countAttributes(attributes) > 0;
+    unsigned flag = hasAttributes ? kElementAttributes : 0;
+    if (!namespaces_.empty()) {
+      if (out_ != nullptr) {
+        encoder_->put(kNamespacesFollow | flag);
+        encoder_->encodeNamespaces(namespaces_);
+      }
+      // They are done with, also where the rest of the tag is refused.
+      namespaces_.clear();
+      flag = 0;  // The octet in front of the declarations carried it.
+    }
+    if (out_ != nullptr) encoder_->writeElementName(flag, {uri, localName, qName});
+    if (!hasAttributes) return;
+    if (out_ != nullptr) encodeAttributes(attributes);
+    // The end of the attributes may share an octet with the end of the element.
+    pendingTerminator_ = true;
+  });
+}
+
+/// Refuses a start tag before anything of it is written.
+void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attributes) {
+  checkName(localName);
+  const int length = attributes.getLength();
+  if (length == 0) return;
+  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
+  for (int i = 0; i < length; ++i) {
+    if (isInXmlns(attributes, i)) continue;
+    checkName(attributes.getLocalName(i));
+    if (typed != nullptr && typed->getAlgorithmData(i) != nullptr) {
+      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+    }
+  }
+}
+
+void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
+                              const std::string& qName) {
+  XMLWriter::endElement(uri, localName, qName);
+  encoder_->finishElement();
+}
+
+// --- Names and attributes ---
+
+int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
+  int count = 0;
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    if (!isInXmlns(attributes, i)) ++count;
+  }
+  return count;
+}
+
+void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
+  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
+  StringIndexMap& values = encoder_->tables().attributeValues;
+  encoder_->perform([&] {
+    const int length = attributes.getLength();
+    for (int i = 0; i < length; ++i) {
+      encoder_->sendOctets();
+      if (isInXmlns(attributes, i)) continue;
+      encoder_->known().qName = attributes.getQName(i);
+      encoder_->known().uri = attributes.getURI(i);
+      encoder_->known().localName = attributes.getLocalName(i);
+      const EventName name = {encoder_->known().uri, encoder_->known().localName,
+                              encoder_->known().qName};
+      checkName(name.localName);
+      encoder_->writeAttributeName(name);
+      encoder_->sendOctets();
+      if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+        EncodingAlgorithm& algorithm =
+            algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+        if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
+      } else {
+        const std::string& value = attributes.getValue(i);
+        encoder_->writeString(&values, encoder_->isIndexed(values, value), value);
+      }
+    }
+  });
+  pendingTerminator_ = true;
+}
+
+// --- Names and primitives, for derived writers ---
+
+bool XMLWriter_FI::QualifiedName::operator<(const QualifiedName& other) const {
+  return std::tie(localName, prefix, namespaceName) <
+         std::tie(other.localName, other.prefix, other.namespaceName);
+}
+
+bool XMLWriter_FI::QualifiedName::operator==(const QualifiedName& other) const {
+  return localName == other.localName && prefix == other.prefix &&
+         namespaceName == other.namespaceName;
+}
+
+void XMLWriter_FI::encodeIndex(int bits, unsigned int index) { encoder_->encodeIndex(bits, index); }
+
+void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool addToTable,
+                                const std::string& text) {
+  encoder_->writeString(table, addToTable, text);
+}
+
+void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
+                                    const std::string& text) {
+  encoder_->writeIdentifier(table, text);
+}
+
+void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
+                                       const QualifiedName& name) {
+  encoder_->writeQualifiedName(bits, table, name);
+}
+
+void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {
+  encoder_->encodeNamespaces(pairs);
+}
+
+void XMLWriter_FI::encodeCharacters(const std::string& text) { encoder_->encodeCharacters(text); }
+
+void XMLWriter_FI::flushTerminator(bool final) { encoder_->flushTerminator(final); }
+
+void XMLWriter_FI::flushCharacters() { encoder_->flushCharacters(); }
+
+}  // namespace Tavrin
