@@ -2,12 +2,11 @@
 
 #include <cstdlib>
 
+#include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
-#include "../sax/PropertyName.h"
 
-// The decoder as an object: properties, parse and failures. The format is decoded in the files of
-// the folder reader: Primitives.cpp (octets, integers and strings), Document.cpp, Elements.cpp,
-// Attributes.h, Content.cpp and Algorithms.cpp.
+// The decoder as an object: properties, parse, failures and limits. The format is decoded in the
+// files that Decoder.h names.
 
 namespace Tavrin::fastinfoset {
 
@@ -16,72 +15,59 @@ Decoder::Decoder(const Dialect& dialect, const Handlers& handlers)
       contentHandler_(handlers.content),
       errorHandler_(handlers.error),
       dtdHandler_(handlers.dtd),
-      callsGet_(dialect.callsGet) {}
+      input_(dialect.callsGet) {}
 
 bool Decoder::setProperty(const std::string& name, void* value) {
-  if (name == properties::lexicalHandler) {
-    lexicalHandler_ = static_cast<LexicalHandler*>(value);
-  } else if (name == properties::declarationHandler) {
-    declHandler_ = static_cast<DeclHandler*>(value);
-  } else if (name == properties::primitiveTypeContentHandler) {
-    primitiveTypeContentHandler_ = static_cast<PrimitiveTypeContentHandler*>(value);
-  } else if (name == properties::encodingAlgorithmContentHandler) {
-    encodingAlgorithmContentHandler_ = static_cast<EncodingAlgorithmContentHandler*>(value);
-  } else if (name == properties::registeredEncodingAlgorithms) {
-    registeredEncodingAlgorithms_ = static_cast<EncodingAlgorithmMap*>(value);
-  } else if (name == properties::externalVocabularies) {
-    externalVocabularies_ = static_cast<ExternalVocabularyMap*>(value);
-  } else {
-    return false;
-  }
-  return true;
+  const auto set = [&](const char* property, auto*& place) {
+    if (name != property) return false;
+    place = static_cast<std::remove_reference_t<decltype(place)>>(value);
+    return true;
+  };
+  return set(properties::lexicalHandler, lexicalHandler_) ||
+         set(properties::declarationHandler, declHandler_) ||
+         set(properties::primitiveTypeContentHandler, primitiveTypeContentHandler_) ||
+         set(properties::encodingAlgorithmContentHandler, encodingAlgorithmContentHandler_) ||
+         set(properties::registeredEncodingAlgorithms, registeredEncodingAlgorithms_) ||
+         set(properties::externalVocabularies, externalVocabularies_);
 }
 
-bool Decoder::getProperty(const std::string& name, void*& value) const {
-  if (name == properties::lexicalHandler) {
-    value = lexicalHandler_;
-  } else if (name == properties::declarationHandler) {
-    value = declHandler_;
-  } else if (name == properties::primitiveTypeContentHandler) {
-    value = primitiveTypeContentHandler_;
-  } else if (name == properties::encodingAlgorithmContentHandler) {
-    value = encodingAlgorithmContentHandler_;
-  } else if (name == properties::registeredEncodingAlgorithms) {
-    value = registeredEncodingAlgorithms_;
-  } else if (name == properties::externalVocabularies) {
-    value = externalVocabularies_;
-  } else {
-    return false;
-  }
-  return true;
+bool Decoder::getProperty(const std::string& name, void*& value) {
+  const auto get = [&](const char* property, void* place) {
+    if (name != property) return false;
+    value = place;
+    return true;
+  };
+  return get(properties::lexicalHandler, lexicalHandler_) ||
+         get(properties::declarationHandler, declHandler_) ||
+         get(properties::primitiveTypeContentHandler, primitiveTypeContentHandler_) ||
+         get(properties::encodingAlgorithmContentHandler, encodingAlgorithmContentHandler_) ||
+         get(properties::registeredEncodingAlgorithms, registeredEncodingAlgorithms_) ||
+         get(properties::externalVocabularies, externalVocabularies_);
 }
 
 void Decoder::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
-  stream_ = &stream;
-  source_ = &stream;
-  octetsRead_ = 0;
+  input_.open(stream);
+  beginDocument();
+  decodeDocument();
+}
+
+void Decoder::beginDocument() {
   tableOctets_ = 0;
   fromTables_ = 0;
   openElements_.clear();
   unlistedElements_.clear();
-  externalNames_.clear();
-  externalValues_.clear();
-  clearTables();
-  decodeDocument();
-}
-
-void Decoder::clearTables() {
-  prefixes_.clear();
-  namespaceNames_.clear();
-  localNames_.clear();
-  otherNCNames_.clear();
-  otherURIs_.clear();
-  attributeValues_.clear();
-  contentCharacterChunks_.clear();
-  otherStrings_.clear();
-  elementNames_.shrinkTo(0);
-  attributeNames_.shrinkTo(0);
+  alphabets_.clear();
+  if (!dialect_.keepsVocabulary) setExternalVocabulary(nullptr);
+  for (Strings& table : strings_) {
+    table.forgetExternalEntries();
+    const bool isKept = dialect_.keepsVocabulary && table.table() <= kEncodingAlgorithms;
+    if (!isKept) table.own().clear();
+  }
+  for (Names& table : names_) {
+    table.forgetExternalEntries();
+    table.shrinkTo(0);
+  }
 }
 
 void Decoder::fail(const std::string& message) const {
@@ -89,9 +75,25 @@ void Decoder::fail(const std::string& message) const {
   std::abort();  // A dialect that does not throw is wrong.
 }
 
-/// Of all limits it is told in the same way what to change.
 void Decoder::failAtLimit(const std::string& message, const char* property) const {
-  fail(message + " (property " + propertyName(property) + ")");
+  fail(atLimit(message, property));
+}
+
+void Decoder::failAtEnd() const { fail("Unexpected end of document"); }
+
+void Decoder::checkLiteralLength(std::uint64_t length) const {
+  if (length <= maximumLiteralOctets_) return;
+  failAtLimit("Literal longer than " + std::to_string(maximumLiteralOctets_) + " octets",
+              properties::maximumLiteralOctets);
+}
+
+/// Counts what is kept of the document.
+void Decoder::accountFor(std::uint64_t octets) {
+  tableOctets_ += octets;
+  if (tableOctets_ > maximumTableOctets_) {
+    failAtLimit("Tables larger than " + std::to_string(maximumTableOctets_) + " octets",
+                properties::maximumTableOctets);
+  }
 }
 
 }  // namespace Tavrin::fastinfoset

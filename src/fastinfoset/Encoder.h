@@ -15,10 +15,9 @@
 #include <vector>
 
 #include "../xml/NameCache.h"
+#include "IndexMap.h"
 #include "format/Dialect.h"
 #include "format/Integers.h"
-#include "NameParts.h"
-#include "IndexMap.h"
 
 namespace Tavrin::fastinfoset {
 
@@ -53,6 +52,16 @@ struct WrittenTables {
   StringIndexMap otherStrings;
   NameIndexMap elementNames;
   NameIndexMap attributeNames;
+
+  /// @param table kPrefixes or a later one
+  StringIndexMap& strings(unsigned table) {
+    StringIndexMap* const maps[] = {&prefixes,  &namespaceNames,  &localNames,      &otherNCNames,
+                                    &otherURIs, &attributeValues, &characterChunks, &otherStrings};
+    return *maps[table - kPrefixes];
+  }
+  NameIndexMap& names(unsigned table) {
+    return table == kElementNames ? elementNames : attributeNames;
+  }
 };
 
 /// What enters the tables beside names and identifiers, which all do. Lengths are in octets.
@@ -236,14 +245,14 @@ inline bool Encoder::isIndexed(const StringIndexMap& table, const std::string& t
                                     ? limits.indexedChunkLength
                                     : limits.indexedAttributeValueLength;
   return text.size() <= longest && table.positions() < dialect_.maximumEntries &&
-         limits.tableOctets + tableOctetsOf(text) <= limits.maximumTableOctets;
+         limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 
 /// Enters what was written literally into its table.
 template <typename Key>
 void Encoder::addEntry(IndexMap<Key>& table, const Key& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;
-  limits_.tableOctets += tableOctetsOf(entry);
+  limits_.tableOctets += countedOctets(entry);
   table.add(entry);
 }
 

@@ -5,7 +5,6 @@
 
 #include "../xml/SaltedHash.h"
 #include "../xml/SameText.h"
-#include "format/Dialect.h"
 
 // The tables: entries in the order of their arrival, and slots in which they are found.
 
@@ -62,12 +61,6 @@ std::size_t octetsOf(const std::string& text) { return text.size(); }
 
 std::size_t octetsOf(const NameParts& name) {
   return name.prefix.size() + name.namespaceName.size() + name.localName.size();
-}
-
-std::uint64_t tableOctetsOf(const std::string& text) { return text.size() + kEntryOctets; }
-
-std::uint64_t tableOctetsOf(const NameParts& name) {
-  return kNameCopies * octetsOf(name) + kNameOctets;
 }
 
 template <typename Key>

@@ -7,15 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "NameParts.h"
+#include "format/Tables.h"
 
 namespace Tavrin::fastinfoset {
 
 std::size_t octetsOf(const std::string& text);  ///< Octets of a string.
 std::size_t octetsOf(const NameParts& name);    ///< Octets of all parts.
-/// What an entry counts for where tables are bounded.
-std::uint64_t tableOctetsOf(const std::string& text);
-std::uint64_t tableOctetsOf(const NameParts& name);
 
 /// A table of the vocabulary as a writer needs it: entries with their indices, from 0.
 template <typename Key>

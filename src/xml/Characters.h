@@ -18,6 +18,9 @@ std::size_t findInvalid(std::string_view text);
 /// "UTF-8 octet 0xFF".
 std::string describeInvalid(std::string_view text, std::size_t position);
 
+/// Appends a character in UTF-8.
+void appendUTF8(char32_t character, std::string& text);
+
 /// Production 5.
 bool isName(std::string_view text);
 /// A name without a colon (Namespaces in XML, production 4).

@@ -88,7 +88,7 @@ void keepSmall(Records& records, Records& spare) {
 
 bool XMLReader_FI::Decoder::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
   AppendedAttributes appended(attributes, spareAttributes_);
-  return decodeAttributesInto(appended);
+  return fastinfoset::Decoder::decodeAttributes(appended);
 }
 
 /// The list is made for the element: its values end before the next item is read.

@@ -6,12 +6,9 @@
 #include <limits>
 #include <utility>
 
-#include "../../io/SingleOctets.h"
+#include "../../io/OctetStream.h"
 #include "../../typed/EncodedLength.h"
 #include "../format/Octets.h"
-#include "../../io/OctetStream.h"
-#include "../Pieces.h"
-#include "../TakeOctet.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
 
@@ -25,7 +22,7 @@ namespace {
 /// meanwhile are gone.
 class DeclarationsOpened {
  public:
-  explicit DeclarationsOpened(std::deque<Strings>& declarations)
+  explicit DeclarationsOpened(std::deque<std::vector<std::string>>& declarations)
       : declarations_(declarations), before_(declarations.size()) {}
   ~DeclarationsOpened() {
     while (declarations_.size() > before_) declarations_.pop_back();
@@ -34,7 +31,7 @@ class DeclarationsOpened {
   DeclarationsOpened& operator=(const DeclarationsOpened&) = delete;
 
  private:
-  std::deque<Strings>& declarations_;
+  std::deque<std::vector<std::string>>& declarations_;
   const std::size_t before_;
 };
 
@@ -48,9 +45,8 @@ void XMLReader_FI::Decoder::throwFailure(const std::string& message) const {
   throw SAXException(message);
 }
 
-// Restricted alphabets, algorithm URIs and the external vocabulary outlive a document.
-void XMLReader_FI::Decoder::clearTables() {
-  fastinfoset::Decoder::clearTables();
+void XMLReader_FI::Decoder::beginDocument() {
+  fastinfoset::Decoder::beginDocument();
   declarations_.clear();
 }
 
@@ -84,8 +80,8 @@ void XMLReader_FI::Decoder::reportNotation(const std::string& name, const std::s
 void XMLReader_FI::Decoder::reportUnparsedEntity(const std::string& name,
                                                  const std::string& publicId,
                                                  const std::string& systemId,
-                                                 const std::string& notationName) {
-  if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
+                                                 const std::string& notation) {
+  if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notation);
 }
 
 void XMLReader_FI::Decoder::reportStartDTD(const std::string& publicId,
@@ -100,8 +96,8 @@ void XMLReader_FI::Decoder::reportEndDTD() {
 // --- Elements ---
 
 void XMLReader_FI::Decoder::decodeNamespaces(std::vector<std::string>& declarations) {
-  unsigned octet = takeOctet();
-  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
+  unsigned octet = readOctet();
+  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
     std::string prefix;
     std::string namespaceName;
     decodeDeclaration(octet, prefix, namespaceName);
@@ -112,13 +108,13 @@ void XMLReader_FI::Decoder::decodeNamespaces(std::vector<std::string>& declarati
 }
 
 /// For derived readers, which may decode an element of another document in between.
-bool XMLReader_FI::Decoder::decodeElement(int octet) {
+bool XMLReader_FI::Decoder::decodeElement(unsigned octet) {
   const DeclarationsOpened opened(declarations_);
   return fastinfoset::Decoder::decodeElement(octet);
 }
 
 std::uint32_t XMLReader_FI::Decoder::decodeDeclarations() {
-  Strings declarations;
+  std::vector<std::string> declarations;
   decodeNamespaces(declarations);
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
     contentHandler_->startPrefixMapping(declarations[i], declarations[i + 1]);
@@ -131,7 +127,7 @@ std::uint32_t XMLReader_FI::Decoder::decodeDeclarations() {
 void XMLReader_FI::Decoder::reportEndElement(const Name& name, std::uint32_t count) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
   if (count == 0) return;
-  const Strings declarations = std::move(declarations_.back());
+  const std::vector<std::string> declarations = std::move(declarations_.back());
   declarations_.pop_back();
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
     contentHandler_->endPrefixMapping(declarations[i]);
@@ -186,14 +182,14 @@ void XMLReader_FI::Decoder::reportEntityReference(const std::string& name,
 void XMLReader_FI::Decoder::decodeOtherString(unsigned octet, std::string&) {
   // Of UTF-16 the string itself is taken for the next item; of restricted alphabets and algorithms
   // so is all behind this octet.
-  if ((octet & kStringEncoding) == kStringUTF16) decodeStringLength(static_cast<int>(octet));
+  if ((octet & kStringEncoding) == kStringUTF16) decodeStringLength(octet);
 }
 
 void XMLReader_FI::Decoder::decodeOtherChunk(unsigned octet, std::string&) {
   if ((octet & kChunkEncoding) == kChunkUTF16) {
-    decodeCharactersLength(static_cast<int>(octet));  // The text is taken for the next item.
+    decodeCharactersLength(octet);  // The text is taken for the next item.
   } else {
-    takeOctet();  // The rest is taken for the next item.
+    readOctet();  // The rest is taken for the next item.
   }
 }
 
@@ -209,48 +205,54 @@ bool isString(unsigned field) {
 }  // namespace
 
 /// Lets an algorithm decode its data from the stream. Algorithms do not notice its end.
-EncodedData& XMLReader_FI::Decoder::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                               unsigned long length) {
+EncodedData& XMLReader_FI::Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
+  const auto [field, length] = data;
   const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
   if (isBuiltIn) checkEncodedLength(static_cast<int>(field), length);
   // So many octets cannot be asked for, nor do they come.
   if (length > std::numeric_limits<std::uint32_t>::max()) failAtEnd();
   // A built-in algorithm takes the memory for a value before its octets.
-  if (isBuiltIn && !haveArrived(length)) return decodeLarge(algorithm, field, length);
-  EncodedData& value =
-      algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), *stream_);
-  if (stream_->fail()) failAtEnd();
+  if (isBuiltIn && !input_.hasArrived(length)) return decodeLarge(algorithm, data);
+  std::istream& stream = input_.stream();
+  EncodedData& value = algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
+  if (stream.fail()) failAtEnd();
   return value;
 }
 
 /// Waits for the octets of a value, and lets a built-in algorithm decode them. They are read with
 /// the operation of the stream with which the algorithm would read them.
-EncodedData& XMLReader_FI::Decoder::decodeLarge(EncodingAlgorithm& algorithm, unsigned field,
-                                                unsigned long length) {
+EncodedData& XMLReader_FI::Decoder::decodeLarge(EncodingAlgorithm& algorithm, Field data) {
+  const auto field = data.number;
+  const auto length = data.length;
   const bool isBoolean = field == algorithms::boolean;
-  const int first = isBoolean ? getOctet() : 0;
-  if (first == std::istream::traits_type::eof()) failAtEnd();
+  const int first = isBoolean ? input_.singleOctets().get() : 0;
+  if (first == OctetInput::kEnd) failAtEnd();
   const std::uint64_t taken =
       isBoolean ? octetsOfBooleans(countBooleans(static_cast<unsigned>(first), length)) : length;
   std::size_t pending = isBoolean ? 1 : 0;  // The octet that has been read already.
   std::string octets;
-  readPieces(taken, octets, [&](char* piece, std::streamsize wanted) -> std::streamsize {
+  const auto readPiece = [&](char* piece, std::streamsize wanted) -> std::streamsize {
     if (isString(field)) {
-      stream_->read(piece, wanted);
-      return stream_->gcount();
+      input_.stream().read(piece, wanted);
+      return input_.stream().gcount();
     }
     if (pending > 0) *piece = static_cast<char>(first);
     const std::size_t begin = std::exchange(pending, 0);
-    const SingleOctets source(*stream_, *source_);
     return static_cast<std::streamsize>(
-        begin + source.copy(piece + begin, static_cast<std::size_t>(wanted) - begin));
-  });
+        begin +
+        input_.singleOctets().copy(piece + begin, static_cast<std::size_t>(wanted) - begin));
+  };
+  if (!input_.readPieces(taken, octets, readPiece)) failAtEnd();
   OctetStream stream;
   return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));
 }
 
 std::string XMLReader_FI::Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri;
+}
+
+std::string XMLReader_FI::Decoder::describeUnknownVocabulary(const std::string& uri) const {
+  return "Unknown external vocabulary - " + uri;
 }
 
 }  // namespace Tavrin

@@ -19,16 +19,25 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
  public:
   explicit Decoder(XMLReader_FI& reader);
 
-  void decodeInitialVocabulary() override;
-  void decodeStringTable(fastinfoset::Strings& table);
-  void decodeIdentifierTable(fastinfoset::Strings& table);
-  void decodeQualifiedNameTable(std::vector<QualifiedName>& table);
-  QualifiedName& decodeQualifiedName(unsigned octet, std::vector<QualifiedName>& table);
-  bool decodeElement(int octet);
-  void decodeNamespaces(fastinfoset::Strings& declarations);
+  // --- The operations of derived readers, with tables of their own ---
+
+  using Table = std::vector<std::string>;
+  using NameTable = std::vector<QualifiedName>;
+
+  std::string getString(unsigned long index, const Table* table, const StringTable* external) const;
+  void decodeString(unsigned octet, Table* table, const StringTable* external, std::string& text);
+  void decodeString(Table* table, const StringTable* external, std::string& text);
+  void decodeIdentifier(Table* table, std::string& text);
+  void decodeStringTable(Table& table);
+  void decodeIdentifierTable(Table& table);
+  void decodeQualifiedNameTable(NameTable& table);
+  QualifiedName& decodeQualifiedName(unsigned octet, NameTable& table);
+  bool decodeElement(unsigned octet);
+  void decodeNamespaces(std::vector<std::string>& declarations);
   bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
-  QualifiedName getElementName(unsigned long index) const;
-  QualifiedName getAttributeName(unsigned long index) const;
+  QualifiedName getElementName(unsigned long index);
+  QualifiedName getAttributeName(unsigned long index);
+  void decodeInitialVocabulary() override;
 
  private:
   using Name = fastinfoset::Name;
@@ -36,16 +45,15 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
   using Strings = fastinfoset::Strings;
 
   [[noreturn]] void throwFailure(const std::string& message) const override;
-  void clearTables() override;
+  void beginDocument() override;
   void decodeDocument() override;
   void decodeNameTable(Names& table);
-  QualifiedName getName(unsigned long index, const Names& table, const char* message) const;
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   std::string describeUnknown(const std::string& uri) const override;
-  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                          unsigned long length) override;
-  EncodedData& decodeLarge(EncodingAlgorithm& algorithm, unsigned field, unsigned long length);
+  std::string describeUnknownVocabulary(const std::string& uri) const override;
+  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
+  EncodedData& decodeLarge(EncodingAlgorithm& algorithm, Field field);
   std::uint32_t decodeDeclarations() override;
   bool decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
 
@@ -55,13 +63,13 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
   void reportNotation(const std::string& name, const std::string& publicId,
                       const std::string& systemId) override;
   void reportUnparsedEntity(const std::string& name, const std::string& publicId,
-                            const std::string& systemId, const std::string& notationName) override;
+                            const std::string& systemId, const std::string& notation) override;
   void reportStartDTD(const std::string& publicId, const std::string& systemId) override;
   void reportEndDTD() override;
   void reportEndElement(const Name& name, std::uint32_t declarations) override;
   void reportCharacters(const std::string& text) override;
   void reportValue(unsigned field, const std::string& uri, const EncodedData& value) override;
-  void reportOctets(bool addToTable, unsigned field, const std::string& uri,
+  void reportOctets(bool adds, unsigned field, const std::string& uri,
                     const std::string& octets) override;
   void reportComment(const std::string& text) override;
   void reportProcessingInstruction(const std::string& target, const std::string& data) override;
@@ -70,16 +78,20 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
 
   // Checks, which this dialect does without.
   void checkPadding(unsigned) const override {}
-  void checkRootElement(bool) override {}
-  void checkIdentifier(const Strings*, const std::string&) override {}
+  void checkRootElement(bool) const override {}
+  void checkEntry(unsigned, const std::string&) override {}
   void checkText(std::string_view) override {}
+  void checkTextLength(std::uint64_t, std::uint64_t) override {}
   void checkAmplification() const override {}
   void checkElementName(Name&) override {}
   void checkAttributeName(Name&) override {}
   // An encoded literal is not added to a table.
-  void takeTyped(bool, Strings&, unsigned, EncodedData&) override {}
+  void checkValue(bool, Strings&, unsigned, EncodedData&) override {}
+  std::string textOfValue(unsigned, const EncodedData&) override { return {}; }  // Never asked for.
 
-  std::deque<Strings> declarations_;  // Of the open elements that have some, the innermost last.
+  /// Prefix, namespace name, prefix, ... of the open elements that declare some, the innermost
+  /// last.
+  std::deque<std::vector<std::string>> declarations_;
   // Memory of attribute lists that are gone: a list without records, and small records.
   std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareList_;
   std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareAttributes_;

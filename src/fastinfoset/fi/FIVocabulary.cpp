@@ -1,43 +1,50 @@
 #include "../format/Octets.h"
-#include "../DecodeAttributes.h"
-#include "../TakeOctet.h"
 #include "FIDecoder.h"
 
-// The initial vocabulary (X.891, C.2.5 and C.16).
+// The initial vocabulary of this dialect, and strings and names in tables of derived readers.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
 
+namespace {
+
+constexpr const char* kInvalidElementName = "Error when decoding element name - invalid index";
+constexpr const char* kInvalidAttributeName = "Error when decoding attribute name - invalid index";
+
+}  // namespace
+
+// --- The initial vocabulary ---
+
 void XMLReader_FI::Decoder::decodeInitialVocabulary() {
-  const unsigned high = takeOctet();
-  const unsigned tables = high << 8 | takeOctet();
-  if (tables & kExternalVocabulary) {
+  const unsigned high = readOctet();
+  const unsigned components = high << 8 | readOctet();
+  if (components & kExternalVocabulary) {
     std::string uri;
-    decodeIdentifier(nullptr, uri);
+    fastinfoset::Decoder::decodeIdentifier(uri);
     if (externalVocabularies_ == nullptr || externalVocabularies_->count(uri) == 0) {
-      fail("Unknown external vocabulary - " + uri);
+      fail(describeUnknownVocabulary(uri));
     }
-    externalVocabulary_ = externalVocabularies_->at(uri);
+    setExternalVocabulary(externalVocabularies_->at(uri));
   }
-  if (tables & kRestrictedAlphabets) decodeStringTable(restrictedAlphabets_);
-  if (tables & kEncodingAlgorithms) decodeIdentifierTable(encodingAlgorithms_);
-  if (tables & kPrefixes) decodeIdentifierTable(prefixes_);
-  if (tables & kNamespaceNames) decodeIdentifierTable(namespaceNames_);
-  if (tables & kLocalNames) decodeIdentifierTable(localNames_);
-  if (tables & kOtherNCNames) decodeIdentifierTable(otherNCNames_);
-  if (tables & kOtherURIs) decodeIdentifierTable(otherURIs_);
-  if (tables & kAttributeValues) decodeIdentifierTable(attributeValues_);  // Not as in C.14.
-  if (tables & kContentCharacterChunks) decodeStringTable(contentCharacterChunks_);
-  if (tables & kOtherStrings) decodeStringTable(otherStrings_);
-  if (tables & kElementNameSurrogates) decodeNameTable(elementNames_);
-  if (tables & kAttributeNameSurrogates) decodeNameTable(attributeNames_);
+  for (unsigned table = 0; table < kTables; ++table) {
+    if ((components & componentBit(table)) == 0) continue;
+    const bool isText = table == kRestrictedAlphabets || table == kContentCharacterChunks ||
+                        table == kOtherStrings;  // Attribute values are not.
+    if (table >= kStringTables) {
+      decodeNameTable(names(table));
+    } else if (isText) {
+      decodeStringTable(strings(table).own());
+    } else {
+      decodeIdentifierTable(strings(table).own());
+    }
+  }
 }
 
 namespace {
 
-/// Decodes the entries of a table over those that it has. It grows entry by entry, not to the
-/// count that the document claims.
+/// Decodes the entries of a table over those that it has. It grows entry by entry, not to the count
+/// that the document claims.
 template <typename Entry, typename Decode>
 void replaceEntries(unsigned long count, std::vector<Entry>& table, Decode decode) {
   if (table.size() > count) table.resize(count);
@@ -49,54 +56,91 @@ void replaceEntries(unsigned long count, std::vector<Entry>& table, Decode decod
 
 }  // namespace
 
-void XMLReader_FI::Decoder::decodeStringTable(std::vector<std::string>& table) {
+void XMLReader_FI::Decoder::decodeStringTable(Table& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeString(nullptr, nullptr, entry); });
 }
 
-void XMLReader_FI::Decoder::decodeIdentifierTable(std::vector<std::string>& table) {
+void XMLReader_FI::Decoder::decodeIdentifierTable(Table& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeIdentifier(nullptr, entry); });
 }
 
-XMLReader_FI::QualifiedName& XMLReader_FI::Decoder::decodeQualifiedName(
-    unsigned octet, std::vector<QualifiedName>& table) {
-  QualifiedName& name = table.emplace_back();
-  decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
-  return name;
-}
-
-void XMLReader_FI::Decoder::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
+void XMLReader_FI::Decoder::decodeQualifiedNameTable(NameTable& table) {
   replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
-    const unsigned octet = takeOctet();
-    decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
+    decodeNameParts(readOctet(), name.prefix, name.namespaceName, name.localName);
   });
 }
 
-/// As decodeQualifiedNameTable, for a table of the document.
 void XMLReader_FI::Decoder::decodeNameTable(Names& table) {
   const unsigned long count = decodeNumberOfItems();
   table.shrinkTo(count);
   for (unsigned long i = 0; i < count; ++i) {
     Name& name = i < table.size() ? table[i] : table.append();
-    decodeNameParts(takeOctet(), name);
-    name.qName = qNameOf(name);
+    decodeNameParts(readOctet(), name);
+    name.setQName();
   }
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getName(unsigned long index, const Names& table,
-                                                           const char* message) const {
-  NameParts name;
-  if (!findExternalName(index, table, message, name)) name = table[index];
+// --- Names ---
+
+XMLReader_FI::QualifiedName& XMLReader_FI::Decoder::decodeQualifiedName(unsigned octet,
+                                                                        NameTable& table) {
+  QualifiedName& name = table.emplace_back();
+  decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
+  return name;
+}
+
+XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getElementName(unsigned long index) {
+  const Name& name = nameAt(index, names(kElementNames), kInvalidElementName);
   return {name.prefix, name.namespaceName, name.localName};
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getElementName(unsigned long index) const {
-  return getName(index, elementNames_, kInvalidElementName);
+XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getAttributeName(unsigned long index) {
+  const Name& name = nameAt(index, names(kAttributeNames), kInvalidAttributeName);
+  return {name.prefix, name.namespaceName, name.localName};
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getAttributeName(unsigned long index) const {
-  return getName(index, attributeNames_, kInvalidAttributeName);
+// --- Strings ---
+
+std::string XMLReader_FI::Decoder::getString(unsigned long index, const Table* table,
+                                             const StringTable* external) const {
+  if (external != nullptr) {
+    if (index < external->definedCount) return textOf(external->entries[index]);
+    if (index < external->occupiedCount) fail(kInvalidStringIndex);
+    index -= external->occupiedCount;
+  }
+  if (table == nullptr) fail("Error when decoding string");
+  if (index >= table->size()) fail(kInvalidStringIndex);
+  return (*table)[index];
+}
+
+void XMLReader_FI::Decoder::decodeString(unsigned octet, Table* table, const StringTable* external,
+                                         std::string& text) {
+  const bool isIndex = (octet & kStringIndex) != 0 && octet != kEmptyString;
+  if (isIndex) {
+    text = getString(decodeIndex(octet), table, external);
+    return;
+  }
+  fastinfoset::Decoder::decodeString(octet, nullptr, text);
+  const bool adds = (octet & kStringAddToTable) != 0 && octet != kEmptyString;
+  if (adds && table != nullptr) table->push_back(text);
+}
+
+void XMLReader_FI::Decoder::decodeString(Table* table, const StringTable* external,
+                                         std::string& text) {
+  decodeString(readOctet(), table, external, text);
+}
+
+void XMLReader_FI::Decoder::decodeIdentifier(Table* table, std::string& text) {
+  const unsigned octet = readOctet();
+  if ((octet & kStringIndex) == 0) {
+    decodeLiteralIdentifier(octet, nullptr, text);
+    if (table != nullptr) table->push_back(text);
+  } else {
+    if (table == nullptr) fail("Error when parsing identifier");
+    text = getString(decodeIndex(octet), table, nullptr);
+  }
 }
 
 }  // namespace Tavrin

@@ -28,10 +28,12 @@ void XMLReader_FI::parse(std::istream& stream) { decoder_->parse(stream); }
 
 // --- Integers ---
 
-unsigned long XMLReader_FI::decodeIndex(int octet) { return decoder_->decodeIndex(octet); }
+unsigned long XMLReader_FI::decodeIndex(int octet) {
+  return decoder_->decodeIndex(static_cast<unsigned>(octet));
+}
 
 unsigned long XMLReader_FI::decodeElementIndex(int octet) {
-  return decoder_->decodeElementIndex(octet);
+  return decoder_->decodeElementIndex(static_cast<unsigned>(octet));
 }
 
 unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
@@ -39,15 +41,15 @@ unsigned long XMLReader_FI::decodeCharactersIndex(int octet) {
 }
 
 unsigned long XMLReader_FI::decodeIdentifierLength(int octet) {
-  return decoder_->decodeIdentifierLength(octet);
+  return decoder_->decodeIdentifierLength(static_cast<unsigned>(octet));
 }
 
 unsigned long XMLReader_FI::decodeStringLength(int octet) {
-  return decoder_->decodeStringLength(octet);
+  return decoder_->decodeStringLength(static_cast<unsigned>(octet));
 }
 
 unsigned long XMLReader_FI::decodeCharactersLength(int octet) {
-  return decoder_->decodeCharactersLength(octet);
+  return decoder_->decodeCharactersLength(static_cast<unsigned>(octet));
 }
 
 unsigned long XMLReader_FI::decodeNumberOfItems() { return decoder_->decodeNumberOfItems(); }
@@ -61,7 +63,7 @@ std::string XMLReader_FI::getString(unsigned long index, const std::vector<std::
 
 void XMLReader_FI::decodeString(int octet, std::vector<std::string>* table,
                                 const StringTable* external, std::string& out) {
-  decoder_->decodeString(octet, table, external, out);
+  decoder_->decodeString(static_cast<unsigned>(octet), table, external, out);
 }
 
 void XMLReader_FI::decodeString(std::vector<std::string>* table, const StringTable* external,
@@ -101,11 +103,15 @@ void XMLReader_FI::decodeQualifiedNameTable(std::vector<QualifiedName>& table) {
   decoder_->decodeQualifiedNameTable(table);
 }
 
-bool XMLReader_FI::decodeDTD(int octet) { return decoder_->decodeDTD(octet); }
+bool XMLReader_FI::decodeDTD(int octet) {
+  return decoder_->decodeDTD(static_cast<unsigned>(octet));
+}
 
 // --- Elements ---
 
-bool XMLReader_FI::decodeElement(int octet) { return decoder_->decodeElement(octet); }
+bool XMLReader_FI::decodeElement(int octet) {
+  return decoder_->decodeElement(static_cast<unsigned>(octet));
+}
 
 void XMLReader_FI::decodeNamespaces(std::vector<std::string>& declarations) {
   decoder_->decodeNamespaces(declarations);
@@ -130,7 +136,9 @@ bool XMLReader_FI::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes)
 
 // --- Content ---
 
-void XMLReader_FI::decodeCharacters(int octet) { decoder_->decodeCharacters(octet); }
+void XMLReader_FI::decodeCharacters(int octet) {
+  decoder_->decodeCharacters(static_cast<unsigned>(octet));
+}
 
 EncodingAlgorithm* XMLReader_FI::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return decoder_->getEncodingAlgorithm(field, uri);
@@ -141,7 +149,7 @@ void XMLReader_FI::decodeComment() { decoder_->decodeComment(); }
 void XMLReader_FI::decodeProcessingInstruction() { decoder_->decodeProcessingInstruction(); }
 
 void XMLReader_FI::decodeUnexpandedEntityReference(int octet) {
-  decoder_->decodeUnexpandedEntityReference(octet);
+  decoder_->decodeUnexpandedEntityReference(static_cast<unsigned>(octet));
 }
 
 }  // namespace Tavrin

@@ -2,6 +2,7 @@
 
 #include "Integers.h"
 #include "Octets.h"
+#include "Tables.h"
 
 /// What the two families of Fast Infoset types do differently, as far as it is a matter of numbers.
 /// "X891" does what ITU-T X.891 says. "FI" keeps the stream that its files have always had.
@@ -26,9 +27,12 @@ struct Dialect {
   IntegerEncoding<4> charactersIndexWritten;
   std::uint32_t charactersIndexLongestField;
 
-  /// The tables of which an external vocabulary's entries are consulted, as bits of
-  /// VocabularyTable.
+  /// The tables of which an external vocabulary's entries are used, as bits of C.2.5.
   unsigned externalTables;
+
+  /// Whether the external vocabulary, restricted alphabets and URIs of algorithms stay for the
+  /// documents that follow, until another one brings its own.
+  bool keepsVocabulary;
 
   /// Whether prefix and namespace name of a literal name may be literals, too (C.17, C.18).
   bool literalNameParts;
@@ -56,25 +60,6 @@ struct Dialect {
   std::uint64_t longestStringWritten;
 };
 
-/// The most entries that a table of X.891 has (7.2); "FI" counts on.
-inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
-/// The most restricted alphabets and encoding algorithms (7.2).
-inline constexpr std::uint32_t kMaximumAlgorithms = 256;
-
-/// What an entry of a table counts for beside its octets, where tables are bounded. It is no less
-/// than a reader takes for it at any time, with what growing tables and the allocator add.
-inline constexpr std::uint64_t kEntryOctets = 128;
-/// What a name counts for, and how often the octets of its parts count.
-inline constexpr std::uint64_t kNameOctets = 320;
-inline constexpr std::uint64_t kNameCopies = 3;
-/// What an event counts for that waits for the root element, and an attribute while its start tag
-/// is read.
-inline constexpr std::uint64_t kHeldBackOctets = 512;
-inline constexpr std::uint64_t kAttributeOctets = 256;
-/// What the tables of a document may take altogether before a reader refuses it, unless it is told
-/// otherwise. A writer must not go beyond.
-inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
-
 inline constexpr Dialect kDialectFI = {
     .maximumEntries = UINT32_MAX,
     .itemCountBias = 0,
@@ -82,8 +67,9 @@ inline constexpr Dialect kDialectFI = {
     .builtInNamesInDeclarations = 0,
     .charactersIndexWritten = kCharactersIndexUnmarked,
     .charactersIndexLongestField = 0xFFFFFF,
-    .externalTables =
-        kEncodingAlgorithms | kAttributeValues | kElementNameSurrogates | kAttributeNameSurrogates,
+    .externalTables = componentBit(kEncodingAlgorithms) | componentBit(kAttributeValues) |
+                      componentBit(kElementNames) | componentBit(kAttributeNames),
+    .keepsVocabulary = true,
     .literalNameParts = false,
     .firstDocumentTypeOctet = kFirstNonElement,
     .chunkFieldReadBits = 0x02,
@@ -102,6 +88,7 @@ inline constexpr Dialect kDialectX891 = {
     .charactersIndexWritten = kCharactersIndex,
     .charactersIndexLongestField = 0x0FFFFF,
     .externalTables = ~0U,
+    .keepsVocabulary = false,
     .literalNameParts = true,
     .firstDocumentTypeOctet = kDocumentType,
     .chunkFieldReadBits = 0x03,

@@ -27,26 +27,6 @@ enum OptionalComponent : unsigned {
 /// The bit of that octet that is none.
 inline constexpr unsigned kComponentsPadding = 0x80;
 
-/// The two octets of an initial vocabulary (C.2.5), as one number: which tables follow, in this
-/// order.
-enum VocabularyTable : unsigned {
-  kExternalVocabulary = 0x1000,
-  kRestrictedAlphabets = 0x0800,
-  kEncodingAlgorithms = 0x0400,
-  kPrefixes = 0x0200,
-  kNamespaceNames = 0x0100,
-  kLocalNames = 0x0080,
-  kOtherNCNames = 0x0040,
-  kOtherURIs = 0x0020,
-  kAttributeValues = 0x0010,
-  kContentCharacterChunks = 0x0008,
-  kOtherStrings = 0x0004,
-  kElementNameSurrogates = 0x0002,
-  kAttributeNameSurrogates = 0x0001,
-};
-/// The bits of the first of them that are padding.
-inline constexpr unsigned kVocabularyPadding = 0xE0;
-
 // --- Children, told by their first octet (C.2.11, C.3.7) ---
 
 inline constexpr unsigned kFirstNonElement = 0x80;        ///< Below: an element.

@@ -1,40 +1,29 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
-#include "../NameParts.h"
-#include "../format/Octets.h"
+#include "../format/Tables.h"
 
 namespace Tavrin::fastinfoset {
 
 /// The initial vocabulary of a document as it is written (X.891, C.2.5).
 struct WrittenVocabulary {
   std::string externalVocabulary;
-  std::vector<std::string> restrictedAlphabets;
-  std::vector<std::string> encodingAlgorithms;
-  std::vector<std::string> prefixes;
-  std::vector<std::string> namespaceNames;
-  std::vector<std::string> localNames;
-  std::vector<std::string> otherNCNames;
-  std::vector<std::string> otherURIs;
-  std::vector<std::string> attributeValues;
-  std::vector<std::string> characterChunks;
-  std::vector<std::string> otherStrings;
-  std::vector<NameParts> elementNames;
-  std::vector<NameParts> attributeNames;
+  std::array<std::vector<std::string>, kStringTables> strings;        // By Table.
+  std::array<std::vector<NameParts>, kTables - kStringTables> names;  // From kElementNames on.
 
-  /// The tables that are written; the bits of fastinfoset::VocabularyTable.
+  /// The bits of what is written.
   unsigned tables() const {
-    const auto bit = [](const auto& table, unsigned mask) { return table.empty() ? 0U : mask; };
-    return bit(externalVocabulary, kExternalVocabulary) |
-           bit(restrictedAlphabets, kRestrictedAlphabets) |
-           bit(encodingAlgorithms, kEncodingAlgorithms) | bit(prefixes, kPrefixes) |
-           bit(namespaceNames, kNamespaceNames) | bit(localNames, kLocalNames) |
-           bit(otherNCNames, kOtherNCNames) | bit(otherURIs, kOtherURIs) |
-           bit(attributeValues, kAttributeValues) | bit(characterChunks, kContentCharacterChunks) |
-           bit(otherStrings, kOtherStrings) | bit(elementNames, kElementNameSurrogates) |
-           bit(attributeNames, kAttributeNameSurrogates);
+    unsigned bits = externalVocabulary.empty() ? 0 : kExternalVocabulary;
+    for (unsigned i = 0; i < strings.size(); ++i) {
+      if (!strings[i].empty()) bits |= componentBit(i);
+    }
+    for (unsigned i = 0; i < names.size(); ++i) {
+      if (!names[i].empty()) bits |= componentBit(kStringTables + i);
+    }
+    return bits;
   }
 };
 

@@ -15,13 +15,12 @@
 #include <utility>
 #include <vector>
 
+#include "../../io/OctetStream.h"
 #include "../../io/SingleOctets.h"
 #include "../../typed/ExactNumbers.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 #include "../Decoder.h"
-#include "../../io/OctetStream.h"
-#include "RestrictedAlphabet.h"
 #include "StartTagAttributes.h"
 
 namespace Tavrin {
@@ -97,27 +96,24 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
 
  private:
   using Name = fastinfoset::Name;
-  using Names = fastinfoset::Names;
-  using NameParts = fastinfoset::NameParts;
   using Strings = fastinfoset::Strings;
 
   [[noreturn]] void throwFailure(const std::string& message) const override;
-  void clearTables() override;
+  void beginDocument() override;
   void decodeDocument() override;
-  void decodeInitialVocabulary() override;
   void checkPadding(unsigned bits) const override;
-  void checkRootElement(bool elementSeen) override;
+  void checkRootElement(bool hasRoot) const override;
 
-  void checkIdentifier(const Strings* table, const std::string& text) override;
+  void checkEntry(unsigned table, const std::string& entry) override;
   void checkText(std::string_view text) override;
+  void checkTextLength(std::uint64_t textOctets, std::uint64_t length) override;
   void checkAmplification() const override;
-  void decodeOtherString(unsigned octet, std::string& text) override;
-  void decodeOtherChunk(unsigned octet, std::string& text) override;
   EncodingAlgorithm* getEncodingAlgorithm(unsigned field, std::string& uri) override;
   std::string describeUnknown(const std::string& uri) const override;
-  EncodedData& decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                          unsigned long length) override;
-  void takeTyped(bool addToTable, Strings& table, unsigned field, EncodedData& value) override;
+  std::string describeUnknownVocabulary(const std::string& uri) const override;
+  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
+  void checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) override;
+  std::string textOfValue(unsigned field, const EncodedData& value) override;
   std::uint32_t decodeDeclarations() override;
   void checkElementName(Name& name) override;
   void checkAttributeName(Name& name) override;
@@ -129,13 +125,13 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   void reportNotation(const std::string& name, const std::string& publicId,
                       const std::string& systemId) override;
   void reportUnparsedEntity(const std::string& name, const std::string& publicId,
-                            const std::string& systemId, const std::string& notationName) override;
+                            const std::string& systemId, const std::string& notation) override;
   void reportStartDTD(const std::string& publicId, const std::string& systemId) override;
   void reportEndDTD() override;
   void reportEndElement(const Name& name, std::uint32_t declarations) override;
   void reportCharacters(const std::string& text) override;
   void reportValue(unsigned field, const std::string& uri, const EncodedData& value) override;
-  void reportOctets(bool addToTable, unsigned field, const std::string& uri,
+  void reportOctets(bool adds, unsigned field, const std::string& uri,
                     const std::string& octets) override;
   void reportComment(const std::string& text) override;
   void reportProcessingInstruction(const std::string& target, const std::string& data) override;
@@ -144,23 +140,14 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
 
   void decodeHeader();
   void decodeXMLDeclaration();
-  unsigned long decodeListLength(unsigned long most);
-  void decodeIdentifierEntries(Strings& table);
-  void decodeStringEntries(Strings& table);
-  void decodeSurrogateEntries(Names& table);
-  unsigned long decodeSurrogateIndex();
 
   EncodedData& decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm, unsigned long length);
   EncodedData& decodeWhole(EncodingAlgorithm& algorithm, unsigned long length);
   EncodedData& decodeItems(EncodingAlgorithm& algorithm, unsigned long length);
-  void checkTextLength(std::uint64_t textOctets, std::uint64_t length);
   void checkTextOf(unsigned field, const EncodedData& value);
-  void checkAlgorithmField(unsigned field) const;
+  void checkAlgorithmField(unsigned field);
   void declareEntity(const std::string& name, const std::string& publicId,
                      const std::string& systemId);
-  void decodeUTF16(unsigned long length, std::string& text);
-  void decodeRestrictedAlphabet(Field field, std::string& text);
-  void decodeAlgorithmText(Field field, std::string& text);
 
   void checkExternalId(const std::string& publicId, const std::string& systemId) const;
   void checkBinding(const Name& name) const;
@@ -172,6 +159,11 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   XMLReader_X891& reader_;
 
   // --- Limits ---
+
+  // What an event counts for that waits for the root element, and an attribute while its start tag
+  // is read.
+  static constexpr std::uint64_t kHeldBackOctets = 512;
+  static constexpr std::uint64_t kAttributeOctets = 256;
 
   static constexpr double kAmplificationFactor = 1000;
   static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} << 20;
@@ -193,7 +185,6 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   ExactLongData longs_;
   ExactFloatData floats_;
   ExactDoubleData doubles_;
-  std::string octets_;                      // Of the value that is being decoded.
   std::optional<OctetStream> octetStream_;  // Made when it is needed: that takes long.
 
   // --- The document; what follows is new for each ---
@@ -209,8 +200,6 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
     std::vector<HeldBack> declarations;  // Notations and unparsed entities.
     bool hasDocumentType = false;
     bool isHoldingBack = false;
-
-    std::map<unsigned, RestrictedAlphabet> alphabets;  // By field, when first used.
 
     mutable std::uint64_t allowedFromTables =
         0;  // Octets, for what had been read by the last look.

@@ -4,8 +4,8 @@
 
 #include "../../sax/PropertyName.h"
 #include "../../xml/Characters.h"
-#include "../format/Dialect.h"
 #include "../DecodeAttributes.h"
+#include "../format/Dialect.h"
 #include "X891Decoder.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
@@ -115,7 +115,7 @@ bool XMLReader_X891::Decoder::decodeStartTag(bool hasAttributes, const Name& nam
   Document& document = document_;
   StartTagAttributes& attributes = attributes_;
   attributes.clear();
-  const bool ended = hasAttributes && decodeAttributesInto(attributes);
+  const bool ended = hasAttributes && decodeAttributes(attributes);
   checkAmplification();
   if (document.isHoldingBack) releaseProlog(name.qName);
   const std::size_t declared = document.bindings.count();
@@ -172,10 +172,10 @@ void XMLReader_X891::Decoder::reportValue(unsigned field, const std::string& uri
   }
 }
 
-void XMLReader_X891::Decoder::reportOctets(bool addToTable, unsigned field, const std::string& uri,
+void XMLReader_X891::Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,
                                            const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would lead astray.
-  if (addToTable) fail(describeUnknown(uri) + ", because the text enters a table");
+  if (adds) fail(describeUnknown(uri) + ", because the text enters a table");
   if (!encodingAlgorithmContentHandler_) {
     fail(describeUnknown(uri) + ", or take its octets with the property " +
          propertyName(properties::encodingAlgorithmContentHandler));

@@ -119,7 +119,7 @@ class XMLWriter_X891::Encoder : private EncoderState, public fastinfoset::Encode
   void loadAlgorithms(WrittenVocabulary& written);
   WrittenVocabulary prepareVocabulary();
   void writeVocabulary(const WrittenVocabulary& vocabulary);
-  void writeSurrogates(const std::vector<NameParts>& names);
+  void writeSurrogate(const NameParts& name);
 
   void writeInstruction(const std::string& target, const std::string& data);
   void gather(const std::string& text);

@@ -9,87 +9,13 @@
 #include "../../typed/EncodedLength.h"
 #include "../format/Dialect.h"
 #include "../format/Octets.h"
-#include "../Pieces.h"
 #include "X891Decoder.h"
 
-// Text in other formats than UTF-8: UTF-16, restricted alphabets and encoding algorithms (X.891,
-// C.19, C.20 and clauses 9 and 10).
+// Encoding algorithms (X.891, clause 10): which there are, and what their values may be and cost.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
-
-namespace {
-
-void appendUTF8(char32_t character, std::string& text) {
-  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
-  if (character < 0x80) {
-    append(character);
-  } else if (character < 0x800) {
-    append(0xC0 | character >> 6);
-    append(0x80 | (character & 0x3F));
-  } else if (character < 0x10000) {
-    append(0xE0 | character >> 12);
-    append(0x80 | (character >> 6 & 0x3F));
-    append(0x80 | (character & 0x3F));
-  } else {
-    append(0xF0 | character >> 18);
-    append(0x80 | (character >> 12 & 0x3F));
-    append(0x80 | (character >> 6 & 0x3F));
-    append(0x80 | (character & 0x3F));
-  }
-}
-
-}  // namespace
-
-void XMLReader_X891::Decoder::decodeOtherString(unsigned octet, std::string& text) {
-  switch (octet & kStringEncoding) {
-    case kStringUTF16:
-      return decodeUTF16(decodeStringLength(static_cast<int>(octet)), text);
-    case kStringRestrictedAlphabet:
-      return decodeRestrictedAlphabet(decodeStringField(octet), text);
-    default:
-      return decodeAlgorithmText(decodeStringField(octet), text);
-  }
-}
-
-// Chunks that an algorithm encodes are typed content: they do not come here.
-void XMLReader_X891::Decoder::decodeOtherChunk(unsigned octet, std::string& text) {
-  if ((octet & kChunkEncoding) == kChunkUTF16) {
-    decodeUTF16(decodeCharactersLength(static_cast<int>(octet)), text);
-  } else {
-    decodeRestrictedAlphabet(decodeChunkField(octet), text);
-  }
-}
-
-/// Big-endian, without a mark of byte order.
-void XMLReader_X891::Decoder::decodeUTF16(unsigned long length, std::string& text) {
-  std::string& octets = octets_;
-  readOctets(length, octets);
-  text.clear();
-  constexpr unsigned long kMostOctetsOfUnit = 3;  // In UTF-8.
-  text.reserve(length / 2 * kMostOctetsOfUnit);
-  char32_t high = 0;  // The first half of a surrogate pair.
-  const auto unitAt = [&octets](std::size_t i) {
-    return static_cast<char32_t>(static_cast<unsigned char>(octets[i]) << 8 |
-                                 static_cast<unsigned char>(octets[i + 1]));
-  };
-  bool isValid = length % 2 == 0;
-  for (std::size_t i = 0; isValid && i < length; i += 2) {
-    const char32_t unit = unitAt(i);
-    const bool isHigh = unit >= 0xD800 && unit <= 0xDBFF;
-    const bool isLow = unit >= 0xDC00 && unit <= 0xDFFF;
-    isValid = isLow == (high != 0);
-    if (isHigh) {
-      high = unit;
-    } else {
-      appendUTF8(isLow ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit, text);
-      high = 0;
-    }
-  }
-  if (!isValid || high != 0) fail("Invalid UTF-16");
-  checkTextLength(text.size(), length);
-}
 
 /// Text may take many times the octets that it was made of. It counts like text from tables, and
 /// that of an attribute, which is kept as long as its tag is read, like the attribute.
@@ -103,34 +29,6 @@ void XMLReader_X891::Decoder::checkTextLength(std::uint64_t textOctets, std::uin
   if (tagOctets == 0) return;  // No attribute is being read.
   tagOctets += textOctets - length;
   accountFor(textOctets - length);
-}
-
-void XMLReader_X891::Decoder::decodeRestrictedAlphabet(Field field, std::string& text) {
-  auto& alphabets = document_.alphabets;
-  auto found = alphabets.find(field.number);
-  if (found == alphabets.end()) {
-    const auto charactersOf = [this](unsigned number) -> std::string {
-      if (number == kNumericAlphabet) return std::string(kNumericCharacters);
-      if (number == kDateAndTimeAlphabet) return std::string(kDateAndTimeCharacters);
-      if (number < kFirstOwnAlphabet) {
-        fail("Reserved restricted alphabet " + std::to_string(number + 1));
-      }
-      return getString(number - kFirstOwnAlphabet, &restrictedAlphabets_,
-                       externalEntries(&restrictedAlphabets_));
-    };
-    const std::string characters = charactersOf(field.number);
-    checkText(characters);
-    accountFor(RestrictedAlphabet::kMostCopies * characters.size() + kEntryOctets);
-    found = alphabets.emplace(field.number, RestrictedAlphabet(characters)).first;
-    if (!found->second.isValid()) fail("Invalid restricted alphabet");
-  }
-  readOctets(field.length, octets_);
-  const std::optional<std::uint64_t> size = found->second.sizeOf(octets_);
-  if (!size) fail("Error when decoding restricted alphabet");
-  checkTextLength(*size, field.length);
-  text.clear();
-  text.reserve(*size);
-  found->second.decode(octets_, text);
 }
 
 // --- Encoding algorithms ---
@@ -153,17 +51,13 @@ EncodingAlgorithm* XMLReader_X891::Decoder::findAlgorithm(unsigned field, std::s
 }
 
 /// An algorithm of the application is named in a table.
-void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) const {
+void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) {
   if (field < kDialectX891.firstApplicationAlgorithm) return;
-  const StringTable* const external = externalEntries(&encodingAlgorithms_);
-  const std::size_t position = field - kDialectX891.firstApplicationAlgorithm;
-  const std::size_t inFront = external ? external->occupiedCount : 0;
-  const bool isThere = position < inFront ? position < external->definedCount
-                                          : position - inFront < encodingAlgorithms_.size();
-  if (isThere) return;
+  Strings& uris = strings(kEncodingAlgorithms);
+  if (uris.find(field - kDialectX891.firstApplicationAlgorithm) != nullptr) return;
   const std::string message =
       "No URI for the encoding algorithm " + std::to_string(field + 1) + " in the vocabulary";
-  if (external == nullptr) fail(message);
+  if (uris.externalPositions() == 0) fail(message);
   fail(message + " (the external one is in the property " +
        propertyName(properties::externalVocabularies) + ")");
 }
@@ -171,6 +65,11 @@ void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) const {
 std::string XMLReader_X891::Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri + " (add it to the property " +
          propertyName(properties::registeredEncodingAlgorithms) + ")";
+}
+
+std::string XMLReader_X891::Decoder::describeUnknownVocabulary(const std::string& uri) const {
+  return "Unknown external vocabulary - " + uri + " (add it to the property " +
+         propertyName(properties::externalVocabularies) + ")";
 }
 
 namespace {
@@ -229,17 +128,17 @@ EncodedData& XMLReader_X891::Decoder::decodeWhole(EncodingAlgorithm& algorithm,
 /// many: they are not copied before.
 EncodedData& XMLReader_X891::Decoder::decodeItems(EncodingAlgorithm& algorithm,
                                                   unsigned long length) {
-  NextOctets octets(*source_->rdbuf(), length);
+  NextOctets octets(input_.buffer(), length);
   EncodedData& decoded = decodeFrom(octets.stream(), algorithm, length);
-  octetsRead_ += octets.taken();
+  input_.add(octets.taken());
   octets.rethrow();
   if (octets.stream().fail()) failAtEnd();
   return decoded;
 }
 
 /// Lets an algorithm decode its data, and no more.
-EncodedData& XMLReader_X891::Decoder::decodeWith(EncodingAlgorithm& algorithm, unsigned field,
-                                                 unsigned long length) {
+EncodedData& XMLReader_X891::Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
+  const auto [field, length] = data;
   if (length > std::numeric_limits<std::uint32_t>::max()) {
     fail("Encoded data longer than 4294967295 octets");
   }
@@ -250,7 +149,7 @@ EncodedData& XMLReader_X891::Decoder::decodeWith(EncodingAlgorithm& algorithm, u
     fail(kTooManyBooleans);
   }
   const std::size_t itemSize = isBuiltIn ? sizeOfItems(field) : 0;
-  EncodedData* const decoded = itemSize > 0 && length % itemSize == 0 && haveArrived(length)
+  EncodedData* const decoded = itemSize > 0 && length % itemSize == 0 && input_.hasArrived(length)
                                    ? &decodeItems(algorithm, length)
                                    : &decodeWhole(algorithm, length);
   // The text of numbers must read back as the same ones, which that of their own holders need not.
@@ -270,15 +169,12 @@ EncodedData& XMLReader_X891::Decoder::decodeWith(EncodingAlgorithm& algorithm, u
   }
 }
 
-/// Text of a string that stands where nothing typed is delivered.
-void XMLReader_X891::Decoder::decodeAlgorithmText(Field field, std::string& text) {
-  std::string uri;
-  EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
-  if (algorithm == nullptr) fail(describeUnknown(uri));
-  const EncodedData& value = decodeWith(*algorithm, field.number, field.length);
-  checkTextOf(field.number, value);
-  text = value.toString();
-  if (field.number >= kDialectX891.firstApplicationAlgorithm) checkTextLength(text.size(), 0);
+/// Text of a string that stands where nothing typed is reported.
+std::string XMLReader_X891::Decoder::textOfValue(unsigned field, const EncodedData& value) {
+  checkTextOf(field, value);
+  std::string text = value.toString();
+  if (field >= kDialectX891.firstApplicationAlgorithm) checkTextLength(text.size(), 0);
+  return text;
 }
 
 /// Booleans are the one kind of value whose text takes many times their octets: a bit becomes a
@@ -291,20 +187,18 @@ void XMLReader_X891::Decoder::checkTextOf(unsigned field, const EncodedData& val
 }
 
 /// The table holds the text that the value stands for (7.14).
-void XMLReader_X891::Decoder::takeTyped(bool addToTable, Strings& table, unsigned field,
-                                        EncodedData& value) {
-  if (field == algorithms::cdata && &table == &attributeValues_) {
-    fail("CDATA section in an attribute value");
-  }
+void XMLReader_X891::Decoder::checkValue(bool adds, Strings& table, unsigned field,
+                                         EncodedData& value) {
+  const bool isAttribute = table.table() == kAttributeValues;
+  if (field == algorithms::cdata && isAttribute) fail("CDATA section in an attribute value");
   // Anyone may ask for an attribute's text; an application's algorithm may give any.
-  const bool isOwnAttribute =
-      field >= kDialectX891.firstApplicationAlgorithm && &table == &attributeValues_;
-  if (addToTable || &table == &attributeValues_) checkTextOf(field, value);
-  if (!addToTable && field != algorithms::cdata && !isOwnAttribute) return;
+  const bool isOwnAttribute = field >= kDialectX891.firstApplicationAlgorithm && isAttribute;
+  if (adds || isAttribute) checkTextOf(field, value);
+  if (!adds && field != algorithms::cdata && !isOwnAttribute) return;
   const std::string text = value.toString();
   checkText(text);
   if (isOwnAttribute) checkTextLength(text.size(), 0);
-  if (addToTable) addEntry(table, text);
+  if (adds) addEntry(table, text);
 }
 
 }  // namespace Tavrin

@@ -22,7 +22,9 @@ constexpr std::size_t kMaximumAlphabets = kMaximumAlgorithms - kFirstOwnAlphabet
 constexpr std::size_t kMostApplicationAlgorithms =
     kMaximumAlgorithms - kDialectX891.firstApplicationAlgorithm;
 
-std::string textOf(const char* entry) { return entry == nullptr ? std::string() : entry; }
+NameParts nameOf(const char* const (&entry)[3]) {
+  return {textOf(entry[0]), textOf(entry[1]), textOf(entry[2])};
+}
 
 /// How many positions an external table takes.
 template <typename Table>
@@ -41,6 +43,15 @@ void checkPositions(const Map& table) {
 void checkURI(const std::string& uri) { checkText(uri, "a URI"); }
 void checkVocabularyText(const std::string& text) { checkText(text, "the initial vocabulary"); }
 
+void checkVocabularyName(const NameParts& name) {
+  checkNCName(name.localName);
+  if (!name.prefix.empty()) checkNCName(name.prefix);
+  checkURI(name.namespaceName);
+  if (!name.prefix.empty() && name.namespaceName.empty()) {
+    throw SAXException("A name of the initial vocabulary has a prefix, but no namespace");
+  }
+}
+
 /// Refuses what is no alphabet (X.891, 7.17): it has at least two characters, each once.
 void checkAlphabet(const std::string& alphabet) {
   checkVocabularyText(alphabet);
@@ -57,6 +68,20 @@ void checkAlphabet(const std::string& alphabet) {
   std::ranges::sort(characters);
   if (std::ranges::adjacent_find(characters) != characters.end()) {
     throw SAXException("A restricted alphabet of the initial vocabulary repeats a character");
+  }
+}
+
+void checkEntry(EntryKind kind, const std::string& entry) {
+  if (entry.empty()) throw SAXException("An entry of the initial vocabulary is empty");
+  switch (kind) {
+    case EntryKind::alphabet:
+      return checkAlphabet(entry);
+    case EntryKind::uri:
+      return checkURI(entry);
+    case EntryKind::name:
+      return checkNCName(entry);
+    case EntryKind::text:
+      return checkVocabularyText(entry);
   }
 }
 
@@ -100,97 +125,61 @@ void XMLWriter_X891::Encoder::loadExternalVocabulary(WrittenVocabulary& written)
   const ExternalVocabulary* const external = findExternalVocabulary();
   if (external == nullptr) return;
   written.externalVocabulary = *externalVocabulary_;
-  const auto load = [](const StringTable& from, StringIndexMap& to) {
-    for (std::uint32_t i = 0; i < from.definedCount; ++i) to.add(textOf(from.entries[i]));
+  const auto load = [](const auto& from, auto& to, auto entryOf) {
+    for (std::uint32_t i = 0; i < from.definedCount; ++i) to.add(entryOf(from.entries[i]));
     to.skip(positionsOf(from) - from.definedCount);
     checkPositions(to);
   };
-  const auto loadNames = [](const QualifiedNameTable& from, NameIndexMap& to) {
-    for (std::uint32_t i = 0; i < from.definedCount; ++i) {
-      const auto& [prefix, namespaceName, localName] = from.entries[i];
-      to.add({textOf(prefix), textOf(namespaceName), textOf(localName)});
-    }
-    to.skip(positionsOf(from) - from.definedCount);
-    checkPositions(to);
-  };
-  load(external->prefixes, vocabulary_.prefixes);
-  load(external->namespaceNames, vocabulary_.namespaceNames);
-  load(external->localNames, vocabulary_.localNames);
-  load(external->otherNCNames, vocabulary_.otherNCNames);
-  load(external->otherURIs, vocabulary_.otherURIs);
-  load(external->attributeValues, vocabulary_.attributeValues);
-  load(external->contentCharacterChunks, vocabulary_.characterChunks);
-  load(external->otherStrings, vocabulary_.otherStrings);
-  loadNames(external->elementNameSurrogates, vocabulary_.elementNames);
-  loadNames(external->attributeNameSurrogates, vocabulary_.attributeNames);
+  for (unsigned table = kPrefixes; table < kStringTables; ++table) {
+    load(external->*kStringTableForms[table].external, vocabulary_.strings(table), textOf);
+  }
+  for (unsigned table = kStringTables; table < kTables; ++table) {
+    load(external->*kExternalNameTables[table - kStringTables], vocabulary_.names(table), nameOf);
+  }
 }
 
 void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) {
   if (!initialVocabulary_) return;
-  const ExternalVocabulary& own = *initialVocabulary_;
-  const auto entriesOf = [](const StringTable& table, auto check) {
-    std::vector<std::string> entries;
-    for (std::uint32_t i = 0; i < table.definedCount; ++i) {
-      entries.push_back(textOf(table.entries[i]));
-      if (entries.back().empty()) {
-        throw SAXException("An entry of the initial vocabulary is empty");
-      }
-      check(entries.back());
-    }
-    return entries;
-  };
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
-    limits_.tableOctets += tableOctetsOf(entry);
+    limits_.tableOctets += countedOctets(entry);
   };
-  const auto load = [&](const StringTable& from, std::vector<std::string>& list, StringIndexMap& to,
-                        auto check) {
-    list = entriesOf(from, check);
-    for (const std::string& entry : list) add(to, entry);
+  for (unsigned table = 0; table < kStringTables; ++table) {
+    const StringTableForm& form = kStringTableForms[table];
+    const StringTable& from = *initialVocabulary_.*form.external;
+    // Alphabets and algorithms are looked up by nobody but readers.
+    StringIndexMap* const to = table >= kPrefixes ? &vocabulary_.strings(table) : nullptr;
+    for (std::uint32_t i = 0; i < from.definedCount; ++i) {
+      std::string entry = textOf(from.entries[i]);
+      checkEntry(form.kind, entry);
+      if (to != nullptr) add(*to, entry);
+      written.strings[table].push_back(std::move(entry));
+    }
+    if (to != nullptr) checkPositions(*to);
+  }
+  // A name refers to its parts, so they must be in the tables.
+  const auto require = [&](unsigned table, const std::string& part) {
+    StringIndexMap& to = vocabulary_.strings(table);
+    if (part.empty() || to.find(part) != nullptr) return;
+    written.strings[table].push_back(part);
+    add(to, part);
     checkPositions(to);
   };
-  written.restrictedAlphabets = entriesOf(own.restrictedAlphabets, checkAlphabet);
-  written.encodingAlgorithms = entriesOf(own.encodingAlgorithms, checkURI);
-  load(own.prefixes, written.prefixes, vocabulary_.prefixes, checkNCName);
-  load(own.namespaceNames, written.namespaceNames, vocabulary_.namespaceNames, checkURI);
-  load(own.localNames, written.localNames, vocabulary_.localNames, checkNCName);
-  load(own.otherNCNames, written.otherNCNames, vocabulary_.otherNCNames, checkNCName);
-  load(own.otherURIs, written.otherURIs, vocabulary_.otherURIs, checkURI);
-  load(own.attributeValues, written.attributeValues, vocabulary_.attributeValues,
-       checkVocabularyText);
-  load(own.contentCharacterChunks, written.characterChunks, vocabulary_.characterChunks,
-       checkVocabularyText);
-  load(own.otherStrings, written.otherStrings, vocabulary_.otherStrings, checkVocabularyText);
-
-  // A name refers to its parts, so that they must be in the tables.
-  const auto need = [&add](std::vector<std::string>& list, StringIndexMap& table,
-                           const std::string& part) {
-    if (part.empty() || table.find(part) != nullptr) return;
-    list.push_back(part);
-    add(table, part);
-    checkPositions(table);
-  };
-  const auto loadNames = [&](const QualifiedNameTable& from, std::vector<NameParts>& list,
-                             NameIndexMap& to) {
+  for (unsigned table = kStringTables; table < kTables; ++table) {
+    const QualifiedNameTable& from =
+        *initialVocabulary_.*kExternalNameTables[table - kStringTables];
+    NameIndexMap& to = vocabulary_.names(table);
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
-      const NameParts name = {textOf(from.entries[i][0]), textOf(from.entries[i][1]),
-                              textOf(from.entries[i][2])};
-      checkNCName(name.localName);
-      if (!name.prefix.empty()) checkNCName(name.prefix);
-      checkURI(name.namespaceName);
-      if (!name.prefix.empty() && name.namespaceName.empty()) {
-        throw SAXException("A name of the initial vocabulary has a prefix, but no namespace");
-      }
-      need(written.prefixes, vocabulary_.prefixes, name.prefix);
-      need(written.namespaceNames, vocabulary_.namespaceNames, name.namespaceName);
-      need(written.localNames, vocabulary_.localNames, name.localName);
-      list.push_back(name);
+      const NameParts name = nameOf(from.entries[i]);
+      checkVocabularyName(name);
+      require(kPrefixes, name.prefix);
+      require(kNamespaceNames, name.namespaceName);
+      require(kLocalNames, name.localName);
+      written.names[table - kStringTables].push_back(name);
       add(to, name);
     }
     checkPositions(to);
-  };
-  loadNames(own.elementNameSurrogates, written.elementNames, vocabulary_.elementNames);
-  loadNames(own.attributeNameSurrogates, written.attributeNames, vocabulary_.attributeNames);
+  }
 }
 
 /// What can be named by a field, and the rest of what is named in the document.
@@ -203,21 +192,21 @@ void XMLWriter_X891::Encoder::loadAlgorithms(WrittenVocabulary& written) {
     named.push_back(uri);
     return isNew;
   };
-  std::size_t alphabets = written.restrictedAlphabets.size();
+  std::size_t alphabets = written.strings[kRestrictedAlphabets].size();
   if (const ExternalVocabulary* const external = findExternalVocabulary()) {
     const StringTable& table = external->encodingAlgorithms;
     for (std::uint32_t i = 0; i < table.definedCount; ++i) name(textOf(table.entries[i]));
     named.resize(std::min<std::size_t>(positionsOf(table), kMostApplicationAlgorithms + 1));
     alphabets += positionsOf(external->restrictedAlphabets);
   }
-  for (const std::string& uri : written.encodingAlgorithms) name(uri);
+  for (const std::string& uri : written.strings[kEncodingAlgorithms]) name(uri);
   if (registeredAlgorithms_ != nullptr) {
     for (const auto& [uri, algorithm] : *registeredAlgorithms_) {
       if (fields.contains(uri)) continue;
       if (uri.empty()) throw SAXException("An encoding algorithm is registered without a URI");
       checkURI(uri);
       name(uri);
-      written.encodingAlgorithms.push_back(uri);
+      written.strings[kEncodingAlgorithms].push_back(uri);
     }
   }
   if (named.size() > kMostApplicationAlgorithms) {
@@ -236,37 +225,32 @@ void XMLWriter_X891::Encoder::writeVocabulary(const WrittenVocabulary& vocabular
   put(tables >> 8);
   put(tables & 0xFF);
   if (!vocabulary.externalVocabulary.empty()) putIdentifier(vocabulary.externalVocabulary);
-  for (const std::vector<std::string>* const table :
-       {&vocabulary.restrictedAlphabets, &vocabulary.encodingAlgorithms, &vocabulary.prefixes,
-        &vocabulary.namespaceNames, &vocabulary.localNames, &vocabulary.otherNCNames,
-        &vocabulary.otherURIs}) {
-    if (table->empty()) continue;
-    putItemCount(static_cast<std::uint32_t>(table->size()));
-    for (const std::string& entry : *table) putIdentifier(entry);
+  for (unsigned table = 0; table < kStringTables; ++table) {
+    const std::vector<std::string>& entries = vocabulary.strings[table];
+    if (!entries.empty()) putItemCount(static_cast<std::uint32_t>(entries.size()));
+    for (const std::string& entry : entries) {
+      if (kStringTableForms[table].isEncoded) {
+        writeNewString(static_cast<StringIndexMap*>(nullptr), entry);
+      } else {
+        putIdentifier(entry);
+      }
+    }
   }
-  for (const std::vector<std::string>* const table :
-       {&vocabulary.attributeValues, &vocabulary.characterChunks, &vocabulary.otherStrings}) {
-    if (table->empty()) continue;
-    putItemCount(static_cast<std::uint32_t>(table->size()));
-    for (const std::string& entry : *table) writeNewString(static_cast<StringIndexMap*>(nullptr), entry);
+  for (const std::vector<NameParts>& entries : vocabulary.names) {
+    if (!entries.empty()) putItemCount(static_cast<std::uint32_t>(entries.size()));
+    for (const NameParts& name : entries) writeSurrogate(name);
   }
-  writeSurrogates(vocabulary.elementNames);
-  writeSurrogates(vocabulary.attributeNames);
 }
 
-/// Writes names as the indexes of their parts (C.16).
-void XMLWriter_X891::Encoder::writeSurrogates(const std::vector<NameParts>& names) {
-  if (names.empty()) return;
-  putItemCount(static_cast<std::uint32_t>(names.size()));
-  for (const NameParts& name : names) {
-    put((name.prefix.empty() ? 0 : kPrefixPresent) |
-        (name.namespaceName.empty() ? 0 : kNamespacePresent));
-    if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));
-    if (!name.namespaceName.empty()) {
-      encodeIndex(0, vocabulary_.namespaceNames.at(name.namespaceName));
-    }
-    encodeIndex(0, vocabulary_.localNames.at(name.localName));
+/// Writes a name as the indexes of its parts (C.16).
+void XMLWriter_X891::Encoder::writeSurrogate(const NameParts& name) {
+  put((name.prefix.empty() ? 0 : kPrefixPresent) |
+      (name.namespaceName.empty() ? 0 : kNamespacePresent));
+  if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));
+  if (!name.namespaceName.empty()) {
+    encodeIndex(0, vocabulary_.namespaceNames.at(name.namespaceName));
   }
+  encodeIndex(0, vocabulary_.localNames.at(name.localName));
 }
 
 }  // namespace Tavrin

@@ -6,7 +6,6 @@
 #include "../../xml/Characters.h"
 #include "../../xml/simd/EasyText.h"
 #include "../format/Octets.h"
-#include "../TakeOctet.h"
 #include "X891Decoder.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
@@ -22,12 +21,11 @@ void XMLReader_X891::Decoder::checkText(std::string_view text) {
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void XMLReader_X891::Decoder::checkIdentifier(const Strings* table, const std::string& text) {
-  if (table == nullptr) return;  // Octets, or a string that is checked where it is used.
-  if (table == &prefixes_ || table == &localNames_ || table == &otherNCNames_) {
-    if (!xml::isNCName(text)) fail("Invalid name \"" + text + "\"");
+void XMLReader_X891::Decoder::checkEntry(unsigned table, const std::string& entry) {
+  if (kStringTableForms[table].kind == EntryKind::name) {
+    if (!xml::isNCName(entry)) fail("Invalid name \"" + entry + "\"");
   } else {
-    checkText(text);
+    checkText(entry);
   }
 }
 
@@ -46,8 +44,8 @@ std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
   xml::NamespaceBindings& bindings = document.bindings;
   const std::size_t outside = bindings.count();
   auto& [prefix, namespaceName] = declaration_;
-  unsigned octet = takeOctet();
-  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = takeOctet()) {
+  unsigned octet = readOctet();
+  for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
     decodeDeclaration(octet, prefix, namespaceName);
     fromTables_ += prefix.size() + namespaceName.size();
     checkAmplification();
@@ -84,7 +82,7 @@ void XMLReader_X891::Decoder::checkBinding(const Name& name) const {
 /// time, beyond the threshold, takes a twentieth of the time of reading records.
 void XMLReader_X891::Decoder::allowMoreFromTables() const {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
-  const double byFactor = amplificationFactor_ * static_cast<double>(octetsRead_);
+  const double byFactor = amplificationFactor_ * static_cast<double>(input_.count());
   document_.allowedFromTables = std::max(
       amplificationThreshold_, byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
   if (fromTables_ > document_.allowedFromTables) {
@@ -122,7 +120,7 @@ void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
   // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.octets;
   checkAmplification();
-  const std::uint64_t octets = kAttributeOctets + (&name == &unlisted_ ? octetsOf(name) : 0);
+  const std::uint64_t octets = kAttributeOctets + (&name == &unlisted_ ? countedOctets(name) : 0);
   document.tagOctets += octets;
   accountFor(octets);
 
@@ -132,7 +130,7 @@ void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
     name.identity =
         static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
     // What the table has no place for is remembered here, so it counts here.
-    if (&name == &unlisted_ && attributes.size() > known) accountFor(octetsOf(name));
+    if (&name == &unlisted_ && attributes.size() > known) accountFor(countedOctets(name));
   }
   if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
 }

@@ -110,7 +110,7 @@ bool XMLReader_X891::Decoder::getProperty(const std::string& name, void*& value)
 
 SAXParseException XMLReader_X891::Decoder::exceptionHere(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
-  return {message, -1, static_cast<std::int32_t>(std::min(octetsRead_, kMost))};
+  return {message, -1, static_cast<std::int32_t>(std::min(input_.count(), kMost))};
 }
 
 void XMLReader_X891::Decoder::throwFailure(const std::string& message) const {
@@ -119,12 +119,8 @@ void XMLReader_X891::Decoder::throwFailure(const std::string& message) const {
   throw exception;
 }
 
-// Nothing outlives a document.
-void XMLReader_X891::Decoder::clearTables() {
-  fastinfoset::Decoder::clearTables();
-  restrictedAlphabets_.clear();
-  encodingAlgorithms_.clear();
-  externalVocabulary_ = nullptr;
+void XMLReader_X891::Decoder::beginDocument() {
+  fastinfoset::Decoder::beginDocument();
   if (isUsed_) document_ = {};
   isUsed_ = true;
 }

@@ -1,0 +1,128 @@
+#include <string>
+
+#include "Decoder.h"
+#include "format/Octets.h"
+
+// Items: processing instructions, entity references, character chunks, comments, the document type,
+// unparsed entities and notations (X.891, C.5 to C.11).
+
+namespace Tavrin::fastinfoset {
+
+void Decoder::decodeProcessingInstruction() {
+  std::string target;
+  std::string data;
+  decodeIdentifier(kOtherNCNames, target);
+  decodeString(kOtherStrings, data);
+  reportProcessingInstruction(target, data);
+}
+
+void Decoder::decodeUnexpandedEntityReference(unsigned octet) {
+  std::string name;
+  std::string systemId;
+  std::string publicId;
+  decodeIdentifier(kOtherNCNames, name);
+  decodeIdentifiers(octet, systemId, publicId);
+  reportEntityReference(name, publicId, systemId);
+}
+
+// --- Character chunks ---
+
+void Decoder::decodeCharacters(unsigned octet) {
+  if (octet < kChunk) fail("Error when decoding character chunk");
+  Strings& table = strings(kContentCharacterChunks);
+  if (octet >= kChunkIndex) {
+    const std::string* const text = table.find(decodeCharactersIndex(static_cast<int>(octet)));
+    if (text == nullptr) fail("Error when decoding character chunk - invalid index");
+    fromTables_ += text->size();
+    reportCharacters(*text);
+    return;
+  }
+  if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
+  // Nothing else may use the memory while a handler has the text, and much is not held for long.
+  constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+  std::string text;
+  text.swap(text_);
+  text.clear();
+  if ((octet & kChunkEncoding) == kChunkUTF8) {
+    readText(decodeCharactersLength(octet), text);
+  } else {
+    decodeOtherChunk(octet, text);
+    checkText(text);
+  }
+  if (octet & kChunkAddToTable) addEntry(table, text);
+  reportCharacters(text);
+  if (text.capacity() <= kMostKept) text_.swap(text);
+}
+
+/// Decodes a chunk that an encoding algorithm made, and reports its value.
+void Decoder::decodeTypedChunk(unsigned octet) {
+  const bool adds = octet & kChunkAddToTable;
+  const Field field = decodeChunkField(octet);
+  std::string uri;
+  if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri)) {
+    EncodedData& value = decodeData(*algorithm, field);
+    checkValue(adds, strings(kContentCharacterChunks), field.number, value);
+    reportValue(field.number, uri, value);
+    return;
+  }
+  std::string octets;
+  readOctets(field.length, octets);
+  reportOctets(adds, field.number, uri, octets);
+}
+
+void Decoder::decodeComment() {
+  std::string text;
+  decodeString(kOtherStrings, text);
+  reportComment(text);
+}
+
+// --- The document type, unparsed entities and notations ---
+
+bool Decoder::decodeDTD(unsigned octet) {
+  std::string systemId;
+  std::string publicId;
+  decodeIdentifiers(octet, systemId, publicId);
+  reportStartDTD(publicId, systemId);
+  unsigned next = readOctet();
+  for (; next == kProcessingInstruction; next = readOctet()) decodeProcessingInstruction();
+  if (next != kTerminator && next != kDoubleTerminator) fail("Error while parsing DTD");
+  reportEndDTD();
+  return next == kDoubleTerminator;
+}
+
+/// The identifiers that an octet's low bits announce; absent ones are left alone.
+void Decoder::decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId) {
+  if (octet & kSystemIdentifier) decodeIdentifier(kOtherURIs, systemId);
+  if (octet & kPublicIdentifier) decodeIdentifier(kOtherURIs, publicId);
+}
+
+void Decoder::decodeUnparsedEntities() {
+  unsigned octet = readOctet();
+  for (; (octet & kUnparsedEntityMask) == kUnparsedEntity; octet = readOctet()) {
+    std::string name;
+    std::string systemId;
+    std::string publicId;
+    std::string notation;
+    decodeIdentifier(kOtherNCNames, name);
+    decodeIdentifier(kOtherURIs, systemId);
+    if (octet & kPublicIdentifier) decodeIdentifier(kOtherURIs, publicId);
+    decodeIdentifier(kOtherNCNames, notation);
+    reportUnparsedEntity(name, publicId, systemId, notation);
+  }
+  if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
+}
+
+void Decoder::decodeNotations() {
+  unsigned octet = readOctet();
+  for (; (octet & kNotationMask) == kNotation; octet = readOctet()) {
+    std::string name;
+    std::string systemId;
+    std::string publicId;
+    decodeIdentifier(kOtherNCNames, name);
+    decodeIdentifiers(octet, systemId, publicId);
+    reportNotation(name, publicId, systemId);
+  }
+  if (octet != kTerminator) fail(dialect_.wrongNotation);
+}
+
+}  // namespace Tavrin::fastinfoset

@@ -1,0 +1,189 @@
+#include <optional>
+
+#include "../xml/Characters.h"
+#include "Decoder.h"
+#include "RestrictedAlphabet.h"
+#include "format/Octets.h"
+
+// Strings: identifying and non-identifying strings, character chunks in other encodings than UTF-8,
+// encoded character strings, and the numbers of algorithms (X.891, C.13 to C.15, C.19, C.20 and
+// C.29).
+
+namespace Tavrin::fastinfoset {
+
+/// An entry of a table, valid until the table changes.
+const std::string& Decoder::stringAt(unsigned long index, Strings& table) {
+  const std::string* const entry = table.find(index);
+  if (entry == nullptr) fail(kInvalidStringIndex);
+  return *entry;
+}
+
+// --- Identifying strings ---
+
+void Decoder::decodeIdentifier(unsigned table, std::string& text) {
+  const unsigned octet = readOctet();
+  Strings& entries = strings(table);
+  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, &entries, text);
+  text = stringAt(decodeIndex(octet), entries);
+  fromTables_ += text.size();
+}
+
+void Decoder::decodeIdentifier(std::string& text) {
+  const unsigned octet = readOctet();
+  if (octet & kStringIndex) fail("Error when parsing identifier");
+  decodeLiteralIdentifier(octet, nullptr, text);
+}
+
+/// @param table null where it is octets, or a string that is checked where it is used
+void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& text) {
+  readOctets(decodeIdentifierLength(octet), text);
+  if (table == nullptr) return;
+  checkEntry(table->table(), text);
+  addEntry(*table, text);
+}
+
+// --- Non-identifying strings ---
+
+void Decoder::decodeString(unsigned octet, Strings* table, std::string& text) {
+  if (octet == kEmptyString) {
+    text.clear();
+    return;
+  }
+  if (octet & kStringIndex) {
+    const unsigned long index = decodeIndex(octet);
+    if (table == nullptr) fail("Error when decoding string");
+    text = stringAt(index, *table);
+    fromTables_ += text.size();
+    return;
+  }
+  if ((octet & kStringEncoding) == kStringUTF8) {
+    readText(decodeStringLength(octet), text);
+  } else {
+    decodeOtherString(octet, text);
+    checkText(text);
+  }
+  if ((octet & kStringAddToTable) && table != nullptr) addEntry(*table, text);
+}
+
+void Decoder::decodeString(unsigned table, std::string& text) {
+  decodeString(readOctet(), &strings(table), text);
+}
+
+// --- Encoded character strings ---
+
+/// Decodes a string in UTF-16, of a restricted alphabet or of an algorithm. This is text where
+/// nothing typed is reported.
+void Decoder::decodeOtherString(unsigned octet, std::string& text) {
+  switch (octet & kStringEncoding) {
+    case kStringUTF16:
+      return decodeUTF16(decodeStringLength(octet), text);
+    case kStringRestrictedAlphabet:
+      return decodeRestrictedAlphabet(decodeStringField(octet), text);
+    default:
+      return decodeAlgorithmText(decodeStringField(octet), text);
+  }
+}
+
+/// Chunks that an algorithm encodes are typed content: they do not come here.
+void Decoder::decodeOtherChunk(unsigned octet, std::string& text) {
+  if ((octet & kChunkEncoding) == kChunkUTF16) {
+    decodeUTF16(decodeCharactersLength(octet), text);
+  } else {
+    decodeRestrictedAlphabet(decodeChunkField(octet), text);
+  }
+}
+
+/// Big-endian, without a byte order mark.
+void Decoder::decodeUTF16(std::uint64_t length, std::string& text) {
+  readOctets(length, octets_);
+  text.clear();
+  constexpr std::uint64_t kMostOctetsOfUnit = 3;  // In UTF-8.
+  text.reserve(length / 2 * kMostOctetsOfUnit);
+  const auto unitAt = [this](std::size_t i) {
+    return static_cast<char32_t>(static_cast<unsigned char>(octets_[i]) << 8 |
+                                 static_cast<unsigned char>(octets_[i + 1]));
+  };
+  char32_t high = 0;  // The first half of a surrogate pair.
+  bool isValid = length % 2 == 0;
+  for (std::size_t i = 0; isValid && i < length; i += 2) {
+    const char32_t unit = unitAt(i);
+    const bool isHigh = unit >= 0xD800 && unit <= 0xDBFF;
+    const bool isLow = unit >= 0xDC00 && unit <= 0xDFFF;
+    isValid = isLow == (high != 0);
+    if (isHigh) {
+      high = unit;
+    } else {
+      xml::appendUTF8(isLow ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit, text);
+      high = 0;
+    }
+  }
+  if (!isValid || high != 0) fail("Invalid UTF-16");
+  checkTextLength(text.size(), length);
+}
+
+void Decoder::decodeRestrictedAlphabet(Field field, std::string& text) {
+  auto found = alphabets_.find(field.number);
+  if (found == alphabets_.end()) {
+    const std::string characters = charactersOfAlphabet(field.number);
+    checkText(characters);
+    accountFor(RestrictedAlphabet::kMostCopies * characters.size() + kEntryOctets);
+    found = alphabets_.emplace(field.number, RestrictedAlphabet(characters)).first;
+    if (!found->second.isValid()) fail("Invalid restricted alphabet");
+  }
+  readOctets(field.length, octets_);
+  const std::optional<std::uint64_t> size = found->second.sizeOf(octets_);
+  if (!size) fail("Error when decoding restricted alphabet");
+  checkTextLength(*size, field.length);
+  text.clear();
+  text.reserve(*size);
+  found->second.decode(octets_, text);
+}
+
+std::string Decoder::charactersOfAlphabet(unsigned number) {
+  if (number == kNumericAlphabet) return std::string(kNumericCharacters);
+  if (number == kDateAndTimeAlphabet) return std::string(kDateAndTimeCharacters);
+  if (number >= kFirstOwnAlphabet) {
+    return stringAt(number - kFirstOwnAlphabet, strings(kRestrictedAlphabets));
+  }
+  fail("Reserved restricted alphabet " + std::to_string(number + 1));
+}
+
+void Decoder::decodeAlgorithmText(Field field, std::string& text) {
+  std::string uri;
+  EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
+  if (algorithm == nullptr) fail(describeUnknown(uri));
+  const EncodedData& value = decodeData(*algorithm, field);
+  text = textOfValue(field.number, value);
+}
+
+// --- Algorithms ---
+
+/// Decodes the number of an algorithm or restricted alphabet, and the length of its data.
+Decoder::Field Decoder::decodeStringField(unsigned octet) {
+  const unsigned next = readOctet();
+  const unsigned number =
+      (octet << kStringFieldLowBits | next >> (8 - kStringFieldLowBits)) & kLastAlgorithmField;
+  return {number, decodeStringLength(next)};
+}
+
+/// Likewise, of a character chunk.
+Decoder::Field Decoder::decodeChunkField(unsigned octet) {
+  const unsigned next = readOctet();
+  const unsigned number = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
+                          next >> (8 - kChunkFieldLowBits);
+  return {number, decodeCharactersLength(next)};
+}
+
+EncodingAlgorithm* Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {
+  return findEncodingAlgorithm(field, uri);
+}
+
+EncodingAlgorithm* Decoder::findEncodingAlgorithm(unsigned field, std::string& uri) {
+  if (field < dialect_.firstApplicationAlgorithm) return builtIn_.find(static_cast<int>(field));
+  uri = stringAt(field - dialect_.firstApplicationAlgorithm, strings(kEncodingAlgorithms));
+  if (registeredEncodingAlgorithms_ == nullptr) return nullptr;
+  const auto found = registeredEncodingAlgorithms_->find(uri);
+  return found == registeredEncodingAlgorithms_->end() ? nullptr : found->second;
+}
+
+}  // namespace Tavrin::fastinfoset

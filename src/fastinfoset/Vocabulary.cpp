@@ -1,0 +1,137 @@
+#include "Vocabulary.h"
+
+#include <algorithm>
+
+#include "Decoder.h"
+#include "format/Octets.h"
+
+// The vocabulary: its tables, and the initial vocabulary of a document (X.891, 7.2, clause 8 and
+// C.2.5).
+
+namespace Tavrin::fastinfoset {
+
+// --- Tables ---
+
+const std::string* Strings::findExternal(unsigned long position) {
+  if (position >= external_->definedCount) return nullptr;
+  const auto [entry, isNew] = externalEntries_.try_emplace(position);
+  if (isNew) entry->second = textOf(external_->entries[position]);
+  return &entry->second;
+}
+
+Name* Names::findExternal(unsigned long position) {
+  if (position >= external_->definedCount) return nullptr;
+  const auto known = externalEntries_.find(position);
+  if (known != externalEntries_.end()) return &known->second;
+  const auto& [prefix, namespaceName, localName] = external_->entries[position];
+  Name name;
+  static_cast<NameParts&>(name) = {textOf(prefix), textOf(namespaceName), textOf(localName)};
+  name.setQName();
+  return &externalEntries_.emplace(position, std::move(name)).first->second;
+}
+
+Name& Names::append() {
+  if (size_ == blocks_.size() * kBlock) {
+    std::vector<Name> block;
+    block.reserve(kBlock);  // Before it is there: without, its names would move.
+    blocks_.push_back(std::move(block));
+  }
+  Name& name = blocks_[size_ / kBlock].emplace_back();
+  name.position = static_cast<std::uint32_t>(size_++);
+  return name;
+}
+
+void Names::shrinkTo(std::size_t size) {
+  const std::size_t blocks = std::max<std::size_t>(1, (size + kBlock - 1) / kBlock);
+  if (blocks_.size() > blocks) blocks_.resize(blocks);
+  for (size_ = std::min(size, size_); !blocks_.empty();) {
+    if (blocks_.back().size() + (blocks_.size() - 1) * kBlock <= size_) break;
+    blocks_.back().pop_back();
+  }
+}
+
+void Decoder::addEntry(Strings& table, const std::string& entry) {
+  if (table.positions() >= dialect_.maximumEntries) return;
+  accountFor(countedOctets(entry));
+  table.append(entry);
+}
+
+// --- The initial vocabulary ---
+
+void Decoder::decodeInitialVocabulary() {
+  const unsigned high = readOctet();
+  checkPadding(high & kVocabularyPadding);
+  const unsigned components = high << 8 | readOctet();
+  if (components == 0) fail("Initial vocabulary without a component");
+  if (components & kExternalVocabulary) {
+    std::string uri;
+    decodeIdentifier(uri);
+    checkText(uri);
+    useExternalVocabulary(uri);
+  }
+  for (Strings& table : strings_) {
+    if (components & componentBit(table.table())) decodeEntries(table);
+  }
+  for (Names& table : names_) {
+    if (components & componentBit(table.table())) decodeEntries(table);
+  }
+}
+
+void Decoder::useExternalVocabulary(const std::string& uri) {
+  const ExternalVocabularyMap* const known = externalVocabularies_;
+  const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
+  if (known == nullptr || found == known->end() || found->second == nullptr) {
+    fail(describeUnknownVocabulary(uri));
+  }
+  setExternalVocabulary(found->second);
+}
+
+/// @param vocabulary outlives its use; null for none
+void Decoder::setExternalVocabulary(const ExternalVocabulary* vocabulary) {
+  const auto isUsed = [&](const auto& table) {
+    return vocabulary != nullptr && (dialect_.externalTables & componentBit(table.table())) != 0;
+  };
+  for (Strings& table : strings_) {
+    table.setExternal(isUsed(table) ? &(vocabulary->*table.form().external) : nullptr);
+  }
+  for (Names& table : names_) {
+    table.setExternal(isUsed(table) ? &(vocabulary->*table.external()) : nullptr);
+  }
+}
+
+unsigned long Decoder::decodeEntryCount(unsigned long most) {
+  const unsigned long count = decodeNumberOfItems();
+  if (count <= most) return count;
+  fail("Initial vocabulary with more than " + std::to_string(most) + " entries of a kind");
+}
+
+void Decoder::decodeEntries(Strings& table) {
+  const bool isNumbered = table.table() <= kEncodingAlgorithms;  // By fields of eight bits.
+  const unsigned long count = decodeEntryCount(isNumbered ? kMaximumAlgorithms : kMaximumEntries);
+  std::string entry;
+  for (unsigned long i = 0; i < count; ++i) {
+    if (table.form().isEncoded) {
+      const unsigned octet = readOctet();
+      checkPadding(octet & (kStringIndex | kStringAddToTable));
+      decodeString(octet, nullptr, entry);
+    } else {
+      decodeIdentifier(entry);
+      checkEntry(table.table(), entry);
+    }
+    addEntry(table, entry);
+  }
+}
+
+void Decoder::decodeEntries(Names& table) {
+  const unsigned long count = decodeEntryCount(kMaximumEntries);
+  for (unsigned long i = 0; i < count; ++i) {
+    NameParts name = decodeNameSurrogate();
+    if (table.positions() >= kMaximumEntries) continue;
+    accountFor(countedOctets(name));
+    Name& entry = table.append();
+    static_cast<NameParts&>(entry) = std::move(name);
+    entry.setQName();
+  }
+}
+
+}  // namespace Tavrin::fastinfoset

@@ -1,0 +1,136 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "format/Tables.h"
+
+/// The tables of a vocabulary as a decoder keeps them (X.891, clause 8). Those of an encoder are in
+/// IndexMap.h.
+namespace Tavrin::fastinfoset {
+
+/// A table of strings: the entries of an external vocabulary, then those of the document.
+class Strings {
+ public:
+  explicit Strings(unsigned table) : table_(table) {}
+
+  unsigned table() const { return table_; }  ///< Which of the tables it is.
+  const StringTableForm& form() const { return kStringTableForms[table_]; }
+
+  /// The entries of the document.
+  std::vector<std::string>& own() { return own_; }
+  const std::vector<std::string>& own() const { return own_; }
+
+  /// How many positions the external vocabulary takes.
+  std::size_t externalPositions() const { return external_ ? external_->occupiedCount : 0; }
+  /// How many positions are in use; those of the built-in entry count as well.
+  std::size_t positions() const {
+    return builtInEntries(table_) + externalPositions() + own_.size();
+  }
+
+  /// The entry of a position, not counting the built-in one, or null. An entry of the document is
+  /// valid until the next one comes, one of an external vocabulary until the end of the document.
+  const std::string* find(unsigned long position) {
+    if (external_ != nullptr) {
+      if (position < external_->occupiedCount) return findExternal(position);
+      position -= external_->occupiedCount;
+    }
+    return position < own_.size() ? &own_[position] : nullptr;
+  }
+
+  void append(const std::string& entry) {
+    // Small documents are many: the first entries come with one allocation.
+    if (own_.capacity() == 0) own_.reserve(kFirstEntries);
+    own_.push_back(entry);
+  }
+
+  /// Puts entries before all others.
+  /// @param external outlives its use; null for none
+  void setExternal(const StringTable* external) {
+    external_ = external;
+    forgetExternalEntries();
+  }
+  /// The entries of an external vocabulary are the application's, which may change them between
+  /// documents.
+  void forgetExternalEntries() { externalEntries_.clear(); }
+
+ private:
+  static constexpr std::size_t kFirstEntries = 16;
+
+  const std::string* findExternal(unsigned long position);
+
+  unsigned table_;
+  const StringTable* external_ = nullptr;
+  std::map<unsigned long, std::string> externalEntries_;  // Those that were used.
+  std::vector<std::string> own_;
+};
+
+/// A name of a table, with what a decoder needs besides its parts.
+struct Name : NameParts {
+  std::string qName;  ///< Prefix, colon and local name, or the local name alone.
+
+  static constexpr std::uint32_t kUnlisted = UINT32_MAX;
+  std::uint32_t position = kUnlisted;  ///< Among the document's own entries of its table.
+
+  // What a reader that checks names has found, so that each is checked once.
+  std::uint32_t identity = 0;  ///< The number of the namespace name and local name, or 0.
+  std::uint64_t bindings = 0;  ///< The version of the bindings for which the prefix is right.
+  std::size_t octets = 0;      ///< How many octets are reported with it.
+
+  /// Makes the qualified name of the parts.
+  void setQName() { qName = prefix.empty() ? localName : prefix + ":" + localName; }
+};
+
+/// A table of names: the entries of an external vocabulary, then those of the document, which stay
+/// where they are when the table grows.
+class Names {
+ public:
+  explicit Names(unsigned table) : table_(table) {}
+
+  unsigned table() const { return table_; }  ///< Which of the tables it is.
+  /// The same table of an external vocabulary.
+  QualifiedNameTable ExternalVocabulary::*external() const {
+    return kExternalNameTables[table_ - kStringTables];
+  }
+
+  std::size_t size() const { return size_; }  ///< Without external entries.
+  Name& operator[](std::size_t position) { return blocks_[position / kBlock][position % kBlock]; }
+  std::size_t positions() const { return (external_ ? external_->occupiedCount : 0) + size_; }
+
+  /// The entry of a position, or null. An external entry is made a name once, however often a
+  /// document refers to it.
+  Name* find(unsigned long position) {
+    if (external_ != nullptr) {
+      if (position < external_->occupiedCount) return findExternal(position);
+      position -= external_->occupiedCount;
+    }
+    return position < size_ ? &(*this)[position] : nullptr;
+  }
+
+  Name& append();
+  /// Drops the names from a position on.
+  void shrinkTo(std::size_t size);
+
+  /// As in Strings.
+  void setExternal(const QualifiedNameTable* external) {
+    external_ = external;
+    forgetExternalEntries();
+  }
+  void forgetExternalEntries() { externalEntries_.clear(); }
+
+ private:
+  static constexpr std::size_t kBlock = 16;
+
+  Name* findExternal(unsigned long position);
+
+  unsigned table_;
+  const QualifiedNameTable* external_ = nullptr;
+  std::map<unsigned long, Name> externalEntries_;  // Those that were used.
+  std::vector<std::vector<Name>> blocks_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace Tavrin::fastinfoset

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/Vocabulary.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+/// The twelve tables of a vocabulary (X.891, 7.2 and clause 8), once for reader and writer.
+namespace Tavrin::fastinfoset {
+
+/// The tables, in the order in which an initial vocabulary has them (C.2.5).
+enum Table : unsigned {
+  kRestrictedAlphabets,
+  kEncodingAlgorithms,
+  kPrefixes,
+  kNamespaceNames,
+  kLocalNames,
+  kOtherNCNames,
+  kOtherURIs,
+  kAttributeValues,
+  kContentCharacterChunks,
+  kOtherStrings,
+  kElementNames,
+  kAttributeNames,
+};
+inline constexpr unsigned kStringTables = 10;  ///< The first of them; the others hold names.
+inline constexpr unsigned kTables = 12;
+
+/// The bits of the two octets that begin an initial vocabulary, as one number: the external
+/// vocabulary, then one bit for each table.
+inline constexpr unsigned kExternalVocabulary = 0x1000;
+constexpr unsigned componentBit(unsigned table) { return 0x0800U >> table; }
+/// The bits of the first octet that are padding.
+inline constexpr unsigned kVocabularyPadding = 0xE0;
+
+/// The most entries that a table has, and the most restricted alphabets and encoding algorithms.
+inline constexpr std::uint32_t kMaximumEntries = 1 << 20;
+inline constexpr std::uint32_t kMaximumAlgorithms = 256;
+
+/// What the entries of a table are.
+enum class EntryKind { alphabet, uri, name, text };
+
+/// What distinguishes a table of strings.
+struct StringTableForm {
+  EntryKind kind;
+  StringTable ExternalVocabulary::*external;  ///< The same table of an external vocabulary.
+  /// The entry that every document has before all others (7.2.21, 7.2.22), or null.
+  const char* builtIn = nullptr;
+  /// Whether an initial vocabulary has encoded character strings (C.19), not octet strings (C.22).
+  bool isEncoded = false;
+};
+
+inline constexpr std::array<StringTableForm, kStringTables> kStringTableForms = {{
+    {EntryKind::alphabet, &ExternalVocabulary::restrictedAlphabets},
+    {EntryKind::uri, &ExternalVocabulary::encodingAlgorithms},
+    {EntryKind::name, &ExternalVocabulary::prefixes, "xml"},
+    {EntryKind::uri, &ExternalVocabulary::namespaceNames, namespaces::xml},
+    {EntryKind::name, &ExternalVocabulary::localNames},
+    {EntryKind::name, &ExternalVocabulary::otherNCNames},
+    {EntryKind::uri, &ExternalVocabulary::otherURIs},
+    {EntryKind::text, &ExternalVocabulary::attributeValues, nullptr, true},
+    {EntryKind::text, &ExternalVocabulary::contentCharacterChunks, nullptr, true},
+    {EntryKind::text, &ExternalVocabulary::otherStrings, nullptr, true},
+}};
+
+/// The tables of names of an external vocabulary: those of elements and of attributes.
+inline constexpr std::array<QualifiedNameTable ExternalVocabulary::*, kTables - kStringTables>
+    kExternalNameTables = {&ExternalVocabulary::elementNameSurrogates,
+                           &ExternalVocabulary::attributeNameSurrogates};
+
+/// How many positions the built-in entry of a table takes.
+constexpr std::uint32_t builtInEntries(unsigned table) {
+  return kStringTableForms[table].builtIn == nullptr ? 0 : 1;
+}
+
+/// A text of an external vocabulary; a null one is empty.
+inline std::string textOf(const char* entry) { return entry == nullptr ? "" : entry; }
+
+/// A name as the tables of names hold it (8.5); a part that is absent is empty.
+struct NameParts {
+  std::string prefix;
+  std::string namespaceName;
+  std::string localName;
+
+  bool operator==(const NameParts&) const = default;
+};
+
+// --- What entries count for where tables are bounded ---
+
+// It is no less than a reader needs for an entry at any time, including what growing tables and the
+// allocator add.
+
+inline constexpr std::uint64_t kEntryOctets = 128;  ///< Besides the octets of a string.
+inline constexpr std::uint64_t kNameOctets = 320;   ///< Besides the octets of a name's parts.
+/// The parts of a name are also in their own tables, in the qualified name, and where attributes
+/// are told apart.
+inline constexpr std::uint64_t kNameCopies = 3;
+/// What a reader may need for all tables of a document, unless it is told otherwise. A writer must
+/// not exceed it.
+inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
+
+inline std::uint64_t countedOctets(const std::string& entry) { return entry.size() + kEntryOctets; }
+inline std::uint64_t countedOctets(const NameParts& name) {
+  return kNameCopies * (name.prefix.size() + name.namespaceName.size() + name.localName.size()) +
+         kNameOctets;
+}
+
+}  // namespace Tavrin::fastinfoset
