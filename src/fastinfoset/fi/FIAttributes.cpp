@@ -5,9 +5,7 @@
 #include "../DecodeAttributes.h"
 #include "FIDecoder.h"
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -86,13 +84,13 @@ void keepSmall(Records& records, Records& spare) {
 
 }  // namespace
 
-bool XMLReader_FI::Decoder::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
+bool FIDecoder::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
   AppendedAttributes appended(attributes, spareAttributes_);
-  return fastinfoset::Decoder::decodeAttributes(appended);
+  return Decoder::decodeAttributes(appended);
 }
 
 /// The list is made for the element: its values end before the next item is read.
-bool XMLReader_FI::Decoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
+bool FIDecoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
   bool ended = false;
   if (hasAttributes) {
@@ -108,4 +106,4 @@ bool XMLReader_FI::Decoder::decodeStartTag(bool hasAttributes, const Name& name,
   return ended;
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -12,9 +12,7 @@
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -37,20 +35,16 @@ class DeclarationsOpened {
 
 }  // namespace
 
-XMLReader_FI::Decoder::Decoder(XMLReader_FI& reader)
-    : fastinfoset::Decoder(kDialectFI,
-                           {reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}) {}
+FIDecoder::FIDecoder(const Handlers& handlers) : Decoder(kDialectFI, handlers) {}
 
-void XMLReader_FI::Decoder::throwFailure(const std::string& message) const {
-  throw SAXException(message);
-}
+void FIDecoder::throwFailure(const std::string& message) const { throw SAXException(message); }
 
-void XMLReader_FI::Decoder::beginDocument() {
-  fastinfoset::Decoder::beginDocument();
+void FIDecoder::beginDocument() {
+  Decoder::beginDocument();
   declarations_.clear();
 }
 
-void XMLReader_FI::Decoder::decodeDocument() {
+void FIDecoder::decodeDocument() {
   if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
@@ -62,40 +56,35 @@ void XMLReader_FI::Decoder::decodeDocument() {
 // --- Document ---
 
 // What no handler takes is printed, a line each, which is out when the reader goes on.
-void XMLReader_FI::Decoder::reportUnused(const std::string& line) {
-  std::cout << line << std::endl;
-}
+void FIDecoder::reportUnused(const std::string& line) { std::cout << line << std::endl; }
 
-void XMLReader_FI::Decoder::reportVersion(const std::string& version) {
+void FIDecoder::reportVersion(const std::string& version) {
   reportUnused("decodeVersion - \"" + version + '"');
 }
 
-void XMLReader_FI::Decoder::reportStandalone(unsigned) {}
+void FIDecoder::reportStandalone(unsigned) {}
 
-void XMLReader_FI::Decoder::reportNotation(const std::string& name, const std::string& publicId,
-                                           const std::string& systemId) {
+void FIDecoder::reportNotation(const std::string& name, const std::string& publicId,
+                               const std::string& systemId) {
   if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
 }
 
-void XMLReader_FI::Decoder::reportUnparsedEntity(const std::string& name,
-                                                 const std::string& publicId,
-                                                 const std::string& systemId,
-                                                 const std::string& notation) {
+void FIDecoder::reportUnparsedEntity(const std::string& name, const std::string& publicId,
+                                     const std::string& systemId, const std::string& notation) {
   if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notation);
 }
 
-void XMLReader_FI::Decoder::reportStartDTD(const std::string& publicId,
-                                           const std::string& systemId) {
+void FIDecoder::reportStartDTD(const std::string& publicId, const std::string& systemId) {
   if (lexicalHandler_) lexicalHandler_->startDTD(std::string(), publicId, systemId);
 }
 
-void XMLReader_FI::Decoder::reportEndDTD() {
+void FIDecoder::reportEndDTD() {
   if (lexicalHandler_) lexicalHandler_->endDTD();
 }
 
 // --- Elements ---
 
-void XMLReader_FI::Decoder::decodeNamespaces(std::vector<std::string>& declarations) {
+void FIDecoder::decodeNamespaces(std::vector<std::string>& declarations) {
   unsigned octet = readOctet();
   for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
     std::string prefix;
@@ -108,12 +97,12 @@ void XMLReader_FI::Decoder::decodeNamespaces(std::vector<std::string>& declarati
 }
 
 /// For derived readers, which may decode an element of another document in between.
-bool XMLReader_FI::Decoder::decodeElement(unsigned octet) {
+bool FIDecoder::decodeElement(unsigned octet) {
   const DeclarationsOpened opened(declarations_);
-  return fastinfoset::Decoder::decodeElement(octet);
+  return Decoder::decodeElement(octet);
 }
 
-std::uint32_t XMLReader_FI::Decoder::decodeDeclarations() {
+std::uint32_t FIDecoder::decodeDeclarations() {
   std::vector<std::string> declarations;
   decodeNamespaces(declarations);
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
@@ -124,7 +113,7 @@ std::uint32_t XMLReader_FI::Decoder::decodeDeclarations() {
   return static_cast<std::uint32_t>(declarations_.back().size() / 2);
 }
 
-void XMLReader_FI::Decoder::reportEndElement(const Name& name, std::uint32_t count) {
+void FIDecoder::reportEndElement(const Name& name, std::uint32_t count) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
   if (count == 0) return;
   const std::vector<std::string> declarations = std::move(declarations_.back());
@@ -136,12 +125,11 @@ void XMLReader_FI::Decoder::reportEndElement(const Name& name, std::uint32_t cou
 
 // --- Content ---
 
-void XMLReader_FI::Decoder::reportCharacters(const std::string& text) {
+void FIDecoder::reportCharacters(const std::string& text) {
   if (contentHandler_) contentHandler_->characters(text);
 }
 
-void XMLReader_FI::Decoder::reportValue(unsigned field, const std::string& uri,
-                                        const EncodedData& value) {
+void FIDecoder::reportValue(unsigned field, const std::string& uri, const EncodedData& value) {
   if (contentHandler_ && field == algorithms::cdata) {
     if (lexicalHandler_) lexicalHandler_->startCDATA();
     if (contentHandler_) contentHandler_->characters(value.toString());
@@ -155,37 +143,35 @@ void XMLReader_FI::Decoder::reportValue(unsigned field, const std::string& uri,
   }
 }
 
-void XMLReader_FI::Decoder::reportOctets(bool, unsigned field, const std::string& uri,
-                                         const std::string& octets) {
+void FIDecoder::reportOctets(bool, unsigned field, const std::string& uri,
+                             const std::string& octets) {
   if (!encodingAlgorithmContentHandler_) return;
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
 }
 
-void XMLReader_FI::Decoder::reportComment(const std::string& text) {
+void FIDecoder::reportComment(const std::string& text) {
   if (lexicalHandler_) lexicalHandler_->comment(text);
 }
 
-void XMLReader_FI::Decoder::reportProcessingInstruction(const std::string& target,
-                                                        const std::string& data) {
+void FIDecoder::reportProcessingInstruction(const std::string& target, const std::string& data) {
   if (contentHandler_) contentHandler_->processingInstruction(target, data);
 }
 
-void XMLReader_FI::Decoder::reportEntityReference(const std::string& name,
-                                                  const std::string& publicId,
-                                                  const std::string& systemId) {
+void FIDecoder::reportEntityReference(const std::string& name, const std::string& publicId,
+                                      const std::string& systemId) {
   reportUnused("unexpanded entity reference - name = \"" + name + "\", systemID = \"" + systemId +
                "\", publicID = \"" + publicId + '"');
 }
 
 // --- Formats that this dialect does not decode ---
 
-void XMLReader_FI::Decoder::decodeOtherString(unsigned octet, std::string&) {
+void FIDecoder::decodeOtherString(unsigned octet, std::string&) {
   // Of UTF-16 the string itself is taken for the next item; of restricted alphabets and algorithms
   // so is all behind this octet.
   if ((octet & kStringEncoding) == kStringUTF16) decodeStringLength(octet);
 }
 
-void XMLReader_FI::Decoder::decodeOtherChunk(unsigned octet, std::string&) {
+void FIDecoder::decodeOtherChunk(unsigned octet, std::string&) {
   if ((octet & kChunkEncoding) == kChunkUTF16) {
     decodeCharactersLength(octet);  // The text is taken for the next item.
   } else {
@@ -205,7 +191,7 @@ bool isString(unsigned field) {
 }  // namespace
 
 /// Lets an algorithm decode its data from the stream. Algorithms do not notice its end.
-EncodedData& XMLReader_FI::Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
+EncodedData& FIDecoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
   const auto [field, length] = data;
   const bool isBuiltIn = &algorithm == builtIn_.find(static_cast<int>(field));
   if (isBuiltIn) checkEncodedLength(static_cast<int>(field), length);
@@ -221,7 +207,7 @@ EncodedData& XMLReader_FI::Decoder::decodeData(EncodingAlgorithm& algorithm, Fie
 
 /// Waits for the octets of a value, and lets a built-in algorithm decode them. They are read with
 /// the operation of the stream with which the algorithm would read them.
-EncodedData& XMLReader_FI::Decoder::decodeLarge(EncodingAlgorithm& algorithm, Field data) {
+EncodedData& FIDecoder::decodeLarge(EncodingAlgorithm& algorithm, Field data) {
   const auto field = data.number;
   const auto length = data.length;
   const bool isBoolean = field == algorithms::boolean;
@@ -247,12 +233,12 @@ EncodedData& XMLReader_FI::Decoder::decodeLarge(EncodingAlgorithm& algorithm, Fi
   return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream.over(octets));
 }
 
-std::string XMLReader_FI::Decoder::describeUnknown(const std::string& uri) const {
+std::string FIDecoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri;
 }
 
-std::string XMLReader_FI::Decoder::describeUnknownVocabulary(const std::string& uri) const {
+std::string FIDecoder::describeUnknownVocabulary(const std::string& uri) const {
   return "Unknown external vocabulary - " + uri;
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -12,12 +12,14 @@
 
 #include "../Decoder.h"
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
 /// What reader "FI" does in its own way.
-class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
+class FIDecoder : public Decoder {
  public:
-  explicit Decoder(XMLReader_FI& reader);
+  using QualifiedName = XMLReader_FI::QualifiedName;
+
+  explicit FIDecoder(const Handlers& handlers);
 
   // --- The operations of derived readers, with tables of their own ---
 
@@ -40,10 +42,6 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
   void decodeInitialVocabulary() override;
 
  private:
-  using Name = fastinfoset::Name;
-  using Names = fastinfoset::Names;
-  using Strings = fastinfoset::Strings;
-
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
   void decodeDocument() override;
@@ -97,4 +95,4 @@ class XMLReader_FI::Decoder final : public fastinfoset::Decoder {
   std::vector<std::unique_ptr<EncodingAlgorithmAttributesImpl::Attribute>> spareAttributes_;
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

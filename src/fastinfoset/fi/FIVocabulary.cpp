@@ -3,9 +3,7 @@
 
 // The initial vocabulary of this dialect, and strings and names in tables of derived readers.
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -16,12 +14,12 @@ constexpr const char* kInvalidAttributeName = "Error when decoding attribute nam
 
 // --- The initial vocabulary ---
 
-void XMLReader_FI::Decoder::decodeInitialVocabulary() {
+void FIDecoder::decodeInitialVocabulary() {
   const unsigned high = readOctet();
   const unsigned components = high << 8 | readOctet();
   if (components & kExternalVocabulary) {
     std::string uri;
-    fastinfoset::Decoder::decodeIdentifier(uri);
+    Decoder::decodeIdentifier(uri);
     if (externalVocabularies_ == nullptr || externalVocabularies_->count(uri) == 0) {
       fail(describeUnknownVocabulary(uri));
     }
@@ -56,23 +54,23 @@ void replaceEntries(unsigned long count, std::vector<Entry>& table, Decode decod
 
 }  // namespace
 
-void XMLReader_FI::Decoder::decodeStringTable(Table& table) {
+void FIDecoder::decodeStringTable(Table& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeString(nullptr, nullptr, entry); });
 }
 
-void XMLReader_FI::Decoder::decodeIdentifierTable(Table& table) {
+void FIDecoder::decodeIdentifierTable(Table& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeIdentifier(nullptr, entry); });
 }
 
-void XMLReader_FI::Decoder::decodeQualifiedNameTable(NameTable& table) {
+void FIDecoder::decodeQualifiedNameTable(NameTable& table) {
   replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
     decodeNameParts(readOctet(), name.prefix, name.namespaceName, name.localName);
   });
 }
 
-void XMLReader_FI::Decoder::decodeNameTable(Names& table) {
+void FIDecoder::decodeNameTable(Names& table) {
   const unsigned long count = decodeNumberOfItems();
   table.shrinkTo(count);
   for (unsigned long i = 0; i < count; ++i) {
@@ -84,27 +82,26 @@ void XMLReader_FI::Decoder::decodeNameTable(Names& table) {
 
 // --- Names ---
 
-XMLReader_FI::QualifiedName& XMLReader_FI::Decoder::decodeQualifiedName(unsigned octet,
-                                                                        NameTable& table) {
+FIDecoder::QualifiedName& FIDecoder::decodeQualifiedName(unsigned octet, NameTable& table) {
   QualifiedName& name = table.emplace_back();
   decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
   return name;
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getElementName(unsigned long index) {
+FIDecoder::QualifiedName FIDecoder::getElementName(unsigned long index) {
   const Name& name = nameAt(index, names(kElementNames), kInvalidElementName);
   return {name.prefix, name.namespaceName, name.localName};
 }
 
-XMLReader_FI::QualifiedName XMLReader_FI::Decoder::getAttributeName(unsigned long index) {
+FIDecoder::QualifiedName FIDecoder::getAttributeName(unsigned long index) {
   const Name& name = nameAt(index, names(kAttributeNames), kInvalidAttributeName);
   return {name.prefix, name.namespaceName, name.localName};
 }
 
 // --- Strings ---
 
-std::string XMLReader_FI::Decoder::getString(unsigned long index, const Table* table,
-                                             const StringTable* external) const {
+std::string FIDecoder::getString(unsigned long index, const Table* table,
+                                 const StringTable* external) const {
   if (external != nullptr) {
     if (index < external->definedCount) return textOf(external->entries[index]);
     if (index < external->occupiedCount) fail(kInvalidStringIndex);
@@ -115,24 +112,23 @@ std::string XMLReader_FI::Decoder::getString(unsigned long index, const Table* t
   return (*table)[index];
 }
 
-void XMLReader_FI::Decoder::decodeString(unsigned octet, Table* table, const StringTable* external,
-                                         std::string& text) {
+void FIDecoder::decodeString(unsigned octet, Table* table, const StringTable* external,
+                             std::string& text) {
   const bool isIndex = (octet & kStringIndex) != 0 && octet != kEmptyString;
   if (isIndex) {
     text = getString(decodeIndex(octet), table, external);
     return;
   }
-  fastinfoset::Decoder::decodeString(octet, nullptr, text);
+  Decoder::decodeString(octet, nullptr, text);
   const bool adds = (octet & kStringAddToTable) != 0 && octet != kEmptyString;
   if (adds && table != nullptr) table->push_back(text);
 }
 
-void XMLReader_FI::Decoder::decodeString(Table* table, const StringTable* external,
-                                         std::string& text) {
+void FIDecoder::decodeString(Table* table, const StringTable* external, std::string& text) {
   decodeString(readOctet(), table, external, text);
 }
 
-void XMLReader_FI::Decoder::decodeIdentifier(Table* table, std::string& text) {
+void FIDecoder::decodeIdentifier(Table* table, std::string& text) {
   const unsigned octet = readOctet();
   if ((octet & kStringIndex) == 0) {
     decodeLiteralIdentifier(octet, nullptr, text);
@@ -143,4 +139,4 @@ void XMLReader_FI::Decoder::decodeIdentifier(Table* table, std::string& text) {
   }
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -9,7 +9,13 @@ namespace Tavrin {
 
 const XMLReaderType XMLReader_FI::type_("FI", &XMLReader_FI::create);
 
-XMLReader_FI::XMLReader_FI() : decoder_(std::make_unique<Decoder>(*this)) {}
+class XMLReader_FI::Decoder final : public fastinfoset::FIDecoder {
+  using FIDecoder::FIDecoder;
+};
+
+XMLReader_FI::XMLReader_FI()
+    : decoder_(std::make_unique<Decoder>(
+          fastinfoset::Decoder::Handlers{contentHandler_, errorHandler_, dtdHandler_})) {}
 
 XMLReader_FI::~XMLReader_FI() = default;
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Tavrin/XMLReader_X891.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -81,11 +79,13 @@ class NextOctets {
   std::istream stream_;
 };
 
+namespace fastinfoset {
+
 /// What reader "X891" does beside decoding: it checks what a document says, bounds what it costs,
 /// and knows the formats that "FI" does not.
-class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
+class X891Decoder : public Decoder {
  public:
-  explicit Decoder(XMLReader_X891& reader);
+  explicit X891Decoder(const Handlers& handlers);
 
   // --- As the reader has them ---
 
@@ -95,9 +95,6 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 
  private:
-  using Name = fastinfoset::Name;
-  using Strings = fastinfoset::Strings;
-
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
   void decodeDocument() override;
@@ -108,7 +105,6 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   void checkText(std::string_view text) override;
   void checkTextLength(std::uint64_t textOctets, std::uint64_t length) override;
   void checkAmplification() const override;
-  EncodingAlgorithm* getEncodingAlgorithm(unsigned field, std::string& uri) override;
   std::string describeUnknown(const std::string& uri) const override;
   std::string describeUnknownVocabulary(const std::string& uri) const override;
   EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
@@ -156,8 +152,6 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   SAXParseException exceptionHere(const std::string& message) const;
   void releaseProlog(const std::string& rootName);
 
-  XMLReader_X891& reader_;
-
   // --- Limits ---
 
   // What an event counts for that waits for the root element, and an attribute while its start tag
@@ -167,7 +161,7 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
 
   static constexpr double kAmplificationFactor = 1000;
   static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} << 20;
-  static constexpr std::uint64_t kMaximumTableOctets = fastinfoset::kReadersTableOctets;
+  static constexpr std::uint64_t kMaximumTableOctets = kReadersTableOctets;
   static constexpr std::uint64_t kMaximumLiteralOctets = std::uint64_t{1} << 30;
 
   double amplificationFactor_ = kAmplificationFactor;
@@ -217,8 +211,10 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
 
 /// Only what comes from a table by its index can be delivered far more often than it was read; and
 /// what an application's algorithm makes counts alike.
-inline void XMLReader_X891::Decoder::checkAmplification() const {
+inline void X891Decoder::checkAmplification() const {
   if (fromTables_ > document_.allowedFromTables) allowMoreFromTables();
 }
+
+}  // namespace fastinfoset
 
 }  // namespace Tavrin

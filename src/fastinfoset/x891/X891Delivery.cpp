@@ -10,18 +10,16 @@
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 // --- What comes before the root element ---
 // The name of the document type is that of the root element: what follows it waits for that. It
 // takes memory meanwhile, so it counts like an entry of a table.
 
-void XMLReader_X891::Decoder::reportUnused(const std::string&) {}
+void X891Decoder::reportUnused(const std::string&) {}
 
-void XMLReader_X891::Decoder::reportNotation(const std::string& name, const std::string& publicId,
-                                             const std::string& systemId) {
+void X891Decoder::reportNotation(const std::string& name, const std::string& publicId,
+                                 const std::string& systemId) {
   checkExternalId(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
   document_.isHoldingBack = true;
@@ -30,10 +28,9 @@ void XMLReader_X891::Decoder::reportNotation(const std::string& name, const std:
   });
 }
 
-void XMLReader_X891::Decoder::reportUnparsedEntity(const std::string& name,
-                                                   const std::string& publicId,
-                                                   const std::string& systemId,
-                                                   const std::string& notationName) {
+void X891Decoder::reportUnparsedEntity(const std::string& name, const std::string& publicId,
+                                       const std::string& systemId,
+                                       const std::string& notationName) {
   checkExternalId(publicId, systemId);
   accountFor(name.size() + publicId.size() + systemId.size() + notationName.size() +
              kHeldBackOctets);
@@ -43,8 +40,7 @@ void XMLReader_X891::Decoder::reportUnparsedEntity(const std::string& name,
   });
 }
 
-void XMLReader_X891::Decoder::reportStartDTD(const std::string& publicId,
-                                             const std::string& systemId) {
+void X891Decoder::reportStartDTD(const std::string& publicId, const std::string& systemId) {
   checkExternalId(publicId, systemId);
   Document& document = document_;
   document.hasDocumentType = true;
@@ -56,13 +52,13 @@ void XMLReader_X891::Decoder::reportStartDTD(const std::string& publicId,
   document.declarations.clear();
 }
 
-void XMLReader_X891::Decoder::reportEndDTD() {
+void X891Decoder::reportEndDTD() {
   document_.prolog.emplace_back([this](const std::string&) {
     if (lexicalHandler_) lexicalHandler_->endDTD();
   });
 }
 
-void XMLReader_X891::Decoder::releaseProlog(const std::string& rootName) {
+void X891Decoder::releaseProlog(const std::string& rootName) {
   Document& document = document_;
   document.isHoldingBack = false;
   if (!document.hasDocumentType) {
@@ -75,7 +71,7 @@ void XMLReader_X891::Decoder::releaseProlog(const std::string& rootName) {
   document.prolog.clear();
 }
 
-void XMLReader_X891::Decoder::reportComment(const std::string& text) {
+void X891Decoder::reportComment(const std::string& text) {
   if (text.find("--") != std::string::npos || text.ends_with('-')) {
     fail("Comment with \"--\" or \"-\" at its end");
   }
@@ -90,8 +86,7 @@ void XMLReader_X891::Decoder::reportComment(const std::string& text) {
   }
 }
 
-void XMLReader_X891::Decoder::reportProcessingInstruction(const std::string& target,
-                                                          const std::string& data) {
+void X891Decoder::reportProcessingInstruction(const std::string& target, const std::string& data) {
   if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
   if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
   if (data.find_first_of(" \t\r\n") == 0) {
@@ -110,8 +105,7 @@ void XMLReader_X891::Decoder::reportProcessingInstruction(const std::string& tar
 
 // --- Elements ---
 
-bool XMLReader_X891::Decoder::decodeStartTag(bool hasAttributes, const Name& name,
-                                             std::uint32_t declarations) {
+bool X891Decoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) {
   Document& document = document_;
   StartTagAttributes& attributes = attributes_;
   attributes.clear();
@@ -131,7 +125,7 @@ bool XMLReader_X891::Decoder::decodeStartTag(bool hasAttributes, const Name& nam
   return ended;
 }
 
-void XMLReader_X891::Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
+void X891Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
   if (declarations == 0) return;
   xml::NamespaceBindings& bindings = document_.bindings;
@@ -145,13 +139,12 @@ void XMLReader_X891::Decoder::reportEndElement(const Name& name, std::uint32_t d
 
 // --- Content ---
 
-void XMLReader_X891::Decoder::reportCharacters(const std::string& text) {
+void X891Decoder::reportCharacters(const std::string& text) {
   checkAmplification();
   if (contentHandler_ && !text.empty()) contentHandler_->characters(text);
 }
 
-void XMLReader_X891::Decoder::reportValue(unsigned field, const std::string& uri,
-                                          const EncodedData& value) {
+void X891Decoder::reportValue(unsigned field, const std::string& uri, const EncodedData& value) {
   if (field == algorithms::cdata) {
     if (lexicalHandler_) lexicalHandler_->startCDATA();
     reportCharacters(static_cast<const CDATAData&>(value).data_);
@@ -172,8 +165,8 @@ void XMLReader_X891::Decoder::reportValue(unsigned field, const std::string& uri
   }
 }
 
-void XMLReader_X891::Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,
-                                           const std::string& octets) {
+void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,
+                               const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would lead astray.
   if (adds) fail(describeUnknown(uri) + ", because the text enters a table");
   if (!encodingAlgorithmContentHandler_) {
@@ -183,9 +176,8 @@ void XMLReader_X891::Decoder::reportOctets(bool adds, unsigned field, const std:
   encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
 }
 
-void XMLReader_X891::Decoder::reportEntityReference(const std::string& name,
-                                                    const std::string& publicId,
-                                                    const std::string& systemId) {
+void X891Decoder::reportEntityReference(const std::string& name, const std::string& publicId,
+                                        const std::string& systemId) {
   checkAmplification();
   checkExternalId(publicId, systemId);
   if (!publicId.empty() || !systemId.empty()) declareEntity(name, publicId, systemId);
@@ -193,8 +185,8 @@ void XMLReader_X891::Decoder::reportEntityReference(const std::string& name,
 }
 
 /// The format gives identifiers to references. In XML a declaration has them, once for a name.
-void XMLReader_X891::Decoder::declareEntity(const std::string& name, const std::string& publicId,
-                                            const std::string& systemId) {
+void X891Decoder::declareEntity(const std::string& name, const std::string& publicId,
+                                const std::string& systemId) {
   const auto [entity, isNew] = document_.entities.try_emplace(name, publicId, systemId);
   if (!isNew) {
     if (entity->second == std::pair(publicId, systemId)) return;
@@ -204,4 +196,4 @@ void XMLReader_X891::Decoder::declareEntity(const std::string& name, const std::
   if (declHandler_) declHandler_->externalEntityDecl(name, publicId, systemId);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

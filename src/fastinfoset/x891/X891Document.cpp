@@ -9,9 +9,7 @@
 // The document as this reader has it: XML declarations before the header (X.891, 12.3), version and
 // standalone.
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 namespace {
 
@@ -38,7 +36,7 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 
 }  // namespace
 
-void XMLReader_X891::Decoder::decodeDocument() {
+void X891Decoder::decodeDocument() {
   decodeHeader();
   decodeOptionalComponents();
   if (contentHandler_) contentHandler_->startDocument();
@@ -48,14 +46,14 @@ void XMLReader_X891::Decoder::decodeDocument() {
   if (contentHandler_) contentHandler_->endDocument();
 }
 
-void XMLReader_X891::Decoder::decodeHeader() {
+void X891Decoder::decodeHeader() {
   if (input_.isGood() && input_.buffer().sgetc() == kXMLDeclarations[0].text[0]) {
     decodeXMLDeclaration();
   }
   if (!isFastInfosetDocument()) fail(kNotFastInfoset);
 }
 
-void XMLReader_X891::Decoder::decodeXMLDeclaration() {
+void X891Decoder::decodeXMLDeclaration() {
   // As soon as no declaration begins like that, no more is read: the rest may be a stranger's.
   std::string text;
   const auto isPossible = [&] {
@@ -73,24 +71,24 @@ void XMLReader_X891::Decoder::decodeXMLDeclaration() {
   }
 }
 
-void XMLReader_X891::Decoder::checkPadding(unsigned bits) const {
+void X891Decoder::checkPadding(unsigned bits) const {
   if (bits != 0) fail("Padding bits that are not zero");
 }
 
 // The components have the last word.
 
-void XMLReader_X891::Decoder::reportVersion(const std::string& version) {
+void X891Decoder::reportVersion(const std::string& version) {
   if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");
   document_.version = version;
 }
 
-void XMLReader_X891::Decoder::reportStandalone(unsigned octet) {
+void X891Decoder::reportStandalone(unsigned octet) {
   if (octet > 1) fail("Error when decoding standalone");
   document_.standalone = octet == 1;
 }
 
-void XMLReader_X891::Decoder::checkRootElement(bool hasRoot) const {
+void X891Decoder::checkRootElement(bool hasRoot) const {
   if (!hasRoot) fail("Document without an element");
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -13,14 +13,12 @@
 
 // Encoding algorithms (X.891, clause 10): which there are, and what their values may be and cost.
 
-namespace Tavrin {
-
-using namespace fastinfoset;
+namespace Tavrin::fastinfoset {
 
 /// Text may take many times the octets that it was made of. It counts like text from tables, and
 /// that of an attribute, which is kept as long as its tag is read, like the attribute.
 /// @param length how many octets arrived for it
-void XMLReader_X891::Decoder::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
+void X891Decoder::checkTextLength(std::uint64_t textOctets, std::uint64_t length) {
   checkLiteralLength(textOctets);
   if (textOctets <= length) return;
   fromTables_ += textOctets - length;
@@ -33,12 +31,7 @@ void XMLReader_X891::Decoder::checkTextLength(std::uint64_t textOctets, std::uin
 
 // --- Encoding algorithms ---
 
-/// A derived reader may put another algorithm in its place.
-EncodingAlgorithm* XMLReader_X891::Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {
-  return reader_.getEncodingAlgorithm(field, uri);
-}
-
-EncodingAlgorithm* XMLReader_X891::Decoder::findAlgorithm(unsigned field, std::string& uri) {
+EncodingAlgorithm* X891Decoder::findAlgorithm(unsigned field, std::string& uri) {
   if (field == algorithms::uuid) return &uuid_;
   checkAlgorithmField(field);
   EncodingAlgorithm* algorithm = findEncodingAlgorithm(field, uri);
@@ -51,7 +44,7 @@ EncodingAlgorithm* XMLReader_X891::Decoder::findAlgorithm(unsigned field, std::s
 }
 
 /// An algorithm of the application is named in a table.
-void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) {
+void X891Decoder::checkAlgorithmField(unsigned field) {
   if (field < kDialectX891.firstApplicationAlgorithm) return;
   Strings& uris = strings(kEncodingAlgorithms);
   if (uris.find(field - kDialectX891.firstApplicationAlgorithm) != nullptr) return;
@@ -62,12 +55,12 @@ void XMLReader_X891::Decoder::checkAlgorithmField(unsigned field) {
        propertyName(properties::externalVocabularies) + ")");
 }
 
-std::string XMLReader_X891::Decoder::describeUnknown(const std::string& uri) const {
+std::string X891Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri + " (add it to the property " +
          propertyName(properties::registeredEncodingAlgorithms) + ")";
 }
 
-std::string XMLReader_X891::Decoder::describeUnknownVocabulary(const std::string& uri) const {
+std::string X891Decoder::describeUnknownVocabulary(const std::string& uri) const {
   return "Unknown external vocabulary - " + uri + " (add it to the property " +
          propertyName(properties::externalVocabularies) + ")";
 }
@@ -103,8 +96,8 @@ std::size_t sizeOfItems(unsigned field) {
 
 }  // namespace
 
-EncodedData& XMLReader_X891::Decoder::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
-                                                 unsigned long length) {
+EncodedData& X891Decoder::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
+                                     unsigned long length) {
   try {
     return algorithm.decodeFromInputStream(static_cast<std::uint32_t>(length), stream);
   } catch (const EncodingAlgorithmException& exception) {
@@ -114,8 +107,7 @@ EncodedData& XMLReader_X891::Decoder::decodeFrom(std::istream& stream, EncodingA
 
 /// Lets an algorithm decode octets that have been read: they are all there, and it cannot read
 /// beyond.
-EncodedData& XMLReader_X891::Decoder::decodeWhole(EncodingAlgorithm& algorithm,
-                                                  unsigned long length) {
+EncodedData& X891Decoder::decodeWhole(EncodingAlgorithm& algorithm, unsigned long length) {
   readOctets(length, octets_);
   if (!octetStream_) octetStream_.emplace();
   std::istream& stream = octetStream_->over(octets_);
@@ -126,8 +118,7 @@ EncodedData& XMLReader_X891::Decoder::decodeWhole(EncodingAlgorithm& algorithm,
 
 /// Lets a built-in algorithm decode whole numbers that have arrived, of which there may be very
 /// many: they are not copied before.
-EncodedData& XMLReader_X891::Decoder::decodeItems(EncodingAlgorithm& algorithm,
-                                                  unsigned long length) {
+EncodedData& X891Decoder::decodeItems(EncodingAlgorithm& algorithm, unsigned long length) {
   NextOctets octets(input_.buffer(), length);
   EncodedData& decoded = decodeFrom(octets.stream(), algorithm, length);
   input_.add(octets.taken());
@@ -137,7 +128,7 @@ EncodedData& XMLReader_X891::Decoder::decodeItems(EncodingAlgorithm& algorithm,
 }
 
 /// Lets an algorithm decode its data, and no more.
-EncodedData& XMLReader_X891::Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
+EncodedData& X891Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
   const auto [field, length] = data;
   if (length > std::numeric_limits<std::uint32_t>::max()) {
     fail("Encoded data longer than 4294967295 octets");
@@ -170,7 +161,7 @@ EncodedData& XMLReader_X891::Decoder::decodeData(EncodingAlgorithm& algorithm, F
 }
 
 /// Text of a string that stands where nothing typed is reported.
-std::string XMLReader_X891::Decoder::textOfValue(unsigned field, const EncodedData& value) {
+std::string X891Decoder::textOfValue(unsigned field, const EncodedData& value) {
   checkTextOf(field, value);
   std::string text = value.toString();
   if (field >= kDialectX891.firstApplicationAlgorithm) checkTextLength(text.size(), 0);
@@ -179,7 +170,7 @@ std::string XMLReader_X891::Decoder::textOfValue(unsigned field, const EncodedDa
 
 /// Booleans are the one kind of value whose text takes many times their octets: a bit becomes a
 /// word. That of an application's algorithm is known when it is there.
-void XMLReader_X891::Decoder::checkTextOf(unsigned field, const EncodedData& value) {
+void X891Decoder::checkTextOf(unsigned field, const EncodedData& value) {
   if (field != algorithms::boolean) return;
   constexpr std::uint64_t kLongestWord = sizeof "false";  // With the space in front.
   const std::uint64_t count = static_cast<const BooleanData&>(value).data_.size();
@@ -187,8 +178,7 @@ void XMLReader_X891::Decoder::checkTextOf(unsigned field, const EncodedData& val
 }
 
 /// The table holds the text that the value stands for (7.14).
-void XMLReader_X891::Decoder::checkValue(bool adds, Strings& table, unsigned field,
-                                         EncodedData& value) {
+void X891Decoder::checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) {
   const bool isAttribute = table.table() == kAttributeValues;
   if (field == algorithms::cdata && isAttribute) fail("CDATA section in an attribute value");
   // Anyone may ask for an attribute's text; an application's algorithm may give any.
@@ -201,4 +191,4 @@ void XMLReader_X891::Decoder::checkValue(bool adds, Strings& table, unsigned fie
   if (adds) addEntry(table, text);
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -11,17 +11,15 @@
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
 // enter the document, names once for the declarations in scope.
 
-namespace Tavrin {
+namespace Tavrin::fastinfoset {
 
-using namespace fastinfoset;
-
-void XMLReader_X891::Decoder::checkText(std::string_view text) {
+void X891Decoder::checkText(std::string_view text) {
   if (xml::isEasyText(text)) return;
   const std::size_t position = xml::findInvalid(text);
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void XMLReader_X891::Decoder::checkEntry(unsigned table, const std::string& entry) {
+void X891Decoder::checkEntry(unsigned table, const std::string& entry) {
   if (kStringTableForms[table].kind == EntryKind::name) {
     if (!xml::isNCName(entry)) fail("Invalid name \"" + entry + "\"");
   } else {
@@ -29,8 +27,7 @@ void XMLReader_X891::Decoder::checkEntry(unsigned table, const std::string& entr
   }
 }
 
-void XMLReader_X891::Decoder::checkExternalId(const std::string& publicId,
-                                              const std::string& systemId) const {
+void X891Decoder::checkExternalId(const std::string& publicId, const std::string& systemId) const {
   if (!xml::isPublicId(publicId)) fail("Invalid public identifier \"" + publicId + "\"");
   if (!xml::isSystemId(systemId)) fail("Invalid system identifier \"" + systemId + "\"");
 }
@@ -39,7 +36,7 @@ void XMLReader_X891::Decoder::checkExternalId(const std::string& publicId,
 
 /// Takes the declarations of an element into account, each when it comes: a tag may hold as many as
 /// the document has octets. They are delivered when its name is known.
-std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
+std::uint32_t X891Decoder::decodeDeclarations() {
   Document& document = document_;
   xml::NamespaceBindings& bindings = document.bindings;
   const std::size_t outside = bindings.count();
@@ -62,11 +59,11 @@ std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
   return static_cast<std::uint32_t>(bindings.count() - outside);
 }
 
-std::size_t XMLReader_X891::Decoder::deliveredOctetsOf(const Name& name) {
+std::size_t X891Decoder::deliveredOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
 }
 
-void XMLReader_X891::Decoder::checkBinding(const Name& name) const {
+void X891Decoder::checkBinding(const Name& name) const {
   const std::string& bound = document_.bindings.find(name.prefix);
   const bool isUnbound = !name.prefix.empty() && bound.empty();
   if (bound == name.namespaceName && !isUnbound) return;
@@ -80,7 +77,7 @@ void XMLReader_X891::Decoder::checkBinding(const Name& name) const {
 
 /// Finds out how many octets are allowed now that more have been read. Measured: asking that each
 /// time, beyond the threshold, takes a twentieth of the time of reading records.
-void XMLReader_X891::Decoder::allowMoreFromTables() const {
+void X891Decoder::allowMoreFromTables() const {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
   const double byFactor = amplificationFactor_ * static_cast<double>(input_.count());
   document_.allowedFromTables = std::max(
@@ -91,7 +88,7 @@ void XMLReader_X891::Decoder::allowMoreFromTables() const {
   }
 }
 
-void XMLReader_X891::Decoder::checkElementName(Name& name) {
+void X891Decoder::checkElementName(Name& name) {
   Document& document = document_;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
@@ -102,7 +99,7 @@ void XMLReader_X891::Decoder::checkElementName(Name& name) {
   fromTables_ += 2 * name.octets;  // It comes again with the end.
 }
 
-void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
+void X891Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
   if (name.bindings != document.bindings.version()) {
     if (name.prefix.empty()) {
@@ -135,4 +132,4 @@ void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
   if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -14,6 +14,21 @@ namespace Tavrin {
 
 const XMLReaderType XMLReader_X891::type_("X891", &XMLReader_X891::create);
 
+class XMLReader_X891::Decoder final : public fastinfoset::X891Decoder {
+ public:
+  explicit Decoder(XMLReader_X891& reader)
+      : X891Decoder({reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
+        reader_(reader) {}
+
+ private:
+  /// A derived reader may put another algorithm in its place.
+  EncodingAlgorithm* getEncodingAlgorithm(unsigned field, std::string& uri) override {
+    return reader_.getEncodingAlgorithm(field, uri);
+  }
+
+  XMLReader_X891& reader_;
+};
+
 XMLReader_X891::XMLReader_X891() : decoder_(std::make_unique<Decoder>(*this)) {}
 
 XMLReader_X891::~XMLReader_X891() = default;
@@ -46,10 +61,9 @@ EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std:
 
 // --- The decoder ---
 
-XMLReader_X891::Decoder::Decoder(XMLReader_X891& reader)
-    : fastinfoset::Decoder(fastinfoset::kDialectX891,
-                           {reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
-      reader_(reader) {
+namespace fastinfoset {
+
+X891Decoder::X891Decoder(const Handlers& handlers) : Decoder(kDialectX891, handlers) {
   maximumTableOctets_ = kMaximumTableOctets;
   maximumLiteralOctets_ = kMaximumLiteralOctets;
 }
@@ -63,7 +77,7 @@ void assign(Value& property, const void* value, Value byDefault) {
 
 }  // namespace
 
-bool XMLReader_X891::Decoder::setProperty(const std::string& name, void* value) {
+bool X891Decoder::setProperty(const std::string& name, void* value) {
   if (name == properties::amplificationFactor) {
     double factor = 0;
     assign(factor, value, kAmplificationFactor);
@@ -82,12 +96,12 @@ bool XMLReader_X891::Decoder::setProperty(const std::string& name, void* value) 
   } else if (name == properties::documentXMLVersion || name == properties::standalone) {
     throw SAXException("Property \"" + name + "\" cannot be set");
   } else {
-    return fastinfoset::Decoder::setProperty(name, value);
+    return Decoder::setProperty(name, value);
   }
   return true;
 }
 
-bool XMLReader_X891::Decoder::getProperty(const std::string& name, void*& value) {
+bool X891Decoder::getProperty(const std::string& name, void*& value) {
   if (name == properties::amplificationFactor) {
     value = &amplificationFactor_;
   } else if (name == properties::amplificationThreshold) {
@@ -103,26 +117,28 @@ bool XMLReader_X891::Decoder::getProperty(const std::string& name, void*& value)
   } else if (name == properties::standalone) {
     value = document_.standalone ? &*document_.standalone : nullptr;
   } else {
-    return fastinfoset::Decoder::getProperty(name, value);
+    return Decoder::getProperty(name, value);
   }
   return true;
 }
 
-SAXParseException XMLReader_X891::Decoder::exceptionHere(const std::string& message) const {
+SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
   return {message, -1, static_cast<std::int32_t>(std::min(input_.count(), kMost))};
 }
 
-void XMLReader_X891::Decoder::throwFailure(const std::string& message) const {
+void X891Decoder::throwFailure(const std::string& message) const {
   const SAXParseException exception = exceptionHere(message);
   if (errorHandler_) errorHandler_->fatalError(exception);
   throw exception;
 }
 
-void XMLReader_X891::Decoder::beginDocument() {
-  fastinfoset::Decoder::beginDocument();
+void X891Decoder::beginDocument() {
+  Decoder::beginDocument();
   if (isUsed_) document_ = {};
   isUsed_ = true;
 }
+
+}  // namespace fastinfoset
 
 }  // namespace Tavrin
