@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "Decoder.h"
+#include "Encoder.h"
 #include "format/Octets.h"
 
 // The document: header, optional components but the initial vocabulary, and children (X.891, clause
@@ -10,6 +11,12 @@ namespace Tavrin::fastinfoset {
 
 bool Decoder::isFastInfosetDocument() {
   return std::ranges::all_of(kHeader, [this](int octet) { return input_.next() == octet; });
+}
+
+/// @param components the bits of the optional components that follow
+void Encoder::encodeHeader(unsigned components) {
+  for (const unsigned octet : kHeader) put(octet);
+  put(components);
 }
 
 void Decoder::decodeOptionalComponents() {
@@ -72,6 +79,13 @@ void Decoder::decodeChildren() {
       if (decodeDTD(octet)) return checkRootElement(hasRoot);
     }
   }
+}
+
+void Encoder::finishDocument() {
+  perform([this] {
+    flushCharacters();
+    flushTerminator(true);
+  });
 }
 
 }  // namespace Tavrin::fastinfoset

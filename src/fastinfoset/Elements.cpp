@@ -2,6 +2,7 @@
 
 #include "DecodeAttributes.h"
 #include "Decoder.h"
+#include "Encoder.h"
 #include "format/Octets.h"
 
 // Elements and their namespace declarations (X.891, C.3 and C.12). Attributes are decoded in
@@ -101,6 +102,17 @@ void Decoder::closeElement() {
   openElements_.pop_back();
 }
 
+void Encoder::finishElement() {
+  perform([this] {
+    flushCharacters();
+    if (pendingTerminator_) {
+      flushTerminator(true);
+    } else {
+      pendingTerminator_ = true;
+    }
+  });
+}
+
 // --- Namespace declarations ---
 
 /// Decodes a declaration whose first octet was read. A part that is absent is empty.
@@ -123,6 +135,18 @@ void Decoder::decodeDeclaredPart(unsigned table, std::string& part) {
   } else {
     part = stringAt(index - builtIn, entries);
   }
+}
+
+void Encoder::encodeNamespaces(const std::vector<std::string>& pairs) {
+  for (std::size_t i = 0; i < pairs.size(); i += 2) {
+    const std::string& prefix = pairs[i];
+    const std::string& namespaceName = pairs[i + 1];
+    put(kNamespaceDeclaration | (prefix.empty() ? 0 : kPrefixPresent) |
+        (namespaceName.empty() ? 0 : kNamespacePresent));
+    if (!prefix.empty()) writeIdentifier(&vocabulary_.prefixes, prefix);
+    if (!namespaceName.empty()) writeIdentifier(&vocabulary_.namespaceNames, namespaceName);
+  }
+  put(kTerminator);
 }
 
 }  // namespace Tavrin::fastinfoset

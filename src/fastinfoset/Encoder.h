@@ -2,11 +2,9 @@
 
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/EncodingAlgorithms.h>
-#include <Tavrin/Identifiers.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -18,6 +16,7 @@
 #include "IndexMap.h"
 #include "format/Dialect.h"
 #include "format/Integers.h"
+#include "format/Octets.h"
 
 namespace Tavrin::fastinfoset {
 
@@ -30,7 +29,7 @@ struct EventName {
   const std::string& localName;
   const std::string& qName;
 
-  /// What stands in front of the last colon of the qualified name.
+  /// What precedes the last colon of the qualified name.
   std::string_view prefix() const {
     const std::size_t colon = qName.rfind(':');
     return std::string_view(qName).substr(0, colon == std::string::npos ? 0 : colon);
@@ -64,15 +63,15 @@ struct WrittenTables {
   }
 };
 
-/// What enters the tables beside names and identifiers, which all do. Lengths are in octets.
+/// What enters the tables besides names and identifiers, which all do. Lengths are in octets.
 struct WriterLimits {
-  std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Others, too.
+  std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Other strings as well.
   std::uint64_t indexedChunkLength = kIndexedLength - 1;
   std::uint64_t maximumTableOctets = UINT64_MAX;
   std::uint64_t tableOctets = 0;  // What the entries count for together.
 };
 
-/// The indices of names that came before, found without a look into the tables.
+/// The indices of names that came before, found without a search of the tables.
 struct KnownNames {
   xml::NameCache<unsigned> elements;
   xml::NameCache<unsigned> attributes;
@@ -97,10 +96,11 @@ inline const EncodingAlgorithmAttributes* findTypedForm(const Attributes& attrib
 /// Whether an attribute is in the namespace of declarations.
 inline bool isInXmlns(const Attributes& attributes, int index) {
   constexpr std::string_view kXmlns = namespaces::xmlns;
-  return attributes.getURI(index) == kXmlns;  // Looks at the length first.
+  return attributes.getURI(index) == kXmlns;  // Compares the lengths first.
 }
 
-/// Encodes what events bring: what all writers of Fast Infoset share, which is the format.
+/// Encodes what events bring: what all writers of Fast Infoset share, which is the format. It is
+/// implemented by clause, in the files that Decoder.h names.
 class Encoder {
  public:
   /// What belongs to the writer: programs that derive from it reach some of it.
@@ -115,66 +115,91 @@ class Encoder {
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
 
-  // --- Octets ---
-
+  /// Composes what an event writes. It is in the stream before code of others runs, and at the end
+  /// of the event, also where the event is refused.
   template <typename Body>
   void perform(Body body);
+  /// Writes what was composed.
   void sendOctets();
+
+  // --- Octets and integers (Primitives.cpp) ---
+
   void put(unsigned octet);
   void putOctets(const std::string& octets);
-  void putIdentifier(const std::string& text);
   void putItemCount(std::uint32_t count);
-  void putAlgorithm(bool chunk, unsigned field, std::uint64_t length);
+  void encodeIndex(int bits, unsigned index);
+  /// An integer in its shortest form, with the other bits of its first octet.
   template <typename Encoding>
   void putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
-  void encodeIndex(int bits, unsigned index);
 
-  // --- Strings and names, with the tables of the writer or with others ---
+  // --- Strings (Strings.cpp) ---
 
-  template <typename Table>
-  void writeString(Table* table, bool addToTable, const std::string& text);
-  template <typename Table>
-  void writeNewString(Table* table, const std::string& text);
-  template <typename Table>
-  void writeIdentifier(Table* table, const std::string& text);
-  template <typename Table, typename Name>
-  void writeQualifiedName(int bits, Table& table, const Name& name);
+  void putIdentifier(const std::string& text);
+  void writeIdentifier(StringIndexMap* table, const std::string& text);
+  /// A string that is in no table.
+  /// @param table to which it is added, or null
+  void writeNewString(StringIndexMap* table, const std::string& text);
+  /// The length and octets of a string that is in no table.
+  void writeLiteralString(bool adds, const std::string& text);
+  void writeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  void encodeCharacters(const std::string& text);
+  /// What precedes the octets of an algorithm.
+  void putAlgorithm(bool chunk, unsigned field, std::uint64_t length);
+
+  // --- Names (Names.cpp) ---
+
+  /// The indices of prefix and namespace name, as a literal name counts them, or kNoIndex.
+  struct PartIndices {
+    unsigned prefix = kNoIndex;
+    unsigned namespaceName = kNoIndex;
+  };
+  /// @throws SAXException "Undeclared prefix ..." or "Undeclared namespace ..."
+  PartIndices findParts(const std::string& prefix, const std::string& namespaceName) const;
+  /// A literal name, which the caller has added to its table.
+  void writeLiteralName(unsigned bits, const std::string& prefix, const std::string& namespaceName,
+                        const std::string& localName, PartIndices indices);
+  void writeQualifiedName(int bits, NameIndexMap& table, const NameParts& name);
   void writeElementName(unsigned attributeFlag, const EventName& name);
   void writeAttributeName(const EventName& name);
 
-  // --- Items ---
+  // --- Elements, items and the document (Elements.cpp, Items.cpp, Document.cpp) ---
 
   void encodeNamespaces(const std::vector<std::string>& pairs);
-  void encodeCharacters(const std::string& text);
+  void finishElement();
   void encodeComment(const std::string& text);
   void encodeProcessingInstruction(const std::string& target, const std::string& data);
+  /// Typed content, after the text before it.
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
-  void finishElement();
+  void encodeHeader(unsigned components);
   void finishDocument();
 
   /// Writes the terminator that is pending; with `final`, together with another one.
   void flushTerminator(bool final);
-  /// Writes the text that has gathered as one chunk.
+  /// Writes the text since the last item as one chunk.
   void flushCharacters();
 
   // --- Tables ---
 
   void clearTables();
+  /// Whether a value, chunk or other string is to enter its table when it is written.
   bool isIndexed(const StringIndexMap& table, const std::string& text) const;
   WrittenTables& tables() { return vocabulary_; }
   KnownNames& known() { return known_; }
 
  protected:
   [[noreturn]] static void missingNamePart(const std::string& part, const char* what);
-  unsigned findNamePart(const StringIndexMap& table, const std::string& part, const char* builtIn,
-                        const char* what) const;
-  void writeNamePart(StringIndexMap& table, const std::string& part, unsigned index);
+  unsigned findPart(const StringIndexMap& table, const std::string& part, const char* builtIn,
+                    const char* what) const;
+  void writePart(StringIndexMap& table, const std::string& part, unsigned index);
   template <typename Key>
   void addEntry(IndexMap<Key>& table, const Key& entry);
-  template <typename Key>
-  void addEntry(std::map<Key, unsigned>& table, const Key& entry);
-  static void assignName(NameParts& name, const EventName& from);
+  /// Assigns over a name that is used again and again.
+  static void assignName(NameParts& name, const EventName& from) {
+    name.prefix = from.prefix();
+    name.namespaceName = from.uri;
+    name.localName = from.localName;
+  }
   std::uint64_t lengthOf(const std::string& text) const;
   void write(const char* octets, std::size_t count);
 
@@ -192,15 +217,6 @@ class Encoder {
   std::string gathered_;  // Octets of an event that are not in the stream yet.
 };
 
-/// Assigns over a name that is used again and again.
-inline void Encoder::assignName(NameParts& name, const EventName& from) {
-  name.prefix = from.prefix();
-  name.namespaceName = from.uri;
-  name.localName = from.localName;
-}
-
-/// Gathers what an event has to write. What has gathered is in the stream before code of others
-/// runs, and at the end of the event, also where it is refused.
 template <typename Body>
 void Encoder::perform(Body body) {
   const bool gathers = std::exchange(gathers_, true);
@@ -215,7 +231,6 @@ void Encoder::perform(Body body) {
   sendOctets();
 }
 
-/// Writes an integer in its shortest form, with the other bits of its first octet.
 template <typename Encoding>
 void Encoder::putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value) {
   // Most integers are small.
@@ -227,7 +242,6 @@ void Encoder::putInteger(const Encoding& encoding, unsigned bits, std::uint64_t 
   write(integer.octets.data(), integer.length);
 }
 
-/// Writes typed content, behind the text that has gathered.
 template <typename Algorithm, typename Value>
 void Encoder::encodeContent(Algorithm& algorithm, const Value& value) {
   flushCharacters();
@@ -236,9 +250,6 @@ void Encoder::encodeContent(Algorithm& algorithm, const Value& value) {
   if (out_ != nullptr) algorithm.encodeToOutputStream(true, value, *out_);
 }
 
-// --- Tables ---
-
-/// Whether a value, chunk or other string is to enter its table when it is written.
 inline bool Encoder::isIndexed(const StringIndexMap& table, const std::string& text) const {
   const WriterLimits& limits = limits_;
   const std::uint64_t longest = &table == &vocabulary_.characterChunks
@@ -254,81 +265,6 @@ void Encoder::addEntry(IndexMap<Key>& table, const Key& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;
   limits_.tableOctets += countedOctets(entry);
   table.add(entry);
-}
-
-template <typename Key>
-void Encoder::addEntry(std::map<Key, unsigned>& table, const Key& entry) {
-  table.emplace(entry, static_cast<unsigned>(table.size()));
-}
-
-template <typename Key>
-const unsigned* findIndex(const IndexMap<Key>& table, const Key& entry) {
-  return table.find(entry);
-}
-
-template <typename Key>
-const unsigned* findIndex(const std::map<Key, unsigned>& table, const Key& entry) {
-  const auto found = table.find(entry);
-  return found == table.end() ? nullptr : &found->second;
-}
-
-// --- Strings and names, with the tables of the writer or with others ---
-
-/// Writes a string that is in no table.
-/// @param table to which it is added, or null
-template <typename Table>
-void Encoder::writeNewString(Table* table, const std::string& text) {
-  if (text.empty()) {
-    put(kEmptyString);
-    return;
-  }
-  if (table != nullptr) addEntry(*table, text);
-  putInteger(kStringLength, kStringUTF8 | (table != nullptr ? kStringAddToTable : 0),
-             lengthOf(text));
-  putOctets(text);
-}
-
-template <typename Table>
-void Encoder::writeString(Table* table, bool addToTable, const std::string& text) {
-  const unsigned* const index =
-      table != nullptr && !text.empty() ? findIndex(*table, text) : nullptr;
-  if (index != nullptr) {
-    encodeIndex(kStringIndex, *index);
-  } else {
-    writeNewString(addToTable ? table : nullptr, text);
-  }
-}
-
-template <typename Table>
-void Encoder::writeIdentifier(Table* table, const std::string& text) {
-  if (const unsigned* const index = findIndex(*table, text)) {
-    encodeIndex(kStringIndex, *index);
-    return;
-  }
-  addEntry(*table, text);
-  putIdentifier(text);
-}
-
-template <typename Table, typename Name>
-void Encoder::writeQualifiedName(int bits, Table& table, const Name& name) {
-  const bool hasPrefix = !name.prefix.empty();
-  const bool hasNamespace = !name.namespaceName.empty();
-  // Both are looked up before anything is written or added.
-  unsigned prefixIndex = kNoIndex;
-  unsigned namespaceIndex = kNoIndex;
-  if (hasPrefix) prefixIndex = findNamePart(vocabulary_.prefixes, name.prefix, "xml", "prefix");
-  if (hasNamespace) {
-    namespaceIndex =
-        findNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaces::xml, "namespace");
-  }
-  addEntry(table, name);
-  put(static_cast<unsigned>(bits) | (hasPrefix ? kPrefixPresent : 0) |
-      (hasNamespace ? kNamespacePresent : 0));
-  if (hasPrefix) writeNamePart(vocabulary_.prefixes, name.prefix, prefixIndex);
-  if (hasNamespace) {
-    writeNamePart(vocabulary_.namespaceNames, name.namespaceName, namespaceIndex);
-  }
-  writeIdentifier(&vocabulary_.localNames, name.localName);
 }
 
 }  // namespace Tavrin::fastinfoset

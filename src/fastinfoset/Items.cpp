@@ -1,6 +1,7 @@
 #include <string>
 
 #include "Decoder.h"
+#include "Encoder.h"
 #include "format/Octets.h"
 
 // Items: processing instructions, entity references, character chunks, comments, the document type,
@@ -14,6 +15,17 @@ void Decoder::decodeProcessingInstruction() {
   decodeIdentifier(kOtherNCNames, target);
   decodeString(kOtherStrings, data);
   reportProcessingInstruction(target, data);
+}
+
+void Encoder::encodeProcessingInstruction(const std::string& target, const std::string& data) {
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kProcessingInstruction);
+    writeIdentifier(&vocabulary_.otherNCNames, target);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+  });
 }
 
 void Decoder::decodeUnexpandedEntityReference(unsigned octet) {
@@ -74,6 +86,16 @@ void Decoder::decodeComment() {
   std::string text;
   decodeString(kOtherStrings, text);
   reportComment(text);
+}
+
+void Encoder::encodeComment(const std::string& text) {
+  perform([&] {
+    flushCharacters();
+    flushTerminator(false);
+    if (!out_) return;
+    put(kComment);
+    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+  });
 }
 
 // --- The document type, unparsed entities and notations ---

@@ -1,4 +1,5 @@
 #include "Decoder.h"
+#include "Encoder.h"
 #include "format/Octets.h"
 
 // Names: surrogates of an initial vocabulary, and names of elements and attributes (X.891, C.16 to
@@ -60,6 +61,92 @@ Name& Decoder::nameAt(unsigned long index, Names& table, const char* message) {
   Name* const name = table.find(index);
   if (name == nullptr) fail(message);
   return *name;
+}
+
+void Encoder::writeQualifiedName(int bits, NameIndexMap& table, const NameParts& name) {
+  // The parts are found before anything is written or added.
+  const PartIndices indices = findParts(name.prefix, name.namespaceName);
+  addEntry(table, name);
+  writeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName, name.localName,
+                   indices);
+}
+
+void Encoder::writeLiteralName(unsigned bits, const std::string& prefix,
+                               const std::string& namespaceName, const std::string& localName,
+                               PartIndices indices) {
+  put(bits | (prefix.empty() ? 0 : kPrefixPresent) |
+      (namespaceName.empty() ? 0 : kNamespacePresent));
+  if (!prefix.empty()) writePart(vocabulary_.prefixes, prefix, indices.prefix);
+  if (!namespaceName.empty()) {
+    writePart(vocabulary_.namespaceNames, namespaceName, indices.namespaceName);
+  }
+  writeIdentifier(&vocabulary_.localNames, localName);
+}
+
+Encoder::PartIndices Encoder::findParts(const std::string& prefix,
+                                        const std::string& namespaceName) const {
+  PartIndices indices;
+  if (!prefix.empty()) indices.prefix = findPart(vocabulary_.prefixes, prefix, "xml", "prefix");
+  if (!namespaceName.empty()) {
+    indices.namespaceName =
+        findPart(vocabulary_.namespaceNames, namespaceName, namespaces::xml, "namespace");
+  }
+  return indices;
+}
+
+/// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it may be
+/// written literally.
+unsigned Encoder::findPart(const StringIndexMap& table, const std::string& part,
+                           const char* builtIn, const char* what) const {
+  if (part == builtIn) return kBuiltInNameIndex;
+  if (const unsigned* const index = table.find(part)) {
+    return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
+  }
+  if (!dialect_.literalNameParts) missingNamePart(part, what);
+  return kNoIndex;
+}
+
+void Encoder::missingNamePart(const std::string& part, const char* what) {
+  throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
+}
+
+void Encoder::writePart(StringIndexMap& table, const std::string& part, unsigned index) {
+  if (index == kNoIndex) {
+    writeIdentifier(&table, part);
+  } else {
+    encodeIndex(kStringIndex, index);
+  }
+}
+
+void Encoder::writeElementName(unsigned attributeFlag, const EventName& name) {
+  const auto& [uri, localName, qName] = name;
+  const unsigned* index = known_.elements.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.elementNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(static_cast<int>(kLiteralElementName | attributeFlag),
+                         vocabulary_.elementNames, name_);
+      return;
+    }
+    known_.elements.put(uri, localName, qName, *index);
+  }
+  putInteger(kElementIndex, attributeFlag, *index);
+}
+
+void Encoder::writeAttributeName(const EventName& name) {
+  const auto& [uri, localName, qName] = name;
+  const unsigned* index = known_.attributes.find(uri, localName, qName);
+  if (index == nullptr) {
+    assignName(name_, name);
+    index = vocabulary_.attributeNames.find(name_);
+    if (index == nullptr) {
+      writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+      return;
+    }
+    known_.attributes.put(uri, localName, qName, *index);
+  }
+  encodeIndex(0, *index);
 }
 
 // --- Surrogates ---

@@ -1,4 +1,8 @@
+#include <algorithm>
+
+#include "../io/WriteOctets.h"
 #include "Decoder.h"
+#include "Encoder.h"
 
 // Octets and integers (X.891, C.21 to C.28).
 
@@ -27,6 +31,38 @@ void Decoder::readText(std::uint64_t length, std::string& text) {
     if (!input_.read(length, text)) failAtEnd();
     checkText(text);
   }
+}
+
+void Encoder::put(unsigned octet) {
+  if (gathers_) {
+    gathered_ += static_cast<char>(octet);
+  } else {
+    out_->put(static_cast<char>(octet));
+  }
+}
+
+void Encoder::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
+
+void Encoder::write(const char* octets, std::size_t count) {
+  constexpr std::size_t kMostComposed = 4096;
+  if (gathers_) {
+    if (count < kMostComposed - std::min(kMostComposed, gathered_.size())) {
+      gathered_.append(octets, count);
+      return;
+    }
+    sendOctets();
+  }
+  if (out_ != nullptr) writeOctets(*out_, std::string_view(octets, count));
+}
+
+void Encoder::sendOctets() {
+  if (gathered_.empty()) return;
+  // Gone even when the stream throws: the next event must not bring them.
+  struct Clear {
+    std::string& octets;
+    ~Clear() { octets.clear(); }
+  } const clear{gathered_};
+  if (out_) writeOctets(*out_, gathered_);
 }
 
 // --- Integers ---
@@ -89,6 +125,21 @@ unsigned long Decoder::decodeNumberOfItems() {
   unsigned long count = octet & kItemCountLongBits;
   for (int i = 0; i < 2; ++i) count = count << 8 | readOctet();
   return count + dialect_.longItemCountBias;
+}
+
+void Encoder::encodeIndex(int bits, unsigned index) {
+  putInteger(kIndex, static_cast<unsigned>(bits), index);
+}
+
+void Encoder::putItemCount(std::uint32_t count) {
+  if (count < kItemCountLong + dialect_.itemCountBias) {
+    put(count - dialect_.itemCountBias);
+    return;
+  }
+  const std::uint32_t field = count - dialect_.longItemCountBias;
+  put(kItemCountLong | field >> 16);
+  put(field >> 8 & 0xFF);
+  put(field & 0xFF);
 }
 
 }  // namespace Tavrin::fastinfoset

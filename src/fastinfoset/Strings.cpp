@@ -2,6 +2,7 @@
 
 #include "../xml/Characters.h"
 #include "Decoder.h"
+#include "Encoder.h"
 #include "RestrictedAlphabet.h"
 #include "format/Octets.h"
 
@@ -42,6 +43,27 @@ void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::strin
   addEntry(*table, text);
 }
 
+/// The length of a literal. The format has room for little more than 32 bits.
+std::uint64_t Encoder::lengthOf(const std::string& text) const {
+  if (text.size() <= dialect_.longestStringWritten) return text.size();
+  throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
+                     " octets");
+}
+
+void Encoder::writeIdentifier(StringIndexMap* table, const std::string& text) {
+  if (const unsigned* const index = table->find(text)) {
+    encodeIndex(kStringIndex, *index);
+    return;
+  }
+  addEntry(*table, text);
+  putIdentifier(text);
+}
+
+void Encoder::putIdentifier(const std::string& text) {
+  putInteger(kIdentifierLength, 0, lengthOf(text));
+  putOctets(text);
+}
+
 // --- Non-identifying strings ---
 
 void Decoder::decodeString(unsigned octet, Strings* table, std::string& text) {
@@ -67,6 +89,47 @@ void Decoder::decodeString(unsigned octet, Strings* table, std::string& text) {
 
 void Decoder::decodeString(unsigned table, std::string& text) {
   decodeString(readOctet(), &strings(table), text);
+}
+
+void Encoder::writeString(StringIndexMap* table, bool addToTable, const std::string& text) {
+  const unsigned* const index = table != nullptr && !text.empty() ? table->find(text) : nullptr;
+  if (index != nullptr) {
+    encodeIndex(kStringIndex, *index);
+  } else {
+    writeNewString(addToTable ? table : nullptr, text);
+  }
+}
+
+void Encoder::writeNewString(StringIndexMap* table, const std::string& text) {
+  if (table != nullptr && !text.empty()) addEntry(*table, text);
+  writeLiteralString(table != nullptr, text);
+}
+
+void Encoder::writeLiteralString(bool adds, const std::string& text) {
+  if (text.empty()) {
+    put(kEmptyString);
+    return;
+  }
+  putInteger(kStringLength, kStringUTF8 | (adds ? kStringAddToTable : 0), lengthOf(text));
+  putOctets(text);
+}
+
+// --- Character chunks ---
+
+void Encoder::encodeCharacters(const std::string& text) {
+  if (text.empty()) return;
+  StringIndexMap& table = vocabulary_.characterChunks;
+  if (const unsigned* const index = table.find(text)) {
+    putInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
+    return;
+  }
+  unsigned bits = kChunk | kChunkUTF8;
+  if (isIndexed(table, text)) {
+    addEntry(table, text);
+    bits |= kChunkAddToTable;
+  }
+  putInteger(kCharactersLength, bits, lengthOf(text));
+  putOctets(text);
 }
 
 // --- Encoded character strings ---
@@ -172,6 +235,16 @@ Decoder::Field Decoder::decodeChunkField(unsigned octet) {
   const unsigned number = (octet & dialect_.chunkFieldReadBits) << kChunkFieldLowBits |
                           next >> (8 - kChunkFieldLowBits);
   return {number, decodeCharactersLength(next)};
+}
+
+void Encoder::putAlgorithm(bool chunk, unsigned field, std::uint64_t length) {
+  if (chunk) {
+    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
+    putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);
+  } else {
+    put(kStringAlgorithm | field >> kStringFieldLowBits);
+    putInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length);
+  }
 }
 
 EncodingAlgorithm* Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {

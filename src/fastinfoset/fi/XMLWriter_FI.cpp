@@ -57,10 +57,7 @@ void XMLWriter_FI::startDocument() {
   // A document that went on counting in the tables of another could not be read by itself.
   encoder_->clearTables();
   if (out_ == nullptr) return;
-  encoder_->perform([this] {
-    for (const unsigned octet : kHeader) encoder_->put(octet);
-    encoder_->put(0);  // No optional components.
-  });
+  encoder_->perform([this] { encoder_->encodeHeader(0); });
 }
 
 void XMLWriter_FI::endDocument() {
@@ -189,19 +186,43 @@ bool XMLWriter_FI::QualifiedName::operator==(const QualifiedName& other) const {
 
 void XMLWriter_FI::encodeIndex(int bits, unsigned int index) { encoder_->encodeIndex(bits, index); }
 
+namespace {
+
+/// Adds an entry to a table of a derived writer.
+template <typename Key>
+void addTo(std::map<Key, unsigned>& table, const Key& entry) {
+  table.emplace(entry, static_cast<unsigned>(table.size()));
+}
+
+}  // namespace
+
 void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool addToTable,
                                 const std::string& text) {
-  encoder_->writeString(table, addToTable, text);
+  const bool adds = addToTable && table != nullptr;
+  if (table != nullptr && !text.empty()) {
+    if (const auto found = table->find(text); found != table->end()) {
+      return encodeIndex(kStringIndex, found->second);
+    }
+    if (adds) addTo(*table, text);
+  }
+  encoder_->writeLiteralString(adds, text);
 }
 
 void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
                                     const std::string& text) {
-  encoder_->writeIdentifier(table, text);
+  if (const auto found = table->find(text); found != table->end()) {
+    return encodeIndex(kStringIndex, found->second);
+  }
+  addTo(*table, text);
+  encoder_->putIdentifier(text);
 }
 
 void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
                                        const QualifiedName& name) {
-  encoder_->writeQualifiedName(bits, table, name);
+  const auto indices = encoder_->findParts(name.prefix, name.namespaceName);
+  addTo(table, name);
+  encoder_->writeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName,
+                             name.localName, indices);
 }
 
 void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {

@@ -230,7 +230,7 @@ void XMLWriter_X891::Encoder::writeVocabulary(const WrittenVocabulary& vocabular
     if (!entries.empty()) putItemCount(static_cast<std::uint32_t>(entries.size()));
     for (const std::string& entry : entries) {
       if (kStringTableForms[table].isEncoded) {
-        writeNewString(static_cast<StringIndexMap*>(nullptr), entry);
+        writeNewString(nullptr, entry);
       } else {
         putIdentifier(entry);
       }

@@ -1,0 +1,37 @@
+#include "Encoder.h"
+
+// The encoder as an object. The format is encoded in the files that Decoder.h names.
+
+namespace Tavrin::fastinfoset {
+
+Encoder::Encoder(const Dialect& dialect, const Shared& shared)
+    : out_(shared.out),
+      pendingTerminator_(shared.pendingTerminator),
+      characters_(shared.characters),
+      builtIn_(shared.builtIn),
+      dialect_(dialect) {}
+
+void Encoder::clearTables() {
+  vocabulary_ = {};
+  limits_.tableOctets = 0;
+  known_.elements.clear();
+  known_.attributes.clear();
+}
+
+void Encoder::flushTerminator(bool final) {
+  if (pendingTerminator_) {
+    pendingTerminator_ = false;
+    if (out_) put(final ? kDoubleTerminator : kTerminator);
+  } else if (final && out_) {
+    put(kTerminator);
+  }
+}
+
+void Encoder::flushCharacters() {
+  if (characters_.empty()) return;
+  flushTerminator(false);
+  if (out_) encodeCharacters(characters_);
+  characters_.clear();
+}
+
+}  // namespace Tavrin::fastinfoset
