@@ -18,7 +18,6 @@ namespace agreement {
 namespace {
 
 using namespace Tavrin;
-using writer_test::attributes;
 using writer_test::Probe;
 using writer_test::shortText;
 

@@ -29,8 +29,8 @@ void check(Send send) {
 TEST(AgreementOnLargeDocuments, HoldsForDepth) {
   check([](auto& to) {
     constexpr int kDepth = 20000;
-    const AttributesImpl none = writer_test::attributes({});
-    const AttributesImpl one = writer_test::attributes({{"a", "1"}});
+    const AttributesImpl none = attributes({});
+    const AttributesImpl one = attributes({{"a", "1"}});
     const auto name = [](int depth) { return "n" + std::to_string(depth % 100); };
     to.startDocument();
     for (int i = 0; i < kDepth; ++i) to.startElement("", name(i), name(i), i % 3 == 0 ? one : none);
@@ -53,7 +53,7 @@ TEST(AgreementOnLargeDocuments, HoldsForWidth) {
     to.startElement("", "r", "r", many);
     for (int i = 0; i < 9000; ++i) {
       const std::string name = "n" + std::to_string(i);
-      to.startElement("", name, name, writer_test::attributes({}));
+      to.startElement("", name, name, attributes({}));
       to.endElement("", name, name);
       to.comment(std::to_string(i));
     }
@@ -62,7 +62,7 @@ TEST(AgreementOnLargeDocuments, HoldsForWidth) {
     for (int i = 0; i < 9000; i += 7) {
       const std::string name = "n" + std::to_string(i);
       to.processingInstruction(name, std::to_string(i));
-      to.startElement("", name, name, writer_test::attributes({{"a8999", "8499"}}));
+      to.startElement("", name, name, attributes({{"a8999", "8499"}}));
       to.endElement("", name, name);
     }
     to.endElement("", "r", "r");
@@ -76,12 +76,12 @@ TEST(AgreementOnLargeDocuments, HoldsForManyDeclarations) {
     for (int i = 0; i < 9000; ++i) {
       to.startPrefixMapping("p" + std::to_string(i), "urn:" + std::to_string(i % 8400));
     }
-    to.startElement("urn:8399", "r", "p8999:r", writer_test::attributes({}));
+    to.startElement("urn:8399", "r", "p8999:r", attributes({}));
     for (int i = 0; i < 8400; i += 11) {
       const std::string uri = "urn:" + std::to_string(i);
       const std::string qName = "p" + std::to_string(i) + ":e";
       to.startPrefixMapping("p" + std::to_string(i), uri);
-      to.startElement(uri, "e", qName, writer_test::namedAttributes({{uri, "e", qName, ""}}));
+      to.startElement(uri, "e", qName, namedAttributes({{uri, "e", qName, ""}}));
       to.endElement(uri, "e", qName);
     }
     to.endElement("urn:8399", "r", "p8999:r");
@@ -96,9 +96,9 @@ TEST(AgreementOnLargeDocuments, HoldsForLongStrings) {
     to.comment(text);
     to.processingInstruction(text, text);
     to.startPrefixMapping(text, text);
-    to.startElement(text, text, text + ":" + text, writer_test::attributes({{text, text}}));
+    to.startElement(text, text, text + ":" + text, attributes({{text, text}}));
     to.characters(text);
-    to.startElement(text, text, text + ":" + text, writer_test::attributes({{text, text}}));
+    to.startElement(text, text, text + ":" + text, attributes({{text, text}}));
     to.startCDATA();
     to.characters(text);
     to.endCDATA();

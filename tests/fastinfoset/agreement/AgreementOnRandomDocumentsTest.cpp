@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <string>
@@ -18,11 +17,6 @@ namespace {
 using namespace Tavrin;
 
 constexpr std::uint64_t kDocuments = 10000;
-
-std::uint64_t firstSeed() {
-  const char* const given = std::getenv("TAVRIN_SEED");
-  return given ? std::stoull(given) : 1;
-}
 
 TypedAs typedAsOf(std::uint64_t seed) {
   return seed % 3 == 0 ? TypedAs::primitives : seed % 3 == 1 ? TypedAs::objects : TypedAs::text;

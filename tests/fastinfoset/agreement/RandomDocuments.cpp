@@ -2,6 +2,7 @@
 
 #include <Tavrin/Identifiers.h>
 
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -286,6 +287,11 @@ class Generator {
 };
 
 }  // namespace
+
+std::uint64_t firstSeed() {
+  const char* const given = std::getenv("TAVRIN_SEED");
+  return given ? std::stoull(given) : 1;
+}
 
 void sendRandomDocument(std::uint64_t seed, const Receiver& receiver, bool copyable) {
   Generator(seed, receiver, copyable).document();

@@ -7,6 +7,9 @@
 /// Random documents, the same for the same seed wherever they are made.
 namespace agreement {
 
+/// Where a run over random documents begins: what the environment variable TAVRIN_SEED says, or 1.
+std::uint64_t firstSeed();
+
 /// Whoever receives a document: a writer, or a model of one.
 struct Receiver {
   Tavrin::ContentHandler& content;

@@ -13,7 +13,7 @@
 /// Random documents for types that take well-formed documents only.
 namespace x891 {
 
-/// Passes a random document on (agreement_generator.h) and mends what is not well-formed in it:
+/// Passes a random document on (RandomDocuments.h) and mends what is not well-formed in it:
 /// octets that are no text, hyphens, prefixes that are not bound, names that stand twice,
 /// references in sections, numbers that are too large, and algorithms that nobody knows.
 class Mended : public Tavrin::ContentHandler,

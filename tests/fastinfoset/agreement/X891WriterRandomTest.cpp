@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 
@@ -17,11 +16,6 @@ namespace {
 using namespace Tavrin;
 
 constexpr std::uint64_t kDocuments = 5000;
-
-std::uint64_t firstSeed() {
-  const char* const given = std::getenv("TAVRIN_SEED");
-  return given ? std::stoull(given) : 1;
-}
 
 void send(std::uint64_t seed, const agreement::Receiver& to) {
   Mended mended(to);
@@ -91,7 +85,7 @@ std::string decoded(const std::string& octets) {
 }
 
 TEST(X891WriterAndNaiveDecoder, AgreeOnRandomDocuments) {
-  const std::uint64_t first = firstSeed();
+  const std::uint64_t first = agreement::firstSeed();
   std::size_t octets = 0;
   for (std::uint64_t seed = first; seed < first + kDocuments; ++seed) {
     SCOPED_TRACE("TAVRIN_SEED=" + std::to_string(seed));

@@ -10,6 +10,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "ActingAttributes.h"
 #include "TextWriter.h"
 #include "WhatIsThrown.h"
 
@@ -153,34 +154,21 @@ TEST(TextUnbuffered, MembersOfASubclassAreNotCalled) {
 
 // --- Getters of an application's attributes ---
 
-/// Attributes that do something before they answer.
-class ActingAttributes : public AttributesImpl {
+/// Attributes that do something before they tell how many there are, too.
+class CountingAttributes : public ActingAttributes {
  public:
-  explicit ActingAttributes(std::function<void(const std::string&)> act) : act_(std::move(act)) {
-    addAttribute("", "a", "a", "CDATA", "<1");
-    addAttribute("", "b", "b", "CDATA", "2");
-  }
+  explicit CountingAttributes(std::function<void(const std::string&)> action)
+      : ActingAttributes(std::move(action), "<1") {}
   int getLength() const override {
-    act_("length");
-    return AttributesImpl::getLength();
+    act("length");
+    return ActingAttributes::getLength();
   }
-  const std::string& getQName(int i) const override {
-    act_("name");
-    return AttributesImpl::getQName(i);
-  }
-  const std::string& getValue(int i) const override {
-    act_("value");
-    return AttributesImpl::getValue(i);
-  }
-
- private:
-  std::function<void(const std::string&)> act_;
 };
 
 TEST(TextUnbuffered, GettersSeeWhatPrecedesTheirAnswer) {
   TextWriter writer;
   Lines seen;
-  const ActingAttributes attributes(
+  const CountingAttributes attributes(
       [&](const std::string& what) { seen.push_back(what + " " + writer.output.news()); });
   writer.startDocument();
   writer.start("r");
@@ -193,7 +181,7 @@ TEST(TextUnbuffered, GettersSeeWhatPrecedesTheirAnswer) {
 
 TEST(TextUnbuffered, GettersMayThrowFirst) {
   TextWriter writer;
-  const ActingAttributes attributes([](const std::string& what) {
+  const CountingAttributes attributes([](const std::string& what) {
     if (what == "name") throw std::logic_error("no name");
   });
   writer.startDocument();
@@ -204,7 +192,7 @@ TEST(TextUnbuffered, GettersMayThrowFirst) {
 TEST(TextUnbuffered, GettersMayThrow) {
   TextWriter writer;
   int values = 0;
-  const ActingAttributes attributes([&](const std::string& what) {
+  const CountingAttributes attributes([&](const std::string& what) {
     if (what == "value" && ++values == 2) throw std::logic_error("no value");
   });
   writer.startDocument();
@@ -222,7 +210,7 @@ TEST(TextUnbuffered, GettersMayChangeTheStream) {
   Output second;
   std::ostream* next[] = {&second, nullptr};
   int values = 0;
-  const ActingAttributes attributes([&](const std::string& what) {
+  const CountingAttributes attributes([&](const std::string& what) {
     if (what == "value") writer.setOutputStream(next[values++]);
   });
   writer.startDocument();

@@ -9,32 +9,17 @@ namespace {
 
 using namespace Tavrin;
 
-struct Attribute {
-  std::string uri;
-  std::string localName;
-  std::string qName;
-  std::string value;
-};
-
-AttributesImpl list(const std::vector<Attribute>& attributes) {
-  AttributesImpl result;
-  for (const auto& [uri, localName, qName, value] : attributes) {
-    result.addAttribute(uri, localName, qName, "CDATA", value);
-  }
-  return result;
-}
-
 // --- Duplicates ---
 
 /// Attributes a0, a1, ... and then two that are given.
-AttributesImpl withOthers(int others, const Attribute& one, const Attribute& other) {
-  std::vector<Attribute> attributes{one};
+AttributesImpl withOthers(int others, const Named& one, const Named& other) {
+  std::vector<Named> attributes{one};
   for (int i = 0; i < others; ++i) {
     const std::string name = "a" + std::to_string(i);
     attributes.push_back({"", name, name, ""});
   }
   attributes.push_back(other);
-  return list(attributes);
+  return namedAttributes(attributes);
 }
 
 TEST(XML10Attributes, MustDiffer) {
@@ -45,7 +30,7 @@ TEST(XML10Attributes, MustDiffer) {
     writer.startPrefixMapping("q", "urn:p");
     writer.startPrefixMapping("s", "urn:s");
     writer.start("r");
-    const auto refusal = [&](const Attribute& one, const Attribute& other) {
+    const auto refusal = [&](const Named& one, const Named& other) {
       return thrown([&] { writer.startElement("", "e", "e", withOthers(others, one, other)); });
     };
     EXPECT_EQ(refusal({"", "b", "b", "1"}, {"", "b", "b", "2"}),
@@ -77,7 +62,7 @@ TEST(XML10Attributes, OfAnyNumberTakeTimeInProportion) {
 
 /// What the start of an element `e` throws in a document that declares an attribute of it.
 std::string withDefault(const char* name, const char* mode, const char* value,
-                        const std::vector<Attribute>& attributes) {
+                        const std::vector<Named>& attributes) {
   XML10Writer writer;
   writer.startDocument();
   writer.startDTD("r", "", "");
@@ -96,7 +81,7 @@ std::string withDefault(const char* name, const char* mode, const char* value,
   writer.startPrefixMapping("p", "urn:p");
   writer.startPrefixMapping("q", "urn:p");
   writer.start("r");
-  return thrown([&] { writer.startElement("", "e", "e", list(attributes)); });
+  return thrown([&] { writer.startElement("", "e", "e", namedAttributes(attributes)); });
 }
 
 TEST(XML10DefaultedAttribute, MustNotChangeANamespace) {

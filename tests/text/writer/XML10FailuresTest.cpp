@@ -9,22 +9,8 @@ namespace {
 
 using namespace Tavrin;
 using failures::Event;
+using failures::failing;
 using failures::FailingAttributes;
-
-struct Named {
-  const char* uri;
-  const char* localName;
-  const char* qName;
-  const char* value;
-};
-
-FailingAttributes failing(std::initializer_list<Named> list) {
-  AttributesImpl attributes;
-  for (const auto& [uri, localName, qName, value] : list) {
-    attributes.addAttribute(uri, localName, qName, "CDATA", value);
-  }
-  return FailingAttributes(attributes);
-}
 
 /// A document with everything in it. What events are given takes no memory while they run.
 std::vector<Event> everything() {

@@ -9,21 +9,6 @@ namespace {
 
 using namespace Tavrin;
 
-struct Attribute {
-  std::string uri;
-  std::string localName;
-  std::string qName;
-  std::string value;
-};
-
-AttributesImpl list(const std::vector<Attribute>& attributes) {
-  AttributesImpl result;
-  for (const auto& [uri, localName, qName, value] : attributes) {
-    result.addAttribute(uri, localName, qName, "CDATA", value);
-  }
-  return result;
-}
-
 const std::string kXML = "http://www.w3.org/XML/1998/namespace";
 const std::string kXMLNS = "http://www.w3.org/2000/xmlns/";
 
@@ -42,7 +27,7 @@ TEST(XML10AttributeValue, StandsInTheQuotesThatAreSet) {
   writer.set(properties::quoteCharacter, '"');
   writer.startDocument();
   writer.startPrefixMapping("", "urn:\"'");
-  writer.startElement("urn:\"'", "r", "r", list({{"", "a", "a", "<>&'\" \t\n\r"}}));
+  writer.startElement("urn:\"'", "r", "r", namedAttributes({{"", "a", "a", "<>&'\" \t\n\r"}}));
   writer.endElement("urn:\"'", "r", "r");
   EXPECT_EQ(writer.text(), "<r xmlns=\"urn:&quot;'\" a=\"&lt;>&amp;'&quot; &#x9;&#xA;&#xD;\"/>");
 }
@@ -97,7 +82,7 @@ TEST(XML10Name, PartsMustFitEachOther) {
       refusedInRoot([](XML10Writer& w) { w.startElement("", "p:a", "p:a", AttributesImpl()); }),
       "SAXException: The local name \"p:a\" does not belong to \"p:a\"");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e", list({{"", "a", "b", ""}}));
+              w.startElement("", "e", "e", namedAttributes({{"", "a", "b", ""}}));
             }),
             "SAXException: The local name \"a\" does not belong to \"b\"");
 }
@@ -110,11 +95,11 @@ TEST(XML10Name, ThatWasRightMustStillFit) {
   EXPECT_EQ(thrown([&] { writer.startElement("", "x", "e", AttributesImpl()); }),
             "SAXException: The local name \"x\" does not belong to \"e\"");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "e", "e", list({{"", "x", "a", ""}}));
+              writer.startElement("", "e", "e", namedAttributes({{"", "x", "a", ""}}));
             }),
             "SAXException: The local name \"x\" does not belong to \"a\"");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "e", "e", list({{"urn:u", "a", "a", ""}}));
+              writer.startElement("", "e", "e", namedAttributes({{"urn:u", "a", "a", ""}}));
             }),
             "SAXException: The attribute \"a\" has a namespace, but no prefix");
 }
@@ -124,8 +109,9 @@ TEST(XML10Prefix, OfARefusedStartTagIsForgotten) {
   writer.startDocument();
   writer.start("r");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "", "e",
-                                  list({{"", "", "xmlns:p", "urn:p"}, {"", "", "a", "\x01"}}));
+              writer.startElement(
+                  "", "", "e",
+                  namedAttributes({{"", "", "xmlns:p", "urn:p"}, {"", "", "a", "\x01"}}));
             }),
             "SAXException: You cannot put character U+0001 into an attribute value");
   EXPECT_EQ(thrown([&] { writer.startElement("urn:p", "e", "p:e", AttributesImpl()); }),
@@ -138,7 +124,7 @@ TEST(XML10Prefix, MustBeBoundToTheNamespace) {
   XML10Writer writer;
   writer.startDocument();
   writer.startPrefixMapping("p", "urn:p");
-  writer.startElement("urn:p", "r", "p:r", list({{"urn:p", "a", "p:a", "1"}}));
+  writer.startElement("urn:p", "r", "p:r", namedAttributes({{"urn:p", "a", "p:a", "1"}}));
   EXPECT_EQ(thrown([&] { writer.startElement("urn:q", "e", "p:e", AttributesImpl()); }),
             "SAXException: The prefix \"p\" is bound to \"urn:p\" and not to \"urn:q\"");
   EXPECT_EQ(thrown([&] { writer.startElement("urn:p", "e", "q:e", AttributesImpl()); }),
@@ -146,25 +132,25 @@ TEST(XML10Prefix, MustBeBoundToTheNamespace) {
   EXPECT_EQ(thrown([&] { writer.startElement("", "e", "p:e", AttributesImpl()); }),
             "SAXException: The prefix \"p\" is bound to \"urn:p\" and not to \"\"");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "e", "e", list({{"urn:q", "a", "p:a", ""}}));
+              writer.startElement("", "e", "e", namedAttributes({{"urn:q", "a", "p:a", ""}}));
             }),
             "SAXException: The prefix \"p\" is bound to \"urn:p\" and not to \"urn:q\"");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "e", "e", list({{"urn:q", "a", "q:a", ""}}));
+              writer.startElement("", "e", "e", namedAttributes({{"urn:q", "a", "q:a", ""}}));
             }),
             "SAXException: The prefix \"q\" is not declared");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "e", "e", list({{"urn:p", "a", "a", ""}}));
+              writer.startElement("", "e", "e", namedAttributes({{"urn:p", "a", "a", ""}}));
             }),
             "SAXException: The attribute \"a\" has a namespace, but no prefix");
   // Redeclared inside, and as before behind that.
   writer.startPrefixMapping("p", "urn:q");
-  writer.startElement("urn:q", "e", "p:e", list({{"urn:q", "a", "p:a", "2"}}));
+  writer.startElement("urn:q", "e", "p:e", namedAttributes({{"urn:q", "a", "p:a", "2"}}));
   EXPECT_EQ(thrown([&] { writer.startElement("urn:p", "e", "p:e", AttributesImpl()); }),
             "SAXException: The prefix \"p\" is bound to \"urn:q\" and not to \"urn:p\"");
   writer.endElement("urn:q", "e", "p:e");
   writer.endPrefixMapping("p");
-  writer.startElement("urn:p", "e", "p:e", list({{"urn:p", "a", "p:a", "3"}}));
+  writer.startElement("urn:p", "e", "p:e", namedAttributes({{"urn:p", "a", "p:a", "3"}}));
   writer.endElement("urn:p", "e", "p:e");
   writer.endElement("urn:p", "r", "p:r");
   EXPECT_EQ(writer.text(),
@@ -173,12 +159,12 @@ TEST(XML10Prefix, MustBeBoundToTheNamespace) {
 
 TEST(XML10Prefix, XmlIsAlwaysBound) {
   EXPECT_EQ(inRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e", list({{kXML, "lang", "xml:lang", "de"}}));
+              w.startElement("", "e", "e", namedAttributes({{kXML, "lang", "xml:lang", "de"}}));
               w.endElement("", "e", "e");
             }),
             "<e xml:lang='de'/>");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e", list({{"urn:x", "lang", "xml:lang", "de"}}));
+              w.startElement("", "e", "e", namedAttributes({{"urn:x", "lang", "xml:lang", "de"}}));
             }),
             "SAXException: The prefix \"xml\" is bound to \"" + kXML + "\" and not to \"urn:x\"");
   EXPECT_EQ(refusedInRoot(
@@ -193,7 +179,7 @@ TEST(XML10DefaultNamespace, CountsForElementsWithoutPrefix) {
             "SAXException: The element \"r\" has no prefix, but \"urn:d\" is not the default "
             "namespace");
   writer.startPrefixMapping("", "urn:d");
-  writer.startElement("urn:d", "r", "r", list({{"", "a", "a", ""}}));
+  writer.startElement("urn:d", "r", "r", namedAttributes({{"", "a", "a", ""}}));
   EXPECT_EQ(thrown([&] { writer.start("b"); }),
             "SAXException: The element \"b\" has no namespace, but the default namespace is "
             "\"urn:d\"");
@@ -234,7 +220,7 @@ TEST(XML10Declaration, MustBeAllowed) {
     if (c.prefix.find_first_of("1:") != std::string::npos) continue;
     const std::string qName = c.prefix.empty() ? "xmlns" : "xmlns:" + c.prefix;
     EXPECT_EQ(refusedInRoot([&](XML10Writer& w) {
-                w.startElement("", "", "e", list({{"", "", qName, c.uri}}));
+                w.startElement("", "", "e", namedAttributes({{"", "", qName, c.uri}}));
               }),
               "SAXException: " + c.refusal);
   }
@@ -271,10 +257,10 @@ TEST(XML10Declaration, CannotComeWhereNoElementCan) {
 TEST(XML10Declaration, AsAttributeCountsAsAMapping) {
   EXPECT_EQ(inRoot([](XML10Writer& w) {
               w.startElement("urn:p", "e", "p:e",
-                             list({{kXMLNS, "p", "xmlns:p", "urn:p"},
-                                   {"urn:p", "a", "p:a", "1"},
-                                   {kXMLNS, "xmlns", "xmlns", "urn:d"}}));
-              w.startElement("urn:d", "f", "f", list({{"", "", "xmlns:q", "urn:<"}}));
+                             namedAttributes({{kXMLNS, "p", "xmlns:p", "urn:p"},
+                                              {"urn:p", "a", "p:a", "1"},
+                                              {kXMLNS, "xmlns", "xmlns", "urn:d"}}));
+              w.startElement("urn:d", "f", "f", namedAttributes({{"", "", "xmlns:q", "urn:<"}}));
               w.endElement("urn:d", "f", "f");
               w.endElement("urn:p", "e", "p:e");
             }),
@@ -286,10 +272,10 @@ TEST(XML10Declaration, AsAttributeIsNotWrittenBesideItsMapping) {
               w.startPrefixMapping("p", "urn:p");
               w.startPrefixMapping("", "urn:d");
               w.startElement("urn:d", "e", "e",
-                             list({{"", "a", "a", "1"},
-                                   {"", "", "xmlns", "urn:d"},
-                                   {"", "", "xmlns:q", "urn:q"},
-                                   {"", "", "xmlns:p", "urn:p"}}));
+                             namedAttributes({{"", "a", "a", "1"},
+                                              {"", "", "xmlns", "urn:d"},
+                                              {"", "", "xmlns:q", "urn:q"},
+                                              {"", "", "xmlns:p", "urn:p"}}));
               w.endElement("urn:d", "e", "e");
             }),
             "<e xmlns:p='urn:p' xmlns='urn:d' a='1' xmlns:q='urn:q'/>");
@@ -300,25 +286,26 @@ TEST(XML10Declaration, AsAttributeMustAgreeWithItsMapping) {
   writer.startDocument();
   writer.startPrefixMapping("p", "urn:p");
   EXPECT_EQ(thrown([&] {
-              writer.startElement("", "r", "r", list({{"", "", "xmlns:p", "urn:q"}}));
+              writer.startElement("", "r", "r", namedAttributes({{"", "", "xmlns:p", "urn:q"}}));
             }),
             "SAXException: The prefix \"p\" is declared twice on one element");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e",
-                             list({{"", "", "xmlns:p", "urn:p"}, {"", "", "xmlns:p", "urn:p"}}));
+              w.startElement(
+                  "", "e", "e",
+                  namedAttributes({{"", "", "xmlns:p", "urn:p"}, {"", "", "xmlns:p", "urn:p"}}));
             }),
             "SAXException: The prefix \"p\" is declared twice on one element");
   EXPECT_EQ(
       refusedInRoot([](XML10Writer& w) {
-        w.startElement("", "e", "e", list({{"urn:x", "p", "xmlns:p", "urn:p"}}));
+        w.startElement("", "e", "e", namedAttributes({{"urn:x", "p", "xmlns:p", "urn:p"}}));
       }),
       "SAXException: The prefix \"xmlns\" is bound to \"" + kXMLNS + "\" and not to \"urn:x\"");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e", list({{kXMLNS, "q", "xmlns:p", "urn:p"}}));
+              w.startElement("", "e", "e", namedAttributes({{kXMLNS, "q", "xmlns:p", "urn:p"}}));
             }),
             "SAXException: The local name \"q\" does not belong to \"xmlns:p\"");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "e", "e", list({{"", "", "xmlns:", "urn:p"}}));
+              w.startElement("", "e", "e", namedAttributes({{"", "", "xmlns:", "urn:p"}}));
             }),
             "SAXException: \"xmlns:\" is not a qualified name");
 }
@@ -334,20 +321,20 @@ TEST(XML10Declaration, IsNotAnyNameThatBeginsLikeOne) {
 // --- Events without namespaces ---
 
 TEST(XML10RawNames, AreWrittenWhereTheirPrefixesAreBound) {
-  EXPECT_EQ(
-      inRoot([](XML10Writer& w) {
-        w.startElement("", "", "p:e", list({{"", "", "p:a", "1"}, {"", "", "xmlns:p", "urn:p"}}));
-        w.startElement("", "", "p:f", list({{"", "", "xmlns", "urn:d"}}));
-        w.startElement("", "", "g", AttributesImpl());
-        w.endElement("", "", "g");
-        w.endElement("", "", "p:f");
-        w.endElement("", "", "p:e");
-      }),
-      "<p:e p:a='1' xmlns:p='urn:p'><p:f xmlns='urn:d'><g/></p:f></p:e>");
+  EXPECT_EQ(inRoot([](XML10Writer& w) {
+              w.startElement("", "", "p:e",
+                             namedAttributes({{"", "", "p:a", "1"}, {"", "", "xmlns:p", "urn:p"}}));
+              w.startElement("", "", "p:f", namedAttributes({{"", "", "xmlns", "urn:d"}}));
+              w.startElement("", "", "g", AttributesImpl());
+              w.endElement("", "", "g");
+              w.endElement("", "", "p:f");
+              w.endElement("", "", "p:e");
+            }),
+            "<p:e p:a='1' xmlns:p='urn:p'><p:f xmlns='urn:d'><g/></p:f></p:e>");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) { w.startElement("", "", "q:e", AttributesImpl()); }),
             "SAXException: The prefix \"q\" is not declared");
   EXPECT_EQ(refusedInRoot([](XML10Writer& w) {
-              w.startElement("", "", "e", list({{"", "", "q:a", ""}}));
+              w.startElement("", "", "e", namedAttributes({{"", "", "q:a", ""}}));
             }),
             "SAXException: The prefix \"q\" is not declared");
 }

@@ -13,42 +13,7 @@
 #include "WhatIsThrown.h"
 #include "WriterProbe.h"
 
-/// A writer "XML10" with a stream and without an XML declaration, and with short forms of the
-/// commonest events.
-class XML10Writer : public Probe<Tavrin::XMLWriter_XML10> {
- public:
-  using AttributeList = std::initializer_list<std::pair<const char*, std::string>>;
-
-  explicit XML10Writer(Settings settings = {}) {
-    setFeature(Tavrin::features::autoIndent, settings.indent);
-    setFeature(Tavrin::features::emptyTags, settings.emptyTags);
-    setFeature(Tavrin::features::xmlDeclaration, settings.declaration);
-    setOutputStream(&output);
-  }
-
-  /// Starts an element of a name without prefix and without namespace.
-  void start(const std::string& name, AttributeList attributes = {}) {
-    Tavrin::AttributesImpl list;
-    for (const auto& [qName, value] : attributes) {
-      list.addAttribute("", qName, qName, "CDATA", value);
-    }
-    startElement("", name, name, list);
-  }
-  void end(const std::string& name) { endElement("", name, name); }
-  void leaf(const std::string& name) {
-    start(name);
-    end(name);
-  }
-  /// Sets a property that has a type of value.
-  template <typename Value>
-  void set(const char* name, Value value) {
-    setProperty(name, &value);
-  }
-
-  const std::string& text() const { return output.text(); }
-
-  Output output;
-};
+using XML10Writer = WriterWithSettings<Tavrin::XMLWriter_XML10>;
 
 /// What a document holds between `<r>` and `</r>`.
 inline std::string inRoot(const std::function<void(XML10Writer&)>& events) {

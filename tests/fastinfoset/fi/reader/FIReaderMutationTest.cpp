@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <random>
 #include <set>
 
 #include "FIReaderSamples.h"
+#include "Mutations.h"
 
 // Samples with their octets changed: whatever comes of it is an event or one of the reader's own
 // failures, at a cost in proportion to the octets.
@@ -141,62 +141,18 @@ bool isFailure(const std::string& outcome) {
          outcome.rfind("SAXException: Unknown external vocabulary - ", 0) == 0;
 }
 
-/// Changes one to eight places of a sample.
-std::string mutate(std::mt19937& random) {
-  const auto below = [&random](std::size_t end) {
-    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
-  };
-  // Octets that mean something nearly anywhere.
-  static const std::string telling =
-      octets("00 01 0C 10 20 30 38 3C 3F 40 60 78 7C 7F 80 83 8C 8F A0 B8 C0 CF E1 E2 F0 FF");
-  std::string octets = samples()[below(samples().size())].octets;
-  for (std::size_t changes = 1 + below(8); changes > 0; --changes) {
-    const std::size_t place = octets.empty() ? 0 : below(octets.size());
-    // The header is mostly left alone: what differs there is told apart at once.
-    if (place < 4 && below(16) != 0) continue;
-    const std::string& other = samples()[below(samples().size())].octets;
-    switch (below(7)) {
-      case 0:
-        octets[place] = static_cast<char>(octets[place] ^ (1 << below(8)));
-        break;
-      case 1:
-        octets[place] = static_cast<char>(below(256));
-        break;
-      case 2:
-        octets[place] = telling[below(telling.size())];
-        break;
-      case 3:
-        octets.insert(place, 1, telling[below(telling.size())]);
-        break;
-      case 4:
-        octets.erase(place, 1 + below(4));
-        break;
-      case 5:
-        octets.insert(place, other, below(other.size()), 1 + below(32));
-        break;
-      default:
-        octets.resize(place);
-    }
-    if (octets.empty()) break;
-  }
-  return octets;
-}
-
-std::size_t mutationCount() {
-  const char* given = std::getenv("TAVRIN_MUTATIONS");
-  return given ? std::strtoul(given, nullptr, 10) : 200000;
-}
-
 TEST(FIReaderMutations, EndWellOrInOneOfTheReadersFailures) {
   constexpr std::size_t kMemory = 4 * 1024 * 1024;
   constexpr std::size_t kBlocksOfAnOctet = 16;
   SampleReader sampleReader;
   Tavrin::XMLReader_FI& reader = sampleReader.reader;
-  const std::size_t count = mutationCount();
+  std::vector<std::string> documents;
+  for (const Sample& sample : samples()) documents.push_back(sample.octets);
+  const std::size_t count = mutationCount(200000);
   std::size_t readWhole = 0;
   for (std::size_t seed = 0; seed < count; ++seed) {
     std::mt19937 random(static_cast<std::mt19937::result_type>(seed));
-    const std::string document = mutate(random);
+    const std::string document = mutate(documents, random);
     ShapeHandler handler;
     reader.setContentHandler(&handler);
     reader.setDTDHandler(&handler);

@@ -7,21 +7,6 @@ namespace {
 const char* const kTexts[] = {"urn:reversed", nullptr, "third"};
 const char* const kNames[][3] = {{"p", "u", "l"}, {nullptr, nullptr, "m"}};
 
-/// Elements, each with a name of its own, and then again by their indices.
-std::string manyNames() {
-  std::string children;
-  for (char c = 'A'; c <= 'Z'; ++c) children += octets("3C 00") + c + octets("F0");
-  for (char c = 'a'; c <= 'z'; ++c) children += octets("3C 00") + c + octets("F0");
-  return children + octets("00 F0 1F F0 20 00 F0 20 13 F0 3C 80 F0 3C B3 F0");
-}
-
-/// Chunks with the bit that adds, and then again by their indices.
-std::string manyChunks() {
-  std::string chunks;
-  for (char c = 'a'; c <= 'z'; ++c) chunks += octets("90") + c;
-  return chunks + octets("A0 AF B0 00 B0 09");
-}
-
 std::string typedChunks() {
   std::string chunks;
   for (const TypedValue& value : typedValues()) chunks += octets(value.chunk);
@@ -79,7 +64,7 @@ std::vector<Sample> makeSamples() {
       {"terminators",
        document("3C 00 'a' 3C 00 'b' 3C 00 'c' FF 7C 00 'd' 78 00 'b' 00 'x' FF 43 00 00 'y' F0 "
                 "80 'z' FF F0")},
-      {"many names", document("3C 00 'a'") + manyNames() + octets("FF")},
+      {"many names", document("3C 00 'a'") + manyNames('a') + octets("FF")},
       {"many chunks", document("3C 00 'a'") + manyChunks() + octets("FF")},
   };
 }

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "ActingAttributes.h"
 #include "FIWriterProbe.h"
 #include "WhatIsThrown.h"
 
@@ -60,26 +61,6 @@ TEST(WriterDeclarations, AreNotWrittenAgainBehindAnAttributeThatIsRefused) {
 }
 
 // --- Getters of an application's attributes ---
-
-/// Attributes that do something before they answer.
-class ActingAttributes : public AttributesImpl {
- public:
-  explicit ActingAttributes(std::function<void(const std::string&)> act) : act_(std::move(act)) {
-    addAttribute("", "a", "a", "CDATA", "1");
-    addAttribute("", "b", "b", "CDATA", "2");
-  }
-  const std::string& getQName(int i) const override {
-    act_("name");
-    return AttributesImpl::getQName(i);
-  }
-  const std::string& getValue(int i) const override {
-    act_("value");
-    return AttributesImpl::getValue(i);
-  }
-
- private:
-  std::function<void(const std::string&)> act_;
-};
 
 TEST(WriterGetters, SeeWhatPrecedesTheirAnswer) {
   Probe writer;

@@ -8,20 +8,6 @@ std::string hex(const std::string& notation) { return EventLog::showOctets(::oct
 
 std::string document(const std::string& body) { return hex("E0 00 00 01 00" + body); }
 
-AttributesImpl attributes(std::initializer_list<Plain> list) {
-  AttributesImpl result;
-  for (const Plain& item : list) result.addAttribute("", item.name, item.name, "CDATA", item.value);
-  return result;
-}
-
-AttributesImpl namedAttributes(std::initializer_list<Named> list) {
-  AttributesImpl result;
-  for (const Named& item : list) {
-    result.addAttribute(item.uri, item.localName, item.qName, "CDATA", item.value);
-  }
-  return result;
-}
-
 std::string textOf(std::size_t length) {
   std::string text(length, 'x');
   for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>('a' + i % 26);

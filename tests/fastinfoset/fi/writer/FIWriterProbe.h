@@ -3,13 +3,11 @@
 #include <Tavrin/Tavrin.h>
 
 #include <cstddef>
-#include <initializer_list>
 #include <map>
 #include <string>
 
-#include "EventLog.h"
 #include "HexOctets.h"
-#include "TextWriter.h"
+#include "WriterWithOutput.h"
 
 /// What the tests of the Fast Infoset writer share.
 namespace writer_test {
@@ -20,26 +18,8 @@ std::string hex(const std::string& notation);
 /// A document without optional components, from the notation of what follows them, likewise.
 std::string document(const std::string& body);
 
-/// An attribute without a namespace.
-struct Plain {
-  std::string name;
-  std::string value;
-};
-
-/// An attribute with all its names.
-struct Named {
-  std::string uri;
-  std::string localName;
-  std::string qName;
-  std::string value;
-};
-
-Tavrin::AttributesImpl attributes(std::initializer_list<Plain> list);
-Tavrin::AttributesImpl namedAttributes(std::initializer_list<Named> list);
-
-/// A writer with its primitives laid open, a stream that shows octets at once, and short forms of
-/// the commonest events.
-class Probe : public Tavrin::XMLWriter_FI {
+/// A writer with its primitives laid open.
+class Probe : public WriterWithOutput<Tavrin::XMLWriter_FI> {
  public:
   using XMLWriter_FI::countAttributes;
   using XMLWriter_FI::encodeAttributes;
@@ -54,26 +34,6 @@ class Probe : public Tavrin::XMLWriter_FI {
 
   using NameMap = std::map<QualifiedName, unsigned int>;
   using StringMap = std::map<std::string, unsigned int>;
-
-  Probe() { setOutputStream(&output); }
-
-  /// Everything written so far, as hexadecimal pairs.
-  std::string written() const { return EventLog::showOctets(output.text()); }
-  /// What was written since this was asked last, as hexadecimal pairs.
-  std::string news() { return EventLog::showOctets(output.news()); }
-
-  /// Starts an element without a namespace.
-  void start(const std::string& name, std::initializer_list<Plain> list = {}) {
-    startElement("", name, name, attributes(list));
-  }
-  void end(const std::string& name) { endElement("", name, name); }
-  /// Starts an element without a namespace and ends it again.
-  void leaf(const std::string& name, std::initializer_list<Plain> list = {}) {
-    start(name, list);
-    end(name);
-  }
-
-  Output output;
 };
 
 /// A text of a given length, not all the same octet.

@@ -24,21 +24,6 @@ std::string typedAttributes() {
   return attributes;
 }
 
-/// Elements, each with a name of its own, and then again by their indexes.
-std::string manyNames() {
-  std::string children;
-  for (char c = 'A'; c <= 'Z'; ++c) children += octets("3C 00") + c + octets("F0");
-  for (char c = 'b'; c <= 'z'; ++c) children += octets("3C 00") + c + octets("F0");
-  return children + octets("00 F0 1F F0 20 00 F0 20 13 F0 3C 80 F0 3C B3 F0");
-}
-
-/// Chunks with the bit that adds, and then again by their indexes.
-std::string manyChunks() {
-  std::string chunks;
-  for (char c = 'a'; c <= 'z'; ++c) chunks += octets("90") + c;
-  return chunks + octets("A0 AF B0 00 B0 09");
-}
-
 std::vector<std::string> makeSamples() {
   return {
       document("3C 00 'a' FF"),
@@ -69,8 +54,8 @@ std::vector<std::string> makeSamples() {
       // Elements in a row and in each other, with all numbers of terminators.
       document("3C 00 'a' 3C 00 'b' F0 00 00 00 01 FF FF 01 FF F0"),
       document("3C 00 'a' F0 E2 00 'c' E1 00 'p' FF F0"),
-      document("3C 00 'a'") + manyNames() + octets("FF"),
-      document("3C 00 'a'") + manyChunks() + octets("FF"),
+      document("3C 00 'a'") + reader_test::manyNames('b') + octets("FF"),
+      document("3C 00 'a'") + reader_test::manyChunks() + octets("FF"),
       document("3C 40 00") + std::string(65, 'n') + octets("83 00 00 00 00") +
           std::string(259, 't') + octets("E2 0C 00 00 00 00") + std::string(265, 'c') +
           octets("FF"),

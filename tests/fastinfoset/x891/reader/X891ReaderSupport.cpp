@@ -4,31 +4,6 @@
 
 namespace x891_test {
 
-X891Reader::X891Reader() {
-  log.mergeCharacters = false;
-  log.showAlgorithms = true;
-  log.attachTo(reader);
-  log.attachDeclarationsTo(reader);
-}
-
-std::string X891Reader::read(const std::string& octets) {
-  log.clear();
-  std::istringstream stream(octets);
-  std::string outcome;
-  std::string printed;
-  {
-    const reader_test::CapturedOutput output;
-    outcome = outcomeOf([&] { reader.parse(stream); });
-    printed = output.text();
-  }
-  std::string told = log.text();
-  if (!printed.empty()) told += "printed(" + EventLog::show(printed) + ")\n";
-  if (outcome != "done") return told + outcome + "\n";
-  const std::size_t left = octets.size() - static_cast<std::size_t>(stream.tellg());
-  if (left > 0) told += std::to_string(left) + " octets left\n";
-  return told;
-}
-
 std::string readNew(const std::string& octets) { return X891Reader().read(octets); }
 
 std::string failure(const EventLog::Lines& events, const std::string& message,

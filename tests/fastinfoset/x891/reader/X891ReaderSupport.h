@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "FIReaderSupport.h"
+#include "ReaderSupport.h"
 
 // Documents are written octet by octet from X.891, annex C, and what must be told of them by hand.
 
@@ -18,20 +18,7 @@ using reader_test::outcomeOf;
 using reader_test::whole;
 using reader_test::wholeContent;
 
-/// A reader and the log of what it tells. Primitive types and encoding algorithms are not handled
-/// unless a test attaches the log for them.
-class X891Reader {
- public:
-  X891Reader();
-
-  /// Parses one document and tells everything that came of it: the events, a line each, then
-  /// `printed(...)` where something was printed, then `N octets left` behind the document or the
-  /// exception.
-  std::string read(const std::string& octets);
-
-  EventLog log;
-  Tavrin::XMLReader_X891 reader;
-};
+using X891Reader = reader_test::ReaderWithLog<Tavrin::XMLReader_X891>;
 
 /// What a new reader tells of a document.
 std::string readNew(const std::string& octets);

@@ -10,11 +10,8 @@ namespace {
 
 using namespace Tavrin;
 using failures::Event;
+using failures::failing;
 using failures::FailingAttributes;
-
-FailingAttributes failing(std::initializer_list<writer_test::Named> list) {
-  return FailingAttributes(namedAttributes(list));
-}
 
 XMLWriter_X891& x891(XMLWriter& writer) { return dynamic_cast<XMLWriter_X891&>(writer); }
 

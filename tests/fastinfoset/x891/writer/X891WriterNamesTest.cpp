@@ -111,8 +111,7 @@ TEST(X891WriterNames, MayLackAQualifiedName) {
 
 /// What refuses a start tag.
 std::string refusalOf(const std::string& uri, const std::string& localName,
-                      const std::string& qName,
-                      std::initializer_list<writer_test::Named> list = {}) {
+                      const std::string& qName, std::initializer_list<Named> list = {}) {
   return refusal([&](Writer& w) { w.startElement(uri, localName, qName, namedAttributes(list)); });
 }
 

@@ -11,10 +11,7 @@
 /// What the tests of the writer "X891" share.
 namespace x891_test {
 
-using writer_test::attributes;
 using writer_test::hex;
-using writer_test::namedAttributes;
-using writer_test::Plain;
 using writer_test::shortText;
 using writer_test::textOf;
 
@@ -29,33 +26,7 @@ inline std::string unknownAlgorithm(const std::string& what) {
 /// A document without optional components, from the notation of what follows them (HexOctets.h).
 inline std::string document(const std::string& body) { return hex("E0 00 00 01 00" + body); }
 
-/// A writer with a stream that shows octets at once, and short forms of the commonest events.
-class Writer : public Tavrin::XMLWriter_X891 {
- public:
-  Writer() { setOutputStream(&output); }
-
-  /// Everything written so far, as hexadecimal pairs.
-  std::string written() const { return EventLog::showOctets(output.text()); }
-  /// What was written since this was asked last, as hexadecimal pairs.
-  std::string news() { return EventLog::showOctets(output.news()); }
-
-  /// Starts an element without a namespace.
-  void start(const std::string& name, std::initializer_list<Plain> list = {}) {
-    startElement("", name, name, attributes(list));
-  }
-  void end(const std::string& name) { endElement("", name, name); }
-  void leaf(const std::string& name, std::initializer_list<Plain> list = {}) {
-    start(name, list);
-    end(name);
-  }
-  /// Sets a property to a value.
-  template <typename Value>
-  void set(const char* property, Value value) {
-    setProperty(property, &value);
-  }
-
-  Output output;
-};
+using Writer = WriterWithOutput<Tavrin::XMLWriter_X891>;
 
 /// What a writer writes.
 inline std::string written(const std::function<void(Writer&)>& events) {

@@ -92,7 +92,7 @@ TEST(X891WriterInitialVocabulary, AddsWhatItsNamesNeed) {
   EXPECT_EQ(withInitial(vocabulary,
                         [](Writer& writer) {
                           writer.startPrefixMapping("p", "v");
-                          writer.startElement("v", "l", "p:l", x891_test::attributes({{"m", ""}}));
+                          writer.startElement("v", "l", "p:l", ::attributes({{"m", ""}}));
                           writer.endElement("v", "l", "p:l");
                         }),
             hex("E0 00 00 01 20 03 83 00 00 'p' 01 00 'v' 00 'u' 01 00 'l' 00 'm'"

@@ -1,4 +1,4 @@
-#include "FIReaderSupport.h"
+#include "ReaderSupport.h"
 
 #include <WhatIsThrown.h>
 
@@ -30,31 +30,6 @@ std::string documentOfContent(const std::string& written) {
   return document("3C 00 'a' " + written + " FF");
 }
 
-LoggedReader::LoggedReader() {
-  log.mergeCharacters = false;
-  log.showAlgorithms = true;
-  log.attachTo(reader);
-  log.attachDeclarationsTo(reader);
-}
-
-std::string LoggedReader::read(const std::string& octets) {
-  log.clear();
-  std::istringstream stream(octets);
-  {
-    const CapturedOutput output;
-    outcome = outcomeOf([&] { reader.parse(stream); });
-    printed = output.text();
-  }
-  std::string told = log.text();
-  if (!printed.empty()) told += "printed(" + EventLog::show(printed) + ")\n";
-  if (outcome != "done") return told + outcome + "\n";
-  const std::size_t left = octets.size() - static_cast<std::size_t>(stream.tellg());
-  if (left > 0) told += std::to_string(left) + " octets left\n";
-  return told;
-}
-
-std::string readNew(const std::string& octets) { return LoggedReader().read(octets); }
-
 std::string whole(const EventLog::Lines& events) {
   return "startDocument()\n" + join(events) + "endDocument()\n";
 }
@@ -64,19 +39,23 @@ std::string wholeContent(const EventLog::Lines& events) {
          "endElement(, a, a)\nendDocument()\n";
 }
 
-std::string failed(const EventLog::Lines& events, const std::string& message) {
-  return "startDocument()\n" + join(events) + "SAXException: " + message + "\n";
-}
-
-std::string failedContent(const EventLog::Lines& events, const std::string& message) {
-  return "startDocument()\nstartElement(, a, a, [])\n" + join(events) + "SAXException: " + message +
-         "\n";
-}
-
 std::string bigEndian(unsigned long number, int octetCount) {
   std::string result;
   for (int i = octetCount; i-- > 0;) result += static_cast<char>(number >> (8 * i));
   return result;
+}
+
+std::string manyNames(char first) {
+  std::string children;
+  for (char c = 'A'; c <= 'Z'; ++c) children += octets("3C 00") + c + octets("F0");
+  for (char c = first; c <= 'z'; ++c) children += octets("3C 00") + c + octets("F0");
+  return children + octets("00 F0 1F F0 20 00 F0 20 13 F0 3C 80 F0 3C B3 F0");
+}
+
+std::string manyChunks() {
+  std::string chunks;
+  for (char c = 'a'; c <= 'z'; ++c) chunks += octets("90") + c;
+  return chunks + octets("A0 AF B0 00 B0 09");
 }
 
 }  // namespace reader_test
