@@ -1,8 +1,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "../tool/Workplace.h"
 #include "HexOctets.h"
+#include "Workplace.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
-#include "../tool/Workplace.h"
 #include "HexOctets.h"
+#include "Workplace.h"
 
 namespace {
 

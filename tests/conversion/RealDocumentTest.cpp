@@ -2,8 +2,8 @@
 
 #include <sstream>
 
-#include "../tool/Workplace.h"
 #include "EventLog.h"
+#include "Workplace.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "../tool/Workplace.h"
+#include "Workplace.h"
 
 namespace {
 

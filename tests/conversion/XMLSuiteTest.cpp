@@ -3,8 +3,8 @@
 #include <optional>
 #include <set>
 
-#include "../tool/Workplace.h"
 #include "Catalog.h"
+#include "Workplace.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <iostream>
 
-#include "../fastinfoset/reader_samples.h"
-#include "../fastinfoset/x891_reader_samples.h"
 #include "Documents.h"
+#include "FIReaderSamples.h"
 #include "Subjects.h"
 #include "TrappedCode.h"
+#include "X891ReaderSamples.h"
 
 using namespace Tavrin;
 

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "Allocations.h"
+#include "AttributeLists.h"
 
 /// Lets the events of a document fail at every place, and looks at what a writer does then.
 namespace failures {
@@ -73,6 +74,10 @@ class FailingAttributes : public Tavrin::Attributes {
   static inline std::size_t left_ = 0;
   Tavrin::AttributesImpl list_;
 };
+
+inline FailingAttributes failing(std::initializer_list<Named> list) {
+  return FailingAttributes(namedAttributes(list));
+}
 
 /// A stream that takes no memory, and throws at one of the octets.
 class FailingStream : public std::ostream {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Kinds.h"
+#include "LoggingFlush.h"
 
 // All but strings read each octet with the stream's single-octet get. Whatever the stream is, a
 // program sees the same as if it called get itself.
@@ -83,21 +84,6 @@ class LoggingSource : public std::streambuf {
   Source source_;
   std::string& log_;
   std::size_t next_ = 0;
-};
-
-/// Logs when it is flushed.
-class LoggingFlush : public std::streambuf {
- public:
-  explicit LoggingFlush(std::string& log) : log_(log) {}
-
- protected:
-  int sync() override {
-    log_ += "flush\n";
-    return 0;
-  }
-
- private:
-  std::string& log_;
 };
 
 /// So many items the holder has of the value before.

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "Kinds.h"
+#include "LoggingFlush.h"
 
 // All but strings write each octet with the stream's single-octet put, and so does what introduces
 // the data. Whatever the stream is, a program sees the same as if it called put itself.
@@ -82,21 +83,6 @@ class LoggingSink : public std::streambuf {
   std::string& log_;
   std::string area_;
   std::size_t taken_ = 0;
-};
-
-/// Logs when it is flushed.
-class LoggingFlush : public std::streambuf {
- public:
-  explicit LoggingFlush(std::string& log) : log_(log) {}
-
- protected:
-  int sync() override {
-    log_ += "flush\n";
-    return 0;
-  }
-
- private:
-  std::string& log_;
 };
 
 /// Everything that a program sees of an encode.
