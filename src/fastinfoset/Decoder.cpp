@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
+#include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
-#include "../sax/PropertyName.h"
 
 // The decoder as an object: properties, parse and failures. The format is decoded in the files of
 // the folder reader: Primitives.cpp (octets, integers and strings), Document.cpp, Elements.cpp,

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../xml/Characters.h"
-#include "../format/Dialect.h"
 #include "../DecodeAttributes.h"
+#include "../format/Dialect.h"
 #include "X891Decoder.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.

@@ -4,10 +4,10 @@
 #include <array>
 #include <string_view>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../xml/Characters.h"
-#include "../format/Dialect.h"
 #include "../TakeOctet.h"
+#include "../format/Dialect.h"
 #include "X891Decoder.h"
 
 // Header, components and initial vocabulary (X.891, clause 12, C.2, C.2.5 and C.16).

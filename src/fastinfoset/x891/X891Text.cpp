@@ -5,11 +5,12 @@
 #include <optional>
 #include <string_view>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../typed/EncodedLength.h"
+#include "../../xml/Characters.h"
+#include "../Pieces.h"
 #include "../format/Dialect.h"
 #include "../format/Octets.h"
-#include "../Pieces.h"
 #include "X891Decoder.h"
 
 // Text in other formats than UTF-8: UTF-16, restricted alphabets and encoding algorithms (X.891,
@@ -18,29 +19,6 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
-
-namespace {
-
-void appendUTF8(char32_t character, std::string& text) {
-  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
-  if (character < 0x80) {
-    append(character);
-  } else if (character < 0x800) {
-    append(0xC0 | character >> 6);
-    append(0x80 | (character & 0x3F));
-  } else if (character < 0x10000) {
-    append(0xE0 | character >> 12);
-    append(0x80 | (character >> 6 & 0x3F));
-    append(0x80 | (character & 0x3F));
-  } else {
-    append(0xF0 | character >> 18);
-    append(0x80 | (character >> 12 & 0x3F));
-    append(0x80 | (character >> 6 & 0x3F));
-    append(0x80 | (character & 0x3F));
-  }
-}
-
-}  // namespace
 
 void XMLReader_X891::Decoder::decodeOtherString(unsigned octet, std::string& text) {
   switch (octet & kStringEncoding) {
@@ -83,7 +61,7 @@ void XMLReader_X891::Decoder::decodeUTF16(unsigned long length, std::string& tex
     if (isHigh) {
       high = unit;
     } else {
-      appendUTF8(isLow ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit, text);
+      xml::appendUTF8(isLow ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit, text);
       high = 0;
     }
   }
