@@ -10,8 +10,6 @@
 #include <memory>
 #include <string>
 
-struct XML_ParserStruct;
-
 namespace Tavrin {
 
 /// Reads XML 1.0 text with namespaces through expat; registered as "Expat".
@@ -74,20 +72,7 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
  private:
-  class Driver;
-  class Locator_Expat;
-  struct ParserDeleter {
-    void operator()(XML_ParserStruct* parser) const;
-  };
-
-  /// Creates and configures the parser of a new document, and announces the document.
-  void setupParser();
-
-  DeclHandler* declHandler_ = nullptr;
-  LexicalHandler* lexicalHandler_ = nullptr;
-  // While a document is open.
-  std::unique_ptr<Locator_Expat> locator_;
-  std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
+  class TAVRIN_LOCAL Driver;
 
   std::unique_ptr<Driver> driver_;
 

@@ -132,10 +132,9 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
  private:
-  class Driver;
-  struct State;
+  class TAVRIN_LOCAL Driver;
 
-  std::unique_ptr<State> state_;
+  std::unique_ptr<Driver> driver_;
 
   static const XMLReaderType type_;
 };

@@ -156,24 +156,6 @@ std::string describeInvalid(std::string_view text, std::size_t position) {
   return description;
 }
 
-void appendUTF8(char32_t character, std::string& text) {
-  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
-  const auto appendContinuations = [&](unsigned count) {
-    while (count > 0) append(0x80 | (character >> 6 * --count & 0x3F));
-  };
-  if (character < 0x80) return append(character);
-  if (character < 0x800) {
-    append(0xC0 | character >> 6);
-    return appendContinuations(1);
-  }
-  if (character < 0x10000) {
-    append(0xE0 | character >> 12);
-    return appendContinuations(2);
-  }
-  append(0xF0 | character >> 18);
-  appendContinuations(3);
-}
-
 bool isName(std::string_view text) { return areNameCharacters(text, kNameStart); }
 
 bool isNCName(std::string_view text) {

@@ -18,8 +18,25 @@ std::size_t findInvalid(std::string_view text);
 /// "UTF-8 octet 0xFF".
 std::string describeInvalid(std::string_view text, std::size_t position);
 
-/// Appends a character in UTF-8.
-void appendUTF8(char32_t character, std::string& text);
+/// Appends a code point in UTF-8 (RFC 3629), whether XML allows it or not.
+inline void appendUTF8(char32_t character, std::string& text) {
+  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
+  if (character < 0x80) {
+    append(character);
+  } else if (character < 0x800) {
+    append(0xC0 | character >> 6);
+    append(0x80 | (character & 0x3F));
+  } else if (character < 0x10000) {
+    append(0xE0 | character >> 12);
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
+  } else {
+    append(0xF0 | character >> 18);
+    append(0x80 | (character >> 12 & 0x3F));
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
+  }
+}
 
 /// Production 5.
 bool isName(std::string_view text);

@@ -5,8 +5,10 @@
 #include <optional>
 #include <string_view>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../typed/EncodedLength.h"
+#include "../../xml/Characters.h"
+#include "../Pieces.h"
 #include "../format/Dialect.h"
 #include "../format/Octets.h"
 #include "X891Decoder.h"

@@ -2,37 +2,64 @@
 
 #include <expat.h>
 
-#include <string>
-
 #include "EventTarget.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
-/// Text that expat may leave out; absent text is empty.
-inline std::string textOrEmpty(const XML_Char* text) { return text ? text : std::string(); }
+/// Converts to the callback of expat's that calls a member of an EventTarget, which is the first
+/// argument of the callback.
+/// @tparam isGuarded whether the member is called within EventTarget::guard
+template <auto member, bool isGuarded>
+struct Callback {
+  template <typename Result, typename First, typename... Rest>
+  using Function = Result (*)(First, Rest...);
 
-/// The mode of an attribute's declaration (XML 1.0, production 60); empty for a plain default.
-inline const char* defaultMode(const XML_Char* defaultValue, int isRequired) {
-  if (defaultValue) return isRequired ? "#FIXED" : "";
-  return isRequired ? "#REQUIRED" : "#IMPLIED";
-}
+  template <typename Target, typename Result, typename... Arguments>
+  static Target& targetOf(void* data, Result (Target::*)(Arguments...)) {
+    return static_cast<Target&>(*static_cast<EventTarget*>(data));
+  }
 
-/// expat's callbacks for events that all readers of XML text deliver alike.
-struct Callbacks {
-  static EventTarget& from(void* userData) { return *static_cast<EventTarget*>(userData); }
-
-  static void endNamespaceHandler(void* userData, const XML_Char* prefix);
-  static void characterDataHandler(void* userData, const XML_Char* text, int length);
-  static void processingInstructionHandler(void* userData, const XML_Char* target,
-                                           const XML_Char* data);
-  static void startCdataSectionHandler(void* userData);
-  static void endCdataSectionHandler(void* userData);
-  static void commentHandler(void* userData, const XML_Char* text);
-  static void startDoctypeDeclHandler(void* userData, const XML_Char* name,
-                                      const XML_Char* systemId, const XML_Char* publicId,
-                                      int hasInternalSubset);
-  static void endDoctypeDeclHandler(void* userData);
-  static void elementDeclHandler(void* userData, const XML_Char* name, XML_Content* model);
+  template <typename Result, typename First, typename... Rest>
+  constexpr operator Function<Result, First, Rest...>() const {
+    return [](First data, Rest... rest) -> Result {
+      auto& target = targetOf(data, member);
+      if constexpr (isGuarded) {
+        target.guard([&] { (target.*member)(rest...); });
+      } else {
+        return (target.*member)(rest...);
+      }
+    };
+  }
 };
 
-}  // namespace Tavrin
+template <auto member>
+inline constexpr Callback<member, false> on;
+template <auto member>
+inline constexpr Callback<member, true> guarded;
+
+/// Configures a parser for a driver, which has a member for each event.
+template <typename Driver>
+void installCallbacks(XML_Parser parser, Driver& driver) {
+  EventTarget* const target = &driver;
+  XML_SetUserData(parser, target);
+  // The callback for external entities gets this in place of the parser.
+  XML_SetExternalEntityRefHandlerArg(parser, target);
+  XML_SetReturnNSTriplet(parser, 1);
+  XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
+
+  XML_SetNamespaceDeclHandler(parser, guarded<&Driver::startNamespace>, on<&Driver::endNamespace>);
+  XML_SetElementHandler(parser, guarded<&Driver::startElement>, guarded<&Driver::endElement>);
+  XML_SetCharacterDataHandler(parser, on<&Driver::characterData>);
+  XML_SetProcessingInstructionHandler(parser, on<&Driver::processingInstruction>);
+  XML_SetSkippedEntityHandler(parser, guarded<&Driver::skippedEntity>);
+  XML_SetNotationDeclHandler(parser, guarded<&Driver::notationDecl>);
+  XML_SetElementDeclHandler(parser, on<&Driver::elementDecl>);
+  XML_SetAttlistDeclHandler(parser, guarded<&Driver::attlistDecl>);
+  XML_SetEntityDeclHandler(parser, guarded<&Driver::entityDecl>);
+  XML_SetDoctypeDeclHandler(parser, on<&Driver::startDoctype>, on<&Driver::endDoctype>);
+  XML_SetExternalEntityRefHandler(parser, on<&Driver::externalEntityRef>);
+  XML_SetCdataSectionHandler(parser, on<&Driver::startCdata>, on<&Driver::endCdata>);
+  XML_SetCommentHandler(parser, on<&Driver::comment>);
+}
+
+}  // namespace Tavrin::text

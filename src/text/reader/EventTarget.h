@@ -1,29 +1,38 @@
 #pragma once
 
 #include <Tavrin/Handlers.h>
+#include <expat.h>
 
-#include <cstddef>
+#include <functional>
 #include <string>
 #include <utility>
 
-namespace Tavrin {
+#include "ExpatNames.h"
 
-/// The handlers of a reader: its own pointers, because a handler may take itself, or another, off
-/// between two events.
+namespace Tavrin::text {
+
+/// The handlers of a reader. Those of its base class are its own pointers, because a handler may
+/// unset itself, or another, between two events.
 struct HandlerPointers {
   ContentHandler* const& content;
   ErrorHandler* const& error;
   EntityResolver* const& resolver;
   DTDHandler* const& dtd;
-  DeclHandler* const& decl;
-  LexicalHandler* const& lexical;
+  DeclHandler* decl = nullptr;
+  LexicalHandler* lexical = nullptr;
 };
 
-/// The memory of a text or name that is longer is not kept for all the short ones.
-inline constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+/// Text that expat may leave out; absent text is empty.
+inline const XML_Char* textOrEmpty(const XML_Char* text) { return text ? text : ""; }
 
-/// What expat's callbacks work for: the handlers of a reader, and what becomes of what they throw.
-/// It is the user data of every parser, also that of an external entity.
+/// The mode of an attribute's declaration (XML 1.0, production 60); empty for a plain default.
+inline const char* defaultMode(const XML_Char* defaultValue, int isRequired) {
+  if (defaultValue) return isRequired ? "#FIXED" : "";
+  return isRequired ? "#REQUIRED" : "#IMPLIED";
+}
+
+/// Reports expat's events to the handlers of a reader, and decides what becomes of the exceptions
+/// that they throw. It is the user data of every parser, also that of an external entity.
 class EventTarget {
  public:
   explicit EventTarget(const HandlerPointers& pointers) : handlers(pointers) {}
@@ -31,16 +40,9 @@ class EventTarget {
   EventTarget(const EventTarget&) = delete;
   EventTarget& operator=(const EventTarget&) = delete;
 
-  const HandlerPointers handlers;
+  HandlerPointers handlers;
 
-  /// The text of the current event. That of the next takes its place, so that its memory is used
-  /// again: made anew, it takes as long as what expat does for a small event.
-  std::string text;
-
-  /// Frees the memory of the text. An empty string that is assigned would leave it as it is.
-  void releaseText() { const std::string gone(std::move(text)); }
-
-  /// Runs a callback's work. An exception must not unwind through expat, which is C: it is taken
+  /// Runs a callback's work. expat is C, through which an exception must not unwind: it is caught
   /// here, and the parse stops.
   template <typename Work>
   void guard(Work work) {
@@ -51,26 +53,61 @@ class EventTarget {
     }
   }
 
-  /// Runs the work that calls a handler, where it is set.
+  /// Calls an operation of a handler, where the handler is set.
   /// @param handler one of `handlers`
-  template <typename Handler, typename Work>
-  void deliver(Handler* const& handler, Work work) {
+  template <typename Handler, typename Operation, typename... Arguments>
+  void deliver(Handler* const& handler, Operation operation, Arguments... arguments) {
     if (!handler) return;
     guard([&] {
-      if (handler) work(*handler);
+      if (handler) std::invoke(operation, *handler, arguments...);
     });
   }
 
+  // The events that all readers report alike.
+
+  void characterData(const XML_Char* data, int length) {
+    deliver(handlers.content, [&](ContentHandler& handler) {
+      const auto size = static_cast<std::size_t>(length);
+      if (size > kMostKept) return handler.characters(std::string(data, size));
+      text_.assign(data, size);
+      handler.characters(text_);
+    });
+  }
+  void endNamespace(const XML_Char* prefix) {
+    deliver(handlers.content, &ContentHandler::endPrefixMapping, textOrEmpty(prefix));
+  }
+  void processingInstruction(const XML_Char* target, const XML_Char* data) {
+    deliver(handlers.content, &ContentHandler::processingInstruction, target, data);
+  }
+  void comment(const XML_Char* text) { deliver(handlers.lexical, &LexicalHandler::comment, text); }
+  void startCdata() { deliver(handlers.lexical, &LexicalHandler::startCDATA); }
+  void endCdata() { deliver(handlers.lexical, &LexicalHandler::endCDATA); }
+  void startDoctype(const XML_Char* name, const XML_Char* systemId, const XML_Char* publicId, int) {
+    deliver(handlers.lexical, &LexicalHandler::startDTD, name, textOrEmpty(publicId),
+            textOrEmpty(systemId));
+  }
+  void endDoctype() { deliver(handlers.lexical, &LexicalHandler::endDTD); }
+  void elementDecl(const XML_Char* name, XML_Content* model);
+
  protected:
-  /// Whether events are delivered. Where it is off, makeReady is asked before an event.
+  /// Frees the memory that events reuse.
+  void releaseMemory() {
+    const std::string released(std::move(text_));  // Assigning an empty string frees nothing.
+    element_.release();
+  }
+
+  /// Whether events are delivered. While it is off, makeReady is called before an event.
   bool ready_ = true;
+  ElementName element_;
 
  private:
-  /// Before an event that finds ready_ off.
+  /// Called before an event while ready_ is off.
   /// @return whether the event is to be delivered
   virtual bool makeReady() { return true; }
-  /// Called while what a handler threw inside of expat is being caught. It throws nothing.
+  /// Called while an exception of a handler is being caught. It throws nothing.
   virtual void handlerThrew() = 0;
+
+  std::string text_;  // Of the current event; the next one reuses its memory.
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -1,30 +1,34 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Tavrin {
 
 /// Separates the parts of a name that expat has processed for namespaces: namespace name, local
-/// name, prefix. A line feed cannot stand in a name, and in a namespace name only as a reference:
+/// name, prefix. A line feed cannot be part of a name, and in a namespace name only as a reference:
 /// expat then refuses the document.
 inline constexpr char kExpatSeparator = '\n';
 
-/// The same where any namespace name is to be read: an octet that UTF-8 does not have.
+/// The same where every namespace name is accepted: an octet that UTF-8 does not have.
 inline constexpr char kXML10Separator = '\xFF';
 
-/// A name that expat has processed for namespaces, taken apart.
+/// Where expat does not process names for namespaces.
+inline constexpr char kNoSeparator = '\0';
+
+/// The parts of a name that expat has processed for namespaces.
 struct ExpatName {
   std::string_view uri;
   std::string_view localName;
   std::string_view prefix;
 };
 
-/// Takes a name of expat's apart: "local", "uri SEPARATOR local" or "uri SEPARATOR local SEPARATOR
+/// Splits a name of expat's: "local", "uri SEPARATOR local" or "uri SEPARATOR local SEPARATOR
 /// prefix".
 /// @param uriLength where the first separator is, or npos
-/// @param skip      how much of what follows the namespace name is not searched for the second
-///                  separator
+/// @param skip      how much of what follows the first separator is not searched for the second
 inline ExpatName splitAt(std::string_view name, char separator, std::size_t uriLength,
                          std::size_t skip) {
   if (uriLength == std::string_view::npos) return {{}, name, {}};
@@ -54,5 +58,38 @@ inline std::string qNameOf(const ExpatName& name) {
   assignQName(qName, name);
   return qName;
 }
+
+/// The memory of a text or name that is longer is not kept for the next one.
+inline constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+
+/// The name of the current element event. The next one reuses its memory: allocating takes as long
+/// as what expat does for a small event.
+struct ElementName {
+  std::string name;  ///< As expat gave it, which the next three are made of.
+  std::string uri;
+  std::string localName;
+  std::string qName;
+
+  /// @param separator the one that expat uses, or kNoSeparator
+  void assign(const char* given, char separator) {
+    // The end tag of an element without child elements, say, follows its start tag.
+    if (name == given) return;
+    // There is no name until the next one is complete: memory may run out on the way.
+    if (name.size() > kMostKept) release();
+    name.clear();
+    if (separator == kNoSeparator) {
+      qName = given;
+    } else {
+      const ExpatName split = splitName(given, separator);
+      uri = split.uri;
+      localName = split.localName;
+      assignQName(qName, split);
+    }
+    name = given;
+  }
+
+  /// Frees the memory; assigning an empty string would not.
+  void release() { const ElementName released(std::move(*this)); }
+};
 
 }  // namespace Tavrin

@@ -4,22 +4,14 @@
 
 #include "../../xml/Declarations.h"
 
-namespace Tavrin {
-
-std::optional<EntityReference> nextReference(std::string_view text, std::size_t from) {
-  for (std::size_t i = text.find('&', from); i < text.size(); i = text.find('&', i + 1)) {
-    const std::size_t end = text.find(';', i);
-    if (end == std::string_view::npos) break;
-    if (text[i + 1] != '#') return EntityReference{i, text.substr(i + 1, end - i - 1)};
-  }
-  return {};
-}
+namespace Tavrin::text {
 
 void GeneralEntities::declare(std::string_view name, std::string_view text) {
   if (isDeclared(name)) return;
   std::vector<std::string>& references = entities_[std::string(name)].references;
-  for (auto found = nextReference(text, 0); found; found = nextReference(text, found->position + 1))
-    if (!xml::isPredefinedEntity(found->name)) references.emplace_back(found->name);
+  forEachReference(text, [&](std::string_view referred, std::size_t) {
+    if (!xml::isPredefinedEntity(referred)) references.emplace_back(referred);
+  });
   // A long text may refer to one entity very often.
   std::ranges::sort(references);
   references.erase(std::unique(references.begin(), references.end()), references.end());
@@ -32,7 +24,7 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
     Entity* entity;
     std::size_t next;
   };
-  // Entities within entities, as deep as the document likes: not on the call stack.
+  // A document decides how deep entities are nested: not on the call stack.
   std::vector<Level> levels;
   const std::string* missing = nullptr;
   const auto enter = [&](const std::string& entityName) {
@@ -43,7 +35,7 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
     }
     Entity& entity = found->second;
     if (entity.examinedAt != entities_.size()) {
-      // One that refers to itself is expat's to refuse; here it must come to an end.
+      // expat refuses an entity that refers to itself; the loop here must end all the same.
       entity.examinedAt = entities_.size();
       entity.missing.clear();
       levels.push_back({&entity, 0});
@@ -65,4 +57,4 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
   return missing;
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -7,23 +7,44 @@
 #include <memory>
 #include <string_view>
 
-namespace Tavrin {
+namespace Tavrin::text {
 
-struct ParserFreer {
+struct ParserDeleter {
   void operator()(XML_ParserStruct* parser) const { XML_ParserFree(parser); }
 };
 
-/// A parser that somebody owns, or null.
-using OwnedParser = std::unique_ptr<XML_ParserStruct, ParserFreer>;
+using OwnedParser = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 
-/// The block in which input is read, straight into expat's own buffer.
+/// The size of the blocks in which documents are read, straight into expat's own buffer.
 inline constexpr int kBlockSize = 1024 * 1024;
 
-/// Feeds a whole stream to a parser, in blocks.
-/// @param look what is done with the first block before the parser reads it, or null
-/// @return the parser's last status; XML_STATUS_ERROR also when it gives no buffer
-XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize,
-                       void (*look)(XML_Parser, std::string_view) = nullptr);
+/// Parses a whole stream, block by block.
+/// @param prepare called with the first block before the parser gets it
+/// @return the parser's last status; XML_STATUS_ERROR also when it provides no buffer
+template <typename Prepare = void (*)(std::string_view)>
+XML_Status parseStream(
+    XML_Parser parser, std::istream& stream, int blockSize,
+    Prepare prepare = [](std::string_view) {}) {
+  bool isFirst = true;
+  for (;;) {
+    void* const block = XML_GetBuffer(parser, blockSize);
+    if (block == nullptr) return XML_STATUS_ERROR;
+    // The stream's buffer is read, not the stream: its state flags play no part.
+    std::streambuf* const source = stream.rdbuf();
+    const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), blockSize) : 0;
+    if (isFirst) prepare({static_cast<const char*>(block), static_cast<std::size_t>(count)});
+    isFirst = false;
+    const bool isFinal = count < blockSize;
+    const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
+    if (status != XML_STATUS_OK || isFinal) return status;
+  }
+}
+
+/// A place in an entity, counted from 1.
+struct Position {
+  std::int32_t line;
+  std::int32_t column;
+};
 
 inline std::int32_t lineOf(XML_Parser parser) {
   return static_cast<std::int32_t>(XML_GetCurrentLineNumber(parser));
@@ -34,4 +55,6 @@ inline std::int32_t columnOf(XML_Parser parser) {
   return static_cast<std::int32_t>(XML_GetCurrentColumnNumber(parser) + 1);
 }
 
-}  // namespace Tavrin
+inline Position positionOf(XML_Parser parser) { return {lineOf(parser), columnOf(parser)}; }
+
+}  // namespace Tavrin::text

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 namespace {
 
@@ -52,21 +52,15 @@ Components componentsOf(std::string_view rest) {
   return parts;
 }
 
-/// Cuts the last segment and the slash before it.
-void removeLastSegment(std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  path.resize(slash == std::string::npos ? 0 : slash);
-}
-
 /// RFC 3986, section 5.2.4, for a path that begins with a slash.
 std::string withoutDotSegments(std::string_view rest) {
   std::string path;
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find('/', 1), rest.size());
-    const std::string_view segment = rest.substr(0, end);  // With the slash in front.
+    const std::string_view segment = rest.substr(0, end);  // With the slash before it.
     rest.remove_prefix(end);
     if (segment == "/..") {
-      removeLastSegment(path);
+      path.erase(std::min(path.rfind('/'), path.size()));
     } else if (segment != "/.") {
       path += segment;
       continue;
@@ -76,19 +70,19 @@ std::string withoutDotSegments(std::string_view rest) {
   return path;
 }
 
-/// The same for a path that is relative to an unknown place: what leads out of it stays.
+/// The same for a path that is relative to an unknown place; `..` segments that lead out of it
+/// stay.
 std::string withoutInnerDotSegments(std::string_view rest) {
   std::string path;
-  std::size_t fixed = 0;  // As far as `..` segments reach.
+  std::size_t fixed = 0;  // The length of these `..` segments.
   while (true) {
     const std::size_t slash = rest.find('/');
     const bool isLast = slash == std::string_view::npos;
     const std::string_view segment = rest.substr(0, slash);
     if (segment == "..") {
       if (path.size() > fixed) {
-        path.pop_back();  // The slash at its end.
-        const std::size_t before = path.rfind('/');
-        path.resize(before == std::string::npos ? 0 : before + 1);
+        path.pop_back();                   // The slash at its end.
+        path.resize(path.rfind('/') + 1);  // npos + 1 is 0.
       } else {
         path += "../";
         fixed = path.size();
@@ -112,14 +106,9 @@ std::string normalized(const Components& parts) {
 
 /// RFC 3986, section 5.2.3.
 std::string merged(const Components& base, std::string_view path) {
-  std::string result;
-  if (base.authority && base.path.empty()) {
-    result = '/';
-  } else {
-    const std::size_t slash = base.path.rfind('/');
-    if (slash != std::string_view::npos) result = base.path.substr(0, slash + 1);
-  }
-  return result += path;
+  const bool isBareAuthority = base.authority && base.path.empty();
+  const std::string_view directory = base.path.substr(0, base.path.rfind('/') + 1);
+  return std::string(isBareAuthority ? "/" : directory).append(path);
 }
 
 /// RFC 3986, section 5.3.
@@ -154,4 +143,4 @@ std::string resolveURIReference(std::string_view reference, std::string_view bas
   return composed(target, normalized(target));
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

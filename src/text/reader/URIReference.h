@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 /// Resolves a URI reference against a base (RFC 3986, section 5.2).
 ///
@@ -12,4 +12,4 @@ namespace Tavrin {
 /// @param base an empty one leaves the reference as it is
 std::string resolveURIReference(std::string_view reference, std::string_view base);
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

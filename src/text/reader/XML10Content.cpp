@@ -1,100 +1,131 @@
+#include <algorithm>
+#include <string_view>
+
 #include "../../sax/AtLimit.h"
 #include "XML10Driver.h"
 
-namespace Tavrin {
-
-void XMLReader_XML10::Driver::Callbacks::startElementHandler(void* userData, const XML_Char* name,
-                                                             const XML_Char** attributes) {
-  Driver& driver = from(userData);
-  XML10Document& document = *driver.document_;
-  driver.guard([&] {
-    if (++document.depth > document.maximumDepth) driver.fail(tooDeep(document.maximumDepth));
-    if (document.checksNames) driver.requireNames(name, attributes);
-    if (driver.handlers.content) driver.reportStart(*driver.handlers.content, name, attributes);
-    if (document.mayLackDeclarations) driver.warnOfLossesInTag();
-  });
-  document.declarations.clear();
-}
-
-void XMLReader_XML10::Driver::reportStart(ContentHandler& handler, const XML_Char* name,
-                                          const XML_Char** attributes) {
-  XML10Document& document = *document_;
-  XML10Event& event = document.event;
-  event.takeName(name, document.features.namespaces);
-  ElementAttributes& list = event.attributes;
-  list.clear();
-  for (const auto& [prefix, uri] : document.declarations) {
-    list.addDeclaration(prefix, uri, document.features.xmlnsURIs);
-  }
-  for (; *attributes; attributes += 2) {
-    list.add(attributes[0], attributes[1], document.features.namespaces);
-  }
-  if (!document.attributeTypes.isEmpty()) {
-    list.setTypes(document.attributeTypes.find(event.qName));
-    if (document.hasDefaults) {
-      // expat counts names and values, and those that are written come first.
-      const int written = XML_GetSpecifiedAttributeCount(document.current().parser) / 2;
-      addDefaults(
-          list.octetsFrom(document.declarations.size() + static_cast<std::size_t>(written)));
-    }
-  }
-  handler.startElement(event.uri, event.localName, event.qName, list);
-}
-
-void XMLReader_XML10::Driver::Callbacks::endElementHandler(void* userData, const XML_Char* name) {
-  Driver& driver = from(userData);
-  --driver.document_->depth;
-  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
-    XML10Event& event = driver.document_->event;
-    event.takeName(name, driver.document_->features.namespaces);
-    handler.endElement(event.uri, event.localName, event.qName);
-  });
-}
+namespace Tavrin::text {
 
 namespace {
 
+// Three characters are letters to expat where it reads ISO-8859-1 or UTF-16, and only there. In no
+// edition of XML 1.0 are they characters of names (production 4; fourth edition, production 85).
+
+/// Whether a name has U+00AA, U+00B5 or U+00BA.
+bool hasFalseLetter(std::string_view name) {
+  for (std::size_t i = name.find('\xC2'); i < name.size(); i = name.find('\xC2', i + 1)) {
+    const std::string_view next = name.substr(i + 1, 1);
+    if (next == "\xAA" || next == "\xB5" || next == "\xBA") return true;
+  }
+  return false;
+}
+
+/// An element's or attribute's name as the document has it, maybe with the prefix after it.
+std::string_view withoutNamespace(std::string_view name) {
+  return name.substr(name.find(kXML10Separator) + 1);  // npos + 1 is 0.
+}
+
 /// The prefix xml is bound without a declaration, and one changes nothing. SAX2 does not report it.
-bool isBoundAnyway(const XML_Char* prefix) { return prefix && std::string_view(prefix) == "xml"; }
+bool isAlwaysBound(const XML_Char* prefix) { return prefix && std::string_view(prefix) == "xml"; }
 
 }  // namespace
 
-void XMLReader_XML10::Driver::Callbacks::startNamespaceHandler(void* userData,
-                                                               const XML_Char* prefix,
-                                                               const XML_Char* uri) {
-  Driver& driver = from(userData);
-  if (prefix && driver.document_->checksNames) driver.guard([&] { driver.requireName(prefix); });
+void XML10Driver::requireName(std::string_view name, const Position& position) {
+  if (!document_->checksNames || !hasFalseLetter(name)) return;
+  failAt(XML_ErrorString(XML_ERROR_INVALID_TOKEN), position);
+}
+
+void XML10Driver::requireName(std::string_view name) {
+  // Finding a position is slow.
+  if (document_->checksNames && hasFalseLetter(name)) requireName(name, positionHere());
+}
+
+void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes) {
+  XML10Document& document = *document_;
+  const XML10Settings& current = document.settings;
+  if (++document.depth > current.maximumDepth) fail(tooDeep(current.maximumDepth));
+  if (document.checksNames) {
+    requireName(withoutNamespace(name));
+    for (auto pair = attributes; *pair; pair += 2) requireName(withoutNamespace(*pair));
+  }
+  if (handlers.content) {
+    element_.assign(name, document.separator);
+    ElementAttributes& list = document.attributes;
+    list.clear();
+    for (const auto& [prefix, uri] : document.declarations) {
+      list.addDeclaration(prefix, uri, current.features.xmlnsURIs);
+    }
+    for (; *attributes; attributes += 2) {
+      list.add(attributes[0], attributes[1], current.features.namespaces);
+    }
+    if (!document.attributeTypes.isEmpty()) applyDeclarations();
+    handlers.content->startElement(element_.uri, element_.localName, element_.qName, list);
+  }
+  if (document.mayLackDeclarations) warnOfLossesInTag();
+  document.declarations.clear();
+}
+
+void XML10Driver::applyDeclarations() {
+  XML10Document& document = *document_;
+  document.attributes.setTypes(document.attributeTypes.find(element_.qName));
+  if (!document.hasDefaults) return;
+  // expat counts names and values, and those that are written come first.
+  const int written = XML_GetSpecifiedAttributeCount(document.current().parser) / 2;
+  const std::size_t first = document.declarations.size() + static_cast<std::size_t>(written);
+  addDefaults(document.attributes.octetsFrom(first));
+}
+
+void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
+  XML10Document& document = *document_;
+  if (prefix) requireName(prefix);
+  if (!handlers.content) return;
   // expat has no namespace name for `xmlns=""`.
-  driver.deliver(driver.handlers.content, [&](ContentHandler& handler) {
-    XML10Document& document = *driver.document_;
-    if (document.features.namespacePrefixes) {
-      document.declarations.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
-    }
-    if (isBoundAnyway(prefix)) return;
-    // expat does not tell which are written; those were read.
-    if (document.hasDeclarationDefaults) {
-      driver.addDefaults(textOrEmpty(prefix).size() + textOrEmpty(uri).size());
-    }
-    handler.startPrefixMapping(textOrEmpty(prefix), textOrEmpty(uri));
-  });
+  const std::string declaredPrefix = textOrEmpty(prefix);
+  const std::string declaredURI = textOrEmpty(uri);
+  if (document.settings.features.namespacePrefixes) {
+    document.declarations.emplace_back(declaredPrefix, declaredURI);
+  }
+  if (isAlwaysBound(prefix)) return;
+  // expat does not report which declarations are written; those were read.
+  if (document.hasDeclarationDefaults) addDefaults(declaredPrefix.size() + declaredURI.size());
+  handlers.content->startPrefixMapping(declaredPrefix, declaredURI);
 }
 
-void XMLReader_XML10::Driver::Callbacks::endNamespaceHandler(void* userData,
-                                                             const XML_Char* prefix) {
-  if (!isBoundAnyway(prefix)) Tavrin::Callbacks::endNamespaceHandler(userData, prefix);
+void XML10Driver::endNamespace(const XML_Char* prefix) {
+  if (!isAlwaysBound(prefix)) EventTarget::endNamespace(prefix);
 }
 
-void XMLReader_XML10::Driver::Callbacks::skippedEntityHandler(void* userData, const XML_Char* name,
-                                                              int isParameterEntity) {
-  Driver& driver = from(userData);
-  driver.guard([&] {
-    driver.requireName(name);
-    if (isParameterEntity) {
-      driver.document_->lackDeclarations();
-      driver.passOverDeclarations();
-    }
-    if (!driver.handlers.content) return;
-    driver.handlers.content->skippedEntity(isParameterEntity ? std::string("%") + name : name);
-  });
+void XML10Driver::skippedEntity(const XML_Char* name, int isParameterEntity) {
+  requireName(name);
+  if (isParameterEntity) {
+    document_->lackDeclarations();
+    stopProcessing();
+  }
+  if (!handlers.content) return;
+  handlers.content->skippedEntity(isParameterEntity ? std::string("%") + name : name);
 }
 
-}  // namespace Tavrin
+void XML10Driver::processingInstruction(const XML_Char* target, const XML_Char* data) {
+  if (document_->checksNames) guard([&] { requireName(target); });
+  EventTarget::processingInstruction(target, data);
+}
+
+std::uint64_t OpenEntity::octetsRead() const {
+  return static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(parser), XML_Index{0}));
+}
+
+void XML10Driver::addDefaults(std::uint64_t octets) {
+  XML10Document& document = *document_;
+  document.defaultOctets += octets;
+  if (document.defaultOctets <= document.settings.amplificationThreshold) return;
+  // As expat counts for entities: the result in proportion to what was read.
+  std::uint64_t octetsRead = document.entityOctets;
+  for (const OpenEntity& entity : document.open) octetsRead += entity.octetsRead();
+  const auto read = static_cast<double>(octetsRead);
+  const double limit = document.settings.amplificationFactor * read;
+  if (read + static_cast<double>(document.defaultOctets) <= limit) return;
+  fail(atLimit("limit on input amplification factor (from defaults of attributes) breached",
+               properties::entityAmplificationFactor));
+}
+
+}  // namespace Tavrin::text

@@ -1,11 +1,11 @@
-#include <algorithm>
 #include <cstdlib>
 #include <new>
 
-#include "SingleByteEncoding.h"
+#include "Callbacks.h"
+#include "CharacterEncodings.h"
 #include "XML10Driver.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 namespace {
 
@@ -15,10 +15,8 @@ constexpr std::size_t kMaximumDepth = 256;
 /// Entities are often small, and several may be open at a time.
 constexpr int kEntityBlockSize = 64 * 1024;
 
-}  // namespace
-
 /// Makes an entity the current one.
-class XMLReader_XML10::Driver::EntityScope {
+class EntityScope {
  public:
   EntityScope(XML10Document& document, XML_Parser parser, const DeclaredEntity& entity)
       : open_(document.open) {
@@ -29,32 +27,32 @@ class XMLReader_XML10::Driver::EntityScope {
   EntityScope& operator=(const EntityScope&) = delete;
 
  private:
-  std::vector<XML10Document::OpenEntity>& open_;
+  std::vector<OpenEntity>& open_;
 };
 
-int XMLReader_XML10::Driver::Callbacks::externalEntityRefHandler(XML_Parser argument,
-                                                                 const XML_Char* context,
-                                                                 const XML_Char* base,
-                                                                 const XML_Char*, const XML_Char*) {
-  Driver& driver = from(argument);
-  driver.guard([&] {
+}  // namespace
+
+int XML10Driver::externalEntityRef(const XML_Char* context, const XML_Char* base, const XML_Char*,
+                                   const XML_Char*) {
+  guard([&] {
     const std::size_t number = base ? std::strtoul(base, nullptr, 10) : 0;
-    driver.readEntity(driver.document_->entities.at(number), context);
+    readEntity(document_->entities.at(number), context);
   });
-  return driver.document_->failure ? XML_STATUS_ERROR : XML_STATUS_OK;
+  return document_->failure ? XML_STATUS_ERROR : XML_STATUS_OK;
 }
 
-void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const char* context) {
+void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) {
   XML10Document& document = *document_;
+  const XML10Settings::Features& features = document.settings.features;
   // Only a general entity has a context: what is bound and open where it is referred to.
-  const bool isRead = context ? document.features.externalGeneralEntities
-                              : document.features.externalParameterEntities;
+  const bool isRead =
+      context ? features.externalGeneralEntities : features.externalParameterEntities;
   std::unique_ptr<std::istream> stream;
   if (isRead && handlers.resolver) {
     stream = handlers.resolver->resolveEntity(entity.publicId, entity.systemId);
   }
   if (!stream) {
-    if (!context && &entity != &document.entities.front()) passOverDeclarations();
+    if (!context && &entity != &document.entities.front()) stopProcessing();
     if (handlers.content) handlers.content->skippedEntity(entity.name);
     return;
   }
@@ -63,37 +61,41 @@ void XMLReader_XML10::Driver::readEntity(const DeclaredEntity& entity, const cha
   XML_Parser parent = document.current().parser;
   const OwnedParser child(XML_ExternalEntityParserCreate(parent, context, nullptr));
   if (!child) throw std::bad_alloc();
-  XML_SetUnknownEncodingHandler(child.get(), Callbacks::unknownEncodingHandler,
-                                static_cast<EventTarget*>(this));
+  // A child inherits every callback, but not the argument of this one.
+  setUnknownEncodingHandler(child.get());
   const std::size_t declared = document.entities.size();
   if (!context) numberNextEntity(child.get());
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
-    const XML_Status status = parseStream(child.get(), *stream, kEntityBlockSize, chooseEncoding);
+    const XML_Status status =
+        parseStream(child.get(), *stream, kEntityBlockSize,
+                    [&](std::string_view start) { chooseEncoding(child.get(), start); });
     if (document.failure) return;
     if (status == XML_STATUS_ERROR) failAsParser();
-    document.entityOctets +=
-        static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(child.get()), XML_Index{0}));
+    document.entityOctets += document.current().octetsRead();
     if (handlers.lexical) handlers.lexical->endEntity(entity.name);
   }
   if (document.entities.size() != declared) numberNextEntity(parent);
 }
 
-int XMLReader_XML10::Driver::Callbacks::unknownEncodingHandler(void* data, const XML_Char* name,
-                                                               XML_Encoding* encoding) {
-  Driver& driver = from(data);
+void XML10Driver::setUnknownEncodingHandler(XML_Parser parser) {
+  EventTarget* const target = this;
+  XML_SetUnknownEncodingHandler(parser, on<&XML10Driver::unknownEncoding>, target);
+}
+
+int XML10Driver::unknownEncoding(const XML_Char* name, XML_Encoding* encoding) {
   try {
-    std::string& problem = driver.document_->encodingProblem;
+    std::string& problem = document_->encodingProblem;
     problem = std::string(" \"") + name + '"';
     const EncodingSupport support = describeEncoding(name, *encoding);
     // expat may yet refuse the table: what is ASCII must be ASCII.
     if (support == EncodingSupport::singleByte) return XML_STATUS_OK;
     if (support == EncodingSupport::multiByte) problem += ": its characters are not single octets";
   } catch (...) {
-    driver.handlerThrew();
+    handlerThrew();
   }
   return XML_STATUS_ERROR;
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -1,16 +1,15 @@
-#include <new>
-
-#include "SingleByteEncoding.h"
+#include "Callbacks.h"
+#include "CharacterEncodings.h"
 #include "XML10Driver.h"
 
-// References in attribute values that expat leaves out without a word: it cannot tell of them
-// between the events of a start tag.
+// References in attribute values that expat leaves out: a start tag is one event, so it cannot
+// report them.
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 namespace {
 
-/// The octets from the current event on; none where expat was built without keeping them.
+/// The octets from the current event on; none where expat was built without XML_CONTEXT_BYTES.
 std::string_view octetsFromHere(XML_Parser parser) {
   int offset = 0;
   int size = 0;
@@ -42,66 +41,61 @@ std::string literalAtStart(std::string_view octets, const std::string& encoding)
   return encoding.empty() ? std::string(literal) : toUTF8(encoding.c_str(), literal);
 }
 
-}  // namespace
-
-void XML10Position::moveOver(std::string_view text) {
+/// Moves a position to the end of a text in UTF-8.
+void advance(Position& position, std::string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool isPair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
     if (isPair) continue;
     if (text[i] == '\n' || text[i] == '\r') {
-      ++line;
-      column = 1;
+      ++position.line;
+      position.column = 1;
     } else if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) {
-      ++column;
+      ++position.column;
     }
   }
 }
 
-std::string XMLReader_XML10::Driver::lostReference(std::string_view entity, const char* place) {
-  return "The entity \"" + std::string(entity) + "\" was not read: a reference to it in " + place +
-         " is lost";
-}
+}  // namespace
 
-XML10Position XMLReader_XML10::Driver::positionHere() const {
-  XML_Parser parser = document_->current().parser;
-  return {lineOf(parser), columnOf(parser)};
-}
-
-void XMLReader_XML10::Driver::warnOfLoss(const std::string& message,
-                                         const XML10Position& position) {
-  ++settings_.losses;
+void XML10Driver::warnOfLoss(const std::string& message, const Position& position) {
+  ++facts.losses;
   if (handlers.error) handlers.error->warning(exceptionAt(message, position));
 }
 
-bool XMLReader_XML10::Driver::isInInternalEntity() const {
+void XML10Driver::warnOfLostReference(std::string_view entity, const char* place,
+                                      const Position& position) {
+  warnOfLoss("The entity \"" + std::string(entity) + "\" was not read: a reference to it in " +
+                 place + " is lost",
+             position);
+}
+
+bool XML10Driver::isInInternalEntity() const {
   return isReference(octetsFromHere(document_->current().parser));
 }
 
-void XMLReader_XML10::Driver::warnOfLostReferences(std::string_view source, const char* place,
-                                                   XML10Position position, bool isWritten) {
-  GeneralEntities& entities = document_->generalEntities;
-  std::size_t passed = 0;
-  for (auto found = nextReference(source, 0); found;
-       found = nextReference(source, found->position + 1)) {
-    const std::string name(found->name);
-    if (isWritten) position.moveOver(source.substr(passed, found->position - passed));
-    passed = found->position;
+void XML10Driver::warnOfLostReferences(std::string_view source, const char* place,
+                                       Position position, bool isWritten) {
+  std::size_t visited = 0;
+  forEachReference(source, [&](std::string_view referred, std::size_t start) {
+    const std::string name(referred);
+    if (isWritten) advance(position, source.substr(visited, start - visited));
+    visited = start;
     requireName(name, position);
-    const std::string* const missing = entities.findMissing(name);
-    if (missing) warnOfLoss(lostReference(*missing, place), position);
-  }
+    const std::string* const missing = document_->generalEntities.findMissing(name);
+    if (missing) warnOfLostReference(*missing, place, position);
+  });
 }
 
-void XMLReader_XML10::Driver::warnOfLossesInTag() {
+void XML10Driver::warnOfLossesInTag() {
   XML_Parser parser = document_->current().parser;
   const std::string_view octets = octetsFromHere(parser);
   const auto length = static_cast<std::size_t>(XML_GetCurrentByteCount(parser));
-  // In any encoding, a reference has this octet.
+  // A reference has this octet in every encoding.
   if (!octets.empty() && octets.substr(0, length).find('&') == std::string_view::npos) return;
-  const XML10Position start = positionHere();  // What follows moves expat's own.
+  const Position start = positionHere();  // XML_DefaultCurrent changes expat's position.
   const bool isWritten = !octets.empty() && !isReference(octets);
   document_->markup.clear();
-  XML_SetDefaultHandlerExpand(parser, Callbacks::markupHandler);
+  XML_SetDefaultHandlerExpand(parser, guarded<&XML10Driver::markup>);
   XML_DefaultCurrent(parser);
   XML_SetDefaultHandlerExpand(parser, nullptr);
   if (document_->failure) return;
@@ -110,29 +104,26 @@ void XMLReader_XML10::Driver::warnOfLossesInTag() {
   warnOfLostReferences(tag, "an attribute value", start, isWritten);
 }
 
-void XMLReader_XML10::Driver::Callbacks::markupHandler(void* userData, const XML_Char* text,
-                                                       int length) {
-  Driver& driver = from(userData);
-  driver.guard([&] { driver.document_->markup.append(text, static_cast<std::size_t>(length)); });
+void XML10Driver::markup(const XML_Char* text, int length) {
+  document_->markup.append(text, static_cast<std::size_t>(length));
 }
 
-void XMLReader_XML10::Driver::warnOfLossesInDefault() {
-  constexpr char kPlace[] = "the default of an attribute";
-  const XML10Document::OpenEntity& current = document_->current();
+void XML10Driver::warnOfLossesInDefault() {
+  const OpenEntity& current = document_->current();
   const std::string_view octets = octetsFromHere(current.parser);
   if (!isReference(octets)) {
     const std::string literal = literalAtStart(octets, current.encoding);
-    XML10Position position = positionHere();
+    Position position = positionHere();
     ++position.column;  // The quote.
-    return warnOfLostReferences(literal, kPlace, position, true);
+    return warnOfLostReferences(literal, kInDefault, position, true);
   }
-  // Where in an internal entity this stands, expat does not tell. It may be any that has a
-  // reference of that kind; each is told of once.
+  // expat does not report which internal entity this is in. It may be any that has references to
+  // general entities; the references of each are reported once.
   const std::vector<std::string> texts = std::move(document_->parameterTexts);
   document_->parameterTexts.clear();
   for (const std::string& source : texts) {
-    warnOfLostReferences(source, kPlace, positionHere(), false);
+    warnOfLostReferences(source, kInDefault, positionHere(), false);
   }
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -1,19 +1,241 @@
+#include <Tavrin/Attributes.h>
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_Expat.h>
 
 #include "../../sax/ParseScope.h"
-#include "ExpatDriver.h"
-#include "ExpatNames.h"
+#include "Callbacks.h"
+#include "Parser.h"
+
+namespace Tavrin::text {
+
+namespace {
+
+class Locator_Expat : public Locator {
+ public:
+  explicit Locator_Expat(XML_Parser parser) : parser_(parser) {}
+
+  std::string getPublicId() const override { return {}; }
+  std::string getSystemId() const override { return {}; }
+  std::int32_t getLineNumber() const override { return lineOf(parser_); }
+  std::int32_t getColumnNumber() const override { return columnOf(parser_); }
+
+ private:
+  XML_Parser parser_;
+};
+
+/// An attribute as expat gives it. The list converts it where it makes space for the record: moving
+/// the record there, with its five strings, would take about as long as making it.
+struct GivenAttribute {
+  const XML_Char* name;
+  const XML_Char* value;
+
+  // The second separator is searched from the length of the namespace name on, so the prefix of a
+  // local name shorter than that is not found and stays in the local name. Applications rely on
+  // these names: they must not change.
+  explicit operator AttributesImpl::Attribute() const {
+    const std::string_view given = name;
+    const std::size_t uriLength = given.find(kExpatSeparator);
+    const ExpatName parts = splitAt(given, kExpatSeparator, uriLength, uriLength);
+    return {std::string(parts.uri), std::string(parts.localName), qNameOf(parts), "CDATA", value};
+  }
+};
+
+void fill(AttributesImpl& list, const XML_Char** attributes) {
+  std::size_t count = 0;
+  while (attributes[2 * count]) ++count;
+  list.attributes_.reserve(count);
+  for (; *attributes; attributes += 2) {
+    list.attributes_.emplace_back(GivenAttribute{attributes[0], attributes[1]});
+  }
+}
+
+/// A system identifier as declarations report it: the base URI directly followed by the identifier.
+/// Without a base URI there is no such text. The reader sets none, so the parse ends here.
+std::string systemIdFrom(const XML_Char* base, const XML_Char* systemId) {
+  if (base == nullptr) throw SAXException("No base URI");
+  return std::string(base) + systemId;
+}
+
+/// Reads documents for the reader "Expat".
+class ExpatDriver : public EventTarget {
+ public:
+  using EventTarget::EventTarget;
+
+  void parse(std::istream& stream) {
+    guardParse([&] {
+      setupParser();
+      const XML_Status status = parseStream(parser_.get(), stream, kBlockSize);
+      if (status == XML_STATUS_ERROR) reportError();
+      endDocument(status);
+    });
+  }
+
+  void parse(const void* data, unsigned long size, bool isFinal) {
+    guardParse([&] {
+      if (!parser_) setupParser();
+      if (data == nullptr) {
+        if (isFinal) releaseParser();
+        return;
+      }
+      const XML_Status status = XML_Parse(parser_.get(), static_cast<const char*>(data),
+                                          static_cast<std::int32_t>(size), isFinal);
+      if (status == XML_STATUS_ERROR) reportError();
+      if (isFinal) endDocument(status);
+    });
+  }
+
+  // Events, within guard.
+
+  void startElement(const XML_Char* name, const XML_Char** attributes) {
+    if (!handlers.content) return;
+    // A new list for each start tag: applications may rely on its class, and the memory of one tag
+    // is not kept.
+    AttributesImpl list;
+    fill(list, attributes);
+    element_.assign(name, kExpatSeparator);
+    handlers.content->startElement(element_.uri, element_.localName, element_.qName, list);
+  }
+
+  void endElement(const XML_Char* name) {
+    if (!handlers.content) return;
+    element_.assign(name, kExpatSeparator);
+    handlers.content->endElement(element_.uri, element_.localName, element_.qName);
+  }
+
+  void startNamespace(const XML_Char* prefix, const XML_Char* uri) {
+    if (!handlers.content) return;
+    // expat has no namespace name for `xmlns=""`. An undeclaration ends the parse.
+    if (uri == nullptr) throw SAXException("Default namespace undeclared");
+    handlers.content->startPrefixMapping(textOrEmpty(prefix), uri);
+  }
+
+  void skippedEntity(const XML_Char* name, int) {
+    if (handlers.content) handlers.content->skippedEntity(name);
+  }
+
+  void notationDecl(const XML_Char* name, const XML_Char* base, const XML_Char* systemId,
+                    const XML_Char* publicId) {
+    if (!handlers.dtd) return;
+    handlers.dtd->notationDecl(name, textOrEmpty(publicId), systemIdFrom(base, systemId));
+  }
+
+  void entityDecl(const XML_Char* name, int isParameterEntity, const XML_Char* value,
+                  int valueLength, const XML_Char* base, const XML_Char* systemId,
+                  const XML_Char* publicId, const XML_Char* notationName) {
+    // Unparsed entities go to the DTD handler, but only while there is a declaration handler.
+    if (!handlers.decl) return;
+    const std::string entityName = isParameterEntity ? std::string("%") + name : name;
+    if (!systemId) {
+      const auto size = static_cast<std::size_t>(valueLength);
+      return handlers.decl->internalEntityDecl(entityName, std::string(value, size));
+    }
+    // A missing base URI ends the parse whether there is a DTD handler or not.
+    const std::string wholeId = systemIdFrom(base, systemId);
+    if (!notationName) {
+      handlers.decl->externalEntityDecl(entityName, textOrEmpty(publicId), wholeId);
+    } else if (handlers.dtd) {
+      handlers.dtd->unparsedEntityDecl(entityName, textOrEmpty(publicId), wholeId, notationName);
+    }
+  }
+
+  void attlistDecl(const XML_Char* element, const XML_Char* attribute, const XML_Char* type,
+                   const XML_Char* defaultValue, int isRequired) {
+    if (!handlers.decl) return;
+    handlers.decl->attributeDecl(element, attribute, type, defaultMode(defaultValue, isRequired),
+                                 textOrEmpty(defaultValue));
+  }
+
+  int externalEntityRef(const XML_Char* context, const XML_Char*, const XML_Char* systemId,
+                        const XML_Char* publicId) {
+    if (!handlers.resolver) return XML_STATUS_OK;
+    XML_Status status = XML_STATUS_ERROR;
+    guard([&] { status = readExternalEntity(context, publicId, systemId); });
+    return status;
+  }
+
+ private:
+  // SAX failures leave the reader idle, ready for another document. They leave as the two types
+  // that callers of parse know, whatever was derived from them. Exceptions of other kinds, from a
+  // handler or a stream, pass through, and the document stays open.
+  template <typename Parse>
+  void guardParse(Parse parse) {
+    const ParseScope scope(parsing_);
+    try {
+      parse();
+    } catch (const SAXParseException& exception) {
+      releaseParser();
+      throw SAXParseException(exception);
+    } catch (const SAXException& exception) {
+      releaseParser();
+      throw SAXException(exception);
+    }
+  }
+
+  /// Creates and configures the parser of a new document, and announces the document.
+  void setupParser() {
+    releaseParser();  // An abandoned document may still be open.
+    OwnedParser parser(XML_ParserCreateNS(nullptr, kExpatSeparator));
+    if (!parser) throw SAXException("Cannot create expat xml parser");
+    installCallbacks(parser.get(), *this);
+    locator_ = std::make_unique<Locator_Expat>(parser.get());
+    parser_ = std::move(parser);  // Last: with it, a document is open.
+    if (handlers.content) handlers.content->setDocumentLocator(locator_.get());
+    if (handlers.content) handlers.content->startDocument();  // A handler may unset itself.
+  }
+
+  void endDocument(XML_Status status) {
+    if (status == XML_STATUS_OK && handlers.content) handlers.content->endDocument();
+    releaseParser();
+  }
+
+  [[noreturn]] void reportError() {
+    const SAXParseException exception(XML_ErrorString(XML_GetErrorCode(parser_.get())),
+                                      lineOf(parser_.get()), columnOf(parser_.get()));
+    if (handlers.error) handlers.error->fatalError(exception);
+    throw exception;
+  }
+
+  void handlerThrew() override { XML_StopParser(parser_.get(), XML_FALSE); }
+
+  XML_Status readExternalEntity(const XML_Char* context, const XML_Char* publicId,
+                                const XML_Char* systemId) {
+    const std::unique_ptr<std::istream> stream =
+        handlers.resolver->resolveEntity(textOrEmpty(publicId), textOrEmpty(systemId));
+    if (!stream) return XML_STATUS_OK;
+    // The child is always made from the document's parser, also for an entity within an entity: a
+    // stop request reaches that parser alone.
+    const OwnedParser child(XML_ExternalEntityParserCreate(parser_.get(), context, nullptr));
+    if (!child) return XML_STATUS_ERROR;
+    return parseStream(child.get(), *stream, kBlockSize);
+  }
+
+  void releaseParser() {
+    locator_.reset();
+    parser_.reset();
+    releaseMemory();
+  }
+
+  bool parsing_ = false;  // A call of parse is on the stack.
+  // While a document is open.
+  std::unique_ptr<Locator_Expat> locator_;
+  OwnedParser parser_;
+};
+
+}  // namespace
+
+}  // namespace Tavrin::text
 
 namespace Tavrin {
 
-void XMLReader_Expat::ParserDeleter::operator()(XML_ParserStruct* parser) const {
-  XML_ParserFree(parser);
-}
+class XMLReader_Expat::Driver : public text::ExpatDriver {
+  using ExpatDriver::ExpatDriver;
+};
 
 const XMLReaderType XMLReader_Expat::type_("Expat", &XMLReader_Expat::create);
 
-XMLReader_Expat::XMLReader_Expat() : driver_(std::make_unique<Driver>(*this)) {}
+XMLReader_Expat::XMLReader_Expat()
+    : driver_(std::make_unique<Driver>(
+          text::HandlerPointers{contentHandler_, errorHandler_, entityResolver_, dtdHandler_})) {}
 
 XMLReader_Expat::~XMLReader_Expat() = default;
 
@@ -21,17 +243,17 @@ std::unique_ptr<XMLReader> XMLReader_Expat::create() { return std::make_unique<X
 
 void XMLReader_Expat::setProperty(const std::string& name, void* value) {
   if (name == properties::lexicalHandler) {
-    lexicalHandler_ = static_cast<LexicalHandler*>(value);
+    driver_->handlers.lexical = static_cast<LexicalHandler*>(value);
   } else if (name == properties::declarationHandler) {
-    declHandler_ = static_cast<DeclHandler*>(value);
+    driver_->handlers.decl = static_cast<DeclHandler*>(value);
   } else {
     XMLReader::setProperty(name, value);
   }
 }
 
 void* XMLReader_Expat::getProperty(const std::string& name) {
-  if (name == properties::lexicalHandler) return lexicalHandler_;
-  if (name == properties::declarationHandler) return declHandler_;
+  if (name == properties::lexicalHandler) return driver_->handlers.lexical;
+  if (name == properties::declarationHandler) return driver_->handlers.decl;
   return XMLReader::getProperty(name);
 }
 
@@ -39,112 +261,6 @@ void XMLReader_Expat::parse(std::istream& stream) { driver_->parse(stream); }
 
 void XMLReader_Expat::parse(const void* data, unsigned long size, bool isFinal) {
   driver_->parse(data, size, isFinal);
-}
-
-void XMLReader_Expat::setupParser() {
-  driver_->releaseParser();  // An abandoned document may still be open.
-  std::unique_ptr<XML_ParserStruct, ParserDeleter> parser(
-      XML_ParserCreateNS(nullptr, kExpatSeparator));
-  if (!parser) throw SAXException("Cannot create expat xml parser");
-  auto locator = std::make_unique<Locator_Expat>(parser.get());
-  Driver::Callbacks::install(parser.get(), *driver_);
-  // A parser that is kept is one that the next block can be given to, so both are kept at once.
-  locator_ = std::move(locator);
-  parser_ = std::move(parser);
-  if (contentHandler_) contentHandler_->setDocumentLocator(locator_.get());
-  if (contentHandler_) contentHandler_->startDocument();  // A handler may take itself off.
-}
-
-XMLReader_Expat::Driver::Driver(XMLReader_Expat& reader)
-    : EventTarget({reader.contentHandler_, reader.errorHandler_, reader.entityResolver_,
-                   reader.dtdHandler_, reader.declHandler_, reader.lexicalHandler_}),
-      reader_(reader) {}
-
-// SAX failures leave the reader idle, ready for another document. They leave as the two types that
-// callers of parse know, whatever was derived from them. Exceptions of other kinds, from a handler
-// or a stream, pass through, and the document stays open.
-template <typename Parse>
-void XMLReader_Expat::Driver::guardParse(Parse parse) {
-  const ParseScope scope(parsing_);
-  try {
-    parse();
-  } catch (const SAXParseException& exception) {
-    releaseParser();
-    throw SAXParseException(exception);
-  } catch (const SAXException& exception) {
-    releaseParser();
-    throw SAXException(exception);
-  }
-}
-
-void XMLReader_Expat::Driver::parse(std::istream& stream) {
-  guardParse([&] {
-    reader_.setupParser();
-    const XML_Status status = parseStream(reader_.parser_.get(), stream, kBlockSize);
-    if (status == XML_STATUS_ERROR) reportError();
-    if (status == XML_STATUS_OK) endDocument();
-    releaseParser();
-  });
-}
-
-void XMLReader_Expat::Driver::parse(const void* data, unsigned long size, bool isFinal) {
-  guardParse([&] {
-    if (!reader_.parser_) reader_.setupParser();
-    if (data == nullptr) {
-      if (isFinal) releaseParser();
-      return;
-    }
-    const XML_Status status = XML_Parse(reader_.parser_.get(), static_cast<const char*>(data),
-                                        static_cast<std::int32_t>(size), isFinal);
-    if (status == XML_STATUS_ERROR) reportError();
-    if (!isFinal) return;
-    if (status == XML_STATUS_OK) endDocument();
-    releaseParser();
-  });
-}
-
-void XMLReader_Expat::Driver::endDocument() {
-  if (handlers.content) handlers.content->endDocument();
-}
-
-void XMLReader_Expat::Driver::reportError() {
-  XML_Parser parser = reader_.parser_.get();
-  const SAXParseException exception(XML_ErrorString(XML_GetErrorCode(parser)), lineOf(parser),
-                                    columnOf(parser));
-  if (handlers.error) handlers.error->fatalError(exception);
-  throw exception;
-}
-
-void XMLReader_Expat::Driver::handlerThrew() { XML_StopParser(reader_.parser_.get(), XML_FALSE); }
-
-void XMLReader_Expat::Driver::releaseParser() {
-  reader_.locator_.reset();
-  reader_.parser_.reset();
-  releaseText();
-  element_.release();
-}
-
-void XMLReader_Expat::Driver::Callbacks::install(XML_Parser parser, Driver& driver) {
-  EventTarget* target = &driver;
-  XML_SetUserData(parser, target);
-  // The external entity callback gets this in place of the parser. expat only passes it on.
-  XML_SetExternalEntityRefHandlerArg(parser, target);
-  XML_SetReturnNSTriplet(parser, 1);
-  XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
-
-  XML_SetNamespaceDeclHandler(parser, startNamespaceHandler, endNamespaceHandler);
-  XML_SetElementHandler(parser, startElementHandler, endElementHandler);
-  XML_SetCharacterDataHandler(parser, characterDataHandler);
-  XML_SetProcessingInstructionHandler(parser, processingInstructionHandler);
-  XML_SetSkippedEntityHandler(parser, skippedEntityHandler);
-  XML_SetNotationDeclHandler(parser, notationDeclHandler);
-  XML_SetElementDeclHandler(parser, elementDeclHandler);
-  XML_SetAttlistDeclHandler(parser, attlistDeclHandler);
-  XML_SetEntityDeclHandler(parser, entityDeclHandler);
-  XML_SetDoctypeDeclHandler(parser, startDoctypeDeclHandler, endDoctypeDeclHandler);
-  XML_SetExternalEntityRefHandler(parser, externalEntityRefHandler);
-  XML_SetCdataSectionHandler(parser, startCdataSectionHandler, endCdataSectionHandler);
-  XML_SetCommentHandler(parser, commentHandler);
 }
 
 }  // namespace Tavrin
