@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
+#include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
-#include "../sax/PropertyName.h"
 
 // The decoder as an object: properties, parse and failures. The format is decoded in the files of
 // the folder reader: Primitives.cpp (octets, integers and strings), Document.cpp, Elements.cpp,
@@ -91,7 +91,7 @@ void Decoder::fail(const std::string& message) const {
 
 /// Of all limits it is told in the same way what to change.
 void Decoder::failAtLimit(const std::string& message, const char* property) const {
-  fail(message + " (property " + propertyName(property) + ")");
+  fail(atLimit(message, property));
 }
 
 }  // namespace Tavrin::fastinfoset

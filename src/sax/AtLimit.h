@@ -8,13 +8,17 @@
 
 namespace Tavrin {
 
-/// The message of a failure at a limit: it names the property that would change the limit, by the
-/// end of its identifier.
-inline std::string atLimit(const std::string& message, std::string_view property) {
-  return message + " (property " + std::string(property.substr(property.rfind('/') + 1)) + ")";
+/// What messages call a property: the end of its identifier, which no other one has.
+inline std::string propertyName(std::string_view identifier) {
+  return std::string(identifier.substr(identifier.rfind('/') + 1));
 }
 
-/// The message about an element for which there are too many around it.
+/// The message of a failure at a limit: it names the property that would change the limit.
+inline std::string atLimit(const std::string& message, std::string_view property) {
+  return message + " (property " + propertyName(property) + ")";
+}
+
+/// The message about an element that is nested too deep.
 inline std::string tooDeep(std::uint64_t maximumDepth) {
   return atLimit("Elements nested deeper than " + std::to_string(maximumDepth),
                  properties::maximumDepth);

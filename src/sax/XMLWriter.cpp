@@ -1,7 +1,6 @@
 #include <Tavrin/XMLWriter.h>
 
 #include "NotRecognized.h"
-#include "../xml/SameText.h"
 
 namespace Tavrin {
 
@@ -94,8 +93,7 @@ void XMLWriter::endElement(const std::string& uri, const std::string& localName,
   checkState(state_, bit(InElement), "You cannot end an element at this point");
   hasContent_ = true;  // It is the parent that counts now.
   const Element& element = elements_.back();
-  if (!xml::sameText(element.uri, uri) || !xml::sameText(element.localName, localName) ||
-      !xml::sameText(element.qName, qName)) {
+  if (element.uri != uri || element.localName != localName || element.qName != qName) {
     throw SAXException("Name mismatch between start and end element");
   }
   elements_.pop_back();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../xml/Characters.h"
 #include "../format/Dialect.h"
 #include "../DecodeAttributes.h"

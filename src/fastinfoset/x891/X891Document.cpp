@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../xml/Characters.h"
 #include "../format/Dialect.h"
 #include "../TakeOctet.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "../../sax/PropertyName.h"
+#include "../../sax/AtLimit.h"
 #include "../../typed/EncodedLength.h"
 #include "../format/Dialect.h"
 #include "../format/Octets.h"
