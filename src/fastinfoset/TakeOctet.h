@@ -40,7 +40,7 @@ inline const char* Decoder::takeBuffered(std::uint64_t length) {
   const GetArea area(*source_->rdbuf());
   if (length > area.size()) return nullptr;
   const char* const octets = area.begin();
-  area.take(length);
+  area.advance(length);
   octetsRead_ += length;
   return octets;
 }

@@ -20,19 +20,17 @@ class OctetStream {
 
   /// The stream, at the beginning of these octets, which must outlive its use.
   std::istream& over(std::string& octets) {
-    buffer_.set(octets);
+    buffer_.setg(octets.data(), octets.data(), octets.data() + octets.size());
     stream_.clear();
     return stream_;
   }
-  bool isAtEnd() const { return buffer_.isAtEnd(); }
+  bool isAtEnd() const { return buffer_.gptr() == buffer_.egptr(); }
 
  private:
-  class Buffer : public std::streambuf {
-   public:
-    void set(std::string& octets) {
-      setg(octets.data(), octets.data(), octets.data() + octets.size());
-    }
-    bool isAtEnd() const { return gptr() == egptr(); }
+  struct Buffer : std::streambuf {
+    using std::streambuf::egptr;
+    using std::streambuf::gptr;
+    using std::streambuf::setg;
   };
 
   Buffer buffer_;
@@ -48,7 +46,7 @@ class NextOctets {
       : buffer_(source, count), stream_(&buffer_) {}
 
   std::istream& stream() { return stream_; }
-  /// How many octets have been taken from the other stream.
+  /// How many octets of the other stream have been consumed.
   std::uint64_t taken() const { return buffer_.taken; }
   /// Throws what the source threw, if anything.
   void rethrow() const {
@@ -64,7 +62,7 @@ class NextOctets {
       const GetArea atHand(source);
       if (const auto count = std::min<std::uint64_t>(left, atHand.size()); count > 0) {
         char* const octets = atHand.begin();
-        atHand.take(count);
+        atHand.advance(count);
         return show(octets, count);
       }
       const auto wanted = std::min<std::uint64_t>(left, block.size());

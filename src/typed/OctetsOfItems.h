@@ -105,11 +105,11 @@ void writeItems(const std::vector<Item>& items, std::ostream& stream) {
   };
   for (std::size_t i = 0; i < items.size();) {
     if (isReady(stream)) {
-      const Room room(*stream.rdbuf());
-      const std::size_t count = std::min(items.size() - i, room.size() / kSize);
-      char* at = room.begin();
+      const PutArea area(*stream.rdbuf());
+      const std::size_t count = std::min(items.size() - i, area.size() / kSize);
+      char* at = area.begin();
       for (const std::size_t end = i + count; i < end; ++i, at += kSize) putInto(items[i], at);
-      room.take(count * kSize);
+      area.advance(count * kSize);
       if (i == items.size()) return;
     }
     std::array<char, kSize> octets{};
