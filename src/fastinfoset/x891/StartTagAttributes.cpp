@@ -5,7 +5,7 @@
 namespace Tavrin {
 
 void StartTagAttributes::clear() {
-  // A record that was large is given back, so that memory follows the document.
+  // A large record is freed, so that memory follows the document.
   constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
   for (; length_ > 0; --length_) {
     Record& record = *records_[length_ - 1];

@@ -120,7 +120,7 @@ class StartTagAttributes final
   Record& append();
   const Record& at(int index) const { return *records_[checkIndex(index, length_)]; }
 
-  // The attributes, and behind them records without values, which keep their memory.
+  // The attributes, and after them records without values, which keep their memory.
   std::vector<std::unique_ptr<Record>> records_;
   std::size_t length_ = 0;                            // How many are attributes.
   std::size_t spareOctets_ = 0;                       // Of the others together.
