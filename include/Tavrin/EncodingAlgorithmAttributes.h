@@ -13,9 +13,7 @@
 
 namespace Tavrin {
 
-/// An attribute list that also tells how a value is encoded and what it holds.
-///
-/// To anyone who takes it for a plain Attributes, every value is text.
+/// An attribute list whose values may be typed. Used as a plain Attributes, it gives their text.
 class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
  public:
   ~EncodingAlgorithmAttributes() override;
@@ -34,26 +32,20 @@ class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
   /// @name By name
   /// As by position. Names compare octet for octet; the first match counts.
   /// @{
-
-  /// The algorithm's URI.
   virtual const std::string& getAlgorithmURI(const std::string& uri,
-                                             const std::string& localName) const = 0;
-  /// The algorithm's URI.
-  virtual const std::string& getAlgorithmURI(const std::string& qName) const = 0;
-  /// The algorithm's number.
+                                             const std::string& localName) const = 0;  ///< URI.
+  virtual const std::string& getAlgorithmURI(const std::string& qName) const = 0;      ///< URI.
+  /// The number.
   virtual int getAlgorithmIndex(const std::string& uri, const std::string& localName) const = 0;
-  /// The algorithm's number.
-  virtual int getAlgorithmIndex(const std::string& qName) const = 0;
-  /// The typed value.
+  virtual int getAlgorithmIndex(const std::string& qName) const = 0;  ///< The number.
   virtual const EncodedData* getAlgorithmData(const std::string& uri,
-                                              const std::string& localName) const = 0;
-  /// The typed value.
-  virtual const EncodedData* getAlgorithmData(const std::string& qName) const = 0;
+                                              const std::string& localName) const = 0;  ///< Value.
+  virtual const EncodedData* getAlgorithmData(const std::string& qName) const = 0;      ///< Value.
   /// @}
 };
 
 /// The list that the reader "FI" fills, new for each element, and from which the Fast Infoset
-/// writers take typed values.
+/// writers get typed values.
 ///
 /// Access by a position outside the list, or by a name that is not in it, throws std::out_of_range
 /// with the text "vector::_M_range_check". getValue by position makes the text of a typed value

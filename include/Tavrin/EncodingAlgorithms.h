@@ -42,9 +42,9 @@ class TAVRIN_API EncodingAlgorithm {
 
   /// Decodes a value.
   /// @param length the number of octets; just these are read, and none beyond. The built-in
-  ///               algorithms take the memory for as many before they read, so a caller that does
-  ///               not trust the length makes sure that they are there
-  /// @param stream stands behind the length of the encoded data. An end before its time shows in
+  ///               algorithms allocate the memory for as many before they read, so a caller that
+  ///               does not trust the length makes sure that they are there
+  /// @param stream stands after the length of the encoded data. An early end shows in
   ///               the stream's state; the value is then meaningless. Of the built-in algorithms
   ///               it has its full length: each octet that is missing counts as 0xFF, and the rest
   ///               of a string is what it was, or zero

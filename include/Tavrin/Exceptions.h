@@ -13,7 +13,7 @@
 
 namespace Tavrin {
 
-/// Any failure of reading or writing a document, told by a message.
+/// Any failure of reading or writing a document, with a message.
 class TAVRIN_API SAXException {
  public:
   /// @param message what is wrong, in English; kept as it is

@@ -1,6 +1,6 @@
 /// @file
-/// The registries in which readers and writers are found by name, and all that it takes to make and
-/// use them.
+/// The registries in which readers and writers are found by name, and all that is needed to make
+/// and use them.
 ///
 /// Names match without regard to the case of ASCII letters, whatever the locale. The library
 /// registers the readers "Expat", "FI", "X891" and "XML10" and the writers "FI", "X891", "XML" and
@@ -38,8 +38,7 @@ class TAVRIN_API XMLReaderType {
   XMLReaderType(const XMLReaderType&) = delete;
   XMLReaderType& operator=(const XMLReaderType&) = delete;
 
-  /// The name as it was given.
-  const std::string& getName() const { return name_; }
+  const std::string& getName() const { return name_; }  ///< As it was given.
 
  private:
   friend class XMLReaderFactory;
@@ -59,8 +58,7 @@ class TAVRIN_API XMLReaderFactory {
   /// A new reader of the named type.
   /// @throws SAXException when no such type is registered
   static std::unique_ptr<XMLReader> createXMLReader(const std::string& name);
-  /// A new reader of the type "Expat".
-  static std::unique_ptr<XMLReader> createXMLReader();
+  static std::unique_ptr<XMLReader> createXMLReader();  ///< A new reader of the type "Expat".
 
   /// The registered names as their records spell them, ordered by their lower-case form.
   static std::vector<std::string> getTypeNames();
@@ -82,8 +80,7 @@ class TAVRIN_API XMLWriterType {
   XMLWriterType(const XMLWriterType&) = delete;
   XMLWriterType& operator=(const XMLWriterType&) = delete;
 
-  /// The name as it was given.
-  const std::string& getName() const { return name_; }
+  const std::string& getName() const { return name_; }  ///< As it was given.
 
  private:
   friend class XMLWriterFactory;
@@ -103,8 +100,7 @@ class TAVRIN_API XMLWriterFactory {
   /// A new writer of the named type.
   /// @throws SAXException when no such type is registered
   static std::unique_ptr<XMLWriter> createXMLWriter(const std::string& name);
-  /// A new writer of the type "XML".
-  static std::unique_ptr<XMLWriter> createXMLWriter();
+  static std::unique_ptr<XMLWriter> createXMLWriter();  ///< A new writer of the type "XML".
 
   /// The registered names as their records spell them, ordered by their lower-case form.
   static std::vector<std::string> getTypeNames();

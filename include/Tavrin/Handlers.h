@@ -2,7 +2,7 @@
 /// The handler interfaces: how a reader reports a document, and how a writer receives one.
 ///
 /// Every operation does nothing unless it is overridden, so an application overrides just what it
-/// wants to hear. Strings hold UTF-8. Handlers belong to the application: readers and writers hold
+/// needs. Strings hold UTF-8. Handlers belong to the application: readers and writers hold
 /// plain pointers to them and never delete them. What a handler is given by reference is valid
 /// during the call only.
 #pragma once
@@ -106,8 +106,8 @@ class TAVRIN_API DeclHandler {
                                   const std::string& systemId);
 };
 
-/// What a document says beside its content: comments, the borders of CDATA sections, entities and
-/// the document type declaration.
+/// What a document says beside its content: comments, the boundaries of CDATA sections, entities
+/// and the document type declaration.
 class TAVRIN_API LexicalHandler {
  public:
   virtual ~LexicalHandler();
@@ -123,7 +123,7 @@ class TAVRIN_API LexicalHandler {
   virtual void comment(const std::string& text);      ///< A comment, without its delimiters.
 };
 
-/// Hears of a reader's failures before they are thrown. No operation throws or keeps anything by
+/// Receives a reader's failures before they are thrown. No operation throws or keeps anything by
 /// default: a reader throws after fatalError returns.
 class TAVRIN_API ErrorHandler {
  public:
@@ -143,7 +143,7 @@ class TAVRIN_API EntityResolver {
   /// @param publicId the public identifier, or empty
   /// @param systemId the system identifier as written, or empty
   /// @return the stream to read the entity from, which the reader deletes; an empty pointer (the
-  ///         default) asks the reader to pass the entity over
+  ///         default) asks the reader to skip the entity
   virtual std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                                       const std::string& systemId);
 };

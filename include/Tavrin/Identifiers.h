@@ -54,8 +54,8 @@ constexpr char entityAmplificationFactor[] =
 /// factor counts, a `std::uint64_t`. Default 8 MiB.
 constexpr char entityAmplificationThreshold[] =
     "http://tavrin/sax/properties/entity-amplification-threshold";
-/// Reader "XML10": how often ErrorHandler::warning has told of something that the document holds
-/// and no event can tell, a `std::uint64_t`. It can only be asked, also in warning, and counts in
+/// Reader "XML10": how often ErrorHandler::warning has reported something that the document holds
+/// and no event can report, a `std::uint64_t`. It can only be asked, also in warning, and counts in
 /// the last document that has begun.
 constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
 /// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper

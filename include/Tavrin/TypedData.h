@@ -146,8 +146,8 @@ class TAVRIN_API BooleanData : public EncodedDataTemplate<std::vector<bool>> {
   using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
   std::string toString() const override;
   std::unique_ptr<EncodedData> clone() override;
-  void callContentHandler(
-      PrimitiveTypeContentHandler& handler) const override;  ///< Calls booleans.
+  /// Calls booleans.
+  void callContentHandler(PrimitiveTypeContentHandler& handler) const override;
 
  protected:
   std::unique_ptr<EncodedData> copyEncodedData() const override;

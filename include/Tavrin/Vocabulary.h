@@ -14,7 +14,7 @@ struct StringTable {
   const char* const* entries = nullptr;  ///< The defined entries; a null text is the empty string.
   std::uint32_t definedCount = 0;        ///< How many entries there are.
   /// How many index positions the table takes up, at least definedCount. An index from
-  /// definedCount up to here is invalid; the document's own entries begin behind.
+  /// definedCount up to here is invalid; the document's own entries begin after it.
   std::uint32_t occupiedCount = 0;
 };
 

@@ -22,30 +22,24 @@ class TAVRIN_API XMLReader {
   XMLReader& operator=(const XMLReader&) = delete;
 
   /// @name Features and properties
-  /// The base knows none: each call throws SAXNotRecognizedException and changes nothing. See
-  /// Tavrin::features and Tavrin::properties for the identifiers and for how to pass a handler.
+  /// See Tavrin::features and Tavrin::properties for the identifiers and for how to pass a handler.
+  /// An unknown one throws SAXNotRecognizedException `Feature "name" not recognized`, or `Property
+  /// ...`, and changes nothing. The base knows none.
   /// @{
-
-  /// Switches a feature on or off.
-  /// @throws SAXNotRecognizedException "Feature "name" not recognized"
-  virtual void setFeature(const std::string& name, bool value);
-  /// Whether a feature is on.
-  /// @throws SAXNotRecognizedException as setFeature
-  virtual bool getFeature(const std::string& name);
-  /// Sets a property, most often a handler. What it points to is not owned; null takes it away.
-  /// @throws SAXNotRecognizedException "Property "name" not recognized"
+  virtual void setFeature(const std::string& name, bool value);  ///< Switches one on or off.
+  virtual bool getFeature(const std::string& name);              ///< Whether it is on.
+  /// Sets a property, most often a handler. What it points to is not owned; null removes it.
   virtual void setProperty(const std::string& name, void* value);
-  /// The pointer that was set, or null.
-  /// @throws SAXNotRecognizedException as setProperty
-  virtual void* getProperty(const std::string& name);
+  virtual void* getProperty(const std::string& name);  ///< The pointer that was set, or null.
   /// @}
 
   /// Reads one whole document.
-  /// @throws SAXException     (or a class derived from it) when the document cannot be read
+  /// @throws SAXException (or a class derived from it) when the document cannot be read
   virtual void parse(std::istream& stream) = 0;
 
   /// Reads the next block of a document. The first block starts a document; the last one carries
-  /// `isFinal`.
+  /// `isFinal`. Events of what a block completes may come with a later one, at the latest with the
+  /// last: expat may wait for more before it tries a token again that was cut in two.
   /// @param data    the block; it need not outlive the call
   /// @param size    its length in octets
   /// @param isFinal true on the last block
@@ -57,23 +51,21 @@ class TAVRIN_API XMLReader {
   /// All are null at first. The lexical and the declaration handler are properties.
   /// @{
 
-  /// Sets who hears of the document's content.
+  /// Sets who receives the document's content.
   void setContentHandler(ContentHandler* handler) { contentHandler_ = handler; }
-  /// The content handler, or null.
-  ContentHandler* getContentHandler() const { return contentHandler_; }
-  /// Sets who hears of failures before they are thrown.
+  ContentHandler* getContentHandler() const { return contentHandler_; }  ///< Or null.
+  /// Sets who receives failures before they are thrown.
   void setErrorHandler(ErrorHandler* handler) { errorHandler_ = handler; }
-  /// The error handler, or null.
-  ErrorHandler* getErrorHandler() const { return errorHandler_; }
+  ErrorHandler* getErrorHandler() const { return errorHandler_; }  ///< Or null.
   /// Sets who opens external entities.
   void setEntityResolver(EntityResolver* resolver) { entityResolver_ = resolver; }
-  /// The entity resolver, or null.
-  EntityResolver* getEntityResolver() const { return entityResolver_; }
-  /// Sets who hears of notations and unparsed entities.
+  EntityResolver* getEntityResolver() const { return entityResolver_; }  ///< Or null.
+  /// Sets who receives notations and unparsed entities.
   void setDTDHandler(DTDHandler* handler) { dtdHandler_ = handler; }
-  /// The DTD handler, or null.
-  DTDHandler* getDTDHandler() const { return dtdHandler_; }
-  /// @}
+  DTDHandler* getDTDHandler() const {
+    return dtdHandler_;
+  }  ///< Or null.
+     /// @}
 
  protected:
   XMLReader() = default;

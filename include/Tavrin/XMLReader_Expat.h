@@ -12,12 +12,28 @@
 
 namespace Tavrin {
 
-/// Reads XML 1.0 text with namespaces through expat; registered as "Expat".
+/// Reads XML 1.0 text with namespaces through expat; registered as "Expat". It is what
+/// XMLReaderFactory creates by default. Its behaviour is fixed, oddities included, for programs
+/// that rely on it; all others choose XMLReader_XML10.
+///
+/// @code
+/// struct Outline : ContentHandler {
+///   void startElement(const std::string&, const std::string&, const std::string& qName,
+///                     const Attributes& attributes) override {
+///     std::cout << qName << " has " << attributes.getLength() << " attributes\n";
+///   }
+/// } outline;
+/// XMLReader_Expat reader;
+/// reader.setContentHandler(&outline);
+/// std::ifstream document("menu.xml", std::ios::binary);
+/// reader.parse(document);
+/// @endcode
 ///
 /// Input is UTF-8, UTF-16, ISO-8859-1 or US-ASCII, as detected by expat. The external DTD subset
-/// and external entities are read through the EntityResolver, or passed over without one.
+/// and external entities are read through the EntityResolver, or skipped without one.
 ///
-/// Properties: Tavrin::properties::lexicalHandler, Tavrin::properties::declarationHandler.
+/// Properties: Tavrin::properties::lexicalHandler, declarationHandler; a change counts from the
+/// next event.
 ///
 /// Things to know before relying on it:
 /// - No exception of a handler reaches the caller of parse while the document is being read. It is
@@ -41,11 +57,7 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
-  /// Sets the lexical or the declaration handler; a change counts from the next event.
-  /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
-  /// The lexical or the declaration handler, or null.
-  /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
 
   /// Reads one whole document, in blocks of 1,048,576 octets, from the stream's buffer; the
@@ -58,15 +70,11 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// Reads the next block of a document; see XMLReader::parse.
   ///
   /// A null pointer is no block: it only begins a document where none is open. With `isFinal`,
-  /// whatever the size, it gives the document up: what is missing is no failure, endDocument is not
+  /// whatever the size, it abandons the document: what is missing is no failure, endDocument is not
   /// called, not even for a document that is complete, and the reader can read another one. To end
-  /// a document whose last block came without `isFinal`, hand in an empty block that is not null.
-  ///
-  /// The events of what a block completes may come with a later block, at the latest with the last:
-  /// expat 2.6, and 2.5 with the correction of CVE-2023-52425, do not try a token that was cut in
-  /// two again before much more has come.
+  /// a document whose last block came without `isFinal`, pass an empty block that is not null.
   /// @param data    the block, or null
-  /// @param size    its length in octets, narrowed to a signed 32-bit count, as expat takes it
+  /// @param size    its length in octets, narrowed to a signed 32-bit count, as expat has it
   /// @param isFinal true on the last block
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;

@@ -18,6 +18,22 @@
 namespace Tavrin {
 
 /// Reads Fast Infoset documents (ITU-T X.891) as the "FI" writer writes them; registered as "FI".
+/// It reads a dialect, whose behaviour is fixed: choose it for documents of that writer, and
+/// XMLReader_X891 for all others.
+///
+/// @code
+/// struct Sum : PrimitiveTypeContentHandler {
+///   void floats(const std::vector<float>& data) override {
+///     for (const float item : data) sum += item;
+///   }
+///   float sum = 0;
+/// } sum;
+/// XMLReader_FI reader;
+/// reader.setProperty(properties::primitiveTypeContentHandler,
+///                    static_cast<PrimitiveTypeContentHandler*>(&sum));
+/// std::ifstream document("points.finf", std::ios::binary);
+/// reader.parse(document);
+/// @endcode
 ///
 /// Properties: lexicalHandler, declarationHandler, primitiveTypeContentHandler,
 /// encodingAlgorithmContentHandler, registeredEncodingAlgorithms and externalVocabularies of
@@ -28,11 +44,11 @@ namespace Tavrin {
 /// algorithm handler; the content handler, as text. A typed value belongs to its algorithm and is
 /// valid during the call.
 ///
-/// The reader takes no octet beyond the document's last one, so documents may follow each other in
-/// one stream. Whatever a document claims about its lengths, memory grows only with the octets that
-/// arrive; elements may be nested as deep as memory allows.
+/// The reader consumes no octet beyond the document's last one, so documents may follow each other
+/// in one stream. Whatever a document claims about its lengths, memory grows only with the octets
+/// that arrive; elements may be nested as deep as memory allows.
 ///
-/// Things to know before relying on it. It reads a dialect:
+/// Things to know before relying on it:
 /// - The number of items of a list is the encoded field itself, and prefixes and namespace names of
 ///   a namespace declaration are counted from 0, without the built-in `xml`.
 /// - UTF-16 strings and restricted alphabets are not decoded: they give empty text, and their
@@ -57,12 +73,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
-  /// Sets a handler, the registered algorithms or the external vocabularies. The type of the value
-  /// is not checked.
-  /// @throws SAXNotRecognizedException for any other identifier
   void setProperty(const std::string& name, void* value) override;
-  /// The pointer that was set, or null.
-  /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
 
   using XMLReader::parse;
@@ -114,7 +125,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @name Document (X.891, C.2)
   /// @{
 
-  /// Reads the header up to its first wrong octet, and tells whether there was none (12.6, 12.7).
+  /// Reads the header up to its first wrong octet, and returns whether there was none (12.6, 12.7).
   bool isFastInfosetDocument();
   void decodeAdditionalData();     ///< Prints it (C.2.4).
   void decodeInitialVocabulary();  ///< Fills the tables, selects the external vocabulary (C.2.5).

@@ -14,28 +14,39 @@
 namespace Tavrin {
 
 /// Reads Fast Infoset documents as ITU-T X.891 | ISO/IEC 24824-1 defines them, whoever wrote them;
-/// registered as "X891".
+/// registered as "X891". It is the reader of Fast Infoset to choose, also for documents from
+/// strangers: what it delivers can be written as XML 1.0 with namespaces, or the document is
+/// refused, and limits bound what a document costs.
 ///
-/// It decodes the whole format: the XML declaration in front, the initial vocabulary with built-in,
-/// external and own entries, every form of index and length, UTF-8, UTF-16 and restricted
-/// alphabets, the ten built-in encoding algorithms, and those that the application registers.
+/// @code
+/// XMLWriter_XML10 writer;
+/// writer.setOutputStream(&std::cout);
+/// XMLReader_X891 reader;
+/// reader.setContentHandler(&writer);
+/// reader.setDTDHandler(&writer);
+/// reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&writer));
+/// std::ifstream document("menu.finf", std::ios::binary);
+/// reader.parse(document);
+/// @endcode
 ///
-/// What it delivers can be written as XML 1.0 with namespaces, or the document is refused: names,
-/// characters, UTF-8, unique attributes, prefixes in scope, one root element. The entries of an
-/// external vocabulary are the application's own, and their characters are not looked at. A
-/// document that states another version of XML is read by the rules of 1.0, and
-/// ErrorHandler::warning tells so behind startDocument; one that states 1.1 may undeclare prefixes.
+/// It decodes the whole format: the XML declaration, the initial vocabulary with built-in, external
+/// and own entries, every form of index and length, UTF-8, UTF-16 and restricted alphabets, the ten
+/// built-in encoding algorithms, and those that the application registers. It checks names,
+/// characters, UTF-8, unique attributes, prefixes in scope and that there is one root element; not
+/// the characters of an external vocabulary, which is the application's own. A document that states
+/// another version of XML is read by the rules of 1.0, with a call of ErrorHandler::warning after
+/// startDocument; one that states 1.1 may undeclare prefixes.
 ///
-/// The format keeps no name of the document type. That of the root element is reported, so what
-/// stands between the document type declaration and the root element is reported together with the
-/// root element. Notations and unparsed entities come between startDTD and endDTD; where a document
-/// has some but no document type declaration, a startDTD without identifiers and an endDTD are
-/// reported in front of the root element.
+/// The format does not hold the name of the document type. That of the root element is reported, so
+/// all that stands between the document type declaration and the root element is reported together
+/// with the root element. Notations and unparsed entities come between startDTD and endDTD; where a
+/// document has some but no document type declaration, a startDTD without identifiers and an endDTD
+/// are reported before the root element.
 ///
 /// The format gives identifiers to references to entities, where XML declares a name once. They are
 /// reported to DeclHandler::externalEntityDecl before the first reference to the name that has
-/// some, in the content, and then ContentHandler::skippedEntity tells of each reference. References
-/// to one name with different identifiers are refused: no declaration in XML could stand for both.
+/// some, in the content; ContentHandler::skippedEntity reports each reference. References to one
+/// name with different identifiers are refused: no declaration in XML could stand for both.
 ///
 /// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
 /// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
@@ -45,25 +56,25 @@ namespace Tavrin {
 /// built in nor registered goes to the encoding algorithm handler as octets, or is refused without
 /// one; in an attribute it is refused.
 ///
-/// Failures of a document are told to ErrorHandler::fatalError and thrown as a SAXParseException
-/// with the line -1 and, as column, the number of octets of the document that were read by then (at
-/// most 2147483647). What handlers and registered algorithms throw reaches the caller of parse as
-/// it was thrown, but for an EncodingAlgorithmException, which is a failure of the document. After
-/// either, the reader can read another document.
+/// Failures of a document are reported to ErrorHandler::fatalError and thrown as a
+/// SAXParseException with the line -1 and, as column, the number of octets of the document that
+/// were read by then (at most 2147483647). What handlers and registered algorithms throw leaves
+/// parse as it was thrown, but for an EncodingAlgorithmException, which is a failure of the
+/// document. After either, the reader can read another document.
 ///
-/// The reader takes no octet behind the document's last one, so documents may follow each other on
-/// one stream; all tables start fresh with each. Elements may be nested as deep as memory and
+/// The reader consumes no octet after the document's last one, so documents may follow each other
+/// on one stream; all tables start fresh with each. Elements may be nested as deep as memory and
 /// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory (72 if its
 /// name is in an external vocabulary), its namespace declarations what maximumTableOctets counts
 /// them for. Whatever a document claims, memory is bounded by the limits and a small multiple of
-/// what has arrived. The message of a failure through a limit ends with its property: `Literal
-/// longer than 100 octets (property maximum-literal-octets)`.
+/// what has arrived. The message of a failure at a limit ends with its property: `Literal longer
+/// than 100 octets (property maximum-literal-octets)`.
 ///
 /// Properties, of Tavrin::properties: lexicalHandler, declarationHandler,
 /// primitiveTypeContentHandler, encodingAlgorithmContentHandler, registeredEncodingAlgorithms,
-/// externalVocabularies, documentXMLVersion, standalone,
-/// amplificationFactor, amplificationThreshold, maximumTableOctets, maximumLiteralOctets,
-/// maximumDepth. Feature: Tavrin::features::isStandalone.
+/// externalVocabularies, documentXMLVersion, standalone, amplificationFactor,
+/// amplificationThreshold, maximumTableOctets, maximumLiteralOctets, maximumDepth. Feature:
+/// Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader {
  public:
   XMLReader_X891();
@@ -72,20 +83,12 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
-  /// Sets a handler, the registered algorithms, the external vocabularies or a limit.
-  /// @throws SAXNotRecognizedException for any other identifier
   /// @throws SAXException for a property that can only be asked, and for an amplification factor
   ///         below 1
   void setProperty(const std::string& name, void* value) override;
-  /// The pointer that was set, or a pointer to the value.
-  /// @throws SAXNotRecognizedException for any other identifier
   void* getProperty(const std::string& name) override;
-  /// Refused: the one feature can only be asked.
-  /// @throws SAXNotRecognizedException for any other identifier
-  /// @throws SAXException for isStandalone
+  /// @throws SAXException for isStandalone, which can only be asked
   void setFeature(const std::string& name, bool value) override;
-  /// Whether the document says that it is standalone.
-  /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
 
   using XMLReader::parse;

@@ -55,8 +55,7 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// Sets where the document goes. The stream is not owned, must outlive its use, and is never
   /// flushed by the writer. Without a stream, events are checked and nothing is written.
   void setOutputStream(std::ostream* out) { out_ = out; }
-  /// The stream that was set, or null.
-  std::ostream* getOutputStream() const { return out_; }
+  std::ostream* getOutputStream() const { return out_; }  ///< The stream, or null.
 
   /// @name Content
   /// Each throws SAXException when the event may not come now; the state is then as before.
@@ -76,29 +75,21 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// @}
 
   /// @name Features and properties
-  /// The base knows none: each call throws SAXNotRecognizedException.
+  /// As in XMLReader. The base knows none: each call throws SAXNotRecognizedException.
   /// @{
-
-  /// Switches a feature on or off.
-  /// @throws SAXNotRecognizedException "Feature "name" not recognized"
-  virtual void setFeature(const std::string& name, bool value);
-  /// Whether a feature is on.
-  /// @throws SAXNotRecognizedException as setFeature
-  virtual bool getFeature(const std::string& name);
+  virtual void setFeature(const std::string& name, bool value);  ///< Switches one on or off.
+  virtual bool getFeature(const std::string& name);              ///< Whether it is on.
   /// Sets a property. What it points to is not owned.
-  /// @throws SAXNotRecognizedException "Property "name" not recognized"
   virtual void setProperty(const std::string& name, void* value);
-  /// The pointer that was set, or null.
-  /// @throws SAXNotRecognizedException as setProperty
-  virtual void* getProperty(const std::string& name);
+  virtual void* getProperty(const std::string& name);  ///< The pointer that was set, or null.
   /// @}
 
-  /// Writes what a concrete writer still owes before the next event. It does not flush the stream.
+  /// Writes what is pending in a concrete writer. It does not flush the stream.
   virtual void flush();
   /// Forgets the current document, so that another one can be started on the same stream.
   virtual void reset();
 
-  /// @name Document type
+  /// @name Document type, CDATA sections and comments
   /// Each throws SAXException when the event may not come now; the state is then as before.
   /// @{
   void notationDecl(const std::string& name, const std::string& publicId,
@@ -114,11 +105,6 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   void startDTD(const std::string& name, const std::string& publicId,
                 const std::string& systemId) override;
   void endDTD() override;
-  /// @}
-
-  /// @name CDATA sections and comments
-  /// Each throws SAXException when the event may not come now; the state is then as before.
-  /// @{
   void startCDATA() override;
   void endCDATA() override;
   /// @throws SAXException also for a text that contains "-->"

@@ -19,7 +19,20 @@ namespace fastinfoset {
 class Encoder;
 }  // namespace fastinfoset
 
-/// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI".
+/// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI". Its octets
+/// are fixed, oddities included, for programs that rely on them; all others choose XMLWriter_X891,
+/// whose documents every reader understands.
+///
+/// @code
+/// std::ofstream document("points.finf", std::ios::binary);
+/// XMLWriter_FI writer;
+/// writer.setOutputStream(&document);
+/// writer.startDocument();
+/// writer.startElement("", "points", "points", AttributesImpl());
+/// writer.floats({0.5F, 1.5F, 2.5F});
+/// writer.endElement("", "points", "points");
+/// writer.endDocument();
+/// @endcode
 ///
 /// Beside the events of XML it takes typed content, through PrimitiveTypeContentHandler and
 /// EncodingAlgorithmContentHandler, and typed attribute values, when the attributes of startElement
@@ -29,8 +42,8 @@ class Encoder;
 /// Things to know before relying on it:
 /// - Namespace declarations come from startPrefixMapping alone; attributes in the namespace of
 ///   `xmlns` are left out. A prefix or namespace name that was never declared is refused.
-/// - Ignorable white space, the document type, declarations and entity borders leave no trace.
-/// - Text in front of a CDATA section is written as a part of the section.
+/// - Ignorable white space, the document type, declarations and entity boundaries leave no trace.
+/// - Text before a CDATA section is written as a part of the section.
 /// - A document in which the 17th or a later distinct short chunk of text is repeated does not come
 ///   back: the index is written without the marker of its form, so a reader takes its first octet
 ///   for another chunk and the rest for the next item. Most such documents are refused, some are
@@ -61,7 +74,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   static std::unique_ptr<XMLWriter> create();
 
   /// @name Events
-  /// As XMLWriter has them. Each first refuses what may not come now.
+  /// As in XMLWriter. Each first refuses what may not come now.
   /// @{
   void startDocument() override;
   void endDocument() override;
@@ -109,8 +122,8 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
 
  protected:
   /// @name Primitives
-  /// They write at once, and look for no stream. An entry that is added to a table gets for its
-  /// index the number of entries in front of it.
+  /// They write at once, without a check that there is a stream. The index of an entry that is
+  /// added to a table is the number of entries before it.
   /// @{
 
   /// Writes an index that begins on the second bit (C.25).
@@ -133,24 +146,24 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   ///         then
   void encodeQualifiedName(int bits, std::map<QualifiedName, unsigned int>& table,
                            const QualifiedName& name);
-  /// Writes namespace declarations and the terminator behind them (C.12).
+  /// Writes namespace declarations and the terminator after them (C.12).
   /// @param pairs prefix, namespace name, prefix, namespace name, ...
   void encodeNamespaces(const std::vector<std::string>& pairs);
   /// Writes a character chunk, or its index (C.15); nothing for an empty text.
   void encodeCharacters(const std::string& text);
-  /// Writes the attributes that are not namespace declarations (C.4); their terminator is owed.
+  /// Writes the attributes that are not namespace declarations (C.4); their terminator is pending.
   void encodeAttributes(const Attributes& attributes);
   /// @}
 
   /// The number of attributes that are not namespace declarations.
   int countAttributes(const Attributes& attributes) const;
 
-  /// Writes the terminator that is owed; with `final`, together with another one.
+  /// Writes the pending terminator; with `final`, together with another one.
   void flushTerminator(bool final);
-  /// Writes the text that has gathered as one chunk.
+  /// Writes the buffered text as one chunk.
   void flushCharacters();
 
-  bool pendingTerminator_ = false;       ///< Owed; two in a row share an octet.
+  bool pendingTerminator_ = false;       ///< Two in a row share an octet.
   std::string characters_;               ///< Text since the last item.
   std::vector<std::string> namespaces_;  ///< Prefix, namespace name, ... for the next start tag.
   BuiltInAlgorithms builtIn_;            ///< The algorithms.

@@ -15,56 +15,56 @@
 namespace Tavrin {
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
+/// It is the writer of Fast Infoset to choose: what it writes is well-formed (XML 1.0, Namespaces
+/// in XML), or the event is refused.
 ///
-/// It takes the events of XMLWriter and typed content, and writes what the format can hold: the identifiers of the
-/// document type and its instructions, notations, unparsed entities, references to entities that
-/// were skipped, CDATA sections, white space. The format has no place for the name of the document
-/// type, for its comments and other declarations, and for the borders of entities; they leave no
-/// trace. A document type that has nothing but notations and unparsed entities needs no item of its
-/// own: they belong to the document.
+/// @code
+/// std::ifstream text("menu.xml", std::ios::binary);
+/// std::ofstream document("menu.finf", std::ios::binary);
+/// XMLWriter_X891 writer;
+/// writer.setOutputStream(&document);
+/// XMLReader_XML10 reader;
+/// reader.setContentHandler(&writer);
+/// reader.setDTDHandler(&writer);
+/// reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&writer));
+/// reader.setProperty(properties::declarationHandler, static_cast<DeclHandler*>(&writer));
+/// reader.parse(text);
+/// @endcode
 ///
-/// What is written is well-formed (XML 1.0, Namespaces in XML), or it is refused by a SAXException
-/// that names the reason, before any octet of the event. Attributes that are namespace declarations
-/// count as startPrefixMapping, unless that told of them already: those whose qualified name is
-/// `xmlns` or begins with `xmlns:`, and, without a qualified name, those in the namespace of
-/// declarations. `xml` needs no declaration.
+/// It takes the events of XMLWriter and typed content, and writes what the format can hold: the
+/// identifiers of the document type and its processing instructions, notations, unparsed entities,
+/// references to entities that were skipped, CDATA sections, white space. The name of the document
+/// type, its comments and other declarations, and the boundaries of entities leave no trace. A
+/// document type that has nothing but notations and unparsed entities needs no item of its own:
+/// they belong to the document.
 ///
-/// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal:
-/// - text: `Invalid character U+0001 in character data`, `Invalid UTF-8 octet 0xFF in a comment`,
-///   `String longer than 4294967296 octets`; `You cannot put "--" into a comment`,
-///   `A comment cannot end with "-"`, `You cannot put "?>" into a processing instruction`;
-/// - names: `Empty name`, `"1" is not a name without a colon`, `"xml" is not a target`,
-///   `The qualified name "p:a" does not belong to the local name "b"`, `Undeclared prefix "p"`,
-///   `Undeclared namespace "u"`, `The prefix "p" is bound to "u", not to "v"`,
-///   `The default namespace is "u", not "v"`,
-///   `The attribute "a" has the namespace "u", but no prefix`,
-///   `The attribute "a" stands twice in a start tag`, `The prefix "p" is declared twice`, and what
-///   Namespaces in XML says of reserved names;
-/// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
-///   `The unparsed entity "e" has no system identifier`, which the format wants;
-/// - the document: `A document needs a root element`, `Elements nested deeper than N (property
-///   maximum-depth)`, `Unknown external vocabulary "U"` with the property that would make it known,
-///   and what the vocabulary properties give as reasons (see setProperty).
+/// A refusal is a SAXException that names the reason, such as `Invalid character U+0001 in
+/// character data` or `Undeclared prefix "p"`, before any octet of the event is written. Reasons
+/// are the order of events; invalid characters and UTF-8; names and namespaces that do not fit each
+/// other; what a comment or processing instruction cannot hold; identifiers that are not valid, or
+/// missing in an unparsed entity; a document without a root element; a vocabulary that is unknown
+/// or not possible (see setProperty); and limits, with the property that would change them.
 ///
 /// What fails for another reason, in the attributes that are given, in the stream, or for want of
 /// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
 /// further event is refused (`The document cannot go on after a failure: the writer must be
 /// reset`), until reset.
 ///
-/// White space in front of the data of an instruction is left out: in XML text it does not belong
-/// to the data. Empty identifiers of the document type and of notations are left out.
+/// Attributes that are namespace declarations count as startPrefixMapping, unless it has reported
+/// them already: those whose qualified name is `xmlns` or begins with `xmlns:`, and, without a
+/// qualified name, those in the namespace of declarations. `xml` needs no declaration. White space
+/// before the data of a processing instruction is left out: in XML text it does not belong to the
+/// data. Empty identifiers of the document type and of notations are left out.
 ///
-/// Names and identifiers always enter the tables of a reader, so that they enter those of the
-/// writer, too, whatever their size. A document whose tables would take more than 512 MiB, or than
-/// maximumTableOctets if that is more, is refused: `The vocabulary takes more than N octets
-/// (property maximum-table-octets)`.
-/// Values, chunks and other strings enter the tables up to a length
-/// (Tavrin::properties::indexedAttributeValueLength, which other strings share, and
-/// Tavrin::properties::indexedChunkLength), as long as the tables take no more than
-/// Tavrin::properties::maximumTableOctets. No table has more than 2^20 entries.
+/// Names and identifiers always enter the tables of a reader, and so those of the writer, whatever
+/// their size. A document whose tables would take more than 512 MiB, or than
+/// Tavrin::properties::maximumTableOctets if that is more, is refused. Values, chunks and other
+/// strings enter the tables up to a length (indexedAttributeValueLength, which other strings share,
+/// and indexedChunkLength), as long as the tables take no more than maximumTableOctets. No table
+/// has more than 2^20 entries.
 ///
-/// What stands in front of the root is kept in memory until the root begins, because notations and
-/// unparsed entities stand in front of it all.
+/// All that precedes the root element is buffered until the root begins, because notations and
+/// unparsed entities stand before it all.
 class TAVRIN_API XMLWriter_X891 : public XMLWriter,
                                   public PrimitiveTypeContentHandler,
                                   public EncodingAlgorithmContentHandler {
@@ -76,14 +76,14 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   static std::unique_ptr<XMLWriter> create();
 
   /// @name Events
-  /// As XMLWriter has them. What is refused changes nothing.
+  /// As in XMLWriter. What is refused changes nothing.
   /// @{
   /// @throws SAXException also `Unknown external vocabulary "U"`
   void startDocument() override;
   /// @throws SAXException also `A document needs a root element`
   void endDocument() override;
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
-  /// @throws SAXException also for what properties say of the vocabulary, at the root
+  /// @throws SAXException also for a vocabulary that is not possible, at the root
   void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
                     const Attributes& attributes) override;
   void endElement(const std::string& uri, const std::string& localName,
@@ -93,7 +93,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
   /// In an element, writes an unexpanded entity reference (C.6) with the identifiers that
-  /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
+  /// externalEntityDecl gave; elsewhere it does nothing, nor for parameter entities and the
   /// external subset.
   /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which
   ///         holds no references
@@ -103,7 +103,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void unparsedEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId, const std::string& notationName) override;
   /// Writes nothing; skippedEntity uses the identifiers. It may also come in an element, where the
-  /// reader "X891" tells of them.
+  /// reader "X891" reports them.
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
   void internalEntityDecl(const std::string& name, const std::string& value) override;
@@ -130,17 +130,15 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// the arrays of vocabularies, stay with the application and must outlive their use.
   ///
   /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
-  /// map, behind those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
+  /// map, after those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
   /// the defined entries are written. What its names need and no table has is added.
   ///
-  /// startElement refuses the root with a SAXException where the vocabularies are not possible:
-  /// `An entry of the initial vocabulary is empty`,
-  /// `A restricted alphabet of the initial vocabulary has fewer than two characters`, or repeats
-  /// one, `A name of the initial vocabulary has a prefix, but no namespace`, `More than 225
-  /// encoding algorithms`, `More than 241 restricted alphabets`, `A table of the vocabulary has
-  /// more than 1048576 entries`, and as for names and text elsewhere.
+  /// startElement refuses the root with a SAXException where the vocabularies are not possible: an
+  /// entry that is empty; a restricted alphabet of fewer than two characters, or with one twice; a
+  /// name with a prefix, but no namespace; more than 225 encoding algorithms, 241 restricted
+  /// alphabets or 1048576 entries in a table; and as for names and text elsewhere.
   /// @throws SAXException for an XML version that does not match `1.[0-9]+` (XML 1.0, production
-  /// 26)
+  ///         26)
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
 

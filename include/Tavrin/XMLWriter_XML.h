@@ -17,27 +17,40 @@ namespace xml {
 class Escapes;
 }
 
-/// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML".
+/// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML". It is what
+/// XMLWriterFactory creates by default. Its behaviour is fixed, oddities included, for programs
+/// that rely on its octets; all others choose XMLWriter_XML10, which checks what it is given.
+///
+/// @code
+/// XMLWriter_XML writer;
+/// writer.setOutputStream(&std::cout);
+/// writer.startDocument();
+/// writer.startElement("", "greeting", "greeting", AttributesImpl());
+/// writer.characters("Hello & goodbye");
+/// writer.endElement("", "greeting", "greeting");
+/// writer.endDocument();
+/// @endcode
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. They may be changed at
 /// any time and count from the next event.
 ///
 /// A start tag, the opening of a CDATA section and the bracket of an internal subset are completed
-/// by the first content that follows, or by flush. Stream errors are not checked: look at the
+/// by the first content that follows, or by flush. Stream errors are not checked: check the
 /// stream's state when the document is done.
 ///
 /// Things to know before relying on it:
-/// - Names, namespace names, comments, instructions and declarations are written as given.
+/// - Names, namespace names, comments, processing instructions and declarations are written as
+///   given.
 /// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A carriage
 ///   return does not survive being read again, nor does a tab in an attribute value.
 /// - autoIndent adds white space to text: the end tag of an element with content begins a new line.
 /// - Skipped entities are not written.
 /// - An attribute declaration always has a default value in quotes, so declarations that an XML
 ///   parser reads back need a default.
-/// - A notation or unparsed entity with a public identifier repeats its name behind the system
+/// - A notation or unparsed entity with a public identifier repeats its name after the system
 ///   identifier (`<!NOTATION n PUBLIC "p" "s"n>`), and an empty root element with emptyTags off
 ///   comes out as `<r</r>`: neither is well-formed.
-/// - A refused event may leave a completed start tag and an indentation behind.
+/// - A refused event may leave a completed start tag and an indentation in the stream.
 class TAVRIN_API XMLWriter_XML : public XMLWriter {
  public:
   XMLWriter_XML() = default;
@@ -57,11 +70,7 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
 
-  /// Switches one of the three features on or off.
-  /// @throws SAXNotRecognizedException for any other identifier
   void setFeature(const std::string& name, bool value) override;
-  /// Whether one of the three features is on.
-  /// @throws SAXNotRecognizedException for any other identifier
   bool getFeature(const std::string& name) override;
 
   /// Completes an open start tag, CDATA opening or internal subset bracket.
@@ -89,7 +98,7 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   /// Completes what the innermost container leaves open before its first content. When it returns,
   /// that is in the stream.
   void startChild();
-  /// Breaks the line in front of what comes next, if auto-indent is on, by ignorableWhitespace.
+  /// Breaks the line before what comes next, if auto-indent is on, by ignorableWhitespace.
   void indent();
 
   bool autoIndent_ = false;              ///< The feature auto-indent.

@@ -4,24 +4,24 @@
 
 namespace Tavrin {
 
-/// Makes room for more in the string, at least as much again as there was.
+/// Moves the octets into the string, with a capacity that at least doubles.
 void EventOctets::growBy(std::size_t size) {
   constexpr std::size_t kLeast = 256;
   const std::size_t before = this->size();
-  const std::size_t room = std::max({kLeast, 2 * before, before + size});
-  rest_.resize(inFront_ + room);
-  char* const begin = rest_.data() + inFront_;
+  const std::size_t capacity = std::max({kLeast, 2 * before, before + size});
+  rest_.resize(kept_ + capacity);
+  char* const begin = rest_.data() + kept_;
   if (buffer_ != nullptr) std::copy(begin_, at_, begin);
   buffer_ = nullptr;
   begin_ = begin;
   at_ = begin + before;
-  end_ = begin + room;
+  end_ = begin + capacity;
 }
 
 void EventOctets::keep() {
   if (buffer_ != nullptr) growBy(0);
-  inFront_ += size();
-  rest_.resize(inFront_);
+  kept_ += size();
+  rest_.resize(kept_);
 }
 
 }  // namespace Tavrin

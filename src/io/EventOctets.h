@@ -11,31 +11,30 @@
 
 namespace Tavrin {
 
-/// The octets of one event. They are composed where they are to be, in the room of the stream's
-/// buffer, and are written when all of the event is known to be right. Where that room is too
-/// small, they are left in a string. Measured: composing them elsewhere and copying them takes a
-/// third longer.
+/// The octets of one event. They are composed in the put area of the stream's buffer, and are
+/// written when the whole event has been checked. Where that area is too small, they are left in a
+/// string. Measured: composing them elsewhere and copying them takes a third longer.
 class EventOctets {
  public:
   /// @param out  null where the octets are kept
-  /// @param rest what it holds already stands in front of the event
+  /// @param rest what it holds already precedes the event
   EventOctets(std::ostream* out, std::string& rest)
-      : rest_(rest), inFront_(rest.size()), begin_(rest.data() + rest.size()) {
+      : rest_(rest), kept_(rest.size()), begin_(rest.data() + rest.size()) {
     if (out == nullptr || !isReady(*out)) return;
-    const Room room(*out->rdbuf());
-    if (room.isVisible()) return;
+    const PutArea area(*out->rdbuf());
+    if (area.isVisible()) return;
     buffer_ = out->rdbuf();
-    begin_ = at_ = room.begin();
-    end_ = begin_ + room.size();
+    begin_ = at_ = area.begin();
+    end_ = begin_ + area.size();
   }
-  /// An event that is neither written nor kept is gone.
+  /// An event that is neither written nor kept is discarded.
   ~EventOctets() {
-    if (rest_.size() > inFront_) rest_.resize(inFront_);
+    if (rest_.size() > kept_) rest_.resize(kept_);
   }
   EventOctets(const EventOctets&) = delete;
   EventOctets& operator=(const EventOctets&) = delete;
 
-  /// Appends pieces, strings and single octets, for which room is looked after together.
+  /// Appends pieces, strings and single octets. Whether they fit is checked once for all.
   template <typename... Pieces>
   void append(const Pieces&... pieces) {
     const std::size_t size = (sizeOf(pieces) + ...);
@@ -51,13 +50,13 @@ class EventOctets {
 
   /// How many octets there are.
   std::size_t size() const { return static_cast<std::size_t>(at_ - begin_); }
-  /// Takes back all octets but so many.
+  /// Discards all octets but the first so many.
   void truncate(std::size_t size) { at_ = begin_ + size; }
 
-  /// Writes the octets if they stand where they are to be. Otherwise, leaves them in the string.
+  /// Writes the octets if they are in the put area. Otherwise, leaves them in the string.
   void write() {
     if (buffer_ == nullptr) return keep();
-    Room(*buffer_).take(size());
+    PutArea(*buffer_).advance(size());
   }
   /// Leaves the octets in the string.
   void keep();
@@ -69,7 +68,7 @@ class EventOctets {
   static std::size_t sizeOf(std::string_view octets) { return octets.size(); }
 
   /// Each returns where the copy ends. A call of the C library takes longer than the copy of a
-  /// short piece.
+  /// short piece. Measured: XML10 writes attributes in a seventh less time.
   static char* copy(char* to, char octet) {
     *to = octet;
     return to + 1;
@@ -77,7 +76,7 @@ class EventOctets {
   static char* copy(char* to, std::string_view octets) {
     const std::size_t size = octets.size();
     const char* const from = octets.data();
-    // Words, of which the last may overlap the one in front of it.
+    // Words, of which the last may overlap the one before it.
     const auto copyWord = [to, from](auto word, std::size_t at) {
       std::memcpy(&word, from + at, sizeof word);
       std::memcpy(to + at, &word, sizeof word);
@@ -99,9 +98,8 @@ class EventOctets {
   }
 
   std::string& rest_;
-  std::size_t inFront_;
-  std::streambuf* buffer_ = nullptr;  // In whose room the octets are; null: in the string's.
-  // At first, there is no room.
+  std::size_t kept_;                  // How much of the string precedes the event.
+  std::streambuf* buffer_ = nullptr;  // In whose put area the octets are; null: in the string.
   char* begin_;
   char* at_ = begin_;
   char* end_ = begin_;

@@ -64,7 +64,7 @@ class OctetInput {
     const GetArea area(*state_->rdbuf());
     if (length > area.size()) return nullptr;
     const char* const octets = area.begin();
-    area.take(length);
+    area.advance(length);
     count_ += length;
     return octets;
   }

@@ -1,36 +1,118 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
 #include <istream>
 #include <streambuf>
 #include <string>
 
+#include "SingleOctets.h"
+
 namespace Tavrin {
 
-/// A stream over octets in memory, for algorithms to decode from: so that none reads beyond its
-/// data.
+/// A stream over octets in memory, for algorithms to decode from: none reads beyond its data.
 class OctetStream {
  public:
   OctetStream() : stream_(&buffer_) {}
 
   /// The stream, at the beginning of these octets, which must outlive its use.
   std::istream& over(std::string& octets) {
-    buffer_.set(octets);
+    buffer_.setg(octets.data(), octets.data(), octets.data() + octets.size());
     stream_.clear();
     return stream_;
   }
-  bool isAtEnd() const { return buffer_.isAtEnd(); }
+  bool isAtEnd() const { return buffer_.gptr() == buffer_.egptr(); }
 
  private:
-  class Buffer : public std::streambuf {
-   public:
-    void set(std::string& octets) {
-      setg(octets.data(), octets.data(), octets.data() + octets.size());
-    }
-    bool isAtEnd() const { return gptr() == egptr(); }
+  struct Buffer : std::streambuf {
+    using std::streambuf::egptr;
+    using std::streambuf::gptr;
+    using std::streambuf::setg;
   };
 
   Buffer buffer_;
   std::istream stream_;
+};
+
+/// A stream over the next octets of another one, for algorithms to decode from without a copy of
+/// them all: none reads beyond its data.
+class NextOctets {
+ public:
+  /// @param source outlives this
+  NextOctets(std::streambuf& source, std::uint64_t count)
+      : buffer_(source, count), stream_(&buffer_) {}
+
+  std::istream& stream() { return stream_; }
+  /// How many octets of the other stream have been consumed.
+  std::uint64_t taken() const { return buffer_.taken; }
+  /// Throws what the source threw, if anything.
+  void rethrow() const {
+    if (buffer_.thrown) std::rethrow_exception(buffer_.thrown);
+  }
+
+ private:
+  struct Buffer : std::streambuf {
+    Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
+
+    // What the source has at hand stays where it is until it is asked for more.
+    int_type underflow() override {
+      const GetArea atHand(source);
+      if (const auto count = std::min<std::uint64_t>(left, atHand.size()); count > 0) {
+        char* const octets = atHand.begin();
+        atHand.advance(count);
+        return show(octets, count);
+      }
+      const auto wanted = std::min<std::uint64_t>(left, block.size());
+      try {
+        const auto got = source.sgetn(block.data(), static_cast<std::streamsize>(wanted));
+        return show(block.data(), static_cast<std::uint64_t>(got));
+      } catch (...) {
+        thrown = std::current_exception();  // A stream would keep it to itself.
+        throw;
+      }
+    }
+
+    int_type show(char* octets, std::uint64_t count) {
+      setg(octets, octets, octets + count);
+      taken += count;
+      left -= count;
+      return count == 0 ? traits_type::eof() : traits_type::to_int_type(*octets);
+    }
+
+    std::streambuf& source;
+    std::uint64_t left;
+    std::uint64_t taken = 0;
+    std::exception_ptr thrown;
+    std::array<char, 512> block{};  // Sources without octets at hand are slow anyway.
+  };
+
+  Buffer buffer_;
+  std::istream stream_;
+};
+
+/// Appends to a string what is written. A stream that reports its failures over it throws where
+/// memory runs out, as a string stream does not.
+class AppendingBuffer : public std::streambuf {
+ public:
+  explicit AppendingBuffer(std::string& octets) : octets_(octets) {}
+
+ protected:
+  std::streamsize xsputn(const char* octets, std::streamsize count) override {
+    octets_.append(octets, static_cast<std::size_t>(count));
+    return count;
+  }
+  int_type overflow(int_type octet) override {
+    if (!traits_type::eq_int_type(octet, traits_type::eof())) {
+      octets_ += traits_type::to_char_type(octet);
+    }
+    return traits_type::not_eof(octet);
+  }
+
+ private:
+  std::string& octets_;
 };
 
 }  // namespace Tavrin

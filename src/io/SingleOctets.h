@@ -10,44 +10,43 @@
 
 namespace Tavrin {
 
-/// The octets that a stream's buffer has at hand: those of its get area.
+/// The get area of a stream's buffer: the octets that it has at hand.
 class GetArea {
  public:
   explicit GetArea(std::streambuf& buffer) : buffer_(buffer) {}
 
-  char* begin() const { return (buffer_.*Members::begin())(); }
+  char* begin() const { return (buffer_.*&Members::gptr)(); }
   bool isEmpty() const { return begin() >= end(); }
   std::size_t size() const {
     return isEmpty() ? 0 : std::min(static_cast<std::size_t>(end() - begin()), kMost);
   }
 
-  /// Takes octets that are there, as `sbumpc` takes each.
-  void take(std::size_t count) const { (buffer_.*Members::advance())(static_cast<int>(count)); }
+  /// Consumes octets that are there, as `sbumpc` does with each.
+  void advance(std::size_t count) const { (buffer_.*&Members::gbump)(static_cast<int>(count)); }
 
  private:
   static constexpr std::size_t kMost = INT_MAX;
 
-  /// Names the protected members of a buffer.
+  /// Gives access to protected members of a buffer.
   struct Members : std::streambuf {
-    using Get = char* (std::streambuf::*)() const;
-    static constexpr Get begin() { return &Members::gptr; }
-    static constexpr Get end() { return &Members::egptr; }
-    static constexpr void (std::streambuf::*advance())(int) { return &Members::gbump; }
+    using std::streambuf::egptr;
+    using std::streambuf::gbump;
+    using std::streambuf::gptr;
   };
 
-  const char* end() const { return (buffer_.*Members::end())(); }
+  const char* end() const { return (buffer_.*&Members::egptr)(); }
 
   std::streambuf& buffer_;
 };
 
-/// The octets of a stream as its single-octet `get` gives them, one call for each: whatever the
-/// stream and its buffer are, nothing else is to be seen. Where no stream is tied to it and the
-/// octets are at hand already, a call is to take one and to count it. Measured: with the call each
-/// time, reading text takes half as long again.
+/// The octets of a stream as its single-octet `get` gives them, one call for each: no stream and no
+/// buffer can see a difference. Where no stream is tied to it and the octets are at hand already, a
+/// call only consumes one and counts it. Measured: with the call each time, reading text takes half
+/// as long again.
 class SingleOctets {
  public:
   explicit SingleOctets(std::istream& stream) : SingleOctets(stream, stream) {}
-  /// @param base of the stream; who has it at hand need not look it up
+  /// @param base that of the stream, where the caller has it at hand
   SingleOctets(std::istream& stream, std::ios& base) : stream_(stream), base_(base) {}
 
   /// As the stream's `get`.
@@ -59,15 +58,15 @@ class SingleOctets {
     return stream_.get();
   }
 
-  /// Takes octets that are at hand, in units of some size.
+  /// Consumes octets that are at hand, in units of some size.
   /// @param most a multiple of the unit
-  /// @return where they are until the next octet is taken; none where the calls have more to do
+  /// @return valid until the next octet is consumed; empty where a call has more to do
   std::string_view takeAtHand(std::size_t most, std::size_t unit = 1) const {
     if (!isReady()) return {};
     const GetArea area(*base_.rdbuf());
     const std::string_view octets(area.begin(), std::min(most, area.size() / unit * unit));
     if (octets.empty()) return {};
-    area.take(octets.size());
+    area.advance(octets.size());
     countOne();
     return octets;
   }

@@ -1,85 +1,60 @@
 #include <Tavrin/Attributes.h>
 
-#include <cstddef>
-#include <stdexcept>
+#include "AttributesByName.h"
 
 namespace Tavrin {
 
-AttributesImpl::~AttributesImpl() = default;
+using List = AttributesImpl;
+using std::string;
 
-const AttributesImpl::Attribute& AttributesImpl::at(int index) const {
-  // A negative index becomes huge and fails the same comparison.
-  const auto position = static_cast<std::size_t>(index);
-  if (position >= attributes_.size()) throw std::out_of_range("vector::_M_range_check");
-  return attributes_[position];
+List::~AttributesImpl() = default;
+
+const List::Attribute& List::at(int index) const {
+  return attributes_[checkIndex(index, attributes_.size())];
 }
 
-int AttributesImpl::getLength() const { return static_cast<int>(attributes_.size()); }
+int List::getLength() const { return static_cast<int>(attributes_.size()); }
+const string& List::getURI(int index) const { return at(index).uri; }
+const string& List::getLocalName(int index) const { return at(index).localName; }
+const string& List::getQName(int index) const { return at(index).qName; }
+const string& List::getType(int index) const { return at(index).type; }
+const string& List::getValue(int index) const { return at(index).value; }
 
-const std::string& AttributesImpl::getURI(int index) const { return at(index).uri; }
+int List::findAttribute(const string& uri, const string& localName) const {
+  return findIndex(attributes_.size(), [&](std::size_t i) {
+    return attributes_[i].uri == uri && attributes_[i].localName == localName;
+  });
+}
+int List::findAttribute(const string& qName) const {
+  return findIndex(attributes_.size(),
+                   [&](std::size_t i) { return attributes_[i].qName == qName; });
+}
 
-const std::string& AttributesImpl::getLocalName(int index) const { return at(index).localName; }
-
-const std::string& AttributesImpl::getQName(int index) const { return at(index).qName; }
-
-const std::string& AttributesImpl::getType(int index) const { return at(index).type; }
-
-const std::string& AttributesImpl::getValue(int index) const { return at(index).value; }
-
-int AttributesImpl::getIndex(const std::string& uri, const std::string& localName) const {
+int List::getIndex(const string& uri, const string& localName) const {
   return findAttribute(uri, localName);
 }
-
-int AttributesImpl::getIndex(const std::string& qName) const { return findAttribute(qName); }
-
-const std::string& AttributesImpl::getType(const std::string& uri,
-                                           const std::string& localName) const {
+int List::getIndex(const string& qName) const { return findAttribute(qName); }
+const string& List::getType(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).type;
 }
-
-const std::string& AttributesImpl::getType(const std::string& qName) const {
-  return at(findAttribute(qName)).type;
-}
-
-const std::string& AttributesImpl::getValue(const std::string& uri,
-                                            const std::string& localName) const {
+const string& List::getType(const string& qName) const { return at(findAttribute(qName)).type; }
+const string& List::getValue(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).value;
 }
+const string& List::getValue(const string& qName) const { return at(findAttribute(qName)).value; }
 
-const std::string& AttributesImpl::getValue(const std::string& qName) const {
-  return at(findAttribute(qName)).value;
-}
-
-int AttributesImpl::findAttribute(const std::string& uri, const std::string& localName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i].uri == uri && attributes_[i].localName == localName) {
-      return static_cast<int>(i);
-    }
-  }
-  return -1;
-}
-
-int AttributesImpl::findAttribute(const std::string& qName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i].qName == qName) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-void AttributesImpl::setAttributes(const Attributes& other) {
+void List::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
   for (int i = 0; i < length; ++i) {
-    // Copied one by one, in this order: a list of others may answer with one string again and
-    // again.
+    // Each answer is copied before the next is asked for: it may not be valid for longer.
     attributes_.push_back({other.getURI(i), other.getLocalName(i), other.getQName(i),
                            other.getType(i), other.getValue(i)});
   }
 }
 
-void AttributesImpl::addAttribute(const std::string& uri, const std::string& localName,
-                                  const std::string& qName, const std::string& type,
-                                  const std::string& value) {
+void List::addAttribute(const string& uri, const string& localName, const string& qName,
+                        const string& type, const string& value) {
   attributes_.push_back({uri, localName, qName, type, value});
 }
 

@@ -1,13 +1,17 @@
 #include <Tavrin/XMLWriter.h>
 
 #include "NotRecognized.h"
-#include "../xml/SameText.h"
 
 namespace Tavrin {
 
 namespace {
 
 constexpr unsigned bit(int state) { return 1U << static_cast<unsigned>(state); }
+
+/// Where comments and processing instructions may stand.
+constexpr unsigned kBetweenTags = bit(XMLWriter::Prolog) | bit(XMLWriter::InDTD) |
+                                  bit(XMLWriter::AfterDTD) | bit(XMLWriter::InElement) |
+                                  bit(XMLWriter::AfterRoot);
 
 /// Refuses an event in any state but those of a set of bits.
 void checkState(int state, unsigned allowed, const char* message) {
@@ -94,8 +98,7 @@ void XMLWriter::endElement(const std::string& uri, const std::string& localName,
   checkState(state_, bit(InElement), "You cannot end an element at this point");
   hasContent_ = true;  // It is the parent that counts now.
   const Element& element = elements_.back();
-  if (!xml::sameText(element.uri, uri) || !xml::sameText(element.localName, localName) ||
-      !xml::sameText(element.qName, qName)) {
+  if (element.uri != uri || element.localName != localName || element.qName != qName) {
     throw SAXException("Name mismatch between start and end element");
   }
   elements_.pop_back();
@@ -112,10 +115,7 @@ void XMLWriter::characters(const std::string& text) {
 }
 
 void XMLWriter::ignorableWhitespace(const std::string& text) {
-  checkState(
-      state_,
-      bit(Prolog) | bit(InDTD) | bit(AfterDTD) | bit(InElement) | bit(InCDATA) | bit(AfterRoot),
-      "You cannot write whitespace at this point");
+  checkState(state_, kBetweenTags | bit(InCDATA), "You cannot write whitespace at this point");
   hasContent_ = true;
   if (text.find_first_not_of(" \t\r\n") != std::string::npos) {
     throw SAXException("You cannot put non-whitespace characters into ignorable whitespace");
@@ -123,8 +123,7 @@ void XMLWriter::ignorableWhitespace(const std::string& text) {
 }
 
 void XMLWriter::comment(const std::string& text) {
-  checkState(state_, bit(Prolog) | bit(InDTD) | bit(AfterDTD) | bit(InElement) | bit(AfterRoot),
-             "You cannot write a comment at this point");
+  checkState(state_, kBetweenTags, "You cannot write a comment at this point");
   hasContent_ = true;
   if (text.find("-->") != std::string::npos) {
     throw SAXException("You cannot put \"-->\" into a comment");
@@ -132,8 +131,7 @@ void XMLWriter::comment(const std::string& text) {
 }
 
 void XMLWriter::processingInstruction(const std::string&, const std::string&) {
-  checkState(state_, bit(Prolog) | bit(InDTD) | bit(AfterDTD) | bit(InElement) | bit(AfterRoot),
-             "You cannot write a processing instruction at this point");
+  checkState(state_, kBetweenTags, "You cannot write a processing instruction at this point");
   hasContent_ = true;
 }
 

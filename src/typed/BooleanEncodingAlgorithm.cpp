@@ -35,15 +35,15 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   std::uint32_t missing = count;
   booleans.clear();
   booleans.reserve(count);
-  const auto takeBits = [&](unsigned octet, unsigned bit) {
+  const auto appendBits = [&](unsigned octet, unsigned bit) {
     for (; bit != 0 && missing > 0; bit >>= 1, --missing) booleans.push_back((octet & bit) != 0);
   };
-  takeBits(first, kFirstBooleanBit);
+  appendBits(first, kFirstBooleanBit);
   // Octets that hold unused bits alone stay in the stream.
   while (missing > 0) {
     const int octet = source.get();
     if (octet == std::istream::traits_type::eof()) break;
-    takeBits(static_cast<unsigned>(octet), kFirstBit);
+    appendBits(static_cast<unsigned>(octet), kFirstBit);
   }
   // Once a call has failed, the others change nothing any more.
   booleans.resize(count, true);

@@ -1,170 +1,114 @@
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 
-#include <cstddef>
 #include <cstdlib>
-#include <stdexcept>
 #include <utility>
+
+#include "../sax/AttributesByName.h"
 
 namespace Tavrin {
 
+using List = EncodingAlgorithmAttributesImpl;
+using std::string;
+
 EncodingAlgorithmAttributes::~EncodingAlgorithmAttributes() = default;
 
-EncodingAlgorithmAttributesImpl::EncodingAlgorithmAttributesImpl() = default;
-EncodingAlgorithmAttributesImpl::~EncodingAlgorithmAttributesImpl() = default;
+List::EncodingAlgorithmAttributesImpl() = default;
+List::~EncodingAlgorithmAttributesImpl() = default;
 
-const EncodingAlgorithmAttributesImpl::Attribute& EncodingAlgorithmAttributesImpl::at(
-    int index) const {
-  // A negative index becomes huge and fails the same comparison.
-  const auto position = static_cast<std::size_t>(index);
-  if (position >= attributes_.size()) throw std::out_of_range("vector::_M_range_check");
-  return *attributes_[position];
+const List::Attribute& List::at(int index) const {
+  return *attributes_[checkIndex(index, attributes_.size())];
 }
 
-int EncodingAlgorithmAttributesImpl::getLength() const {
-  return static_cast<int>(attributes_.size());
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getURI(int index) const {
-  return at(index).uri;
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getLocalName(int index) const {
-  return at(index).localName;
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getQName(int index) const {
-  return at(index).qName;
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getType(int index) const {
-  return at(index).type;
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getValue(int index) const {
+int List::getLength() const { return static_cast<int>(attributes_.size()); }
+const string& List::getURI(int index) const { return at(index).uri; }
+const string& List::getLocalName(int index) const { return at(index).localName; }
+const string& List::getQName(int index) const { return at(index).qName; }
+const string& List::getType(int index) const { return at(index).type; }
+const string& List::getValue(int index) const {
   const Attribute& attribute = at(index);
   if (attribute.value.empty() && attribute.algorithmData) {
     attribute.value = attribute.algorithmData->toString();
   }
   return attribute.value;
 }
+const string& List::getAlgorithmURI(int index) const { return at(index).algorithmURI; }
+int List::getAlgorithmIndex(int index) const { return at(index).algorithmIndex; }
+const EncodedData* List::getAlgorithmData(int index) const { return at(index).algorithmData.get(); }
 
-const std::string& EncodingAlgorithmAttributesImpl::getAlgorithmURI(int index) const {
-  return at(index).algorithmURI;
+int List::findAttribute(const string& uri, const string& localName) const {
+  return findIndex(attributes_.size(), [&](std::size_t i) {
+    return attributes_[i]->uri == uri && attributes_[i]->localName == localName;
+  });
+}
+int List::findAttribute(const string& qName) const {
+  return findIndex(attributes_.size(),
+                   [&](std::size_t i) { return attributes_[i]->qName == qName; });
 }
 
-int EncodingAlgorithmAttributesImpl::getAlgorithmIndex(int index) const {
-  return at(index).algorithmIndex;
-}
-
-const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(int index) const {
-  return at(index).algorithmData.get();
-}
-
-int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& uri,
-                                                   const std::string& localName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i]->uri == uri && attributes_[i]->localName == localName) {
-      return static_cast<int>(i);
-    }
-  }
-  return -1;
-}
-
-int EncodingAlgorithmAttributesImpl::findAttribute(const std::string& qName) const {
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    if (attributes_[i]->qName == qName) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-int EncodingAlgorithmAttributesImpl::getIndex(const std::string& uri,
-                                              const std::string& localName) const {
+int List::getIndex(const string& uri, const string& localName) const {
   return findAttribute(uri, localName);
 }
-
-int EncodingAlgorithmAttributesImpl::getIndex(const std::string& qName) const {
-  return findAttribute(qName);
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getType(const std::string& uri,
-                                                            const std::string& localName) const {
+int List::getIndex(const string& qName) const { return findAttribute(qName); }
+const string& List::getType(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).type;
 }
-
-const std::string& EncodingAlgorithmAttributesImpl::getType(const std::string& qName) const {
-  return at(findAttribute(qName)).type;
-}
-
-// By name, a typed value is not turned into text: what is there is returned.
-
-const std::string& EncodingAlgorithmAttributesImpl::getValue(const std::string& uri,
-                                                             const std::string& localName) const {
+const string& List::getType(const string& qName) const { return at(findAttribute(qName)).type; }
+// By name, a typed value is not turned into text: the value is returned as it is.
+const string& List::getValue(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).value;
 }
-
-const std::string& EncodingAlgorithmAttributesImpl::getValue(const std::string& qName) const {
-  return at(findAttribute(qName)).value;
-}
-
-const std::string& EncodingAlgorithmAttributesImpl::getAlgorithmURI(
-    const std::string& uri, const std::string& localName) const {
+const string& List::getValue(const string& qName) const { return at(findAttribute(qName)).value; }
+const string& List::getAlgorithmURI(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).algorithmURI;
 }
-
-const std::string& EncodingAlgorithmAttributesImpl::getAlgorithmURI(
-    const std::string& qName) const {
+const string& List::getAlgorithmURI(const string& qName) const {
   return at(findAttribute(qName)).algorithmURI;
 }
-
-int EncodingAlgorithmAttributesImpl::getAlgorithmIndex(const std::string& uri,
-                                                       const std::string& localName) const {
+int List::getAlgorithmIndex(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).algorithmIndex;
 }
-
-int EncodingAlgorithmAttributesImpl::getAlgorithmIndex(const std::string& qName) const {
+int List::getAlgorithmIndex(const string& qName) const {
   return at(findAttribute(qName)).algorithmIndex;
 }
-
-const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(
-    const std::string& uri, const std::string& localName) const {
+const EncodedData* List::getAlgorithmData(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).algorithmData.get();
 }
-
-const EncodedData* EncodingAlgorithmAttributesImpl::getAlgorithmData(
-    const std::string& qName) const {
+const EncodedData* List::getAlgorithmData(const string& qName) const {
   return at(findAttribute(qName)).algorithmData.get();
 }
 
-void EncodingAlgorithmAttributesImpl::setAttributes(const Attributes& other) {
+namespace {
+
+/// An attribute of another list, as yet without a value. Each answer is copied before the next is
+/// asked for: it may not be valid for longer.
+std::unique_ptr<List::Attribute> copyNames(const Attributes& list, int index) {
+  return std::make_unique<List::Attribute>(
+      List::Attribute{list.getURI(index), list.getLocalName(index), list.getQName(index),
+                      list.getType(index), string(), string(), -1, nullptr});
+}
+
+}  // namespace
+
+void List::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
   // A negative length becomes too large a capacity, which reserve refuses.
   attributes_.reserve(static_cast<std::size_t>(length));
-  // Each answer is copied before the next is asked for: it may not be valid for longer.
   for (int i = 0; i < length; ++i) {
-    attributes_.push_back(std::make_unique<Attribute>(
-        Attribute{other.getURI(i), other.getLocalName(i), other.getQName(i), other.getType(i),
-                  other.getValue(i), std::string(), -1, nullptr}));
+    auto attribute = copyNames(other, i);
+    attribute->value = other.getValue(i);
+    attributes_.push_back(std::move(attribute));
   }
 }
 
-void EncodingAlgorithmAttributesImpl::setAttributes(const EncodingAlgorithmAttributes&) {
-  std::abort();
-}
+void List::setAttributes(const EncodingAlgorithmAttributes&) { std::abort(); }
 
-void EncodingAlgorithmAttributesImpl::copyAttributes(const EncodingAlgorithmAttributes& other) {
-  EncodingAlgorithmAttributesImpl copy;
+void List::copyAttributes(const EncodingAlgorithmAttributes& other) {
+  List copy;
   const int length = other.getLength();
   copy.attributes_.reserve(static_cast<std::size_t>(length));
   for (int i = 0; i < length; ++i) {
-    auto attribute = std::make_unique<Attribute>(Attribute{other.getURI(i),
-                                                           other.getLocalName(i),
-                                                           other.getQName(i),
-                                                           other.getType(i),
-                                                           {},
-                                                           {},
-                                                           -1,
-                                                           nullptr});
+    auto attribute = copyNames(other, i);
     if (const EncodedData* const data = other.getAlgorithmData(i)) {
       attribute->algorithmData = data->copy();
       attribute->algorithmURI = other.getAlgorithmURI(i);
@@ -177,21 +121,17 @@ void EncodingAlgorithmAttributesImpl::copyAttributes(const EncodingAlgorithmAttr
   attributes_.swap(copy.attributes_);
 }
 
-void EncodingAlgorithmAttributesImpl::addAttribute(const std::string& uri,
-                                                   const std::string& localName,
-                                                   const std::string& qName,
-                                                   const std::string& type,
-                                                   const std::string& value) {
+void List::addAttribute(const string& uri, const string& localName, const string& qName,
+                        const string& type, const string& value) {
   attributes_.push_back(std::make_unique<Attribute>(
-      Attribute{uri, localName, qName, type, value, std::string(), -1, nullptr}));
+      Attribute{uri, localName, qName, type, value, string(), -1, nullptr}));
 }
 
-void EncodingAlgorithmAttributesImpl::addAttribute(
-    const std::string& uri, const std::string& localName, const std::string& qName,
-    const std::string& type, const std::string& algorithmURI, int algorithmIndex,
-    std::unique_ptr<EncodedData> data) {
+void List::addAttribute(const string& uri, const string& localName, const string& qName,
+                        const string& type, const string& algorithmURI, int algorithmIndex,
+                        std::unique_ptr<EncodedData> data) {
   attributes_.push_back(std::make_unique<Attribute>(Attribute{
-      uri, localName, qName, type, std::string(), algorithmURI, algorithmIndex, std::move(data)}));
+      uri, localName, qName, type, string(), algorithmURI, algorithmIndex, std::move(data)}));
 }
 
 }  // namespace Tavrin

@@ -1,201 +1,202 @@
 #include <Tavrin/EncodingAlgorithms.h>
 
-#include <bit>
+#include <array>
 
+#include "../fastinfoset/format/Integers.h"
+#include "../fastinfoset/format/Octets.h"
 #include "EncodedLength.h"
 #include "OctetsOfItems.h"
 
 namespace Tavrin {
 
+using namespace fastinfoset;
+using std::istream;
+using std::ostream;
+using std::string;
+using std::uint32_t;
+using std::vector;
+
+EncodingAlgorithm::~EncodingAlgorithm() = default;
+
+void EncodingAlgorithm::writeSize(int index, bool chunk, uint32_t length, ostream& stream) const {
+  const auto put = [&stream](unsigned octet) { stream.put(static_cast<char>(octet)); };
+  const auto putInteger = [&stream](const EncodedInteger& integer) {
+    for (std::size_t i = 0; i < integer.length; ++i) stream.put(integer.octets[i]);
+  };
+  const auto field = static_cast<unsigned>(index);
+  if (chunk) {
+    if (length == 0) return;
+    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
+    putInteger(encodeInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length));
+  } else if (length == 0) {
+    put(kEmptyString);
+  } else {
+    put(kStringAlgorithm | field >> kStringFieldLowBits);
+    putInteger(encodeInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length));
+  }
+}
+
+void checkEncodedLength(int algorithm, std::uint64_t length) {
+  struct Items {
+    std::size_t size;  // A power of two.
+    const char* message;
+  };
+  static constexpr Items kOctets{1, nullptr};
+  static constexpr std::array kItems = {
+      kOctets,
+      kOctets,
+      Items{sizeof(std::int16_t), "Invalid length for encoded short data"},
+      Items{sizeof(std::int32_t), "Invalid length for encoded int data"},
+      Items{sizeof(std::int64_t), "Invalid length for encoded long data"},
+      kOctets,
+      Items{sizeof(float), "Invalid length for encoded float data"},
+      Items{sizeof(double), "Invalid length for encoded double data"},
+      Items{sizeof(UUID), "Invalid length for encoded uuid data"},
+  };
+  const auto position = static_cast<std::size_t>(algorithm);
+  if (position >= kItems.size()) return;
+  if (algorithm == algorithms::boolean && length == 0) {
+    throw EncodingAlgorithmException(kInvalidBooleanLength);
+  }
+  const Items& items = kItems[position];
+  if ((length & (items.size - 1)) != 0) throw EncodingAlgorithmException(items.message);
+}
+
 namespace {
 
+/// Decodes a value whose items take as many octets as Encoded has.
+template <typename Encoded, typename Holder>
+EncodedData& decode(int algorithm, uint32_t length, istream& stream, Holder& holder) {
+  checkEncodedLength(algorithm, length);
+  readItems<Encoded>(length, stream, holder.data_);
+  return holder;
+}
+
 /// Lengths are 32-bit numbers; a longer value loses the upper half of its length.
-std::uint32_t length32(std::size_t octets) { return static_cast<std::uint32_t>(octets); }
-
-void encodeOctets(const EncodingAlgorithm& algorithm, int index, bool chunk,
-                  const std::string& octets, std::ostream& stream) {
-  algorithm.writeSize(index, chunk, length32(octets.size()), stream);
-  writeOctets(octets, stream);
+template <typename Encoded, typename Value>
+void encode(const EncodingAlgorithm& algorithm, int index, bool chunk, const Value& value,
+            ostream& stream) {
+  algorithm.writeSize(index, chunk, static_cast<uint32_t>(sizeof(Encoded) * value.size()), stream);
+  writeItems<Encoded>(value, stream);
 }
 
-template <typename Bits, typename Item, typename BitsOf>
-void encodeItems(const EncodingAlgorithm& algorithm, int index, bool chunk,
-                 const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
-  algorithm.writeSize(index, chunk, length32(sizeof(Bits) * items.size()), stream);
-  writeNumbers<Bits>(items, stream, bitsOf);
-}
+using Hexadecimal = HexadecimalEncodingAlgorithm;
+using Base64 = Base64EncodingAlgorithm;
+using CDATA = CDATAEncodingAlgorithm;
+using Short = ShortEncodingAlgorithm;
+using Int = IntEncodingAlgorithm;
+using Long = LongEncodingAlgorithm;
+using Float = FloatEncodingAlgorithm;
+using Double = DoubleEncodingAlgorithm;
 
 }  // namespace
 
 // --- Octets: as they are ---
 
-EncodedData& HexadecimalEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                                 std::istream& stream) {
-  readOctets(length, stream, holder_.data_);
-  return holder_;
+EncodedData& Hexadecimal::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<char>(algorithms::hexadecimal, length, stream, holder_);
 }
-
-void HexadecimalEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                        std::ostream& stream) {
+void Hexadecimal::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const HexadecimalData&>(data).data_, stream);
 }
-
-void HexadecimalEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string& value,
-                                                        std::ostream& stream) {
-  encodeOctets(*this, algorithms::hexadecimal, chunk, value, stream);
+void Hexadecimal::encodeToOutputStream(bool chunk, const string& value, ostream& stream) {
+  encode<char>(*this, algorithms::hexadecimal, chunk, value, stream);
 }
 
-EncodedData& Base64EncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                            std::istream& stream) {
-  readOctets(length, stream, holder_.data_);
-  return holder_;
+EncodedData& Base64::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<char>(algorithms::base64, length, stream, holder_);
 }
-
-void Base64EncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                   std::ostream& stream) {
+void Base64::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const Base64Data&>(data).data_, stream);
 }
-
-void Base64EncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string& value,
-                                                   std::ostream& stream) {
-  encodeOctets(*this, algorithms::base64, chunk, value, stream);
+void Base64::encodeToOutputStream(bool chunk, const string& value, ostream& stream) {
+  encode<char>(*this, algorithms::base64, chunk, value, stream);
 }
 
-EncodedData& CDATAEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                           std::istream& stream) {
-  readOctets(length, stream, holder_.data_);
-  return holder_;
+EncodedData& CDATA::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<char>(algorithms::cdata, length, stream, holder_);
 }
-
-void CDATAEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                  std::ostream& stream) {
+void CDATA::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const CDATAData&>(data).data_, stream);
 }
-
-void CDATAEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::string& value,
-                                                  std::ostream& stream) {
-  encodeOctets(*this, algorithms::cdata, chunk, value, stream);
+void CDATA::encodeToOutputStream(bool chunk, const string& value, ostream& stream) {
+  encode<char>(*this, algorithms::cdata, chunk, value, stream);
 }
 
 // --- Integers: two's complement, big-endian ---
 
-EncodedData& ShortEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                           std::istream& stream) {
-  checkEncodedLength(algorithms::shortInteger, length);
-  readNumbers<std::uint16_t>(length, stream, holder_.data_,
-                             [](std::uint16_t bits) { return static_cast<short>(bits); });
-  return holder_;
+EncodedData& Short::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<std::uint16_t>(algorithms::shortInteger, length, stream, holder_);
 }
-
-void ShortEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                  std::ostream& stream) {
+void Short::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const ShortData&>(data).data_, stream);
 }
-
-void ShortEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<short>& value,
-                                                  std::ostream& stream) {
-  encodeItems<std::uint16_t>(*this, algorithms::shortInteger, chunk, value, stream,
-                             [](short item) { return static_cast<std::uint16_t>(item); });
+void Short::encodeToOutputStream(bool chunk, const vector<short>& value, ostream& stream) {
+  encode<std::uint16_t>(*this, algorithms::shortInteger, chunk, value, stream);
 }
 
-EncodedData& IntEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                         std::istream& stream) {
-  checkEncodedLength(algorithms::integer, length);
-  readNumbers<std::uint32_t>(length, stream, holder_.data_, [](std::uint32_t bits) {
-    return long{static_cast<std::int32_t>(bits)};
-  });
-  return holder_;
+EncodedData& Int::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<std::uint32_t>(algorithms::integer, length, stream, holder_);
 }
-
-void IntEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                std::ostream& stream) {
+void Int::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const IntData&>(data).data_, stream);
 }
-
-void IntEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<long>& value,
-                                                std::ostream& stream) {
-  encodeItems<std::uint32_t>(*this, algorithms::integer, chunk, value, stream,
-                             [](long item) { return static_cast<std::uint32_t>(item); });
+void Int::encodeToOutputStream(bool chunk, const vector<long>& value, ostream& stream) {
+  encode<std::uint32_t>(*this, algorithms::integer, chunk, value, stream);
 }
 
-EncodedData& LongEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                          std::istream& stream) {
-  checkEncodedLength(algorithms::longInteger, length);
-  readNumbers<std::uint64_t>(length, stream, holder_.data_,
-                             [](std::uint64_t bits) { return static_cast<long>(bits); });
-  return holder_;
+EncodedData& Long::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<std::uint64_t>(algorithms::longInteger, length, stream, holder_);
 }
-
-void LongEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                 std::ostream& stream) {
+void Long::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const LongData&>(data).data_, stream);
 }
-
-void LongEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<long>& value,
-                                                 std::ostream& stream) {
-  encodeItems<std::uint64_t>(*this, algorithms::longInteger, chunk, value, stream,
-                             [](long item) { return static_cast<std::uint64_t>(item); });
+void Long::encodeToOutputStream(bool chunk, const vector<long>& value, ostream& stream) {
+  encode<std::uint64_t>(*this, algorithms::longInteger, chunk, value, stream);
 }
 
 // --- Floating-point numbers: their bits, big-endian ---
 
-EncodedData& FloatEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                           std::istream& stream) {
-  checkEncodedLength(algorithms::floatNumber, length);
-  readNumbers<std::uint32_t>(length, stream, holder_.data_,
-                             [](std::uint32_t bits) { return std::bit_cast<float>(bits); });
-  return holder_;
+EncodedData& Float::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<std::uint32_t>(algorithms::floatNumber, length, stream, holder_);
 }
-
-void FloatEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                  std::ostream& stream) {
+void Float::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const FloatData&>(data).data_, stream);
 }
-
-void FloatEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<float>& value,
-                                                  std::ostream& stream) {
-  encodeItems<std::uint32_t>(*this, algorithms::floatNumber, chunk, value, stream,
-                             [](float item) { return std::bit_cast<std::uint32_t>(item); });
+void Float::encodeToOutputStream(bool chunk, const vector<float>& value, ostream& stream) {
+  encode<std::uint32_t>(*this, algorithms::floatNumber, chunk, value, stream);
 }
 
-EncodedData& DoubleEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                            std::istream& stream) {
-  checkEncodedLength(algorithms::doubleNumber, length);
-  readNumbers<std::uint64_t>(length, stream, holder_.data_,
-                             [](std::uint64_t bits) { return std::bit_cast<double>(bits); });
-  return holder_;
+EncodedData& Double::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<std::uint64_t>(algorithms::doubleNumber, length, stream, holder_);
 }
-
-void DoubleEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                   std::ostream& stream) {
+void Double::encodeToOutputStream(bool chunk, const EncodedData& data, ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const DoubleData&>(data).data_, stream);
 }
-
-void DoubleEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<double>& value,
-                                                   std::ostream& stream) {
-  encodeItems<std::uint64_t>(*this, algorithms::doubleNumber, chunk, value, stream,
-                             [](double item) { return std::bit_cast<std::uint64_t>(item); });
+void Double::encodeToOutputStream(bool chunk, const vector<double>& value, ostream& stream) {
+  encode<std::uint64_t>(*this, algorithms::doubleNumber, chunk, value, stream);
 }
 
 // --- UUIDs: their octets ---
 
-EncodedData& UUIDEncodingAlgorithm::decodeFromInputStream(std::uint32_t length,
-                                                          std::istream& stream) {
-  checkEncodedLength(algorithms::uuid, length);
-  readItems<UUID>(length, stream, holder_.data_, [](const UUID& uuid) { return uuid; });
-  return holder_;
+EncodedData& UUIDEncodingAlgorithm::decodeFromInputStream(uint32_t length, istream& stream) {
+  return decode<UUID>(algorithms::uuid, length, stream, holder_);
 }
-
 void UUIDEncodingAlgorithm::encodeToOutputStream(bool chunk, const EncodedData& data,
-                                                 std::ostream& stream) {
+                                                 ostream& stream) {
   encodeToOutputStream(chunk, dynamic_cast<const UUIDData&>(data).data_, stream);
 }
+void UUIDEncodingAlgorithm::encodeToOutputStream(bool chunk, const vector<UUID>& value,
+                                                 ostream& stream) {
+  encode<UUID>(*this, algorithms::uuid, chunk, value, stream);
+}
 
-void UUIDEncodingAlgorithm::encodeToOutputStream(bool chunk, const std::vector<UUID>& value,
-                                                 std::ostream& stream) {
-  writeSize(algorithms::uuid, chunk, length32(sizeof(UUID) * value.size()), stream);
-  stream.write(reinterpret_cast<const char*>(value.data()),
-               static_cast<std::streamsize>(sizeof(UUID) * value.size()));
+EncodingAlgorithm* BuiltInAlgorithms::find(int index) {
+  EncodingAlgorithm* const all[] = {&hexadecimal, &base64,  &shortInteger, &integer,
+                                    &longInteger, &boolean, &floatNumber,  &doubleNumber,
+                                    nullptr,      &cdata};
+  const auto position = static_cast<std::size_t>(index);
+  return position < std::size(all) ? all[position] : nullptr;
 }
 
 }  // namespace Tavrin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tavrin/TypedData.h>
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -9,13 +11,14 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "../io/SingleOctets.h"
 #include "../io/WriteOctets.h"
 
-/// The octets of arrays are read and written one by one, with the stream's single-octet operations;
-/// those of strings as one block.
+/// The octets of numbers and of UUIDs are read one by one, and those of numbers written so, with
+/// the stream's single-octet operations; all others as one block.
 namespace Tavrin {
 
 /// What counts in the place of an octet that the stream does not have.
@@ -30,19 +33,40 @@ Bits bigEndian(Bits bits) {
   if constexpr (sizeof bits == 8) return __builtin_bswap64(bits);
 }
 
-/// Reads items, each of so many octets as Octets has.
-/// @param itemOf turns Octets, in which they stand as they came, into an element of the vector
-template <typename Octets, typename Item, typename ItemOf>
-void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
-               ItemOf itemOf) {
-  constexpr std::size_t kSize = sizeof(Octets);
+/// Turns what is encoded, as it stands in the stream, into an item: an unsigned number into one of
+/// the same bits; a UUID is one as it is.
+template <typename Item, typename Encoded>
+Item decodeItem(Encoded encoded) {
+  if constexpr (std::is_same_v<Item, Encoded>) {
+    return encoded;
+  } else if constexpr (std::is_floating_point_v<Item>) {
+    return std::bit_cast<Item>(bigEndian(encoded));
+  } else {
+    return Item{static_cast<std::make_signed_t<Encoded>>(bigEndian(encoded))};
+  }
+}
+
+/// The other way round. An integer loses the bits that do not fit.
+template <typename Encoded, typename Item>
+Encoded encodeItem(Item item) {
+  if constexpr (std::is_floating_point_v<Item>) {
+    return bigEndian(std::bit_cast<Encoded>(item));
+  } else {
+    return bigEndian(static_cast<Encoded>(item));
+  }
+}
+
+/// Reads items, each of as many octets as Encoded has.
+template <typename Encoded, typename Item>
+void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items) {
+  constexpr std::size_t kSize = sizeof(Encoded);
   constexpr std::size_t kBlock = 8192;  // So much stays at hand for a processor.
   const std::size_t count = length / kSize;
   const SingleOctets source(stream);
-  const auto itemAt = [itemOf](const void* octets) {
-    Octets item{};
-    std::memcpy(&item, octets, sizeof item);
-    return itemOf(item);
+  const auto itemAt = [](const void* octets) {
+    Encoded encoded{};
+    std::memcpy(&encoded, octets, kSize);
+    return decodeItem<Item>(encoded);
   };
   items.clear();
   items.reserve(count);
@@ -70,31 +94,22 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
   }
 }
 
-/// Reads numbers of the unsigned type Bits, most significant octet first.
-/// @param itemOf turns the bits into an element of the vector
-template <typename Bits, typename Item, typename ItemOf>
-void readNumbers(std::uint32_t length, std::istream& stream, std::vector<Item>& items,
-                 ItemOf itemOf) {
-  readItems<Bits>(length, stream, items, [itemOf](Bits bits) { return itemOf(bigEndian(bits)); });
-}
-
-/// Writes numbers of the unsigned type Bits, most significant octet first. Where the stream's put
-/// has nothing to do but to take room in the buffer, that is done for many at once.
-/// @param bitsOf turns an element of the vector into its bits
-template <typename Bits, typename Item, typename BitsOf>
-void writeNumbers(const std::vector<Item>& items, std::ostream& stream, BitsOf bitsOf) {
-  constexpr std::size_t kSize = sizeof(Bits);
-  const auto putInto = [bitsOf](Item item, char* octets) {
-    const Bits bits = bigEndian<Bits>(bitsOf(item));
-    std::memcpy(octets, &bits, sizeof bits);
+/// Writes numbers, each in as many octets as Encoded has. Where the stream's put would only append
+/// to its buffer, that is done for many at once.
+template <typename Encoded, typename Item>
+void writeItems(const std::vector<Item>& items, std::ostream& stream) {
+  constexpr std::size_t kSize = sizeof(Encoded);
+  const auto putInto = [](Item item, char* octets) {
+    const auto encoded = encodeItem<Encoded>(item);
+    std::memcpy(octets, &encoded, kSize);
   };
   for (std::size_t i = 0; i < items.size();) {
     if (isReady(stream)) {
-      const Room room(*stream.rdbuf());
-      const std::size_t count = std::min(items.size() - i, room.size() / kSize);
-      char* at = room.begin();
+      const PutArea area(*stream.rdbuf());
+      const std::size_t count = std::min(items.size() - i, area.size() / kSize);
+      char* at = area.begin();
       for (const std::size_t end = i + count; i < end; ++i, at += kSize) putInto(items[i], at);
-      room.take(count * kSize);
+      area.advance(count * kSize);
       if (i == items.size()) return;
     }
     std::array<char, kSize> octets{};
@@ -105,13 +120,21 @@ void writeNumbers(const std::vector<Item>& items, std::ostream& stream, BitsOf b
 
 /// Reads octets over a string. Where the stream ends early, the rest of the string stays as the
 /// resizing left it.
-inline void readOctets(std::uint32_t length, std::istream& stream, std::string& octets) {
+template <typename Encoded>
+void readItems(std::uint32_t length, std::istream& stream, std::string& octets) {
   octets.resize(length);
   stream.read(octets.data(), static_cast<std::streamsize>(length));
 }
 
-inline void writeOctets(const std::string& octets, std::ostream& stream) {
+/// Strings and UUIDs stand in memory as they are encoded.
+template <typename Encoded>
+void writeItems(const std::string& octets, std::ostream& stream) {
   stream.write(octets.data(), static_cast<std::streamsize>(octets.size()));
+}
+template <typename Encoded>
+void writeItems(const std::vector<UUID>& items, std::ostream& stream) {
+  stream.write(reinterpret_cast<const char*>(items.data()),
+               static_cast<std::streamsize>(sizeof(UUID) * items.size()));
 }
 
 }  // namespace Tavrin

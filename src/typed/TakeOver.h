@@ -14,4 +14,10 @@ std::unique_ptr<EncodedData> takeOver(Holder& holder) {
   return taken;
 }
 
+/// A new holder with a copy of the value of this one.
+template <typename Holder>
+std::unique_ptr<EncodedData> copyOf(const Holder& holder) {
+  return std::make_unique<Holder>(holder.data_);
+}
+
 }  // namespace Tavrin

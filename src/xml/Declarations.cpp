@@ -9,29 +9,29 @@ namespace Tavrin::xml {
 
 namespace {
 
-/// Reads a text from its front.
+/// Consumes a text from its beginning.
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : rest_(text) {}
 
   bool isAtEnd() const { return rest_.empty(); }
-  void skipSpace() { take(rest_.find_first_not_of(" \t\r\n")); }
-  /// Takes a word, if it comes next.
+  void skipSpace() { consume(rest_.find_first_not_of(" \t\r\n")); }
+  /// Consumes a word, if it comes next.
   bool skip(std::string_view word) {
     if (!rest_.starts_with(word)) return false;
-    take(word.size());
+    consume(word.size());
     return true;
   }
-  /// Takes all up to the next delimiter of a model.
-  std::string_view token() { return take(rest_.find_first_of(" \t\r\n()|,?*+")); }
-  /// Takes any of a set of characters; 0 where none comes next.
+  /// Consumes all up to the next delimiter of a model.
+  std::string_view token() { return consume(rest_.find_first_of(" \t\r\n()|,?*+")); }
+  /// Consumes any of a set of characters; 0 where none comes next.
   char anyOf(std::string_view characters) {
     if (rest_.empty() || characters.find(rest_.front()) == std::string_view::npos) return 0;
-    return take(1).front();
+    return consume(1).front();
   }
 
  private:
-  std::string_view take(std::size_t count) {
+  std::string_view consume(std::size_t count) {
     const std::string_view taken = rest_.substr(0, count);
     rest_.remove_prefix(taken.size());
     return taken;
@@ -40,7 +40,7 @@ class Scanner {
   std::string_view rest_;
 };
 
-/// Production 51, behind "(#PCDATA".
+/// Production 51, after "(#PCDATA".
 bool isRestOfMixed(Scanner scanner) {
   bool hasNames = false;
   while (true) {
@@ -55,8 +55,8 @@ bool isRestOfMixed(Scanner scanner) {
   return (hasStar || !hasNames) && scanner.isAtEnd();
 }
 
-/// Productions 47 to 50. Of every open group the separator is kept, 0 as long as there is none: how
-/// deep they go is up to a document.
+/// Productions 47 to 50. The separator of every open group is kept, 0 as long as there is none: no
+/// call for each group, because a document decides how deep they are nested.
 bool isChildren(Scanner scanner) {
   std::vector<char> groups;
   do {
@@ -67,7 +67,7 @@ bool isChildren(Scanner scanner) {
     }
     if (groups.empty() || !isQName(scanner.token())) return false;
     scanner.anyOf("?*+");
-    // Behind a particle, groups end or the innermost goes on.
+    // After a particle, groups end or the innermost continues.
     while (!groups.empty()) {
       scanner.skipSpace();
       if (scanner.skip(")")) {

@@ -9,16 +9,16 @@ namespace Tavrin::xml {
 bool isContentModel(std::string_view text);
 
 /// The type of an attribute declaration (production 54), as it is to be written, or an empty string
-/// where it is none. Between NOTATION and the names, the blank may be missing.
+/// where the text is none. Between NOTATION and the names, the blank may be missing.
 std::string attributeType(std::string_view text);
 
 /// Whether a text may be declared as the replacement text of an entity. It may not where the entity
-/// is one of the five that everyone knows and the text is not its character (section 4.6).
+/// is predefined and the text is not its character (section 4.6).
 bool isReplacementText(std::string_view name, std::string_view text);
 
-/// Whether an entity is one of the five that need no declaration (section 4.6).
+/// Whether an entity is one of the five predefined ones (section 4.6).
 bool isPredefinedEntity(std::string_view name);
-/// The character of such an entity; 0 for any other.
+/// The character of a predefined entity; 0 for any other.
 char predefinedCharacter(std::string_view name);
 
 }  // namespace Tavrin::xml

@@ -8,8 +8,6 @@
 #include <bit>
 #include <cstring>
 
-#include "simd/PlainOctets.h"
-
 namespace Tavrin::xml {
 
 #ifdef __SSE2__
@@ -19,9 +17,7 @@ namespace {
 constexpr std::size_t kTogether = 16;
 
 __m128i blockAt(const char* octets) {
-  __m128i block;
-  std::memcpy(&block, octets, kTogether);
-  return block;
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(octets));
 }
 
 constexpr std::size_t kFew = 4;
@@ -52,12 +48,24 @@ __m128i equalToOneOf(__m128i block, const Blocks& blocks, std::size_t count) {
   return found;
 }
 
-unsigned positions(__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); }
-
-/// Octets to look at closer: controls, line breaks among them, and those that are not ASCII.
-__m128i uneasy(__m128i block) {
-  // Compared with sign, octets from 0x80 on are negative.
-  return _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
+/// Finds the first octet that matches in a text of kFew octets or more.
+/// @param match is called with blocks of octets, and returns those that match
+/// @return its position, or the end; in a text of less than a block, `begin` where one matches
+template <typename Match>
+std::size_t findMatch(std::string_view text, std::size_t begin, Match match) {
+  const auto positions = [match](__m128i block) {
+    return static_cast<unsigned>(_mm_movemask_epi8(match(block)));
+  };
+  const std::size_t size = text.size();
+  if (size < kTogether) return positions(blockOf(text)) == 0 ? size : begin;
+  for (std::size_t i = begin; i < size;) {
+    // The last octets are compared with some before them that were compared already.
+    const std::size_t at = std::min(i, size - kTogether);
+    const unsigned found = positions(blockAt(text.data() + at)) >> (i - at);
+    if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found));
+    i = at + kTogether;
+  }
+  return size;
 }
 
 }  // namespace
@@ -69,40 +77,25 @@ bool Escapes::isVerbatim(std::string_view text) const {
   if (text.size() >= kLeastTogether && hasAVX2()) return areFaultless(classes_, text);
 #endif
 #ifdef __SSE2__
-  const auto isPlain = [this](__m128i block) {
-    return positions(_mm_or_si128(uneasy(block), equalToOneOf(block, blocks_, printable_))) == 0;
+  // Measured: XML10 writes attributes and prose in a thirtieth less time.
+  const auto needsCheck = [this](__m128i block) {
+    // Controls, and octets that are not ASCII: compared with sign, these are negative.
+    const __m128i uneasy = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
+    return _mm_or_si128(uneasy, equalToOneOf(block, blocks_, printable_));
   };
-  if (text.size() >= kTogether) {
-    const std::size_t last = text.size() - kTogether;
-    std::size_t i = 0;
-    while (i < last && isPlain(blockAt(text.data() + i))) i += kTogether;
-    // The last octets, with some in front of them that were looked at.
-    if (i >= last && isPlain(blockAt(text.data() + last))) return true;
-  } else if (text.size() >= kFew && isPlain(blockOf(text))) {
-    return true;
-  }
+  if (text.size() >= kFew && findMatch(text, 0, needsCheck) == text.size()) return true;
 #endif
   return std::ranges::all_of(text, [this](char c) { return lookUp(c) == 0; });
 }
 
-// Most text has none: sixteen characters are looked at together.
 std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
   std::size_t i = begin;
 #ifdef __SSE2__
-  if (i == 0 && text.size() >= kFew && text.size() < kTogether &&
-      positions(equalToOneOf(blockOf(text), blocks_, count_)) == 0) {
-    return text.size();
-  }
-  for (; text.size() - i >= kTogether; i += kTogether) {
-    const unsigned found = positions(equalToOneOf(blockAt(text.data() + i), blocks_, count_));
-    if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found));
-  }
-  if (text.size() >= kTogether && i < text.size()) {
-    // The rest, behind characters that were looked at.
-    const std::size_t last = text.size() - kTogether;
-    const unsigned found =
-        positions(equalToOneOf(blockAt(text.data() + last), blocks_, count_)) >> (i - last);
-    return found == 0 ? text.size() : i + static_cast<std::size_t>(std::countr_zero(found));
+  // Measured: XML writes prose in a quarter less time.
+  if (text.size() >= kFew) {
+    i = findMatch(text, begin,
+                  [this](__m128i block) { return equalToOneOf(block, blocks_, count_); });
+    if (text.size() >= kTogether) return i;
   }
 #endif
   while (i < text.size() && numberOf(text[i]) == 0) ++i;
@@ -126,8 +119,7 @@ std::size_t beginOfCut(std::string_view text, std::size_t position) {
 
 #endif
 
-/// Where the next character to escape stands, or one that is not easy to see as a character, or the
-/// end.
+/// Where the next character to escape stands, or one that may be invalid, or the end.
 std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
 #ifdef TAVRIN_HAS_AVX2
   // Measured: XML10 writes prose in a quarter less time, and one long text in half.
@@ -136,12 +128,9 @@ std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const 
   }
 #endif
   if (begin == 0 && isVerbatim(text)) return text.size();
-  const std::size_t end = find(text, begin);
   std::size_t i = begin;
-  for (;; ++i) {
-    i += plainOctets(text.substr(i, end - i));
-    if (i == end || lookUp(text[i]) != 0) return i;
-  }
+  while (i < text.size() && lookUp(text[i]) == 0) ++i;
+  return i;
 }
 
 }  // namespace Tavrin::xml

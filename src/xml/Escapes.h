@@ -33,7 +33,7 @@ class Escapes {
     }
   }
 
-  /// Whether a text can be seen at a glance to be valid and to have nothing to escape.
+  /// Whether a text is valid and has nothing to escape, as far as that can be checked quickly.
   bool isVerbatim(std::string_view text) const;
 
   /// Where the next character to escape stands, or the end.
@@ -43,7 +43,7 @@ class Escapes {
 
   /// Appends a text with its references.
   /// @param out a string, or what is appended to like one
-  /// @return kAllValid, or where the text goes wrong as findInvalid tells it; some of it may have
+  /// @return kAllValid, or the position that findInvalid returns; some of it may have
   ///         been appended then
   template <typename Out>
   std::size_t append(Out& out, std::string_view text) const {

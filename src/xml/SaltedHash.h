@@ -48,7 +48,7 @@ inline std::uint64_t shortWord(std::string_view text) {
   return word;
 }
 
-/// The hash of a text behind others.
+/// The hash of a text after others.
 /// @param begin the hash of what comes before, at first HashSecret::begin
 inline std::uint64_t hashOf(std::string_view text, std::uint64_t begin, std::uint64_t factor) {
   constexpr std::size_t kWord = sizeof(std::uint64_t);

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "../../sax/AttributesByName.h"
+
 namespace Tavrin {
 
 /// The attributes of one start tag after another. Names and values refer to the tables of the
@@ -18,7 +20,8 @@ namespace Tavrin {
 /// their memory for the next tag. Measured: reading records takes an eighth less time than with
 /// copies of the names, and strings made anew for each attribute take several times as long as all
 /// the rest.
-class StartTagAttributes final : public EncodingAlgorithmAttributes {
+class StartTagAttributes final
+    : public AttributesByName<StartTagAttributes, EncodingAlgorithmAttributes> {
  public:
   static constexpr bool kRefersToTables = true;
 
@@ -78,36 +81,46 @@ class StartTagAttributes final : public EncodingAlgorithmAttributes {
                     std::unique_ptr<EncodedData> value);
   void end() {}
 
-  int getLength() const override;
-  const std::string& getURI(int index) const override;
-  const std::string& getLocalName(int index) const override;
-  const std::string& getQName(int index) const override;
+  using AttributesByName::getType;
+  using AttributesByName::getValue;
+  int getLength() const override { return static_cast<int>(length_); }
+  const std::string& getURI(int index) const override { return *at(index).uri; }
+  const std::string& getLocalName(int index) const override { return *at(index).localName; }
+  const std::string& getQName(int index) const override { return *at(index).qName; }
   const std::string& getType(int index) const override;
   const std::string& getValue(int index) const override;
-  int getIndex(const std::string& uri, const std::string& localName) const override;
-  int getIndex(const std::string& qName) const override;
-  const std::string& getType(const std::string& uri, const std::string& localName) const override;
-  const std::string& getType(const std::string& qName) const override;
-  const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-  const std::string& getValue(const std::string& qName) const override;
 
   const std::string& getAlgorithmURI(int index) const override;
-  int getAlgorithmIndex(int index) const override;
-  const EncodedData* getAlgorithmData(int index) const override;
+  int getAlgorithmIndex(int index) const override { return at(index).algorithmIndex; }
+  const EncodedData* getAlgorithmData(int index) const override {
+    return at(index).algorithmData.get();
+  }
   const std::string& getAlgorithmURI(const std::string& uri,
-                                     const std::string& localName) const override;
-  const std::string& getAlgorithmURI(const std::string& qName) const override;
-  int getAlgorithmIndex(const std::string& uri, const std::string& localName) const override;
-  int getAlgorithmIndex(const std::string& qName) const override;
+                                     const std::string& localName) const override {
+    return getAlgorithmURI(getIndex(uri, localName));
+  }
+  const std::string& getAlgorithmURI(const std::string& qName) const override {
+    return getAlgorithmURI(getIndex(qName));
+  }
+  int getAlgorithmIndex(const std::string& uri, const std::string& localName) const override {
+    return getAlgorithmIndex(getIndex(uri, localName));
+  }
+  int getAlgorithmIndex(const std::string& qName) const override {
+    return getAlgorithmIndex(getIndex(qName));
+  }
   const EncodedData* getAlgorithmData(const std::string& uri,
-                                      const std::string& localName) const override;
-  const EncodedData* getAlgorithmData(const std::string& qName) const override;
+                                      const std::string& localName) const override {
+    return getAlgorithmData(getIndex(uri, localName));
+  }
+  const EncodedData* getAlgorithmData(const std::string& qName) const override {
+    return getAlgorithmData(getIndex(qName));
+  }
 
  private:
   Record& append();
-  const Record& at(int index) const;
+  const Record& at(int index) const { return *records_[checkIndex(index, length_)]; }
 
-  // The attributes, and behind them records without values, which keep their memory.
+  // The attributes, and after them records without values, which keep their memory.
   std::vector<std::unique_ptr<Record>> records_;
   std::size_t length_ = 0;                            // How many are attributes.
   std::size_t spareOctets_ = 0;                       // Of the others together.

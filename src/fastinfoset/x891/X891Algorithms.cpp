@@ -3,8 +3,8 @@
 
 #include <ostream>
 #include <sstream>
-#include <streambuf>
 
+#include "../../io/OctetStream.h"
 #include "../../typed/EncodedLength.h"
 #include "../format/Dialect.h"
 #include "../format/Integers.h"
@@ -163,28 +163,6 @@ void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& oct
 // --- Applications' algorithms ---
 
 namespace {
-
-/// Appends to a string what is written. A stream that reports its failures over it throws where
-/// memory runs out, as a string stream does not.
-class AppendingBuffer : public std::streambuf {
- public:
-  explicit AppendingBuffer(std::string& octets) : octets_(octets) {}
-
- protected:
-  std::streamsize xsputn(const char* octets, std::streamsize count) override {
-    octets_.append(octets, static_cast<std::size_t>(count));
-    return count;
-  }
-  int_type overflow(int_type octet) override {
-    if (!traits_type::eq_int_type(octet, traits_type::eof())) {
-      octets_ += traits_type::to_char_type(octet);
-    }
-    return traits_type::not_eof(octet);
-  }
-
- private:
-  std::string& octets_;
-};
 
 /// The length that stands in the octets of writeSize, and where it ends; nothing else is looked at,
 /// the number of the algorithm least.

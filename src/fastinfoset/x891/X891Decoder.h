@@ -1,85 +1,22 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
-#include <exception>
 #include <functional>
 #include <istream>
 #include <map>
 #include <optional>
-#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "../../io/OctetStream.h"
-#include "../../io/SingleOctets.h"
 #include "../../typed/ExactNumbers.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 #include "../Decoder.h"
 #include "StartTagAttributes.h"
 
-namespace Tavrin {
-
-/// A stream over the next octets of another one, for algorithms to decode from without a copy of
-/// them all: none reads beyond its data.
-class NextOctets {
- public:
-  /// @param source outlives this
-  NextOctets(std::streambuf& source, std::uint64_t count)
-      : buffer_(source, count), stream_(&buffer_) {}
-
-  std::istream& stream() { return stream_; }
-  /// How many octets have been taken from the other stream.
-  std::uint64_t taken() const { return buffer_.taken; }
-  /// Throws what the source threw, if anything.
-  void rethrow() const {
-    if (buffer_.thrown) std::rethrow_exception(buffer_.thrown);
-  }
-
- private:
-  struct Buffer : std::streambuf {
-    Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
-
-    // What the source has at hand stays where it is until it is asked for more.
-    int_type underflow() override {
-      const GetArea atHand(source);
-      if (const auto count = std::min<std::uint64_t>(left, atHand.size()); count > 0) {
-        char* const octets = atHand.begin();
-        atHand.take(count);
-        return show(octets, count);
-      }
-      const auto wanted = std::min<std::uint64_t>(left, block.size());
-      try {
-        const auto got = source.sgetn(block.data(), static_cast<std::streamsize>(wanted));
-        return show(block.data(), static_cast<std::uint64_t>(got));
-      } catch (...) {
-        thrown = std::current_exception();  // A stream would keep it to itself.
-        throw;
-      }
-    }
-
-    int_type show(char* octets, std::uint64_t count) {
-      setg(octets, octets, octets + count);
-      taken += count;
-      left -= count;
-      return count == 0 ? traits_type::eof() : traits_type::to_int_type(*octets);
-    }
-
-    std::streambuf& source;
-    std::uint64_t left;
-    std::uint64_t taken = 0;
-    std::exception_ptr thrown;
-    std::array<char, 512> block{};  // Sources without octets at hand are slow anyway.
-  };
-
-  Buffer buffer_;
-  std::istream stream_;
-};
-
-namespace fastinfoset {
+namespace Tavrin::fastinfoset {
 
 /// What reader "X891" does beside decoding: it checks what a document says, bounds what it costs,
 /// and knows the formats that "FI" does not.
@@ -215,6 +152,4 @@ inline void X891Decoder::checkAmplification() const {
   if (fromTables_ > document_.allowedFromTables) allowMoreFromTables();
 }
 
-}  // namespace fastinfoset
-
-}  // namespace Tavrin
+}  // namespace Tavrin::fastinfoset

@@ -8,7 +8,6 @@
 #include "../../sax/AtLimit.h"
 #include "../../typed/EncodedLength.h"
 #include "../../xml/Characters.h"
-#include "../Pieces.h"
 #include "../format/Dialect.h"
 #include "../format/Octets.h"
 #include "X891Decoder.h"

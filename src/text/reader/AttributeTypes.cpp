@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::string_view kNotation = "NOTATION";
 
-/// The form in which Attributes::getType tells a declared type.
+/// The form in which Attributes::getType returns a declared type.
 std::string reportedForm(const std::string& type) {
   if (type[0] == '(') return "NMTOKEN";
   return type.compare(0, kNotation.size(), kNotation) == 0 ? std::string(kNotation) : type;

@@ -13,8 +13,8 @@ class AttributeTypes {
   /// Types by the name of the attribute.
   using OfElement = std::map<std::string, std::string, std::less<>>;
 
-  /// Takes a declaration. Of several for one attribute the first counts (XML 1.0, section 3.3).
-  /// @param type as DeclHandler::attributeDecl tells it
+  /// Adds a declaration. Of several for one attribute the first counts (XML 1.0, section 3.3).
+  /// @param type as in DeclHandler::attributeDecl
   /// @return whether it is the first
   bool declare(std::string_view element, std::string_view attribute, const std::string& type);
 
@@ -24,7 +24,7 @@ class AttributeTypes {
   /// The type of an attribute, or null.
   const std::string* find(std::string_view element, std::string_view attribute) const;
 
-  /// A type as expat tells it in the form of SAX2: "NOTATION(a|b)" gets a blank.
+  /// A type as expat reports it in the form of SAX2: "NOTATION(a|b)" gets a blank.
   static std::string declaredForm(std::string_view type);
 
  private:

@@ -2,8 +2,6 @@
 
 #include <Tavrin/Identifiers.h>
 
-#include <stdexcept>
-
 #include "ExpatNames.h"
 
 namespace Tavrin {
@@ -60,57 +58,6 @@ void ElementAttributes::setTypes(const AttributeTypes::OfElement* types) {
     const auto found = types->find(record.qName);
     if (found != types->end()) record.type = found->second;
   }
-}
-
-const ElementAttributes::Record& ElementAttributes::at(int index) const {
-  // A negative index becomes huge and fails the same comparison.
-  const auto position = static_cast<std::size_t>(index);
-  if (position >= size_) throw std::out_of_range("vector::_M_range_check");
-  return records_[position];
-}
-
-int ElementAttributes::getLength() const { return static_cast<int>(size_); }
-
-const std::string& ElementAttributes::getURI(int index) const { return at(index).uri; }
-
-const std::string& ElementAttributes::getLocalName(int index) const { return at(index).localName; }
-
-const std::string& ElementAttributes::getQName(int index) const { return at(index).qName; }
-
-const std::string& ElementAttributes::getType(int index) const { return at(index).type; }
-
-const std::string& ElementAttributes::getValue(int index) const { return at(index).value; }
-
-int ElementAttributes::getIndex(const std::string& uri, const std::string& localName) const {
-  for (std::size_t i = 0; i < size_; ++i) {
-    if (records_[i].uri == uri && records_[i].localName == localName) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-int ElementAttributes::getIndex(const std::string& qName) const {
-  for (std::size_t i = 0; i < size_; ++i) {
-    if (records_[i].qName == qName) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-const std::string& ElementAttributes::getType(const std::string& uri,
-                                              const std::string& localName) const {
-  return at(getIndex(uri, localName)).type;
-}
-
-const std::string& ElementAttributes::getType(const std::string& qName) const {
-  return at(getIndex(qName)).type;
-}
-
-const std::string& ElementAttributes::getValue(const std::string& uri,
-                                               const std::string& localName) const {
-  return at(getIndex(uri, localName)).value;
-}
-
-const std::string& ElementAttributes::getValue(const std::string& qName) const {
-  return at(getIndex(qName)).value;
 }
 
 }  // namespace Tavrin

@@ -1,19 +1,18 @@
 #pragma once
 
-#include <Tavrin/Attributes.h>
-
 #include <string>
 #include <vector>
 
+#include "../../sax/AttributesByName.h"
 #include "AttributeTypes.h"
 
 namespace Tavrin {
 
 /// The attributes of one start tag after another. Records and their strings are used again, and a
-/// name that stood at the same position in the last start tag is not taken apart again.
+/// name that stood at the same position in the last start tag is not split again.
 ///
-/// It answers like AttributesImpl, also to what is not in it.
-class ElementAttributes : public Attributes {
+/// For an attribute that is not in the list, it throws what AttributesImpl throws.
+class ElementAttributes final : public AttributesByName<ElementAttributes, Attributes> {
  public:
   void clear() { size_ = 0; }
   /// Appends an attribute by the name that expat gives.
@@ -30,18 +29,14 @@ class ElementAttributes : public Attributes {
   /// @param types null where nothing is declared
   void setTypes(const AttributeTypes::OfElement* types);
 
-  int getLength() const override;
-  const std::string& getURI(int index) const override;
-  const std::string& getLocalName(int index) const override;
-  const std::string& getQName(int index) const override;
-  const std::string& getType(int index) const override;
-  const std::string& getValue(int index) const override;
-  int getIndex(const std::string& uri, const std::string& localName) const override;
-  int getIndex(const std::string& qName) const override;
-  const std::string& getType(const std::string& uri, const std::string& localName) const override;
-  const std::string& getType(const std::string& qName) const override;
-  const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-  const std::string& getValue(const std::string& qName) const override;
+  using AttributesByName::getType;
+  using AttributesByName::getValue;
+  int getLength() const override { return static_cast<int>(size_); }
+  const std::string& getURI(int index) const override { return at(index).uri; }
+  const std::string& getLocalName(int index) const override { return at(index).localName; }
+  const std::string& getQName(int index) const override { return at(index).qName; }
+  const std::string& getType(int index) const override { return at(index).type; }
+  const std::string& getValue(int index) const override { return at(index).value; }
 
  private:
   struct Record {
@@ -54,7 +49,7 @@ class ElementAttributes : public Attributes {
   };
 
   Record& append();
-  const Record& at(int index) const;
+  const Record& at(int index) const { return records_[checkIndex(index, size_)]; }
 
   std::vector<Record> records_;
   std::size_t size_ = 0;  // How many records are in use.

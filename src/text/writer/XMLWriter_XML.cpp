@@ -38,7 +38,7 @@ std::unique_ptr<XMLWriter> XMLWriter_XML::create() { return std::make_unique<XML
 template <typename... Pieces>
 void XMLWriter_XML::write(const Pieces&... pieces) {
   if (out_ == nullptr) return;
-  if (isReady(*out_) && putIntoRoom(*out_->rdbuf(), std::string_view(pieces)...)) return;
+  if (isReady(*out_) && putIntoArea(*out_->rdbuf(), std::string_view(pieces)...)) return;
   const auto writeOne = [this](std::string_view piece) {
     if (out_ != nullptr && !piece.empty()) writeOctets(*out_, piece);
   };

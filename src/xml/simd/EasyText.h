@@ -10,10 +10,10 @@ namespace Tavrin::xml {
 
 inline constexpr OctetClasses kEasyOctets;
 
-/// Whether a text needs no closer look: all its octets are characters that are easy to see as such.
+/// Whether a text needs no closer check: all its octets are of classes that are always characters.
 inline bool isEasyText(std::string_view text) {
 #ifdef TAVRIN_HAS_AVX2
-  // Text of most languages is. No branch depends on where its characters are, to be guessed wrong.
+  // Text of most languages is. No branch depends on where its characters are, to be mispredicted.
   // Measured: reading such text as Fast Infoset takes a quarter less time.
   if (text.size() >= kLeastTogether && hasAVX2()) return areFaultless(kEasyOctets, text);
 #endif

@@ -47,22 +47,22 @@ TAVRIN_AVX2 inline __m256i classesOf(const OctetClasses& classes, __m256i octets
                           lookUp(classes.byLowHalf(), lowHalves(octets)));
 }
 
-/// Faults by class, and by continuations that are wanted and not there or the other way about.
-/// @param wanted has the high bit where a continuation is
+/// Faults by class, and by continuations that are expected and missing or the other way round.
+/// @param wanted has the high bit where a continuation is expected
 TAVRIN_AVX2 inline __m256i strays(__m256i found, __m256i wanted) {
   return _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
 }
 
-/// With the high bit where an octet is a lead, or another one from it on, that wants one more.
+/// Has the high bit where an octet is at least this lead.
 TAVRIN_AVX2 inline __m256i from(unsigned lead, __m256i octets) {
   return _mm256_subs_epu8(octets, each(lead - OctetClasses::kContinuation));
 }
 
-// --- Looks: of each octet, zero where it is no fault ---
+// --- Checks: of each octet, zero where it is no fault ---
 
-// Each is given the octets, and of each of them those in front of it.
+// Each is given the octets, and of each of them those before it.
 
-/// By the classes alone. Leads want one or two continuations.
+/// By the classes alone. One or two continuations follow a lead.
 struct Easy {
   const OctetClasses& classes;
 
@@ -122,30 +122,30 @@ struct Exact {
 // --- Texts ---
 
 /// Of sixteen octets that begin a text.
-template <typename Look>
-TAVRIN_AVX2 inline __m128i faultsOfFirst16(const Look& look, const char* octets) {
+template <typename Check>
+TAVRIN_AVX2 inline __m128i faultsOfFirst16(const Check& check, const char* octets) {
   const __m128i first = load16(octets);
-  return _mm256_castsi256_si128(look.faults(_mm256_castsi128_si256(first),
-                                            _mm256_castsi128_si256(_mm_slli_si128(first, 1)),
-                                            _mm256_castsi128_si256(_mm_slli_si128(first, 2)),
-                                            _mm256_castsi128_si256(_mm_slli_si128(first, 3))));
+  return _mm256_castsi256_si128(check.faults(_mm256_castsi128_si256(first),
+                                             _mm256_castsi128_si256(_mm_slli_si128(first, 1)),
+                                             _mm256_castsi128_si256(_mm_slli_si128(first, 2)),
+                                             _mm256_castsi128_si256(_mm_slli_si128(first, 3))));
 }
 
-/// Of sixteen octets that stand behind three others at least.
-template <typename Look>
-TAVRIN_AVX2 inline __m128i faultsOf16(const Look& look, const char* octets) {
-  return _mm256_castsi256_si128(look.faults(
+/// Of sixteen octets after at least three others.
+template <typename Check>
+TAVRIN_AVX2 inline __m128i faultsOf16(const Check& check, const char* octets) {
+  return _mm256_castsi256_si128(check.faults(
       _mm256_castsi128_si256(load16(octets)), _mm256_castsi128_si256(load16(octets - 1)),
       _mm256_castsi128_si256(load16(octets - 2)), _mm256_castsi128_si256(load16(octets - 3))));
 }
 
 /// Likewise, of thirty-two.
-template <typename Look>
-TAVRIN_AVX2 inline __m256i faultsOf32(const Look& look, const char* octets) {
-  return look.faults(load32(octets), load32(octets - 1), load32(octets - 2), load32(octets - 3));
+template <typename Check>
+TAVRIN_AVX2 inline __m256i faultsOf32(const Check& check, const char* octets) {
+  return check.faults(load32(octets), load32(octets - 1), load32(octets - 2), load32(octets - 3));
 }
 
-/// Whether the last character is there in whole.
+/// Whether the last character is complete.
 bool isComplete(std::string_view text) {
   const auto isBelow = [text](std::size_t fromEnd, unsigned lead) {
     return static_cast<unsigned char>(text[text.size() - fromEnd]) < lead;
@@ -153,24 +153,24 @@ bool isComplete(std::string_view text) {
   return isBelow(1, 0xC0) && isBelow(2, 0xE0) && isBelow(3, 0xF0);
 }
 
-// The last octets are looked at with some in front of them that were looked at, so that texts of
-// about the same length take the same way.
-template <typename Look>
-TAVRIN_AVX2 inline bool areFaultless(const Look& look, std::string_view text) {
+// The last octets are checked with some before them that were checked already, so that texts of
+// about the same length take the same branches.
+template <typename Check>
+TAVRIN_AVX2 inline bool areFaultless(const Check& check, std::string_view text) {
   const char* const octets = text.data();
   const std::size_t size = text.size();
-  __m128i found = faultsOfFirst16(look, octets);
+  __m128i found = faultsOfFirst16(check, octets);
   if (!_mm_testz_si128(found, found)) return false;  // Text of some languages has one soon.
   if (size < 16 + 32) {
-    found = _mm_or_si128(found, faultsOf16(look, octets + std::min<std::size_t>(16, size - 16)));
-    found = _mm_or_si128(found, faultsOf16(look, octets + size - 16));
+    found = _mm_or_si128(found, faultsOf16(check, octets + std::min<std::size_t>(16, size - 16)));
+    found = _mm_or_si128(found, faultsOf16(check, octets + size - 16));
     return _mm_testz_si128(found, found) && isComplete(text);
   }
   __m256i all = _mm256_set_m128i(_mm_setzero_si128(), found);
   std::size_t i = 16;
-  for (; size - i > 64; i += 32) all = _mm256_or_si256(all, faultsOf32(look, octets + i));
-  all = _mm256_or_si256(all, faultsOf32(look, octets + std::min(i, size - 32)));
-  all = _mm256_or_si256(all, faultsOf32(look, octets + size - 32));
+  for (; size - i > 64; i += 32) all = _mm256_or_si256(all, faultsOf32(check, octets + i));
+  all = _mm256_or_si256(all, faultsOf32(check, octets + std::min(i, size - 32)));
+  all = _mm256_or_si256(all, faultsOf32(check, octets + size - 32));
   return _mm256_testz_si256(all, all) && isComplete(text);
 }
 
@@ -195,7 +195,7 @@ TAVRIN_AVX2 bool areCharacters(std::string_view text) { return areFaultless(Exac
 
 TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view text,
                                   std::size_t begin) {
-  const Easy look{classes};
+  const Easy check{classes};
   const char* const octets = text.data();
   const std::size_t size = text.size();
   std::size_t i = begin;
@@ -203,18 +203,18 @@ TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view 
     return at + static_cast<std::size_t>(std::countr_zero(found));
   };
   if (i < 3) {
-    const std::uint64_t found = positions(faultsOfFirst16(look, octets)) >> i;
+    const std::uint64_t found = positions(faultsOfFirst16(check, octets)) >> i;
     if (found != 0) return firstOf(found, i);
     i = 16;
   }
   for (; size - i >= 32; i += 32) {
-    const std::uint64_t found = positions(faultsOf32(look, octets + i));
+    const std::uint64_t found = positions(faultsOf32(check, octets + i));
     if (found != 0) return firstOf(found, i);
   }
-  // The rest, and some octets in front of it that have none, or are in front of `begin`.
+  // The rest, and some octets before it that have none, or precede `begin`.
   while (i < size) {
     const std::size_t at = std::min(i, size - 16);
-    const std::uint64_t found = positions(faultsOf16(look, octets + at)) >> (i - at);
+    const std::uint64_t found = positions(faultsOf16(check, octets + at)) >> (i - at);
     if (found != 0) return firstOf(found, i);
     i = at + 16;
   }

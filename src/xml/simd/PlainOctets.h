@@ -25,28 +25,16 @@ inline std::uint64_t notPlain(const char* octets) {
 }
 
 /// How many octets from the beginning on are from 0x20 to 0x7F: characters of ASCII that need no
-/// further look. Nearly all text is, so several words are looked at together.
+/// further check.
 inline std::size_t plainOctets(std::string_view text) {
   static_assert(std::endian::native == std::endian::little);
   constexpr std::size_t kWord = sizeof(std::uint64_t);
   const char* octets = text.data();
   const std::size_t size = text.size();
   std::size_t i = 0;
-  for (; size - i >= 4 * kWord; i += 4 * kWord) {
-    const char* next = octets + i;
-    if ((notPlain(next) | notPlain(next + kWord) | notPlain(next + 2 * kWord) |
-         notPlain(next + 3 * kWord)) != 0) {
-      break;
-    }
-  }
   for (; size - i >= kWord; i += kWord) {
     const std::uint64_t found = notPlain(octets + i);
     if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found)) / 8;
-  }
-  if (size >= kWord) {
-    // What is left of the last word, with octets in front of it that are known to be plain.
-    const std::uint64_t found = notPlain(octets + size - kWord);
-    return found == 0 ? size : size - kWord + static_cast<std::size_t>(std::countr_zero(found)) / 8;
   }
   while (i < size && isPlain(octets[i])) ++i;
   return i;
