@@ -4,3 +4,6 @@
 
 /// Marks a class or function as part of the library's binary interface.
 #define TAVRIN_API __attribute__((visibility("default")))
+
+/// Keeps a class that is nested in an exported one, and so would be exported, out of it.
+#define TAVRIN_LOCAL __attribute__((visibility("hidden")))

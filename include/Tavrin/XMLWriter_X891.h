@@ -16,43 +16,46 @@ namespace Tavrin {
 
 /// Writes Fast Infoset documents that any reader of ITU-T X.891 understands; registered as "X891".
 ///
-/// It takes the events of XMLWriter and typed content, and writes what the format can hold: the identifiers of the
-/// document type and its instructions, notations, unparsed entities, references to entities that
-/// were skipped, CDATA sections, white space. The format has no place for the name of the document
-/// type, for its comments and other declarations, and for the borders of entities; they leave no
-/// trace. A document type that has nothing but notations and unparsed entities needs no item of its
-/// own: they belong to the document.
+/// It writes the events of XMLWriter and typed content as far as the format can hold them: the
+/// identifiers of the document type and its processing instructions, notations, unparsed entities,
+/// references to entities that were skipped, CDATA sections, white space. The format has no place
+/// for the name of the document type, for its comments and other declarations, and for the
+/// boundaries of entities; they leave no trace. A document type that has nothing but notations and
+/// unparsed entities needs no item of its own: they belong to the document.
 ///
 /// What is written is well-formed (XML 1.0, Namespaces in XML), or it is refused by a SAXException
 /// that names the reason, before any octet of the event. Attributes that are namespace declarations
-/// count as startPrefixMapping, unless that told of them already: those whose qualified name is
+/// count as startPrefixMapping, unless that has declared the same: those whose qualified name is
 /// `xmlns` or begins with `xmlns:`, and, without a qualified name, those in the namespace of
 /// declarations. `xml` needs no declaration.
 ///
-/// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal:
-/// - text: `Invalid character U+0001 in character data`, `Invalid UTF-8 octet 0xFF in a comment`,
-///   `String longer than 4294967296 octets`; `You cannot put "--" into a comment`,
-///   `A comment cannot end with "-"`, `You cannot put "?>" into a processing instruction`;
-/// - names: `Empty name`, `"1" is not a name without a colon`, `"xml" is not a target`,
-///   `The qualified name "p:a" does not belong to the local name "b"`, `Undeclared prefix "p"`,
-///   `Undeclared namespace "u"`, `The prefix "p" is bound to "u", not to "v"`,
-///   `The default namespace is "u", not "v"`,
-///   `The attribute "a" has the namespace "u", but no prefix`,
-///   `The attribute "a" stands twice in a start tag`, `The prefix "p" is declared twice`, and what
-///   Namespaces in XML says of reserved names;
-/// - the document type: `"..." is not a public identifier`, `"..." is not a system identifier`,
-///   `The unparsed entity "e" has no system identifier`, which the format wants;
-/// - the document: `A document needs a root element`, `Elements nested deeper than N (property
-///   maximum-depth)`, `Unknown external vocabulary "U"` with the property that would make it known,
-///   and what the vocabulary properties give as reasons (see setProperty).
+/// Where "You cannot ... at this point" does not apply, these are the reasons for a refusal. The
+/// writer "XML10" gives the same ones for the same faults.
+/// - text: `You cannot put character U+0001 into character data`, `You cannot put UTF-8 octet 0xFF
+///   into a comment`, `You cannot put "--" into a comment`, `You cannot end a comment with "-"`,
+///   `You cannot put "?>" into a processing instruction`; here, `String longer than 4294967296
+///   octets`;
+/// - names: `"1" is not a name`, `"p:a" is not a name without a colon`, `"xml" is reserved and
+///   cannot be the target of a processing instruction`, `The local name "b" does not belong to
+///   "p:a"`, `The prefix "p" is not declared`, `The prefix "p" is bound to "u" and not to "v"`,
+///   `The element "a" has no prefix, but "u" is not the default namespace`, `The element "a" has no
+///   namespace, but the default namespace is "u"`, `The attribute "a" has a namespace, but no
+///   prefix`, `The attribute "a" is given twice`, `The prefix "p" is declared twice on one
+///   element`, and what Namespaces in XML says of reserved names;
+/// - the document type: `"..." is not a public identifier`, `A system identifier cannot hold both
+///   kinds of quotes`, and here, as the format demands one, `The unparsed entity "e" has no system
+///   identifier`;
+/// - the document: `You cannot end a document without an element`, `Elements nested deeper than N
+///   (property maximum-depth)`, `Unknown external vocabulary "U"` with the property that would make
+///   it known, and the reasons that the vocabulary properties give (see setProperty).
 ///
 /// What fails for another reason, in the attributes that are given, in the stream, or for want of
 /// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
 /// further event is refused (`The document cannot go on after a failure: the writer must be
 /// reset`), until reset.
 ///
-/// White space in front of the data of an instruction is left out: in XML text it does not belong
-/// to the data. Empty identifiers of the document type and of notations are left out.
+/// White space before the data of a processing instruction is left out: in XML text it does not
+/// belong to the data. Empty identifiers of the document type and of notations are left out.
 ///
 /// Names and identifiers always enter the tables of a reader, so that they enter those of the
 /// writer, too, whatever their size. A document whose tables would take more than 512 MiB, or than
@@ -63,8 +66,8 @@ namespace Tavrin {
 /// Tavrin::properties::indexedChunkLength), as long as the tables take no more than
 /// Tavrin::properties::maximumTableOctets. No table has more than 2^20 entries.
 ///
-/// What stands in front of the root is kept in memory until the root begins, because notations and
-/// unparsed entities stand in front of it all.
+/// What comes before the root is kept in memory until the root begins, because notations and
+/// unparsed entities come first of all.
 class TAVRIN_API XMLWriter_X891 : public XMLWriter,
                                   public PrimitiveTypeContentHandler,
                                   public EncodingAlgorithmContentHandler {
@@ -80,7 +83,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// @{
   /// @throws SAXException also `Unknown external vocabulary "U"`
   void startDocument() override;
-  /// @throws SAXException also `A document needs a root element`
+  /// @throws SAXException also `You cannot end a document without an element`
   void endDocument() override;
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
   /// @throws SAXException also for what properties say of the vocabulary, at the root
@@ -93,7 +96,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
   /// In an element, writes an unexpanded entity reference (C.6) with the identifiers that
-  /// externalEntityDecl told of; elsewhere it does nothing, nor for parameter entities and the
+  /// externalEntityDecl gave; elsewhere it does nothing, nor for parameter entities and the
   /// external subset.
   /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which
   ///         holds no references
@@ -103,7 +106,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void unparsedEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId, const std::string& notationName) override;
   /// Writes nothing; skippedEntity uses the identifiers. It may also come in an element, where the
-  /// reader "X891" tells of them.
+  /// reader "X891" reports them.
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
   void internalEntityDecl(const std::string& name, const std::string& value) override;
@@ -130,7 +133,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// the arrays of vocabularies, stay with the application and must outlive their use.
   ///
   /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
-  /// map, behind those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
+  /// map, after those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
   /// the defined entries are written. What its names need and no table has is added.
   ///
   /// startElement refuses the root with a SAXException where the vocabularies are not possible:

@@ -8,14 +8,9 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace Tavrin {
-
-namespace xml {
-class Escapes;
-}
 
 /// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML".
 ///
@@ -23,18 +18,19 @@ class Escapes;
 /// any time and count from the next event.
 ///
 /// A start tag, the opening of a CDATA section and the bracket of an internal subset are completed
-/// by the first content that follows, or by flush. Stream errors are not checked: look at the
+/// by the first content that follows, or by flush. Stream errors are not checked: check the
 /// stream's state when the document is done.
 ///
 /// Things to know before relying on it:
-/// - Names, namespace names, comments, instructions and declarations are written as given.
+/// - Names, namespace names, comments, processing instructions and declarations are written as they
+///   are given.
 /// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A carriage
 ///   return does not survive being read again, nor does a tab in an attribute value.
 /// - autoIndent adds white space to text: the end tag of an element with content begins a new line.
 /// - Skipped entities are not written.
 /// - An attribute declaration always has a default value in quotes, so declarations that an XML
 ///   parser reads back need a default.
-/// - A notation or unparsed entity with a public identifier repeats its name behind the system
+/// - A notation or unparsed entity with a public identifier repeats its name after the system
 ///   identifier (`<!NOTATION n PUBLIC "p" "s"n>`), and an empty root element with emptyTags off
 ///   comes out as `<r</r>`: neither is well-formed.
 /// - A refused event may leave a completed start tag and an indentation behind.
@@ -89,7 +85,7 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   /// Completes what the innermost container leaves open before its first content. When it returns,
   /// that is in the stream.
   void startChild();
-  /// Breaks the line in front of what comes next, if auto-indent is on, by ignorableWhitespace.
+  /// Breaks the line before what comes next, if auto-indent is on, by ignorableWhitespace.
   void indent();
 
   bool autoIndent_ = false;              ///< The feature auto-indent.
@@ -98,13 +94,6 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
 
  private:
-  bool* findFeature(const std::string& name);
-  template <typename... Pieces>
-  void write(const Pieces&... pieces);
-  void writeEscaped(const xml::Escapes& escapes, std::string_view text, std::string_view behind);
-  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
-                               std::string_view repeatedName);
-
   static const XMLWriterType type_;
 };
 

@@ -40,14 +40,14 @@ namespace Tavrin {
 /// two sections, and a carriage return stands as a reference between two sections. An empty section
 /// leaves no trace.
 ///
-/// **Document type.** Declarations, comments and instructions between startEntity("[dtd]") and its
-/// endEntity are in the external subset, to which the document refers, and are not written; nor are
-/// those of an external parameter entity, to which a reference is written. Without startEntity all
-/// is taken for the internal subset. skippedEntity writes a reference, if the entity is declared or
-/// may be declared where this writer does not see it. General entities that were read are
-/// written as their text. The defaults of declared attributes count when names are checked. What is
-/// declared behind a parameter entity that was skipped counts for nothing: a reference to an entity
-/// is written whatever its text.
+/// **Document type.** Declarations, comments and processing instructions between
+/// startEntity("[dtd]") and its endEntity are in the external subset, to which the document refers,
+/// and are not written; nor are those of an external parameter entity, to which a reference is
+/// written. Without startEntity everything is in the internal subset. skippedEntity writes a
+/// reference, if the entity is declared or may be declared where this writer does not see it.
+/// General entities that were read are written as their text. The defaults of declared attributes
+/// count when names are checked. What is declared after a parameter entity that was skipped counts
+/// for nothing: a reference to an entity is written whatever its text.
 ///
 /// **Auto-indent** never adds white space to an element that has text of any kind, white space and
 /// references among it, nor inside its descendants, nor where `xml:space` says `preserve`. That
@@ -56,9 +56,9 @@ namespace Tavrin {
 /// rules indentation out. flush writes them at once, without line breaks, and indents nothing more
 /// in the elements that are open. Levels from the hundredth on are indented alike.
 ///
-/// What XML text cannot hold comes back changed: a carriage return in a comment, an instruction or
-/// an identifier as a line feed; the data of an instruction without its leading white space; white
-/// space outside of the root element not at all.
+/// What XML text cannot hold comes back changed: a carriage return in a comment, a processing
+/// instruction or an identifier as a line feed; the data of a processing instruction without its
+/// leading white space; white space outside of the root element not at all.
 ///
 /// Without auto-indent, what an event writes reaches the stream in one piece before it returns. The
 /// stream is neither flushed nor checked. Without a stream, events are checked all the same.
@@ -93,7 +93,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   void elementDecl(const std::string& name, const std::string& model) override;
   /// @param eName the element's name
   /// @param aName the attribute's name
-  /// @param type  a type of XML 1.0, production 54; a blank behind NOTATION may be missing
+  /// @param type  a type of XML 1.0, production 54; a blank after NOTATION may be missing
   /// @param mode  "#IMPLIED" or "#REQUIRED" without a value, "#FIXED" or nothing with one
   /// @param value the default value
   void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,

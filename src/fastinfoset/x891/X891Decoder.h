@@ -163,7 +163,7 @@ class XMLReader_X891::Decoder final : public fastinfoset::Decoder {
   void decodeAlgorithmText(Field field, std::string& text);
 
   void checkExternalId(const std::string& publicId, const std::string& systemId) const;
-  void checkBinding(const Name& name) const;
+  void failIf(const std::string& reason) const;
   void allowMoreFromTables() const;
   static std::size_t deliveredOctetsOf(const Name& name);
   SAXParseException exceptionHere(const std::string& message) const;

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "../../sax/PropertyName.h"
-#include "../../xml/Characters.h"
-#include "../format/Dialect.h"
+#include "../../xml/Rules.h"
 #include "../DecodeAttributes.h"
+#include "../format/Dialect.h"
 #include "X891Decoder.h"
 
 // What is decoded reaches the handlers here. A handler may take itself off at any event.
@@ -76,9 +76,7 @@ void XMLReader_X891::Decoder::releaseProlog(const std::string& rootName) {
 }
 
 void XMLReader_X891::Decoder::reportComment(const std::string& text) {
-  if (text.find("--") != std::string::npos || text.ends_with('-')) {
-    fail("Comment with \"--\" or \"-\" at its end");
-  }
+  failIf(xml::whyNotComment(text));
   checkAmplification();
   if (document_.isHoldingBack) {
     accountFor(text.size() + kHeldBackOctets);
@@ -92,8 +90,8 @@ void XMLReader_X891::Decoder::reportComment(const std::string& text) {
 
 void XMLReader_X891::Decoder::reportProcessingInstruction(const std::string& target,
                                                           const std::string& data) {
-  if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
-  if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
+  failIf(xml::whyNotTarget(target));
+  failIf(xml::whyNotInstructionData(data));
   if (data.find_first_of(" \t\r\n") == 0) {
     fail("Processing instruction that begins with white space");
   }

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "../../xml/Characters.h"
+#include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
-#include "../format/Octets.h"
 #include "../TakeOctet.h"
+#include "../format/Octets.h"
 #include "X891Decoder.h"
 
 // What is decoded must be expressible as XML 1.0 with namespaces. Strings are checked when they
@@ -15,6 +15,10 @@
 namespace Tavrin {
 
 using namespace fastinfoset;
+
+void XMLReader_X891::Decoder::failIf(const std::string& reason) const {
+  if (!reason.empty()) fail(reason);
+}
 
 void XMLReader_X891::Decoder::checkText(std::string_view text) {
   if (xml::isEasyText(text)) return;
@@ -33,8 +37,8 @@ void XMLReader_X891::Decoder::checkIdentifier(const Strings* table, const std::s
 
 void XMLReader_X891::Decoder::checkExternalId(const std::string& publicId,
                                               const std::string& systemId) const {
-  if (!xml::isPublicId(publicId)) fail("Invalid public identifier \"" + publicId + "\"");
-  if (!xml::isSystemId(systemId)) fail("Invalid system identifier \"" + systemId + "\"");
+  failIf(xml::whyNotPublicId(publicId));
+  failIf(xml::whyNotSystemId(systemId));
 }
 
 // --- Namespaces ---
@@ -51,11 +55,8 @@ std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
     decodeDeclaration(octet, prefix, namespaceName);
     fromTables_ += prefix.size() + namespaceName.size();
     checkAmplification();
-    const std::string why = xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
-    if (!why.empty()) fail(why);
-    if (bindings.isDeclaredSince(prefix, outside)) {
-      fail("The prefix \"" + prefix + "\" is declared twice by an element");
-    }
+    failIf(xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1"));
+    if (bindings.isDeclaredSince(prefix, outside)) fail(xml::declaredTwice(prefix));
     const std::size_t octets = bindings.octets();
     bindings.declare(prefix, namespaceName);
     accountFor(bindings.octets() - octets);
@@ -66,18 +67,6 @@ std::uint32_t XMLReader_X891::Decoder::decodeDeclarations() {
 
 std::size_t XMLReader_X891::Decoder::deliveredOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
-}
-
-void XMLReader_X891::Decoder::checkBinding(const Name& name) const {
-  const std::string& bound = document_.bindings.find(name.prefix);
-  const bool isUnbound = !name.prefix.empty() && bound.empty();
-  if (bound == name.namespaceName && !isUnbound) return;
-  if (name.prefix.empty()) {
-    fail("Element \"" + name.localName + "\" in the namespace \"" + name.namespaceName +
-         "\" where the default namespace is \"" + bound + "\"");
-  }
-  fail("The prefix \"" + name.prefix + "\" is not bound to the namespace \"" + name.namespaceName +
-       "\"");
 }
 
 /// Finds out how many octets are allowed now that more have been read. Measured: asking that each
@@ -97,7 +86,7 @@ void XMLReader_X891::Decoder::checkElementName(Name& name) {
   Document& document = document_;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
-    checkBinding(name);
+    failIf(xml::whyNotElement(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
     name.octets = deliveredOctetsOf(name);
   }
@@ -107,15 +96,7 @@ void XMLReader_X891::Decoder::checkElementName(Name& name) {
 void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
   if (name.bindings != document.bindings.version()) {
-    if (name.prefix.empty()) {
-      if (!name.namespaceName.empty()) {
-        fail("Attribute \"" + name.localName + "\" in a namespace, but without a prefix");
-      }
-      // As XML, it would declare the default namespace.
-      if (name.localName == "xmlns") fail("Attribute with the name \"xmlns\"");
-    } else {
-      checkBinding(name);
-    }
+    failIf(xml::whyNotAttribute(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
     name.octets = deliveredOctetsOf(name);
   }
@@ -134,7 +115,7 @@ void XMLReader_X891::Decoder::checkAttributeName(Name& name) {
     // What the table has no place for is remembered here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(octetsOf(name));
   }
-  if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
+  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName));
 }
 
 }  // namespace Tavrin
