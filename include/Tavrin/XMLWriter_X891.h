@@ -38,8 +38,8 @@ namespace Tavrin {
 /// document type that has nothing but notations and unparsed entities needs no item of its own:
 /// they belong to the document.
 ///
-/// A refusal is a SAXException that names the reason, such as `Invalid character U+0001 in
-/// character data` or `Undeclared prefix "p"`, before any octet of the event is written. Reasons
+/// A refusal is a SAXException that names the reason, such as `You cannot put character U+0001 into
+/// character data` or `The prefix "p" is not declared`, before any octet of the event is written. Reasons
 /// are the order of events; invalid characters and UTF-8; names and namespaces that do not fit each
 /// other; what a comment or processing instruction cannot hold; identifiers that are not valid, or
 /// missing in an unparsed entity; a document without a root element; a vocabulary that is unknown
@@ -80,7 +80,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// @{
   /// @throws SAXException also `Unknown external vocabulary "U"`
   void startDocument() override;
-  /// @throws SAXException also `A document needs a root element`
+  /// @throws SAXException also `You cannot end a document without an element`
   void endDocument() override;
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
   /// @throws SAXException also for a vocabulary that is not possible, at the root

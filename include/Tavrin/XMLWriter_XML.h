@@ -8,14 +8,9 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace Tavrin {
-
-namespace xml {
-class Escapes;
-}
 
 /// Writes XML 1.0 text in UTF-8, without a buffer of its own; registered as "XML". It is what
 /// XMLWriterFactory creates by default. Its behaviour is fixed, oddities included, for programs
@@ -107,13 +102,6 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
 
  private:
-  bool* findFeature(const std::string& name);
-  template <typename... Pieces>
-  void write(const Pieces&... pieces);
-  void writeEscaped(const xml::Escapes& escapes, std::string_view text, std::string_view behind);
-  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
-                               std::string_view repeatedName);
-
   static const XMLWriterType type_;
 };
 

@@ -14,11 +14,11 @@
 
 namespace Tavrin::xml {
 
-/// What was found out about names, by all that an event says of them. Documents use few names again
-/// and again: comparing three strings takes less time than looking at one closely, or than a table
-/// of which every entry must be found. It grows with the names that come, up to a limit, and may
-/// forget a name at any time: names that want one place, by chance or by design, drive one another
-/// out instead of making a search long.
+/// What was found out about names, by the three strings that an event gives. Documents use few names
+/// again and again: comparing three strings takes less time than checking one, or than a table that
+/// must find every entry. It grows with the names that come, up to a limit, and may forget a name at
+/// any time: names with the same place, by chance or by design, replace one another instead of
+/// making a search long.
 template <typename Value>
 class NameCache {
  public:
@@ -66,7 +66,7 @@ class NameCache {
     std::string localName;
     std::string qName;
     Value value{};
-    std::uint32_t next = 0;  // The number of the name that came behind it.
+    std::uint32_t next = 0;  // The number of the name that came after it.
   };
 
   static constexpr std::uint32_t kNone = ~std::uint32_t{0};
@@ -76,7 +76,7 @@ class NameCache {
     std::uint32_t number = kNone;  // Of the entry.
   };
 
-  /// So many slots are looked at for a name.
+  /// So many slots are searched for a name.
   static constexpr std::size_t kTries = 8;
 
   std::vector<Entry> entries_;

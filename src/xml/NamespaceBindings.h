@@ -41,7 +41,7 @@ class NamespaceBindings {
 
   /// Forgets all declarations.
   void clear();
-  /// Takes a declaration into account.
+  /// Enters the scope of a declaration.
   /// @param prefix empty for the default namespace
   /// @param uri    empty undeclares
   void declare(std::string_view prefix, std::string_view uri);

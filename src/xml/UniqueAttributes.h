@@ -14,8 +14,8 @@
 
 namespace Tavrin::xml {
 
-/// Finds attributes that stand twice in a start tag (Namespaces in XML, section 6.3), however many
-/// there are. A name is looked up once; the caller keeps its number with it.
+/// Finds attributes that are given twice in a start tag (Namespaces in XML, section 6.3), however
+/// many there are. A name is looked up once; the caller keeps its number with it.
 class UniqueAttributes {
  public:
   /// A name that has no number yet.
@@ -45,7 +45,7 @@ class UniqueAttributes {
   std::size_t octets() const { return octets_; }
 
   void beginTag() { ++tag_; }
-  /// Takes an attribute of the tag. Returns whether it is the first with its number.
+  /// Notes an attribute of the tag. Returns whether it is the first with its number.
   bool take(std::size_t number) { return std::exchange(lastTags_[number], tag_) != tag_; }
 
  private:

@@ -1,34 +1,35 @@
+#include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <limits>
 #include <ostream>
 #include <sstream>
+#include <type_traits>
 
 #include "../../io/OctetStream.h"
 #include "../../typed/EncodedLength.h"
 #include "../format/Dialect.h"
 #include "../format/Integers.h"
 #include "../format/Octets.h"
-#include "Checks.h"
 #include "X891Encoder.h"
 
-// Algorithms: which there are, by which field they are called, and what they may not encode.
+// Typed values: which algorithms there are, by which field they are called, and what they may not
+// encode.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
 
-namespace {
+// --- Algorithms ---
 
-constexpr const char* kSection = "character data";
+namespace {
 
 constexpr auto kFirstNamed = static_cast<int>(kDialectX891.firstApplicationAlgorithm);
 
-}  // namespace
+bool isBuiltIn(const std::string& uri, int index) { return uri.empty() && index < kFirstNamed; }
 
-bool XMLWriter_X891::Encoder::isBuiltIn(const std::string& uri, int index) {
-  return uri.empty() && index < kFirstNamed;
-}
+}  // namespace
 
 /// The URI of an application's field, or nothing.
 std::string XMLWriter_X891::Encoder::namedAlgorithm(int index) const {
@@ -38,16 +39,15 @@ std::string XMLWriter_X891::Encoder::namedAlgorithm(int index) const {
   return position < named.size() ? named[position] : std::string();
 }
 
-EncodingAlgorithm* XMLWriter_X891::Encoder::getEncodingAlgorithm(const std::string& uri,
-                                                                 int index) {
-  if (isBuiltIn(uri, index)) {
-    if (index == algorithms::uuid) return &uuid_;
-    return builtIn_.find(index);
-  }
-  const EncodingAlgorithmMap* const registered = registeredAlgorithms_;
-  if (registered == nullptr) return nullptr;
-  const auto found = registered->find(uri.empty() ? namedAlgorithm(index) : uri);
-  return found == registered->end() ? nullptr : found->second;
+EncodingAlgorithm* XMLWriter_X891::getEncodingAlgorithm(const std::string& uri, int index) {
+  return encoder_->findAlgorithm(uri, index);
+}
+
+EncodingAlgorithm* XMLWriter_X891::Encoder::findAlgorithm(const std::string& uri, int index) {
+  if (isBuiltIn(uri, index)) return index == algorithms::uuid ? &uuid_ : builtIn.find(index);
+  if (registeredAlgorithms_ == nullptr) return nullptr;
+  const auto found = registeredAlgorithms_->find(uri.empty() ? namedAlgorithm(index) : uri);
+  return found == registeredAlgorithms_->end() ? nullptr : found->second;
 }
 
 /// @throws EncodingAlgorithmException where the document does not name the algorithm
@@ -63,12 +63,11 @@ unsigned XMLWriter_X891::Encoder::fieldOf(const std::string& uri, int index) con
 }
 
 EncodingAlgorithm& XMLWriter_X891::Encoder::algorithmFor(const std::string& uri, int index) {
-  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(uri, index);
+  EncodingAlgorithm* const algorithm = findAlgorithm(uri, index);
   if (algorithm == nullptr) refuseAlgorithm(uri, index);
   return *algorithm;
 }
 
-/// Tells what is unknown, and where it could be made known.
 void XMLWriter_X891::Encoder::refuseAlgorithm(const std::string& uri, int index) const {
   const std::string name = uri.empty() ? namedAlgorithm(index) : uri;
   const std::string what =
@@ -81,15 +80,26 @@ void XMLWriter_X891::Encoder::refuseAlgorithm(const std::string& uri, int index)
 
 // --- Checks ---
 
-std::uint64_t XMLWriter_X891::Encoder::octetsOfBooleans(std::size_t count) {
+namespace {
+
+void checkIntegers(const std::vector<long>& integers) {
+  for (const long integer : integers) {
+    if (integer < std::numeric_limits<std::int32_t>::min() ||
+        integer > std::numeric_limits<std::int32_t>::max()) {
+      throw SAXException(std::to_string(integer) + " is not a 32-bit integer");
+    }
+  }
+}
+
+std::uint64_t lengthOfBooleans(std::size_t count) {
   if (count == 0) return 0;
-  const std::uint64_t octets = Tavrin::octetsOfBooleans(count);
+  const std::uint64_t octets = octetsOfBooleans(count);
   if (octets > kMostOctetsOfBooleans) throw SAXException(kTooManyBooleans);
   return octets;
 }
 
-/// The algorithms take lengths of 32 bits.
-void XMLWriter_X891::Encoder::checkValueLength(std::uint64_t octets) {
+/// The algorithms accept lengths of 32 bits.
+void checkValueLength(std::uint64_t octets) {
   constexpr std::uint64_t kLongestValue = 0xFFFFFFFF;
   if (octets > kLongestValue) {
     throw SAXException("Typed value longer than " + std::to_string(kLongestValue) + " octets");
@@ -98,7 +108,7 @@ void XMLWriter_X891::Encoder::checkValueLength(std::uint64_t octets) {
 
 /// Refuses a value that a built-in algorithm cannot encode.
 /// @return how many octets it takes
-std::uint64_t XMLWriter_X891::Encoder::checkBuiltIn(int index, const EncodedData& data) {
+std::uint64_t checkBuiltIn(int index, const EncodedData& data) {
   std::uint64_t octets = 0;
   switch (index) {
     case algorithms::hexadecimal:
@@ -118,7 +128,7 @@ std::uint64_t XMLWriter_X891::Encoder::checkBuiltIn(int index, const EncodedData
       octets = dynamic_cast<const LongData&>(data).data_.size() * sizeof(std::int64_t);
       break;
     case algorithms::boolean:
-      octets = octetsOfBooleans(dynamic_cast<const BooleanData&>(data).data_.size());
+      octets = lengthOfBooleans(dynamic_cast<const BooleanData&>(data).data_.size());
       break;
     case algorithms::floatNumber:
       octets = dynamic_cast<const FloatData&>(data).data_.size() * sizeof(float);
@@ -130,33 +140,29 @@ std::uint64_t XMLWriter_X891::Encoder::checkBuiltIn(int index, const EncodedData
       octets = dynamic_cast<const UUIDData&>(data).data_.size() * sizeof(UUID);
       break;
     default:
-      checkText(dynamic_cast<const CDATAData&>(data).data_, kSection);
+      checkText(dynamic_cast<const CDATAData&>(data).data_, "character data");
       octets = dynamic_cast<const CDATAData&>(data).data_.size();
   }
   checkValueLength(octets);
   return octets;
 }
 
+}  // namespace
+
 /// Refuses octets that a built-in algorithm cannot have made.
 void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& octets) {
   checkValueLength(octets.size());
-  if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty()) return;
-  switch (field) {
-    case algorithms::hexadecimal:
-    case algorithms::base64:
-      return;
-    case algorithms::cdata:
-      checkText(octets, kSection);
-      return;
-    default: {
-      std::istringstream stream(octets);
-      algorithmFor({}, static_cast<int>(field))
-          .decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), stream);
-      // Booleans may leave octets over: the unused bits that they tell of are too many.
-      if (stream.peek() != std::istringstream::traits_type::eof()) {
-        throw EncodingAlgorithmException("Encoded data of another length than its value");
-      }
-    }
+  if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty() ||
+      field == algorithms::hexadecimal || field == algorithms::base64) {
+    return;
+  }
+  if (field == algorithms::cdata) return checkText(octets, "character data");
+  std::istringstream stream(octets);
+  algorithmFor({}, static_cast<int>(field))
+      .decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), stream);
+  // Booleans may leave octets over: they state too many unused bits.
+  if (stream.peek() != std::istringstream::traits_type::eof()) {
+    throw EncodingAlgorithmException("Encoded data of another length than its value");
   }
 }
 
@@ -164,8 +170,8 @@ void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& oct
 
 namespace {
 
-/// The length that stands in the octets of writeSize, and where it ends; nothing else is looked at,
-/// the number of the algorithm least.
+/// The length in the octets of writeSize, and where it ends. Nothing else is checked, not even the
+/// number of the algorithm.
 template <typename Encoding>
 std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
                                                 const std::string& octets) {
@@ -177,12 +183,10 @@ std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
   return {field + form->bias, std::size_t{2} + form->octets};
 }
 
-}  // namespace
-
 /// What an application's algorithm makes of a value, without what introduces it: the algorithm
 /// writes the number that it believes to have, but the document decides which it is.
-std::string XMLWriter_X891::Encoder::encodedBy(EncodingAlgorithm& algorithm, const std::string& uri,
-                                               bool chunk, const EncodedData& data) {
+std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool chunk,
+                      const EncodedData& data) {
   std::string octets;
   {
     AppendingBuffer buffer(octets);
@@ -206,6 +210,127 @@ std::string XMLWriter_X891::Encoder::encodedBy(EncodingAlgorithm& algorithm, con
   }
   octets.erase(0, begin);
   return octets;
+}
+
+}  // namespace
+
+// --- Content ---
+
+void XMLWriter_X891::Encoder::checkTypedContent() const {
+  if (writer_.state_ != InElement) {
+    throw SAXException("You cannot write character data at this point");
+  }
+}
+
+/// Writes the octets of an algorithm as a chunk, after the pending text.
+void XMLWriter_X891::Encoder::putContent(unsigned field, const std::string& octets) {
+  if (octets.empty()) return;
+  isWriting_ = true;
+  flushCharacters();
+  flushTerminator(false);
+  if (!out_) return;
+  putAlgorithm(true, field, octets.size());
+  putOctets(octets);
+  sendOctets();
+}
+
+/// Writes a value that takes so many octets.
+template <typename Algorithm, typename Value>
+void XMLWriter_X891::Encoder::putValue(Algorithm& algorithm, const Value& value,
+                                       std::uint64_t octets) {
+  attempt([&](Encoder&) {
+    checkTypedContent();
+    checkValueLength(octets);
+    if (octets == 0) return;
+    if constexpr (std::is_same_v<Algorithm, IntEncodingAlgorithm>) checkIntegers(value);
+    isWriting_ = true;
+    encodeContent(algorithm, value);
+  });
+}
+
+void XMLWriter_X891::bytes(const std::string& data) { octets("", algorithms::base64, data); }
+
+void XMLWriter_X891::shorts(const std::vector<short>& data) {
+  encoder_->putValue(encoder_->builtIn.shortInteger, data, data.size() * sizeof(std::int16_t));
+}
+
+void XMLWriter_X891::ints(const std::vector<long>& data) {
+  encoder_->putValue(encoder_->builtIn.integer, data, data.size() * sizeof(std::int32_t));
+}
+
+void XMLWriter_X891::longs(const std::vector<long>& data) {
+  encoder_->putValue(encoder_->builtIn.longInteger, data, data.size() * sizeof(std::int64_t));
+}
+
+void XMLWriter_X891::booleans(const std::vector<bool>& data) {
+  encoder_->putValue(encoder_->builtIn.boolean, data, lengthOfBooleans(data.size()));
+}
+
+void XMLWriter_X891::floats(const std::vector<float>& data) {
+  encoder_->putValue(encoder_->builtIn.floatNumber, data, data.size() * sizeof(float));
+}
+
+void XMLWriter_X891::doubles(const std::vector<double>& data) {
+  encoder_->putValue(encoder_->builtIn.doubleNumber, data, data.size() * sizeof(double));
+}
+
+void XMLWriter_X891::octets(const std::string& uri, int index, const std::string& data) {
+  encoder_->attempt([&](Encoder& encoder) {
+    encoder.checkTypedContent();
+    const unsigned field = encoder.fieldOf(uri, index);
+    encoder.checkOctets(field, data);
+    if (field == algorithms::cdata) return encoder.putSection(data);
+    encoder.putContent(field, data);
+  });
+}
+
+void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData& data) {
+  encoder_->attempt([&](Encoder& encoder) {
+    encoder.checkTypedContent();
+    EncodingAlgorithm& algorithm = encoder.algorithmFor(uri, index);
+    if (!isBuiltIn(uri, index)) {
+      const unsigned field = encoder.fieldOf(uri, index);
+      return encoder.putContent(field, encodedBy(algorithm, uri, true, data));
+    }
+    if (checkBuiltIn(index, data) == 0) return;
+    if (index == algorithms::cdata) {
+      return encoder.putSection(dynamic_cast<const CDATAData&>(data).data_);
+    }
+    encoder.isWriting_ = true;
+    encoder.encodeContent(algorithm, data);
+  });
+}
+
+// --- Attribute values ---
+
+void XMLWriter_X891::Encoder::checkTypedValue(const std::string& uri, int index,
+                                              const EncodedData& data) {
+  EncodingAlgorithm& algorithm = algorithmFor(uri, index);
+  if (!isBuiltIn(uri, index)) {
+    // Its text may be anything, and whoever reads the attribute may ask for it.
+    checkText(data.toString(), "an attribute value");
+    encodedValues_.push_back(encodedBy(algorithm, uri, false, data));
+    return;
+  }
+  if (index == algorithms::cdata) {
+    throw SAXException("The cdata algorithm cannot encode an attribute value");
+  }
+  checkBuiltIn(index, data);
+}
+
+void XMLWriter_X891::Encoder::encodeTypedValue(const std::string& uri, int index,
+                                               const EncodedData& data) {
+  if (isBuiltIn(uri, index)) {
+    if (checkBuiltIn(index, data) == 0) return put(kEmptyString);
+    sendOctets();
+    algorithmFor(uri, index).encodeToOutputStream(false, data, *out_);
+    return;
+  }
+  const std::string octets = std::move(encodedValues_.front());
+  encodedValues_.pop_front();
+  if (octets.empty()) return put(kEmptyString);
+  putAlgorithm(false, fieldOf(uri, index), octets.size());
+  putOctets(octets);
 }
 
 }  // namespace Tavrin

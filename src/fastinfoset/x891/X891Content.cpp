@@ -2,74 +2,72 @@
 
 #include <algorithm>
 
+#include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
 #include "../format/Octets.h"
-#include "Checks.h"
 #include "X891Encoder.h"
 
-// Text, references to entities, and typed content.
+// Text, CDATA sections and references to entities.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
 
-// --- Text ---
-
-/// Text runs on until something else comes, or until a chunk is as long as it may be.
-void XMLWriter_X891::Encoder::gather(const std::string& text) {
-  if (characters_.size() + text.size() > kLongestString) {
-    if (state_ == InCDATA) {
-      throw SAXException("String longer than " + std::to_string(kLongestString) + " octets");
-    }
+/// Adds to the pending text, which ends when something else comes, or when a chunk can be no
+/// longer.
+void XMLWriter_X891::Encoder::addText(const std::string& text) {
+  if (characters.size() + text.size() > kLongestString) {
+    if (writer_.state_ == InCDATA) checkLength(characters.size() + text.size());
     isWriting_ = true;
     flushCharacters();
     sendOctets();
   }
-  characters_ += text;
+  characters += text;
 }
 
-void XMLWriter_X891::Encoder::characters(const std::string& text) {
-  // The commonest event, without what only a section or a hard text needs.
+void XMLWriter_X891::characters(const std::string& text) {
+  std::string& pending = encoder_->characters;
+  // The most frequent event, without what only a section or unusual characters need.
   if (state_ == InElement && xml::isEasyText(text) &&
-      characters_.size() + text.size() <= kLongestString) {
-    characters_ += text;
+      pending.size() + text.size() <= kLongestString) {
+    pending += text;
     hasContent_ = true;
     return;
   }
-  attempt([&] {
-    writer_.XMLWriter::characters({});  // The order alone: a section may hold its own end here.
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::characters({});  // Only the order is checked: a section may hold its own end here.
     checkText(text, "character data");
-    gather(text);
+    encoder.addText(text);
   });
 }
 
-void XMLWriter_X891::Encoder::ignorableWhitespace(const std::string& text) {
-  attempt([&] {
-    writer_.XMLWriter::ignorableWhitespace(text);
-    if (state_ == InElement || state_ == InCDATA) gather(text);
+void XMLWriter_X891::ignorableWhitespace(const std::string& text) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::ignorableWhitespace(text);
+    if (state_ == InElement || state_ == InCDATA) encoder.addText(text);
   });
 }
 
-void XMLWriter_X891::Encoder::startCDATA() {
-  attempt([this] {
-    writer_.XMLWriter::startCDATA();
-    isWriting_ = true;
-    flushCharacters();
-    sendOctets();
+void XMLWriter_X891::startCDATA() {
+  encoder_->attempt([this](Encoder& encoder) {
+    XMLWriter::startCDATA();
+    encoder.isWriting_ = true;
+    encoder.flushCharacters();
+    encoder.sendOctets();
   });
 }
 
-void XMLWriter_X891::Encoder::endCDATA() {
-  attempt([this] {
-    writer_.XMLWriter::endCDATA();
+void XMLWriter_X891::endCDATA() {
+  encoder_->attempt([this](Encoder& encoder) {
+    XMLWriter::endCDATA();
     std::string section;
-    section.swap(characters_);
-    isWriting_ = true;
-    putSection(section);
+    section.swap(encoder.characters);
+    encoder.isWriting_ = true;
+    encoder.putSection(section);
   });
 }
 
-/// Writes a CDATA section. What would end it as text begins another one.
+/// Writes a CDATA section. Where its text would end it, another one begins.
 void XMLWriter_X891::Encoder::putSection(const std::string& text) {
   constexpr std::string_view kEnd = "]]>";
   constexpr std::size_t kBrackets = 2;
@@ -82,127 +80,23 @@ void XMLWriter_X891::Encoder::putSection(const std::string& text) {
   putContent(algorithms::cdata, text.substr(begin));
 }
 
-void XMLWriter_X891::Encoder::skippedEntity(const std::string& name) {
-  attempt([&] {
+void XMLWriter_X891::skippedEntity(const std::string& name) {
+  encoder_->attempt([&](Encoder& encoder) {
     if (name == "[dtd]") return;
     if (state_ == InCDATA) throw SAXException("You cannot refer to an entity at this point");
-    if (state_ != InElement || (!name.empty() && name[0] == '%')) return;
+    if (state_ != InElement || name.starts_with('%')) return;
     checkNCName(name);
-    const auto& entities = document_.externalEntities;
+    const auto& entities = encoder.document_.externalEntities;
     const auto found = entities.find(name);
     const auto [publicId, systemId] =
         found == entities.end() ? std::pair<std::string, std::string>() : found->second;
-    checkRoom(name.size() + publicId.size() + systemId.size(), 3);
-    isWriting_ = true;
-    flushCharacters();
-    flushTerminator(false);
+    encoder.checkRoom(name.size() + publicId.size() + systemId.size(), 3);
+    encoder.isWriting_ = true;
+    encoder.flushCharacters();
+    encoder.flushTerminator(false);
     if (!out_) return;
-    put(kFirstEntityReference | (systemId.empty() ? 0 : kSystemIdentifier) |
-        (publicId.empty() ? 0 : kPublicIdentifier));
-    writeIdentifier(&vocabulary_.otherNCNames, name);
-    encodeIdentifiers(systemId, publicId);
-    sendOctets();
-  });
-}
-
-// --- Typed content ---
-
-void XMLWriter_X891::Encoder::checkTypedContent() const {
-  if (state_ != InElement) throw SAXException("You cannot write character data at this point");
-}
-
-/// Writes a value that takes so many octets.
-template <typename Write>
-void XMLWriter_X891::Encoder::putValue(std::uint64_t octets, Write write) {
-  attempt([&] {
-    checkTypedContent();
-    checkValueLength(octets);
-    if (octets > 0) write();
-  });
-}
-
-/// Writes octets of an algorithm as a chunk, behind the text that has gathered.
-void XMLWriter_X891::Encoder::putContent(unsigned field, const std::string& octets) {
-  if (octets.empty()) return;
-  isWriting_ = true;
-  flushCharacters();
-  flushTerminator(false);
-  if (!out_) return;
-  putAlgorithm(true, field, octets.size());
-  putOctets(octets);
-  sendOctets();
-}
-
-void XMLWriter_X891::Encoder::bytes(const std::string& data) {
-  octets("", algorithms::base64, data);
-}
-
-void XMLWriter_X891::Encoder::shorts(const std::vector<short>& data) {
-  putValue(data.size() * sizeof(std::int16_t), [&] {
-    isWriting_ = true;
-    encodeContent(builtIn_.shortInteger, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::ints(const std::vector<long>& data) {
-  putValue(data.size() * sizeof(std::int32_t), [&] {
-    checkIntegers(data);
-    isWriting_ = true;
-    encodeContent(builtIn_.integer, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::longs(const std::vector<long>& data) {
-  putValue(data.size() * sizeof(std::int64_t), [&] {
-    isWriting_ = true;
-    encodeContent(builtIn_.longInteger, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::booleans(const std::vector<bool>& data) {
-  putValue(octetsOfBooleans(data.size()), [&] {
-    isWriting_ = true;
-    encodeContent(builtIn_.boolean, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::floats(const std::vector<float>& data) {
-  putValue(data.size() * sizeof(float), [&] {
-    isWriting_ = true;
-    encodeContent(builtIn_.floatNumber, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::doubles(const std::vector<double>& data) {
-  putValue(data.size() * sizeof(double), [&] {
-    isWriting_ = true;
-    encodeContent(builtIn_.doubleNumber, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::octets(const std::string& uri, int index, const std::string& data) {
-  attempt([&] {
-    checkTypedContent();
-    const unsigned field = fieldOf(uri, index);
-    checkOctets(field, data);
-    if (field == algorithms::cdata) return putSection(data);
-    putContent(field, data);
-  });
-}
-
-void XMLWriter_X891::Encoder::object(const std::string& uri, int index, const EncodedData& data) {
-  attempt([&] {
-    checkTypedContent();
-    EncodingAlgorithm& algorithm = algorithmFor(uri, index);
-    if (!isBuiltIn(uri, index)) {
-      return putContent(fieldOf(uri, index), encodedBy(algorithm, uri, true, data));
-    }
-    if (checkBuiltIn(index, data) == 0) return;
-    if (index == algorithms::cdata) {
-      return putSection(dynamic_cast<const CDATAData&>(data).data_);
-    }
-    isWriting_ = true;
-    encodeContent(algorithm, data);
+    encoder.encodeExternal(kFirstEntityReference, &name, publicId, systemId);
+    encoder.sendOctets();
   });
 }
 

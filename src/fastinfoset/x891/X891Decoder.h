@@ -83,7 +83,7 @@ class X891Decoder : public Decoder {
                      const std::string& systemId);
 
   void checkExternalId(const std::string& publicId, const std::string& systemId) const;
-  void checkBinding(const Name& name) const;
+  void failIf(const std::string& reason) const;
   void allowMoreFromTables() const;
   static std::size_t deliveredOctetsOf(const Name& name);
   SAXParseException exceptionHere(const std::string& message) const;

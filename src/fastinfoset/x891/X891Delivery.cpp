@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "../../sax/AtLimit.h"
-#include "../../xml/Characters.h"
+#include "../../xml/Rules.h"
 #include "../DecodeAttributes.h"
 #include "../format/Dialect.h"
 #include "X891Decoder.h"
@@ -72,9 +72,7 @@ void X891Decoder::releaseProlog(const std::string& rootName) {
 }
 
 void X891Decoder::reportComment(const std::string& text) {
-  if (text.find("--") != std::string::npos || text.ends_with('-')) {
-    fail("Comment with \"--\" or \"-\" at its end");
-  }
+  failIf(xml::whyNotComment(text));
   checkAmplification();
   if (document_.isHoldingBack) {
     accountFor(text.size() + kHeldBackOctets);
@@ -86,9 +84,10 @@ void X891Decoder::reportComment(const std::string& text) {
   }
 }
 
-void X891Decoder::reportProcessingInstruction(const std::string& target, const std::string& data) {
-  if (!xml::isTarget(target)) fail("Invalid target of a processing instruction \"" + target + "\"");
-  if (data.find("?>") != std::string::npos) fail("Processing instruction with \"?>\"");
+void X891Decoder::reportProcessingInstruction(const std::string& target,
+                                                          const std::string& data) {
+  failIf(xml::whyNotTarget(target));
+  failIf(xml::whyNotInstructionData(data));
   if (data.find_first_of(" \t\r\n") == 0) {
     fail("Processing instruction that begins with white space");
   }

@@ -4,10 +4,9 @@
 
 #include "../../sax/AtLimit.h"
 #include "../../xml/AddDeclaration.h"
+#include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
 #include "../format/Octets.h"
-#include "Checks.h"
-#include "WrittenVocabulary.h"
 #include "X891Encoder.h"
 
 // Elements and namespace declarations. A start tag is checked as a whole before any of it is
@@ -19,26 +18,21 @@ using namespace fastinfoset;
 
 // --- Namespace declarations ---
 
-void XMLWriter_X891::Encoder::startPrefixMapping(const std::string& prefix,
-                                                 const std::string& uri) {
-  attempt([&] {
+void XMLWriter_X891::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+  encoder_->attempt([&](Encoder& encoder) {
     if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
-      throw SAXException("You cannot start a prefix mapping at this point");
+      throw SAXException("You cannot declare a namespace at this point");
     }
-    declare(prefix, uri);
+    encoder.declare(prefix, uri);
   });
 }
 
 void XMLWriter_X891::Encoder::declare(const std::string& prefix, const std::string& uri) {
   Document& document = document_;
-  const std::string reason =
-      xml::whyNotDeclarable(prefix, uri, xmlVersion_ && *xmlVersion_ == "1.1");
-  if (!reason.empty()) throw SAXException(reason);
-  if (!prefix.empty()) checkNCName(prefix);
-  checkText(uri, "a namespace name");
-  if (document.declared.contains(prefix)) {
-    throw SAXException("The prefix \"" + prefix + "\" is declared twice");
-  }
+  checkLength(prefix.size());
+  checkLength(uri.size());
+  xml::refuseIf(xml::whyNotDeclaration(prefix, uri, xmlVersion_ == "1.1"));
+  if (document.declared.contains(prefix)) throw SAXException(xml::declaredTwice(prefix));
   const std::size_t written = namespaces_.size();
   const std::size_t bound = document.bindings.count();
   const auto declared = document.declared.insert(prefix).first;
@@ -54,31 +48,20 @@ void XMLWriter_X891::Encoder::declare(const std::string& prefix, const std::stri
   }
 }
 
-/// The qualified name tells, and the namespace only where there is none: otherwise it would be
-/// passed over that the two do not fit.
-bool XMLWriter_X891::Encoder::isDeclaration(const Attributes& attributes, int index) {
-  const std::string& qName = attributes.getQName(index);
-  return xml::isDeclarationName(qName) || (qName.empty() && isInXmlns(attributes, index));
-}
-
-/// Takes attributes for declarations of which startPrefixMapping did not tell.
-void XMLWriter_X891::Encoder::takeDeclarations(const Attributes& attributes,
-                                               const std::vector<int>& declarations) {
-  const Document& document = document_;
-  for (const int i : declarations) {
+/// Declares what attributes declare and startPrefixMapping did not.
+void XMLWriter_X891::Encoder::declareByAttributes(const Attributes& attributes) {
+  for (const int i : declarations_) {
     const std::string& qName = attributes.getQName(i);
     const bool hasName = xml::isDeclarationName(qName);
     std::string prefix(hasName ? xml::declaredPrefix(qName) : attributes.getLocalName(i));
     if (!hasName && prefix == "xmlns") prefix.clear();
     const std::string& uri = attributes.getValue(i);
-    const bool isTold = document.declared.contains(prefix) && document.bindings.find(prefix) == uri;
-    if (isTold) continue;
-    std::vector<std::string>& taken = taken_;
-    taken.push_back(std::move(prefix));
+    if (document_.declared.contains(prefix) && document_.bindings.find(prefix) == uri) continue;
+    newPrefixes_.push_back(std::move(prefix));
     try {
-      declare(taken.back(), uri);
+      declare(newPrefixes_.back(), uri);
     } catch (...) {
-      taken.pop_back();
+      newPrefixes_.pop_back();
       throw;
     }
   }
@@ -86,56 +69,45 @@ void XMLWriter_X891::Encoder::takeDeclarations(const Attributes& attributes,
 
 // --- Elements ---
 
-void XMLWriter_X891::Encoder::startElement(const std::string& uri, const std::string& localName,
-                                           const std::string& qName, const Attributes& attributes) {
-  attempt([&] {
-    Document& document = document_;
+void XMLWriter_X891::startElement(const std::string& uri, const std::string& localName,
+                                  const std::string& qName, const Attributes& attributes) {
+  encoder_->attempt([&](Encoder& encoder) {
+    Encoder::Document& document = encoder.document_;
     const std::size_t depth = elements_.size();
-    if (depth >= maximumDepth_) throw SAXException(tooDeep(maximumDepth_));
-    const std::size_t told = namespaces_.size();
-    if (!encodedValues_.empty()) encodedValues_.clear();
-    taken_.clear();
-    newOctets_ = 0;
-    newEntries_ = 0;
+    if (depth >= encoder.maximumDepth_) throw SAXException(tooDeep(encoder.maximumDepth_));
+    const std::size_t declared = encoder.namespaces_.size();
+    encoder.newPrefixes_.clear();
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
-      if (mayBegin && !document.childrenBegan) headerVocabulary_ = prepareVocabulary();
-      writer_.XMLWriter::startElement(uri, localName, qName, attributes);
-      perform([&] { encodeStartTag({uri, localName, qName}, attributes); });
+      if (mayBegin && !document.childrenBegan) {
+        encoder.headerVocabulary_ = encoder.prepareVocabulary();
+      }
+      XMLWriter::startElement(uri, localName, qName, attributes);
+      encoder.perform([&] { encoder.encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
       while (elements_.size() > depth) elements_.pop_back();
-      if (namespaces_.size() > told) namespaces_.resize(told);
-      for (const std::string& prefix : taken_) document.declared.erase(prefix);
-      document.bindings.undo(taken_.size());
+      if (encoder.namespaces_.size() > declared) encoder.namespaces_.resize(declared);
+      for (const std::string& prefix : encoder.newPrefixes_) document.declared.erase(prefix);
+      document.bindings.undo(encoder.newPrefixes_.size());
       throw;
     }
     if (!document.declared.empty()) document.declared.clear();
   });
 }
 
-/// All of the tag was looked at. The first one brings the header.
-void XMLWriter_X891::Encoder::beginTag() {
-  Document& document = document_;
-  for (const std::string& part : namespaces_) newOctets_ += part.size();
-  checkRoom(newOctets_, newEntries_ + namespaces_.size());
-  document.declaredCount.push_back(document.declared.size());
-  isWriting_ = true;
-  if (!document.childrenBegan) beginChildren(headerVocabulary_);
-}
-
-void XMLWriter_X891::Encoder::endElement(const std::string& uri, const std::string& localName,
-                                         const std::string& qName) {
-  attempt([&] {
-    Document& document = document_;
+void XMLWriter_X891::endElement(const std::string& uri, const std::string& localName,
+                                const std::string& qName) {
+  encoder_->attempt([&](Encoder& encoder) {
+    Encoder::Document& document = encoder.document_;
     if (state_ == InElement && !document.declared.empty()) {
       throw SAXException("A prefix mapping needs an element");
     }
     const std::size_t depth = elements_.size();
     try {
-      writer_.XMLWriter::endElement(uri, localName, qName);
-      finishElement();
+      XMLWriter::endElement(uri, localName, qName);
+      encoder.finishElement();
     } catch (...) {
-      isWriting_ = elements_.size() < depth;  // Else, it was refused.
+      encoder.isWriting_ = elements_.size() < depth;  // Otherwise it was refused.
       throw;
     }
     document.bindings.undo(document.declaredCount.back());
@@ -143,39 +115,82 @@ void XMLWriter_X891::Encoder::endElement(const std::string& uri, const std::stri
   });
 }
 
+/// Checks all of a start tag, and looks up its names.
+void XMLWriter_X891::Encoder::prepareStartTag(const EventName& name, const Attributes& attributes) {
+  if (!encodedValues_.empty()) encodedValues_.clear();
+  newOctets_ = 0;
+  newEntries_ = 0;
+  recogniseAttributes(attributes);
+  if (!declarations_.empty()) declareByAttributes(attributes);
+  elementIndex_ = findElementName(name);
+  checkAttributes(attributes);
+  for (const std::string& part : namespaces_) newOctets_ += part.size();
+  checkRoom(newOctets_, newEntries_ + namespaces_.size());
+}
+
+void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attributes& attributes) {
+  prepareStartTag(name, attributes);
+  document_.declaredCount.push_back(document_.declared.size());
+  isWriting_ = true;
+  if (!document_.childrenBegan) beginChildren(headerVocabulary_);
+  flushCharacters();
+  flushTerminator(false);
+
+  const bool hasAttributes = !attributes_.empty();
+  if (out_) {
+    unsigned flag = hasAttributes ? kElementAttributes : 0;
+    if (!namespaces_.empty()) {
+      put(kNamespacesFollow | flag);
+      encodeNamespaces(namespaces_);
+      flag = 0;  // The octet before the declarations had it.
+    }
+    if (elementIndex_ != kNoIndex) {
+      putInteger(kElementIndex, flag, elementIndex_);
+    } else {
+      writeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
+                         elementName_);
+    }
+    if (hasAttributes) encodeAttributes(attributes);
+  }
+  namespaces_.clear();
+  // The attributes have yet to end; the terminator may share an octet with that of the element.
+  pendingTerminator = hasAttributes;
+}
+
 // --- Names ---
 
 namespace {
 
-/// Whether a qualified name is that of these parts.
-bool isSpelling(const std::string& qName, std::string_view prefix, const std::string& localName) {
-  if (prefix.empty()) return qName == localName || qName.empty();
-  return qName.size() == prefix.size() + 1 + localName.size() && qName.ends_with(localName);
+/// The qualified name. An event may leave it out where there is no prefix.
+const std::string& spelling(const EventName& name) {
+  return name.qName.empty() ? name.localName : name.qName;
 }
 
-/// The record of a position in a table.
+/// The record of an index.
 template <typename Record>
-Record& recordAt(std::vector<Record>& records, std::size_t position) {
-  if (position >= records.size()) records.resize(position + position / 2 + 1);
-  return records[position];
+Record& recordAt(std::vector<Record>& records, std::size_t index) {
+  if (index >= records.size()) records.resize(index + index / 2 + 1);
+  return records[index];
 }
 
 }  // namespace
 
-void XMLWriter_X891::Encoder::checkPrefix(std::string_view prefix, const std::string& uri) const {
-  const std::string& bound = document_.bindings.find(prefix);
-  if (bound == uri && !(bound.empty() && !prefix.empty())) return;
-  if (bound.empty() && !prefix.empty()) missingNamePart(std::string(prefix), "prefix");
-  if (bound.empty()) missingNamePart(uri, "namespace");
-  if (prefix.empty()) {
-    throw SAXException("The default namespace is \"" + bound + "\", not \"" + uri + "\"");
+unsigned XMLWriter_X891::Encoder::findElementName(const EventName& name) {
+  const auto& [uri, localName, qName] = name;
+  if (const unsigned* const known = known_.elements.find(uri, localName, qName)) {
+    checkElementName(name, *known, true);
+    return *known;
   }
-  throw SAXException("The prefix \"" + std::string(prefix) + "\" is bound to \"" + bound +
-                     "\", not to \"" + uri + "\"");
+  assignName(elementName_, name);
+  const unsigned* const found = vocabulary_.elementNames.find(elementName_);
+  const unsigned index = found ? *found : kNoIndex;
+  checkElementName(name, index, false);
+  if (found) known_.elements.put(uri, localName, qName, index);
+  return index;
 }
 
-/// Looks at the parts of a name that is in no table.
-void XMLWriter_X891::Encoder::takeNewName(const EventName& name) {
+/// Checks the parts of a name that is in no table.
+void XMLWriter_X891::Encoder::checkNewName(const EventName& name) {
   const std::string_view prefix = name.prefix();
   const std::uint64_t parts = prefix.size() + name.uri.size() + name.localName.size();
   newOctets_ += kNameCopies * parts + kNameOctets + name.localName.size();
@@ -184,108 +199,141 @@ void XMLWriter_X891::Encoder::takeNewName(const EventName& name) {
   if (!prefix.empty()) checkNCName(prefix);
 }
 
-// A name that is in a table is looked at again only where other declarations are in force.
+// A name that is in a table is checked again only where other declarations are in force.
 
 void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned index,
                                                bool isKnown) {
   Document& document = document_;
   document.attributes.beginTag();
-  if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
-  if (index == kNoIndex) {
-    takeNewName(name);
-    checkPrefix(name.prefix(), name.uri);
-    return;
-  }
-  std::uint64_t& bindings = recordAt(document.elementBindings, index);
+  if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
+  if (index == kNoIndex) checkNewName(name);
+  std::uint64_t fresh = 0;
+  std::uint64_t& bindings = index != kNoIndex ? recordAt(document.elementBindings, index) : fresh;
   if (bindings == document.bindings.version()) return;
-  checkPrefix(name.prefix(), name.uri);
+  xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), document.bindings));
   bindings = document.bindings.version();
 }
 
 void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned index,
                                                  bool isKnown) {
   Document& document = document_;
-  if (isKnown) {  // It was looked at, and has a record.
+  if (isKnown) {  // It was checked, and has a record.
     const AttributeRecord& record = document.attributeRecords[index];
     if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
       return;
     }
   }
-  if (!isKnown && !isSpelling(name.qName, name.prefix(), name.localName)) refuseSpelling(name);
-  if (!isKnown && name.localName == "xmlns" && name.prefix().empty()) {
-    throw SAXException("An attribute with the name \"xmlns\" is a namespace declaration");
-  }
+  if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   AttributeRecord fresh;
   AttributeRecord& record = index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
-  if (index == kNoIndex) takeNewName(name);
+  if (index == kNoIndex) checkNewName(name);
   if (record.bindings != document.bindings.version()) {
-    const std::string_view prefix = name.prefix();
-    if (!prefix.empty()) {
-      checkPrefix(prefix, name.uri);
-    } else if (!name.uri.empty()) {
-      throw SAXException("The attribute \"" + name.localName + "\" has the namespace \"" +
-                         name.uri + "\", but no prefix");
-    }
+    xml::refuseIf(
+        xml::whyNotAttribute(name.prefix(), &name.uri, spelling(name), document.bindings));
     record.bindings = document.bindings.version();
   }
   if (record.number == xml::UniqueAttributes::kUnknown) {
     record.number = document.attributes.number(name.uri, name.localName);
   }
-  if (!document.attributes.take(record.number)) {
-    throw SAXException("The attribute \"" + name.localName + "\" stands twice in a start tag");
+  if (!document.attributes.take(record.number)) throw SAXException(xml::givenTwice(spelling(name)));
+}
+
+// --- Attributes ---
+
+/// Whether an attribute declares a namespace. The qualified name decides, and the namespace only
+/// where there is none: otherwise it would go unnoticed that the two do not fit.
+static bool isDeclaration(const Attributes& attributes, int index) {
+  const std::string& qName = attributes.getQName(index);
+  return xml::isDeclarationName(qName) || (qName.empty() && isInXmlns(attributes, index));
+}
+
+/// Separates attributes from declarations. No declaration has a name that is known.
+void XMLWriter_X891::Encoder::recogniseAttributes(const Attributes& attributes) {
+  attributes_.clear();
+  declarations_.clear();
+  const int length = attributes.getLength();
+  for (int i = 0; i < length; ++i) {
+    const unsigned* const known = known_.attributes.find(
+        attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+    if (known != nullptr) {
+      attributes_.push_back({i, *known, kNoIndex, true});
+    } else if (isDeclaration(attributes, i)) {
+      declarations_.push_back(i);
+    } else {
+      attributes_.push_back({i, kNoIndex, kNoIndex, false});
+    }
   }
 }
 
-void XMLWriter_X891::Encoder::refuseSpelling(const EventName& name) {
-  checkNCName(name.localName);
-  throw SAXException("The qualified name \"" + name.qName +
-                     "\" does not belong to the local name \"" + name.localName + "\"");
+/// Checks the attributes, and looks up their names and values.
+void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
+  if (attributes_.empty()) return;
+  const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
+  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
+    const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
+                            attributes.getQName(i)};
+    if (!isKnown) {
+      assignName(name_, name);
+      if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
+    }
+    checkAttributeName(name, index, isKnown);
+    if (!isKnown && index != kNoIndex) {
+      known_.attributes.put(name.uri, name.localName, name.qName, index);
+    }
+    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+      checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+      continue;
+    }
+    const std::string& value = attributes.getValue(i);
+    if (value.empty()) continue;  // It is written as itself.
+    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) valueIndex = *found;
+    checkValue(value, valueIndex);
+  }
 }
 
-// --- Values ---
+void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
+  const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
+  StringIndexMap& values = vocabulary_.attributeValues;
+  const unsigned lookedUp = values.positions();
+  for (const auto& [i, index, valueIndex, isKnown] : attributes_) {
+    if (index != kNoIndex) {
+      encodeIndex(0, index);
+    } else {
+      encodeNewAttributeName(
+          {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
+    }
+    if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+      encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
+    } else if (valueIndex != kNoIndex) {
+      encodeIndex(kStringIndex, valueIndex);
+    } else {
+      const std::string& value = attributes.getValue(i);
+      const bool add = isIndexed(values, value);
+      if (values.positions() == lookedUp) {
+        writeNewString(add ? &values : nullptr, value);
+      } else {
+        writeString(&values, add, value);  // It may have come since, in this very tag.
+      }
+    }
+  }
+}
+
+/// Writes a name that was in no table when the tag began. The same one may have come since.
+void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
+  assignName(name_, name);
+  if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
+    encodeIndex(0, *index);
+  } else {
+    writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+  }
+}
 
 void XMLWriter_X891::Encoder::checkValue(const std::string& value, unsigned index) const {
-  // What the document itself brought into the table was looked at then; an external vocabulary may
+  // What the document itself brought into the table was checked then; an external vocabulary may
   // hold anything.
   if (index != kNoIndex && index >= document_.loadedValues) return;
   if (!xml::isEasyText(value) || value.size() > kLongestString) {
     checkText(value, "an attribute value");
-  }
-}
-
-void XMLWriter_X891::Encoder::checkTypedValue(const std::string& uri, int index,
-                                              const EncodedData& data) {
-  EncodingAlgorithm& algorithm = algorithmFor(uri, index);
-  if (!isBuiltIn(uri, index)) {
-    // It may give any text, and whoever reads the attribute may ask for it.
-    checkText(data.toString(), "an attribute value");
-    encodedValues_.push_back(encodedBy(algorithm, uri, false, data));
-    return;
-  }
-  if (index == algorithms::cdata) {
-    throw SAXException("The cdata algorithm cannot encode an attribute value");
-  }
-  checkBuiltIn(index, data);
-}
-
-void XMLWriter_X891::Encoder::encodeTypedValue(const std::string& uri, int index,
-                                               const EncodedData& data) {
-  if (isBuiltIn(uri, index)) {
-    if (checkBuiltIn(index, data) == 0) {
-      put(kEmptyString);
-    } else {
-      sendOctets();
-      algorithmFor(uri, index).encodeToOutputStream(false, data, *out_);
-    }
-    return;
-  }
-  const std::string octets = std::move(encodedValues_.front());
-  encodedValues_.pop_front();
-  if (octets.empty()) {
-    put(kEmptyString);
-  } else {
-    putAlgorithm(false, fieldOf(uri, index), octets.size());
-    putOctets(octets);
   }
 }
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "../../xml/Rules.h"
 #include "../format/Octets.h"
-#include "Checks.h"
 #include "WrittenVocabulary.h"
 #include "X891Encoder.h"
 
-// What stands in front of the root: the optional components (X.891, C.2) and the first children.
-// Comments and instructions are here, too.
+// What comes before the root: the optional components (X.891, C.2) and the first children. Comments
+// and processing instructions are here, too.
 
 namespace Tavrin {
 
@@ -16,40 +16,39 @@ using namespace fastinfoset;
 
 // --- Events. Each is kept until the root begins ---
 
-void XMLWriter_X891::Encoder::startDTD(const std::string& name, const std::string& publicId,
-                                       const std::string& systemId) {
-  attempt([&] {
-    writer_.XMLWriter::startDTD(name, publicId, systemId);
+void XMLWriter_X891::startDTD(const std::string& name, const std::string& publicId,
+                              const std::string& systemId) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::startDTD(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
-    checkRoom(publicId.size() + systemId.size(), 2);
-    document_.prolog.push_back({Kind::documentType, publicId, systemId});
+    encoder.checkRoom(publicId.size() + systemId.size(), 2);
+    encoder.document_.prolog.push_back({Encoder::Kind::documentType, publicId, systemId});
   });
 }
 
-void XMLWriter_X891::Encoder::endDTD() {
-  attempt([this] {
-    writer_.XMLWriter::endDTD();
-    document_.prolog.push_back({Kind::endOfDocumentType, {}, {}});
+void XMLWriter_X891::endDTD() {
+  encoder_->attempt([this](Encoder& encoder) {
+    XMLWriter::endDTD();
+    encoder.document_.prolog.push_back({Encoder::Kind::endOfDocumentType, {}, {}});
   });
 }
 
 // An identifier that is empty is left out, which the format allows of both (C.11).
-void XMLWriter_X891::Encoder::notationDecl(const std::string& name, const std::string& publicId,
-                                           const std::string& systemId) {
-  attempt([&] {
-    writer_.XMLWriter::notationDecl(name, publicId, systemId);
+void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
+                                  const std::string& systemId) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::notationDecl(name, publicId, systemId);
     checkNCName(name);
     checkIdentifiers(publicId, systemId);
-    document_.notations.push_back({name, publicId, systemId});
+    encoder.document_.notations.push_back({name, publicId, systemId, {}});
   });
 }
 
-void XMLWriter_X891::Encoder::unparsedEntityDecl(const std::string& name,
-                                                 const std::string& publicId,
-                                                 const std::string& systemId,
-                                                 const std::string& notationName) {
-  attempt([&] {
-    writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                                        const std::string& systemId,
+                                        const std::string& notationName) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
     checkNCName(name);
     checkNCName(notationName);
     checkIdentifiers(publicId, systemId);
@@ -57,82 +56,76 @@ void XMLWriter_X891::Encoder::unparsedEntityDecl(const std::string& name,
     if (systemId.empty()) {
       throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
     }
-    document_.unparsedEntities.push_back({name, publicId, systemId, notationName});
+    encoder.document_.unparsedEntities.push_back({name, publicId, systemId, notationName});
   });
 }
 
-void XMLWriter_X891::Encoder::externalEntityDecl(const std::string& name,
-                                                 const std::string& publicId,
-                                                 const std::string& systemId) {
-  attempt([&] {
-    // The reader "X891" tells of it in front of the first reference.
-    if (state_ != InElement) writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
+void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::string& publicId,
+                                        const std::string& systemId) {
+  encoder_->attempt([&](Encoder& encoder) {
+    // The reader "X891" reports it before the first reference.
+    if (state_ != InElement) XMLWriter::externalEntityDecl(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
     // The first declaration counts (XML 1.0, section 4.2).
-    document_.externalEntities.emplace(name, std::pair{publicId, systemId});
+    encoder.document_.externalEntities.emplace(name, std::pair{publicId, systemId});
   });
 }
 
 // Nothing is written of these, but they have their place.
 
-void XMLWriter_X891::Encoder::internalEntityDecl(const std::string& name,
-                                                 const std::string& value) {
-  attempt([&] { writer_.XMLWriter::internalEntityDecl(name, value); });
+void XMLWriter_X891::internalEntityDecl(const std::string& name, const std::string& value) {
+  encoder_->attempt([&](Encoder&) { XMLWriter::internalEntityDecl(name, value); });
 }
 
-void XMLWriter_X891::Encoder::elementDecl(const std::string& name, const std::string& model) {
-  attempt([&] { writer_.XMLWriter::elementDecl(name, model); });
+void XMLWriter_X891::elementDecl(const std::string& name, const std::string& model) {
+  encoder_->attempt([&](Encoder&) { XMLWriter::elementDecl(name, model); });
 }
 
-void XMLWriter_X891::Encoder::attributeDecl(const std::string& eName, const std::string& aName,
-                                            const std::string& type, const std::string& mode,
-                                            const std::string& value) {
-  attempt([&] { writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value); });
+void XMLWriter_X891::attributeDecl(const std::string& eName, const std::string& aName,
+                                   const std::string& type, const std::string& mode,
+                                   const std::string& value) {
+  encoder_->attempt([&](Encoder&) { XMLWriter::attributeDecl(eName, aName, type, mode, value); });
 }
 
-void XMLWriter_X891::Encoder::comment(const std::string& text) {
-  attempt([&] {
-    writer_.XMLWriter::comment(text);
-    checkComment(text);
+void XMLWriter_X891::comment(const std::string& text) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::comment(text);
+    checkText(text, "a comment");
+    xml::refuseIf(xml::whyNotComment(text));
     if (state_ == InDTD) return;
-    if (document_.childrenBegan) {
-      isWriting_ = true;
-      encodeComment(text);
-    } else {
-      document_.prolog.push_back({Kind::comment, text, {}});
+    if (!encoder.document_.childrenBegan) {
+      encoder.document_.prolog.push_back({Encoder::Kind::comment, text, {}});
+      return;
     }
+    encoder.isWriting_ = true;
+    encoder.encodeComment(text);
   });
 }
 
-void XMLWriter_X891::Encoder::processingInstruction(const std::string& target,
-                                                    const std::string& data) {
-  attempt([&] {
-    writer_.XMLWriter::processingInstruction(target, data);
-    checkTarget(target);
-    checkInstructionData(data);
-    checkRoom(target.size(), 1);
-    // White space in front of the data belongs to the markup (XML 1.0, production 16).
+void XMLWriter_X891::processingInstruction(const std::string& target, const std::string& data) {
+  encoder_->attempt([&](Encoder& encoder) {
+    XMLWriter::processingInstruction(target, data);
+    checkNCName(target);
+    xml::refuseIf(xml::whyNotTarget(target));
+    checkText(data, "a processing instruction");
+    xml::refuseIf(xml::whyNotInstructionData(data));
+    encoder.checkRoom(target.size(), 1);
+    // White space before the data belongs to the markup (XML 1.0, production 16).
     const std::size_t space = std::min(data.find_first_not_of(" \t\r\n"), data.size());
-    if (space == 0) {
-      writeInstruction(target, data);
-    } else {
-      writeInstruction(target, data.substr(space));
+    std::string rest;
+    const std::string& written = space == 0 ? data : rest = data.substr(space);
+    if (!encoder.document_.childrenBegan) {
+      encoder.document_.prolog.push_back({Encoder::Kind::instruction, target, written});
+      return;
     }
+    encoder.isWriting_ = true;
+    encoder.encodeProcessingInstruction(target, written);
   });
-}
-
-void XMLWriter_X891::Encoder::writeInstruction(const std::string& target, const std::string& data) {
-  if (document_.childrenBegan) {
-    isWriting_ = true;
-    encodeProcessingInstruction(target, data);
-  } else {
-    document_.prolog.push_back({Kind::instruction, target, data});
-  }
 }
 
 // --- Writing ---
 
-/// Writes all that stands in front of the root.
+/// Writes all that comes before the root.
 void XMLWriter_X891::Encoder::beginChildren(const WrittenVocabulary& vocabulary) {
   Document& document = document_;
   document.childrenBegan = true;
@@ -153,17 +146,15 @@ void XMLWriter_X891::Encoder::writeComponents(const WrittenVocabulary& vocabular
       (document.unparsedEntities.empty() ? 0U : kUnparsedEntities) |
       (standalone_ ? kStandalone : 0U) | (xmlVersion_ ? kVersion : 0U));
   if (vocabulary.tables() != 0) writeVocabulary(vocabulary);
-  for (const Notation& notation : document.notations) {
-    put(kNotation | (notation.systemId.empty() ? 0 : kSystemIdentifier) |
-        (notation.publicId.empty() ? 0 : kPublicIdentifier));
-    writeIdentifier(&vocabulary_.otherNCNames, notation.name);
-    encodeIdentifiers(notation.systemId, notation.publicId);
+  for (const auto& [name, publicId, systemId, notationName] : document.notations) {
+    encodeExternal(kNotation, &name, publicId, systemId);
   }
   if (!document.notations.empty()) put(kTerminator);
-  for (const UnparsedEntity& entity : document.unparsedEntities) {
+  for (const Declaration& entity : document.unparsedEntities) {
     put(kUnparsedEntity | (entity.publicId.empty() ? 0 : kPublicIdentifier));
     writeIdentifier(&vocabulary_.otherNCNames, entity.name);
-    encodeIdentifiers(entity.systemId, entity.publicId);
+    writeIdentifier(&vocabulary_.otherURIs, entity.systemId);
+    if (!entity.publicId.empty()) writeIdentifier(&vocabulary_.otherURIs, entity.publicId);
     writeIdentifier(&vocabulary_.otherNCNames, entity.notationName);
   }
   if (!document.unparsedEntities.empty()) put(kTerminator);
@@ -172,8 +163,13 @@ void XMLWriter_X891::Encoder::writeComponents(const WrittenVocabulary& vocabular
   if (xmlVersion_) writeString(&vocabulary_.otherStrings, false, *xmlVersion_);
 }
 
-void XMLWriter_X891::Encoder::encodeIdentifiers(const std::string& systemId,
-                                                const std::string& publicId) {
+/// Writes the first octet of an item, its name, unless that is null, and its identifiers.
+void XMLWriter_X891::Encoder::encodeExternal(unsigned octet, const std::string* name,
+                                             const std::string& publicId,
+                                             const std::string& systemId) {
+  put(octet | (systemId.empty() ? 0 : kSystemIdentifier) |
+      (publicId.empty() ? 0 : kPublicIdentifier));
+  if (name != nullptr) writeIdentifier(&vocabulary_.otherNCNames, *name);
   if (!systemId.empty()) writeIdentifier(&vocabulary_.otherURIs, systemId);
   if (!publicId.empty()) writeIdentifier(&vocabulary_.otherURIs, publicId);
 }
@@ -198,9 +194,7 @@ void XMLWriter_X891::Encoder::writeProlog() {
           break;
         }
         flushTerminator(false);
-        put(kDocumentType | (second.empty() ? 0 : kSystemIdentifier) |
-            (first.empty() ? 0 : kPublicIdentifier));
-        encodeIdentifiers(second, first);
+        encodeExternal(kDocumentType, nullptr, first, second);
         break;
       case Kind::endOfDocumentType:
         flushTerminator(false);

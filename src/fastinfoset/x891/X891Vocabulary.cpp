@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "../format/Dialect.h"
-#include "Checks.h"
 #include "X891Encoder.h"
 
 // The vocabulary that a document begins with (X.891, C.2.5 and 7.2): built in, external, and its

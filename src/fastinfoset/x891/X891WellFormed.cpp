@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "../../xml/Characters.h"
+#include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
 #include "../format/Octets.h"
 #include "X891Decoder.h"
@@ -12,6 +12,10 @@
 // enter the document, names once for the declarations in scope.
 
 namespace Tavrin::fastinfoset {
+
+void X891Decoder::failIf(const std::string& reason) const {
+  if (!reason.empty()) fail(reason);
+}
 
 void X891Decoder::checkText(std::string_view text) {
   if (xml::isEasyText(text)) return;
@@ -27,9 +31,10 @@ void X891Decoder::checkEntry(unsigned table, const std::string& entry) {
   }
 }
 
-void X891Decoder::checkExternalId(const std::string& publicId, const std::string& systemId) const {
-  if (!xml::isPublicId(publicId)) fail("Invalid public identifier \"" + publicId + "\"");
-  if (!xml::isSystemId(systemId)) fail("Invalid system identifier \"" + systemId + "\"");
+void X891Decoder::checkExternalId(const std::string& publicId,
+                                              const std::string& systemId) const {
+  failIf(xml::whyNotPublicId(publicId));
+  failIf(xml::whyNotSystemId(systemId));
 }
 
 // --- Namespaces ---
@@ -46,11 +51,8 @@ std::uint32_t X891Decoder::decodeDeclarations() {
     decodeDeclaration(octet, prefix, namespaceName);
     fromTables_ += prefix.size() + namespaceName.size();
     checkAmplification();
-    const std::string why = xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1");
-    if (!why.empty()) fail(why);
-    if (bindings.isDeclaredSince(prefix, outside)) {
-      fail("The prefix \"" + prefix + "\" is declared twice by an element");
-    }
+    failIf(xml::whyNotDeclarable(prefix, namespaceName, document.version == "1.1"));
+    if (bindings.isDeclaredSince(prefix, outside)) fail(xml::declaredTwice(prefix));
     const std::size_t octets = bindings.octets();
     bindings.declare(prefix, namespaceName);
     accountFor(bindings.octets() - octets);
@@ -61,18 +63,6 @@ std::uint32_t X891Decoder::decodeDeclarations() {
 
 std::size_t X891Decoder::deliveredOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
-}
-
-void X891Decoder::checkBinding(const Name& name) const {
-  const std::string& bound = document_.bindings.find(name.prefix);
-  const bool isUnbound = !name.prefix.empty() && bound.empty();
-  if (bound == name.namespaceName && !isUnbound) return;
-  if (name.prefix.empty()) {
-    fail("Element \"" + name.localName + "\" in the namespace \"" + name.namespaceName +
-         "\" where the default namespace is \"" + bound + "\"");
-  }
-  fail("The prefix \"" + name.prefix + "\" is not bound to the namespace \"" + name.namespaceName +
-       "\"");
 }
 
 /// Finds out how many octets are allowed now that more have been read. Measured: asking that each
@@ -92,7 +82,7 @@ void X891Decoder::checkElementName(Name& name) {
   Document& document = document_;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
-    checkBinding(name);
+    failIf(xml::whyNotElement(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
     name.octets = deliveredOctetsOf(name);
   }
@@ -102,15 +92,7 @@ void X891Decoder::checkElementName(Name& name) {
 void X891Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
   if (name.bindings != document.bindings.version()) {
-    if (name.prefix.empty()) {
-      if (!name.namespaceName.empty()) {
-        fail("Attribute \"" + name.localName + "\" in a namespace, but without a prefix");
-      }
-      // As XML, it would declare the default namespace.
-      if (name.localName == "xmlns") fail("Attribute with the name \"xmlns\"");
-    } else {
-      checkBinding(name);
-    }
+    failIf(xml::whyNotAttribute(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
     name.octets = deliveredOctetsOf(name);
   }
@@ -129,7 +111,7 @@ void X891Decoder::checkAttributeName(Name& name) {
     // What the table has no place for is remembered here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(countedOctets(name));
   }
-  if (!attributes.take(name.identity)) fail("Attribute \"" + name.qName + "\" is there twice");
+  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName));
 }
 
 }  // namespace Tavrin::fastinfoset

@@ -1,10 +1,15 @@
 #include <Tavrin/XMLWriter_X891.h>
 
+#include "../../sax/AtLimit.h"
+#include "../../xml/Rules.h"
 #include "X891Encoder.h"
 
-// The writer as an object. What its events do, its encoder does.
+// The writer as an object, its properties, the life of a document, and what enters the tables. The
+// other events are in X891Prolog.cpp, X891Elements.cpp, X891Content.cpp and X891Algorithms.cpp.
 
 namespace Tavrin {
+
+using namespace fastinfoset;
 
 const XMLWriterType XMLWriter_X891::type_("X891", &XMLWriter_X891::create);
 
@@ -14,116 +19,173 @@ XMLWriter_X891::~XMLWriter_X891() = default;
 
 std::unique_ptr<XMLWriter> XMLWriter_X891::create() { return std::make_unique<XMLWriter_X891>(); }
 
+XMLWriter_X891::Encoder::Encoder(XMLWriter_X891& writer)
+    : fastinfoset::Encoder(kDialectX891, {writer.out_, EncoderState::pendingTerminator,
+                                          EncoderState::characters, EncoderState::builtIn}),
+      writer_(writer) {
+  limits_.indexedAttributeValueLength = kIndexedLengthDefault;
+  limits_.indexedChunkLength = kIndexedLengthDefault;
+  limits_.maximumTableOctets = kMaximumTableOctetsDefault;
+  gathers_ = true;  // Also between events: each sends its octets when it is done.
+}
+
+// --- Properties ---
+
+/// Calls a function with the property of a name, and with its default where it always has a value.
+/// @return false where there is no such property
+template <typename Visit>
+bool XMLWriter_X891::Encoder::visitProperty(const std::string& name, Visit visit) {
+  if (name == properties::documentXMLVersion) {
+    visit(xmlVersion_);
+  } else if (name == properties::standalone) {
+    visit(standalone_);
+  } else if (name == properties::registeredEncodingAlgorithms) {
+    visit(registeredAlgorithms_);
+  } else if (name == properties::externalVocabularies) {
+    visit(externalVocabularies_);
+  } else if (name == properties::externalVocabulary) {
+    visit(externalVocabulary_);
+  } else if (name == properties::initialVocabulary) {
+    visit(initialVocabulary_);
+  } else if (name == properties::indexedAttributeValueLength) {
+    visit(limits_.indexedAttributeValueLength, kIndexedLengthDefault);
+  } else if (name == properties::indexedChunkLength) {
+    visit(limits_.indexedChunkLength, kIndexedLengthDefault);
+  } else if (name == properties::maximumTableOctets) {
+    visit(limits_.maximumTableOctets, kMaximumTableOctetsDefault);
+  } else if (name == properties::maximumDepth) {
+    visit(maximumDepth_, UINT64_MAX);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+namespace {
+
+struct SetProperty {
+  void* value;
+
+  template <typename Value>
+  void operator()(std::optional<Value>& property) const {
+    property.reset();
+    if (value != nullptr) property = *static_cast<const Value*>(value);
+  }
+  template <typename Map>
+  void operator()(Map*& property) const {
+    property = static_cast<Map*>(value);
+  }
+  void operator()(std::uint64_t& property, std::uint64_t standard) const {
+    property = value != nullptr ? *static_cast<const std::uint64_t*>(value) : standard;
+  }
+};
+
+struct GetProperty {
+  void*& value;
+
+  template <typename Value>
+  void operator()(std::optional<Value>& property) const {
+    value = property ? &*property : nullptr;
+  }
+  template <typename Map>
+  void operator()(Map*& property) const {
+    value = property;
+  }
+  void operator()(std::uint64_t& property, std::uint64_t /*standard*/) const { value = &property; }
+};
+
+}  // namespace
+
 void XMLWriter_X891::setProperty(const std::string& name, void* value) {
-  if (!encoder_->setProperty(name, value)) XMLWriter::setProperty(name, value);
+  if (name == properties::documentXMLVersion && value != nullptr) {
+    xml::refuseIf(xml::whyNotVersion(*static_cast<const std::string*>(value)));
+  }
+  if (!encoder_->visitProperty(name, SetProperty{value})) XMLWriter::setProperty(name, value);
 }
 
 void* XMLWriter_X891::getProperty(const std::string& name) {
   void* value = nullptr;
-  return encoder_->getProperty(name, value) ? value : XMLWriter::getProperty(name);
+  const bool isKnown = encoder_->visitProperty(name, GetProperty{value});
+  return isKnown ? value : XMLWriter::getProperty(name);
 }
 
-EncodingAlgorithm* XMLWriter_X891::getEncodingAlgorithm(const std::string& uri, int index) {
-  return encoder_->getEncodingAlgorithm(uri, index);
+// --- The document ---
+
+void XMLWriter_X891::startDocument() {
+  encoder_->attempt([this](Encoder& encoder) {
+    if (state_ == Initial) encoder.findExternalVocabulary();
+    XMLWriter::startDocument();
+    encoder.beginDocument();
+  });
 }
 
-// --- Events ---
-
-void XMLWriter_X891::startDocument() { encoder_->startDocument(); }
-
-void XMLWriter_X891::endDocument() { encoder_->endDocument(); }
-
-void XMLWriter_X891::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  encoder_->startPrefixMapping(prefix, uri);
+void XMLWriter_X891::Encoder::beginDocument() {
+  clearTables();
+  document_ = {};
+  pendingTerminator = false;
+  characters.clear();
+  namespaces_.clear();
 }
 
-void XMLWriter_X891::startElement(const std::string& uri, const std::string& localName,
-                                  const std::string& qName, const Attributes& attributes) {
-  encoder_->startElement(uri, localName, qName, attributes);
+void XMLWriter_X891::endDocument() {
+  encoder_->attempt([this](Encoder& encoder) {
+    if (state_ == Prolog || state_ == AfterDTD) {
+      throw SAXException("You cannot end a document without an element");
+    }
+    encoder.isWriting_ = state_ == AfterRoot;  // Otherwise it is refused.
+    XMLWriter::endDocument();
+    encoder.finishDocument();
+  });
 }
 
-void XMLWriter_X891::endElement(const std::string& uri, const std::string& localName,
-                                const std::string& qName) {
-  encoder_->endElement(uri, localName, qName);
+void XMLWriter_X891::reset() {
+  XMLWriter::reset();
+  encoder_->beginDocument();
 }
 
-void XMLWriter_X891::characters(const std::string& text) { encoder_->characters(text); }
-
-void XMLWriter_X891::ignorableWhitespace(const std::string& text) {
-  encoder_->ignorableWhitespace(text);
+void XMLWriter_X891::Encoder::breakOff() noexcept {
+  isWriting_ = false;
+  document_.isBroken = true;
+  writer_.state_ = Ended;
+  // Octets of this event must not come later. The failure to report is the first one.
+  try {
+    sendOctets();
+  } catch (...) {
+    return;
+  }
 }
 
-void XMLWriter_X891::processingInstruction(const std::string& target, const std::string& data) {
-  encoder_->processingInstruction(target, data);
+// --- Checks ---
+
+void XMLWriter_X891::Encoder::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
+  // Names and identifiers enter a reader's tables in any case.
+  const std::uint64_t most = std::max(kReadersTableOctets, limits_.maximumTableOctets);
+  if (limits_.tableOctets + octets + entries * kEntryOctets > most) {
+    throw SAXException(atLimit("The vocabulary takes more than " + std::to_string(most) + " octets",
+                               properties::maximumTableOctets));
+  }
 }
 
-void XMLWriter_X891::skippedEntity(const std::string& name) { encoder_->skippedEntity(name); }
-
-void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
-                                  const std::string& systemId) {
-  encoder_->notationDecl(name, publicId, systemId);
+void fastinfoset::checkLength(std::uint64_t octets) {
+  if (octets <= kLongestString) return;
+  throw SAXException("String longer than " + std::to_string(kLongestString) + " octets");
 }
 
-void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::string& publicId,
-                                        const std::string& systemId,
-                                        const std::string& notationName) {
-  encoder_->unparsedEntityDecl(name, publicId, systemId, notationName);
+void fastinfoset::checkText(const std::string& text, const char* place) {
+  checkLength(text.size());
+  xml::refuseIf(xml::whyNotText(text, place));
 }
 
-void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::string& publicId,
-                                        const std::string& systemId) {
-  encoder_->externalEntityDecl(name, publicId, systemId);
+void fastinfoset::checkNCName(std::string_view name) {
+  checkLength(name.size());
+  xml::refuseIf(xml::whyNotNCName(name));
 }
 
-void XMLWriter_X891::internalEntityDecl(const std::string& name, const std::string& value) {
-  encoder_->internalEntityDecl(name, value);
-}
-
-void XMLWriter_X891::elementDecl(const std::string& name, const std::string& model) {
-  encoder_->elementDecl(name, model);
-}
-
-void XMLWriter_X891::attributeDecl(const std::string& eName, const std::string& aName,
-                                   const std::string& type, const std::string& mode,
-                                   const std::string& value) {
-  encoder_->attributeDecl(eName, aName, type, mode, value);
-}
-
-void XMLWriter_X891::startDTD(const std::string& name, const std::string& publicId,
-                              const std::string& systemId) {
-  encoder_->startDTD(name, publicId, systemId);
-}
-
-void XMLWriter_X891::endDTD() { encoder_->endDTD(); }
-
-void XMLWriter_X891::startCDATA() { encoder_->startCDATA(); }
-
-void XMLWriter_X891::endCDATA() { encoder_->endCDATA(); }
-
-void XMLWriter_X891::comment(const std::string& text) { encoder_->comment(text); }
-
-void XMLWriter_X891::reset() { encoder_->reset(); }
-
-void XMLWriter_X891::bytes(const std::string& data) { encoder_->bytes(data); }
-
-void XMLWriter_X891::shorts(const std::vector<short>& data) { encoder_->shorts(data); }
-
-void XMLWriter_X891::ints(const std::vector<long>& data) { encoder_->ints(data); }
-
-void XMLWriter_X891::longs(const std::vector<long>& data) { encoder_->longs(data); }
-
-void XMLWriter_X891::booleans(const std::vector<bool>& data) { encoder_->booleans(data); }
-
-void XMLWriter_X891::floats(const std::vector<float>& data) { encoder_->floats(data); }
-
-void XMLWriter_X891::doubles(const std::vector<double>& data) { encoder_->doubles(data); }
-
-void XMLWriter_X891::octets(const std::string& uri, int index, const std::string& data) {
-  encoder_->octets(uri, index, data);
-}
-
-void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData& data) {
-  encoder_->object(uri, index, data);
+void fastinfoset::checkIdentifiers(const std::string& publicId, const std::string& systemId) {
+  checkLength(publicId.size());
+  checkLength(systemId.size());
+  xml::refuseIf(xml::whyNotPublicId(publicId));
+  xml::refuseIf(xml::whyNotSystemId(systemId));
 }
 
 }  // namespace Tavrin

@@ -4,65 +4,24 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <map>
-#include <ostream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "../../xml/NamespaceBindings.h"
 #include "../../io/EventOctets.h"
+#include "../../xml/NamespaceBindings.h"
+#include "Markup.h"
 #include "XML10StartTag.h"
 
 namespace Tavrin {
 
-/// Composes the document: what the writer's events write, and what it keeps of a document.
-class XMLWriter_XML10::Composer {
+/// What the writer's events share: composing what they write, and what is kept of a document.
+class TAVRIN_LOCAL XMLWriter_XML10::Composer : public Markup<XMLWriter_XML10::Composer> {
  public:
-  explicit Composer(XMLWriter_XML10& writer);
-
-  // --- Events, as the writer has them ---
-
-  void startDocument();
-  void endDocument();
-  void startPrefixMapping(const std::string& prefix, const std::string& uri);
-  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
-                    const Attributes& attributes);
-  void endElement(const std::string& uri, const std::string& localName, const std::string& qName);
-  void characters(const std::string& text);
-  void ignorableWhitespace(const std::string& text);
-  void processingInstruction(const std::string& target, const std::string& data);
-  void skippedEntity(const std::string& name);
-  void notationDecl(const std::string& name, const std::string& publicId,
-                    const std::string& systemId);
-  void unparsedEntityDecl(const std::string& name, const std::string& publicId,
-                          const std::string& systemId, const std::string& notationName);
-  void elementDecl(const std::string& name, const std::string& model);
-  void attributeDecl(const std::string& eName, const std::string& aName, const std::string& type,
-                     const std::string& mode, const std::string& value);
-  void internalEntityDecl(const std::string& name, const std::string& value);
-  void externalEntityDecl(const std::string& name, const std::string& publicId,
-                          const std::string& systemId);
-  void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId);
-  void endDTD();
-  void startEntity(const std::string& name);
-  void endEntity(const std::string& name);
-  void startCDATA();
-  void endCDATA();
-  void comment(const std::string& text);
-
-  // --- As the writer has them ---
-
-  bool* findFeature(const std::string& name);
-  bool setProperty(const std::string& name, void* value);
-  bool getProperty(const std::string& name, void*& value);
-  void flush();
-  void reset();
-
- private:
-  /// What the writer keeps of a document.
+  /// What is kept of a document.
   struct Document {
     bool isBroken = false;  // An event failed when some of it may have been written.
 
@@ -110,6 +69,70 @@ class XMLWriter_XML10::Composer {
     XML10StartTag::Defaults defaults;
   };
 
+  /// What an external identifier belongs to.
+  enum class Declared { DocumentType, Notation, Entity };
+
+  explicit Composer(XMLWriter_XML10& writer) : writer_(writer) {}
+
+  /// Composes an event and writes it out, or leaves everything as it was. Where writing it fails,
+  /// nobody can tell what has been written, and nothing may follow.
+  template <typename Body>
+  void perform(Body body);
+  void requireSound() const;
+
+  /// Composes pieces of the document.
+  template <typename... Pieces>
+  void write(const Pieces&... pieces) {
+    ((composed_ += pieces), ...);
+  }
+  /// Whether nothing waits to be written and no line is to be broken: most events come like that,
+  /// and are composed in the room of the stream. Measured: writing takes a quarter less time than
+  /// the other way.
+  bool isDirect() const;
+  void writeVerbatim(std::string_view text);
+
+  /// Completes what the innermost container leaves open before its first content.
+  void startChild();
+  /// Begins what stands on a line of its own.
+  /// @return false outside of the internal subset: nothing is to be written
+  bool startItem();
+  void indent() { indent(writer_.elements_.size()); }
+  void indent(std::size_t depth);
+  void forbidIndentation();
+
+  void composeStartTag(EventOctets& octets, const XML10StartTag::Element& element);
+  void closeElement();
+  void writeSection(std::string_view text);
+
+  /// Whether events stand in the external subset or an external parameter entity, to which the
+  /// document refers.
+  bool isOutsideInternalSubset() const {
+    return writer_.state_ == InDTD && document_.entitiesOutside > 0;
+  }
+  void writeSystemLiteral(std::string_view systemId);
+  void writeExternalIdentifier(Declared declared, const std::string& publicId,
+                               const std::string& systemId);
+  void writeDefault(const std::string& mode, const std::string& value);
+  void writeGeneralReference(const std::string& name);
+  void writeParameterReference(const std::string& name);
+  void declareEntity(const std::string& name, Document::EntityKind kind, bool isAllowed);
+  void rememberDefault(const std::string& eName, const std::string& aName, const std::string& mode,
+                       const std::string& value);
+
+  bool autoIndent_ = false;
+  bool emptyTags_ = true;
+  bool xmlDeclaration_ = true;
+  std::string version_ = "1.0";
+  unsigned indentWidth_ = 2;
+  std::uint64_t maximumDepth_ = UINT64_MAX;
+  char quote_ = '\'';
+  std::optional<bool> standalone_;
+
+  std::string composed_;                 // Octets that are not written out yet.
+  std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
+  Document document_;
+
+ private:
   /// What to return to when an event is refused.
   struct Mark {
     WriterState state;
@@ -123,73 +146,28 @@ class XMLWriter_XML10::Composer {
     std::size_t brackets;
   };
 
-  /// What an external identifier belongs to.
-  enum class Declared { DocumentType, Notation, Entity };
-
-  template <typename Body>
-  void perform(Body body);
   Mark mark() const;
   void restore(const Mark& mark);
-  void requireSound() const;
   void breakOff() noexcept;
   template <typename Write>
   void writeOrBreakOff(Write write);
   void commit();
   void send();
   void writeOut();
-  template <typename... Pieces>
-  void write(const Pieces&... pieces);
-  void startChild();
-  void indent();
-  bool isDirect() const;
-  void writeDirectly(EventOctets& octets);
-  void composeStartTag(EventOctets& octets, const std::string& uri, const std::string& localName,
-                       const std::string& qName, const Attributes& attributes);
-  void closeElement();
-  void forbidIndentation();
-  void writeSection(std::string_view text);
-  void writeAttributeValue(std::string_view value);
-  void writeSystemLiteral(std::string_view systemId);
-  void writeExternalIdentifier(Declared declared, const std::string& publicId,
-                               const std::string& systemId);
-  void writeDefault(const std::string& mode, const std::string& value);
-  bool isOutsideInternalSubset() const;
-  void writeGeneralReference(const std::string& name);
-  void writeParameterReference(const std::string& name);
-  void rememberDefault(const std::string& eName, const std::string& aName, const std::string& mode,
-                       const std::string& value);
 
   XMLWriter_XML10& writer_;
-  std::ostream* const& out_;
-  WriterState& state_;
-  bool& hasContent_;
-  std::deque<Element>& elements_;
-
-  bool autoIndent_ = false;
-  bool emptyTags_ = true;
-  bool xmlDeclaration_ = true;
-  std::string composed_;                 // Octets that are not written out yet.
-  std::vector<std::string> namespaces_;  // What the next start tag declares: prefix, name, ...
-  std::string version_ = "1.0";
-  unsigned indentWidth_ = 2;
-  std::uint64_t maximumDepth_ = UINT64_MAX;
-  char quote_ = '\'';
-  bool standalone_ = false;
-  bool statesStandalone_ = false;
-  Document document_;
 };
 
-/// Whether events stand in the external subset or an external parameter entity, to which the
-/// document refers.
-inline bool XMLWriter_XML10::Composer::isOutsideInternalSubset() const {
-  return state_ == InDTD && document_.entitiesOutside > 0;
+inline bool XMLWriter_XML10::Composer::isDirect() const {
+  return writer_.state_ == InElement && !autoIndent_ && composed_.empty() &&
+         document_.breaks.empty();
 }
 
 inline XMLWriter_XML10::Composer::Mark XMLWriter_XML10::Composer::mark() const {
-  return {state_,
-          hasContent_,
+  return {writer_.state_,
+          writer_.hasContent_,
           isOutsideInternalSubset(),
-          elements_.size(),
+          writer_.elements_.size(),
           composed_.size(),
           document_.breaks.size(),
           document_.bindings.count(),
@@ -197,26 +175,18 @@ inline XMLWriter_XML10::Composer::Mark XMLWriter_XML10::Composer::mark() const {
           document_.brackets};
 }
 
-/// Composes pieces of the document.
-template <typename... Pieces>
-void XMLWriter_XML10::Composer::write(const Pieces&... pieces) {
-  ((composed_ += pieces), ...);
-}
-
-/// Composes an event and writes it out, or leaves everything as it was. Where writing it fails,
-/// nobody can tell what has been written, and nothing may follow.
 template <typename Body>
 void XMLWriter_XML10::Composer::perform(Body body) {
   requireSound();
   const Mark before = mark();
   try {
-    body();
+    body(*this);
   } catch (...) {
     restore(before);
     throw;
   }
   // What is not written is not content.
-  if (before.isOutside && state_ == InDTD) hasContent_ = before.hasContent;
+  if (before.isOutside && writer_.state_ == InDTD) writer_.hasContent_ = before.hasContent;
   commit();
 }
 

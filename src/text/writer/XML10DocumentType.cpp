@@ -1,14 +1,15 @@
 #include <Tavrin/XMLWriter_XML10.h>
 
-#include "../../xml/Characters.h"
 #include "../../xml/Declarations.h"
 #include "../../xml/Escapes.h"
-#include "../../xml/Requirements.h"
+#include "../../xml/Rules.h"
 #include "XML10Composer.h"
 
 // The document type and its declarations (XML 1.0, sections 2.8, 3.2, 3.3 and 4).
 
 namespace Tavrin {
+
+using namespace xml;
 
 namespace {
 
@@ -21,42 +22,42 @@ std::string declaredName(const std::string& name) {
   return isParameterEntity(name) ? "% " + name.substr(1) : name;
 }
 
-void requireEntityName(const std::string& name) {
-  xml::requireNCName(isParameterEntity(name) ? name.substr(1) : name);
+std::string whyNotEntityName(const std::string& name) {
+  return whyNotNCName(isParameterEntity(name) ? name.substr(1) : name);
 }
 
 }  // namespace
 
 // --- The declaration itself, and its external parts ---
 
-void XMLWriter_XML10::Composer::startDTD(const std::string& name, const std::string& publicId,
-                                         const std::string& systemId) {
-  perform([&] {
-    indent();
-    writer_.XMLWriter::startDTD(name, publicId, systemId);
-    write("<!DOCTYPE ", name);
-    writeExternalIdentifier(Declared::DocumentType, publicId, systemId);
-    xml::requireQName(name);
-    document_.hasExternalSubset = !publicId.empty() || !systemId.empty();
+void XMLWriter_XML10::startDTD(const std::string& name, const std::string& publicId,
+                               const std::string& systemId) {
+  composer_->perform([&](Composer& composer) {
+    composer.indent();
+    XMLWriter::startDTD(name, publicId, systemId);
+    composer.beginDocumentType(name);
+    composer.writeExternalIdentifier(Composer::Declared::DocumentType, publicId, systemId);
+    refuseIf(whyNotQName(name));
+    composer.document_.hasExternalSubset = !publicId.empty() || !systemId.empty();
   });
 }
 
-void XMLWriter_XML10::Composer::endDTD() {
-  perform([this] {
+void XMLWriter_XML10::endDTD() {
+  composer_->perform([this](Composer& composer) {
     const bool hadContent = hasContent_;
-    writer_.XMLWriter::endDTD();
+    XMLWriter::endDTD();
     if (hadContent) {
-      indent();
-      write("]");
+      composer.indent();
+      composer.write("]");
     }
-    write(">");
+    composer.endDeclaration();
   });
 }
 
-void XMLWriter_XML10::Composer::startEntity(const std::string& name) {
-  requireSound();
+void XMLWriter_XML10::startEntity(const std::string& name) {
+  composer_->requireSound();
   if (state_ != InDTD) return;
-  Document& document = document_;
+  Composer::Document& document = composer_->document_;
   if (document.entitiesOutside > 0) {
     ++document.entitiesOutside;
   } else if (name == "[dtd]") {
@@ -65,31 +66,32 @@ void XMLWriter_XML10::Composer::startEntity(const std::string& name) {
     // What an internal entity declares is written in its place: only a parser can tell whether its
     // text would do as it stands.
     const auto found = document.entities.find(name);
-    const bool isInternal =
-        found != document.entities.end() && found->second != Document::EntityKind::External;
+    const bool isInternal = found != document.entities.end() &&
+                            found->second != Composer::Document::EntityKind::External;
     if (isInternal) return;
-    writeParameterReference(name);
+    composer_->writeParameterReference(name);
     document.entitiesOutside = 1;
   }
 }
 
-void XMLWriter_XML10::Composer::endEntity(const std::string& /*name*/) {
-  requireSound();
-  if (state_ == InDTD && document_.entitiesOutside > 0) --document_.entitiesOutside;
+void XMLWriter_XML10::endEntity(const std::string& /*name*/) {
+  composer_->requireSound();
+  if (composer_->isOutsideInternalSubset()) --composer_->document_.entitiesOutside;
 }
 
 // --- References ---
 
-void XMLWriter_XML10::Composer::skippedEntity(const std::string& name) {
-  requireSound();
+void XMLWriter_XML10::skippedEntity(const std::string& name) {
+  Composer& composer = *composer_;
+  composer.requireSound();
   if (name == "[dtd]") return;
   if (isParameterEntity(name) && state_ == InDTD) {
-    if (!isOutsideInternalSubset()) writeParameterReference(name);
-    document_.passesDeclarations = !document_.isStandalone;
-  } else if (isOutsideInternalSubset()) {
+    if (!composer.isOutsideInternalSubset()) composer.writeParameterReference(name);
+    composer.document_.passesDeclarations = !composer.document_.isStandalone;
+  } else if (composer.isOutsideInternalSubset()) {
     return;
   } else if (!isParameterEntity(name) && state_ == InElement) {
-    writeGeneralReference(name);
+    composer.writeGeneralReference(name);
   } else {
     throw SAXException("You cannot refer to an entity at this point");
   }
@@ -99,35 +101,33 @@ void XMLWriter_XML10::Composer::skippedEntity(const std::string& name) {
 /// and, as far as can be seen here, its text may stand there.
 void XMLWriter_XML10::Composer::writeGeneralReference(const std::string& name) {
   using Kind = Document::EntityKind;
-  perform([&] {
-    xml::requireNCName(name);
+  perform([&](Composer&) {
+    refuseIf(whyNotNCName(name));
     const Document& document = document_;
     const auto found = document.entities.find(name);
     if (found == document.entities.end()) {
       const bool mayBeElsewhere =
           !document.isStandalone && (document.hasExternalSubset || document.hasParameterReferences);
-      if (!mayBeElsewhere && !xml::isPredefinedEntity(name)) {
+      if (!mayBeElsewhere && !isPredefinedEntity(name)) {
         throw SAXException("The entity " + quoted(name) + " is not declared");
       }
     } else if (found->second == Kind::Unparsed) {
       throw SAXException("You cannot refer to the unparsed entity " + quoted(name));
-    } else if (found->second == Kind::Markup && !xml::isPredefinedEntity(name)) {
+    } else if (found->second == Kind::Markup && !isPredefinedEntity(name)) {
       throw SAXException("You cannot refer to the entity " + quoted(name) +
                          ", whose text holds markup");
     }
     startChild();
-    hasContent_ = true;
-    write("&");
-    write(name);
-    write(";");
+    writer_.hasContent_ = true;
+    write("&", name, ";");
     forbidIndentation();
   });
 }
 
 /// Writes a reference between declarations.
 void XMLWriter_XML10::Composer::writeParameterReference(const std::string& name) {
-  perform([&] {
-    xml::requireNCName(name.substr(1));
+  perform([&](Composer&) {
+    refuseIf(whyNotEntityName(name));
     const auto found = document_.entities.find(name);
     if (found == document_.entities.end()) {
       if (document_.isStandalone) {
@@ -138,11 +138,9 @@ void XMLWriter_XML10::Composer::writeParameterReference(const std::string& name)
       throw SAXException("You cannot refer to the entity " + quoted(name) +
                          ", whose text is internal");
     }
-    startChild();
-    indent();
-    hasContent_ = true;
-    write(name);
-    write(";");
+    startItem();
+    writer_.hasContent_ = true;
+    write(name, ";");
     document_.hasParameterReferences = true;
   });
 }
@@ -150,12 +148,9 @@ void XMLWriter_XML10::Composer::writeParameterReference(const std::string& name)
 // --- Declarations ---
 
 void XMLWriter_XML10::Composer::writeSystemLiteral(std::string_view systemId) {
-  xml::requireSystemId(systemId);
+  refuseIf(whyNotSystemId(systemId));
   const std::string_view quote = systemId.find('"') == std::string_view::npos ? "\"" : "'";
-  write(" ");
-  write(quote);
-  write(systemId);
-  write(quote);
+  write(" ", quote, systemId, quote);
 }
 
 /// Only a notation may do without a system identifier, if it has a public one (productions 75 and
@@ -165,10 +160,8 @@ void XMLWriter_XML10::Composer::writeExternalIdentifier(Declared declared,
                                                         const std::string& systemId) {
   const bool hasSystemId = !systemId.empty();
   if (!publicId.empty()) {
-    xml::requirePublicId(publicId);
-    write(" PUBLIC \"");
-    write(publicId);
-    write("\"");
+    refuseIf(whyNotPublicId(publicId));
+    write(" PUBLIC \"", publicId, "\"");
     if (hasSystemId || declared != Declared::Notation) writeSystemLiteral(systemId);
     return;
   }
@@ -177,123 +170,111 @@ void XMLWriter_XML10::Composer::writeExternalIdentifier(Declared declared,
   writeSystemLiteral(systemId);
 }
 
-void XMLWriter_XML10::Composer::notationDecl(const std::string& name, const std::string& publicId,
-                                             const std::string& systemId) {
-  perform([&] {
-    if (isOutsideInternalSubset()) return writer_.XMLWriter::notationDecl(name, publicId, systemId);
-    startChild();
-    indent();
-    writer_.XMLWriter::notationDecl(name, publicId, systemId);
-    write("  <!NOTATION ", name);
-    writeExternalIdentifier(Declared::Notation, publicId, systemId);
-    write(">");
-    xml::requireNCName(name);
+void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& publicId,
+                                   const std::string& systemId) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::notationDecl(name, publicId, systemId);
+    if (!isWritten) return;
+    composer.beginNotation(name);
+    composer.writeExternalIdentifier(Composer::Declared::Notation, publicId, systemId);
+    composer.endDeclaration();
+    refuseIf(whyNotNCName(name));
   });
 }
 
-void XMLWriter_XML10::Composer::unparsedEntityDecl(const std::string& name,
-                                                   const std::string& publicId,
-                                                   const std::string& systemId,
-                                                   const std::string& notationName) {
-  perform([&] {
-    if (isOutsideInternalSubset()) {
-      return writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
-    }
-    startChild();
-    indent();
-    writer_.XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
-    write("  <!ENTITY ", name);
-    writeExternalIdentifier(Declared::Entity, publicId, systemId);
-    write(" NDATA ", notationName, ">");
-    xml::requireNCName(name);
-    xml::requireNCName(notationName);
-    if (xml::isPredefinedEntity(name)) {
-      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
-    }
-    document_.entities.emplace(name, Document::EntityKind::Unparsed);
+void XMLWriter_XML10::Composer::declareEntity(const std::string& name, Document::EntityKind kind,
+                                              bool isAllowed) {
+  if (!isAllowed) {
+    throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
+  }
+  document_.entities.emplace(name, kind);
+}
+
+void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId,
+                                         const std::string& notationName) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
+    if (!isWritten) return;
+    composer.beginEntity(name);
+    composer.writeExternalIdentifier(Composer::Declared::Entity, publicId, systemId);
+    composer.endUnparsedEntity(notationName);
+    refuseIf(whyNotNCName(name));
+    refuseIf(whyNotNCName(notationName));
+    using Kind = Composer::Document::EntityKind;
+    composer.declareEntity(name, Kind::Unparsed, !isPredefinedEntity(name));
   });
 }
 
-void XMLWriter_XML10::Composer::externalEntityDecl(const std::string& name,
-                                                   const std::string& publicId,
-                                                   const std::string& systemId) {
-  perform([&] {
-    if (isOutsideInternalSubset())
-      return writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
-    startChild();
-    indent();
-    writer_.XMLWriter::externalEntityDecl(name, publicId, systemId);
-    write("  <!ENTITY ", declaredName(name));
-    writeExternalIdentifier(Declared::Entity, publicId, systemId);
-    write(">");
-    requireEntityName(name);
-    if (xml::isPredefinedEntity(name)) {
-      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
-    }
-    document_.entities.emplace(name, Document::EntityKind::External);
+void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::string& publicId,
+                                         const std::string& systemId) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::externalEntityDecl(name, publicId, systemId);
+    if (!isWritten) return;
+    composer.beginEntity(declaredName(name));
+    composer.writeExternalIdentifier(Composer::Declared::Entity, publicId, systemId);
+    composer.endDeclaration();
+    refuseIf(whyNotEntityName(name));
+    using Kind = Composer::Document::EntityKind;
+    composer.declareEntity(name, Kind::External, !isPredefinedEntity(name));
   });
 }
 
-void XMLWriter_XML10::Composer::internalEntityDecl(const std::string& name,
-                                                   const std::string& value) {
-  perform([&] {
-    if (isOutsideInternalSubset()) return writer_.XMLWriter::internalEntityDecl(name, value);
-    std::string literal;
-    const std::size_t invalid = xml::kEntityValueEscapes.append(literal, value);
-    startChild();
-    indent();
-    writer_.XMLWriter::internalEntityDecl(name, value);
-    write("  <!ENTITY ", declaredName(name), " \"", literal, "\">");
-    requireEntityName(name);
-    if (invalid != xml::kAllValid) xml::requireText(value, "the text of an entity");
-    if (!xml::isReplacementText(name, value)) {
-      throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
-    }
+void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::string& value) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::internalEntityDecl(name, value);
+    if (!isWritten) return;
+    composer.beginEntity(declaredName(name));
+    composer.write(" \"");
+    const std::size_t invalid = kEntityValueEscapes.append(composer.composed_, value);
+    composer.write("\">");
+    refuseIf(whyNotEntityName(name));
+    if (invalid != kAllValid) refuseIf(whyNotText(value, "the text of an entity"));
     // Of what else may not stand in content, there is the end of a CDATA section (section 2.4).
     const bool hasMarkup =
         value.find_first_of("<&") != std::string::npos || value.find("]]>") != std::string::npos;
-    using Kind = Document::EntityKind;
-    const Kind kind = document_.passesDeclarations ? Kind::Passed
-                      : hasMarkup                  ? Kind::Markup
-                                                   : Kind::Text;
-    document_.entities.emplace(name, kind);
+    using Kind = Composer::Document::EntityKind;
+    const Kind kind = composer.document_.passesDeclarations ? Kind::Passed
+                      : hasMarkup                           ? Kind::Markup
+                                                            : Kind::Text;
+    composer.declareEntity(name, kind, isReplacementText(name, value));
   });
 }
 
-void XMLWriter_XML10::Composer::elementDecl(const std::string& name, const std::string& model) {
-  perform([&] {
-    if (isOutsideInternalSubset()) return writer_.XMLWriter::elementDecl(name, model);
-    startChild();
-    indent();
-    writer_.XMLWriter::elementDecl(name, model);
-    write("  <!ELEMENT ", name, " ", model, ">");
-    xml::requireQName(name);
-    xml::requireText(model, "a content model");
-    if (!xml::isContentModel(model)) throw SAXException(quoted(model) + " is not a content model");
+void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& model) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::elementDecl(name, model);
+    if (!isWritten) return;
+    composer.writeElementDeclaration(name, model);
+    refuseIf(whyNotQName(name));
+    refuseIf(whyNotText(model, "a content model"));
+    if (!isContentModel(model)) throw SAXException(quoted(model) + " is not a content model");
   });
 }
 
-void XMLWriter_XML10::Composer::attributeDecl(const std::string& eName, const std::string& aName,
-                                              const std::string& type, const std::string& mode,
-                                              const std::string& value) {
-  perform([&] {
-    if (isOutsideInternalSubset()) {
-      return writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value);
-    }
-    const std::string writtenType = xml::attributeType(type);
-    startChild();
-    indent();
-    writer_.XMLWriter::attributeDecl(eName, aName, type, mode, value);
-    write("  <!ATTLIST ", eName, " ", aName, " ", writtenType, " ");
-    writeDefault(mode, value);
-    write(">");
-    xml::requireQName(eName);
-    xml::requireQName(aName);
+void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string& aName,
+                                    const std::string& type, const std::string& mode,
+                                    const std::string& value) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::attributeDecl(eName, aName, type, mode, value);
+    if (!isWritten) return;
+    const std::string writtenType = attributeType(type);
+    composer.write("  <!ATTLIST ", eName, " ", aName, " ", writtenType, " ");
+    composer.writeDefault(mode, value);
+    composer.endDeclaration();
+    refuseIf(whyNotQName(eName));
+    refuseIf(whyNotQName(aName));
     if (writtenType.empty()) {
-      xml::requireText(type, "the type of an attribute");
+      refuseIf(whyNotText(type, "the type of an attribute"));
       throw SAXException(quoted(type) + " is not the type of an attribute");
     }
-    rememberDefault(eName, aName, mode, value);
+    composer.rememberDefault(eName, aName, mode, value);
   });
 }
 
@@ -307,13 +288,12 @@ void XMLWriter_XML10::Composer::writeDefault(const std::string& mode, const std:
   if (mode == "#FIXED") {
     write("#FIXED ");
   } else if (!mode.empty()) {
-    xml::requireText(mode, "the default of an attribute");
+    refuseIf(whyNotText(mode, "the default of an attribute"));
     throw SAXException(quoted(mode) + " is not a default of an attribute");
   }
-  std::string& text = composed_;
-  text += quote_;
-  xml::appendText(text, value, xml::attributeEscapes(quote_), "the default of an attribute");
-  text += quote_;
+  composed_ += quote_;
+  appendText(composed_, value, attributeEscapes(quote_), "the default of an attribute");
+  composed_ += quote_;
 }
 
 /// Keeps what has to do with namespaces. The first declaration of an attribute is binding (section
@@ -321,9 +301,8 @@ void XMLWriter_XML10::Composer::writeDefault(const std::string& mode, const std:
 void XMLWriter_XML10::Composer::rememberDefault(const std::string& eName, const std::string& aName,
                                                 const std::string& mode, const std::string& value) {
   if (document_.passesDeclarations) return;
-  const bool isNamespaceDeclaration = xml::isDeclarationName(aName);
   const bool hasPrefix = aName.find(':') != std::string::npos && !aName.starts_with("xml:");
-  if (!isNamespaceDeclaration && !hasPrefix) return;
+  if (!isDeclarationName(aName) && !hasPrefix) return;
   std::optional<std::string> given;
   if (mode.empty() || mode == "#FIXED") given = value;
   document_.defaults[eName].emplace(aName, given);

@@ -7,9 +7,11 @@
 #include <tuple>
 
 #include "../../xml/Escapes.h"
-#include "../../xml/Requirements.h"
+#include "../../xml/Rules.h"
 
 namespace Tavrin {
+
+using namespace xml;
 
 namespace {
 
@@ -20,69 +22,21 @@ constexpr std::size_t kMostOctets = std::size_t{4} << 20U;
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-struct Parts {
-  std::string_view prefix;
-  std::string_view localName;
-};
-
-Parts split(std::string_view qName) {
-  const std::size_t colon = qName.find(':');
-  if (colon == std::string_view::npos) return {{}, qName};
-  return {qName.substr(0, colon), qName.substr(colon + 1)};
-}
-
 /// What reports no namespaces gives an empty namespace name and an empty local name.
 bool isRaw(const std::string& uri, const std::string& localName) {
   return uri.empty() && localName.empty();
 }
 
-void requireLocalName(const std::string& localName, std::string_view qName) {
-  if (localName == split(qName).localName) return;
-  throw SAXException("The local name " + quoted(localName) + " does not belong to " +
-                     quoted(qName));
-}
-
-/// Refuses a prefix that is not bound, or bound to another namespace.
-/// @param uri the namespace, null where any will do
-/// @return what the prefix is bound to
-const std::string& requireBound(std::string_view prefix, const std::string* uri,
-                                const xml::NamespaceBindings& bindings) {
-  const std::string& bound = bindings.find(prefix);
-  if (bound.empty()) throw SAXException("The prefix " + quoted(prefix) + " is not declared");
-  if (uri != nullptr && bound != *uri) {
-    throw SAXException("The prefix " + quoted(prefix) + " is bound to " + quoted(bound) +
-                       " and not to " + quoted(*uri));
-  }
-  return bound;
-}
-
-void requireElementName(const XML10StartTag::Element& element,
-                        const xml::NamespaceBindings& bindings) {
-  const auto& [uri, localName, qName, attributes, mappings] = element;
-  xml::requireQName(qName);
-  const bool raw = isRaw(uri, localName);
-  if (!raw) requireLocalName(localName, qName);
-  const std::string_view prefix = split(qName).prefix;
-  if (!prefix.empty()) {
-    requireBound(prefix, raw ? nullptr : &uri, bindings);
-    return;
-  }
-  if (raw) return;
-  const std::string& bound = bindings.find({});
-  if (bound == uri) return;
-  if (uri.empty()) {
-    throw SAXException("The element " + quoted(qName) +
-                       " has no namespace, but the default namespace is " + quoted(bound));
-  }
-  throw SAXException("The element " + quoted(qName) + " has no prefix, but " + quoted(uri) +
-                     " is not the default namespace");
+/// The namespace of an attribute with a prefix that is bound, or with none.
+std::string_view boundTo(std::string_view prefix, const NamespaceBindings& bindings) {
+  return prefix.empty() ? std::string_view() : bindings.find(prefix);
 }
 
 void appendAttribute(EventOctets& out, std::string_view name, std::string_view value, char quote) {
-  const xml::Escapes& escapes = xml::attributeEscapes(quote);
+  const Escapes& escapes = attributeEscapes(quote);
   if (escapes.isVerbatim(value)) return out.append(' ', name, '=', quote, value, quote);
   out.append(' ', name, '=', quote);
-  xml::appendText(out, value, escapes, "an attribute value");
+  appendText(out, value, escapes, "an attribute value");
   out.append(quote);
 }
 
@@ -93,8 +47,7 @@ XML10StartTag::Space spaceOf(std::string_view value) {
 }  // namespace
 
 XML10StartTag::Space XML10StartTag::write(EventOctets& out, const Element& element, char quote,
-                                          const Defaults& defaults,
-                                          xml::NamespaceBindings& bindings) {
+                                          const Defaults& defaults, NamespaceBindings& bindings) {
   Space space = Space::Inherited;
   if (element.mappings.empty() && defaults.empty()) {
     if (writeKnown(out, element, quote, bindings, space)) return space;
@@ -120,7 +73,7 @@ XML10StartTag::Space XML10StartTag::write(EventOctets& out, const Element& eleme
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
     const std::string& value = attributes.getValue(i);
-    if (!xml::isDeclarationName(qName)) {
+    if (!isDeclarationName(qName)) {
       const std::size_t number =
           checkAttributeName(attributes.getURI(i), attributes.getLocalName(i), qName, bindings);
       areUnique = numbers_.take(number) && areUnique;
@@ -142,7 +95,7 @@ XML10StartTag::Space XML10StartTag::write(EventOctets& out, const Element& eleme
 /// declares a namespace. Measured: records take a third less time.
 /// @return false, and nothing is appended, where it is another tag
 bool XML10StartTag::writeKnown(EventOctets& out, const Element& element, char quote,
-                               const xml::NamespaceBindings& bindings, Space& space) {
+                               const NamespaceBindings& bindings, Space& space) {
   const auto find = [version = bindings.version()](CheckedNames& names, const auto&... name) {
     const Checked* const checked = names.find(name...);
     return checked != nullptr && checked->version == version ? checked : nullptr;
@@ -180,25 +133,24 @@ void XML10StartTag::collectDeclarations(const Element& element) {
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
-    if (!xml::isDeclarationName(qName)) continue;
+    if (!isDeclarationName(qName)) continue;
     isRepeated_.resize(static_cast<std::size_t>(length));
-    xml::requireQName(qName);
+    refuseIf(whyNotQName(qName));
     const std::string& uri = attributes.getURI(i);
     if (!uri.empty() && uri != namespaces::xmlns) {
-      throw SAXException("The prefix \"xmlns\" is bound to " + quoted(namespaces::xmlns) +
-                         " and not to " + quoted(uri));
+      throw SAXException(boundOtherwise("xmlns", namespaces::xmlns, uri));
     }
     if (const std::string& localName = attributes.getLocalName(i); !localName.empty()) {
-      requireLocalName(localName, qName);
+      refuseIf(whyNotLocalName(localName, qName));
     }
     const std::string& value = attributes.getValue(i);
-    xml::requireDeclarable(xml::declaredPrefix(qName), value);
-    declarations_.push_back({xml::declaredPrefix(qName), value, i});
+    refuseIf(whyNotDeclaration(declaredPrefix(qName), value));
+    declarations_.push_back({declaredPrefix(qName), value, i});
   }
 }
 
-/// Takes the declarations into account, but for those that repeat another one.
-void XML10StartTag::declareAll(xml::NamespaceBindings& bindings) {
+/// Declares in the bindings what the element declares, each once.
+void XML10StartTag::declareAll(NamespaceBindings& bindings) {
   // Of each prefix, a mapping comes first.
   std::ranges::sort(declarations_, {}, [](const Declaration& declaration) {
     return std::tuple(declaration.prefix, declaration.attribute);
@@ -208,82 +160,77 @@ void XML10StartTag::declareAll(xml::NamespaceBindings& bindings) {
     if (last != nullptr && last->prefix == declaration.prefix) {
       const bool isRepetition =
           last->attribute == kMapping && declaration.attribute >= 0 && last->uri == declaration.uri;
-      if (!isRepetition) {
-        throw SAXException("The prefix " + quoted(declaration.prefix) +
-                           " is declared twice on one element");
-      }
+      if (!isRepetition) throw SAXException(declaredTwice(declaration.prefix));
       isRepeated_[static_cast<std::size_t>(declaration.attribute)] = true;
     } else {
-      bindings.declare(std::string(declaration.prefix), std::string(declaration.uri));
+      bindings.declare(declaration.prefix, declaration.uri);
     }
     last = &declaration;
   }
 }
 
-void XML10StartTag::checkElementName(const Element& element,
-                                     const xml::NamespaceBindings& bindings) {
-  requireElementName(element, bindings);
-  checkedElements_.put(element.uri, element.localName, element.qName,
-                       {bindings.version(), xml::UniqueAttributes::kUnknown, false});
+void XML10StartTag::checkElementName(const Element& element, const NamespaceBindings& bindings) {
+  const auto& [uri, localName, qName, attributes, mappings] = element;
+  refuseIf(whyNotQName(qName));
+  const bool raw = isRaw(uri, localName);
+  if (!raw) refuseIf(whyNotLocalName(localName, qName));
+  refuseIf(whyNotElement(split(qName).prefix, raw ? nullptr : &uri, qName, bindings));
+  checkedElements_.put(uri, localName, qName,
+                       {bindings.version(), UniqueAttributes::kUnknown, false});
 }
 
 /// @return the number of the attribute, among those that must differ
 std::size_t XML10StartTag::checkAttributeName(const std::string& uri, const std::string& localName,
                                               const std::string& qName,
-                                              const xml::NamespaceBindings& bindings) {
+                                              const NamespaceBindings& bindings) {
   const Checked* const known = checkedAttributes_.find(uri, localName, qName);
   if (known != nullptr && known->version == bindings.version()) return known->number;
-  if (known == nullptr) xml::requireQName(qName);
+  if (known == nullptr) refuseIf(whyNotQName(qName));
   const auto [prefix, local] = split(qName);
   const bool raw = isRaw(uri, localName);
-  if (!raw && known == nullptr) requireLocalName(localName, qName);
-  std::string_view bound = uri;
-  if (!prefix.empty()) {
-    bound = requireBound(prefix, raw ? nullptr : &uri, bindings);
-  } else if (!uri.empty()) {
-    throw SAXException("The attribute " + quoted(qName) + " has a namespace, but no prefix");
+  if (!raw && known == nullptr) refuseIf(whyNotLocalName(localName, qName));
+  refuseIf(whyNotAttribute(prefix, raw ? nullptr : &uri, qName, bindings));
+  std::size_t number = known != nullptr && !raw ? known->number : UniqueAttributes::kUnknown;
+  if (number == UniqueAttributes::kUnknown) {
+    number = numbers_.number(boundTo(prefix, bindings), local);
   }
-  const std::size_t number =
-      known != nullptr && !raw ? known->number : numbers_.number(bound, local);
   checkedAttributes_.put(uri, localName, qName,
                          {bindings.version(), number, qName == kSpaceAttribute});
   return number;
 }
 
 /// The names of the attributes, which are known to be right.
-void XML10StartTag::collectNames(const Attributes& attributes,
-                                 const xml::NamespaceBindings& bindings) {
+void XML10StartTag::collectNames(const Attributes& attributes, const NamespaceBindings& bindings) {
   names_.clear();
   const int length = attributes.getLength();
   for (int i = 0; i < length; ++i) {
     const std::string& qName = attributes.getQName(i);
-    if (xml::isDeclarationName(qName)) continue;
+    if (isDeclarationName(qName)) continue;
     const auto [prefix, local] = split(qName);
-    std::string_view uri;
-    if (!prefix.empty()) uri = requireBound(prefix, nullptr, bindings);
-    names_.push_back({uri, local, qName, false});
+    names_.push_back({boundTo(prefix, bindings), local, qName, false});
   }
 }
 
 /// The names of the attributes that the element has by default. A parser may add them: they must
 /// change no binding, and be bound.
 void XML10StartTag::collectDefaults(const Element& element, const Defaults& defaults,
-                                    const xml::NamespaceBindings& bindings) {
+                                    const NamespaceBindings& bindings) {
   const auto found = defaults.find(element.qName);
   if (found == defaults.end()) return;
   for (const auto& [name, value] : found->second) {
     if (!value) continue;
-    if (!xml::isDeclarationName(name)) {
+    if (!isDeclarationName(name)) {
       const auto [prefix, local] = split(name);
-      names_.push_back({requireBound(prefix, nullptr, bindings), local, name, true});
+      refuseIf(whyNotAttribute(prefix, nullptr, name, bindings));
+      names_.push_back({boundTo(prefix, bindings), local, name, true});
       continue;
     }
-    const std::string_view prefix = xml::declaredPrefix(name);
+    const std::string_view prefix = declaredPrefix(name);
     const bool isDeclared =
         std::ranges::binary_search(declarations_, prefix, {}, &Declaration::prefix);
     if (isDeclared) continue;
     // Of an element that does not come, it may be anything.
-    xml::requireDeclarable(prefix, *value);
+    refuseIf(whyNotDeclaration(prefix, *value));
     if (bindings.find(prefix) != *value) {
       throw SAXException("The element " + quoted(element.qName) + " has " + quoted(name) +
                          " by default, but does not declare it");
@@ -304,9 +251,7 @@ void XML10StartTag::refuseDuplicates() {
       throw SAXException("The attributes " + quoted(one.qName) + " and " + quoted(other.qName) +
                          " have the same name");
     }
-    if (one.isDefault == other.isDefault) {
-      throw SAXException("The attribute " + quoted(one.qName) + " is given twice");
-    }
+    if (one.isDefault == other.isDefault) throw SAXException(givenTwice(one.qName));
   }
 }
 

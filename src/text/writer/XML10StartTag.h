@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "../../io/EventOctets.h"
 #include "../../xml/NameCache.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
-#include "../../io/EventOctets.h"
 
 namespace Tavrin {
 

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "../../xml/Escapes.h"
-#include "../../xml/AddDeclaration.h"
-#include "TextFeatures.h"
 #include "../../io/WriteOctets.h"
+#include "../../xml/AddDeclaration.h"
+#include "../../xml/Escapes.h"
+#include "Markup.h"
 
 namespace Tavrin {
 
@@ -19,9 +19,58 @@ constexpr xml::Escapes kTextEscapes{{'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}
 constexpr xml::Escapes kValueEscapes{
     {'<', "&lt;"}, {'&', "&amp;"}, {'\'', "&apos;"}, {'\n', "&#xA;"}};
 
-std::string lineBreak(std::size_t depth) {
-  return std::string(1, '\n').append(kIndentWidth * depth, ' ');
-}
+/// Writes pieces at once: there is nothing between the writer and the stream. The buffer of a
+/// stream is code of others, which may set another stream; where there is room, it is not called.
+class Output : public Markup<Output> {
+ public:
+  explicit Output(std::ostream* const& out) : out_(out) {}
+
+  template <typename... Pieces>
+  void write(const Pieces&... pieces) {
+    if (out_ == nullptr) return;
+    if (isReady(*out_) && putIntoArea(*out_->rdbuf(), std::string_view(pieces)...)) return;
+    const auto writeOne = [this](std::string_view piece) {
+      if (out_ != nullptr && !piece.empty()) writeOctets(*out_, piece);
+    };
+    (writeOne(pieces), ...);
+  }
+
+  /// Completes what the innermost container leaves open before its first content.
+  void startChild(XMLWriter::WriterState state, bool& hasContent) {
+    const std::string_view opening = openingOf(state);
+    if (out_ == nullptr || hasContent || opening.empty()) return;
+    hasContent = true;
+    write(opening);
+  }
+
+  /// Writes a text in runs between the escapes, and what follows it.
+  void writeEscaped(const xml::Escapes& escapes, std::string_view text, std::string_view next) {
+    std::size_t begin = 0;
+    for (;;) {
+      const std::size_t end = escapes.find(text, begin);
+      if (end == text.size()) break;
+      write(text.substr(begin, end - begin), escapes.reference(text[end]));
+      begin = end + 1;
+    }
+    write(text.substr(begin), next);
+  }
+
+  /// Writes an external identifier (XML 1.0, production 75).
+  ///
+  /// After a public identifier, notations and unparsed entities repeat their name. That is part of
+  /// the output that consumers have come to expect. Output compatibility: keep.
+  void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
+                               std::string_view repeatedName) {
+    if (!publicId.empty()) {
+      write(" PUBLIC \"", publicId, "\" \"", systemId, "\"", repeatedName);
+    } else if (!systemId.empty()) {
+      write(" SYSTEM \"", systemId, "\"");
+    }
+  }
+
+ private:
+  std::ostream* const& out_;
+};
 
 }  // namespace
 
@@ -31,100 +80,49 @@ XMLWriter_XML::~XMLWriter_XML() = default;
 
 std::unique_ptr<XMLWriter> XMLWriter_XML::create() { return std::make_unique<XMLWriter_XML>(); }
 
-// --- Writing ---
-
-/// Writes pieces at once: there is nothing between the writer and the stream. The buffer of a
-/// stream is code of others, which may set another stream; where there is room, it is not called.
-template <typename... Pieces>
-void XMLWriter_XML::write(const Pieces&... pieces) {
-  if (out_ == nullptr) return;
-  if (isReady(*out_) && putIntoArea(*out_->rdbuf(), std::string_view(pieces)...)) return;
-  const auto writeOne = [this](std::string_view piece) {
-    if (out_ != nullptr && !piece.empty()) writeOctets(*out_, piece);
-  };
-  (writeOne(pieces), ...);
-}
-
-/// Writes a text in runs between the escapes, and what stands behind it.
-void XMLWriter_XML::writeEscaped(const xml::Escapes& escapes, std::string_view text,
-                                 std::string_view behind) {
-  std::size_t begin = 0;
-  for (;;) {
-    const std::size_t end = escapes.find(text, begin);
-    if (end == text.size()) break;
-    write(text.substr(begin, end - begin), escapes.reference(text[end]));
-    begin = end + 1;
-  }
-  write(text.substr(begin), behind);
-}
-
 // --- Layout ---
 
-void XMLWriter_XML::startChild() {
-  if (out_ == nullptr || hasContent_) return;
-  const char* text = nullptr;
-  if (state_ == InElement) text = ">";
-  if (state_ == InCDATA) text = "<![CDATA[";
-  if (state_ == InDTD) text = " [";
-  if (text == nullptr) return;
-  hasContent_ = true;
-  write(text);
-}
+void XMLWriter_XML::startChild() { Output(out_).startChild(state_, hasContent_); }
 
 /// Breaks the line, if so wanted. The break is ignorable white space like any other, so it is
 /// checked, and it counts as content.
 void XMLWriter_XML::indent() {
-  if (!autoIndent_) return;
-  switch (state_) {
-    case Prolog:
-      if (xmlDeclaration_) ignorableWhitespace(lineBreak(0));
-      break;
-    case InDTD:
-      ignorableWhitespace(lineBreak(1));
-      break;
-    case AfterDTD:
-    case AfterRoot:
-      ignorableWhitespace(lineBreak(0));
-      break;
-    case InElement:
-      ignorableWhitespace(lineBreak(elements_.size()));
-      break;
-    case Initial:
-    case InCDATA:
-    case Ended:
-      break;
-  }
+  if (!autoIndent_ || state_ == Initial || state_ == InCDATA || state_ == Ended) return;
+  if (state_ == Prolog && !xmlDeclaration_) return;
+  const std::size_t depth = state_ == InDTD ? 1 : elements_.size();
+  ignorableWhitespace(std::string(1, '\n').append(kIndentWidth * depth, ' '));
 }
 
 // --- Document, elements and content ---
 
 void XMLWriter_XML::startDocument() {
   XMLWriter::startDocument();
-  if (xmlDeclaration_) write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+  if (xmlDeclaration_) Output(out_).write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
 }
 
 void XMLWriter_XML::startPrefixMapping(const std::string& prefix, const std::string& uri) {
   if (out_ != nullptr) addDeclaration(namespaces_, prefix, uri);
 }
 
-/// The start tag stays open: startChild or endElement completes it. Where the attributes are asked,
-/// all that stands in front of the answer is in the stream.
+/// The start tag stays open: startChild or endElement completes it. When an attribute is asked for,
+/// all that comes before it is in the stream.
 void XMLWriter_XML::startElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const Attributes& attributes) {
   startChild();
   indent();
   XMLWriter::startElement(uri, localName, qName, attributes);
   if (out_ != nullptr) {
-    write("<", qName);
+    Output(out_).write("<", qName);
     for (std::size_t i = 0; i < namespaces_.size(); i += 2) {
       const std::string& prefix = namespaces_[i];
-      write(" xmlns", prefix.empty() ? "" : ":", prefix, "='", namespaces_[i + 1], "'");
+      Output(out_).write(" xmlns", prefix.empty() ? "" : ":", prefix, "='", namespaces_[i + 1],
+                         "'");
     }
     const int length = attributes.getLength();
     for (int i = 0; i < length; ++i) {
-      write(" ");
-      write(attributes.getQName(i), "='");
-      writeEscaped(kValueEscapes, attributes.getValue(i), "'");
+      Output(out_).write(" ");
+      Output(out_).write(attributes.getQName(i), "='");
+      Output(out_).writeEscaped(kValueEscapes, attributes.getValue(i), "'");
     }
   }
   namespaces_.clear();
@@ -136,15 +134,15 @@ void XMLWriter_XML::endElement(const std::string& uri, const std::string& localN
   XMLWriter::endElement(uri, localName, qName);
   if (hadContent) {
     indent();
-    write("</", qName, ">");
+    Output(out_).write("</", qName, ">");
   } else if (emptyTags_) {
-    write("/>");
+    Output(out_).write("/>");
   } else {
-    // By now the element is closed in the base. Behind the root no start tag is completed any more,
+    // By now the element is closed in the base. After the root no start tag is completed any more,
     // so an empty root comes out as `<r</r>`. Output compatibility: keep.
     hasContent_ = false;
     startChild();
-    write("</", qName, ">");
+    Output(out_).write("</", qName, ">");
   }
 }
 
@@ -153,33 +151,29 @@ void XMLWriter_XML::characters(const std::string& text) {
   XMLWriter::characters(text);
   if (out_ == nullptr) return;
   if (state_ == InCDATA) {
-    write(text);
+    Output(out_).write(text);
   } else {
-    writeEscaped(kTextEscapes, text, "");
+    Output(out_).writeEscaped(kTextEscapes, text, "");
   }
 }
 
 void XMLWriter_XML::ignorableWhitespace(const std::string& text) {
   startChild();
   XMLWriter::ignorableWhitespace(text);
-  write(text);
+  Output(out_).write(text);
 }
 
 void XMLWriter_XML::processingInstruction(const std::string& target, const std::string& data) {
   startChild();
   indent();
   XMLWriter::processingInstruction(target, data);
-  write("<?", target, " ", data, "?>");
+  Output(out_).writeInstruction(target, data);
 }
 
 // --- Features, flush and reset ---
 
-bool* XMLWriter_XML::findFeature(const std::string& name) {
-  return findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_);
-}
-
 void XMLWriter_XML::setFeature(const std::string& name, bool value) {
-  if (bool* feature = findFeature(name)) {
+  if (bool* const feature = findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_)) {
     *feature = value;
   } else {
     XMLWriter::setFeature(name, value);
@@ -187,8 +181,8 @@ void XMLWriter_XML::setFeature(const std::string& name, bool value) {
 }
 
 bool XMLWriter_XML::getFeature(const std::string& name) {
-  if (const bool* feature = findFeature(name)) return *feature;
-  return XMLWriter::getFeature(name);
+  const bool* const feature = findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_);
+  return feature != nullptr ? *feature : XMLWriter::getFeature(name);
 }
 
 void XMLWriter_XML::flush() { startChild(); }
@@ -200,26 +194,12 @@ void XMLWriter_XML::reset() {
 
 // --- Document type ---
 
-/// Writes an external identifier (XML 1.0, production 75).
-///
-/// Behind a public identifier, notations and unparsed entities repeat their name. That is part of
-/// the output that consumers have come to expect. Output compatibility: keep.
-void XMLWriter_XML::writeExternalIdentifier(const std::string& publicId,
-                                            const std::string& systemId,
-                                            std::string_view repeatedName) {
-  if (!publicId.empty()) {
-    write(" PUBLIC \"", publicId, "\" \"", systemId, "\"", repeatedName);
-  } else if (!systemId.empty()) {
-    write(" SYSTEM \"", systemId, "\"");
-  }
-}
-
 void XMLWriter_XML::startDTD(const std::string& name, const std::string& publicId,
                              const std::string& systemId) {
   indent();
   XMLWriter::startDTD(name, publicId, systemId);
-  write("<!DOCTYPE ", name);
-  writeExternalIdentifier(publicId, systemId, "");
+  Output(out_).beginDocumentType(name);
+  Output(out_).writeExternalIdentifier(publicId, systemId, "");
 }
 
 void XMLWriter_XML::endDTD() {
@@ -227,9 +207,9 @@ void XMLWriter_XML::endDTD() {
   XMLWriter::endDTD();
   if (hadContent) {
     indent();
-    write("]");
+    Output(out_).write("]");
   }
-  write(">");
+  Output(out_).endDeclaration();
 }
 
 void XMLWriter_XML::notationDecl(const std::string& name, const std::string& publicId,
@@ -237,9 +217,9 @@ void XMLWriter_XML::notationDecl(const std::string& name, const std::string& pub
   startChild();
   indent();
   XMLWriter::notationDecl(name, publicId, systemId);
-  write("  <!NOTATION ", name);
-  writeExternalIdentifier(publicId, systemId, name);
-  write(">");
+  Output(out_).beginNotation(name);
+  Output(out_).writeExternalIdentifier(publicId, systemId, name);
+  Output(out_).endDeclaration();
 }
 
 void XMLWriter_XML::unparsedEntityDecl(const std::string& name, const std::string& publicId,
@@ -248,9 +228,9 @@ void XMLWriter_XML::unparsedEntityDecl(const std::string& name, const std::strin
   startChild();
   indent();
   XMLWriter::unparsedEntityDecl(name, publicId, systemId, notationName);
-  write("  <!ENTITY ", name);
-  writeExternalIdentifier(publicId, systemId, name);
-  write(" NDATA ", notationName, ">");
+  Output(out_).beginEntity(name);
+  Output(out_).writeExternalIdentifier(publicId, systemId, name);
+  Output(out_).endUnparsedEntity(notationName);
 }
 
 void XMLWriter_XML::externalEntityDecl(const std::string& name, const std::string& publicId,
@@ -258,23 +238,23 @@ void XMLWriter_XML::externalEntityDecl(const std::string& name, const std::strin
   startChild();
   indent();
   XMLWriter::externalEntityDecl(name, publicId, systemId);
-  write("  <!ENTITY ", name);
-  writeExternalIdentifier(publicId, systemId, "");
-  write(">");
+  Output(out_).beginEntity(name);
+  Output(out_).writeExternalIdentifier(publicId, systemId, "");
+  Output(out_).endDeclaration();
 }
 
 void XMLWriter_XML::internalEntityDecl(const std::string& name, const std::string& value) {
   startChild();
   indent();
   XMLWriter::internalEntityDecl(name, value);
-  write("  <!ENTITY ", name, " \"", value, "\">");
+  Output(out_).write("  <!ENTITY ", name, " \"", value, "\">");
 }
 
 void XMLWriter_XML::elementDecl(const std::string& name, const std::string& model) {
   startChild();
   indent();
   XMLWriter::elementDecl(name, model);
-  write("  <!ELEMENT ", name, " ", model, ">");
+  Output(out_).writeElementDeclaration(name, model);
 }
 
 void XMLWriter_XML::attributeDecl(const std::string& eName, const std::string& aName,
@@ -283,7 +263,7 @@ void XMLWriter_XML::attributeDecl(const std::string& eName, const std::string& a
   startChild();
   indent();
   XMLWriter::attributeDecl(eName, aName, type, mode, value);
-  write("  <!ATTLIST ", eName, " ", aName, " ", type, " ", mode, " \"", value, "\">");
+  Output(out_).write("  <!ATTLIST ", eName, " ", aName, " ", type, " ", mode, " \"", value, "\">");
 }
 
 // --- CDATA sections and comments ---
@@ -296,14 +276,14 @@ void XMLWriter_XML::startCDATA() {
 void XMLWriter_XML::endCDATA() {
   const bool hadContent = hasContent_;
   XMLWriter::endCDATA();
-  if (hadContent) write("]]>");
+  if (hadContent) Output(out_).endSection();
 }
 
 void XMLWriter_XML::comment(const std::string& text) {
   startChild();
   indent();
   XMLWriter::comment(text);
-  write("<!--", text, "-->");
+  Output(out_).writeComment(text);
 }
 
 }  // namespace Tavrin

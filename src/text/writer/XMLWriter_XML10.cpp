@@ -1,10 +1,17 @@
+#include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_XML10.h>
 
+#include "../../sax/AtLimit.h"
+#include "../../xml/AddDeclaration.h"
+#include "../../xml/Escapes.h"
+#include "../../xml/Rules.h"
 #include "XML10Composer.h"
 
-// The writer as an object. What its events write, its composer does.
+// The writer as an object, and its events but for those of the document type.
 
 namespace Tavrin {
+
+using namespace std::string_view_literals;
 
 const XMLWriterType XMLWriter_XML10::type_("XML10", &XMLWriter_XML10::create);
 
@@ -17,7 +24,9 @@ std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<X
 // --- Features and properties ---
 
 void XMLWriter_XML10::setFeature(const std::string& name, bool value) {
-  if (bool* const feature = composer_->findFeature(name)) {
+  Composer& composer = *composer_;
+  if (bool* const feature = findTextFeature(name, composer.autoIndent_, composer.emptyTags_,
+                                            composer.xmlDeclaration_)) {
     *feature = value;
   } else {
     XMLWriter::setFeature(name, value);
@@ -25,100 +34,211 @@ void XMLWriter_XML10::setFeature(const std::string& name, bool value) {
 }
 
 bool XMLWriter_XML10::getFeature(const std::string& name) {
-  if (const bool* const feature = composer_->findFeature(name)) return *feature;
-  return XMLWriter::getFeature(name);
+  Composer& composer = *composer_;
+  const bool* const feature =
+      findTextFeature(name, composer.autoIndent_, composer.emptyTags_, composer.xmlDeclaration_);
+  return feature != nullptr ? *feature : XMLWriter::getFeature(name);
 }
 
 void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
-  if (!composer_->setProperty(name, value)) XMLWriter::setProperty(name, value);
+  Composer& composer = *composer_;
+  if (name == properties::documentXMLVersion) {
+    const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
+    xml::refuseIf(xml::whyNotVersion(version));
+    composer.version_ = version;
+  } else if (name == properties::standalone) {
+    composer.standalone_.reset();
+    if (value != nullptr) composer.standalone_ = *static_cast<bool*>(value);
+  } else if (name == properties::indentWidth) {
+    composer.indentWidth_ = value == nullptr ? 2 : *static_cast<unsigned*>(value);
+  } else if (name == properties::maximumDepth) {
+    composer.maximumDepth_ = value == nullptr ? UINT64_MAX : *static_cast<std::uint64_t*>(value);
+  } else if (name == properties::quoteCharacter) {
+    const char quote = value == nullptr ? '\'' : *static_cast<char*>(value);
+    if (quote != '\'' && quote != '"') {
+      throw SAXException("Attribute values can stand in apostrophes or quotation marks only");
+    }
+    composer.quote_ = quote;
+  } else {
+    XMLWriter::setProperty(name, value);
+  }
 }
 
 void* XMLWriter_XML10::getProperty(const std::string& name) {
-  void* value = nullptr;
-  return composer_->getProperty(name, value) ? value : XMLWriter::getProperty(name);
+  Composer& composer = *composer_;
+  if (name == properties::documentXMLVersion) return &composer.version_;
+  if (name == properties::standalone) {
+    return composer.standalone_ ? &*composer.standalone_ : nullptr;
+  }
+  if (name == properties::indentWidth) return &composer.indentWidth_;
+  if (name == properties::maximumDepth) return &composer.maximumDepth_;
+  if (name == properties::quoteCharacter) return &composer.quote_;
+  return XMLWriter::getProperty(name);
 }
 
-void XMLWriter_XML10::flush() { composer_->flush(); }
+void XMLWriter_XML10::flush() {
+  composer_->perform([](Composer& composer) {
+    composer.startChild();
+    for (Composer::Document::Open& element : composer.document_.open) element.isMixed = true;
+    composer.document_.breaks.clear();
+  });
+}
 
-void XMLWriter_XML10::reset() { composer_->reset(); }
+void XMLWriter_XML10::reset() {
+  XMLWriter::reset();
+  composer_->namespaces_.clear();
+  composer_->composed_.clear();
+  composer_->document_ = {};
+}
 
-// --- Events ---
+// --- Document and elements ---
 
-void XMLWriter_XML10::startDocument() { composer_->startDocument(); }
+void XMLWriter_XML10::startDocument() {
+  composer_->perform([this](Composer& composer) {
+    XMLWriter::startDocument();
+    if (!composer.xmlDeclaration_) return;
+    composer.write("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+    if (const std::optional<bool> standalone = composer.standalone_) {
+      composer.write(" standalone=", *standalone ? "\"yes\"" : "\"no\"");
+      composer.document_.isStandalone = *standalone;
+    }
+    composer.write("?>");
+  });
+}
 
-void XMLWriter_XML10::endDocument() { composer_->endDocument(); }
+void XMLWriter_XML10::endDocument() {
+  composer_->perform([this](Composer&) {
+    const bool hasElement = state_ != Prolog && state_ != AfterDTD;
+    XMLWriter::endDocument();
+    if (!hasElement) throw SAXException("You cannot end a document without an element");
+  });
+}
 
 void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  composer_->startPrefixMapping(prefix, uri);
+  composer_->requireSound();
+  if (state_ != Prolog && state_ != AfterDTD && state_ != InElement) {
+    throw SAXException("You cannot declare a namespace at this point");
+  }
+  xml::refuseIf(xml::whyNotDeclaration(prefix, uri));
+  addDeclaration(composer_->namespaces_, prefix, uri);
 }
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
-  composer_->startElement(uri, localName, qName, attributes);
+  composer_->perform([&](Composer& composer) {
+    const std::uint64_t maximumDepth = composer.maximumDepth_;
+    if (elements_.size() >= maximumDepth) throw SAXException(tooDeep(maximumDepth));
+    const bool isDirect = composer.isDirect();
+    const bool isFirst = !hasContent_;
+    if (!isDirect) composer.startItem();
+    XMLWriter::startElement(uri, localName, qName, attributes);
+    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
+    if (isDirect && isFirst) octets.append('>');
+    composer.composeStartTag(octets, {uri, localName, qName, attributes, composer.namespaces_});
+    octets.write();
+    composer.namespaces_.clear();
+  });
 }
 
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  composer_->endElement(uri, localName, qName);
+  composer_->perform([&](Composer& composer) {
+    const bool isDirect = composer.isDirect();
+    if (hasContent_) composer.indent(elements_.size() - 1);
+    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
+    if (!hasContent_ && composer.emptyTags_) {
+      octets.append('/', '>');
+    } else {
+      octets.append(hasContent_ ? "</"sv : "></"sv, std::string_view(qName), '>');
+    }
+    XMLWriter::endElement(uri, localName, qName);
+    composer.closeElement();
+    octets.write();
+  });
 }
 
-void XMLWriter_XML10::characters(const std::string& text) { composer_->characters(text); }
+// --- Content ---
+
+void XMLWriter_XML10::characters(const std::string& text) {
+  // Text of so few octets is copied together with what completes the start tag before it.
+  constexpr std::size_t kShort = 256;
+  const bool mayBeWhole = composer_->isDirect() && (hasContent_ || text.size() > kShort);
+  if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) return composer_->writeVerbatim(text);
+  composer_->perform([&](Composer& composer) {
+    if (state_ == InCDATA) {
+      xml::refuseIf(xml::whyNotText(text, "a CDATA section"));
+      composer.writeSection(text);
+    } else {
+      const bool isDirect = composer.isDirect();
+      const bool isFirst = !hasContent_;
+      if (!isDirect) composer.startChild();
+      XMLWriter::characters({});  // Only the order is checked.
+      EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
+      if (isDirect && isFirst) octets.append('>');
+      xml::appendText(octets, text, xml::kTextEscapes, "character data");
+      octets.write();
+    }
+    composer.forbidIndentation();
+  });
+}
 
 void XMLWriter_XML10::ignorableWhitespace(const std::string& text) {
-  composer_->ignorableWhitespace(text);
+  composer_->perform([&](Composer& composer) {
+    const bool inSection = state_ == InCDATA;
+    const bool isOutside = composer.isOutsideInternalSubset();
+    if (!inSection && !isOutside) composer.startChild();
+    const bool hadContent = hasContent_;
+    XMLWriter::ignorableWhitespace(text);
+    if (inSection) {
+      hasContent_ = hadContent;
+      composer.writeSection(text);
+    } else if (state_ == InElement) {
+      xml::kTextEscapes.append(composer.composed_, text);
+    } else if (!isOutside) {
+      composer.write(text);
+    }
+    composer.forbidIndentation();
+  });
+}
+
+void XMLWriter_XML10::startCDATA() {
+  composer_->perform([this](Composer& composer) {
+    composer.startChild();
+    XMLWriter::startCDATA();
+    composer.document_.brackets = 0;
+    composer.forbidIndentation();
+  });
+}
+
+void XMLWriter_XML10::endCDATA() {
+  composer_->perform([this](Composer& composer) {
+    const bool hadContent = hasContent_;
+    XMLWriter::endCDATA();
+    if (hadContent) composer.endSection();
+  });
 }
 
 void XMLWriter_XML10::processingInstruction(const std::string& target, const std::string& data) {
-  composer_->processingInstruction(target, data);
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::processingInstruction(target, data);
+    if (!isWritten) return;
+    composer.writeInstruction(target, data);
+    xml::refuseIf(xml::whyNotTarget(target));
+    xml::refuseIf(xml::whyNotText(data, "a processing instruction"));
+    xml::refuseIf(xml::whyNotInstructionData(data));
+  });
 }
 
-void XMLWriter_XML10::skippedEntity(const std::string& name) { composer_->skippedEntity(name); }
-
-void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& publicId,
-                                   const std::string& systemId) {
-  composer_->notationDecl(name, publicId, systemId);
+void XMLWriter_XML10::comment(const std::string& text) {
+  composer_->perform([&](Composer& composer) {
+    const bool isWritten = composer.startItem();
+    XMLWriter::comment(text);
+    if (!isWritten) return;
+    composer.writeComment(text);
+    xml::refuseIf(xml::whyNotText(text, "a comment"));
+    xml::refuseIf(xml::whyNotComment(text));
+  });
 }
-
-void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::string& publicId,
-                                         const std::string& systemId,
-                                         const std::string& notationName) {
-  composer_->unparsedEntityDecl(name, publicId, systemId, notationName);
-}
-
-void XMLWriter_XML10::elementDecl(const std::string& name, const std::string& model) {
-  composer_->elementDecl(name, model);
-}
-
-void XMLWriter_XML10::attributeDecl(const std::string& eName, const std::string& aName,
-                                    const std::string& type, const std::string& mode,
-                                    const std::string& value) {
-  composer_->attributeDecl(eName, aName, type, mode, value);
-}
-
-void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::string& value) {
-  composer_->internalEntityDecl(name, value);
-}
-
-void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::string& publicId,
-                                         const std::string& systemId) {
-  composer_->externalEntityDecl(name, publicId, systemId);
-}
-
-void XMLWriter_XML10::startDTD(const std::string& name, const std::string& publicId,
-                               const std::string& systemId) {
-  composer_->startDTD(name, publicId, systemId);
-}
-
-void XMLWriter_XML10::endDTD() { composer_->endDTD(); }
-
-void XMLWriter_XML10::startEntity(const std::string& name) { composer_->startEntity(name); }
-
-void XMLWriter_XML10::endEntity(const std::string& name) { composer_->endEntity(name); }
-
-void XMLWriter_XML10::startCDATA() { composer_->startCDATA(); }
-
-void XMLWriter_XML10::endCDATA() { composer_->endCDATA(); }
-
-void XMLWriter_XML10::comment(const std::string& text) { composer_->comment(text); }
 
 }  // namespace Tavrin

@@ -29,19 +29,19 @@ TEST(X891ReaderDTD, HasTheQualifiedNameOfTheRoot) {
 TEST(X891ReaderDTD, HasIdentifiersOfXML) {
   for (const char* identifier : {"<", "&", "\"", "{", "^", "\\", "|", "~"}) {
     expectRefused(document("C7 00 's' 00") + identifier, octets("F0 3C 00 'a' FF"),
-                  "Invalid public identifier \"" + std::string(identifier) + "\"",
+                  "\"" + std::string(identifier) + "\" is not a public identifier",
                   {"startDocument()"});
     expectRefused(fromComponents("10 C1 00 'n' 00") + identifier, octets("F0 3C 00 'a' FF"),
-                  "Invalid public identifier \"" + std::string(identifier) + "\"");
+                  "\"" + std::string(identifier) + "\" is not a public identifier");
   }
   expectPrologRefused("C6 03 'a' 27 22 'b'", "F0 3C 00 'a' FF",
-                      "Invalid system identifier \"a'\"b\"");
+                      "A system identifier cannot hold both kinds of quotes");
   expectRefused(fromComponents("10 C2 00 'n' 01 22 27"), octets("F0 3C 00 'a' FF"),
-                "Invalid system identifier \"\"'\"");
+                "A system identifier cannot hold both kinds of quotes");
   expectRefused(fromComponents("08 D0 00 'e' 01 22 27 00 'n'"), octets("F0 3C 00 'a' FF"),
-                "Invalid system identifier \"\"'\"");
+                "A system identifier cannot hold both kinds of quotes");
   expectRefused(fromComponents("08 D1 00 'e' 00 's' 00 '<' 00 'n'"), octets("F0 3C 00 'a' FF"),
-                "Invalid public identifier \"<\"");
+                "\"<\" is not a public identifier");
   // One kind of quotes is well.
   EXPECT_EQ(whole({"startDTD(a, -//X//Y 'z', a\"b)", "endDTD()", "startElement(, a, a, [])",
                    "endElement(, a, a)"}),

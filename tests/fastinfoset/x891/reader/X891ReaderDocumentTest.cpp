@@ -64,11 +64,20 @@ TEST(X891ReaderElement, HasTheseChildrenAlone) {
 // --- Comments and instructions ---
 
 TEST(X891ReaderContent, CommentHasNoDoubleHyphen) {
-  const char* const message = "Comment with \"--\" or \"-\" at its end";
-  for (const char* comment : {"01 '--'", "00 '-'", "03 'a--b'", "01 'a-'", "02 '---'"}) {
-    expectContentRefused("E2 " + std::string(comment), "FF", message);
-    expectPrologRefused("E2 " + std::string(comment), "3C 00 'a' FF", message);
-    expectPrologRefused("C4 F0 E2 " + std::string(comment), "3C 00 'a' FF", message);
+  const char* const message = "You cannot put \"--\" into a comment";
+  const char* const atEnd = "You cannot end a comment with \"-\"";
+  const struct {
+    std::string comment;
+    const char* message;
+  } cases[] = {{"01 '--'", message},
+               {"03 'a--b'", message},
+               {"02 '---'", message},
+               {"00 '-'", atEnd},
+               {"01 'a-'", atEnd}};
+  for (const auto& each : cases) {
+    expectContentRefused("E2 " + each.comment, "FF", each.message);
+    expectPrologRefused("E2 " + each.comment, "3C 00 'a' FF", each.message);
+    expectPrologRefused("C4 F0 E2 " + each.comment, "3C 00 'a' FF", each.message);
   }
   EXPECT_EQ(wholeContent({"comment(-a- b)", "comment()"}),
             readNew(documentOfContent("E2 04 '-a- b' E2 FF")));
@@ -79,16 +88,16 @@ TEST(X891ReaderContent, CommentHasNoDoubleHyphen) {
 
 TEST(X891ReaderContent, InstructionHasATarget) {
   for (const char* target : {"xml", "XML", "xMl"}) {
-    expectContentRefused(
-        "E1 02 '" + std::string(target) + "' FF", "FF",
-        "Invalid target of a processing instruction \"" + std::string(target) + "\"");
+    expectContentRefused("E1 02 '" + std::string(target) + "' FF", "FF",
+                         '"' + std::string(target) +
+                             "\" is reserved and cannot be the target of a processing instruction");
   }
   EXPECT_EQ(wholeContent({"processingInstruction(xmlx, )", "processingInstruction(xm, )"}),
             readNew(documentOfContent("E1 03 'xmlx' FF E1 01 'xm' FF")));
 }
 
 TEST(X891ReaderContent, InstructionDoesNotEndInside) {
-  const char* const message = "Processing instruction with \"?>\"";
+  const char* const message = "You cannot put \"?>\" into a processing instruction";
   expectContentRefused("E1 00 'p' 01 '?>'", "FF", message);
   expectContentRefused("E1 00 'p' 03 'a?>b'", "FF", message);
   EXPECT_EQ(wholeContent({"processingInstruction(p, ? >?)"}),
@@ -147,8 +156,9 @@ TEST(X891ReaderContent, EntityReferencesOfANameAgreeOnIdentifiers) {
 }
 
 TEST(X891ReaderContent, EntityReferencesHaveIdentifiersOfXML) {
-  expectContentRefused("C9 00 'e' 00 '<'", "FF", "Invalid public identifier \"<\"");
-  expectContentRefused("CA 00 'e' 01 27 22", "FF", "Invalid system identifier \"'\"\"");
+  expectContentRefused("C9 00 'e' 00 '<'", "FF", "\"<\" is not a public identifier");
+  expectContentRefused("CA 00 'e' 01 27 22", "FF",
+                       "A system identifier cannot hold both kinds of quotes");
   expectContentRefused("C8 80", "FF", "Error when decoding string - invalid index");
 }
 

@@ -141,25 +141,22 @@ TEST(X891ReaderExternal, IsFollowedByTheEntriesOfTheInitialVocabularyAndTheDocum
 
 TEST(X891ReaderExternal, NamesAreCheckedForTheirBindings) {
   const std::string document = with("00");
-  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not bound to the namespace \"u\"",
-                    document.size()),
+  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not declared", document.size()),
             read(document + octets("FF")));
   const std::string attribute = with("7C 00 'a' 00");
-  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not bound to the namespace \"u\"",
-                    attribute.size()),
+  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not declared", attribute.size()),
             read(attribute + octets("FF FF F0")));
   // A prefix without a namespace name binds nothing.
   ExternalReader reader;
   reader.qualified[0][1] = nullptr;
-  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not bound to the namespace \"\"",
-                    document.size()),
+  EXPECT_EQ(failure({"startDocument()"}, "The prefix \"p\" is not declared", document.size()),
             reader.read(document + octets("FF")));
   // The same attribute name, once external and once the document's own.
   const std::string twice = with("7C 00 'a' 01 00 'x' 78 00 'm'");
-  EXPECT_EQ(failure({"startDocument()"}, "Attribute \"m\" is there twice", twice.size()),
+  EXPECT_EQ(failure({"startDocument()"}, "The attribute \"m\" is given twice", twice.size()),
             read(twice + octets("FF FF F0")));
   const std::string again = with("7C 00 'a' 01 00 'x' 01");
-  EXPECT_EQ(failure({"startDocument()"}, "Attribute \"m\" is there twice", again.size()),
+  EXPECT_EQ(failure({"startDocument()"}, "The attribute \"m\" is given twice", again.size()),
             read(again + octets("FF FF F0")));
 }
 

@@ -290,7 +290,7 @@ TEST(X891ReaderIntegers, IndexesOfAttributeNamesAndValues) {
       octets("FF"), "Error when decoding attribute name - invalid index",
       {"startDocument()", "startElement(, a, a, [{, n, n, CDATA, }, {, f, f, CDATA, }])"});
   expectRefused(table + octets("7C 00 'a' 78 00 'n' FF 78 00 'n'"), octets("FF FF F0"),
-                "Attribute \"n\" is there twice", {"startDocument()"});
+                "The attribute \"n\" is given twice", {"startDocument()"});
 }
 
 TEST(X891ReaderIntegers, IndexesOfChunksAtTheThresholds) {

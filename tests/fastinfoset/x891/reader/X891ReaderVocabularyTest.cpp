@@ -318,7 +318,7 @@ TEST(X891ReaderVocabulary, RefusesNamesOfIndexesThatAreNot) {
 TEST(X891ReaderVocabulary, ChecksTheBindingOfItsNamesWhereTheyAreUsed) {
   // The prefix p is not bound in the root element.
   expectRefused(withVocabulary("03 82 00 00 'p' 00 00 'u' 00 00 'l' 00 03 01 01 00 00"), "\xFF",
-                "The prefix \"p\" is not bound to the namespace \"u\"", {"startDocument()"});
+                "The prefix \"p\" is not declared", {"startDocument()"});
   // One that is not used harms no one.
   EXPECT_EQ(wholeContent({}), read(withVocabulary("03 82 00 00 'p' 00 00 'u' 00 00 'l' "
                                                   "00 03 01 01 00 3C 00 'a' FF")));

@@ -118,7 +118,7 @@ TEST(X891WriterText, MayBeLong) {
         if (text.size() <= 32) continue;  // Shorter ones enter the table.
         if (!fault.empty()) {
           EXPECT_EQ(refusal([&](Writer& w) { w.characters(text); }),
-                    "SAXException: Invalid " + fault + " in character data");
+                    "SAXException: You cannot put " + fault + " into character data");
           continue;
         }
         EXPECT_EQ(written([&](Writer& writer) {
@@ -137,11 +137,11 @@ TEST(X891WriterText, MayBeLong) {
 
 TEST(X891WriterText, IsRefusedWhereItIsNone) {
   EXPECT_EQ(refusal([](Writer& w) { w.characters(std::string(1, '\0')); }),
-            "SAXException: Invalid character U+0000 in character data");
+            "SAXException: You cannot put character U+0000 into character data");
   EXPECT_EQ(refusal([](Writer& w) { w.characters("a\xED\xA0\x80"); }),
-            "SAXException: Invalid UTF-8 octet 0xED in character data");
+            "SAXException: You cannot put UTF-8 octet 0xED into character data");
   EXPECT_EQ(refusal([](Writer& w) { w.characters("\xEF\xBF\xBF"); }),
-            "SAXException: Invalid character U+FFFF in character data");
+            "SAXException: You cannot put character U+FFFF into character data");
   EXPECT_EQ(refusal([](Writer& w) { w.ignorableWhitespace("x"); }),
             "SAXException: You cannot put non-whitespace characters into ignorable whitespace");
   Writer writer;
@@ -243,8 +243,8 @@ TEST(X891WriterEntities, AreReferencesWithTheIdentifiersThatAreKnown) {
             document("C6 00 's' F0 3C 00 'a' 90 'x' CA 00 'e' 80 CB 00 'f' 00 't' 00 'p'"
                      "C8 00 'g' C8 82 FF"));
   EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity("a b"); }),
-            "SAXException: \"a b\" is not a name without a colon");
-  EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity(""); }), "SAXException: Empty name");
+            "SAXException: \"a b\" is not a name");
+  EXPECT_EQ(refusal([](Writer& w) { w.skippedEntity(""); }), "SAXException: \"\" is not a name");
 }
 
 // A reference in Fast Infoset has identifiers of its own: the reader tells of them in the content.
@@ -286,9 +286,9 @@ TEST(X891WriterComments, AreRefusedWhereTheyAreNone) {
   EXPECT_EQ(refusal([](Writer& w) { w.comment("a-->"); }),
             "SAXException: You cannot put \"-->\" into a comment");
   EXPECT_EQ(refusal([](Writer& w) { w.comment("a-"); }),
-            "SAXException: A comment cannot end with \"-\"");
+            "SAXException: You cannot end a comment with \"-\"");
   EXPECT_EQ(refusal([](Writer& w) { w.comment("\x0B"); }),
-            "SAXException: Invalid character U+000B in a comment");
+            "SAXException: You cannot put character U+000B into a comment");
 }
 
 TEST(X891WriterInstructions, LeaveOutWhiteSpaceInFrontOfTheirData) {
@@ -309,15 +309,17 @@ TEST(X891WriterInstructions, AreRefusedWhereTheyAreNone) {
   const auto instruction = [](const std::string& target, const std::string& data) {
     return refusal([&](Writer& w) { w.processingInstruction(target, data); });
   };
-  EXPECT_EQ(instruction("", "d"), "SAXException: Empty name");
-  EXPECT_EQ(instruction("xMl", "d"), "SAXException: \"xMl\" is not a target");
+  EXPECT_EQ(instruction("", "d"), "SAXException: \"\" is not a name");
+  EXPECT_EQ(
+      instruction("xMl", "d"),
+      "SAXException: \"xMl\" is reserved and cannot be the target of a processing instruction");
   EXPECT_EQ(instruction("a:b", "d"), "SAXException: \"a:b\" is not a name without a colon");
   EXPECT_EQ(instruction("t", " ?>"),
             "SAXException: You cannot put \"?>\" into a processing instruction");
   EXPECT_EQ(instruction("t", "?>"),
             "SAXException: You cannot put \"?>\" into a processing instruction");
   EXPECT_EQ(instruction("t", "\xF5"),
-            "SAXException: Invalid UTF-8 octet 0xF5 in a processing instruction");
+            "SAXException: You cannot put UTF-8 octet 0xF5 into a processing instruction");
 }
 
 }  // namespace

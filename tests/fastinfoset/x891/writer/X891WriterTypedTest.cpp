@@ -115,7 +115,7 @@ TEST(X891WriterTyped, IsRefusedWhereItCannotBeEncoded) {
   EXPECT_EQ(refusal([](Writer& w) { w.object("", 3, IntData({-2147483649})); }),
             "SAXException: -2147483649 is not a 32-bit integer");
   EXPECT_EQ(refusal([](Writer& w) { w.octets("", 9, "\xFF"); }),
-            "SAXException: Invalid UTF-8 octet 0xFF in character data");
+            "SAXException: You cannot put UTF-8 octet 0xFF into character data");
   EXPECT_EQ(refusal([](Writer& w) { w.octets("", 3, "abc"); }),
             "EncodingAlgorithmException: Invalid length for encoded int data");
   EXPECT_EQ(refusal([](Writer& w) { w.octets("", 8, "abc"); }),
@@ -285,7 +285,7 @@ TEST_F(X891WriterApplications, AreRefusedWhereAnAttributeWouldHaveNoText) {
               writer.startElement("", "b", "b",
                                   TypedAttribute("u", 0, std::make_unique<Unfit>("y")));
             }),
-            "SAXException: Invalid character U+0001 in an attribute value");
+            "SAXException: You cannot put character U+0001 into an attribute value");
   EXPECT_EQ(writer.news(), "");
   // Content is read by those who know the algorithm.
   writer.object("u", 0, Unfit("y"));

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLWriter.h>
+
+#include <string>
+#include <string_view>
+
+namespace Tavrin {
+
+/// The feature of a writer of XML text that an identifier names, or null.
+inline bool* findTextFeature(const std::string& name, bool& autoIndent, bool& emptyTags,
+                             bool& xmlDeclaration) {
+  if (name == features::autoIndent) return &autoIndent;
+  if (name == features::emptyTags) return &emptyTags;
+  if (name == features::xmlDeclaration) return &xmlDeclaration;
+  return nullptr;
+}
+
+/// The markup that the writers of XML text have in common.
+/// @tparam Output derives from it and writes pieces: those of "XML" into the stream, those of
+///         "XML10" into the event that it composes
+template <typename Output>
+class Markup {
+ public:
+  void writeComment(const std::string& text) { write("<!--", text, "-->"); }
+  void writeInstruction(const std::string& target, const std::string& data) {
+    write("<?", target, " ", data, "?>");
+  }
+  /// Ends a CDATA section that has begun in the text.
+  void endSection() { write("]]>"); }
+
+  // Declarations. An external identifier follows what begins one.
+
+  void beginDocumentType(const std::string& name) { write("<!DOCTYPE ", name); }
+  void beginNotation(const std::string& name) { write("  <!NOTATION ", name); }
+  void beginEntity(const std::string& name) { write("  <!ENTITY ", name); }
+  void endDeclaration() { write(">"); }
+  void endUnparsedEntity(const std::string& notation) { write(" NDATA ", notation, ">"); }
+  void writeElementDeclaration(const std::string& name, const std::string& model) {
+    write("  <!ELEMENT ", name, " ", model, ">");
+  }
+
+ protected:
+  /// What the innermost container leaves open before its first content.
+  static std::string_view openingOf(XMLWriter::WriterState state) {
+    if (state == XMLWriter::InElement) return ">";
+    if (state == XMLWriter::InCDATA) return "<![CDATA[";
+    return state == XMLWriter::InDTD ? " [" : "";
+  }
+
+ private:
+  template <typename... Pieces>
+  void write(const Pieces&... pieces) {
+    static_cast<Output&>(*this).write(pieces...);
+  }
+};
+
+}  // namespace Tavrin
