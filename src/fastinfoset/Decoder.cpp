@@ -5,7 +5,7 @@
 #include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
 
-// The decoder as an object: properties, parse, failures and limits. The format is decoded in the
+// The decoder as an object: parse, failures and limits. The format is decoded in the
 // files that Decoder.h names.
 
 namespace Tavrin::fastinfoset {
@@ -16,34 +16,6 @@ Decoder::Decoder(const Dialect& dialect, const Handlers& handlers)
       errorHandler_(handlers.error),
       dtdHandler_(handlers.dtd),
       input_(dialect.callsGet) {}
-
-bool Decoder::setProperty(const std::string& name, void* value) {
-  const auto set = [&](const char* property, auto*& place) {
-    if (name != property) return false;
-    place = static_cast<std::remove_reference_t<decltype(place)>>(value);
-    return true;
-  };
-  return set(properties::lexicalHandler, lexicalHandler_) ||
-         set(properties::declarationHandler, declHandler_) ||
-         set(properties::primitiveTypeContentHandler, primitiveTypeContentHandler_) ||
-         set(properties::encodingAlgorithmContentHandler, encodingAlgorithmContentHandler_) ||
-         set(properties::registeredEncodingAlgorithms, registeredEncodingAlgorithms_) ||
-         set(properties::externalVocabularies, externalVocabularies_);
-}
-
-bool Decoder::getProperty(const std::string& name, void*& value) {
-  const auto get = [&](const char* property, void* place) {
-    if (name != property) return false;
-    value = place;
-    return true;
-  };
-  return get(properties::lexicalHandler, lexicalHandler_) ||
-         get(properties::declarationHandler, declHandler_) ||
-         get(properties::primitiveTypeContentHandler, primitiveTypeContentHandler_) ||
-         get(properties::encodingAlgorithmContentHandler, encodingAlgorithmContentHandler_) ||
-         get(properties::registeredEncodingAlgorithms, registeredEncodingAlgorithms_) ||
-         get(properties::externalVocabularies, externalVocabularies_);
-}
 
 void Decoder::parse(std::istream& stream) {
   const ParseScope scope(parsing_);

@@ -48,12 +48,16 @@ class Decoder {
   Decoder(const Decoder&) = delete;
   Decoder& operator=(const Decoder&) = delete;
 
-  /// Sets a property that all readers of Fast Infoset have.
-  /// @return whether it is one of them
-  bool setProperty(const std::string& name, void* value);
-  /// @param value receives the pointer that was set, or null
-  /// @return whether it is a property that all readers of Fast Infoset have
-  bool getProperty(const std::string& name, void*& value);
+  /// The properties that all readers of Fast Infoset have; see Properties.h.
+  template <typename Access>
+  bool accessProperty(Access access) {
+    return access(properties::lexicalHandler, lexicalHandler_) ||
+           access(properties::declarationHandler, declHandler_) ||
+           access(properties::primitiveTypeContentHandler, primitiveTypeContentHandler_) ||
+           access(properties::encodingAlgorithmContentHandler, encodingAlgorithmContentHandler_) ||
+           access(properties::registeredEncodingAlgorithms, registeredEncodingAlgorithms_) ||
+           access(properties::externalVocabularies, externalVocabularies_);
+  }
 
   /// Decodes one document.
   void parse(std::istream& stream);

@@ -151,7 +151,9 @@ TEST_F(Limits, AreLimitsThatThereAre) {
         (Result{2, "", "tavrin: --limit " + setting + ": the value is not a number or none\n"}));
   }
   EXPECT_EQ(run({"check", "--limit", "amplification-factor=0.5", "tables.fi"}),
-            (Result{2, "", "tavrin: Amplification factor below 1\n"}));
+            (Result{2, "",
+                    "tavrin: Property \"http://tavrin/fastinfoset/properties/amplification-factor\" must "
+                    "be at least 1\n"}));
 }
 
 // A reader that was not chosen by name need not have them.

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_FI.h>
 
+#include "../../sax/Properties.h"
 #include "FIDecoder.h"
 
 // The reader as an object. What it decodes, its decoder does.
@@ -22,12 +23,13 @@ XMLReader_FI::~XMLReader_FI() = default;
 std::unique_ptr<XMLReader> XMLReader_FI::create() { return std::make_unique<XMLReader_FI>(); }
 
 void XMLReader_FI::setProperty(const std::string& name, void* value) {
-  if (!decoder_->setProperty(name, value)) XMLReader::setProperty(name, value);
+  if (!decoder_->accessProperty(PropertySetter{name, value})) XMLReader::setProperty(name, value);
 }
 
 void* XMLReader_FI::getProperty(const std::string& name) {
   void* value = nullptr;
-  return decoder_->getProperty(name, value) ? value : XMLReader::getProperty(name);
+  const bool isKnown = decoder_->accessProperty(PropertyGetter{name, value});
+  return isKnown ? value : XMLReader::getProperty(name);
 }
 
 void XMLReader_FI::parse(std::istream& stream) { decoder_->parse(stream); }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "../../io/OctetStream.h"
+#include "../../sax/Properties.h"
 #include "../../typed/ExactNumbers.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
@@ -26,8 +27,20 @@ class X891Decoder : public Decoder {
 
   // --- As the reader has them ---
 
-  bool setProperty(const std::string& name, void* value);
-  bool getProperty(const std::string& name, void*& value);
+  template <typename Access>
+  bool accessProperty(Access access) {
+    return access(properties::amplificationFactor, amplificationFactor_, kAmplificationFactor) ||
+           access(properties::amplificationThreshold, amplificationThreshold_,
+                  kAmplificationThreshold) ||
+           access(properties::maximumTableOctets, maximumTableOctets_, kMaximumTableOctets) ||
+           access(properties::maximumLiteralOctets, maximumLiteralOctets_, kMaximumLiteralOctets) ||
+           access(properties::maximumDepth, maximumDepth_, std::uint64_t{UINT64_MAX}) ||
+           access(properties::documentXMLVersion, ReadOnly{document_.version}) ||
+           access(properties::standalone, ReadOnly{document_.standalone}) ||
+           Decoder::accessProperty(access);
+  }
+  /// What strings from tables may amount to is computed anew, with the limits as they are then.
+  void forgetAllowance() { document_.allowedFromTables = 0; }
   bool isStandalone() const { return document_.standalone.value_or(false); }
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 

@@ -84,8 +84,7 @@ void X891Decoder::reportComment(const std::string& text) {
   }
 }
 
-void X891Decoder::reportProcessingInstruction(const std::string& target,
-                                                          const std::string& data) {
+void X891Decoder::reportProcessingInstruction(const std::string& target, const std::string& data) {
   failIf(xml::whyNotTarget(target));
   failIf(xml::whyNotInstructionData(data));
   if (data.find_first_of(" \t\r\n") == 0) {

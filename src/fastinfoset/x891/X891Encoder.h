@@ -58,8 +58,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   /// Begins a document without tables. Nothing is written: notations and unparsed entities, which
   /// come before the children, are yet to come.
   void beginDocument();
-  template <typename Visit>
-  bool visitProperty(const std::string& name, Visit visit);
+  template <typename Access>
+  bool accessProperty(Access access);
 
   // --- Start tags ---
 

@@ -31,8 +31,7 @@ void X891Decoder::checkEntry(unsigned table, const std::string& entry) {
   }
 }
 
-void X891Decoder::checkExternalId(const std::string& publicId,
-                                              const std::string& systemId) const {
+void X891Decoder::checkExternalId(const std::string& publicId, const std::string& systemId) const {
   failIf(xml::whyNotPublicId(publicId));
   failIf(xml::whyNotSystemId(systemId));
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "../../sax/Properties.h"
 #include "X891Decoder.h"
 
 // The reader as an object: creation, properties, failures. Beside it in this folder: Document.cpp
@@ -36,16 +37,19 @@ XMLReader_X891::~XMLReader_X891() = default;
 std::unique_ptr<XMLReader> XMLReader_X891::create() { return std::make_unique<XMLReader_X891>(); }
 
 void XMLReader_X891::setProperty(const std::string& name, void* value) {
-  if (!decoder_->setProperty(name, value)) XMLReader::setProperty(name, value);
+  if (name == properties::amplificationFactor) checkFactor(name, value);
+  decoder_->forgetAllowance();
+  if (!decoder_->accessProperty(PropertySetter{name, value})) XMLReader::setProperty(name, value);
 }
 
 void* XMLReader_X891::getProperty(const std::string& name) {
   void* value = nullptr;
-  return decoder_->getProperty(name, value) ? value : XMLReader::getProperty(name);
+  const bool isKnown = decoder_->accessProperty(PropertyGetter{name, value});
+  return isKnown ? value : XMLReader::getProperty(name);
 }
 
 void XMLReader_X891::setFeature(const std::string& name, bool value) {
-  if (name == features::isStandalone) throw SAXException("Feature \"" + name + "\" cannot be set");
+  if (name == features::isStandalone) throwCanOnlyBeAsked("Feature", name);
   XMLReader::setFeature(name, value);
 }
 
@@ -66,60 +70,6 @@ namespace fastinfoset {
 X891Decoder::X891Decoder(const Handlers& handlers) : Decoder(kDialectX891, handlers) {
   maximumTableOctets_ = kMaximumTableOctets;
   maximumLiteralOctets_ = kMaximumLiteralOctets;
-}
-
-namespace {
-
-template <typename Value>
-void assign(Value& property, const void* value, Value byDefault) {
-  property = value ? *static_cast<const Value*>(value) : byDefault;
-}
-
-}  // namespace
-
-bool X891Decoder::setProperty(const std::string& name, void* value) {
-  if (name == properties::amplificationFactor) {
-    double factor = 0;
-    assign(factor, value, kAmplificationFactor);
-    if (!(factor >= 1)) throw SAXException("Amplification factor below 1");
-    amplificationFactor_ = factor;
-    document_.allowedFromTables = 0;
-  } else if (name == properties::amplificationThreshold) {
-    assign(amplificationThreshold_, value, kAmplificationThreshold);
-    document_.allowedFromTables = 0;
-  } else if (name == properties::maximumTableOctets) {
-    assign(maximumTableOctets_, value, kMaximumTableOctets);
-  } else if (name == properties::maximumLiteralOctets) {
-    assign(maximumLiteralOctets_, value, kMaximumLiteralOctets);
-  } else if (name == properties::maximumDepth) {
-    assign(maximumDepth_, value, std::uint64_t{UINT64_MAX});
-  } else if (name == properties::documentXMLVersion || name == properties::standalone) {
-    throw SAXException("Property \"" + name + "\" cannot be set");
-  } else {
-    return Decoder::setProperty(name, value);
-  }
-  return true;
-}
-
-bool X891Decoder::getProperty(const std::string& name, void*& value) {
-  if (name == properties::amplificationFactor) {
-    value = &amplificationFactor_;
-  } else if (name == properties::amplificationThreshold) {
-    value = &amplificationThreshold_;
-  } else if (name == properties::maximumTableOctets) {
-    value = &maximumTableOctets_;
-  } else if (name == properties::maximumLiteralOctets) {
-    value = &maximumLiteralOctets_;
-  } else if (name == properties::maximumDepth) {
-    value = &maximumDepth_;
-  } else if (name == properties::documentXMLVersion) {
-    value = &document_.version;
-  } else if (name == properties::standalone) {
-    value = document_.standalone ? &*document_.standalone : nullptr;
-  } else {
-    return Decoder::getProperty(name, value);
-  }
-  return true;
 }
 
 SAXParseException X891Decoder::exceptionHere(const std::string& message) const {

@@ -1,6 +1,7 @@
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../sax/AtLimit.h"
+#include "../../sax/Properties.h"
 #include "../../xml/Rules.h"
 #include "X891Encoder.h"
 
@@ -31,81 +32,35 @@ XMLWriter_X891::Encoder::Encoder(XMLWriter_X891& writer)
 
 // --- Properties ---
 
-/// Calls a function with the property of a name, and with its default where it always has a value.
-/// @return false where there is no such property
-template <typename Visit>
-bool XMLWriter_X891::Encoder::visitProperty(const std::string& name, Visit visit) {
-  if (name == properties::documentXMLVersion) {
-    visit(xmlVersion_);
-  } else if (name == properties::standalone) {
-    visit(standalone_);
-  } else if (name == properties::registeredEncodingAlgorithms) {
-    visit(registeredAlgorithms_);
-  } else if (name == properties::externalVocabularies) {
-    visit(externalVocabularies_);
-  } else if (name == properties::externalVocabulary) {
-    visit(externalVocabulary_);
-  } else if (name == properties::initialVocabulary) {
-    visit(initialVocabulary_);
-  } else if (name == properties::indexedAttributeValueLength) {
-    visit(limits_.indexedAttributeValueLength, kIndexedLengthDefault);
-  } else if (name == properties::indexedChunkLength) {
-    visit(limits_.indexedChunkLength, kIndexedLengthDefault);
-  } else if (name == properties::maximumTableOctets) {
-    visit(limits_.maximumTableOctets, kMaximumTableOctetsDefault);
-  } else if (name == properties::maximumDepth) {
-    visit(maximumDepth_, UINT64_MAX);
-  } else {
-    return false;
-  }
-  return true;
+template <typename Access>
+bool XMLWriter_X891::Encoder::accessProperty(Access access) {
+  return access(properties::documentXMLVersion, xmlVersion_) ||
+         access(properties::standalone, standalone_) ||
+         access(properties::registeredEncodingAlgorithms, registeredAlgorithms_) ||
+         access(properties::externalVocabularies, externalVocabularies_) ||
+         access(properties::externalVocabulary, externalVocabulary_) ||
+         access(properties::initialVocabulary, initialVocabulary_) ||
+         access(properties::indexedAttributeValueLength, limits_.indexedAttributeValueLength,
+                kIndexedLengthDefault) ||
+         access(properties::indexedChunkLength, limits_.indexedChunkLength,
+                kIndexedLengthDefault) ||
+         access(properties::maximumTableOctets, limits_.maximumTableOctets,
+                kMaximumTableOctetsDefault) ||
+         access(properties::maximumDepth, maximumDepth_, std::uint64_t{UINT64_MAX});
 }
-
-namespace {
-
-struct SetProperty {
-  void* value;
-
-  template <typename Value>
-  void operator()(std::optional<Value>& property) const {
-    property.reset();
-    if (value != nullptr) property = *static_cast<const Value*>(value);
-  }
-  template <typename Map>
-  void operator()(Map*& property) const {
-    property = static_cast<Map*>(value);
-  }
-  void operator()(std::uint64_t& property, std::uint64_t standard) const {
-    property = value != nullptr ? *static_cast<const std::uint64_t*>(value) : standard;
-  }
-};
-
-struct GetProperty {
-  void*& value;
-
-  template <typename Value>
-  void operator()(std::optional<Value>& property) const {
-    value = property ? &*property : nullptr;
-  }
-  template <typename Map>
-  void operator()(Map*& property) const {
-    value = property;
-  }
-  void operator()(std::uint64_t& property, std::uint64_t /*standard*/) const { value = &property; }
-};
-
-}  // namespace
 
 void XMLWriter_X891::setProperty(const std::string& name, void* value) {
   if (name == properties::documentXMLVersion && value != nullptr) {
     xml::refuseIf(xml::whyNotVersion(*static_cast<const std::string*>(value)));
   }
-  if (!encoder_->visitProperty(name, SetProperty{value})) XMLWriter::setProperty(name, value);
+  if (!encoder_->accessProperty(PropertySetter{name, value})) {
+    XMLWriter::setProperty(name, value);
+  }
 }
 
 void* XMLWriter_X891::getProperty(const std::string& name) {
   void* value = nullptr;
-  const bool isKnown = encoder_->visitProperty(name, GetProperty{value});
+  const bool isKnown = encoder_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLWriter::getProperty(name);
 }
 

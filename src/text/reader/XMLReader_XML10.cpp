@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_XML10.h>
 
+#include "../../sax/Properties.h"
 #include "XML10Driver.h"
 
 namespace Tavrin {
@@ -8,14 +9,6 @@ namespace Tavrin {
 using text::XML10Settings;
 
 namespace {
-
-[[noreturn]] void throwNotSettable(const char* kind, const std::string& name) {
-  throw SAXException(std::string(kind) + " \"" + name + "\" can only be asked");
-}
-
-[[noreturn]] void throwBadValue(const std::string& name, const char* wanted) {
-  throw SAXException("Property \"" + name + "\" must be " + wanted);
-}
 
 /// The switch of a feature, or null.
 bool* find(const std::string& name, XML10Settings::Features& switches) {
@@ -27,15 +20,26 @@ bool* find(const std::string& name, XML10Settings::Features& switches) {
   return nullptr;
 }
 
-template <typename Value>
-Value valueOr(const void* value, Value fallback) {
-  return value ? *static_cast<const Value*>(value) : fallback;
-}
-
 }  // namespace
 
 class XMLReader_XML10::Driver : public text::XML10Driver {
+ public:
   using XML10Driver::XML10Driver;
+
+  template <typename Access>
+  bool accessProperty(Access access) {
+    return access(properties::lexicalHandler, handlers.lexical) ||
+           access(properties::declarationHandler, handlers.decl) ||
+           access(properties::baseURI, settings.baseURI) ||
+           access(properties::entityAmplificationFactor, settings.amplificationFactor,
+                  XML10Settings::kAmplificationFactor) ||
+           access(properties::entityAmplificationThreshold, settings.amplificationThreshold,
+                  XML10Settings::kAmplificationThreshold) ||
+           access(properties::maximumDepth, settings.maximumDepth, XML10Settings::kMaximumDepth) ||
+           access(properties::documentXMLVersion, ReadOnly{facts.version}) ||
+           access(properties::standalone, ReadOnly{facts.standalone}) ||
+           access(properties::lossCount, ReadOnly{facts.losses});
+  }
 };
 
 const XMLReaderType XMLReader_XML10::type_("XML10", &XMLReader_XML10::create);
@@ -60,7 +64,7 @@ void XMLReader_XML10::setFeature(const std::string& name, bool value) {
   } else if (name == features::validation) {
     if (value) throw SAXException("Feature \"" + name + "\" not supported");
   } else if (name == features::isStandalone) {
-    throwNotSettable("Feature", name);
+    throwCanOnlyBeAsked("Feature", name);
   } else {
     XMLReader::setFeature(name, value);
   }
@@ -74,43 +78,15 @@ bool XMLReader_XML10::getFeature(const std::string& name) {
 }
 
 void XMLReader_XML10::setProperty(const std::string& name, void* value) {
-  XML10Settings& settings = driver_->settings;
-  if (name == properties::lexicalHandler) {
-    driver_->handlers.lexical = static_cast<LexicalHandler*>(value);
-  } else if (name == properties::declarationHandler) {
-    driver_->handlers.decl = static_cast<DeclHandler*>(value);
-  } else if (name == properties::baseURI) {
-    settings.baseURI.reset();
-    if (value) settings.baseURI = *static_cast<const std::string*>(value);
-  } else if (name == properties::entityAmplificationFactor) {
-    const double factor = valueOr(value, XML10Settings::kAmplificationFactor);
-    if (!(factor >= 1)) throwBadValue(name, "at least 1");  // Nor is NaN.
-    settings.amplificationFactor = factor;
-  } else if (name == properties::entityAmplificationThreshold) {
-    settings.amplificationThreshold = valueOr(value, XML10Settings::kAmplificationThreshold);
-  } else if (name == properties::maximumDepth) {
-    settings.maximumDepth = valueOr(value, XML10Settings::kMaximumDepth);
-  } else if (name == properties::documentXMLVersion || name == properties::standalone ||
-             name == properties::lossCount) {
-    throwNotSettable("Property", name);
-  } else {
-    XMLReader::setProperty(name, value);
-  }
+  if (name == properties::entityAmplificationFactor) checkFactor(name, value);
+  const bool isKnown = driver_->accessProperty(PropertySetter{name, value});
+  if (!isKnown) XMLReader::setProperty(name, value);
 }
 
 void* XMLReader_XML10::getProperty(const std::string& name) {
-  const auto addressOf = [](auto& value) -> void* { return value ? &*value : nullptr; };
-  XML10Settings& settings = driver_->settings;
-  if (name == properties::lexicalHandler) return driver_->handlers.lexical;
-  if (name == properties::declarationHandler) return driver_->handlers.decl;
-  if (name == properties::baseURI) return addressOf(settings.baseURI);
-  if (name == properties::entityAmplificationFactor) return &settings.amplificationFactor;
-  if (name == properties::entityAmplificationThreshold) return &settings.amplificationThreshold;
-  if (name == properties::documentXMLVersion) return addressOf(driver_->facts.version);
-  if (name == properties::standalone) return addressOf(driver_->facts.standalone);
-  if (name == properties::maximumDepth) return &settings.maximumDepth;
-  if (name == properties::lossCount) return &driver_->facts.losses;
-  return XMLReader::getProperty(name);
+  void* value = nullptr;
+  const bool isKnown = driver_->accessProperty(PropertyGetter{name, value});
+  return isKnown ? value : XMLReader::getProperty(name);
 }
 
 }  // namespace Tavrin

@@ -74,6 +74,9 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public Markup<XMLWriter_XML10::Co
 
   explicit Composer(XMLWriter_XML10& writer) : writer_(writer) {}
 
+  template <typename Access>
+  bool accessProperty(Access access);
+
   /// Composes an event and writes it out, or leaves everything as it was. Where writing it fails,
   /// nobody can tell what has been written, and nothing may follow.
   template <typename Body>

@@ -2,6 +2,7 @@
 #include <Tavrin/XMLWriter_XML10.h>
 
 #include "../../sax/AtLimit.h"
+#include "../../sax/Properties.h"
 #include "../../xml/AddDeclaration.h"
 #include "../../xml/Escapes.h"
 #include "../../xml/Rules.h"
@@ -40,40 +41,33 @@ bool XMLWriter_XML10::getFeature(const std::string& name) {
   return feature != nullptr ? *feature : XMLWriter::getFeature(name);
 }
 
+template <typename Access>
+bool XMLWriter_XML10::Composer::accessProperty(Access access) {
+  return access(properties::documentXMLVersion, version_, std::string("1.0")) ||
+         access(properties::standalone, standalone_) ||
+         access(properties::indentWidth, indentWidth_, 2U) ||
+         access(properties::maximumDepth, maximumDepth_, std::uint64_t{UINT64_MAX}) ||
+         access(properties::quoteCharacter, quote_, '\'');
+}
+
 void XMLWriter_XML10::setProperty(const std::string& name, void* value) {
-  Composer& composer = *composer_;
-  if (name == properties::documentXMLVersion) {
-    const std::string version = value == nullptr ? "1.0" : *static_cast<std::string*>(value);
-    xml::refuseIf(xml::whyNotVersion(version));
-    composer.version_ = version;
-  } else if (name == properties::standalone) {
-    composer.standalone_.reset();
-    if (value != nullptr) composer.standalone_ = *static_cast<bool*>(value);
-  } else if (name == properties::indentWidth) {
-    composer.indentWidth_ = value == nullptr ? 2 : *static_cast<unsigned*>(value);
-  } else if (name == properties::maximumDepth) {
-    composer.maximumDepth_ = value == nullptr ? UINT64_MAX : *static_cast<std::uint64_t*>(value);
-  } else if (name == properties::quoteCharacter) {
-    const char quote = value == nullptr ? '\'' : *static_cast<char*>(value);
+  if (name == properties::documentXMLVersion && value != nullptr) {
+    xml::refuseIf(xml::whyNotVersion(*static_cast<const std::string*>(value)));
+  }
+  if (name == properties::quoteCharacter && value != nullptr) {
+    const char quote = *static_cast<const char*>(value);
     if (quote != '\'' && quote != '"') {
       throw SAXException("Attribute values can stand in apostrophes or quotation marks only");
     }
-    composer.quote_ = quote;
-  } else {
-    XMLWriter::setProperty(name, value);
   }
+  const bool isKnown = composer_->accessProperty(PropertySetter{name, value});
+  if (!isKnown) XMLWriter::setProperty(name, value);
 }
 
 void* XMLWriter_XML10::getProperty(const std::string& name) {
-  Composer& composer = *composer_;
-  if (name == properties::documentXMLVersion) return &composer.version_;
-  if (name == properties::standalone) {
-    return composer.standalone_ ? &*composer.standalone_ : nullptr;
-  }
-  if (name == properties::indentWidth) return &composer.indentWidth_;
-  if (name == properties::maximumDepth) return &composer.maximumDepth_;
-  if (name == properties::quoteCharacter) return &composer.quote_;
-  return XMLWriter::getProperty(name);
+  void* value = nullptr;
+  const bool isKnown = composer_->accessProperty(PropertyGetter{name, value});
+  return isKnown ? value : XMLWriter::getProperty(name);
 }
 
 void XMLWriter_XML10::flush() {

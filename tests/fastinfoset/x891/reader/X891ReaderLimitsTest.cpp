@@ -85,8 +85,9 @@ TEST(X891ReaderLimits, FactorIsAtLeastOne) {
   set(reader, amplificationFactor, 2.5);
   for (const double factor :
        {0.999, 0.0, -1.0, std::nan(""), -std::numeric_limits<double>::infinity()}) {
-    EXPECT_EQ("SAXException: Amplification factor below 1",
-              outcomeOf([&] { set(reader, amplificationFactor, factor); }));
+    EXPECT_EQ(
+        std::string("SAXException: Property \"") + amplificationFactor + "\" must be at least 1",
+        outcomeOf([&] { set(reader, amplificationFactor, factor); }));
     EXPECT_EQ(2.5, get<double>(reader, amplificationFactor));
   }
   set(reader, amplificationFactor, std::numeric_limits<double>::infinity());
