@@ -143,8 +143,8 @@ void Encoder::encodeNamespaces(const std::vector<std::string>& pairs) {
     const std::string& namespaceName = pairs[i + 1];
     put(kNamespaceDeclaration | (prefix.empty() ? 0 : kPrefixPresent) |
         (namespaceName.empty() ? 0 : kNamespacePresent));
-    if (!prefix.empty()) writeIdentifier(&vocabulary_.prefixes, prefix);
-    if (!namespaceName.empty()) writeIdentifier(&vocabulary_.namespaceNames, namespaceName);
+    if (!prefix.empty()) encodeIdentifier(kPrefixes, prefix);
+    if (!namespaceName.empty()) encodeIdentifier(kNamespaceNames, namespaceName);
   }
   put(kTerminator);
 }

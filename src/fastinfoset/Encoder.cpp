@@ -12,7 +12,8 @@ Encoder::Encoder(const Dialect& dialect, const Shared& shared)
       dialect_(dialect) {}
 
 void Encoder::clearTables() {
-  vocabulary_ = {};
+  strings_ = {};
+  names_ = {};
   limits_.tableOctets = 0;
   known_.elements.clear();
   known_.attributes.clear();

@@ -3,6 +3,7 @@
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/EncodingAlgorithms.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
@@ -14,6 +15,7 @@
 
 #include "../xml/NameCache.h"
 #include "IndexMap.h"
+#include "InitialVocabulary.h"
 #include "format/Dialect.h"
 #include "format/Integers.h"
 #include "format/Octets.h"
@@ -39,28 +41,12 @@ struct EventName {
 using StringIndexMap = IndexMap<std::string>;
 using NameIndexMap = IndexMap<NameParts>;
 
-/// The tables that a writer adds to (X.891, clause 8).
-struct WrittenTables {
-  StringIndexMap prefixes;
-  StringIndexMap namespaceNames;
-  StringIndexMap localNames;
-  StringIndexMap otherNCNames;
-  StringIndexMap otherURIs;
-  StringIndexMap attributeValues;
-  StringIndexMap characterChunks;
-  StringIndexMap otherStrings;
-  NameIndexMap elementNames;
-  NameIndexMap attributeNames;
-
-  /// @param table kPrefixes or a later one
-  StringIndexMap& strings(unsigned table) {
-    StringIndexMap* const maps[] = {&prefixes,  &namespaceNames,  &localNames,      &otherNCNames,
-                                    &otherURIs, &attributeValues, &characterChunks, &otherStrings};
-    return *maps[table - kPrefixes];
-  }
-  NameIndexMap& names(unsigned table) {
-    return table == kElementNames ? elementNames : attributeNames;
-  }
+/// An item with identifiers; an empty one is absent.
+struct ExternalItem {
+  std::string name;
+  std::string publicId;
+  std::string systemId;
+  std::string notation;  ///< Of an unparsed entity.
 };
 
 /// What enters the tables besides names and identifiers, which all do. Lengths are in octets.
@@ -126,25 +112,24 @@ class Encoder {
 
   void put(unsigned octet);
   void putOctets(const std::string& octets);
-  void putItemCount(std::uint32_t count);
+  void encodeNumberOfItems(std::uint32_t count);
   void encodeIndex(int bits, unsigned index);
   /// An integer in its shortest form, with the other bits of its first octet.
   template <typename Encoding>
   void putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
 
-  // --- Strings (Strings.cpp) ---
+  // --- Strings (Strings.cpp). Tables are those of Tables.h ---
 
-  void putIdentifier(const std::string& text);
-  void writeIdentifier(StringIndexMap* table, const std::string& text);
-  /// A string that is in no table.
-  /// @param table to which it is added, or null
-  void writeNewString(StringIndexMap* table, const std::string& text);
-  /// The length and octets of a string that is in no table.
-  void writeLiteralString(bool adds, const std::string& text);
-  void writeString(StringIndexMap* table, bool addToTable, const std::string& text);
+  void encodeIdentifier(unsigned table, const std::string& text);
+  void encodeLiteralIdentifier(const std::string& text);
+  void encodeString(unsigned table, bool adds, const std::string& text);
+  /// A string that is in no table yet.
+  void encodeNewString(unsigned table, bool adds, const std::string& text);
+  /// The length and the octets of a string.
+  void encodeLiteralString(bool adds, const std::string& text);
   void encodeCharacters(const std::string& text);
   /// What precedes the octets of an algorithm.
-  void putAlgorithm(bool chunk, unsigned field, std::uint64_t length);
+  void encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length);
 
   // --- Names (Names.cpp) ---
 
@@ -154,24 +139,33 @@ class Encoder {
     unsigned namespaceName = kNoIndex;
   };
   /// @throws SAXException "Undeclared prefix ..." or "Undeclared namespace ..."
-  PartIndices findParts(const std::string& prefix, const std::string& namespaceName) const;
-  /// A literal name, which the caller has added to its table.
-  void writeLiteralName(unsigned bits, const std::string& prefix, const std::string& namespaceName,
-                        const std::string& localName, PartIndices indices);
-  void writeQualifiedName(int bits, NameIndexMap& table, const NameParts& name);
-  void writeElementName(unsigned attributeFlag, const EventName& name);
-  void writeAttributeName(const EventName& name);
+  PartIndices findNameParts(const std::string& prefix, const std::string& namespaceName) const;
+  /// A literal name that its table has already.
+  void encodeLiteralName(unsigned bits, const std::string& prefix, const std::string& namespaceName,
+                         const std::string& localName, PartIndices indices);
+  void encodeNewName(unsigned bits, unsigned table, const NameParts& name);
+  void encodeElementName(unsigned attributeFlag, const EventName& name);
+  void encodeAttributeName(const EventName& name);
+  void encodeNameSurrogate(const NameParts& name);
 
-  // --- Elements, items and the document (Elements.cpp, Items.cpp, Document.cpp) ---
+  // --- Elements and items (Elements.cpp, Items.cpp) ---
 
   void encodeNamespaces(const std::vector<std::string>& pairs);
   void finishElement();
-  void encodeComment(const std::string& text);
   void encodeProcessingInstruction(const std::string& target, const std::string& data);
+  void encodeEntityReference(const ExternalItem& entity);
+  void encodeComment(const std::string& text);
+  void encodeDocumentType(const ExternalItem& documentType);
+  void encodeUnparsedEntity(const ExternalItem& entity);
+  void encodeNotation(const ExternalItem& notation);
   /// Typed content, after the text before it.
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
+
+  // --- The document (Document.cpp, Vocabulary.cpp) ---
+
   void encodeHeader(unsigned components);
+  void encodeInitialVocabulary(const InitialVocabulary& vocabulary);
   void finishDocument();
 
   /// Writes the terminator that is pending; with `final`, together with another one.
@@ -179,19 +173,20 @@ class Encoder {
   /// Writes the text since the last item as one chunk.
   void flushCharacters();
 
-  // --- Tables ---
+  // --- Tables (clause 8), by Table ---
 
+  StringIndexMap& strings(unsigned table) { return strings_[table]; }
+  const StringIndexMap& strings(unsigned table) const { return strings_[table]; }
+  NameIndexMap& names(unsigned table) { return names_[table - kStringTables]; }
   void clearTables();
   /// Whether a value, chunk or other string is to enter its table when it is written.
-  bool isIndexed(const StringIndexMap& table, const std::string& text) const;
-  WrittenTables& tables() { return vocabulary_; }
+  bool isIndexed(unsigned table, const std::string& text) const;
   KnownNames& known() { return known_; }
 
  protected:
-  [[noreturn]] static void missingNamePart(const std::string& part, const char* what);
-  unsigned findPart(const StringIndexMap& table, const std::string& part, const char* builtIn,
-                    const char* what) const;
-  void writePart(StringIndexMap& table, const std::string& part, unsigned index);
+  unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
+  void encodeNamePart(unsigned table, const std::string& part, unsigned index);
+  void encodeIdentifiers(const ExternalItem& item);
   template <typename Key>
   void addEntry(IndexMap<Key>& table, const Key& entry);
   /// Assigns over a name that is used again and again.
@@ -209,7 +204,10 @@ class Encoder {
   BuiltInAlgorithms& builtIn_;
 
   const Dialect& dialect_;
-  WrittenTables vocabulary_;  // Of the current document.
+  // Of the current document.
+  std::array<StringIndexMap, kStringTables> strings_;
+  std::array<NameIndexMap, kTables - kStringTables> names_;
+
   KnownNames known_;
   WriterLimits limits_;
   NameParts name_;  // Used again for each name: its strings keep their memory.
@@ -250,12 +248,12 @@ void Encoder::encodeContent(Algorithm& algorithm, const Value& value) {
   if (out_ != nullptr) algorithm.encodeToOutputStream(true, value, *out_);
 }
 
-inline bool Encoder::isIndexed(const StringIndexMap& table, const std::string& text) const {
+inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
   const WriterLimits& limits = limits_;
-  const std::uint64_t longest = &table == &vocabulary_.characterChunks
+  const std::uint64_t longest = table == kContentCharacterChunks
                                     ? limits.indexedChunkLength
                                     : limits.indexedAttributeValueLength;
-  return text.size() <= longest && table.positions() < dialect_.maximumEntries &&
+  return text.size() <= longest && strings(table).positions() < dialect_.maximumEntries &&
          limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 

@@ -9,6 +9,15 @@
 
 namespace Tavrin::fastinfoset {
 
+namespace {
+
+unsigned identifierBits(const ExternalItem& item) {
+  return (item.systemId.empty() ? 0 : kSystemIdentifier) |
+         (item.publicId.empty() ? 0 : kPublicIdentifier);
+}
+
+}  // namespace
+
 void Decoder::decodeProcessingInstruction() {
   std::string target;
   std::string data;
@@ -23,8 +32,8 @@ void Encoder::encodeProcessingInstruction(const std::string& target, const std::
     flushTerminator(false);
     if (!out_) return;
     put(kProcessingInstruction);
-    writeIdentifier(&vocabulary_.otherNCNames, target);
-    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, data), data);
+    encodeIdentifier(kOtherNCNames, target);
+    encodeString(kOtherStrings, isIndexed(kOtherStrings, data), data);
   });
 }
 
@@ -35,6 +44,15 @@ void Decoder::decodeUnexpandedEntityReference(unsigned octet) {
   decodeIdentifier(kOtherNCNames, name);
   decodeIdentifiers(octet, systemId, publicId);
   reportEntityReference(name, publicId, systemId);
+}
+
+void Encoder::encodeEntityReference(const ExternalItem& entity) {
+  flushCharacters();
+  flushTerminator(false);
+  if (!out_) return;
+  put(kFirstEntityReference | identifierBits(entity));
+  encodeIdentifier(kOtherNCNames, entity.name);
+  encodeIdentifiers(entity);
 }
 
 // --- Character chunks ---
@@ -94,7 +112,7 @@ void Encoder::encodeComment(const std::string& text) {
     flushTerminator(false);
     if (!out_) return;
     put(kComment);
-    writeString(&vocabulary_.otherStrings, isIndexed(vocabulary_.otherStrings, text), text);
+    encodeString(kOtherStrings, isIndexed(kOtherStrings, text), text);
   });
 }
 
@@ -118,6 +136,17 @@ void Decoder::decodeIdentifiers(unsigned octet, std::string& systemId, std::stri
   if (octet & kPublicIdentifier) decodeIdentifier(kOtherURIs, publicId);
 }
 
+void Encoder::encodeDocumentType(const ExternalItem& documentType) {
+  flushTerminator(false);
+  put(kDocumentType | identifierBits(documentType));
+  encodeIdentifiers(documentType);
+}
+
+void Encoder::encodeIdentifiers(const ExternalItem& item) {
+  if (!item.systemId.empty()) encodeIdentifier(kOtherURIs, item.systemId);
+  if (!item.publicId.empty()) encodeIdentifier(kOtherURIs, item.publicId);
+}
+
 void Decoder::decodeUnparsedEntities() {
   unsigned octet = readOctet();
   for (; (octet & kUnparsedEntityMask) == kUnparsedEntity; octet = readOctet()) {
@@ -134,6 +163,14 @@ void Decoder::decodeUnparsedEntities() {
   if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
 
+/// It has a system identifier.
+void Encoder::encodeUnparsedEntity(const ExternalItem& entity) {
+  put(kUnparsedEntity | (entity.publicId.empty() ? 0 : kPublicIdentifier));
+  encodeIdentifier(kOtherNCNames, entity.name);
+  encodeIdentifiers(entity);
+  encodeIdentifier(kOtherNCNames, entity.notation);
+}
+
 void Decoder::decodeNotations() {
   unsigned octet = readOctet();
   for (; (octet & kNotationMask) == kNotation; octet = readOctet()) {
@@ -145,6 +182,12 @@ void Decoder::decodeNotations() {
     reportNotation(name, publicId, systemId);
   }
   if (octet != kTerminator) fail(dialect_.wrongNotation);
+}
+
+void Encoder::encodeNotation(const ExternalItem& notation) {
+  put(kNotation | identifierBits(notation));
+  encodeIdentifier(kOtherNCNames, notation.name);
+  encodeIdentifiers(notation);
 }
 
 }  // namespace Tavrin::fastinfoset

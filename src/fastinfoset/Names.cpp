@@ -63,87 +63,77 @@ Name& Decoder::nameAt(unsigned long index, Names& table, const char* message) {
   return *name;
 }
 
-void Encoder::writeQualifiedName(int bits, NameIndexMap& table, const NameParts& name) {
+void Encoder::encodeNewName(unsigned bits, unsigned table, const NameParts& name) {
   // The parts are found before anything is written or added.
-  const PartIndices indices = findParts(name.prefix, name.namespaceName);
-  addEntry(table, name);
-  writeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName, name.localName,
-                   indices);
+  const PartIndices indices = findNameParts(name.prefix, name.namespaceName);
+  addEntry(names(table), name);
+  encodeLiteralName(bits, name.prefix, name.namespaceName, name.localName, indices);
 }
 
-void Encoder::writeLiteralName(unsigned bits, const std::string& prefix,
-                               const std::string& namespaceName, const std::string& localName,
-                               PartIndices indices) {
+void Encoder::encodeLiteralName(unsigned bits, const std::string& prefix,
+                                const std::string& namespaceName, const std::string& localName,
+                                PartIndices indices) {
   put(bits | (prefix.empty() ? 0 : kPrefixPresent) |
       (namespaceName.empty() ? 0 : kNamespacePresent));
-  if (!prefix.empty()) writePart(vocabulary_.prefixes, prefix, indices.prefix);
+  if (!prefix.empty()) encodeNamePart(kPrefixes, prefix, indices.prefix);
   if (!namespaceName.empty()) {
-    writePart(vocabulary_.namespaceNames, namespaceName, indices.namespaceName);
+    encodeNamePart(kNamespaceNames, namespaceName, indices.namespaceName);
   }
-  writeIdentifier(&vocabulary_.localNames, localName);
+  encodeIdentifier(kLocalNames, localName);
 }
 
-Encoder::PartIndices Encoder::findParts(const std::string& prefix,
-                                        const std::string& namespaceName) const {
+Encoder::PartIndices Encoder::findNameParts(const std::string& prefix,
+                                            const std::string& namespaceName) const {
   PartIndices indices;
-  if (!prefix.empty()) indices.prefix = findPart(vocabulary_.prefixes, prefix, "xml", "prefix");
+  if (!prefix.empty()) indices.prefix = findNamePart(kPrefixes, prefix, "prefix");
   if (!namespaceName.empty()) {
-    indices.namespaceName =
-        findPart(vocabulary_.namespaceNames, namespaceName, namespaces::xml, "namespace");
+    indices.namespaceName = findNamePart(kNamespaceNames, namespaceName, "namespace");
   }
   return indices;
 }
 
 /// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it may be
 /// written literally.
-unsigned Encoder::findPart(const StringIndexMap& table, const std::string& part,
-                           const char* builtIn, const char* what) const {
-  if (part == builtIn) return kBuiltInNameIndex;
-  if (const unsigned* const index = table.find(part)) {
+unsigned Encoder::findNamePart(unsigned table, const std::string& part, const char* what) const {
+  if (part == kStringTableForms[table].builtIn) return kBuiltInNameIndex;
+  if (const unsigned* const index = strings(table).find(part)) {
     return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
   }
-  if (!dialect_.literalNameParts) missingNamePart(part, what);
+  if (!dialect_.literalNameParts) {
+    throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
+  }
   return kNoIndex;
 }
 
-void Encoder::missingNamePart(const std::string& part, const char* what) {
-  throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
-}
-
-void Encoder::writePart(StringIndexMap& table, const std::string& part, unsigned index) {
+void Encoder::encodeNamePart(unsigned table, const std::string& part, unsigned index) {
   if (index == kNoIndex) {
-    writeIdentifier(&table, part);
+    encodeIdentifier(table, part);
   } else {
     encodeIndex(kStringIndex, index);
   }
 }
 
-void Encoder::writeElementName(unsigned attributeFlag, const EventName& name) {
+void Encoder::encodeElementName(unsigned attributeFlag, const EventName& name) {
   const auto& [uri, localName, qName] = name;
   const unsigned* index = known_.elements.find(uri, localName, qName);
   if (index == nullptr) {
     assignName(name_, name);
-    index = vocabulary_.elementNames.find(name_);
+    index = names(kElementNames).find(name_);
     if (index == nullptr) {
-      writeQualifiedName(static_cast<int>(kLiteralElementName | attributeFlag),
-                         vocabulary_.elementNames, name_);
-      return;
+      return encodeNewName(kLiteralElementName | attributeFlag, kElementNames, name_);
     }
     known_.elements.put(uri, localName, qName, *index);
   }
   putInteger(kElementIndex, attributeFlag, *index);
 }
 
-void Encoder::writeAttributeName(const EventName& name) {
+void Encoder::encodeAttributeName(const EventName& name) {
   const auto& [uri, localName, qName] = name;
   const unsigned* index = known_.attributes.find(uri, localName, qName);
   if (index == nullptr) {
     assignName(name_, name);
-    index = vocabulary_.attributeNames.find(name_);
-    if (index == nullptr) {
-      writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
-      return;
-    }
+    index = names(kAttributeNames).find(name_);
+    if (index == nullptr) return encodeNewName(kLiteralAttributeName, kAttributeNames, name_);
     known_.attributes.put(uri, localName, qName, *index);
   }
   encodeIndex(0, *index);
@@ -170,6 +160,14 @@ std::string Decoder::decodeSurrogatePart(unsigned table) {
   const unsigned long builtIn = builtInEntries(table);
   Strings& entries = strings(table);
   return index < builtIn ? entries.form().builtIn : stringAt(index - builtIn, entries);
+}
+
+void Encoder::encodeNameSurrogate(const NameParts& name) {
+  put((name.prefix.empty() ? 0 : kPrefixPresent) |
+      (name.namespaceName.empty() ? 0 : kNamespacePresent));
+  if (!name.prefix.empty()) encodeIndex(0, strings(kPrefixes).at(name.prefix));
+  if (!name.namespaceName.empty()) encodeIndex(0, strings(kNamespaceNames).at(name.namespaceName));
+  encodeIndex(0, strings(kLocalNames).at(name.localName));
 }
 
 }  // namespace Tavrin::fastinfoset

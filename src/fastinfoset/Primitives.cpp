@@ -131,7 +131,7 @@ void Encoder::encodeIndex(int bits, unsigned index) {
   putInteger(kIndex, static_cast<unsigned>(bits), index);
 }
 
-void Encoder::putItemCount(std::uint32_t count) {
+void Encoder::encodeNumberOfItems(std::uint32_t count) {
   if (count < kItemCountLong + dialect_.itemCountBias) {
     put(count - dialect_.itemCountBias);
     return;

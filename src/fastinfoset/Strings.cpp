@@ -50,16 +50,17 @@ std::uint64_t Encoder::lengthOf(const std::string& text) const {
                      " octets");
 }
 
-void Encoder::writeIdentifier(StringIndexMap* table, const std::string& text) {
-  if (const unsigned* const index = table->find(text)) {
+void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
+  StringIndexMap& entries = strings(table);
+  if (const unsigned* const index = entries.find(text)) {
     encodeIndex(kStringIndex, *index);
     return;
   }
-  addEntry(*table, text);
-  putIdentifier(text);
+  addEntry(entries, text);
+  encodeLiteralIdentifier(text);
 }
 
-void Encoder::putIdentifier(const std::string& text) {
+void Encoder::encodeLiteralIdentifier(const std::string& text) {
   putInteger(kIdentifierLength, 0, lengthOf(text));
   putOctets(text);
 }
@@ -91,21 +92,21 @@ void Decoder::decodeString(unsigned table, std::string& text) {
   decodeString(readOctet(), &strings(table), text);
 }
 
-void Encoder::writeString(StringIndexMap* table, bool addToTable, const std::string& text) {
-  const unsigned* const index = table != nullptr && !text.empty() ? table->find(text) : nullptr;
+void Encoder::encodeString(unsigned table, bool adds, const std::string& text) {
+  const unsigned* const index = text.empty() ? nullptr : strings(table).find(text);
   if (index != nullptr) {
     encodeIndex(kStringIndex, *index);
   } else {
-    writeNewString(addToTable ? table : nullptr, text);
+    encodeNewString(table, adds, text);
   }
 }
 
-void Encoder::writeNewString(StringIndexMap* table, const std::string& text) {
-  if (table != nullptr && !text.empty()) addEntry(*table, text);
-  writeLiteralString(table != nullptr, text);
+void Encoder::encodeNewString(unsigned table, bool adds, const std::string& text) {
+  if (adds && !text.empty()) addEntry(strings(table), text);
+  encodeLiteralString(adds, text);
 }
 
-void Encoder::writeLiteralString(bool adds, const std::string& text) {
+void Encoder::encodeLiteralString(bool adds, const std::string& text) {
   if (text.empty()) {
     put(kEmptyString);
     return;
@@ -118,13 +119,13 @@ void Encoder::writeLiteralString(bool adds, const std::string& text) {
 
 void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
-  StringIndexMap& table = vocabulary_.characterChunks;
+  StringIndexMap& table = strings(kContentCharacterChunks);
   if (const unsigned* const index = table.find(text)) {
     putInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
     return;
   }
   unsigned bits = kChunk | kChunkUTF8;
-  if (isIndexed(table, text)) {
+  if (isIndexed(kContentCharacterChunks, text)) {
     addEntry(table, text);
     bits |= kChunkAddToTable;
   }
@@ -237,7 +238,7 @@ Decoder::Field Decoder::decodeChunkField(unsigned octet) {
   return {number, decodeCharactersLength(next)};
 }
 
-void Encoder::putAlgorithm(bool chunk, unsigned field, std::uint64_t length) {
+void Encoder::encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length) {
   if (chunk) {
     put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
     putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);

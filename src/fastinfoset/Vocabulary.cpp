@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Decoder.h"
+#include "Encoder.h"
 #include "format/Octets.h"
 
 // The vocabulary: its tables, and the initial vocabulary of a document (X.891, 7.2, clause 8 and
@@ -131,6 +132,33 @@ void Decoder::decodeEntries(Names& table) {
     Name& entry = table.append();
     static_cast<NameParts&>(entry) = std::move(name);
     entry.setQName();
+  }
+}
+
+void Encoder::encodeInitialVocabulary(const InitialVocabulary& vocabulary) {
+  const unsigned components = vocabulary.components();
+  put(components >> 8);
+  put(components & 0xFF);
+  if (!vocabulary.externalVocabulary.empty()) {
+    encodeLiteralIdentifier(vocabulary.externalVocabulary);
+  }
+  const auto encodeCount = [this](const auto& entries) {
+    if (!entries.empty()) encodeNumberOfItems(static_cast<std::uint32_t>(entries.size()));
+  };
+  for (unsigned table = 0; table < kStringTables; ++table) {
+    const std::vector<std::string>& entries = vocabulary.strings[table];
+    encodeCount(entries);
+    for (const std::string& entry : entries) {
+      if (kStringTableForms[table].isEncoded) {
+        encodeLiteralString(false, entry);
+      } else {
+        encodeLiteralIdentifier(entry);
+      }
+    }
+  }
+  for (const std::vector<NameParts>& entries : vocabulary.names) {
+    encodeCount(entries);
+    for (const NameParts& name : entries) encodeNameSurrogate(name);
   }
 }
 

@@ -10,7 +10,7 @@ namespace Tavrin {
 
 const XMLReaderType XMLReader_FI::type_("FI", &XMLReader_FI::create);
 
-class XMLReader_FI::Decoder final : public fastinfoset::FIDecoder {
+class TAVRIN_LOCAL XMLReader_FI::Decoder final : public fastinfoset::FIDecoder {
   using FIDecoder::FIDecoder;
 };
 

@@ -103,7 +103,7 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
       namespaces_.clear();
       flag = 0;  // The octet in front of the declarations carried it.
     }
-    if (out_ != nullptr) encoder_->writeElementName(flag, {uri, localName, qName});
+    if (out_ != nullptr) encoder_->encodeElementName(flag, {uri, localName, qName});
     if (!hasAttributes) return;
     if (out_ != nullptr) encodeAttributes(attributes);
     // The end of the attributes may share an octet with the end of the element.
@@ -145,7 +145,6 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
 
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
   const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
-  StringIndexMap& values = encoder_->tables().attributeValues;
   encoder_->perform([&] {
     const int length = attributes.getLength();
     for (int i = 0; i < length; ++i) {
@@ -157,7 +156,7 @@ void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
       const EventName name = {encoder_->known().uri, encoder_->known().localName,
                               encoder_->known().qName};
       checkName(name.localName);
-      encoder_->writeAttributeName(name);
+      encoder_->encodeAttributeName(name);
       encoder_->sendOctets();
       if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
         EncodingAlgorithm& algorithm =
@@ -165,7 +164,8 @@ void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
         if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
       } else {
         const std::string& value = attributes.getValue(i);
-        encoder_->writeString(&values, encoder_->isIndexed(values, value), value);
+        const bool adds = encoder_->isIndexed(kAttributeValues, value);
+        encoder_->encodeString(kAttributeValues, adds, value);
       }
     }
   });
@@ -205,7 +205,7 @@ void XMLWriter_FI::encodeString(std::map<std::string, unsigned>* table, bool add
     }
     if (adds) addTo(*table, text);
   }
-  encoder_->writeLiteralString(adds, text);
+  encoder_->encodeLiteralString(adds, text);
 }
 
 void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
@@ -214,15 +214,15 @@ void XMLWriter_FI::encodeIdentifier(std::map<std::string, unsigned>* table,
     return encodeIndex(kStringIndex, found->second);
   }
   addTo(*table, text);
-  encoder_->putIdentifier(text);
+  encoder_->encodeLiteralIdentifier(text);
 }
 
 void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigned>& table,
                                        const QualifiedName& name) {
-  const auto indices = encoder_->findParts(name.prefix, name.namespaceName);
+  const auto indices = encoder_->findNameParts(name.prefix, name.namespaceName);
   addTo(table, name);
-  encoder_->writeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName,
-                             name.localName, indices);
+  encoder_->encodeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName,
+                              name.localName, indices);
 }
 
 void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {

@@ -229,7 +229,7 @@ void XMLWriter_X891::Encoder::putContent(unsigned field, const std::string& octe
   flushCharacters();
   flushTerminator(false);
   if (!out_) return;
-  putAlgorithm(true, field, octets.size());
+  encodeAlgorithmField(true, field, octets.size());
   putOctets(octets);
   sendOctets();
 }
@@ -329,7 +329,7 @@ void XMLWriter_X891::Encoder::encodeTypedValue(const std::string& uri, int index
   const std::string octets = std::move(encodedValues_.front());
   encodedValues_.pop_front();
   if (octets.empty()) return put(kEmptyString);
-  putAlgorithm(false, fieldOf(uri, index), octets.size());
+  encodeAlgorithmField(false, fieldOf(uri, index), octets.size());
   putOctets(octets);
 }
 

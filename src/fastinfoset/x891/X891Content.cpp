@@ -92,10 +92,7 @@ void XMLWriter_X891::skippedEntity(const std::string& name) {
         found == entities.end() ? std::pair<std::string, std::string>() : found->second;
     encoder.checkRoom(name.size() + publicId.size() + systemId.size(), 3);
     encoder.isWriting_ = true;
-    encoder.flushCharacters();
-    encoder.flushTerminator(false);
-    if (!out_) return;
-    encoder.encodeExternal(kFirstEntityReference, &name, publicId, systemId);
+    encoder.encodeEntityReference({name, publicId, systemId, {}});
     encoder.sendOctets();
   });
 }

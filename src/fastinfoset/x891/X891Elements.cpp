@@ -147,8 +147,7 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
     if (elementIndex_ != kNoIndex) {
       putInteger(kElementIndex, flag, elementIndex_);
     } else {
-      writeQualifiedName(static_cast<int>(kLiteralElementName | flag), vocabulary_.elementNames,
-                         elementName_);
+      encodeNewName(kLiteralElementName | flag, kElementNames, elementName_);
     }
     if (hasAttributes) encodeAttributes(attributes);
   }
@@ -182,7 +181,7 @@ unsigned XMLWriter_X891::Encoder::findElementName(const EventName& name) {
     return *known;
   }
   assignName(elementName_, name);
-  const unsigned* const found = vocabulary_.elementNames.find(elementName_);
+  const unsigned* const found = names(kElementNames).find(elementName_);
   const unsigned index = found ? *found : kNoIndex;
   checkElementName(name, index, false);
   if (found) known_.elements.put(uri, localName, qName, index);
@@ -274,7 +273,7 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
                             attributes.getQName(i)};
     if (!isKnown) {
       assignName(name_, name);
-      if (const unsigned* const found = vocabulary_.attributeNames.find(name_)) index = *found;
+      if (const unsigned* const found = names(kAttributeNames).find(name_)) index = *found;
     }
     checkAttributeName(name, index, isKnown);
     if (!isKnown && index != kNoIndex) {
@@ -286,15 +285,14 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
     }
     const std::string& value = attributes.getValue(i);
     if (value.empty()) continue;  // It is written as itself.
-    if (const unsigned* const found = vocabulary_.attributeValues.find(value)) valueIndex = *found;
+    if (const unsigned* const found = strings(kAttributeValues).find(value)) valueIndex = *found;
     checkValue(value, valueIndex);
   }
 }
 
 void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
-  StringIndexMap& values = vocabulary_.attributeValues;
-  const unsigned lookedUp = values.positions();
+  const unsigned positions = strings(kAttributeValues).positions();
   for (const auto& [i, index, valueIndex, isKnown] : attributes_) {
     if (index != kNoIndex) {
       encodeIndex(0, index);
@@ -308,11 +306,11 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       encodeIndex(kStringIndex, valueIndex);
     } else {
       const std::string& value = attributes.getValue(i);
-      const bool add = isIndexed(values, value);
-      if (values.positions() == lookedUp) {
-        writeNewString(add ? &values : nullptr, value);
+      const bool adds = isIndexed(kAttributeValues, value);
+      if (strings(kAttributeValues).positions() == positions) {
+        encodeNewString(kAttributeValues, adds, value);
       } else {
-        writeString(&values, add, value);  // It may have come since, in this very tag.
+        encodeString(kAttributeValues, adds, value);  // It may have come since, in this very tag.
       }
     }
   }
@@ -321,10 +319,10 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
 /// Writes a name that was in no table when the tag began. The same one may have come since.
 void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
-  if (const unsigned* const index = vocabulary_.attributeNames.find(name_)) {
+  if (const unsigned* const index = names(kAttributeNames).find(name_)) {
     encodeIndex(0, *index);
   } else {
-    writeQualifiedName(kLiteralAttributeName, vocabulary_.attributeNames, name_);
+    encodeNewName(kLiteralAttributeName, kAttributeNames, name_);
   }
 }
 

@@ -13,7 +13,7 @@
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 #include "../Encoder.h"
-#include "WrittenVocabulary.h"
+#include "../InitialVocabulary.h"
 
 namespace Tavrin {
 
@@ -46,7 +46,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
  public:
   using EventName = fastinfoset::EventName;
   using NameParts = fastinfoset::NameParts;
-  using WrittenVocabulary = fastinfoset::WrittenVocabulary;
+  using InitialVocabulary = fastinfoset::InitialVocabulary;
 
   explicit Encoder(XMLWriter_X891& writer);
 
@@ -82,19 +82,15 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
 
   // --- What comes before the root ---
 
-  void beginChildren(const WrittenVocabulary& vocabulary);
-  void writeComponents(const WrittenVocabulary& vocabulary);
+  void beginChildren(const InitialVocabulary& vocabulary);
+  void writeComponents(const InitialVocabulary& vocabulary);
   void writeProlog();
-  void encodeExternal(unsigned octet, const std::string* name, const std::string& publicId,
-                      const std::string& systemId);
 
   const ExternalVocabulary* findExternalVocabulary() const;
-  void loadExternalVocabulary(WrittenVocabulary& written);
-  void loadInitialVocabulary(WrittenVocabulary& written);
-  void loadAlgorithms(WrittenVocabulary& written);
-  WrittenVocabulary prepareVocabulary();
-  void writeVocabulary(const WrittenVocabulary& vocabulary);
-  void writeSurrogate(const NameParts& name);
+  void loadExternalVocabulary(InitialVocabulary& written);
+  void loadInitialVocabulary(InitialVocabulary& written);
+  void loadAlgorithms(InitialVocabulary& written);
+  InitialVocabulary prepareVocabulary();
 
   // --- Text and typed values ---
 
@@ -139,14 +135,6 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::string first;
     std::string second;
   };
-  /// A notation, or an unparsed entity.
-  struct Declaration {
-    std::string name;
-    std::string publicId;
-    std::string systemId;
-    std::string notationName;  // Of an entity.
-  };
-
   /// What was found out about the name of an attribute.
   struct AttributeRecord {
     std::uint64_t bindings = 0;  // The version of the bindings in which its prefix is right.
@@ -157,8 +145,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     bool isBroken = false;       // An event failed when some of it may have been written.
     bool childrenBegan = false;  // The header and what was held back are written.
     std::vector<PrologItem> prolog;
-    std::vector<Declaration> notations;
-    std::vector<Declaration> unparsedEntities;
+    std::vector<fastinfoset::ExternalItem> notations;
+    std::vector<fastinfoset::ExternalItem> unparsedEntities;
     std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
 
     xml::NamespaceBindings bindings;
@@ -190,7 +178,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::deque<std::string> encodedValues_;     // What applications' algorithms made, in order.
   std::uint64_t newOctets_ = 0;               // What new names may add to the tables.
   std::uint64_t newEntries_ = 0;
-  WrittenVocabulary headerVocabulary_;  // Of the root: the header's.
+  InitialVocabulary headerVocabulary_;  // Of the root: the header's.
 };
 
 template <typename Body>

@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "../../xml/Rules.h"
+#include "../InitialVocabulary.h"
 #include "../format/Octets.h"
-#include "WrittenVocabulary.h"
 #include "X891Encoder.h"
 
-// What comes before the root: the optional components (X.891, C.2) and the first children. Comments
-// and processing instructions are here, too.
+// What comes before the root: the optional components and the first children. Comments and
+// processing instructions are here, too.
 
 namespace Tavrin {
 
@@ -33,7 +33,7 @@ void XMLWriter_X891::endDTD() {
   });
 }
 
-// An identifier that is empty is left out, which the format allows of both (C.11).
+// An identifier that is empty is left out, which the format allows of both.
 void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
                                   const std::string& systemId) {
   encoder_->attempt([&](Encoder& encoder) {
@@ -52,7 +52,7 @@ void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::stri
     checkNCName(name);
     checkNCName(notationName);
     checkIdentifiers(publicId, systemId);
-    // It must have one, which is not empty (C.10, C.22).
+    // The format demands one that is not empty.
     if (systemId.empty()) {
       throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
     }
@@ -126,7 +126,7 @@ void XMLWriter_X891::processingInstruction(const std::string& target, const std:
 // --- Writing ---
 
 /// Writes all that comes before the root.
-void XMLWriter_X891::Encoder::beginChildren(const WrittenVocabulary& vocabulary) {
+void XMLWriter_X891::Encoder::beginChildren(const InitialVocabulary& vocabulary) {
   Document& document = document_;
   document.childrenBegan = true;
   if (out_) {
@@ -138,40 +138,21 @@ void XMLWriter_X891::Encoder::beginChildren(const WrittenVocabulary& vocabulary)
   document.unparsedEntities = {};
 }
 
-void XMLWriter_X891::Encoder::writeComponents(const WrittenVocabulary& vocabulary) {
+void XMLWriter_X891::Encoder::writeComponents(const InitialVocabulary& vocabulary) {
   const Document& document = document_;
-  for (const unsigned octet : kHeader) put(octet);
-  put((vocabulary.tables() != 0 ? kInitialVocabulary : 0U) |
-      (document.notations.empty() ? 0U : kNotations) |
-      (document.unparsedEntities.empty() ? 0U : kUnparsedEntities) |
-      (standalone_ ? kStandalone : 0U) | (xmlVersion_ ? kVersion : 0U));
-  if (vocabulary.tables() != 0) writeVocabulary(vocabulary);
-  for (const auto& [name, publicId, systemId, notationName] : document.notations) {
-    encodeExternal(kNotation, &name, publicId, systemId);
-  }
+  const bool hasVocabulary = vocabulary.components() != 0;
+  encodeHeader((hasVocabulary ? kInitialVocabulary : 0U) |
+               (document.notations.empty() ? 0U : kNotations) |
+               (document.unparsedEntities.empty() ? 0U : kUnparsedEntities) |
+               (standalone_ ? kStandalone : 0U) | (xmlVersion_ ? kVersion : 0U));
+  if (hasVocabulary) encodeInitialVocabulary(vocabulary);
+  for (const ExternalItem& notation : document.notations) encodeNotation(notation);
   if (!document.notations.empty()) put(kTerminator);
-  for (const Declaration& entity : document.unparsedEntities) {
-    put(kUnparsedEntity | (entity.publicId.empty() ? 0 : kPublicIdentifier));
-    writeIdentifier(&vocabulary_.otherNCNames, entity.name);
-    writeIdentifier(&vocabulary_.otherURIs, entity.systemId);
-    if (!entity.publicId.empty()) writeIdentifier(&vocabulary_.otherURIs, entity.publicId);
-    writeIdentifier(&vocabulary_.otherNCNames, entity.notationName);
-  }
+  for (const ExternalItem& entity : document.unparsedEntities) encodeUnparsedEntity(entity);
   if (!document.unparsedEntities.empty()) put(kTerminator);
   if (standalone_) put(*standalone_ ? 1 : 0);
   // It comes once: no table needs it.
-  if (xmlVersion_) writeString(&vocabulary_.otherStrings, false, *xmlVersion_);
-}
-
-/// Writes the first octet of an item, its name, unless that is null, and its identifiers.
-void XMLWriter_X891::Encoder::encodeExternal(unsigned octet, const std::string* name,
-                                             const std::string& publicId,
-                                             const std::string& systemId) {
-  put(octet | (systemId.empty() ? 0 : kSystemIdentifier) |
-      (publicId.empty() ? 0 : kPublicIdentifier));
-  if (name != nullptr) writeIdentifier(&vocabulary_.otherNCNames, *name);
-  if (!systemId.empty()) writeIdentifier(&vocabulary_.otherURIs, systemId);
-  if (!publicId.empty()) writeIdentifier(&vocabulary_.otherURIs, publicId);
+  if (xmlVersion_) encodeString(kOtherStrings, false, *xmlVersion_);
 }
 
 void XMLWriter_X891::Encoder::writeProlog() {
@@ -193,8 +174,7 @@ void XMLWriter_X891::Encoder::writeProlog() {
           ++i;
           break;
         }
-        flushTerminator(false);
-        encodeExternal(kDocumentType, nullptr, first, second);
+        encodeDocumentType({{}, first, second, {}});
         break;
       case Kind::endOfDocumentType:
         flushTerminator(false);

@@ -1,4 +1,4 @@
-#include "WrittenVocabulary.h"
+#include "../InitialVocabulary.h"
 
 #include <Tavrin/Identifiers.h>
 
@@ -101,7 +101,7 @@ const ExternalVocabulary* XMLWriter_X891::Encoder::findExternalVocabulary() cons
 
 /// Begins the tables of the document, anew where that was tried before.
 /// @throws SAXException where the vocabularies are not possible
-XMLWriter_X891::Encoder::WrittenVocabulary XMLWriter_X891::Encoder::prepareVocabulary() {
+XMLWriter_X891::Encoder::InitialVocabulary XMLWriter_X891::Encoder::prepareVocabulary() {
   clearTables();
   limits_.tableOctets = 0;
   document_.algorithms.clear();
@@ -109,18 +109,18 @@ XMLWriter_X891::Encoder::WrittenVocabulary XMLWriter_X891::Encoder::prepareVocab
   // What was found out about names is kept by their positions.
   document_.elementBindings.clear();
   document_.attributeRecords.clear();
-  WrittenVocabulary written;
-  vocabulary_.prefixes.add("xml");
-  vocabulary_.namespaceNames.add(namespaces::xml);
+  InitialVocabulary written;
+  strings(kPrefixes).add("xml");
+  strings(kNamespaceNames).add(namespaces::xml);
   loadExternalVocabulary(written);
   loadInitialVocabulary(written);
   loadAlgorithms(written);
   checkRoom(0, 0);
-  document_.loadedValues = vocabulary_.attributeValues.positions();
+  document_.loadedValues = strings(kAttributeValues).positions();
   return written;
 }
 
-void XMLWriter_X891::Encoder::loadExternalVocabulary(WrittenVocabulary& written) {
+void XMLWriter_X891::Encoder::loadExternalVocabulary(InitialVocabulary& written) {
   const ExternalVocabulary* const external = findExternalVocabulary();
   if (external == nullptr) return;
   written.externalVocabulary = *externalVocabulary_;
@@ -130,14 +130,14 @@ void XMLWriter_X891::Encoder::loadExternalVocabulary(WrittenVocabulary& written)
     checkPositions(to);
   };
   for (unsigned table = kPrefixes; table < kStringTables; ++table) {
-    load(external->*kStringTableForms[table].external, vocabulary_.strings(table), textOf);
+    load(external->*kStringTableForms[table].external, strings(table), textOf);
   }
   for (unsigned table = kStringTables; table < kTables; ++table) {
-    load(external->*kExternalNameTables[table - kStringTables], vocabulary_.names(table), nameOf);
+    load(external->*kExternalNameTables[table - kStringTables], names(table), nameOf);
   }
 }
 
-void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) {
+void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) {
   if (!initialVocabulary_) return;
   const auto add = [this](auto& table, const auto& entry) {
     table.add(entry);
@@ -147,7 +147,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) 
     const StringTableForm& form = kStringTableForms[table];
     const StringTable& from = *initialVocabulary_.*form.external;
     // Alphabets and algorithms are looked up by nobody but readers.
-    StringIndexMap* const to = table >= kPrefixes ? &vocabulary_.strings(table) : nullptr;
+    StringIndexMap* const to = table >= kPrefixes ? &strings(table) : nullptr;
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
       std::string entry = textOf(from.entries[i]);
       checkEntry(form.kind, entry);
@@ -158,7 +158,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) 
   }
   // A name refers to its parts, so they must be in the tables.
   const auto require = [&](unsigned table, const std::string& part) {
-    StringIndexMap& to = vocabulary_.strings(table);
+    StringIndexMap& to = strings(table);
     if (part.empty() || to.find(part) != nullptr) return;
     written.strings[table].push_back(part);
     add(to, part);
@@ -167,7 +167,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) 
   for (unsigned table = kStringTables; table < kTables; ++table) {
     const QualifiedNameTable& from =
         *initialVocabulary_.*kExternalNameTables[table - kStringTables];
-    NameIndexMap& to = vocabulary_.names(table);
+    NameIndexMap& to = names(table);
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
       const NameParts name = nameOf(from.entries[i]);
       checkVocabularyName(name);
@@ -182,7 +182,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(WrittenVocabulary& written) 
 }
 
 /// What can be named by a field, and the rest of what is named in the document.
-void XMLWriter_X891::Encoder::loadAlgorithms(WrittenVocabulary& written) {
+void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
   std::vector<std::string>& named = document_.algorithms;
   std::map<std::string, unsigned>& fields = document_.algorithmFields;
   const auto name = [&](const std::string& uri) {
@@ -215,41 +215,6 @@ void XMLWriter_X891::Encoder::loadAlgorithms(WrittenVocabulary& written) {
   if (alphabets > kMaximumAlphabets) {
     throw SAXException("More than " + std::to_string(kMaximumAlphabets) + " restricted alphabets");
   }
-}
-
-// --- Writing ---
-
-void XMLWriter_X891::Encoder::writeVocabulary(const WrittenVocabulary& vocabulary) {
-  const unsigned tables = vocabulary.tables();
-  put(tables >> 8);
-  put(tables & 0xFF);
-  if (!vocabulary.externalVocabulary.empty()) putIdentifier(vocabulary.externalVocabulary);
-  for (unsigned table = 0; table < kStringTables; ++table) {
-    const std::vector<std::string>& entries = vocabulary.strings[table];
-    if (!entries.empty()) putItemCount(static_cast<std::uint32_t>(entries.size()));
-    for (const std::string& entry : entries) {
-      if (kStringTableForms[table].isEncoded) {
-        writeNewString(nullptr, entry);
-      } else {
-        putIdentifier(entry);
-      }
-    }
-  }
-  for (const std::vector<NameParts>& entries : vocabulary.names) {
-    if (!entries.empty()) putItemCount(static_cast<std::uint32_t>(entries.size()));
-    for (const NameParts& name : entries) writeSurrogate(name);
-  }
-}
-
-/// Writes a name as the indexes of its parts (C.16).
-void XMLWriter_X891::Encoder::writeSurrogate(const NameParts& name) {
-  put((name.prefix.empty() ? 0 : kPrefixPresent) |
-      (name.namespaceName.empty() ? 0 : kNamespacePresent));
-  if (!name.prefix.empty()) encodeIndex(0, vocabulary_.prefixes.at(name.prefix));
-  if (!name.namespaceName.empty()) {
-    encodeIndex(0, vocabulary_.namespaceNames.at(name.namespaceName));
-  }
-  encodeIndex(0, vocabulary_.localNames.at(name.localName));
 }
 
 }  // namespace Tavrin

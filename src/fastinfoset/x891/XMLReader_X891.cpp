@@ -15,7 +15,7 @@ namespace Tavrin {
 
 const XMLReaderType XMLReader_X891::type_("X891", &XMLReader_X891::create);
 
-class XMLReader_X891::Decoder final : public fastinfoset::X891Decoder {
+class TAVRIN_LOCAL XMLReader_X891::Decoder final : public fastinfoset::X891Decoder {
  public:
   explicit Decoder(XMLReader_X891& reader)
       : X891Decoder({reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
