@@ -7,7 +7,7 @@
 #include "../format/Dialect.h"
 #include "X891Encoder.h"
 
-// The vocabulary that a document begins with (X.891, C.2.5 and 7.2): built in, external, and its
+// The vocabulary that a document begins with (X.891, 7.2): built in, external, and its
 // own entries, in this order.
 
 namespace Tavrin {
