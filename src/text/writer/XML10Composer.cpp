@@ -32,8 +32,7 @@ void XMLWriter_XML10::Composer::restore(const Mark& mark) {
   document_.brackets = mark.brackets;
 }
 
-void XMLWriter_XML10::Composer::requireSound() const {
-  if (!document_.isBroken) return;
+void XMLWriter_XML10::Composer::refuseToGoOn() {
   throw SAXException("The document cannot go on after a failure: the writer must be reset");
 }
 
@@ -45,19 +44,7 @@ void XMLWriter_XML10::Composer::breakOff() noexcept {
   document_.breaks.clear();
 }
 
-template <typename Write>
-void XMLWriter_XML10::Composer::writeOrBreakOff(Write write) {
-  try {
-    write();
-  } catch (...) {
-    breakOff();
-    throw;
-  }
-}
-
-/// Writes what is composed, unless a line break in it may yet be forbidden.
-void XMLWriter_XML10::Composer::commit() {
-  if (composed_.empty()) return;
+void XMLWriter_XML10::Composer::commitOctets() {
   document_.hasBegun = true;
   if (document_.breaks.empty() || writer_.elements_.empty()) {
     writeOrBreakOff([this] { writeOut(); });
@@ -94,16 +81,6 @@ void XMLWriter_XML10::Composer::writeOut() {
     begin = position;
   }
   writeOctets(*writer_.out_, octets.substr(begin));
-}
-
-/// Writes text in an element that has content already, or is long, as it is.
-void XMLWriter_XML10::Composer::writeVerbatim(std::string_view text) {
-  const bool isFirst = !std::exchange(writer_.hasContent_, true);
-  writeOrBreakOff([&] {
-    if (writer_.out_ && isFirst) writeOctets(*writer_.out_, ">");
-    if (writer_.out_) writeOctets(*writer_.out_, text);
-  });
-  forbidIndentation();
 }
 
 // --- Layout ---
@@ -144,56 +121,6 @@ void XMLWriter_XML10::Composer::forbidIndentation() {
   if (element.isMixed) return;
   element.isMixed = true;
   if (document_.breaks.size() > element.firstBreak) document_.breaks.resize(element.firstBreak);
-}
-
-// --- Elements and CDATA sections ---
-
-void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
-                                                const XML10StartTag::Element& tag) {
-  using Space = XML10StartTag::Space;
-  Document& document = document_;
-  const std::size_t declared = document.bindings.count();
-  const Space space =
-      document.startTag.write(octets, tag, quote_, document.defaults, document.bindings);
-  Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
-                         space == Space::Preserve};
-  if (!document.open.empty()) {
-    const Document::Open& parent = document.open.back();
-    element.isMixed = parent.isMixed;
-    if (space == Space::Inherited) element.preservesSpace = parent.preservesSpace;
-  }
-  document.open.push_back(element);
-}
-
-void XMLWriter_XML10::Composer::closeElement() {
-  document_.bindings.undo(document_.open.back().declarations);
-  document_.open.pop_back();
-}
-
-/// Writes into the CDATA section. While it is open in the output, it has content.
-void XMLWriter_XML10::Composer::writeSection(std::string_view text) {
-  std::size_t begin = 0;
-  const auto writeUpTo = [&](std::size_t end) {
-    if (end == begin) return;
-    startChild();
-    write(text.substr(begin, end - begin));
-    begin = end;
-  };
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (c == '>' && document_.brackets >= 2) {
-      writeUpTo(i);
-      write("]]><![CDATA[");
-    } else if (c == '\r') {
-      writeUpTo(i);
-      if (writer_.hasContent_) endSection();
-      write("&#xD;");
-      writer_.hasContent_ = false;
-      begin = i + 1;
-    }
-    document_.brackets = c == ']' ? document_.brackets + 1 : 0;
-  }
-  writeUpTo(text.size());
 }
 
 }  // namespace Tavrin

@@ -1,6 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_XML10.h>
 
+#include "../../io/WriteOctets.h"
 #include "../../sax/AtLimit.h"
 #include "../../sax/Properties.h"
 #include "../../xml/AddDeclaration.h"
@@ -117,6 +118,23 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
   addDeclaration(composer_->namespaces_, prefix, uri);
 }
 
+void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
+                                                const XML10StartTag::Element& tag) {
+  using Space = XML10StartTag::Space;
+  Document& document = document_;
+  const std::size_t declared = document.bindings.count();
+  const Space space =
+      document.startTag.write(octets, tag, quote_, document.defaults, document.bindings);
+  Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
+                         space == Space::Preserve};
+  if (!document.open.empty()) {
+    const Document::Open& parent = document.open.back();
+    element.isMixed = parent.isMixed;
+    if (space == Space::Inherited) element.preservesSpace = parent.preservesSpace;
+  }
+  document.open.push_back(element);
+}
+
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
   composer_->perform([&](Composer& composer) {
@@ -132,6 +150,11 @@ void XMLWriter_XML10::startElement(const std::string& uri, const std::string& lo
     octets.write();
     composer.namespaces_.clear();
   });
+}
+
+void XMLWriter_XML10::Composer::closeElement() {
+  document_.bindings.undo(document_.open.back().declarations);
+  document_.open.pop_back();
 }
 
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
@@ -153,24 +176,64 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
 
 // --- Content ---
 
-void XMLWriter_XML10::characters(const std::string& text) {
+void XMLWriter_XML10::Composer::writeText(std::string_view text) {
   // Text of so few octets is copied together with what completes the start tag before it.
   constexpr std::size_t kShort = 256;
-  const bool mayBeWhole = composer_->isDirect() && (hasContent_ || text.size() > kShort);
-  if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) return composer_->writeVerbatim(text);
+  const bool isFirst = !writer_.hasContent_;
+  const bool mayBeWhole = !isFirst || text.size() > kShort;
+  if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
+    writer_.hasContent_ = true;
+    writeOrBreakOff([&] {
+      if (writer_.out_ && isFirst) writeOctets(*writer_.out_, ">");
+      if (writer_.out_) writeOctets(*writer_.out_, text);
+    });
+  } else {
+    EventOctets octets(writer_.out_, composed_);
+    if (isFirst) octets.append('>');
+    xml::appendText(octets, text, xml::kTextEscapes, "character data");
+    writer_.hasContent_ = true;
+    octets.write();
+    commit();
+  }
+  forbidIndentation();
+}
+
+/// Writes into the CDATA section. While it is open in the output, it has content.
+void XMLWriter_XML10::Composer::writeSection(std::string_view text) {
+  std::size_t begin = 0;
+  const auto writeUpTo = [&](std::size_t end) {
+    if (end == begin) return;
+    startChild();
+    write(text.substr(begin, end - begin));
+    begin = end;
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '>' && document_.brackets >= 2) {
+      writeUpTo(i);
+      write("]]><![CDATA[");
+    } else if (c == '\r') {
+      writeUpTo(i);
+      if (writer_.hasContent_) endSection();
+      write("&#xD;");
+      writer_.hasContent_ = false;
+      begin = i + 1;
+    }
+    document_.brackets = c == ']' ? document_.brackets + 1 : 0;
+  }
+  writeUpTo(text.size());
+}
+
+void XMLWriter_XML10::characters(const std::string& text) {
+  if (composer_->isDirect()) return composer_->writeText(text);
   composer_->perform([&](Composer& composer) {
     if (state_ == InCDATA) {
       xml::refuseIf(xml::whyNotText(text, "a CDATA section"));
       composer.writeSection(text);
     } else {
-      const bool isDirect = composer.isDirect();
-      const bool isFirst = !hasContent_;
-      if (!isDirect) composer.startChild();
+      composer.startChild();
       XMLWriter::characters({});  // Only the order is checked.
-      EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
-      if (isDirect && isFirst) octets.append('>');
-      xml::appendText(octets, text, xml::kTextEscapes, "character data");
-      octets.write();
+      xml::appendText(composer.composed_, text, xml::kTextEscapes, "character data");
     }
     composer.forbidIndentation();
   });
