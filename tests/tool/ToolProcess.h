@@ -61,6 +61,8 @@ class ToolProcess {
       dup2(out_, STDOUT_FILENO);
       dup2(err_, STDERR_FILENO);
       alarm(kSecondsToLive);
+      // Whoever runs the tests may ignore them, as a shell does for its background jobs.
+      for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
       if (beforeExec) beforeExec();
       execv(TAVRIN_TOOL, argv.data());
       _exit(kNotStarted);
