@@ -98,6 +98,24 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   ///         and the reader can read another document.
   void parse(std::istream& stream) override;
 
+  /// Reads the next block of a document; see XMLReader::parse. Blocks may have any size. Each event
+  /// is reported by the call that brings its last octet; what is kept of a block is the beginning
+  /// of the item that is not complete.
+  ///
+  /// A document ends with its last octet: the call that brings it reports the end, whether the
+  /// block is said to be the final one or not, and the next call begins another document.
+  /// @param data null for an empty block; not used after the call
+  /// @param size octets of the block
+  /// @param isFinal whether a document that is not complete has no more octets. An empty final
+  /// block
+  ///                after a document that is complete does nothing.
+  /// @throws as parse of a stream
+  void parse(const void* data, unsigned long size, bool isFinal) override;
+
+  /// How many octets at the end of the last block come after the document. Another one may begin
+  /// with them.
+  unsigned long unusedOctets() const;
+
  protected:
   /// The algorithm of a field, or null (C.29). A derived reader may put another in its place.
   /// @param field the algorithm's number; see Tavrin::algorithms

@@ -19,27 +19,34 @@ template <typename List>
 bool Decoder::decodeAttributes(List& attributes) {
   Names& table = names(kAttributeNames);
   for (;;) {
-    const unsigned octet = readOctet();
-    if (octet == kTerminator) return false;
-    if (octet == kDoubleTerminator) return true;
-    if (octet < kFirstNonAttributeIndex) {
-      decodeAttribute(attributes, nameAt(decodeIndex(octet), table, kInvalidAttributeName));
-    } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
-      decodeAttribute(attributes, decodeLiteralName(octet, table));
-    } else {
-      fail("Error when decoding attribute name");
+    if (tag_.attribute == nullptr) {
+      const unsigned octet = readOctet();
+      if (octet == kTerminator) return false;
+      if (octet == kDoubleTerminator) return true;
+      if (octet < kFirstNonAttributeIndex) {
+        tag_.attribute = &nameAt(decodeIndex(octet), table, kInvalidAttributeName);
+      } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
+        tag_.attribute = &decodeLiteralName(octet, table);
+      } else {
+        fail("Error when decoding attribute name");
+      }
+      checkAttributeName(*tag_.attribute);
+      endStep();
     }
+    decodeAttributeValue(attributes, *tag_.attribute);
+    tag_.attribute = nullptr;
+    endStep();
   }
 }
 
 template <typename List>
-void Decoder::decodeAttribute(List& attributes, Name& name) {
-  checkAttributeName(name);
+void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
   const bool isListed = &name != &unlisted_;
   Strings& values = strings(kAttributeValues);
   const unsigned octet = readOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
     const Field field = decodeStringField(octet);
+    expectLiteral(field.length);
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
     if (algorithm == nullptr) fail(describeUnknown(uri));

@@ -1,12 +1,13 @@
 #include "Decoder.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "../sax/AtLimit.h"
 #include "../sax/ParseScope.h"
 
-// The decoder as an object: parse, failures and limits. The format is decoded in the
-// files that Decoder.h names.
+// The decoder as an object: parse, steps, failures and limits. The format is decoded in the files
+// that Decoder.h names.
 
 namespace Tavrin::fastinfoset {
 
@@ -19,12 +20,67 @@ Decoder::Decoder(const Dialect& dialect, const Handlers& handlers)
 
 void Decoder::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
+  isFed_ = false;
+  isComplete_ = false;
   input_.open(stream);
   beginDocument();
   decodeDocument();
 }
 
+void Decoder::parse(std::string_view block, bool isFinal) {
+  const ParseScope scope(parsing_);
+  unusedOctets_ = 0;
+  if (!isFed_) {
+    const bool isOver = std::exchange(isComplete_, false);
+    if (isOver && block.empty() && isFinal) return;
+    if (blocks_ == nullptr) blocks_ = std::make_unique<Blocks>();
+    blocks_->clear();
+    input_.open(*blocks_);
+    beginDocument();
+    endStep();
+  }
+  // Where the document fails or a handler throws, the next block begins another one.
+  isFed_ = false;
+  blocks_->append(block, isFinal);
+  while (blocks_->supply()) {
+    try {
+      decodeDocument();
+      unusedOctets_ = blocks_->unread();
+      isComplete_ = true;
+      return;
+    } catch (const Blocks::Incomplete&) {
+      undoStep();
+    }
+  }
+  isFed_ = true;
+}
+
+// --- Steps ---
+
+void Decoder::keepStep() {
+  blocks_->endStep(input_.count());
+  stepTableOctets_ = tableOctets_;
+  stepFromTables_ = fromTables_;
+  stepEntries_.clear();
+}
+
+void Decoder::undoStep() {
+  input_.undoStep();
+  tableOctets_ = stepTableOctets_;
+  fromTables_ = stepFromTables_;
+  for (const unsigned table : stepEntries_) {
+    if (table < kStringTables) {
+      strings(table).own().pop_back();
+    } else {
+      names(table).shrinkTo(names(table).size() - 1);
+    }
+  }
+  stepEntries_.clear();
+}
+
 void Decoder::beginDocument() {
+  progress_ = {};
+  tag_ = {};
   tableOctets_ = 0;
   fromTables_ = 0;
   openElements_.clear();

@@ -13,6 +13,7 @@
 #include <istream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -61,6 +62,11 @@ class Decoder {
 
   /// Decodes one document.
   void parse(std::istream& stream);
+  /// Decodes what has arrived of a document with another block. What belongs to an octet that is
+  /// missing is left for the next one.
+  void parse(std::string_view block, bool isFinal);
+  /// How many octets of the last block come after the document.
+  std::size_t unusedOctets() const { return unusedOctets_; }
 
   // --- Integers (Primitives.cpp) ---
   // Each is given the octet in which the integer begins and reads those that follow. Bits that do
@@ -83,6 +89,7 @@ class Decoder {
   void decodeNotations();
   void decodeUnparsedEntities();
   void decodeCharacterEncodingScheme();
+  void decodeStandalone() { reportStandalone(readOctet()); }
   void decodeVersion();
 
   // --- Items (Items.cpp, Elements.cpp). The octet that is given was read already. ---
@@ -119,15 +126,16 @@ class Decoder {
   // --- What dialects do differently ---
 
   virtual void beginDocument();  ///< Forgets what belongs to the last document.
-  virtual void decodeDocument() = 0;
+  virtual void decodeHeader() = 0;
   virtual void decodeOtherString(unsigned octet, std::string& text);  ///< Not in UTF-8.
   virtual void decodeOtherChunk(unsigned octet, std::string& text);   ///< Likewise.
   virtual EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) = 0;
-  /// Decodes the namespace declarations of an element, and may report them. Returns how many.
-  virtual std::uint32_t decodeDeclarations() = 0;
+  /// Decodes the namespace declarations of an element, and may report them.
+  /// @param count how many there are; those before the step are counted already
+  virtual void decodeDeclarations(std::uint32_t& count) = 0;
   /// Decodes the attributes of an element, if it has any, and reports its start.
   /// @return true when the end of the attributes is that of the element, too
-  virtual bool decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) = 0;
+  virtual bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) = 0;
 
   // --- Checks. The standard's own are in Elements.cpp and elsewhere ---
 
@@ -151,6 +159,7 @@ class Decoder {
 
   // --- What becomes of an item ---
 
+  virtual void reportStartDocument() = 0;
   virtual void reportVersion(const std::string& version) = 0;
   virtual void reportStandalone(unsigned octet) = 0;
   virtual void reportUnused(const std::string& line) = 0;  ///< What no handler receives.
@@ -191,12 +200,49 @@ class Decoder {
   [[noreturn]] void failAtLimit(const std::string& message, const char* property) const;
   [[noreturn]] void failAtEnd() const;
   void checkLiteralLength(std::uint64_t length) const;
+  /// To be called before a literal is read, where it takes more than that to decode it.
+  void expectLiteral(std::uint64_t length) const {
+    checkLiteralLength(length);
+    input_.expect(length);
+  }
   void accountFor(std::uint64_t octets);
+
+  // --- Steps (Decoder.cpp) ---
+  // Blocks are decoded in steps. A step that lacks octets is undone as a whole. What it has done
+  // before its last octet must therefore be known to undoStep, and what cannot be undone comes
+  // after that octet.
+
+  void endStep() {
+    if (input_.blocks() != nullptr) keepStep();
+  }
+  void keepStep();
+  void undoStep();
+  /// Decodes the items of a list that begins with their number, a step each.
+  /// @param most how many there may be in an initial vocabulary
+  template <typename DecodeItem>
+  void decodeItems(unsigned long most, DecodeItem decodeItem) {
+    std::optional<unsigned long>& left = progress_.itemsLeft;
+    if (!left) {
+      left = decodeNumberOfItems();
+      if (*left > most) failAtEntries(most);
+      endStep();
+    }
+    while (*left > 0) {
+      decodeItem();
+      --*left;
+      endStep();
+    }
+    left.reset();
+  }
+  [[noreturn]] void failAtEntries(unsigned long most) const;
 
   // --- Document and items ---
 
+  void decodeDocument();
   void decodeOptionalComponents();
   void decodeChildren();
+  bool decodeChild(unsigned octet);
+  bool decodeDTDContent();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeTypedChunk(unsigned octet);
 
@@ -208,12 +254,16 @@ class Decoder {
   void setExternalVocabulary(const ExternalVocabulary* vocabulary);
   void decodeEntries(Strings& table);
   void decodeEntries(Names& table);
-  unsigned long decodeEntryCount(unsigned long most);
   void addEntry(Strings& table, const std::string& entry);
+  Name& appendName(Names& table);
 
   // --- Elements and names ---
 
-  bool openElement(unsigned octet);
+  void beginElement(unsigned octet);
+  bool decodeContent(std::size_t outer);
+  bool decodeStartTag();
+  Name& decodeElementName(unsigned octet);
+  void openElement(Name& name);
   void closeElement();
   /// @tparam List `begin(name, isListed)` gives the record of the next attribute, with its name and
   ///              without a value, and `end()` appends it to the list. Where kRefersToTables is
@@ -222,7 +272,7 @@ class Decoder {
   template <typename List>
   bool decodeAttributes(List& attributes);
   template <typename List>
-  void decodeAttribute(List& attributes, Name& name);
+  void decodeAttributeValue(List& attributes, const Name& name);
   void decodeDeclaration(unsigned octet, std::string& prefix, std::string& namespaceName);
   void decodeDeclaredPart(unsigned table, std::string& part);
   Name& decodeLiteralName(unsigned octet, Names& table);
@@ -272,7 +322,39 @@ class Decoder {
   std::uint64_t maximumTableOctets_ = UINT64_MAX;
   std::uint64_t maximumDepth_ = UINT64_MAX;
 
-  bool parsing_ = false;  // A call of parse is on the stack.
+  /// How far a document has been decoded.
+  struct Progress {
+    bool hasHeader = false;
+    bool hasStarted = false;
+    unsigned components = 0;                 // Those that are still to come.
+    std::optional<unsigned> vocabulary;      // Of an initial vocabulary, likewise.
+    std::optional<unsigned long> itemsLeft;  // Of the list that is being decoded.
+    bool isInDTD = false;
+    bool hasDTD = false;
+    bool hasRoot = false;
+  };
+
+  /// A start tag that is being decoded.
+  struct StartTag {
+    enum Part : std::uint8_t { kNone, kDeclarations, kName, kAttributes };
+    Part part = kNone;  // What comes next.
+    unsigned octet = 0;
+    std::uint32_t declarations = 0;
+    Name* name = nullptr;
+    Name* attribute = nullptr;  // Of which the value comes next.
+  };
+
+  bool parsing_ = false;     // A call of parse is on the stack.
+  bool isFed_ = false;       // A document has begun that comes in blocks.
+  bool isComplete_ = false;  // The last block completed a document.
+  std::unique_ptr<Blocks> blocks_;
+  std::size_t unusedOctets_ = 0;
+  Progress progress_;
+  StartTag tag_;
+  // What the last step left, for undoStep, and the tables that the next one appended to.
+  std::uint64_t stepTableOctets_ = 0;
+  std::uint64_t stepFromTables_ = 0;
+  std::vector<std::uint8_t> stepEntries_;
   OctetInput input_;
   std::uint64_t tableOctets_ = 0;
   std::uint64_t fromTables_ = 0;  // Octets of strings that were reported by their index.

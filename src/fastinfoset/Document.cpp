@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "Decoder.h"
 #include "Encoder.h"
@@ -19,28 +20,54 @@ void Encoder::encodeHeader(unsigned components) {
   put(components);
 }
 
+void Decoder::decodeDocument() {
+  if (!progress_.hasHeader) {
+    decodeHeader();
+    progress_.components = readOctet();
+    checkPadding(progress_.components & kComponentsPadding);
+    progress_.hasHeader = true;
+    endStep();
+  }
+  if (!progress_.hasStarted) {
+    decodeOptionalComponents();
+    progress_.hasStarted = true;
+    reportStartDocument();
+  }
+  decodeChildren();
+  if (contentHandler_) contentHandler_->endDocument();
+}
+
 void Decoder::decodeOptionalComponents() {
-  const unsigned components = readOctet();
-  checkPadding(components & kComponentsPadding);
-  if (components & kAdditionalData) decodeAdditionalData();
-  if (components & kInitialVocabulary) decodeInitialVocabulary();
-  if (components & kNotations) decodeNotations();
-  if (components & kUnparsedEntities) decodeUnparsedEntities();
-  if (components & kCharacterEncodingScheme) decodeCharacterEncodingScheme();
-  if (components & kStandalone) reportStandalone(readOctet());
-  if (components & kVersion) decodeVersion();
+  struct Component {
+    unsigned bit;
+    void (Decoder::*decode)();
+  };
+  static constexpr std::array<Component, 7> kComponents = {{
+      {kAdditionalData, &Decoder::decodeAdditionalData},
+      {kInitialVocabulary, &Decoder::decodeInitialVocabulary},
+      {kNotations, &Decoder::decodeNotations},
+      {kUnparsedEntities, &Decoder::decodeUnparsedEntities},
+      {kCharacterEncodingScheme, &Decoder::decodeCharacterEncodingScheme},
+      {kStandalone, &Decoder::decodeStandalone},
+      {kVersion, &Decoder::decodeVersion},
+  }};
+  for (const Component& component : kComponents) {
+    if ((progress_.components & component.bit) == 0) continue;
+    (this->*component.decode)();
+    progress_.components &= ~component.bit;
+    endStep();
+  }
 }
 
 void Decoder::decodeAdditionalData() {
-  reportUnused("decodeAdditionalData");
-  const unsigned long count = decodeNumberOfItems();
-  for (unsigned long i = 0; i < count; ++i) {
+  if (!progress_.itemsLeft) reportUnused("decodeAdditionalData");
+  decodeItems(UINT32_MAX, [this] {
     std::string identifier;
     std::string data;
     decodeIdentifier(identifier);
     decodeIdentifier(data);
     reportUnused(std::string("\"").append(identifier).append("\" = \"").append(data).append("\""));
-  }
+  });
 }
 
 void Decoder::decodeCharacterEncodingScheme() {
@@ -56,29 +83,38 @@ void Decoder::decodeVersion() {
 }
 
 void Decoder::decodeChildren() {
-  bool hasRoot = false;
-  bool hasDTD = false;
-  for (;;) {
-    const unsigned octet = readOctet();
-    if (octet < kFirstNonElement) {
-      if (hasRoot) fail("Found more than one element on the top level");
-      if (decodeElement(octet)) return;
-      hasRoot = true;
-    } else if (octet == kProcessingInstruction) {
-      decodeProcessingInstruction();
-    } else if (octet == kComment) {
-      decodeComment();
-    } else if (octet == kTerminator || octet == kDoubleTerminator) {
-      return checkRootElement(hasRoot);
-    } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
-      fail("Error while parsing document");
+  for (bool ended = false; !ended; endStep()) {
+    if (tag_.part != StartTag::kNone || !openElements_.empty()) {
+      ended = decodeContent(0);
+    } else if (progress_.isInDTD) {
+      ended = decodeDTDContent();
     } else {
-      if (hasRoot) fail("Found DTD behind the top level element");
-      if (hasDTD) fail("Found more than one DTD");
-      hasDTD = true;
-      if (decodeDTD(octet)) return checkRootElement(hasRoot);
+      ended = decodeChild(readOctet());
     }
   }
+  checkRootElement(progress_.hasRoot);
+}
+
+/// @return true when it was the end of the document
+bool Decoder::decodeChild(unsigned octet) {
+  if (octet < kFirstNonElement) {
+    if (progress_.hasRoot) fail("Found more than one element on the top level");
+    progress_.hasRoot = true;
+    beginElement(octet);
+  } else if (octet == kProcessingInstruction) {
+    decodeProcessingInstruction();
+  } else if (octet == kComment) {
+    decodeComment();
+  } else if (octet == kTerminator || octet == kDoubleTerminator) {
+    return true;
+  } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
+    fail("Error while parsing document");
+  } else {
+    if (progress_.hasRoot) fail("Found DTD behind the top level element");
+    if (progress_.hasDTD) fail("Found more than one DTD");
+    return decodeDTD(octet);
+  }
+  return false;
 }
 
 void Encoder::finishDocument() {

@@ -11,26 +11,34 @@
 namespace Tavrin::fastinfoset {
 
 bool Decoder::decodeElement(unsigned octet) {
-  const std::size_t outer = openElements_.size();
   // Where the document fails or a handler throws, what was opened here is gone.
   const struct Unwinding {
     Decoder& decoder;
+    StartTag tag = decoder.tag_;
     std::size_t open = decoder.openElements_.size();
     std::size_t unlisted = decoder.unlistedElements_.size();
 
     ~Unwinding() {
+      decoder.tag_ = tag;
       decoder.openElements_.resize(std::min(open, decoder.openElements_.size()));
       while (decoder.unlistedElements_.size() > unlisted) decoder.unlistedElements_.pop_back();
     }
   } unwinding = {*this};
-  if (openElement(octet)) {
-    closeElement();
-    return false;
-  }
+  beginElement(octet);
+  return decodeContent(unwinding.open);
+}
+
+/// Decodes what is left of an element: its start tag, its children and its end.
+/// @param outer how many elements contain it
+/// @return true when it ended with a double terminator that also ends what contains it
+bool Decoder::decodeContent(std::size_t outer) {
+  if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
   while (openElements_.size() > outer) {
+    endStep();
     const unsigned child = readOctet();
     if (child < kFirstNonElement) {
-      if (openElement(child)) closeElement();
+      beginElement(child);
+      if (decodeStartTag()) closeElement();
     } else if (child <= kLastCharacterChunk) {
       decodeCharacters(child);
     } else if (child >= kFirstEntityReference && child <= kLastEntityReference) {
@@ -52,41 +60,63 @@ bool Decoder::decodeElement(unsigned octet) {
   return false;
 }
 
-/// Decodes an element up to its children.
-/// @return true when it has none: the end of the attributes was also that of the element
-bool Decoder::openElement(unsigned octet) {
+void Decoder::beginElement(unsigned octet) {
   if (openElements_.size() >= maximumDepth_) {
     failAtLimit("Elements nested deeper than " + std::to_string(maximumDepth_),
                 properties::maximumDepth);
   }
-  unsigned nameOctet = octet;
-  std::uint32_t declarations = 0;
-  if ((octet & kNamespacesFollowMask) == kNamespacesFollow) {
-    declarations = decodeDeclarations();
-    nameOctet = readOctet();
-    checkPadding(nameOctet & ~kElementNameBits);
-  }
+  const bool declares = (octet & kNamespacesFollowMask) == kNamespacesFollow;
+  tag_.part = declares ? StartTag::kDeclarations : StartTag::kName;
+  tag_.octet = octet;
+  tag_.declarations = 0;
+  endStep();
+}
 
-  const unsigned nameBits = nameOctet & kElementNameBits;
-  Names& table = names(kElementNames);
-  Name* name = nullptr;
-  if (nameBits <= kLastElementIndex) {
-    name = &nameAt(decodeElementIndex(nameBits), table, kInvalidElementName);
-  } else if ((nameBits & kLiteralElementName) == kLiteralElementName) {
-    name = &decodeLiteralName(nameBits, table);
-  } else {
-    fail("Error when decoding element name");
+/// Decodes what is left of a start tag.
+/// @return true when the element is empty: the end of the attributes was also that of the element
+bool Decoder::decodeStartTag() {
+  if (tag_.part == StartTag::kDeclarations) {
+    decodeDeclarations(tag_.declarations);
+    tag_.part = StartTag::kName;
+    endStep();
   }
-  if (name == &unlisted_) {
+  if (tag_.part == StartTag::kName) {
+    unsigned octet = tag_.octet;
+    if ((octet & kNamespacesFollowMask) == kNamespacesFollow) {
+      octet = readOctet();
+      checkPadding(octet & ~kElementNameBits);
+    }
+    openElement(decodeElementName(octet & kElementNameBits));
+    tag_.part = StartTag::kAttributes;
+    endStep();
+  }
+  const bool isEmpty =
+      finishStartTag(tag_.octet & kElementAttributes, *tag_.name, tag_.declarations);
+  tag_.part = StartTag::kNone;
+  return isEmpty;
+}
+
+/// @param bits the octet in which the name begins, without the bits before it
+Name& Decoder::decodeElementName(unsigned bits) {
+  Names& table = names(kElementNames);
+  if (bits <= kLastElementIndex) {
+    return nameAt(decodeElementIndex(bits), table, kInvalidElementName);
+  }
+  if ((bits & kLiteralElementName) == kLiteralElementName) return decodeLiteralName(bits, table);
+  fail("Error when decoding element name");
+}
+
+void Decoder::openElement(Name& name) {
+  tag_.name = &name;
+  if (&name == &unlisted_) {
     accountFor(countedOctets(unlisted_));
     unlistedElements_.push_back({std::make_unique<Name>(std::move(unlisted_)), nullptr});
-    name = unlistedElements_.back().name = unlistedElements_.back().own.get();
-  } else if (name->position == Name::kUnlisted) {
-    unlistedElements_.push_back({nullptr, name});
+    tag_.name = unlistedElements_.back().name = unlistedElements_.back().own.get();
+  } else if (name.position == Name::kUnlisted) {
+    unlistedElements_.push_back({nullptr, &name});
   }
-  openElements_.push_back({name->position, declarations});
-  checkElementName(*name);
-  return decodeStartTag(octet & kElementAttributes, *name, declarations);
+  openElements_.push_back({tag_.name->position, tag_.declarations});
+  checkElementName(*tag_.name);
 }
 
 void Decoder::closeElement() {

@@ -88,6 +88,7 @@ void Decoder::decodeCharacters(unsigned octet) {
 void Decoder::decodeTypedChunk(unsigned octet) {
   const bool adds = octet & kChunkAddToTable;
   const Field field = decodeChunkField(octet);
+  expectLiteral(field.length);
   std::string uri;
   if (EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri)) {
     EncodedData& value = decodeData(*algorithm, field);
@@ -122,12 +123,24 @@ bool Decoder::decodeDTD(unsigned octet) {
   std::string systemId;
   std::string publicId;
   decodeIdentifiers(octet, systemId, publicId);
+  progress_.hasDTD = true;
+  progress_.isInDTD = true;
+  endStep();
   reportStartDTD(publicId, systemId);
-  unsigned next = readOctet();
-  for (; next == kProcessingInstruction; next = readOctet()) decodeProcessingInstruction();
-  if (next != kTerminator && next != kDoubleTerminator) fail("Error while parsing DTD");
+  return decodeDTDContent();
+}
+
+/// Decodes the children of a document type declaration, and its end.
+bool Decoder::decodeDTDContent() {
+  unsigned octet = readOctet();
+  for (; octet == kProcessingInstruction; octet = readOctet()) {
+    decodeProcessingInstruction();
+    endStep();
+  }
+  if (octet != kTerminator && octet != kDoubleTerminator) fail("Error while parsing DTD");
+  progress_.isInDTD = false;
   reportEndDTD();
-  return next == kDoubleTerminator;
+  return octet == kDoubleTerminator;
 }
 
 /// The identifiers that an octet's low bits announce; absent ones are left alone.
@@ -159,6 +172,7 @@ void Decoder::decodeUnparsedEntities() {
     if (octet & kPublicIdentifier) decodeIdentifier(kOtherURIs, publicId);
     decodeIdentifier(kOtherNCNames, notation);
     reportUnparsedEntity(name, publicId, systemId, notation);
+    endStep();
   }
   if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
@@ -180,6 +194,7 @@ void Decoder::decodeNotations() {
     decodeIdentifier(kOtherNCNames, name);
     decodeIdentifiers(octet, systemId, publicId);
     reportNotation(name, publicId, systemId);
+    endStep();
   }
   if (octet != kTerminator) fail(dialect_.wrongNotation);
 }

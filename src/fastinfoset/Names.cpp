@@ -22,7 +22,7 @@ Name& Decoder::decodeLiteralName(unsigned octet, Names& table) {
     unlisted_.setQName();
     return unlisted_;
   }
-  Name& name = table.append();
+  Name& name = appendName(table);
   decodeNameParts(octet, name);
   accountFor(countedOctets(name));
   name.setQName();

@@ -186,6 +186,7 @@ void Decoder::decodeUTF16(std::uint64_t length, std::string& text) {
 }
 
 void Decoder::decodeRestrictedAlphabet(Field field, std::string& text) {
+  expectLiteral(field.length);
   auto found = alphabets_.find(field.number);
   if (found == alphabets_.end()) {
     const std::string characters = charactersOfAlphabet(field.number);
@@ -213,6 +214,7 @@ std::string Decoder::charactersOfAlphabet(unsigned number) {
 }
 
 void Decoder::decodeAlgorithmText(Field field, std::string& text) {
+  expectLiteral(field.length);
   std::string uri;
   EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
   if (algorithm == nullptr) fail(describeUnknown(uri));

@@ -55,26 +55,43 @@ void Decoder::addEntry(Strings& table, const std::string& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;
   accountFor(countedOctets(entry));
   table.append(entry);
+  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+}
+
+Name& Decoder::appendName(Names& table) {
+  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+  return table.append();
 }
 
 // --- The initial vocabulary ---
 
 void Decoder::decodeInitialVocabulary() {
-  const unsigned high = readOctet();
-  checkPadding(high & kVocabularyPadding);
-  const unsigned components = high << 8 | readOctet();
-  if (components == 0) fail("Initial vocabulary without a component");
-  if (components & kExternalVocabulary) {
+  if (!progress_.vocabulary) {
+    const unsigned high = readOctet();
+    checkPadding(high & kVocabularyPadding);
+    const unsigned components = high << 8 | readOctet();
+    if (components == 0) fail("Initial vocabulary without a component");
+    progress_.vocabulary = components;
+    endStep();
+  }
+  unsigned& components = *progress_.vocabulary;
+  const auto decode = [&](unsigned bit, auto component) {
+    if ((components & bit) == 0) return;
+    component();
+    components &= ~bit;
+    endStep();
+  };
+  decode(kExternalVocabulary, [this] {
     std::string uri;
     decodeIdentifier(uri);
     checkText(uri);
     useExternalVocabulary(uri);
-  }
+  });
   for (Strings& table : strings_) {
-    if (components & componentBit(table.table())) decodeEntries(table);
+    decode(componentBit(table.table()), [&] { decodeEntries(table); });
   }
   for (Names& table : names_) {
-    if (components & componentBit(table.table())) decodeEntries(table);
+    decode(componentBit(table.table()), [&] { decodeEntries(table); });
   }
 }
 
@@ -100,17 +117,14 @@ void Decoder::setExternalVocabulary(const ExternalVocabulary* vocabulary) {
   }
 }
 
-unsigned long Decoder::decodeEntryCount(unsigned long most) {
-  const unsigned long count = decodeNumberOfItems();
-  if (count <= most) return count;
+void Decoder::failAtEntries(unsigned long most) const {
   fail("Initial vocabulary with more than " + std::to_string(most) + " entries of a kind");
 }
 
 void Decoder::decodeEntries(Strings& table) {
   const bool isNumbered = table.table() <= kEncodingAlgorithms;  // By fields of eight bits.
-  const unsigned long count = decodeEntryCount(isNumbered ? kMaximumAlgorithms : kMaximumEntries);
   std::string entry;
-  for (unsigned long i = 0; i < count; ++i) {
+  decodeItems(isNumbered ? kMaximumAlgorithms : kMaximumEntries, [&] {
     if (table.form().isEncoded) {
       const unsigned octet = readOctet();
       checkPadding(octet & (kStringIndex | kStringAddToTable));
@@ -120,19 +134,18 @@ void Decoder::decodeEntries(Strings& table) {
       checkEntry(table.table(), entry);
     }
     addEntry(table, entry);
-  }
+  });
 }
 
 void Decoder::decodeEntries(Names& table) {
-  const unsigned long count = decodeEntryCount(kMaximumEntries);
-  for (unsigned long i = 0; i < count; ++i) {
+  decodeItems(kMaximumEntries, [&] {
     NameParts name = decodeNameSurrogate();
-    if (table.positions() >= kMaximumEntries) continue;
+    if (table.positions() >= kMaximumEntries) return;
     accountFor(countedOctets(name));
-    Name& entry = table.append();
+    Name& entry = appendName(table);
     static_cast<NameParts&>(entry) = std::move(name);
     entry.setQName();
-  }
+  });
 }
 
 void Encoder::encodeInitialVocabulary(const InitialVocabulary& vocabulary) {

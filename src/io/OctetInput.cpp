@@ -4,6 +4,7 @@ namespace Tavrin {
 
 /// There is no next octet: the stream is at its end, or not good.
 int OctetInput::setEnd() {
+  expect(1);
   stream_->setstate(state_->good() ? std::ios_base::eofbit | std::ios_base::failbit
                                    : std::ios_base::failbit);
   return kEnd;

@@ -7,11 +7,13 @@
 #include <streambuf>
 #include <string>
 
+#include "Blocks.h"
 #include "SingleOctets.h"
 
 namespace Tavrin {
 
-/// The octets of a document, read from a stream.
+/// The octets of a document, read from a stream or given in blocks. Where a block ends before what
+/// is read, Blocks::Incomplete is thrown.
 ///
 /// Octets of a stated length are read as they arrive: what a document claims about its lengths
 /// never decides how much memory is used.
@@ -26,10 +28,18 @@ class OctetInput {
 
   /// Begins to read from a stream, which must outlive the use of this object.
   void open(std::istream& stream) {
-    stream_ = &stream;
-    state_ = &stream;
-    count_ = 0;
+    blocks_ = nullptr;
+    read(stream);
   }
+  /// Begins to read blocks, which must outlive the use of this object.
+  void open(Blocks& blocks) {
+    blocks_ = &blocks;
+    read(blocks.stream());
+  }
+  /// The blocks, or null where a stream is read.
+  Blocks* blocks() const { return blocks_; }
+  /// What was read since the last step is read again.
+  void undoStep() { count_ = blocks_->undoStep(); }
 
   std::istream& stream() const { return *stream_; }
   std::streambuf& buffer() const { return *state_->rdbuf(); }
@@ -54,6 +64,18 @@ class OctetInput {
     if (octet == kEnd) return setEnd();
     ++count_;
     return octet;
+  }
+
+  /// The next octet, or kEnd; it is not consumed.
+  int peek() {
+    expect(1);
+    return state_->good() ? state_->rdbuf()->sgetc() : kEnd;
+  }
+
+  /// To be called before something is done that cannot be undone, with the number of octets that
+  /// are read for it.
+  void expect(std::uint64_t length) const {
+    if (blocks_ != nullptr) blocks_->check(length);
   }
 
   /// Consumes octets that are in the stream's buffer already, as its `sgetn` would.
@@ -91,6 +113,7 @@ class OctetInput {
   ///                  octets it read
   template <typename ReadPiece>
   bool readPieces(std::uint64_t length, std::string& octets, ReadPiece readPiece) {
+    expect(length);
     std::uint64_t begin = 0;
     while (begin < length) {
       const std::uint64_t left = length - begin;
@@ -111,12 +134,18 @@ class OctetInput {
   /// A string grows by at most this, or by as much as has arrived.
   static constexpr std::uint64_t kFirstPiece = std::uint64_t{64} * 1024;
 
+  void read(std::istream& stream) {
+    stream_ = &stream;
+    state_ = &stream;
+    count_ = 0;
+  }
   int setEnd();
   int setBroken();
 
   const bool callsGet_;
   std::istream* stream_ = nullptr;
   std::ios* state_ = nullptr;  // Of the stream: its state, and the buffer it has at the time.
+  Blocks* blocks_ = nullptr;
   std::uint64_t count_ = 0;
 };
 

@@ -85,12 +85,13 @@ void keepSmall(Records& records, Records& spare) {
 }  // namespace
 
 bool FIDecoder::decodeAttributes(EncodingAlgorithmAttributesImpl& attributes) {
+  tag_.attribute = nullptr;  // Where a derived reader calls it after a failure.
   AppendedAttributes appended(attributes, spareAttributes_);
   return Decoder::decodeAttributes(appended);
 }
 
 /// The list is made for the element: its values end before the next item is read.
-bool FIDecoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
+bool FIDecoder::finishStartTag(bool hasAttributes, const Name& name, std::uint32_t) {
   EncodingAlgorithmAttributesImpl attributes;
   bool ended = false;
   if (hasAttributes) {

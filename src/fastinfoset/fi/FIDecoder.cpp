@@ -44,16 +44,26 @@ void FIDecoder::beginDocument() {
   declarations_.clear();
 }
 
-void FIDecoder::decodeDocument() {
-  if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
-  decodeOptionalComponents();
-  if (contentHandler_) contentHandler_->startDocument();
+void FIDecoder::parse(std::istream& stream) {
   const DeclarationsOpened opened(declarations_);
-  decodeChildren();
-  if (contentHandler_) contentHandler_->endDocument();
+  Decoder::parse(stream);
 }
 
 // --- Document ---
+
+void FIDecoder::decodeHeader() {
+  if (!isFastInfosetDocument()) fail("Not a Fast Infoset document");
+}
+
+/// For derived readers, which may call it again after a failure: the list begins anew.
+void FIDecoder::decodeAdditionalData() {
+  progress_.itemsLeft.reset();
+  Decoder::decodeAdditionalData();
+}
+
+void FIDecoder::reportStartDocument() {
+  if (contentHandler_) contentHandler_->startDocument();
+}
 
 // What no handler takes is printed, a line each, which is out when the reader goes on.
 void FIDecoder::reportUnused(const std::string& line) { std::cout << line << std::endl; }
@@ -102,15 +112,15 @@ bool FIDecoder::decodeElement(unsigned octet) {
   return Decoder::decodeElement(octet);
 }
 
-std::uint32_t FIDecoder::decodeDeclarations() {
+void FIDecoder::decodeDeclarations(std::uint32_t& count) {
   std::vector<std::string> declarations;
   decodeNamespaces(declarations);
   for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
     contentHandler_->startPrefixMapping(declarations[i], declarations[i + 1]);
   }
-  if (declarations.empty()) return 0;
+  if (declarations.empty()) return;
+  count = static_cast<std::uint32_t>(declarations.size() / 2);
   declarations_.push_back(std::move(declarations));
-  return static_cast<std::uint32_t>(declarations_.back().size() / 2);
 }
 
 void FIDecoder::reportEndElement(const Name& name, std::uint32_t count) {

@@ -21,6 +21,8 @@ class FIDecoder : public Decoder {
 
   explicit FIDecoder(const Handlers& handlers);
 
+  void parse(std::istream& stream);
+
   // --- The operations of derived readers, with tables of their own ---
 
   using Table = std::vector<std::string>;
@@ -39,12 +41,13 @@ class FIDecoder : public Decoder {
   bool decodeAttributes(EncodingAlgorithmAttributesImpl& attributes);
   QualifiedName getElementName(unsigned long index);
   QualifiedName getAttributeName(unsigned long index);
+  void decodeAdditionalData();
   void decodeInitialVocabulary() override;
 
  private:
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
-  void decodeDocument() override;
+  void decodeHeader() override;
   void decodeNameTable(Names& table);
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
@@ -52,9 +55,10 @@ class FIDecoder : public Decoder {
   std::string describeUnknownVocabulary(const std::string& uri) const override;
   EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
   EncodedData& decodeLarge(EncodingAlgorithm& algorithm, Field field);
-  std::uint32_t decodeDeclarations() override;
-  bool decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
+  void decodeDeclarations(std::uint32_t& count) override;
+  bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
 
+  void reportStartDocument() override;
   void reportVersion(const std::string& version) override;
   void reportStandalone(unsigned octet) override;
   void reportUnused(const std::string& line) override;

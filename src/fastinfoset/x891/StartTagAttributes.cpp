@@ -7,6 +7,7 @@ namespace Tavrin {
 void StartTagAttributes::clear() {
   // A large record is freed, so that memory follows the document.
   constexpr std::size_t kMostSpareOctets = std::size_t{4} << 20U;
+  if (hasBegun_) end();
   for (; length_ > 0; --length_) {
     Record& record = *records_[length_ - 1];
     record.spareOctets = sizeof record + record.value.capacity();
@@ -34,13 +35,12 @@ void StartTagAttributes::setAlgorithm(Record& record, const std::string& uri, st
   record.algorithmData = std::move(value);
 }
 
-StartTagAttributes::Record& StartTagAttributes::append() {
-  if (length_ == records_.size()) {
-    records_.push_back(std::unique_ptr<Record>(new Record));
-  } else {
-    spareOctets_ -= records_[length_]->spareOctets;
-  }
-  return *records_[length_++];
+StartTagAttributes::Record& StartTagAttributes::next() {
+  if (length_ == records_.size()) records_.push_back(std::unique_ptr<Record>(new Record));
+  hasBegun_ = true;
+  Record& record = *records_[length_];
+  record.value.clear();
+  return record;
 }
 
 const std::string& StartTagAttributes::getType(int index) const {

@@ -52,11 +52,11 @@ class StartTagAttributes final
   /// Empties the list, for another start tag.
   void clear();
 
-  /// Appends an attribute without a value.
+  /// Begins an attribute without a value, which `end` appends; or begins it anew.
   /// @param outlives whether the name stays where it is for the whole tag
   template <typename Name>
   Record& begin(const Name& name, bool outlives) {
-    Record& record = append();
+    Record& record = next();
     if (outlives) {
       record.uri = &name.namespaceName;
       record.localName = &name.localName;
@@ -79,7 +79,10 @@ class StartTagAttributes final
   static void refer(Record& record, const std::string& value) { record.shared = &value; }
   void setAlgorithm(Record& record, const std::string& uri, std::int32_t index,
                     std::unique_ptr<EncodedData> value);
-  void end() {}
+  void end() {
+    hasBegun_ = false;
+    spareOctets_ -= records_[length_++]->spareOctets;
+  }
 
   using AttributesByName::getType;
   using AttributesByName::getValue;
@@ -117,12 +120,13 @@ class StartTagAttributes final
   }
 
  private:
-  Record& append();
+  Record& next();
   const Record& at(int index) const { return *records_[checkIndex(index, length_)]; }
 
   // The attributes, and after them records without values, which keep their memory.
   std::vector<std::unique_ptr<Record>> records_;
   std::size_t length_ = 0;                            // How many are attributes.
+  bool hasBegun_ = false;                             // The next one, too.
   std::size_t spareOctets_ = 0;                       // Of the others together.
   std::set<std::string, std::less<>> algorithmURIs_;  // Of the tag, each once.
 };

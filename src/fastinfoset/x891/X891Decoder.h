@@ -47,7 +47,8 @@ class X891Decoder : public Decoder {
  private:
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
-  void decodeDocument() override;
+  void decodeHeader() override;
+  void reportStartDocument() override;
   void checkPadding(unsigned bits) const override;
   void checkRootElement(bool hasRoot) const override;
 
@@ -60,10 +61,10 @@ class X891Decoder : public Decoder {
   EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
   void checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) override;
   std::string textOfValue(unsigned field, const EncodedData& value) override;
-  std::uint32_t decodeDeclarations() override;
+  void decodeDeclarations(std::uint32_t& count) override;
   void checkElementName(Name& name) override;
   void checkAttributeName(Name& name) override;
-  bool decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
+  bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
 
   void reportVersion(const std::string& version) override;
   void reportStandalone(unsigned octet) override;
@@ -84,7 +85,6 @@ class X891Decoder : public Decoder {
   void reportEntityReference(const std::string& name, const std::string& publicId,
                              const std::string& systemId) override;
 
-  void decodeHeader();
   void decodeXMLDeclaration();
 
   EncodedData& decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm, unsigned long length);

@@ -103,10 +103,9 @@ void X891Decoder::reportProcessingInstruction(const std::string& target, const s
 
 // --- Elements ---
 
-bool X891Decoder::decodeStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) {
+bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) {
   Document& document = document_;
   StartTagAttributes& attributes = attributes_;
-  attributes.clear();
   const bool ended = hasAttributes && decodeAttributes(attributes);
   checkAmplification();
   if (document.isHoldingBack) releaseProlog(name.qName);

@@ -36,20 +36,14 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 
 }  // namespace
 
-void X891Decoder::decodeDocument() {
-  decodeHeader();
-  decodeOptionalComponents();
+void X891Decoder::reportStartDocument() {
   if (contentHandler_) contentHandler_->startDocument();
   const std::string warning = xml::describeOtherVersion(document_.version);
   if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));
-  decodeChildren();
-  if (contentHandler_) contentHandler_->endDocument();
 }
 
 void X891Decoder::decodeHeader() {
-  if (input_.isGood() && input_.buffer().sgetc() == kXMLDeclarations[0].text[0]) {
-    decodeXMLDeclaration();
-  }
+  if (input_.peek() == kXMLDeclarations[0].text[0]) decodeXMLDeclaration();
   if (!isFastInfosetDocument()) fail(kNotFastInfoset);
 }
 

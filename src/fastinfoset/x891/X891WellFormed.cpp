@@ -40,10 +40,10 @@ void X891Decoder::checkExternalId(const std::string& publicId, const std::string
 
 /// Takes the declarations of an element into account, each when it comes: a tag may hold as many as
 /// the document has octets. They are delivered when its name is known.
-std::uint32_t X891Decoder::decodeDeclarations() {
+void X891Decoder::decodeDeclarations(std::uint32_t& count) {
   Document& document = document_;
   xml::NamespaceBindings& bindings = document.bindings;
-  const std::size_t outside = bindings.count();
+  const std::size_t outside = bindings.count() - count;
   auto& [prefix, namespaceName] = declaration_;
   unsigned octet = readOctet();
   for (; (octet & kNamespaceDeclarationMask) == kNamespaceDeclaration; octet = readOctet()) {
@@ -55,9 +55,10 @@ std::uint32_t X891Decoder::decodeDeclarations() {
     const std::size_t octets = bindings.octets();
     bindings.declare(prefix, namespaceName);
     accountFor(bindings.octets() - octets);
+    ++count;
+    endStep();
   }
   if (octet != kTerminator) fail("Error while parsing namespaces");
-  return static_cast<std::uint32_t>(bindings.count() - outside);
 }
 
 std::size_t X891Decoder::deliveredOctetsOf(const Name& name) {

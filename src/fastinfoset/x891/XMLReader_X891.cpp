@@ -7,9 +7,10 @@
 #include "../../sax/Properties.h"
 #include "X891Decoder.h"
 
-// The reader as an object: creation, properties, failures. Beside it in this folder: Document.cpp
-// (header, components, vocabulary), Text.cpp (formats of strings), WellFormed.cpp (checks) and
-// Delivery.cpp (what handlers hear). All else is what readers of Fast Infoset share.
+// The reader as an object: creation, properties, failures. Beside it in this folder:
+// X891Document.cpp (header and components), X891Text.cpp (typed values), X891WellFormed.cpp
+// (checks) and X891Delivery.cpp (reports to handlers). All else is what readers of Fast Infoset
+// share.
 
 namespace Tavrin {
 
@@ -59,6 +60,12 @@ bool XMLReader_X891::getFeature(const std::string& name) {
 
 void XMLReader_X891::parse(std::istream& stream) { decoder_->parse(stream); }
 
+void XMLReader_X891::parse(const void* data, unsigned long size, bool isFinal) {
+  decoder_->parse({static_cast<const char*>(data), data == nullptr ? 0 : size}, isFinal);
+}
+
+unsigned long XMLReader_X891::unusedOctets() const { return decoder_->unusedOctets(); }
+
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return decoder_->findAlgorithm(field, uri);
 }
@@ -85,6 +92,7 @@ void X891Decoder::throwFailure(const std::string& message) const {
 
 void X891Decoder::beginDocument() {
   Decoder::beginDocument();
+  attributes_.clear();
   if (isUsed_) document_ = {};
   isUsed_ = true;
 }

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+
+namespace Tavrin {
+
+/// A document that is given in blocks, as a stream that is read in steps.
+///
+/// A step whose octets have not all arrived is undone, and read again when they have. Octets are
+/// read where the caller has them. Only the beginning of a step is kept for the next block: the
+/// step is completed there, with as few octets of that block as it takes, so that the time for a
+/// document does not depend on how it was cut.
+class Blocks {
+ public:
+  /// Thrown where the octets of a step end before the step.
+  struct Incomplete {};
+
+  Blocks() : stream_(&buffer_) {}
+  Blocks(const Blocks&) = delete;
+  Blocks& operator=(const Blocks&) = delete;
+
+  std::istream& stream() { return stream_; }
+
+  /// Forgets everything: another document follows.
+  void clear();
+  /// Receives a block. It must stay where it is until supply has returned false.
+  void append(std::string_view block, bool isFinal);
+  /// Provides the octets that the next step is read from.
+  /// @return false where it certainly takes another block
+  bool supply();
+
+  void endStep(std::uint64_t count) {
+    stepBegin_ = buffer_.gptr();
+    stepCount_ = count;
+    wanted_ = 1;
+  }
+  /// As if nothing had been read since the last step.
+  /// @return the count that was given at its end
+  std::uint64_t undoStep();
+
+  /// Throws Incomplete where so many octets have not arrived, but may.
+  void check(std::uint64_t length) {
+    if (length > shown() && !(isFinal_ && rest_.empty())) waitFor(length);
+  }
+
+  /// How many octets of the block have not been read.
+  std::size_t unread() const { return shown() + rest_.size(); }
+
+ private:
+  struct Buffer : std::streambuf {
+    using std::streambuf::egptr;
+    using std::streambuf::gptr;
+    using std::streambuf::setg;
+  };
+
+  std::size_t shown() const { return static_cast<std::size_t>(buffer_.egptr() - buffer_.gptr()); }
+  void show(std::string_view octets);
+  [[noreturn]] void waitFor(std::uint64_t length);
+
+  Buffer buffer_;
+  std::istream stream_;
+  // What is read is here, unless it is empty: the beginning of a step, then octets of the block.
+  std::string kept_;
+  std::size_t keptOfBlock_ = 0;
+  std::string_view rest_;  // What has not been shown of the block.
+  bool isFinal_ = false;
+  const char* stepBegin_ = nullptr;
+  std::uint64_t stepCount_ = 0;
+  std::uint64_t wanted_ = 1;  // How many octets the step has at least.
+};
+
+}  // namespace Tavrin
