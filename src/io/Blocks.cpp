@@ -7,6 +7,7 @@ namespace Tavrin {
 void Blocks::clear() {
   kept_ = {};
   append({}, false);
+  stream_.clear();
   show({});
   endStep(0);
 }

@@ -114,7 +114,7 @@ TEST_F(FastInfoset, FailsAtTheOctetThatIsWrong) {
        "octet 14: Literal longer than 1073741824 octets (see --limit maximum-literal-octets)",
        "octet 15: Unexpected end of document"},
       {"E0 00 00 01 00 3C 00 'a' 8C 07 FFFFFFFF 'x'",
-       "octet 14: Encoded data longer than 4294967295 octets",
+       "octet 14: Literal longer than 1073741824 octets (see --limit maximum-literal-octets)",
        "octet 14: Unexpected end of document"},
       // A length of 1 GiB, less the 259 that its form adds, is as long as may be.
       {"E0 00 00 01 00 3C 00 'a' 83 3FFFFEFD 'x'", "octet 14: Unexpected end of document"},

@@ -127,8 +127,17 @@ TEST(X891ReaderIntegers, RefusesLengthsOverTheLimitOfALiteral) {
   expectContentRefused("83 FF FF FF FF", "'a'", tooLong);
   expectContentRefused("87 FF FF FF FF", "'a'", tooLong);
   expectContentRefused("88 03 FF FF FF FF", "'a'", tooLong);
-  expectContentRefused("8C 03 FF FF FF FF", "'a'", "Encoded data longer than 4294967295 octets");
+  expectContentRefused("8C 03 FF FF FF FF", "'a'", tooLong);
   expectContentRefused("8C 03 40 00 00 00", "'a'", tooLong);
+}
+
+TEST(X891ReaderIntegers, RefusesEncodedDataThatNoAlgorithmCanHave) {
+  X891Reader reader;
+  std::uint64_t most = UINT64_MAX;
+  reader.reader.setProperty(Tavrin::properties::maximumLiteralOctets, &most);
+  EXPECT_EQ(failure({"startDocument()", "startElement(, a, a, [])"},
+                    "Encoded data longer than 4294967295 octets", 14),
+            reader.read(documentOfContent("8C 03 FF FF FF FF 'a'")));
 }
 
 // --- Indexes ---
