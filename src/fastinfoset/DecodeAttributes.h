@@ -20,6 +20,7 @@ bool Decoder::decodeAttributes(List& attributes) {
   Names& table = names(kAttributeNames);
   for (;;) {
     if (tag_.attribute == nullptr) {
+      if (!nextStep()) return false;
       const unsigned octet = readOctet();
       if (octet == kTerminator) return false;
       if (octet == kDoubleTerminator) return true;
@@ -31,11 +32,11 @@ bool Decoder::decodeAttributes(List& attributes) {
         fail("Error when decoding attribute name");
       }
       checkAttributeName(*tag_.attribute);
-      endStep();
     }
+    if (!nextStep()) return false;
     decodeAttributeValue(attributes, *tag_.attribute);
+    if (isCut_) return false;
     tag_.attribute = nullptr;
-    endStep();
   }
 }
 
@@ -70,6 +71,10 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
         attributes.refer(attribute, values.own(), index - external);
       }
     }
+  } else if ((octet & kStringIndex) == 0 && (octet & kStringEncoding) == kStringUTF8) {
+    const std::uint64_t length = decodeStringLength(octet);
+    if (isCutBefore(length)) return;
+    decodeLiteralText(octet, length, &values, attributes.begin(name, isListed).value);
   } else {
     decodeString(octet, &values, attributes.begin(name, isListed).value);
   }

@@ -45,26 +45,22 @@ void Decoder::parse(std::string_view block, bool isFinal) {
   while (blocks_->supply()) {
     try {
       decodeDocument();
-      unusedOctets_ = blocks_->unread();
-      isComplete_ = true;
-      return;
+      if (!isCut_) {
+        unusedOctets_ = blocks_->unread();
+        isComplete_ = true;
+        return;
+      }
     } catch (const Blocks::Incomplete&) {
-      undoStep();
     }
+    undoStep();
   }
   isFed_ = true;
 }
 
 // --- Steps ---
 
-void Decoder::keepStep() {
-  blocks_->endStep(input_.count());
-  stepTableOctets_ = tableOctets_;
-  stepFromTables_ = fromTables_;
-  stepEntries_.clear();
-}
-
 void Decoder::undoStep() {
+  isCut_ = false;
   input_.undoStep();
   tableOctets_ = stepTableOctets_;
   fromTables_ = stepFromTables_;
@@ -79,6 +75,7 @@ void Decoder::undoStep() {
 }
 
 void Decoder::beginDocument() {
+  isCut_ = false;
   progress_ = {};
   tag_ = {};
   tableOctets_ = 0;

@@ -211,11 +211,36 @@ class Decoder {
   // Blocks are decoded in steps. A step that lacks octets is undone as a whole. What it has done
   // before its last octet must therefore be known to undoStep, and what cannot be undone comes
   // after that octet.
+  //
+  // A step that lacks octets ends with an exception. Where blocks end most often, which is in text
+  // and between steps, isCut_ is set instead, and everyone returns. Measured: an exception takes as
+  // long as it takes to decode 400 octets.
 
+  /// What the step has done stays.
   void endStep() {
     if (input_.blocks() != nullptr) keepStep();
   }
-  void keepStep();
+  /// Ends a step, and returns whether there is an octet for another one.
+  bool nextStep() {
+    if (input_.blocks() == nullptr) return true;
+    if (isCut_) return false;
+    keepStep();
+    isCut_ = input_.blocks()->lacks(1);
+    return !isCut_;
+  }
+  /// Whether the step lacks octets of a literal, which comes next.
+  bool isCutBefore(std::uint64_t length) {
+    if (input_.blocks() == nullptr) return false;
+    checkLiteralLength(length);
+    isCut_ = input_.blocks()->lacks(length);
+    return isCut_;
+  }
+  void keepStep() {
+    input_.endStep();
+    stepTableOctets_ = tableOctets_;
+    stepFromTables_ = fromTables_;
+    stepEntries_.clear();
+  }
   void undoStep();
   /// Decodes the items of a list that begins with their number, a step each.
   /// @param most how many there may be in an initial vocabulary
@@ -293,6 +318,7 @@ class Decoder {
   /// @param table null where it cannot be an index and is not added to a table
   void decodeString(unsigned octet, Strings* table, std::string& text);
   void decodeString(unsigned table, std::string& text);
+  void decodeLiteralText(unsigned octet, std::uint64_t length, Strings* table, std::string& text);
   /// An identifying string. A literal is added to the table.
   void decodeIdentifier(unsigned table, std::string& text);
   /// An identifying string that belongs to no table.
@@ -352,6 +378,7 @@ class Decoder {
   Progress progress_;
   StartTag tag_;
   // What the last step left, for undoStep, and the tables that the next one appended to.
+  bool isCut_ = false;
   std::uint64_t stepTableOctets_ = 0;
   std::uint64_t stepFromTables_ = 0;
   std::vector<std::uint8_t> stepEntries_;

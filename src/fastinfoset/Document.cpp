@@ -34,6 +34,8 @@ void Decoder::decodeDocument() {
     reportStartDocument();
   }
   decodeChildren();
+  if (isCut_) return;
+  checkRootElement(progress_.hasRoot);
   if (contentHandler_) contentHandler_->endDocument();
 }
 
@@ -83,7 +85,7 @@ void Decoder::decodeVersion() {
 }
 
 void Decoder::decodeChildren() {
-  for (bool ended = false; !ended; endStep()) {
+  for (bool ended = false; !ended && nextStep();) {
     if (tag_.part != StartTag::kNone || !openElements_.empty()) {
       ended = decodeContent(0);
     } else if (progress_.isInDTD) {
@@ -92,21 +94,21 @@ void Decoder::decodeChildren() {
       ended = decodeChild(readOctet());
     }
   }
-  checkRootElement(progress_.hasRoot);
 }
 
 /// @return true when it was the end of the document
 bool Decoder::decodeChild(unsigned octet) {
   if (octet < kFirstNonElement) {
     if (progress_.hasRoot) fail("Found more than one element on the top level");
-    progress_.hasRoot = true;
     beginElement(octet);
-  } else if (octet == kProcessingInstruction) {
+    progress_.hasRoot = true;
+    return decodeContent(0);
+  }
+  if (octet == kTerminator || octet == kDoubleTerminator) return true;
+  if (octet == kProcessingInstruction) {
     decodeProcessingInstruction();
   } else if (octet == kComment) {
     decodeComment();
-  } else if (octet == kTerminator || octet == kDoubleTerminator) {
-    return true;
   } else if (octet < dialect_.firstDocumentTypeOctet || octet > kLastDocumentTypeOctet) {
     fail("Error while parsing document");
   } else {

@@ -33,8 +33,7 @@ bool Decoder::decodeElement(unsigned octet) {
 /// @return true when it ended with a double terminator that also ends what contains it
 bool Decoder::decodeContent(std::size_t outer) {
   if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
-  while (openElements_.size() > outer) {
-    endStep();
+  while (openElements_.size() > outer && nextStep()) {
     const unsigned child = readOctet();
     if (child < kFirstNonElement) {
       beginElement(child);
@@ -60,16 +59,20 @@ bool Decoder::decodeContent(std::size_t outer) {
   return false;
 }
 
+/// Decodes the first step of an element: its name, unless declarations come before it.
 void Decoder::beginElement(unsigned octet) {
   if (openElements_.size() >= maximumDepth_) {
     failAtLimit("Elements nested deeper than " + std::to_string(maximumDepth_),
                 properties::maximumDepth);
   }
-  const bool declares = (octet & kNamespacesFollowMask) == kNamespacesFollow;
-  tag_.part = declares ? StartTag::kDeclarations : StartTag::kName;
   tag_.octet = octet;
   tag_.declarations = 0;
-  endStep();
+  if ((octet & kNamespacesFollowMask) == kNamespacesFollow) {
+    tag_.part = StartTag::kDeclarations;
+    endStep();
+  } else {
+    openElement(decodeElementName(octet & kElementNameBits));
+  }
 }
 
 /// Decodes what is left of a start tag.
@@ -81,18 +84,13 @@ bool Decoder::decodeStartTag() {
     endStep();
   }
   if (tag_.part == StartTag::kName) {
-    unsigned octet = tag_.octet;
-    if ((octet & kNamespacesFollowMask) == kNamespacesFollow) {
-      octet = readOctet();
-      checkPadding(octet & ~kElementNameBits);
-    }
+    const unsigned octet = readOctet();
+    checkPadding(octet & ~kElementNameBits);
     openElement(decodeElementName(octet & kElementNameBits));
-    tag_.part = StartTag::kAttributes;
-    endStep();
   }
   const bool isEmpty =
       finishStartTag(tag_.octet & kElementAttributes, *tag_.name, tag_.declarations);
-  tag_.part = StartTag::kNone;
+  if (!isCut_) tag_.part = StartTag::kNone;
   return isEmpty;
 }
 
@@ -117,6 +115,7 @@ void Decoder::openElement(Name& name) {
   }
   openElements_.push_back({tag_.name->position, tag_.declarations});
   checkElementName(*tag_.name);
+  tag_.part = StartTag::kAttributes;
 }
 
 void Decoder::closeElement() {

@@ -68,13 +68,19 @@ void Decoder::decodeCharacters(unsigned octet) {
     return;
   }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
+  std::uint64_t length = 0;
+  const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;
+  if (isUTF8) {
+    length = decodeCharactersLength(octet);
+    if (isCutBefore(length)) return;
+  }
   // Nothing else may use the memory while a handler has the text, and much is not held for long.
   constexpr std::size_t kMostKept = std::size_t{64} * 1024;
   std::string text;
   text.swap(text_);
   text.clear();
-  if ((octet & kChunkEncoding) == kChunkUTF8) {
-    readText(decodeCharactersLength(octet), text);
+  if (isUTF8) {
+    readText(length, text);
   } else {
     decodeOtherChunk(octet, text);
     checkText(text);

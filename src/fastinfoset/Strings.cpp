@@ -80,11 +80,17 @@ void Decoder::decodeString(unsigned octet, Strings* table, std::string& text) {
     return;
   }
   if ((octet & kStringEncoding) == kStringUTF8) {
-    readText(decodeStringLength(octet), text);
-  } else {
-    decodeOtherString(octet, text);
-    checkText(text);
+    return decodeLiteralText(octet, decodeStringLength(octet), table, text);
   }
+  decodeOtherString(octet, text);
+  checkText(text);
+  if ((octet & kStringAddToTable) && table != nullptr) addEntry(*table, text);
+}
+
+/// @param octet in which the string begins; its length was read
+void Decoder::decodeLiteralText(unsigned octet, std::uint64_t length, Strings* table,
+                                std::string& text) {
+  readText(length, text);
   if ((octet & kStringAddToTable) && table != nullptr) addEntry(*table, text);
 }
 

@@ -7,6 +7,7 @@ namespace Tavrin {
 void Blocks::clear() {
   kept_ = {};
   append({}, false);
+  wanted_ = 1;
   stream_.clear();
   show({});
   endStep(0);
@@ -20,19 +21,15 @@ void Blocks::append(std::string_view block, bool isFinal) {
 
 bool Blocks::supply() {
   const std::size_t left = shown();
-  if (kept_.empty() && left > 0) {
+  if (kept_.empty()) {
+    if (left == 0) {
+      wanted_ = 1;
+      showBlock();
+      return shown() > 0 || isFinal_;
+    }
     kept_.assign(buffer_.gptr(), left);
     show(kept_);
     return false;
-  }
-  if (kept_.empty() || (left <= keptOfBlock_ && !rest_.empty())) {
-    // The step begins in the block. Much memory is not held for long.
-    constexpr std::size_t kMostSpare = std::size_t{64} * 1024;
-    kept_.clear();
-    if (kept_.capacity() > kMostSpare) kept_ = {};
-    show({rest_.data() - left, left + rest_.size()});
-    rest_ = {};
-    return shown() > 0 || isFinal_;
   }
   // Most steps are shorter; a longer one is tried again when there is twice as much of it.
   constexpr std::uint64_t kFew = 256;
@@ -43,8 +40,10 @@ bool Blocks::supply() {
   keptOfBlock_ = std::min(keptOfBlock_, left) + octets.size();
   rest_.remove_prefix(octets.size());
   show(kept_);
-  if (rest_.empty() && isFinal_) return true;
-  return !octets.empty() && kept_.size() >= wanted_;
+  const bool isLast = rest_.empty() && isFinal_;
+  if (!isLast && (octets.empty() || kept_.size() < wanted_)) return false;
+  wanted_ = 1;
+  return true;
 }
 
 std::uint64_t Blocks::undoStep() {
@@ -59,9 +58,16 @@ void Blocks::show(std::string_view octets) {
   stepBegin_ = begin;
 }
 
-void Blocks::waitFor(std::uint64_t length) {
-  wanted_ = static_cast<std::uint64_t>(buffer_.gptr() - stepBegin_) + length;
-  throw Incomplete();
+/// Shows what was not read of the block where it is, instead of its beginning after what was kept.
+void Blocks::showBlock() {
+  const std::size_t again = shown();
+  const std::string_view octets(rest_.data() - again, again + rest_.size());
+  constexpr std::size_t kMostSpare = std::size_t{64} * 1024;  // Much memory is not held for long.
+  kept_.clear();
+  if (kept_.capacity() > kMostSpare) kept_ = {};
+  keptOfBlock_ = 0;
+  rest_ = {};
+  show(octets);
 }
 
 }  // namespace Tavrin

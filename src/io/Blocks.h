@@ -37,15 +37,21 @@ class Blocks {
   void endStep(std::uint64_t count) {
     stepBegin_ = buffer_.gptr();
     stepCount_ = count;
-    wanted_ = 1;
+    if (keptOfBlock_ > 0 && shown() <= keptOfBlock_) showBlock();
   }
   /// As if nothing had been read since the last step.
   /// @return the count that was given at its end
   std::uint64_t undoStep();
 
-  /// Throws Incomplete where so many octets have not arrived, but may.
+  /// Whether so many octets have not arrived, but may. The step is incomplete then.
+  bool lacks(std::uint64_t length) {
+    if (length <= shown() || (isFinal_ && rest_.empty())) return false;
+    wanted_ = static_cast<std::uint64_t>(buffer_.gptr() - stepBegin_) + length;
+    return true;
+  }
+  /// Throws Incomplete likewise.
   void check(std::uint64_t length) {
-    if (length > shown() && !(isFinal_ && rest_.empty())) waitFor(length);
+    if (lacks(length)) throw Incomplete();
   }
 
   /// How many octets of the block have not been read.
@@ -60,7 +66,7 @@ class Blocks {
 
   std::size_t shown() const { return static_cast<std::size_t>(buffer_.egptr() - buffer_.gptr()); }
   void show(std::string_view octets);
-  [[noreturn]] void waitFor(std::uint64_t length);
+  void showBlock();
 
   Buffer buffer_;
   std::istream stream_;

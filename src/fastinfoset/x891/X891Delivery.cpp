@@ -107,6 +107,7 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
   Document& document = document_;
   StartTagAttributes& attributes = attributes_;
   const bool ended = hasAttributes && decodeAttributes(attributes);
+  if (isCut_) return false;
   checkAmplification();
   if (document.isHoldingBack) releaseProlog(name.qName);
   const std::size_t declared = document.bindings.count();
