@@ -31,18 +31,21 @@ class OctetBuffer : public std::streambuf {
   std::size_t position_ = 0;
 };
 
-void parseInBlocks(XMLReader& reader, const std::string& text, unsigned seed) {
+/// What follows a document of Fast Infoset is not read.
+void parseInBlocks(XMLReader& reader, const std::string& text, unsigned seed,
+                   const Events& events) {
   std::size_t position = 0;
   do {
     seed = seed * 1664525U + 1013904223U;
     const std::size_t size = std::min<std::size_t>(text.size() - position, (seed >> 16U) % 24U);
     reader.parse(text.data() + position, size, position + size == text.size());
     position += size;
+    if (!events.empty() && events.back().kind == Event::endDocument) return;
   } while (position < text.size());
 }
 
-void parse(XMLReader& reader, const std::string& octets, Pieces pieces) {
-  if (pieces.way == Pieces::blocks) return parseInBlocks(reader, octets, pieces.seed);
+void parse(XMLReader& reader, const std::string& octets, Pieces pieces, const Events& events) {
+  if (pieces.way == Pieces::blocks) return parseInBlocks(reader, octets, pieces.seed, events);
   if (pieces.way == Pieces::oneByOne) {
     OctetBuffer buffer(octets);
     std::istream stream(&buffer);
@@ -57,7 +60,7 @@ Reading read(XMLReader& reader, const std::string& octets, bool typed, Pieces pi
   Recording recording(typed);
   recording.attachTo(reader);
   try {
-    parse(reader, octets, pieces);
+    parse(reader, octets, pieces, recording.events);
     if (const void* standalone = reader.getProperty(properties::standalone)) {
       result.statements.standalone = *static_cast<const bool*>(standalone);
     }

@@ -72,6 +72,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     finding("octet by octet \"" + slow.failure + "\" instead of \"" + typed.failure + '"');
   }
   expectEqual("octet by octet", shown(typed.events), shown(slow.events));
+  unsigned seed = 0;
+  for (const char c : octets) seed = seed * 31U + static_cast<unsigned char>(c);
+  const Reading cut = readFastInfoset(*reader, octets, true, {Pieces::blocks, seed});
+  if (typed.failure != cut.failure) {
+    finding("in blocks \"" + cut.failure + "\" instead of \"" + typed.failure + '"');
+  }
+  expectEqual("in blocks", shown(typed.events), shown(cut.events));
   if (text.failure.empty()) {
     copy(text, false);
     copyAsText(text);
