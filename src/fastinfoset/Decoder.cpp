@@ -97,7 +97,7 @@ void Decoder::beginDocument() {
 
 void Decoder::fail(const std::string& message) const {
   throwFailure(message);
-  std::abort();  // A dialect that does not throw is wrong.
+  std::abort();  // Every dialect throws.
 }
 
 void Decoder::failAtLimit(const std::string& message, const char* property) const {
@@ -112,7 +112,7 @@ void Decoder::checkLiteralLength(std::uint64_t length) const {
               properties::maximumLiteralOctets);
 }
 
-/// Counts what is kept of the document.
+/// Counts memory that is kept for the document.
 void Decoder::accountFor(std::uint64_t octets) {
   tableOctets_ += octets;
   if (tableOctets_ > maximumTableOctets_) {

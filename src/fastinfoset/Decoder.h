@@ -29,7 +29,7 @@ namespace Tavrin::fastinfoset {
 
 inline constexpr const char* kInvalidStringIndex = "Error when decoding string - invalid index";
 
-/// Decodes documents: what all readers of Fast Infoset share, which is the format. It is
+/// Decodes documents: the part of the format that all readers of Fast Infoset share. It is
 /// implemented by clause: Document.cpp, Vocabulary.cpp, Items.cpp, Elements.cpp, Names.cpp,
 /// Strings.cpp and Primitives.cpp.
 ///
@@ -82,7 +82,7 @@ class Decoder {
 
   // --- Document (Document.cpp, Vocabulary.cpp) ---
 
-  /// Reads the header up to its first wrong octet, and tells whether there was none.
+  /// Reads the header up to its first wrong octet. Returns whether there was none.
   bool isFastInfosetDocument();
   void decodeAdditionalData();
   virtual void decodeInitialVocabulary();
@@ -123,7 +123,7 @@ class Decoder {
     unsigned long length;
   };
 
-  // --- What dialects do differently ---
+  // --- What the dialects do differently ---
 
   virtual void beginDocument();  ///< Forgets what belongs to the last document.
   virtual void decodeHeader() = 0;
@@ -137,14 +137,14 @@ class Decoder {
   /// @return true when the end of the attributes is that of the element, too
   virtual bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) = 0;
 
-  // --- Checks. The standard's own are in Elements.cpp and elsewhere ---
+  // --- Checks of a dialect; what the format itself forbids is refused where it is decoded ---
 
   [[noreturn]] virtual void throwFailure(const std::string& message) const = 0;
   virtual void checkPadding(unsigned bits) const = 0;  ///< Bits that the standard wants to be zero.
   virtual void checkRootElement(bool hasRoot) const = 0;
   virtual void checkEntry(unsigned table, const std::string& entry) = 0;
   virtual void checkText(std::string_view text) = 0;
-  /// What an algorithm or alphabet made of fewer octets than the text has.
+  /// A text that may be longer than the octets from which an algorithm or alphabet made it.
   virtual void checkTextLength(std::uint64_t textOctets, std::uint64_t length) = 0;
   virtual void checkAmplification() const = 0;  ///< After strings were used from tables.
   virtual void checkElementName(Name& name) = 0;
@@ -157,12 +157,12 @@ class Decoder {
   virtual std::string describeUnknown(const std::string& uri) const = 0;
   virtual std::string describeUnknownVocabulary(const std::string& uri) const = 0;
 
-  // --- What becomes of an item ---
+  // --- Reports to handlers ---
 
   virtual void reportStartDocument() = 0;
   virtual void reportVersion(const std::string& version) = 0;
   virtual void reportStandalone(unsigned octet) = 0;
-  virtual void reportUnused(const std::string& line) = 0;  ///< What no handler receives.
+  virtual void reportUnused(const std::string& line) = 0;  ///< What SAX2 has no event for.
   virtual void reportNotation(const std::string& name, const std::string& publicId,
                               const std::string& systemId) = 0;
   virtual void reportUnparsedEntity(const std::string& name, const std::string& publicId,
@@ -200,7 +200,7 @@ class Decoder {
   [[noreturn]] void failAtLimit(const std::string& message, const char* property) const;
   [[noreturn]] void failAtEnd() const;
   void checkLiteralLength(std::uint64_t length) const;
-  /// To be called before a literal is read, where it takes more than that to decode it.
+  /// To be called where something that cannot be undone comes before the octets of a literal.
   void expectLiteral(std::uint64_t length) const {
     checkLiteralLength(length);
     input_.expect(length);

@@ -10,7 +10,8 @@
 #include "../../typed/EncodedLength.h"
 #include "../format/Octets.h"
 
-// What is decoded reaches the handlers here. A handler may take itself off at any event.
+// Reports to handlers, and the formats that this dialect decodes otherwise. A handler may remove
+// itself during any event.
 
 namespace Tavrin::fastinfoset {
 
@@ -65,7 +66,7 @@ void FIDecoder::reportStartDocument() {
   if (contentHandler_) contentHandler_->startDocument();
 }
 
-// What no handler takes is printed, a line each, which is out when the reader goes on.
+// What SAX2 has no event for is printed, a line each, which is flushed before the reader goes on.
 void FIDecoder::reportUnused(const std::string& line) { std::cout << line << std::endl; }
 
 void FIDecoder::reportVersion(const std::string& version) {

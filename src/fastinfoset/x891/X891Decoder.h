@@ -98,7 +98,7 @@ class X891Decoder : public Decoder {
   void checkExternalId(const std::string& publicId, const std::string& systemId) const;
   void failIf(const std::string& reason) const;
   void allowMoreFromTables() const;
-  static std::size_t deliveredOctetsOf(const Name& name);
+  static std::size_t reportedOctetsOf(const Name& name);
   SAXParseException exceptionHere(const std::string& message) const;
   void releaseProlog(const std::string& rootName);
 
@@ -159,8 +159,8 @@ class X891Decoder : public Decoder {
   bool isUsed_ = false;  // The document is one that was read.
 };
 
-/// Only what comes from a table by its index can be delivered far more often than it was read; and
-/// what an application's algorithm makes counts alike.
+/// Only what comes from a table by its index can be reported far more often than it was read. What
+/// an application's algorithm makes of its data counts as well.
 inline void X891Decoder::checkAmplification() const {
   if (fromTables_ > document_.allowedFromTables) allowMoreFromTables();
 }

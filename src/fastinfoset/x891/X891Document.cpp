@@ -48,7 +48,8 @@ void X891Decoder::decodeHeader() {
 }
 
 void X891Decoder::decodeXMLDeclaration() {
-  // As soon as no declaration begins like that, no more is read: the rest may be a stranger's.
+  // As soon as no declaration begins like that, no more is read: the octets after it may belong to
+  // something else.
   std::string text;
   const auto isPossible = [&] {
     return std::ranges::any_of(kXMLDeclarations,
@@ -69,7 +70,7 @@ void X891Decoder::checkPadding(unsigned bits) const {
   if (bits != 0) fail("Padding bits that are not zero");
 }
 
-// The components have the last word.
+// Components override what the XML declaration states.
 
 void X891Decoder::reportVersion(const std::string& version) {
   if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");

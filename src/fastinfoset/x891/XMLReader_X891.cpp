@@ -8,8 +8,8 @@
 #include "X891Decoder.h"
 
 // The reader as an object: creation, properties, failures. Beside it in this folder:
-// X891Document.cpp (header and components), X891Text.cpp (typed values), X891WellFormed.cpp
-// (checks) and X891Delivery.cpp (reports to handlers). All else is what readers of Fast Infoset
+// X891Document.cpp (header and components), X891Values.cpp (typed values), X891Checks.cpp
+// (checks) and X891Reports.cpp (reports to handlers). All else is what readers of Fast Infoset
 // share.
 
 namespace Tavrin {

@@ -8,13 +8,13 @@
 #include "../format/Dialect.h"
 #include "X891Decoder.h"
 
-// What is decoded reaches the handlers here. A handler may take itself off at any event.
+// Reports to handlers. A handler may remove itself during any event.
 
 namespace Tavrin::fastinfoset {
 
 // --- What comes before the root element ---
-// The name of the document type is that of the root element: what follows it waits for that. It
-// takes memory meanwhile, so it counts like an entry of a table.
+// The name of the document type is that of the root element, so it is held back until then, with
+// all that follows it. It takes memory meanwhile, so it counts like an entry of a table.
 
 void X891Decoder::reportUnused(const std::string&) {}
 
@@ -156,7 +156,7 @@ void X891Decoder::reportValue(unsigned field, const std::string& uri, const Enco
     checkTextOf(field, value);
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
-      checkText(text);  // It may be anything, and much.
+      checkText(text);  // An application's algorithm may make any text, of any length.
       checkTextLength(text.size(), 0);
     }
     reportCharacters(text);
@@ -165,7 +165,7 @@ void X891Decoder::reportValue(unsigned field, const std::string& uri, const Enco
 
 void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,
                                const std::string& octets) {
-  // Without the text the table would lack an entry, and later indexes would lead astray.
+  // Without the text the table would lack an entry, and later indexes would mean other entries.
   if (adds) fail(describeUnknown(uri) + ", because the text enters a table");
   if (!encodingAlgorithmContentHandler_) {
     fail(describeUnknown(uri) + ", or take its octets with the property " +
@@ -182,7 +182,7 @@ void X891Decoder::reportEntityReference(const std::string& name, const std::stri
   if (contentHandler_) contentHandler_->skippedEntity(name);
 }
 
-/// The format gives identifiers to references. In XML a declaration has them, once for a name.
+/// In the format references have identifiers; in XML a declaration has them, once for a name.
 void X891Decoder::declareEntity(const std::string& name, const std::string& publicId,
                                 const std::string& systemId) {
   const auto [entity, isNew] = document_.entities.try_emplace(name, publicId, systemId);

@@ -12,7 +12,7 @@
 #include "../format/Octets.h"
 #include "X891Decoder.h"
 
-// Encoding algorithms (X.891, clause 10): which there are, and what their values may be and cost.
+// Typed values (X.891, clause 10): which algorithms there are, and what values may be and cost.
 
 namespace Tavrin::fastinfoset {
 
@@ -68,9 +68,9 @@ std::string X891Decoder::describeUnknownVocabulary(const std::string& uri) const
 
 namespace {
 
-/// Takes a value out of its holder into one whose text is exact.
+/// Moves a value from its holder into one whose text is exact.
 template <typename Holder, typename Exact>
-Exact& takeOver(EncodedData& holder, Exact& exact) {
+Exact& moveInto(Exact& exact, EncodedData& holder) {
   exact.data_.swap(static_cast<Holder&>(holder).data_);
   return exact;
 }
@@ -106,8 +106,8 @@ EncodedData& X891Decoder::decodeFrom(std::istream& stream, EncodingAlgorithm& al
   }
 }
 
-/// Lets an algorithm decode octets that have been read: they are all there, and it cannot read
-/// beyond.
+/// Lets an algorithm decode octets that have been read: none is missing, and it cannot read beyond
+/// them.
 EncodedData& X891Decoder::decodeWhole(EncodingAlgorithm& algorithm, unsigned long length) {
   readOctets(length, octets_);
   if (!octetStream_) octetStream_.emplace();
@@ -147,15 +147,15 @@ EncodedData& X891Decoder::decodeData(EncodingAlgorithm& algorithm, Field data) {
   // The text of numbers must read back as the same ones, which that of their own holders need not.
   switch (field) {
     case algorithms::shortInteger:
-      return takeOver<ShortData>(*decoded, shorts_);
+      return moveInto<ShortData>(shorts_, *decoded);
     case algorithms::integer:
-      return takeOver<IntData>(*decoded, ints_);
+      return moveInto<IntData>(ints_, *decoded);
     case algorithms::longInteger:
-      return takeOver<LongData>(*decoded, longs_);
+      return moveInto<LongData>(longs_, *decoded);
     case algorithms::floatNumber:
-      return takeOver<FloatData>(*decoded, floats_);
+      return moveInto<FloatData>(floats_, *decoded);
     case algorithms::doubleNumber:
-      return takeOver<DoubleData>(*decoded, doubles_);
+      return moveInto<DoubleData>(doubles_, *decoded);
     default:
       return *decoded;
   }
@@ -173,7 +173,7 @@ std::string X891Decoder::textOfValue(unsigned field, const EncodedData& value) {
 /// word. That of an application's algorithm is known when it is there.
 void X891Decoder::checkTextOf(unsigned field, const EncodedData& value) {
   if (field != algorithms::boolean) return;
-  constexpr std::uint64_t kLongestWord = sizeof "false";  // With the space in front.
+  constexpr std::uint64_t kLongestWord = sizeof "false";  // With the space before it.
   const std::uint64_t count = static_cast<const BooleanData&>(value).data_.size();
   checkTextLength(count * kLongestWord, count / CHAR_BIT);
 }

@@ -38,8 +38,8 @@ void X891Decoder::checkExternalId(const std::string& publicId, const std::string
 
 // --- Namespaces ---
 
-/// Takes the declarations of an element into account, each when it comes: a tag may hold as many as
-/// the document has octets. They are delivered when its name is known.
+/// Each declaration is checked and counted as it comes: a tag may hold as many as the document has
+/// octets. They are reported with the start of the element.
 void X891Decoder::decodeDeclarations(std::uint32_t& count) {
   Document& document = document_;
   xml::NamespaceBindings& bindings = document.bindings;
@@ -61,14 +61,14 @@ void X891Decoder::decodeDeclarations(std::uint32_t& count) {
   if (octet != kTerminator) fail("Error while parsing namespaces");
 }
 
-std::size_t X891Decoder::deliveredOctetsOf(const Name& name) {
+std::size_t X891Decoder::reportedOctetsOf(const Name& name) {
   return name.namespaceName.size() + name.localName.size() + name.qName.size();
 }
 
-/// Finds out how many octets are allowed now that more have been read. Measured: asking that each
-/// time, beyond the threshold, takes a twentieth of the time of reading records.
+/// Computes how many octets are allowed now that more have been read. Measured: doing so at each
+/// check beyond the threshold takes a twentieth of the time of reading records.
 void X891Decoder::allowMoreFromTables() const {
-  constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // As much as all, and for infinity.
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 63U;  // No limit: more than can come.
   const double byFactor = amplificationFactor_ * static_cast<double>(input_.count());
   document_.allowedFromTables = std::max(
       amplificationThreshold_, byFactor < 0x1p63 ? static_cast<std::uint64_t>(byFactor) : kMost);
@@ -84,9 +84,9 @@ void X891Decoder::checkElementName(Name& name) {
   if (name.bindings != document.bindings.version()) {
     failIf(xml::whyNotElement(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
-    name.octets = deliveredOctetsOf(name);
+    name.octets = reportedOctetsOf(name);
   }
-  fromTables_ += 2 * name.octets;  // It comes again with the end.
+  fromTables_ += 2 * name.octets;  // With the start and with the end.
 }
 
 void X891Decoder::checkAttributeName(Name& name) {
@@ -94,7 +94,7 @@ void X891Decoder::checkAttributeName(Name& name) {
   if (name.bindings != document.bindings.version()) {
     failIf(xml::whyNotAttribute(name.prefix, &name.namespaceName, name.qName, document.bindings));
     name.bindings = document.bindings.version();
-    name.octets = deliveredOctetsOf(name);
+    name.octets = reportedOctetsOf(name);
   }
   // Attributes count before they are kept: a start tag may hold very many.
   fromTables_ += name.octets;
@@ -108,7 +108,7 @@ void X891Decoder::checkAttributeName(Name& name) {
     const std::size_t known = attributes.size();
     name.identity =
         static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
-    // What the table has no place for is remembered here, so it counts here.
+    // A name that does not fit in the table is kept here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(countedOctets(name));
   }
   if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName));
