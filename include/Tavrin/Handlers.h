@@ -29,6 +29,18 @@ class TAVRIN_API Locator {
   virtual std::int32_t getColumnNumber() const = 0;  ///< Current column, from 1.
 };
 
+/// A locator that counts octets, too. The readers "XML10" and "X891" set one:
+/// `dynamic_cast<const OctetLocator*>(locator)`.
+class TAVRIN_API OctetLocator : public Locator {
+ public:
+  ~OctetLocator() override;
+
+  /// An offset in the document, or in the external entity that is being read, in octets from 0:
+  /// with "XML10" that of the markup or text of the current event, with "X891" that of the end of
+  /// its octets, which is how many were read.
+  virtual std::uint64_t getOctetOffset() const = 0;
+};
+
 /// The content of a document, in document order.
 class TAVRIN_API ContentHandler {
  public:

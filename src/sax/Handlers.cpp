@@ -8,6 +8,7 @@ namespace Tavrin {
 Attributes::~Attributes() = default;
 
 Locator::~Locator() = default;
+OctetLocator::~OctetLocator() = default;
 
 ContentHandler::~ContentHandler() = default;
 void ContentHandler::setDocumentLocator(const Locator*) {}

@@ -46,6 +46,7 @@ class ReaderWithLog {
   ReaderWithLog() {
     log.mergeCharacters = false;
     log.showAlgorithms = true;
+    log.showLocator = false;
     log.attachTo(reader);
     log.attachDeclarationsTo(reader);
   }

@@ -129,7 +129,9 @@ void EventLog::addFailure(const std::string& operation,
                   std::to_string(exception.getColumnNumber())});
 }
 
-void EventLog::setDocumentLocator(const Tavrin::Locator*) { add("setDocumentLocator", {}); }
+void EventLog::setDocumentLocator(const Tavrin::Locator*) {
+  if (showLocator) add("setDocumentLocator", {});
+}
 
 void EventLog::startDocument() { add("startDocument", {}); }
 

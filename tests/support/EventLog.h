@@ -30,6 +30,8 @@ class EventLog : public Tavrin::ContentHandler,
   bool mergeCharacters = true;
   /// An attribute with a typed value shows three more fields: `..., algorithm URI, index, value}`.
   bool showAlgorithms = false;
+  /// Off leaves out `setDocumentLocator`, which not all readers of a test call.
+  bool showLocator = true;
   /// Called before an event is logged, with the number of events so far. May throw.
   std::function<void(std::size_t)> beforeEvent;
   /// What resolveEntity answers, by system identifier; any other gives no stream.

@@ -123,7 +123,9 @@ void EventRecorder::recordIf(bool wanted, Event::Kind kind, std::vector<std::str
 
 // --- Events ---
 
-void EventRecorder::setDocumentLocator(const Tavrin::Locator* locator) { locator_ = locator; }
+void EventRecorder::setDocumentLocator(const Tavrin::Locator* locator) {
+  locator_ = withLines(locator);
+}
 
 void EventRecorder::startDocument() {
   guard([this] { advance(); });

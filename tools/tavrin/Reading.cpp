@@ -105,6 +105,10 @@ std::string placeReached(const Input& input, const Tavrin::Locator* locator) {
                  : placeIn(input.name(), input.octetsRead());
 }
 
+const Tavrin::Locator* withLines(const Tavrin::Locator* locator) {
+  return locator && locator->getLineNumber() >= 0 ? locator : nullptr;
+}
+
 std::string entityAt(const Tavrin::Locator* locator) {
   const std::string systemId = locator ? locator->getSystemId() : std::string();
   return systemId.empty() ? systemId : " (in the entity \"" + systemId + "\")";

@@ -40,6 +40,10 @@ bool followsStandard(Tavrin::XMLReader& reader);
 /// was read.
 std::string placeReached(const Input& input, const Tavrin::Locator* locator);
 
+/// The locator, or null for one of a document without lines: the input counts octets itself, over
+/// all documents.
+const Tavrin::Locator* withLines(const Tavrin::Locator* locator);
+
 /// What to add to a message about a place in an external entity; nothing in the document itself.
 std::string entityAt(const Tavrin::Locator* locator);
 

@@ -101,7 +101,7 @@ void Relay::fail(const std::string& message) {
 // --- What is watched ---
 
 void Relay::setDocumentLocator(const Tavrin::Locator* locator) {
-  locator_ = locator;
+  locator_ = withLines(locator);
   pass([&] { writer_.setDocumentLocator(locator); });
 }
 

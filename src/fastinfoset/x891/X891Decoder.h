@@ -86,6 +86,7 @@ class X891Decoder : public Decoder {
                              const std::string& systemId) override;
 
   void decodeXMLDeclaration();
+  std::int32_t columnHere() const;
 
   EncodedData& decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm, unsigned long length);
   EncodedData& decodeWhole(EncodingAlgorithm& algorithm, unsigned long length);
@@ -101,6 +102,24 @@ class X891Decoder : public Decoder {
   static std::size_t reportedOctetsOf(const Name& name);
   SAXParseException exceptionHere(const std::string& message) const;
   void releaseProlog(const std::string& rootName);
+
+  /// Counts octets as columns, as failures do.
+  class Position : public OctetLocator {
+   public:
+    explicit Position(const X891Decoder& decoder) : decoder_(decoder) {}
+
+    std::string getPublicId() const override { return {}; }
+    std::string getSystemId() const override { return {}; }
+    std::int32_t getLineNumber() const override { return kNoLine; }
+    std::int32_t getColumnNumber() const override { return decoder_.columnHere(); }
+    std::uint64_t getOctetOffset() const override { return decoder_.input_.count(); }
+
+   private:
+    const X891Decoder& decoder_;
+  };
+
+  static constexpr std::int32_t kNoLine = -1;
+  const Position position_{*this};
 
   // --- Limits ---
 

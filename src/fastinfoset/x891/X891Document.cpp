@@ -37,6 +37,7 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 }  // namespace
 
 void X891Decoder::reportStartDocument() {
+  if (contentHandler_) contentHandler_->setDocumentLocator(&position_);
   if (contentHandler_) contentHandler_->startDocument();
   const std::string warning = xml::describeOtherVersion(document_.version);
   if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));

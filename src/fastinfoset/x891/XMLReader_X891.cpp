@@ -79,9 +79,13 @@ X891Decoder::X891Decoder(const Handlers& handlers) : Decoder(kDialectX891, handl
   maximumLiteralOctets_ = kMaximumLiteralOctets;
 }
 
-SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
+std::int32_t X891Decoder::columnHere() const {
   constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
-  return {message, -1, static_cast<std::int32_t>(std::min(input_.count(), kMost))};
+  return static_cast<std::int32_t>(std::min(input_.count(), kMost));
+}
+
+SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
+  return {message, kNoLine, columnHere()};
 }
 
 void X891Decoder::throwFailure(const std::string& message) const {
