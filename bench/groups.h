@@ -15,6 +15,7 @@ void addWriting(const Corpus& corpus);
 void addConversions(const Corpus& corpus);
 void addSiblings(const Corpus& corpus);
 void addFloats(const Corpus& corpus);
+void addBlocks(const Corpus& corpus);
 void addSmall(const Corpus& corpus);
 void addGrowth(const Corpus& corpus);
 void addMemory(const Corpus& corpus);

@@ -54,6 +54,29 @@ const Reader& findReader(const std::string& name) {
   throw std::runtime_error("there is no reader " + name);
 }
 
+const std::vector<PushReader>& pushReaders() {
+  static const std::vector<PushReader> all = [] {
+    std::vector<PushReader> list;
+    for (peers::PushReader& peer : peers::pushReaders()) {
+      list.push_back({std::move(peer.name), "", std::move(peer.read)});
+    }
+    for (const char* type : {"XML10", "X891"}) {
+      list.push_back({type, type, [type](std::string_view octets, std::size_t blockSize) {
+                        const auto reader = XMLReaderFactory::createXMLReader(type);
+                        Counter counter;
+                        reader->setContentHandler(&counter);
+                        peers::forEachBlock(octets, blockSize,
+                                            [&](std::string_view block, bool isFinal) {
+                                              reader->parse(block.data(), block.size(), isFinal);
+                                            });
+                        return counter.totals;
+                      }});
+    }
+    return list;
+  }();
+  return all;
+}
+
 const std::vector<Writer>& textWriters() {
   static const std::vector<Writer> all = [] {
     std::vector<Writer> list;
@@ -79,11 +102,12 @@ std::string written(const Writer& writer, Document& document) {
   return std::move(out).str();
 }
 
-void requireAgreement(const Reader& reader, const std::string& input, Document& document) {
-  streams::MemoryStream stream(input);
-  const Totals heard = reader.read(stream);
-  const Totals& expected = document.totals();
-  if (reader.takesNamesApart ? heard == expected : heard.sameCounts(expected)) return;
+namespace {
+
+/// @param takesNamesApart whether the reader does
+void requireAgreement(const std::string& reader, const Totals& heard, const Totals& expected,
+                      bool takesNamesApart) {
+  if (takesNamesApart ? heard == expected : heard.sameCounts(expected)) return;
   const auto describe = [](const Totals& totals) {
     std::ostringstream out;
     out << totals.elements << " elements, " << totals.attributes << " attributes, "
@@ -92,8 +116,20 @@ void requireAgreement(const Reader& reader, const std::string& input, Document& 
         << " octets of names of elements/of attributes/values/text";
     return out.str();
   };
-  throw std::runtime_error(reader.name + " hears " + describe(heard) + " instead of " +
+  throw std::runtime_error(reader + " hears " + describe(heard) + " instead of " +
                            describe(expected));
+}
+
+}  // namespace
+
+void requireAgreement(const Reader& reader, const std::string& input, Document& document) {
+  streams::MemoryStream stream(input);
+  requireAgreement(reader.name, reader.read(stream), document.totals(), reader.takesNamesApart);
+}
+
+void requireAgreement(const PushReader& reader, const std::string& input, std::size_t blockSize,
+                      Document& document) {
+  requireAgreement(reader.name, reader.read(input, blockSize), document.totals(), true);
 }
 
 void requireAgreement(const Reader& reader, Document& document) {

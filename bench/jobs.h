@@ -6,6 +6,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "document.h"
@@ -37,6 +38,20 @@ const std::vector<Reader>& readers();
 /// @throws std::runtime_error when there is none of that name
 const Reader& findReader(const std::string& name);
 
+/// A reader that is given blocks.
+struct PushReader {
+  std::string name;
+  std::string stream;  ///< Our reader of streams of that name; empty for a peer.
+  std::function<Totals(std::string_view, std::size_t blockSize)> read;
+
+  const std::string& inputOf(Document& document) const {
+    return stream.empty() ? document.xml() : findReader(stream).inputOf(document);
+  }
+};
+
+/// All of them, first the peers with the baseline at their head.
+const std::vector<PushReader>& pushReaders();
+
 struct Writer {
   std::string name;
   std::function<void(Document&, std::ostream&)> write;
@@ -52,5 +67,7 @@ std::string written(const Writer& writer, Document& document);
 /// @throws std::runtime_error when the reader hears anything else than it must
 void requireAgreement(const Reader& reader, const std::string& input, Document& document);
 void requireAgreement(const Reader& reader, Document& document);
+void requireAgreement(const PushReader& reader, const std::string& input, std::size_t blockSize,
+                      Document& document);
 
 }  // namespace jobs

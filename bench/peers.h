@@ -7,6 +7,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "totals.h"
@@ -20,6 +21,12 @@ struct Reader {
   bool takesNamesApart = true;
 };
 
+/// One that is given blocks.
+struct PushReader {
+  std::string name;
+  std::function<Totals(std::string_view, std::size_t blockSize)> read;
+};
+
 /// Whoever writes is a handler that the same events are played to.
 struct Writer {
   std::string name;
@@ -28,7 +35,18 @@ struct Writer {
 
 /// Those that were found when the program was configured.
 std::vector<Reader> readers();
+std::vector<PushReader> pushReaders();
 std::vector<Writer> writers();
+
+/// Calls with one block after the other, and with whether it is the last.
+template <typename Parse>
+void forEachBlock(std::string_view text, std::size_t blockSize, Parse parse) {
+  do {
+    const std::string_view block = text.substr(0, blockSize);
+    text.remove_prefix(block.size());
+    parse(block, text.empty());
+  } while (!text.empty());
+}
 
 /// The baselines of reading and of writing, which are always there.
 Totals readExpatStream(std::istream& stream);
@@ -66,6 +84,8 @@ inline void countText(Totals& totals, const std::string& text) { totals.textOcte
 
 Totals readRawExpat(std::istream& stream);
 Totals readLibxml2(std::istream& stream);
+Totals pushExpat(std::string_view text, std::size_t blockSize);
+Totals pushLibxml2(std::string_view text, std::size_t blockSize);
 Totals readXerces(std::istream& stream);
 Totals readPugixml(std::istream& stream);
 std::unique_ptr<Tavrin::ContentHandler> createTextWriter(std::ostream& out);

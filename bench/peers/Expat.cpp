@@ -28,22 +28,29 @@ struct Callbacks {
   XML_CharacterDataHandler text;
 };
 
-Totals read(std::istream& stream, const Callbacks& callbacks) {
-  Totals totals;
-  const Parser parser(XML_ParserCreateNS(nullptr, kSeparator));
+Parser createParser(Totals& totals, const Callbacks& callbacks) {
+  Parser parser(XML_ParserCreateNS(nullptr, kSeparator));
   XML_SetUserData(parser.get(), &totals);
   XML_SetReturnNSTriplet(parser.get(), 1);
   XML_SetElementHandler(parser.get(), callbacks.start, callbacks.end);
   XML_SetCharacterDataHandler(parser.get(), callbacks.text);
+  return parser;
+}
+
+void require(const Parser& parser, XML_Status status) {
+  if (status == XML_STATUS_OK) return;
+  throw std::runtime_error(XML_ErrorString(XML_GetErrorCode(parser.get())));
+}
+
+Totals read(std::istream& stream, const Callbacks& callbacks) {
+  Totals totals;
+  const Parser parser = createParser(totals, callbacks);
   for (bool isFinal = false; !isFinal;) {
     void* const block = XML_GetBuffer(parser.get(), kBlock);
     if (!block) throw std::runtime_error("expat has no memory");
     stream.read(static_cast<char*>(block), kBlock);
     isFinal = stream.gcount() < kBlock;
-    if (XML_ParseBuffer(parser.get(), static_cast<int>(stream.gcount()), isFinal) !=
-        XML_STATUS_OK) {
-      throw std::runtime_error(XML_ErrorString(XML_GetErrorCode(parser.get())));
-    }
+    require(parser, XML_ParseBuffer(parser.get(), static_cast<int>(stream.gcount()), isFinal));
   }
   return totals;
 }
@@ -99,6 +106,15 @@ void XMLCALL countRawText(void* data, const char*, int length) {
 
 Totals readExpatStream(std::istream& stream) {
   return read(stream, {buildStart, buildEnd, buildText});
+}
+
+Totals pushExpat(std::string_view text, std::size_t blockSize) {
+  Totals totals;
+  const Parser parser = createParser(totals, {buildStart, buildEnd, buildText});
+  forEachBlock(text, blockSize, [&](std::string_view block, bool isFinal) {
+    require(parser, XML_Parse(parser.get(), block.data(), static_cast<int>(block.size()), isFinal));
+  });
+  return totals;
 }
 
 Totals readRawExpat(std::istream& stream) {

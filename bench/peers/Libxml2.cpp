@@ -59,9 +59,9 @@ struct ParserDeleter {
   }
 };
 
-}  // namespace
+using Parser = std::unique_ptr<xmlParserCtxt, ParserDeleter>;
 
-Totals readLibxml2(std::istream& stream) {
+xmlSAXHandler createHandler() {
   xmlSAXHandler handler{};
   xmlSAXVersion(&handler, 2);
   handler.startElementNs = start;
@@ -75,18 +75,44 @@ Totals readLibxml2(std::istream& stream) {
   handler.warning = nullptr;
   handler.error = nullptr;
   handler.fatalError = nullptr;
-  const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(xmlCreateIOParserCtxt(
-      &handler, nullptr, readBlock, nullptr, &stream, XML_CHAR_ENCODING_NONE));
+  return handler;
+}
+
+void prepare(const Parser& parser, Totals& totals) {
   if (!parser) throw std::runtime_error("libxml2 has no memory");
-  Totals totals;
   parser->_private = &totals;
   xmlCtxtUseOptions(parser.get(), XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_NONET);
-  if (xmlParseDocument(parser.get()) != 0 || !parser->wellFormed) {
-    const xmlError* const error = xmlCtxtGetLastError(parser.get());
-    std::string message = error && error->message ? error->message : "libxml2 failed";
-    if (message.ends_with('\n')) message.pop_back();
-    throw std::runtime_error(message);
-  }
+}
+
+void require(const Parser& parser, int error) {
+  if (error == 0 && parser->wellFormed) return;
+  const xmlError* const last = xmlCtxtGetLastError(parser.get());
+  std::string message = last && last->message ? last->message : "libxml2 failed";
+  if (message.ends_with('\n')) message.pop_back();
+  throw std::runtime_error(message);
+}
+
+}  // namespace
+
+Totals readLibxml2(std::istream& stream) {
+  xmlSAXHandler handler = createHandler();
+  const Parser parser(xmlCreateIOParserCtxt(&handler, nullptr, readBlock, nullptr, &stream,
+                                            XML_CHAR_ENCODING_NONE));
+  Totals totals;
+  prepare(parser, totals);
+  require(parser, xmlParseDocument(parser.get()));
+  return totals;
+}
+
+Totals pushLibxml2(std::string_view text, std::size_t blockSize) {
+  xmlSAXHandler handler = createHandler();
+  const Parser parser(xmlCreatePushParserCtxt(&handler, nullptr, nullptr, 0, nullptr));
+  Totals totals;
+  prepare(parser, totals);
+  forEachBlock(text, blockSize, [&](std::string_view block, bool isFinal) {
+    require(parser,
+            xmlParseChunk(parser.get(), block.data(), static_cast<int>(block.size()), isFinal));
+  });
   return totals;
 }
 

@@ -17,6 +17,15 @@ std::vector<Reader> readers() {
   };
 }
 
+std::vector<PushReader> pushReaders() {
+  return {
+      {"expat", pushExpat},
+#ifdef BENCH_LIBXML2
+      {"libxml2", pushLibxml2},
+#endif
+  };
+}
+
 std::vector<Writer> writers() {
   return {
       {"escape-loop", createEscapeLoop},
