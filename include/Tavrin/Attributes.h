@@ -93,7 +93,7 @@ class TAVRIN_API AttributesImpl : public Attributes {
   std::vector<Attribute> attributes_;
 
  private:
-  const Attribute& at(int index) const;
+  TAVRIN_LOCAL const Attribute& at(int index) const;
 };
 
 }  // namespace Tavrin

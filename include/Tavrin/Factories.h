@@ -63,7 +63,7 @@ class TAVRIN_API XMLReaderFactory {
   static std::vector<std::string> getTypeNames();
 
  private:
-  static std::map<std::string, const XMLReaderType*>* typeMap_;
+  TAVRIN_LOCAL static std::map<std::string, const XMLReaderType*>* typeMap_;
 };
 
 /// Registers a type of writer for as long as the record lives.
@@ -105,7 +105,7 @@ class TAVRIN_API XMLWriterFactory {
   static std::vector<std::string> getTypeNames();
 
  private:
-  static std::map<std::string, const XMLWriterType*>* typeMap_;
+  TAVRIN_LOCAL static std::map<std::string, const XMLWriterType*>* typeMap_;
 };
 
 }  // namespace Tavrin

@@ -85,7 +85,7 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
   std::unique_ptr<Driver> driver_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

@@ -126,7 +126,7 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
 
   std::unique_ptr<Driver> driver_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

@@ -101,7 +101,7 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   std::vector<std::string> namespaces_;  ///< Declared by the next start tag: prefix, name, ...
 
  private:
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin

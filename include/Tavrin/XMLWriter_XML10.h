@@ -140,7 +140,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   class Composer;
   const std::unique_ptr<Composer> composer_;
 
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin
