@@ -12,8 +12,8 @@ namespace Tavrin {
 
 /// Read-only list of the attributes of one start tag, in document order.
 ///
-/// A list handed to ContentHandler::startElement is valid during that call only. What an
-/// implementation does for a position or name that is not in the list is its own decision.
+/// A list that ContentHandler::startElement gets is valid during that call only. Each
+/// implementation defines what happens for a position or name that is not in the list.
 class TAVRIN_API Attributes {
  public:
   virtual ~Attributes();
@@ -93,7 +93,7 @@ class TAVRIN_API AttributesImpl : public Attributes {
   std::vector<Attribute> attributes_;
 
  private:
-  const Attribute& at(int index) const;
+  TAVRIN_LOCAL const Attribute& at(int index) const;
 };
 
 }  // namespace Tavrin

@@ -129,7 +129,7 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   std::vector<std::unique_ptr<Attribute>> attributes_;  ///< The attributes, in order.
 
  private:
-  const Attribute& at(int index) const;
+  TAVRIN_LOCAL const Attribute& at(int index) const;
 };
 
 }  // namespace Tavrin

@@ -1,9 +1,9 @@
 /// @file
 /// The exceptions of the library: plain values, thrown by value and caught by reference.
 ///
-/// They are deliberately not polymorphic and do not derive from std::exception. Code that catches a
-/// `SAXException&` and throws the caught object again by value (`throw e;`) therefore passes on a
-/// plain SAXException, without the derived part.
+/// They are not polymorphic and do not derive from std::exception. Code that catches a
+/// `SAXException&` and throws the object by value (`throw e;`) therefore throws a plain
+/// SAXException, without the derived part.
 #pragma once
 
 #include <Tavrin/Export.h>
@@ -65,7 +65,7 @@ class TAVRIN_API FastInfosetException {
   std::string message_;
 };
 
-/// Encoded data that an encoding algorithm (X.891, clause 10) cannot take.
+/// Data that an encoding algorithm (X.891, clause 10) cannot encode or decode.
 class TAVRIN_API EncodingAlgorithmException : public FastInfosetException {
  public:
   using FastInfosetException::FastInfosetException;

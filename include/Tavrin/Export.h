@@ -5,5 +5,5 @@
 /// Marks a class or function as part of the library's binary interface.
 #define TAVRIN_API __attribute__((visibility("default")))
 
-/// Keeps a class that is nested in an exported one out of the binary interface.
+/// Keeps a private member of an exported class out of the binary interface.
 #define TAVRIN_LOCAL __attribute__((visibility("hidden")))

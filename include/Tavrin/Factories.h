@@ -1,16 +1,15 @@
 /// @file
-/// The registries in which readers and writers are found by name, and all that is needed to make
-/// and use them.
+/// The registries of readers and writers by name. This header alone is enough to create and use
+/// them.
 ///
 /// Names match without regard to the case of ASCII letters, whatever the locale. The library
 /// registers the readers "Expat", "FI", "X891" and "XML10" and the writers "FI", "X891", "XML" and
-/// "XML10"; an application adds a type of its own by keeping a static XMLReaderType or
-/// XMLWriterType.
+/// "XML10"; an application adds a type of its own by a static XMLReaderType or XMLWriterType.
 ///
-/// Any number of threads may create readers and writers, and ask for names, at the same time.
-/// Nothing is locked, so registering a type and removing one is forbidden while another thread uses
-/// the factory of its kind: it is meant for static initialisation, and for the end of the program.
-/// A library with types of its own is loaded and unloaded while no other thread creates objects.
+/// Any number of threads may create readers and writers, and get names, at the same time. Nothing
+/// is locked, so no type may be registered or removed while another thread uses the factory of its
+/// kind: that is meant for static initialisation and the end of the program. A library with types
+/// of its own must be loaded and unloaded while no other thread creates objects.
 #pragma once
 
 #include <Tavrin/Export.h>
@@ -28,12 +27,12 @@ namespace Tavrin {
 /// Registers a type of reader for as long as the record lives.
 class TAVRIN_API XMLReaderType {
  public:
-  /// Makes a new reader, which the caller owns.
+  /// Creates a reader, which the caller owns.
   using CreateFunction = std::unique_ptr<XMLReader> (*)();
 
   /// Registers the type. A type registered earlier under the same name is replaced.
   XMLReaderType(const std::string& name, CreateFunction create);
-  /// Removes the name from the registry, whichever record it stands for by then.
+  /// Removes the name from the registry, also where a later record has replaced this one.
   ~XMLReaderType();
   XMLReaderType(const XMLReaderType&) = delete;
   XMLReaderType& operator=(const XMLReaderType&) = delete;
@@ -64,18 +63,18 @@ class TAVRIN_API XMLReaderFactory {
   static std::vector<std::string> getTypeNames();
 
  private:
-  static std::map<std::string, const XMLReaderType*>* typeMap_;
+  TAVRIN_LOCAL static std::map<std::string, const XMLReaderType*>* typeMap_;
 };
 
 /// Registers a type of writer for as long as the record lives.
 class TAVRIN_API XMLWriterType {
  public:
-  /// Makes a new writer, which the caller owns.
+  /// Creates a writer, which the caller owns.
   using CreateFunction = std::unique_ptr<XMLWriter> (*)();
 
   /// Registers the type. A type registered earlier under the same name is replaced.
   XMLWriterType(const std::string& name, CreateFunction create);
-  /// Removes the name from the registry, whichever record it stands for by then.
+  /// Removes the name from the registry, also where a later record has replaced this one.
   ~XMLWriterType();
   XMLWriterType(const XMLWriterType&) = delete;
   XMLWriterType& operator=(const XMLWriterType&) = delete;
@@ -106,7 +105,7 @@ class TAVRIN_API XMLWriterFactory {
   static std::vector<std::string> getTypeNames();
 
  private:
-  static std::map<std::string, const XMLWriterType*>* typeMap_;
+  TAVRIN_LOCAL static std::map<std::string, const XMLWriterType*>* typeMap_;
 };
 
 }  // namespace Tavrin

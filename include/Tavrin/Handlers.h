@@ -2,9 +2,9 @@
 /// The handler interfaces: how a reader reports a document, and how a writer receives one.
 ///
 /// Every operation does nothing unless it is overridden, so an application overrides just what it
-/// needs. Strings hold UTF-8. Handlers belong to the application: readers and writers hold
-/// plain pointers to them and never delete them. What a handler is given by reference is valid
-/// during the call only.
+/// needs. Strings hold UTF-8. Handlers belong to the application: readers and writers hold plain
+/// pointers to them and never delete them. References that a handler gets are valid during the call
+/// only.
 #pragma once
 
 #include <Tavrin/Attributes.h>
@@ -18,7 +18,7 @@
 
 namespace Tavrin {
 
-/// Tells where in the document the current event stands.
+/// Reports the position of the current event in the document.
 class TAVRIN_API Locator {
  public:
   virtual ~Locator();
@@ -46,7 +46,7 @@ class TAVRIN_API ContentHandler {
  public:
   virtual ~ContentHandler();
 
-  /// Comes before startDocument, from readers that know positions.
+  /// Called before startDocument, by readers that know positions.
   /// @param locator belongs to the reader and must not be used after endDocument
   virtual void setDocumentLocator(const Locator* locator);
   virtual void startDocument();  ///< The document begins.
@@ -118,7 +118,7 @@ class TAVRIN_API DeclHandler {
                                   const std::string& systemId);
 };
 
-/// What a document says beside its content: comments, the boundaries of CDATA sections, entities
+/// What a document has besides its content: comments, the boundaries of CDATA sections, entities
 /// and the document type declaration.
 class TAVRIN_API LexicalHandler {
  public:
@@ -135,14 +135,14 @@ class TAVRIN_API LexicalHandler {
   virtual void comment(const std::string& text);      ///< A comment, without its delimiters.
 };
 
-/// Receives a reader's failures before they are thrown. No operation throws or keeps anything by
-/// default: a reader throws after fatalError returns.
+/// Receives a reader's warnings, and its failures before they are thrown. The reader throws after
+/// fatalError returns.
 class TAVRIN_API ErrorHandler {
  public:
   virtual ~ErrorHandler();
 
   virtual void warning(const SAXParseException& exception);     ///< Something worth knowing.
-  virtual void error(const SAXParseException& exception);       ///< A failure that was survived.
+  virtual void error(const SAXParseException& exception);       ///< A failure; the parse continues.
   virtual void fatalError(const SAXParseException& exception);  ///< A failure that ends the parse.
 };
 
@@ -154,8 +154,8 @@ class TAVRIN_API EntityResolver {
   /// Opens an external entity (XML 1.0, section 4.2.2).
   /// @param publicId the public identifier, or empty
   /// @param systemId the system identifier as written, or empty
-  /// @return the stream to read the entity from, which the reader deletes; an empty pointer (the
-  ///         default) asks the reader to skip the entity
+  /// @return the stream to read the entity from, which the reader deletes; with an empty pointer
+  ///         (the default), the reader skips the entity
   virtual std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
                                                       const std::string& systemId);
 };

@@ -23,12 +23,12 @@ class TAVRIN_API XMLReader {
 
   /// @name Features and properties
   /// See Tavrin::features and Tavrin::properties for the identifiers and for how to pass a handler.
-  /// An unknown one throws SAXNotRecognizedException `Feature "name" not recognized`, or `Property
-  /// ...`, and changes nothing. The base knows none.
+  /// For an unknown one, SAXNotRecognizedException `Feature "name" not recognized`, or `Property
+  /// ...`, is thrown and nothing changes. The base knows none.
   /// @{
   virtual void setFeature(const std::string& name, bool value);  ///< Switches one on or off.
   virtual bool getFeature(const std::string& name);              ///< Whether it is on.
-  /// Sets a property, most often a handler. What it points to is not owned; null removes it.
+  /// Sets a property, most often a handler. The value is not owned; null removes it.
   virtual void setProperty(const std::string& name, void* value);
   virtual void* getProperty(const std::string& name);  ///< The pointer that was set, or null.
   /// @}
@@ -37,9 +37,9 @@ class TAVRIN_API XMLReader {
   /// @throws SAXException (or a class derived from it) when the document cannot be read
   virtual void parse(std::istream& stream) = 0;
 
-  /// Reads the next block of a document. The first block starts a document; the last one carries
-  /// `isFinal`. Events of what a block completes may come with a later one, at the latest with the
-  /// last: expat may wait for more before it tries a token again that was cut in two.
+  /// Reads the next block of a document. The first block starts a document; the last one has
+  /// `isFinal`. Events may be reported with a later block than the one that completes them, at the
+  /// latest with the last: expat may wait for more octets after a token that was cut in two.
   /// @param data    the block; it need not outlive the call
   /// @param size    its length in octets
   /// @param isFinal true on the last block

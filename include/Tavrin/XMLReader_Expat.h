@@ -32,13 +32,13 @@ namespace Tavrin {
 /// Input is UTF-8, UTF-16, ISO-8859-1 or US-ASCII, as detected by expat. The external DTD subset
 /// and external entities are read through the EntityResolver, or skipped without one.
 ///
-/// Properties: Tavrin::properties::lexicalHandler, declarationHandler; a change counts from the
-/// next event.
+/// Properties: Tavrin::properties::lexicalHandler, declarationHandler; a change applies from the
+/// next event on.
 ///
-/// Things to know before relying on it:
+/// What a program that relies on it must know:
 /// - No exception of a handler reaches the caller of parse while the document is being read. It is
 ///   dropped, the parse stops, and parse throws the SAXParseException of an aborted parse. Only
-///   setDocumentLocator, startDocument, endDocument and fatalError may throw through.
+///   exceptions of setDocumentLocator, startDocument, endDocument and fatalError leave parse.
 /// - An attribute with a prefix is split into namespace name, local name and qualified name only
 ///   when its local name is at least as long as its namespace name. Otherwise both names hold the
 ///   local name, a line feed and the prefix, as with `xml:lang`; a copy by XMLWriter_XML is then
@@ -46,9 +46,9 @@ namespace Tavrin {
 /// - Every attribute has the type "CDATA". The list that startElement is given is an
 ///   AttributesImpl.
 /// - Undeclaring the default namespace (`xmlns=""`) aborts the parse if there is a content handler.
-/// - A notation declaration aborts the parse while a DTD handler is set; the declaration of an
-///   external or unparsed entity does while a declaration handler is set. They need a base URI, and
-///   this reader has none.
+/// - A notation declaration aborts the parse while a DTD handler is set, and the declaration of an
+///   external or unparsed entity while a declaration handler is set. They need a base URI, and this
+///   reader has none.
 class TAVRIN_API XMLReader_Expat : public XMLReader {
  public:
   XMLReader_Expat();
@@ -64,15 +64,16 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
   /// stream's state flags are neither consulted nor changed.
   /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError; the reader
   ///         can then read another document
-  /// @throws SAXException when no parser could be created, and when called from a handler
+  /// @throws SAXException when no parser can be created, and when called from a handler
   void parse(std::istream& stream) override;
 
   /// Reads the next block of a document; see XMLReader::parse.
   ///
-  /// A null pointer is no block: it only begins a document where none is open. With `isFinal`,
-  /// whatever the size, it abandons the document: what is missing is no failure, endDocument is not
-  /// called, not even for a document that is complete, and the reader can read another one. To end
-  /// a document whose last block came without `isFinal`, pass an empty block that is not null.
+  /// A null pointer is not a block: without `isFinal`, it only begins a document where none is
+  /// open. With `isFinal` it abandons the document, whatever the size: a missing rest is no
+  /// failure, endDocument is not called, not even for a complete document, and the reader can read
+  /// another one. To end a document whose last block came without `isFinal`, pass an empty block
+  /// that is not null.
   /// @param data    the block, or null
   /// @param size    its length in octets, narrowed to a signed 32-bit count, as expat has it
   /// @param isFinal true on the last block
@@ -84,7 +85,7 @@ class TAVRIN_API XMLReader_Expat : public XMLReader {
 
   std::unique_ptr<Driver> driver_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

@@ -186,7 +186,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   class Decoder;
   std::unique_ptr<Decoder> decoder_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

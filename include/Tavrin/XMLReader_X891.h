@@ -126,7 +126,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   class Decoder;
   std::unique_ptr<Decoder> decoder_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

@@ -29,65 +29,66 @@ namespace Tavrin {
 /// }
 /// @endcode
 ///
-/// - An exception that a handler, the resolver or a stream throws leaves parse as it was thrown,
-/// and
-///   no event follows it. So does std::bad_alloc, also where expat runs out of memory. The reader
-///   can then read another document.
+/// - An exception of a handler, the resolver or a stream leaves parse as it was thrown, and no
+/// event
+///   follows it. So does std::bad_alloc, also where expat runs out of memory. The reader can then
+///   read another document.
 /// - Names are always split by Namespaces in XML, and are qualified names in declarations, too:
 ///   `"x:2" is not a qualified name`. `xmlns=""` is startPrefixMapping("", ""). The prefix `xml`,
 ///   which is always bound, has no prefix mapping.
-/// - Notations and unparsed entities go to the DTD handler, declarations to the declaration
-///   handler, each where it is set. Of several declarations of an entity or an attribute only the
-///   first counts (XML 1.0, sections 3.3 and 4.2) and is reported.
+/// - Notations and unparsed entities are reported to the DTD handler, declarations to the
+///   declaration handler, each where it is set. Of several declarations of an entity or an
+///   attribute only the first is binding (XML 1.0, sections 3.3 and 4.2) and is reported.
 /// - Attributes have the type that the DTD declares: "NMTOKEN" for an enumeration, "NOTATION" for a
 ///   notation type, "CDATA" where nothing is declared. DeclHandler::attributeDecl reports an
 ///   enumeration as "(a|b)" and a notation type as "NOTATION (a|b)".
 /// - startEntity and endEntity report the boundaries of external entities: a general entity by its
 ///   name, a parameter entity as "%name", the external subset as "[dtd]". Those that are not read
-///   (the feature is off, there is no resolver, or it gives no stream) are reported by the same
+///   (the feature is off, there is no resolver, or it returns no stream) are reported by the same
 ///   names to skippedEntity. Nothing external is read without a resolver.
 /// - A reference in an attribute value, or in the default of an attribute, to an entity that was
 ///   not read has no event in SAX2, and no text replaces it. Each is reported to
 ///   ErrorHandler::warning, after startElement: `The entity "e" was not read: a reference to it in
 ///   an attribute value is lost`. A reference to an internal entity is reported once, however many
 ///   such references its text has. Tavrin::properties::lossCount counts these warnings.
-/// - After a parameter entity that was not read, declarations of entities and attributes do not
-///   count, unless the document states that it is standalone (XML 1.0, section 5.1). Those in the
-///   internal subset are reported all the same, and must be well-formed.
-/// - The position of a failure, and of the Locator, is that in the external entity that is being
-///   read; the message of a failure there names the entity.
-/// - setDocumentLocator and startDocument come when the XML declaration has been read, or before
-///   the first other event or failure, so that what it states can be asked in startDocument.
+/// - After a parameter entity that was not read, declarations of entities and attributes are not
+///   processed, unless the document states that it is standalone (XML 1.0, section 5.1). Those in
+///   the internal subset are reported nevertheless, and must be well-formed.
+/// - The positions of a failure and of the Locator are those in the external entity that is being
+///   read. The message of a failure there names the entity.
+/// - setDocumentLocator and startDocument are called when the XML declaration has been read, or
+///   before the first other event or failure, so that startDocument can get what it states.
 /// - A document of another version than 1.0 is read by the rules of 1.0, after a call of
 ///   ErrorHandler::warning (section 2.8). A version that is not "1." and digits is a failure.
 ///
 /// Encodings: those of expat, UTF-8 by all names that iconv has for it ("utf8"), and through iconv
-/// those in which every character is one octet and ASCII is ASCII. Others are refused. The name
-/// must stand in the first kibioctet of a document or entity.
+/// those in which every character is one octet and those of ASCII have their own octets. Others are
+/// refused. The name must stand in the first 1,024 octets of a document or entity.
 ///
-/// Features (see Tavrin::features; a change counts from the next document): namespaces,
+/// Features (see Tavrin::features; a change applies from the next document on): namespaces,
 /// namespacePrefixes, externalGeneralEntities, externalParameterEntities, xmlnsURIs; isStandalone
-/// can only be asked, and validation can only be off. Without `namespaces`, elements and attributes
+/// is read-only, and validation is always off. Without `namespaces`, elements and attributes
 /// have a qualified name only, and declarations of namespaces are attributes like others. With
 /// `namespace-prefixes`, declarations precede the other attributes, in the order of the start tag,
 /// without namespace name and local name, unless `xmlns-uris` is on, too.
 ///
-/// Properties (see Tavrin::properties): lexicalHandler and declarationHandler count from the next
-/// event; baseURI, entityAmplificationFactor, entityAmplificationThreshold and maximumDepth from
-/// the next document; documentXMLVersion ("1.0" where the document has no declaration), standalone
-/// and lossCount can only be asked, and concern the last document that has begun.
+/// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
+/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold and maximumDepth from
+/// the next document on; documentXMLVersion ("1.0" where the document has no declaration),
+/// standalone and lossCount are read-only, and concern the last document that has begun.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, without which they stay as written.
 /// LexicalHandler::startDTD has the identifier as written, as SAX2 asks.
 ///
-/// expat does not let a reader see the boundaries of internal entities and of character references;
-/// skipped entities inside of declarations, but for defaults of attributes; where in an internal
-/// parameter entity a default stands; positions inside an internal entity, for which that of the
-/// reference is reported; and ignorable white space, which comes as characters.
+/// expat does not report, and so this reader cannot: the boundaries of internal entities and of
+/// character references; skipped entities inside of declarations, except in defaults of attributes;
+/// the position of a default in an internal parameter entity; positions inside an internal entity,
+/// for which that of the reference is reported; and ignorable white space, which is reported as
+/// characters.
 ///
 /// External entities may be nested 256 deep. Names are those of XML 1.0 up to its fourth edition,
-/// in every encoding: U+00AA, U+00B5 and U+00BA, which expat takes for letters in some, are none.
+/// in every encoding: U+00AA, U+00B5 and U+00BA, which expat accepts as letters in some, are none.
 class TAVRIN_API XMLReader_XML10 : public XMLReader {
  public:
   XMLReader_XML10();
@@ -96,24 +97,24 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
-  /// @throws SAXException for a feature that can only be asked, or validation
+  /// @throws SAXException for a read-only feature, or validation
   void setFeature(const std::string& name, bool value) override;
   bool getFeature(const std::string& name) override;
-  /// @throws SAXException for a property that can only be asked, or a bad value
+  /// @throws SAXException for a read-only property, or a value that it cannot have
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
 
   /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
   /// consulted nor changed.
   /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError
-  /// @throws SAXException when no parser could be created, and when called from a handler
+  /// @throws SAXException when no parser can be created, and when called from a handler
   /// @throws whatever a handler, the resolver or a stream throws
   void parse(std::istream& stream) override;
 
   /// Reads the next block of a document; see XMLReader::parse. A null pointer is an empty block. An
-  /// empty last block ends the document as any other: a document that is not complete is a failure,
-  /// a complete one has its endDocument. Parsing a stream, or destroying the reader, abandons the
-  /// document.
+  /// empty last block ends the document like any other: a document that is not complete is a
+  /// failure, and endDocument is called for a complete one. Parsing a stream, or destroying the
+  /// reader, abandons the document.
   /// @param data    the block, or null, whatever the size
   /// @param size    its length in octets, however large
   /// @param isFinal true on the last block
@@ -125,7 +126,7 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
 
   std::unique_ptr<Driver> driver_;
 
-  static const XMLReaderType type_;
+  TAVRIN_LOCAL static const XMLReaderType type_;
 };
 
 }  // namespace Tavrin

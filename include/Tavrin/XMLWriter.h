@@ -15,13 +15,13 @@ namespace Tavrin {
 /// Receives a document as events, checks their order and keeps the stack of open elements.
 ///
 /// The base writes nothing. A concrete writer overrides an event, calls the base operation, which
-/// throws a SAXException when the event may not come now, and then writes. One thread uses a
+/// throws a SAXException when the event is not allowed now, and then writes. One thread uses a
 /// writer at a time.
 ///
 /// A complete document is: startDocument; optionally startDTD, declarations and endDTD; the root
 /// element; endDocument. Comments, processing instructions and ignorable white space may stand
-/// anywhere between, except that a CDATA section takes only text and white space. endDocument is
-/// accepted without any element. reset prepares the writer for another document.
+/// anywhere between, except that a CDATA section can have only text and white space. endDocument is
+/// allowed without any element. reset prepares the writer for another document.
 class TAVRIN_API XMLWriter : public ContentHandler,
                              public DTDHandler,
                              public DeclHandler,
@@ -52,13 +52,13 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   XMLWriter(const XMLWriter&) = delete;
   XMLWriter& operator=(const XMLWriter&) = delete;
 
-  /// Sets where the document goes. The stream is not owned, must outlive its use, and is never
-  /// flushed by the writer. Without a stream, events are checked and nothing is written.
+  /// Sets the stream for the document. It is not owned, must outlive its use, and is never flushed
+  /// by the writer. Without a stream, events are checked and nothing is written.
   void setOutputStream(std::ostream* out) { out_ = out; }
   std::ostream* getOutputStream() const { return out_; }  ///< The stream, or null.
 
   /// @name Content
-  /// Each throws SAXException when the event may not come now; the state is then as before.
+  /// Each throws SAXException when the event is not allowed now; the state is then as before.
   /// @{
   void startDocument() override;
   void endDocument() override;
@@ -79,18 +79,18 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// @{
   virtual void setFeature(const std::string& name, bool value);  ///< Switches one on or off.
   virtual bool getFeature(const std::string& name);              ///< Whether it is on.
-  /// Sets a property. What it points to is not owned.
+  /// Sets a property. The value is not owned.
   virtual void setProperty(const std::string& name, void* value);
   virtual void* getProperty(const std::string& name);  ///< The pointer that was set, or null.
   /// @}
 
   /// Writes what is pending in a concrete writer. It does not flush the stream.
   virtual void flush();
-  /// Forgets the current document, so that another one can be started on the same stream.
+  /// Discards the current document, so that another one can be started on the same stream.
   virtual void reset();
 
   /// @name Document type, CDATA sections and comments
-  /// Each throws SAXException when the event may not come now; the state is then as before.
+  /// Each throws SAXException when the event is not allowed now; the state is then as before.
   /// @{
   void notationDecl(const std::string& name, const std::string& publicId,
                     const std::string& systemId) override;
@@ -112,7 +112,7 @@ class TAVRIN_API XMLWriter : public ContentHandler,
   /// @}
 
  protected:
-  std::ostream* out_ = nullptr;   ///< Where the document goes; not owned.
+  std::ostream* out_ = nullptr;   ///< The stream for the document, or null; not owned.
   WriterState state_ = Initial;   ///< How far the document has come.
   bool hasContent_ = false;       ///< The innermost element, DTD or CDATA section has content.
   std::deque<Element> elements_;  ///< Open elements; the innermost is the last.

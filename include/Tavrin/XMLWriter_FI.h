@@ -174,7 +174,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
 
   const std::unique_ptr<fastinfoset::Encoder> encoder_;
 
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin

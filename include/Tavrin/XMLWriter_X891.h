@@ -39,11 +39,11 @@ namespace Tavrin {
 /// they belong to the document.
 ///
 /// A refusal is a SAXException that names the reason, such as `You cannot put character U+0001 into
-/// character data` or `The prefix "p" is not declared`, before any octet of the event is written. Reasons
-/// are the order of events; invalid characters and UTF-8; names and namespaces that do not fit each
-/// other; what a comment or processing instruction cannot hold; identifiers that are not valid, or
-/// missing in an unparsed entity; a document without a root element; a vocabulary that is unknown
-/// or not possible (see setProperty); and limits, with the property that would change them.
+/// character data` or `The prefix "p" is not declared`, before any octet of the event is written.
+/// Reasons are the order of events; invalid characters and UTF-8; names and namespaces that do not
+/// fit each other; what a comment or processing instruction cannot hold; identifiers that are not
+/// valid, or missing in an unparsed entity; a document without a root element; a vocabulary that is
+/// unknown or not possible (see setProperty); and limits, with the property that would change them.
 ///
 /// What fails for another reason, in the attributes that are given, in the stream, or for want of
 /// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
@@ -183,7 +183,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   class Encoder;
   const std::unique_ptr<Encoder> encoder_;
 
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin

@@ -26,25 +26,25 @@ namespace Tavrin {
 /// writer.endDocument();
 /// @endcode
 ///
-/// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. They may be changed at
-/// any time and count from the next event.
+/// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. They may be changed at any
+/// time; a change applies from the next event on.
 ///
 /// A start tag, the opening of a CDATA section and the bracket of an internal subset are completed
 /// by the first content that follows, or by flush. Stream errors are not checked: check the
 /// stream's state when the document is done.
 ///
-/// Things to know before relying on it:
+/// What a program that relies on it must know:
 /// - Names, namespace names, comments, processing instructions and declarations are written as
 ///   given.
-/// - Attribute values escape `<`, `&`, `'` and line feed; text escapes `<`, `>` and `&`. A carriage
-///   return does not survive being read again, nor does a tab in an attribute value.
+/// - In attribute values `<`, `&`, `'` and line feed are escaped; in text `<`, `>` and `&`. So a
+///   reader does not get back a carriage return, nor a tab in an attribute value.
 /// - autoIndent adds white space to text: the end tag of an element with content begins a new line.
 /// - Skipped entities are not written.
-/// - An attribute declaration always has a default value in quotes, so declarations that an XML
-///   parser reads back need a default.
+/// - An attribute declaration is always written with a default value in quotes, so a parser reads
+///   only those back that have a default.
 /// - A notation or unparsed entity with a public identifier repeats its name after the system
-///   identifier (`<!NOTATION n PUBLIC "p" "s"n>`), and an empty root element with emptyTags off
-///   comes out as `<r</r>`: neither is well-formed.
+///   identifier (`<!NOTATION n PUBLIC "p" "s"n>`), and an empty root element with emptyTags off is
+///   written as `<r</r>`: neither is well-formed.
 /// - A refused event may leave a completed start tag and an indentation in the stream.
 class TAVRIN_API XMLWriter_XML : public XMLWriter {
  public:
@@ -90,19 +90,18 @@ class TAVRIN_API XMLWriter_XML : public XMLWriter {
   void comment(const std::string& text) override;
 
  protected:
-  /// Completes what the innermost container leaves open before its first content. When it returns,
-  /// that is in the stream.
+  /// Completes what the innermost container leaves open before its first content, and writes it.
   void startChild();
-  /// Breaks the line before what comes next, if auto-indent is on, by ignorableWhitespace.
+  /// If auto-indent is on, breaks the line by ignorableWhitespace.
   void indent();
 
   bool autoIndent_ = false;              ///< The feature auto-indent.
   bool emptyTags_ = true;                ///< The feature empty-tags.
   bool xmlDeclaration_ = true;           ///< The feature xml-declaration.
-  std::vector<std::string> namespaces_;  ///< What the next start tag declares: prefix, name, ...
+  std::vector<std::string> namespaces_;  ///< Declared by the next start tag: prefix, name, ...
 
  private:
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin

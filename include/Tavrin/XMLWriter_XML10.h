@@ -12,8 +12,8 @@
 namespace Tavrin {
 
 /// Writes XML 1.0 (fifth edition) with Namespaces in XML 1.0, in UTF-8; registered as "XML10". It
-/// is the writer of XML text to choose: whatever it is given, what it writes is well-formed and
-/// comes back as it was, or the event is refused with a SAXException that names the reason.
+/// is the writer of XML text to choose: what it writes is well-formed and is read back as it was.
+/// An event for which that is impossible is refused with a SAXException that names the reason.
 ///
 /// @code
 /// XMLWriter_XML10 writer;
@@ -28,47 +28,46 @@ namespace Tavrin {
 /// writer.endDocument();
 /// @endcode
 ///
-/// A refused event leaves no octet and the writer as it was before: other events may follow. So
-/// does one that fails for another reason, in the attributes that are given or for want of memory,
-/// as long as nothing of it may have been written. Otherwise, and where the stream throws, every
-/// further event is refused (`The document cannot go on after a failure: the writer must be
-/// reset`), until reset.
+/// A refused event writes nothing and leaves the writer as it was before: other events may follow.
+/// So does one that fails because the given attributes throw or memory runs out, as long as nothing
+/// of it may have been written. Otherwise, and where the stream throws, every further event is
+/// refused until reset (`The document cannot go on after a failure: the writer must be reset`).
 ///
 /// Features: Tavrin::features::autoIndent, emptyTags and xmlDeclaration. Properties:
 /// Tavrin::properties::indentWidth, quoteCharacter, standalone, maximumDepth and
-/// documentXMLVersion, which can be any `1.[0-9]+`; what is written is XML 1.0, and says so. They
-/// count from the next event, and stay when the writer is reset.
+/// documentXMLVersion, which can be any `1.[0-9]+`; what is written and declared is XML 1.0. A
+/// change applies from the next event on, and reset does not undo it.
 ///
-/// **Names.** An element or attribute comes with namespace name, local name and qualified name.
-/// They must fit each other and the prefix mappings in force: what binds a prefix, and the default
-/// namespace, is always declared by startPrefixMapping or by an attribute. In events of a reader
-/// that does not process namespaces, namespace and local names are empty: then the prefix must be
-/// bound, to anything. Attributes named `xmlns` or `xmlns:p` are declarations as startPrefixMapping
-/// makes them; one that repeats a mapping is left out.
+/// **Names.** An element or attribute has a namespace name, local name and qualified name. They
+/// must agree with each other and with the prefix mappings in scope: prefixes and the default
+/// namespace are always declared, by startPrefixMapping or by an attribute. In events of a reader
+/// that does not process namespaces, namespace names and local names are empty: then the prefix
+/// must be bound, to any namespace. Attributes named `xmlns` or `xmlns:p` are declarations like
+/// those of startPrefixMapping; one that repeats a mapping is not written.
 ///
-/// **Text.** Each string is UTF-8 in itself: a character may not be split between two calls. In
+/// **Text.** Each string is complete UTF-8: a character may not be split between two calls. In
 /// text, `<`, `>`, `&` and carriage return are escaped; in attribute values and namespace names
 /// `<`, `&`, the quote, tab, line feed and carriage return. In a CDATA section, `]]>` is split
-/// between two sections, and a carriage return stands as a reference between two sections. An empty
-/// section leaves no trace.
+/// between two sections, and a carriage return is a reference between two sections. An empty
+/// section is not written.
 ///
 /// **Document type.** Declarations, comments and processing instructions between
 /// startEntity("[dtd]") and its endEntity are in the external subset, to which the document refers,
 /// and are not written; nor are those of an external parameter entity, to which a reference is
-/// written. Without startEntity all belongs to the internal subset. skippedEntity writes a
-/// reference, if the entity is declared or may be declared where this writer does not see it.
-/// General entities that were read are written as their text. The defaults of declared attributes
-/// count when names are checked. What is declared after a parameter entity that was skipped counts
-/// for nothing: a reference to an entity is written whatever its text.
+/// written. Without startEntity, all declarations belong to the internal subset. skippedEntity
+/// writes a reference, if the entity is declared or may be declared where this writer does not see
+/// it. General entities that were read are written as their text. When names are checked, the
+/// defaults of declared attributes are, too. Declarations after a parameter entity that was skipped
+/// are not binding: a reference to an entity declared there is written whatever its text.
 ///
 /// **Auto-indent** never adds white space to an element that has text of any kind, white space and
-/// references among it, nor inside its descendants, nor where `xml:space` says `preserve`. Whether
-/// an element has text may show only at its end. So, while auto-indent is on, the octets of the
-/// root element are held back in memory until it ends, or until text directly inside of it rules
-/// indentation out. flush writes them at once, without line breaks, and indents nothing more in the
-/// elements that are open. Levels from the hundredth on are indented alike.
+/// references included, nor to its descendants, nor where `xml:space` is `preserve`. Whether an
+/// element has text may be known only at its end. So, while auto-indent is on, the octets of the
+/// root element are kept in memory until it ends, or until text directly inside of it forbids
+/// indentation. flush writes them at once, without line breaks, and nothing more is indented in the
+/// open elements. All levels from the hundredth on have the same indentation.
 ///
-/// What XML text cannot hold comes back changed: a carriage return in a comment, a processing
+/// What XML text cannot hold is read back changed: a carriage return in a comment, a processing
 /// instruction or an identifier as a line feed; the data of a processing instruction without its
 /// leading white space; white space outside of the root element not at all.
 ///
@@ -83,7 +82,7 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   static std::unique_ptr<XMLWriter> create();
 
   /// @name Events
-  /// Each throws SAXException when it may not come now, or when what it brings cannot be written.
+  /// Each throws SAXException when it is not allowed now, or when its strings cannot be written.
   /// @{
   void startDocument() override;
   /// @throws SAXException also for a document without an element
@@ -132,16 +131,16 @@ class TAVRIN_API XMLWriter_XML10 : public XMLWriter {
   void* getProperty(const std::string& name) override;
 
   /// Completes an open start tag, CDATA opening or internal subset bracket, and writes what
-  /// auto-indent holds back.
+  /// auto-indent keeps pending.
   void flush() override;
-  /// Forgets the document, with what auto-indent holds back.
+  /// Discards the document, and what auto-indent keeps pending.
   void reset() override;
 
  private:
   class Composer;
   const std::unique_ptr<Composer> composer_;
 
-  static const XMLWriterType type_;
+  TAVRIN_LOCAL static const XMLWriterType type_;
 };
 
 }  // namespace Tavrin

@@ -13,7 +13,7 @@
 
 namespace Tavrin {
 
-/// A stream over octets in memory, for algorithms to decode from: none reads beyond its data.
+/// A stream over octets in memory, so that an encoding algorithm cannot read beyond its data.
 class OctetStream {
  public:
   OctetStream() : stream_(&buffer_) {}
@@ -37,8 +37,8 @@ class OctetStream {
   std::istream stream_;
 };
 
-/// A stream over the next octets of another one, for algorithms to decode from without a copy of
-/// them all: none reads beyond its data.
+/// A stream over the next octets of another one, so that an encoding algorithm cannot read beyond
+/// its data. They are not copied as a whole.
 class NextOctets {
  public:
   /// @param source outlives this
@@ -57,12 +57,12 @@ class NextOctets {
   struct Buffer : std::streambuf {
     Buffer(std::streambuf& octets, std::uint64_t count) : source(octets), left(count) {}
 
-    // What the source has at hand stays where it is until it is asked for more.
+    // Octets in the get area of the source are not copied: they stay there until its next read.
     int_type underflow() override {
-      const GetArea atHand(source);
-      if (const auto count = std::min<std::uint64_t>(left, atHand.size()); count > 0) {
-        char* const octets = atHand.begin();
-        atHand.advance(count);
+      const GetArea available(source);
+      if (const auto count = std::min<std::uint64_t>(left, available.size()); count > 0) {
+        char* const octets = available.begin();
+        available.advance(count);
         return show(octets, count);
       }
       const auto wanted = std::min<std::uint64_t>(left, block.size());
@@ -70,7 +70,7 @@ class NextOctets {
         const auto got = source.sgetn(block.data(), static_cast<std::streamsize>(wanted));
         return show(block.data(), static_cast<std::uint64_t>(got));
       } catch (...) {
-        thrown = std::current_exception();  // A stream would keep it to itself.
+        thrown = std::current_exception();  // A stream would not pass it on.
         throw;
       }
     }
@@ -86,15 +86,15 @@ class NextOctets {
     std::uint64_t left;
     std::uint64_t taken = 0;
     std::exception_ptr thrown;
-    std::array<char, 512> block{};  // Sources without octets at hand are slow anyway.
+    std::array<char, 512> block{};  // Small: sources without a get area are slow anyway.
   };
 
   Buffer buffer_;
   std::istream stream_;
 };
 
-/// Appends to a string what is written. A stream that reports its failures over it throws where
-/// memory runs out, as a string stream does not.
+/// Appends what is written to a string. Unlike a string stream, a stream over it that throws its
+/// failures also throws where memory runs out.
 class AppendingBuffer : public std::streambuf {
  public:
   explicit AppendingBuffer(std::string& octets) : octets_(octets) {}

@@ -10,7 +10,7 @@
 
 namespace Tavrin {
 
-/// The get area of a stream's buffer: the octets that it has at hand.
+/// The get area of a stream's buffer: the octets that can be consumed without a read.
 class GetArea {
  public:
   explicit GetArea(std::streambuf& buffer) : buffer_(buffer) {}
@@ -21,7 +21,7 @@ class GetArea {
     return isEmpty() ? 0 : std::min(static_cast<std::size_t>(end() - begin()), kMost);
   }
 
-  /// Consumes octets that are there, as `sbumpc` does with each.
+  /// Consumes octets, as `sbumpc` does with one.
   void advance(std::size_t count) const { (buffer_.*&Members::gbump)(static_cast<int>(count)); }
 
  private:
@@ -39,17 +39,17 @@ class GetArea {
   std::streambuf& buffer_;
 };
 
-/// The octets of a stream as its single-octet `get` gives them, one call for each: no stream and no
-/// buffer can see a difference. Where no stream is tied to it and the octets are at hand already, a
-/// call only consumes one and counts it. Measured: with the call each time, reading text takes half
-/// as long again.
+/// Reads a stream as its single-octet `get` does, one call for each octet: a stream or buffer of
+/// the application cannot notice a difference. Where no stream is tied to it and the get area has
+/// octets, such a call only consumes one and counts it, so there is none. Measured: with a call for
+/// each octet, reading text takes half as long again.
 class SingleOctets {
  public:
   explicit SingleOctets(std::istream& stream) : SingleOctets(stream, stream) {}
-  /// @param base that of the stream, where the caller has it at hand
+  /// @param base that of the stream, where the caller knows it
   SingleOctets(std::istream& stream, std::ios& base) : stream_(stream), base_(base) {}
 
-  /// As the stream's `get`.
+  /// Does what the stream's `get` does.
   int get() const {
     if (isReady() && !GetArea(*base_.rdbuf()).isEmpty()) {
       countOne();
@@ -58,10 +58,10 @@ class SingleOctets {
     return stream_.get();
   }
 
-  /// Consumes octets that are at hand, in units of some size.
+  /// Consumes octets of the get area, in units of some size.
   /// @param most a multiple of the unit
-  /// @return valid until the next octet is consumed; empty where a call has more to do
-  std::string_view takeAtHand(std::size_t most, std::size_t unit = 1) const {
+  /// @return valid until the next octet is consumed; empty where `get` has more to do than consume
+  std::string_view consumeAvailable(std::size_t most, std::size_t unit = 1) const {
     if (!isReady()) return {};
     const GetArea area(*base_.rdbuf());
     const std::string_view octets(area.begin(), std::min(most, area.size() / unit * unit));
@@ -72,11 +72,11 @@ class SingleOctets {
   }
 
   /// Copies the next octets.
-  /// @return how many came before the first that is missing
+  /// @return how many there are; fewer than `count` at the end of the stream
   std::size_t copy(char* octets, std::size_t count) const {
     std::size_t copied = 0;
     while (copied < count) {
-      if (const auto run = takeAtHand(count - copied); !run.empty()) {
+      if (const auto run = consumeAvailable(count - copied); !run.empty()) {
         std::memcpy(octets + copied, run.data(), run.size());
         copied += run.size();
       } else if (const int octet = get(); octet != std::istream::traits_type::eof()) {

@@ -8,17 +8,17 @@
 
 namespace Tavrin {
 
-/// The place of an attribute in a list of this length.
+/// The position of an attribute in a list of this length.
 /// @throws std::out_of_range for an index that is not in the list
 inline std::size_t checkIndex(int index, std::size_t length) {
-  // A negative index becomes huge and fails the same comparison.
+  // A negative index becomes a large position.
   const auto position = static_cast<std::size_t>(index);
   if (position >= length) throw std::out_of_range("vector::_M_range_check");
   return position;
 }
 
 /// The index of the first attribute that matches, or -1.
-/// @param matches is called with the places from 0 on
+/// @param matches is called with each index from 0 on
 template <typename Matches>
 int findIndex(std::size_t length, Matches matches) {
   for (std::size_t i = 0; i < length; ++i) {
@@ -27,9 +27,9 @@ int findIndex(std::size_t length, Matches matches) {
   return -1;
 }
 
-/// What a list answers by name: the same as by index.
-/// @tparam List the class that derives from this one; it is final, so that its functions by index
-///              are called directly
+/// The functions of a list that have names, by those that have an index.
+/// @tparam List the class that derives from this one; it is final, so that its functions are not
+///              called as virtual ones
 /// @tparam Base Attributes, or an interface that extends it
 template <typename List, typename Base>
 class AttributesByName : public Base {

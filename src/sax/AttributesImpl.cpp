@@ -47,7 +47,7 @@ void List::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
   for (int i = 0; i < length; ++i) {
-    // Each answer is copied before the next is asked for: it may not be valid for longer.
+    // Each string is copied before the next call: it may not be valid for longer.
     attributes_.push_back({other.getURI(i), other.getLocalName(i), other.getQName(i),
                            other.getType(i), other.getValue(i)});
   }

@@ -1,7 +1,7 @@
 #include <Tavrin/Handlers.h>
 
-// The defaults that make every event optional. They stand here, not in the header, so that each
-// interface has one virtual table, in the library.
+// The defaults, which do nothing. They are not inline, so that each interface has one virtual
+// table, in the library.
 
 namespace Tavrin {
 

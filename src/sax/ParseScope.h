@@ -4,9 +4,8 @@
 
 namespace Tavrin {
 
-/// Marks a reader as busy for the length of a call of parse. A handler that parses with the reader
-/// that calls it would destroy the state of the document beneath its own callback, so this is
-/// refused.
+/// Marks a reader as busy during a call of parse. A handler must not parse with the reader that
+/// calls it: that would destroy the document that is being read.
 class ParseScope {
  public:
   explicit ParseScope(bool& parsing) : parsing_(parsing) {

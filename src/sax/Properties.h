@@ -7,23 +7,31 @@
 
 // The properties of a type are listed once, in a function
 //   template <typename Access> bool accessProperty(Access access)
-// which returns `access(identifier, member) || access(...) || ...`. PropertySetter and
-// PropertyGetter are what it is called with. A member is a pointer, which is set as it is; an
-// optional value; or a value with its default, which null brings back.
+// which returns `access(identifier, member) || access(...) || ...`. It is called with a
+// PropertySetter or PropertyGetter. A member is a pointer; an optional value; or a value with its
+// default, which a null pointer restores.
 
 namespace Tavrin {
+
+[[noreturn]] inline void throwFeatureNotRecognized(const std::string& name) {
+  throw SAXNotRecognizedException("Feature \"" + name + "\" not recognized");
+}
+
+[[noreturn]] inline void throwPropertyNotRecognized(const std::string& name) {
+  throw SAXNotRecognizedException("Property \"" + name + "\" not recognized");
+}
 
 [[noreturn]] inline void throwCanOnlyBeAsked(const char* kind, const std::string& name) {
   throw SAXException(std::string(kind) + " \"" + name + "\" can only be asked");
 }
 
-/// Refuses an amplification factor below 1 or NaN.
+/// Refuses an amplification factor that is below 1 or no number.
 inline void checkFactor(const std::string& name, const void* value) {
   if (value == nullptr || *static_cast<const double*>(value) >= 1) return;
   throw SAXException("Property \"" + name + "\" must be at least 1");
 }
 
-/// A member that no application sets.
+/// A member that an application cannot set.
 template <typename Member>
 struct ReadOnly {
   Member& member;
@@ -31,7 +39,7 @@ struct ReadOnly {
 template <typename Member>
 ReadOnly(Member&) -> ReadOnly<Member>;
 
-/// Sets the property of a name, where it is the one that is asked for.
+/// Sets the property that has this name.
 struct PropertySetter {
   const std::string& name;
   void* value;
@@ -62,7 +70,7 @@ struct PropertySetter {
   }
 };
 
-/// Gets the property of a name, where it is the one that is asked for.
+/// Gets the property that has this name.
 struct PropertyGetter {
   const std::string& name;
   void*& value;

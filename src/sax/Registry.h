@@ -10,9 +10,9 @@
 
 namespace Tavrin {
 
-/// What the registries of readers and of writers have in common. A registry's map is made by the
-/// first registration and destroyed with the last, so that static objects can register in any
-/// order; a null map is an empty registry.
+/// A registry of readers or of writers. The first registration creates its map and the removal of
+/// the last deletes it, so that static objects can register in any order. A null map is an empty
+/// registry.
 template <typename Type>
 class Registry {
  public:
@@ -23,10 +23,10 @@ class Registry {
     (*map)[fold(type->getName())] = type;
   }
 
-  /// Erases the name, also when a later record has taken it over: whoever registered last.
+  /// Removes the name, also where a later record has replaced this one.
   static void remove(Map*& map, const Type* type) {
     if (map == nullptr) return;
-    // Destructors call this: it needs no memory.
+    // Destructors call this, so it allocates no memory.
     const auto found = std::ranges::find_if(*map, [type](const auto& entry) {
       return std::ranges::equal(entry.first, type->getName(), {}, {}, foldCharacter);
     });
@@ -52,7 +52,7 @@ class Registry {
   }
 
  private:
-  // A name is the same whatever the locale, so only ASCII is folded.
+  // Names must not depend on the locale, so only ASCII is folded.
   static char foldCharacter(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   }

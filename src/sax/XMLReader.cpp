@@ -1,6 +1,6 @@
 #include <Tavrin/XMLReader.h>
 
-#include "NotRecognized.h"
+#include "Properties.h"
 
 namespace Tavrin {
 

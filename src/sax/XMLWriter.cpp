@@ -1,6 +1,6 @@
 #include <Tavrin/XMLWriter.h>
 
-#include "NotRecognized.h"
+#include "Properties.h"
 
 namespace Tavrin {
 
@@ -96,7 +96,7 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
 void XMLWriter::endElement(const std::string& uri, const std::string& localName,
                            const std::string& qName) {
   checkState(state_, bit(InElement), "You cannot end an element at this point");
-  hasContent_ = true;  // It is the parent that counts now.
+  hasContent_ = true;  // Of the parent.
   const Element& element = elements_.back();
   if (element.uri != uri || element.localName != localName || element.qName != qName) {
     throw SAXException("Name mismatch between start and end element");

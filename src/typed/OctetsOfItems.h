@@ -72,7 +72,7 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
   items.reserve(count);
   while (items.size() < count) {
     const std::size_t begin = items.size();
-    const auto run = source.takeAtHand(std::min((count - begin) * kSize, kBlock), kSize);
+    const auto run = source.consumeAvailable(std::min((count - begin) * kSize, kBlock), kSize);
     if (!run.empty()) {
       items.resize(begin + run.size() / kSize);
       const char* at = run.data();

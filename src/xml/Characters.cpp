@@ -16,7 +16,7 @@ namespace {
 
 constexpr char32_t kNone = 0xFFFFFFFF;
 
-/// A character and the octets it takes; kNone where the octets are not UTF-8.
+/// A character and the number of its octets; kNone and 1 where the octets are not UTF-8.
 struct Decoded {
   char32_t character;
   std::size_t octets;
@@ -98,14 +98,15 @@ bool areNameCharacters(std::string_view text, NameClass least) {
   return !text.empty();
 }
 
-/// How many octets the first character has, if its first octet alone shows that it is valid, as of
-/// the common ones. Otherwise 0.
+/// How many octets the first character has, if it is one of the common ones whose first octet
+/// alone shows that they are valid. Otherwise 0.
 std::size_t commonOctets(std::string_view text) {
-  const auto isNext = [text](std::size_t i) { return (octetAt(text, i) & 0xC0) == 0x80; };
+  const auto isContinuation = [text](std::size_t i) { return (octetAt(text, i) & 0xC0) == 0x80; };
   const unsigned first = octetAt(text, 0);
   if (first == '\n' || first == '\t') return 1;
-  if (first >= 0xC2 && first <= 0xDF) return text.size() >= 2 && isNext(1) ? 2 : 0;
-  if (first >= 0xE1 && first <= 0xEC) return text.size() >= 3 && isNext(1) && isNext(2) ? 3 : 0;
+  if (first >= 0xC2 && first <= 0xDF) return text.size() >= 2 && isContinuation(1) ? 2 : 0;
+  if (first >= 0xE1 && first <= 0xEC)
+    return text.size() >= 3 && isContinuation(1) && isContinuation(2) ? 3 : 0;
   return 0;
 }
 

@@ -10,11 +10,11 @@ namespace Tavrin::xml {
 
 inline constexpr std::size_t kAllValid = std::string_view::npos;
 
-/// Where a text first goes wrong: the position of the first octet that is not part of a character
-/// of XML 1.0 (production 2), or kAllValid.
+/// The position of the first octet that is not part of a character of XML 1.0 (production 2), or
+/// kAllValid.
 std::size_t findInvalid(std::string_view text);
 
-/// How octets that findInvalid found are to be named in a message: "character U+0001" or
+/// What a message calls what stands at a position that findInvalid returns: "character U+0001" or
 /// "UTF-8 octet 0xFF".
 std::string describeInvalid(std::string_view text, std::size_t position);
 
@@ -53,7 +53,7 @@ bool isPublicId(std::string_view text);
 bool isSystemId(std::string_view text);
 /// Whether a text is the number of a version of XML that is read as XML 1.0 (production 26).
 bool isVersion(std::string_view text);
-/// What a reader warns of that reads a document of such a version; empty for 1.0.
+/// The warning that a reader gives about a document of such a version; empty for 1.0.
 std::string describeOtherVersion(std::string_view version);
 /// Whether a processing instruction may have this target: a name without a colon other than "xml"
 /// in any case (production 17).

@@ -15,26 +15,26 @@ class Scanner {
   explicit Scanner(std::string_view text) : rest_(text) {}
 
   bool isAtEnd() const { return rest_.empty(); }
-  void skipSpace() { consume(rest_.find_first_not_of(" \t\r\n")); }
+  void skipSpace() { remove(rest_.find_first_not_of(" \t\r\n")); }
   /// Consumes a word, if it comes next.
-  bool skip(std::string_view word) {
+  bool consume(std::string_view word) {
     if (!rest_.starts_with(word)) return false;
-    consume(word.size());
+    remove(word.size());
     return true;
   }
-  /// Consumes all up to the next delimiter of a model.
-  std::string_view token() { return consume(rest_.find_first_of(" \t\r\n()|,?*+")); }
-  /// Consumes any of a set of characters; 0 where none comes next.
+  /// Consumes everything up to the next delimiter of a model.
+  std::string_view token() { return remove(rest_.find_first_of(" \t\r\n()|,?*+")); }
+  /// Consumes one of a set of characters; 0 where none comes next.
   char anyOf(std::string_view characters) {
     if (rest_.empty() || characters.find(rest_.front()) == std::string_view::npos) return 0;
-    return consume(1).front();
+    return remove(1).front();
   }
 
  private:
-  std::string_view consume(std::size_t count) {
-    const std::string_view taken = rest_.substr(0, count);
-    rest_.remove_prefix(taken.size());
-    return taken;
+  std::string_view remove(std::size_t count) {
+    const std::string_view removed = rest_.substr(0, count);
+    rest_.remove_prefix(removed.size());
+    return removed;
   }
 
   std::string_view rest_;
@@ -45,23 +45,23 @@ bool isRestOfMixed(Scanner scanner) {
   bool hasNames = false;
   while (true) {
     scanner.skipSpace();
-    if (scanner.skip(")")) break;
-    if (!scanner.skip("|")) return false;
+    if (scanner.consume(")")) break;
+    if (!scanner.consume("|")) return false;
     scanner.skipSpace();
     if (!isQName(scanner.token())) return false;
     hasNames = true;
   }
-  const bool hasStar = scanner.skip("*");
+  const bool hasStar = scanner.consume("*");
   return (hasStar || !hasNames) && scanner.isAtEnd();
 }
 
-/// Productions 47 to 50. The separator of every open group is kept, 0 as long as there is none: no
-/// call for each group, because a document decides how deep they are nested.
+/// Productions 47 to 50. A document decides how deep groups are nested, so they are not handled by
+/// recursion: the separator of every open group is kept, 0 as long as there is none.
 bool isChildren(Scanner scanner) {
   std::vector<char> groups;
   do {
     scanner.skipSpace();
-    if (scanner.skip("(")) {
+    if (scanner.consume("(")) {
       groups.push_back(0);
       continue;
     }
@@ -70,7 +70,7 @@ bool isChildren(Scanner scanner) {
     // After a particle, groups end or the innermost continues.
     while (!groups.empty()) {
       scanner.skipSpace();
-      if (scanner.skip(")")) {
+      if (scanner.consume(")")) {
         groups.pop_back();
         scanner.anyOf("?*+");
         if (groups.empty()) return scanner.isAtEnd();
@@ -86,16 +86,16 @@ bool isChildren(Scanner scanner) {
   return false;
 }
 
-/// Names or name tokens in parentheses with bars between (productions 58 and 59).
+/// Names or name tokens in parentheses, separated by bars (productions 58 and 59).
 bool isEnumeration(std::string_view text, bool (*isItem)(std::string_view)) {
   Scanner scanner(text);
-  if (!scanner.skip("(")) return false;
+  if (!scanner.consume("(")) return false;
   do {
     scanner.skipSpace();
     if (!isItem(scanner.token())) return false;
     scanner.skipSpace();
-  } while (scanner.skip("|"));
-  return scanner.skip(")") && scanner.isAtEnd();
+  } while (scanner.consume("|"));
+  return scanner.consume(")") && scanner.isAtEnd();
 }
 
 struct PredefinedEntity {
@@ -122,9 +122,9 @@ const PredefinedEntity* findPredefined(std::string_view name) {
 bool isContentModel(std::string_view text) {
   if (text == "EMPTY" || text == "ANY") return true;
   Scanner scanner(text);
-  if (!scanner.skip("(")) return false;
+  if (!scanner.consume("(")) return false;
   scanner.skipSpace();
-  return scanner.skip("#PCDATA") ? isRestOfMixed(scanner) : isChildren(Scanner(text));
+  return scanner.consume("#PCDATA") ? isRestOfMixed(scanner) : isChildren(Scanner(text));
 }
 
 std::string attributeType(std::string_view text) {

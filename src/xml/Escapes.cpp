@@ -22,7 +22,7 @@ __m128i blockAt(const char* octets) {
 
 constexpr std::size_t kFew = 4;
 
-/// The octets of a text of kFew or more, but less than a block; some of them twice.
+/// The octets of a text that is shorter than a block, but has at least kFew; some of them twice.
 __m128i blockOf(std::string_view text) {
   std::uint64_t first = 0;
   std::uint64_t last = 0;
@@ -79,9 +79,9 @@ bool Escapes::isVerbatim(std::string_view text) const {
 #ifdef __SSE2__
   // Measured: XML10 writes attributes and prose in a thirtieth less time.
   const auto needsCheck = [this](__m128i block) {
-    // Controls, and octets that are not ASCII: compared with sign, these are negative.
-    const __m128i uneasy = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
-    return _mm_or_si128(uneasy, equalToOneOf(block, blocks_, printable_));
+    // Controls, and octets that are not ASCII, which are negative in a signed comparison.
+    const __m128i suspect = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
+    return _mm_or_si128(suspect, equalToOneOf(block, blocks_, printable_));
   };
   if (text.size() >= kFew && findMatch(text, 0, needsCheck) == text.size()) return true;
 #endif
@@ -106,8 +106,8 @@ std::size_t Escapes::find(std::string_view text, std::size_t begin) const {
 
 namespace {
 
-/// Where the character begins that a position cuts, or the position itself.
-std::size_t beginOfCut(std::string_view text, std::size_t position) {
+/// Where the character begins that a position is inside of, or the position itself.
+std::size_t characterBegin(std::string_view text, std::size_t position) {
   const auto isFrom = [&](std::size_t back, unsigned least) {
     return position >= back && static_cast<unsigned char>(text[position - back]) >= least;
   };
@@ -119,12 +119,12 @@ std::size_t beginOfCut(std::string_view text, std::size_t position) {
 
 #endif
 
-/// Where the next character to escape stands, or one that may be invalid, or the end.
-std::size_t Escapes::findUneasy(std::string_view text, std::size_t begin) const {
+/// The position of the next character that is escaped or may be invalid, or the end.
+std::size_t Escapes::findSuspect(std::string_view text, std::size_t begin) const {
 #ifdef TAVRIN_HAS_AVX2
   // Measured: XML10 writes prose in a quarter less time, and one long text in half.
   if (text.size() >= kLeastTogether && hasAVX2()) {
-    return beginOfCut(text, findFault(classes_, text, begin));
+    return characterBegin(text, findFault(classes_, text, begin));
   }
 #endif
   if (begin == 0 && isVerbatim(text)) return text.size();

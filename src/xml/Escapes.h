@@ -11,7 +11,7 @@
 
 namespace Tavrin::xml {
 
-/// Which characters are written as a reference, so that a text comes back as it was.
+/// Which characters are written as a reference, so that a parser reads the text unchanged.
 class Escapes {
  public:
   struct Escape {
@@ -21,8 +21,8 @@ class Escapes {
 
   constexpr Escapes(std::initializer_list<Escape> escapes) {
     for (std::size_t octet = 0; octet < numbers_.size(); ++octet) {
-      const bool isEasy = (octet >= 0x20 && octet < 0x80) || octet == '\t' || octet == '\n';
-      numbers_[octet] = isEasy ? 0 : kUneasy;
+      const bool isSafe = (octet >= 0x20 && octet < 0x80) || octet == '\t' || octet == '\n';
+      numbers_[octet] = isSafe ? 0 : kSuspect;
     }
     for (const Escape& escape : escapes) {
       blocks_[count_].fill(escape.character);
@@ -36,20 +36,20 @@ class Escapes {
   /// Whether a text is valid and has nothing to escape, as far as that can be checked quickly.
   bool isVerbatim(std::string_view text) const;
 
-  /// Where the next character to escape stands, or the end.
+  /// The position of the next character to escape, or the end.
   std::size_t find(std::string_view text, std::size_t begin) const;
   /// What is written for a character to escape.
   std::string_view reference(char c) const { return references_[numberOf(c)]; }
 
-  /// Appends a text with its references.
-  /// @param out a string, or what is appended to like one
-  /// @return kAllValid, or the position that findInvalid returns; some of it may have
-  ///         been appended then
+  /// Appends a text with its characters escaped.
+  /// @param out has the operator `+=` of a string
+  /// @return kAllValid; or the position that findInvalid returns, where a part of the text may have
+  ///         been appended
   template <typename Out>
   std::size_t append(Out& out, std::string_view text) const {
-    bool isValid = false;  // All the rest.
+    bool isValid = false;  // Whether all the rest is.
     for (std::size_t begin = 0;;) {
-      const std::size_t end = isValid ? find(text, begin) : findUneasy(text, begin);
+      const std::size_t end = isValid ? find(text, begin) : findSuspect(text, begin);
       out += text.substr(begin, end - begin);
       if (end == text.size()) return kAllValid;
       begin = end;
@@ -68,28 +68,28 @@ class Escapes {
   static constexpr std::size_t kMost = 6;
   using Block = std::array<char, 16>;
 
-  static constexpr std::uint8_t kUneasy = 0x80;  // Part of a character that may be invalid.
+  static constexpr std::uint8_t kSuspect = 0x80;  // Part of a character that may be invalid.
 
-  std::size_t findUneasy(std::string_view text, std::size_t begin) const;
+  std::size_t findSuspect(std::string_view text, std::size_t begin) const;
 
   std::uint8_t lookUp(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
-  unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kUneasy}; }
+  unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kSuspect}; }
 
-  OctetClasses classes_;                     // Faults are what cannot stand for itself at once.
-  std::array<Block, kMost> blocks_{};        // The characters, each to compare with many at once.
-  std::uint8_t count_ = 0;                   // How many they are.
-  std::uint8_t printable_ = 0;               // How many of them are no controls: the first ones.
-  std::array<std::uint8_t, 256> numbers_{};  // 0 where a character of ASCII stands for itself.
+  OctetClasses classes_;                     // Faults: what is escaped, or may be invalid.
+  std::array<Block, kMost> blocks_{};        // Each has one of the characters to escape, repeated.
+  std::uint8_t count_ = 0;                   // How many characters are escaped.
+  std::uint8_t printable_ = 0;               // How many of them, the first ones, are not controls.
+  std::array<std::uint8_t, 256> numbers_{};  // Of the reference for an octet, kSuspect, or 0.
   std::array<std::string_view, kMost + 1> references_{};  // By number.
 };
 
-/// Of text between tags (XML 1.0, sections 2.4 and 2.11). A parser turns a carriage return that
-/// stands for itself into a line feed.
+/// Of text between tags (XML 1.0, sections 2.4 and 2.11). A parser turns a carriage return that is
+/// not a reference into a line feed.
 inline constexpr Escapes kTextEscapes{
     {'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}, {'\r', "&#xD;"}};
 
-/// Of attribute values between apostrophes (section 3.3.3). A parser turns white space that stands
-/// for itself into spaces.
+/// Of attribute values between apostrophes (section 3.3.3). A parser turns white space that is not
+/// a reference into spaces.
 inline constexpr Escapes kApostropheEscapes{{'<', "&lt;"},   {'&', "&amp;"},  {'\'', "&apos;"},
                                             {'\t', "&#x9;"}, {'\n', "&#xA;"}, {'\r', "&#xD;"}};
 
@@ -103,7 +103,7 @@ constexpr const Escapes& attributeEscapes(char quote) {
 }
 
 /// Of the replacement text of entities between quotation marks (section 4.5). A parser expands
-/// character references in it and nothing else, so that a reference in the text remains one.
+/// nothing but character references there, so a reference in the text remains one.
 inline constexpr Escapes kEntityValueEscapes{
     {'&', "&#38;"}, {'%', "&#37;"}, {'"', "&#34;"}, {'\r', "&#13;"}};
 

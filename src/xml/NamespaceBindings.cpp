@@ -2,6 +2,8 @@
 
 #include <Tavrin/Identifiers.h>
 
+#include <iterator>
+
 namespace Tavrin::xml {
 
 std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
@@ -22,9 +24,16 @@ std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
   return {};
 }
 
+void addDeclaration(std::vector<std::string>& declarations, const std::string& prefix,
+                    const std::string& uri) {
+  std::string added[] = {prefix, uri};
+  declarations.insert(declarations.end(), std::move_iterator(std::begin(added)),
+                      std::move_iterator(std::end(added)));
+}
+
 namespace {
 
-// What is allocated beside the octets of a string, with what the allocator adds.
+// What is allocated beside the octets of a string, including what the allocator adds.
 constexpr std::size_t kOfString = 128;
 constexpr std::size_t kOfDeclaration = 48;
 

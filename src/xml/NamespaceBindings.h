@@ -7,13 +7,14 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Tavrin::xml {
 
 /// Whether an attribute of this name declares a namespace (Namespaces in XML, section 3): it is
 /// `xmlns`, or has the prefix `xmlns`.
 inline bool isDeclarationName(std::string_view qName) {
-  const bool mayBe = qName.size() >= 5 && qName[0] == 'x';  // Few names get further.
+  const bool mayBe = qName.size() >= 5 && qName[0] == 'x';  // Few names pass this quick check.
   return mayBe && qName.starts_with("xmlns") && (qName.size() == 5 || qName[5] == ':');
 }
 
@@ -30,9 +31,15 @@ inline std::string_view declaredPrefix(std::string_view qName) {
 std::string whyNotDeclarable(std::string_view prefix, std::string_view uri,
                              bool undeclaresPrefixes = false);
 
-/// The prefixes that are bound at a place in a document, and to what. Looking one up takes time in
-/// proportion to the logarithm of their number, however a document chooses them. What is declared
-/// again and again inside itself is kept once.
+/// Adds a namespace declaration to those of the next start tag, as a whole or not at all.
+/// @param declarations prefix, namespace name, prefix, ...
+/// @param prefix, uri  may be strings of `declarations`
+void addDeclaration(std::vector<std::string>& declarations, const std::string& prefix,
+                    const std::string& uri);
+
+/// The namespace declarations that are in scope at a place in a document. Finding one takes time in
+/// proportion to the logarithm of their number, however a document chooses them. The strings of a
+/// declaration that is repeated inside itself are kept once.
 class NamespaceBindings {
  public:
   NamespaceBindings();
@@ -52,7 +59,7 @@ class NamespaceBindings {
 
   /// How many declarations there are.
   std::size_t count() const { return declarations_.size(); }
-  /// About how many octets of memory they take, and never fewer.
+  /// An upper estimate of the memory that they need, in octets.
   std::size_t octets() const { return octets_; }
 
   /// A declaration by its position, the outermost first. Valid until it is undone.
@@ -72,22 +79,22 @@ class NamespaceBindings {
   /// until the next change.
   const std::string& find(std::string_view prefix) const;
 
-  /// A number for the bindings as they are: where it is the same, they are the same.
+  /// A number for the current bindings: where it is the same, they are the same.
   std::uint64_t version() const { return version_; }
 
  private:
   void undoLast();
 
   // Both hold what is declared now, and nothing else.
-  using Prefixes =
-      std::map<std::string, std::size_t, std::less<>>;           // The innermost: position and one.
-  using URIs = std::map<std::string, std::size_t, std::less<>>;  // How many declarations use it.
+  using Counts = std::map<std::string, std::size_t, std::less<>>;
+  using Prefixes = Counts;  // How many declarations there are up to the innermost of the prefix.
+  using URIs = Counts;      // How many declarations use it.
 
   struct Declaration {
     Prefixes::iterator prefix;
     URIs::iterator uri;
-    std::size_t outer = 0;      // That of the same prefix: its position and one, or 0.
-    std::uint64_t version = 0;  // What was in force outside.
+    std::size_t outer = 0;      // What Prefixes has for the same prefix outside, or 0.
+    std::uint64_t version = 0;  // Of the bindings outside.
   };
 
   Prefixes prefixes_;

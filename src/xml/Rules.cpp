@@ -4,9 +4,7 @@ namespace Tavrin::xml {
 
 namespace {
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
-
-/// A message that begins with a string, unless that is not even text.
+/// A message that begins with a string, or that about the characters of the string.
 std::string about(std::string_view text, const char* kind, const char* isWhat) {
   const std::string reason = whyNotText(text, kind);
   return reason.empty() ? quoted(text) + isWhat : reason;

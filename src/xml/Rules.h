@@ -11,22 +11,25 @@
 #include "NamespaceBindings.h"
 
 /// The rules of XML 1.0 and Namespaces in XML for what readers deliver and writers write, each with
-/// its message: a function returns why a string may not stand where it is to stand, or an empty
-/// string.
+/// its message. A function whose name begins with whyNot returns the message for a string that
+/// breaks the rule, and an empty string for any other.
 namespace Tavrin::xml {
 
-/// Refuses what a writer is given.
-/// @param reason what a rule returned
+/// A text in quotation marks, for a message.
+inline std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+/// Throws a SAXException with the message that a rule returned, unless it is empty.
 inline void refuseIf(const std::string& reason) {
   if (!reason.empty()) throw SAXException(reason);
 }
 
-/// The message about a text in which findInvalid found something.
-/// @param place what the text stands in, with its article
+/// The message about a text that is not valid.
+/// @param invalid the position that findInvalid returned
+/// @param place   what holds the text, with its article
 std::string invalidText(std::string_view text, std::size_t invalid, const char* place);
-/// Characters of XML 1.0 in UTF-8. Other rules, but for names and identifiers, leave this to it.
+/// Characters of XML 1.0 in UTF-8. Only the rules for names and identifiers check this themselves.
 [[nodiscard]] std::string whyNotText(std::string_view text, const char* place);
-/// Appends a text with its escapes, or refuses it.
+/// Appends a text with its characters escaped, or refuses it.
 template <typename Out>
 void appendText(Out& out, std::string_view text, const Escapes& escapes, const char* place) {
   const std::size_t invalid = escapes.append(out, text);
@@ -43,10 +46,10 @@ void appendText(Out& out, std::string_view text, const Escapes& escapes, const c
 [[nodiscard]] std::string whyNotInstructionData(std::string_view data);
 /// The text of a comment (production 15).
 [[nodiscard]] std::string whyNotComment(std::string_view text);
-/// A public identifier (production 12); an empty one, too.
+/// A public identifier (production 12), or an empty string.
 [[nodiscard]] std::string whyNotPublicId(std::string_view publicId);
-/// A system identifier that can be put between quotes of one kind (production 11); an empty one,
-/// too.
+/// A system identifier that can be put between quotes of one kind (production 11), or an empty
+/// string.
 [[nodiscard]] std::string whyNotSystemId(std::string_view systemId);
 /// The number of a version of XML (production 26).
 [[nodiscard]] std::string whyNotVersion(std::string_view version);
@@ -65,8 +68,8 @@ inline QNameParts split(std::string_view qName) {
 /// The local name that an event gives with a qualified name.
 [[nodiscard]] std::string whyNotLocalName(std::string_view localName, std::string_view qName);
 
-// The names of an element and of an attribute, where declarations are in force (Namespaces in XML,
-// section 5). The namespace is null where any will do.
+// The names of an element and of an attribute within the scope of declarations (Namespaces in XML,
+// section 5). The namespace name is null where the prefix may be bound to any.
 
 [[nodiscard]] std::string whyNotElement(std::string_view prefix, const std::string* uri,
                                         std::string_view qName, const NamespaceBindings& bindings);
@@ -74,15 +77,17 @@ inline QNameParts split(std::string_view qName) {
                                           std::string_view qName,
                                           const NamespaceBindings& bindings);
 
-/// A namespace declaration, as whyNotDeclarable has it, and its strings.
+/// A namespace declaration: its strings, and the rules of whyNotDeclarable.
 [[nodiscard]] std::string whyNotDeclaration(std::string_view prefix, std::string_view uri,
                                             bool undeclaresPrefixes = false);
 
-// What else is wrong with a start tag: a prefix with another namespace than an event gives, and
-// what stands there twice.
+// The messages about other faults of a start tag.
 
+/// A prefix is bound to another namespace than the one of the event.
 std::string boundOtherwise(std::string_view prefix, std::string_view bound, std::string_view uri);
 std::string declaredTwice(std::string_view prefix);
+/// Two attributes have one expanded name (Namespaces in XML, section 6.3).
+/// @param qName that of the second one
 std::string givenTwice(std::string_view qName);
 
 }  // namespace Tavrin::xml

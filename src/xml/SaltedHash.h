@@ -3,23 +3,31 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <random>
 #include <string_view>
 
-// Hashes for tables that a document fills. Were the places of entries known beforehand, a document
-// could choose strings that all want the same one. So the process has a secret.
+// Hashes for tables that a document fills. If hashes could be predicted, a document could choose
+// strings that all have the same one. So they depend on a secret of the process.
 
 namespace Tavrin::xml {
 
-/// The numbers that the hashes of this process begin with.
+/// What the hashes of this process depend on.
 struct HashSecret {
   std::uint64_t begin;
   std::uint64_t factor;
 };
 
-/// Chosen at random when it is first asked for.
-const HashSecret& hashSecret();
+/// The secret, chosen at random by the first call.
+inline const HashSecret& hashSecret() {
+  static const HashSecret secret = [] {
+    std::random_device device;
+    const auto randomBits = [&device] { return std::uint64_t{device()} << 32U | device(); };
+    return HashSecret{randomBits(), randomBits() | 1U};
+  }();
+  return secret;
+}
 
-/// Both halves of a product, so that every bit depends on all bits above and below it.
+/// Both halves of a product, combined, so that every bit depends on all bits of both numbers.
 inline std::uint64_t mix(std::uint64_t bits, std::uint64_t factor) {
   __extension__ using Product = unsigned __int128;
   const Product product = Product{bits} * factor;
@@ -33,7 +41,7 @@ std::uint64_t wordAt(const char* octets) {
   return word;
 }
 
-/// The octets of a text of less than a word, the first one lowest.
+/// The octets of a text that is shorter than a word. The first one has the lowest bits.
 inline std::uint64_t shortWord(std::string_view text) {
   constexpr std::size_t kHalf = sizeof(std::uint32_t);
   const std::size_t size = text.size();
@@ -60,6 +68,14 @@ inline std::uint64_t hashOf(std::string_view text, std::uint64_t begin, std::uin
     hash = mix(hash ^ wordAt<std::uint64_t>(octets + i), factor);
   }
   return mix(hash ^ wordAt<std::uint64_t>(octets + size - kWord), factor);
+}
+
+/// The hash of several texts. It depends on where one ends and the next begins.
+template <typename... Texts>
+std::uint64_t saltedHash(const Texts&... texts) {
+  auto [hash, factor] = hashSecret();
+  ((hash = hashOf(texts, hash, factor)), ...);
+  return hash;
 }
 
 }  // namespace Tavrin::xml

@@ -7,8 +7,8 @@
 
 namespace Tavrin::xml {
 
-/// Whether two texts are the same. Names are short: for them, a call of the C library takes longer
-/// than the comparison. Measured: Fast Infoset with many attributes is written in a twelfth less
+/// Whether two texts are the same. Names are so short that a call of the C library takes longer
+/// than the comparison. Measured: writing Fast Infoset with many attributes takes a twelfth less
 /// time.
 inline bool sameText(std::string_view a, std::string_view b) {
   const std::size_t size = a.size();

@@ -88,7 +88,7 @@ TEST(NameCache, KeepsOneValueOfAName) {
   EXPECT_EQ(*cache.find("u", "a", "p:a"), 3 * Cache::kMost - 1);
 }
 
-// Names that are written alike want the same place, and the cache grows meanwhile.
+// Names with the same qualified name replace one another, and the cache grows meanwhile.
 TEST(NameCache, TellsNoValueThatAnotherReplaced) {
   Cache cache;
   std::map<std::pair<std::string, std::string>, std::size_t> values;

@@ -3,7 +3,7 @@
 
 #include <tuple>
 
-#include "../../xml/AddDeclaration.h"
+#include "../../xml/NamespaceBindings.h"
 #include "../Encoder.h"
 #include "../format/Octets.h"
 
@@ -79,7 +79,7 @@ void XMLWriter_FI::comment(const std::string& text) {
 // --- Elements ---
 
 void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  addDeclaration(namespaces_, prefix, uri);
+  xml::addDeclaration(namespaces_, prefix, uri);
 }
 
 // The attributes may be code of an application: it sees in the stream all that stands in front of

@@ -3,7 +3,6 @@
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../sax/AtLimit.h"
-#include "../../xml/AddDeclaration.h"
 #include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
 #include "../format/Octets.h"
@@ -39,7 +38,7 @@ void XMLWriter_X891::Encoder::declare(const std::string& prefix, const std::stri
   try {
     document.bindings.declare(prefix, uri);
     // The built-in declaration is never written (X.891, 7.2.21 and 7.2.22).
-    if (prefix != "xml") addDeclaration(namespaces_, prefix, uri);
+    if (prefix != "xml") xml::addDeclaration(namespaces_, prefix, uri);
   } catch (...) {
     namespaces_.resize(written);
     document.bindings.undo(document.bindings.count() - bound);

@@ -1,6 +1,6 @@
 #include "AttributeTypes.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 namespace {
 
@@ -40,4 +40,4 @@ std::string AttributeTypes::declaredForm(std::string_view type) {
   return text;
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

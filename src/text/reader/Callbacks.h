@@ -6,8 +6,8 @@
 
 namespace Tavrin::text {
 
-/// Converts to the callback of expat's that calls a member of an EventTarget, which is the first
-/// argument of the callback.
+/// Converts to a callback for expat, which calls a member of the EventTarget that is its first
+/// argument.
 /// @tparam isGuarded whether the member is called within EventTarget::guard
 template <auto member, bool isGuarded>
 struct Callback {
@@ -42,7 +42,7 @@ template <typename Driver>
 void installCallbacks(XML_Parser parser, Driver& driver) {
   EventTarget* const target = &driver;
   XML_SetUserData(parser, target);
-  // The callback for external entities gets this in place of the parser.
+  // The callback for external entities would get the parser.
   XML_SetExternalEntityRefHandlerArg(parser, target);
   XML_SetReturnNSTriplet(parser, 1);
   XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);

@@ -13,7 +13,7 @@ namespace Tavrin::text {
 
 namespace {
 
-// What follows a slash are options of iconv, and not part of a name (XML 1.0, production 81).
+// To iconv, options follow a slash. A name has none (XML 1.0, production 81).
 bool isEncodingName(const char* name) { return *name != '\0' && std::strchr(name, '/') == nullptr; }
 
 bool isKnownToExpat(const char* name) {
@@ -28,7 +28,7 @@ class Conversion {
  public:
   explicit Conversion(const char* from, const char* to = "UTF-32BE")
       : handle_(iconv_open(to, from)) {
-    // This does not mean that the encoding is unknown.
+    // The encoding may be known.
     if (!isKnown() && errno == ENOMEM) throw std::bad_alloc();
   }
   ~Conversion() {
@@ -64,7 +64,7 @@ class Conversion {
     std::size_t outLeft = sizeof out;
     const std::size_t result = iconv(handle_, &from, &inLeft, &to, &outLeft);
     if (result == static_cast<std::size_t>(-1)) return errno == EILSEQ ? -1 : -2;
-    // Some converters hold a character back that a combining one may follow.
+    // Some converters keep a character that a combining one may follow.
     iconv(handle_, nullptr, nullptr, &to, &outLeft);
     // An octet may also switch to another set of characters, or encode several.
     if (sizeof out - outLeft != 4) return -2;
@@ -75,8 +75,8 @@ class Conversion {
   iconv_t handle_;
 };
 
-/// Whether a name is one of UTF-8 that iconv knows and expat does not. iconv does not report which
-/// names belong to one encoding, so a character of each length is converted.
+/// Whether iconv knows a name of UTF-8, and expat does not. iconv does not report which names
+/// belong to one encoding, so a character of each length is converted.
 bool isUTF8(const char* name) {
   if (!isEncodingName(name) || isKnownToExpat(name)) return false;
   Conversion conversion(name);

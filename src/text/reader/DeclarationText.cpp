@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kSpace = " \t\r\n";
 
-/// The length of the first token of a text, which does not begin with white space.
+/// The length of the first token of a text that does not begin with white space.
 std::size_t tokenLength(std::string_view text) {
   const char first = text.front();
   const auto through = [text](char last) {
@@ -43,7 +43,7 @@ bool appendReferredCharacter(std::string& text, std::string_view reference) {
 
 /// Appends the expansion of a reference.
 /// @param name      what is between "&" and ";"
-/// @param isDefault as for expand
+/// @param isDefault as for expandLiteral
 XML_Error expandReference(std::string_view name, bool isDefault, std::string& text) {
   if (name.starts_with('#')) {
     return appendReferredCharacter(text, name.substr(1)) ? XML_ERROR_NONE : XML_ERROR_BAD_CHAR_REF;
@@ -59,7 +59,7 @@ XML_Error expandReference(std::string_view name, bool isDefault, std::string& te
 
 /// Expands the references of a literal. Line ends become line feeds (section 2.11).
 /// @param isDefault whether it is the default of an attribute, and not the text of an entity
-LiteralValue expand(std::string_view literal, bool isDefault) {
+LiteralValue expandLiteral(std::string_view literal, bool isDefault) {
   LiteralValue value;
   for (std::size_t i = 0; i < literal.size() && value.error == XML_ERROR_NONE; ++i) {
     const char c = literal[i];
@@ -80,7 +80,7 @@ LiteralValue expand(std::string_view literal, bool isDefault) {
   return value;
 }
 
-/// Without spaces at the start and at the end, and with one instead of several.
+/// A text without spaces at its start and end, and with one instead of several.
 std::string collapsed(std::string_view text) {
   std::string result;
   for (const char c : text) {
@@ -103,7 +103,7 @@ bool DeclarationText::append(std::string_view piece) {
     }
     return quote_ == '\0' && c == '>';
   });
-  if (isEnd) text_.pop_back();  // The ">" is a piece by itself.
+  if (isEnd) text_.pop_back();  // expat passes the ">" on as a piece of its own.
   return isEnd;
 }
 
@@ -127,11 +127,11 @@ LiteralValue replacementText(std::string_view literal) {
     const bool refers = end != std::string_view::npos && xml::isName(rest.substr(0, end));
     return {{}, refers ? XML_ERROR_PARAM_ENTITY_REF : XML_ERROR_INVALID_TOKEN};
   }
-  return expand(literal, false);
+  return expandLiteral(literal, false);
 }
 
 LiteralValue attributeDefault(std::string_view literal, bool isCDATA) {
-  LiteralValue value = expand(literal, true);
+  LiteralValue value = expandLiteral(literal, true);
   if (!isCDATA) value.text = collapsed(value.text);
   return value;
 }

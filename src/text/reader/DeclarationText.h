@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-// Declarations that expat passes on as they are written. It has checked their syntax.
+// Declarations that expat passes on as text. It has checked their syntax.
 
 namespace Tavrin::text {
 
@@ -31,7 +31,7 @@ inline bool isLiteral(std::string_view token) {
 }
 
 /// The tokens of a declaration: names and keywords, literals with their quotes, enumerations
-/// without white space. After the last one they are empty.
+/// without white space. After the last one, empty tokens follow.
 class DeclarationTokens {
  public:
   explicit DeclarationTokens(std::string_view declaration);
@@ -57,7 +57,7 @@ class DeclarationTokens {
   std::size_t next_ = 0;
 };
 
-/// The value of a literal of a declaration, or what is wrong with it.
+/// The value of a literal, or its error.
 struct LiteralValue {
   std::string text;
   XML_Error error = XML_ERROR_NONE;
@@ -65,12 +65,12 @@ struct LiteralValue {
 
 /// The replacement text of an entity (XML 1.0, section 4.5): character references are replaced,
 /// references to general entities stay.
-/// @return XML_ERROR_PARAM_ENTITY_REF for a reference to a parameter entity, which the internal
-///         subset does not allow here
+/// @return the error XML_ERROR_PARAM_ENTITY_REF for a reference to a parameter entity: none is
+///         allowed here in the internal subset
 LiteralValue replacementText(std::string_view literal);
 
-/// The default of an attribute, normalized (section 3.3.3). Of references to general entities only
-/// those to the predefined ones have a text.
+/// The default of an attribute, normalized (section 3.3.3). References to general entities other
+/// than the predefined ones are dropped.
 LiteralValue attributeDefault(std::string_view literal, bool isCDATA);
 
 /// A public identifier, normalized (section 4.2.2).

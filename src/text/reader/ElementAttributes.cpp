@@ -4,7 +4,7 @@
 
 #include "ExpatNames.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 ElementAttributes::Record& ElementAttributes::append() {
   if (size_ == records_.size()) records_.emplace_back();
@@ -60,4 +60,4 @@ void ElementAttributes::setTypes(const AttributeTypes::OfElement* types) {
   }
 }
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -6,24 +6,23 @@
 #include "../../sax/AttributesByName.h"
 #include "AttributeTypes.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
-/// The attributes of one start tag after another. Records and their strings are used again, and a
-/// name that stood at the same position in the last start tag is not split again.
+/// The attributes of the current start tag. The next one reuses the memory, and a name that had the
+/// same position in the previous start tag is not split again.
 ///
 /// For an attribute that is not in the list, it throws what AttributesImpl throws.
 class ElementAttributes final : public AttributesByName<ElementAttributes, Attributes> {
  public:
   void clear() { size_ = 0; }
   /// Appends an attribute by the name that expat gives.
-  /// @param splits whether expat has processed the name for namespaces, always the same
+  /// @param splits whether expat has processed names for namespaces
   void add(const char* name, const char* value, bool splits);
   /// Appends a namespace declaration.
-  /// @param prefix    empty for the default namespace
-  /// @param inXmlns whether it is in the namespace of `xmlns`
+  /// @param prefix  empty for the default namespace
+  /// @param inXmlns whether it is in the namespace of `xmlns`, or in none
   void addDeclaration(const std::string& prefix, const std::string& uri, bool inXmlns);
-  /// How many octets the names and values of attributes take.
-  /// @param first the position of the first that counts
+  /// How many octets the names and values have from an attribute on.
   std::size_t octetsFrom(std::size_t first) const;
   /// Sets the types; an attribute that is not declared is "CDATA".
   /// @param types null where nothing is declared
@@ -55,4 +54,4 @@ class ElementAttributes final : public AttributesByName<ElementAttributes, Attri
   std::size_t size_ = 0;  // How many records are in use.
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

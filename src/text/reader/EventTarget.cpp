@@ -30,8 +30,7 @@ void appendEnd(const XML_Content& node, std::string& text) {
 
 /// The text of an element's content model (XML 1.0, section 3.2), without white space.
 std::string contentModelText(const XML_Content& model) {
-  // The path to the current node. A document decides how deep a model is, so the depth must not
-  // be that of the call stack.
+  // The path to the current node. A document decides how deep a model is, so there is no recursion.
   struct Level {
     const XML_Content* node;
     unsigned next;  // The next child to write.
@@ -59,7 +58,7 @@ std::string contentModelText(const XML_Content& model) {
 }  // namespace
 
 void EventTarget::elementDecl(const XML_Char* name, XML_Content* model) {
-  // The callback owns the model: one block from malloc, expat's default allocator.
+  // The callback owns the model, one block from malloc, which is expat's default allocator.
   struct Release {
     void operator()(XML_Content* block) const { std::free(block); }
   };

@@ -11,8 +11,8 @@
 
 namespace Tavrin::text {
 
-/// The handlers of a reader. Those of its base class are its own pointers, because a handler may
-/// unset itself, or another, between two events.
+/// The handlers of a reader. Those of its base class are references to its pointers, because a
+/// handler may change them between two events.
 struct HandlerPointers {
   ContentHandler* const& content;
   ErrorHandler* const& error;
@@ -42,8 +42,8 @@ class EventTarget {
 
   HandlerPointers handlers;
 
-  /// Runs a callback's work. expat is C, through which an exception must not unwind: it is caught
-  /// here, and the parse stops.
+  /// Runs the work of a callback. An exception must not pass through expat, which is C: it is
+  /// caught here, and the parse stops.
   template <typename Work>
   void guard(Work work) {
     try {
@@ -96,12 +96,12 @@ class EventTarget {
     element_.release();
   }
 
-  /// Whether events are delivered. While it is off, makeReady is called before an event.
+  /// Whether events are delivered. While it is false, makeReady is called before each event.
   bool ready_ = true;
   ElementName element_;
 
  private:
-  /// Called before an event while ready_ is off.
+  /// Called before an event while ready_ is false.
   /// @return whether the event is to be delivered
   virtual bool makeReady() { return true; }
   /// Called while an exception of a handler is being caught. It throws nothing.

@@ -5,17 +5,17 @@
 #include <string_view>
 #include <utility>
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 /// Separates the parts of a name that expat has processed for namespaces: namespace name, local
-/// name, prefix. A line feed cannot be part of a name, and in a namespace name only as a reference:
-/// expat then refuses the document.
+/// name, prefix. A line feed cannot be part of a name. Where a namespace name has one, by a
+/// reference, expat refuses the document.
 inline constexpr char kExpatSeparator = '\n';
 
-/// The same where every namespace name is accepted: an octet that UTF-8 does not have.
+/// A separator with which every namespace name is accepted: an octet that UTF-8 does not have.
 inline constexpr char kXML10Separator = '\xFF';
 
-/// Where expat does not process names for namespaces.
+/// Stands for no separator, where expat does not process names for namespaces.
 inline constexpr char kNoSeparator = '\0';
 
 /// The parts of a name that expat has processed for namespaces.
@@ -27,8 +27,8 @@ struct ExpatName {
 
 /// Splits a name of expat's: "local", "uri SEPARATOR local" or "uri SEPARATOR local SEPARATOR
 /// prefix".
-/// @param uriLength where the first separator is, or npos
-/// @param skip      how much of what follows the first separator is not searched for the second
+/// @param uriLength the position of the first separator, or npos
+/// @param skip      how many octets after it are not searched for the second one
 inline ExpatName splitAt(std::string_view name, char separator, std::size_t uriLength,
                          std::size_t skip) {
   if (uriLength == std::string_view::npos) return {{}, name, {}};
@@ -62,19 +62,19 @@ inline std::string qNameOf(const ExpatName& name) {
 /// The memory of a text or name that is longer is not kept for the next one.
 inline constexpr std::size_t kMostKept = std::size_t{64} * 1024;
 
-/// The name of the current element event. The next one reuses its memory: allocating takes as long
-/// as what expat does for a small event.
+/// The name of the current element event. The next one reuses its memory: an allocation takes as
+/// long as expat needs for a small event.
 struct ElementName {
-  std::string name;  ///< As expat gave it, which the next three are made of.
+  std::string name;  ///< As expat gave it. The others are derived from it.
   std::string uri;
   std::string localName;
   std::string qName;
 
   /// @param separator the one that expat uses, or kNoSeparator
   void assign(const char* given, char separator) {
-    // The end tag of an element without child elements, say, follows its start tag.
+    // As with the end tag of an element without child elements.
     if (name == given) return;
-    // There is no name until the next one is complete: memory may run out on the way.
+    // Where memory runs out below, there is no name.
     if (name.size() > kMostKept) release();
     name.clear();
     if (separator == kNoSeparator) {
@@ -92,4 +92,4 @@ struct ElementName {
   void release() { const ElementName released(std::move(*this)); }
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

@@ -24,7 +24,7 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
     Entity* entity;
     std::size_t next;
   };
-  // A document decides how deep entities are nested: not on the call stack.
+  // A document decides how deep entities are nested, so there is no recursion.
   std::vector<Level> levels;
   const std::string* missing = nullptr;
   const auto enter = [&](const std::string& entityName) {
@@ -35,7 +35,7 @@ const std::string* GeneralEntities::findMissing(const std::string& name) {
     }
     Entity& entity = found->second;
     if (entity.examinedAt != entities_.size()) {
-      // expat refuses an entity that refers to itself; the loop here must end all the same.
+      // Set first, so that the loop ends for an entity that refers to itself, which expat refuses.
       entity.examinedAt = entities_.size();
       entity.missing.clear();
       levels.push_back({&entity, 0});

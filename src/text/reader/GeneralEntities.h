@@ -21,26 +21,26 @@ void forEachReference(std::string_view text, Visit visit) {
 
 /// The entities that a document declares, as far as expat processes the declarations.
 ///
-/// They are kept for what expat does not report: where declarations may not have been read, a
-/// reference in an attribute value to an entity that nothing declares is no error (XML 1.0,
-/// section 4.1, "Entity Declared"), and no text takes its place.
+/// They show what expat does not report: where declarations may not have been read, a reference to
+/// an undeclared entity in an attribute value is no error (XML 1.0, section 4.1, "Entity
+/// Declared"), and no text replaces it.
 class GeneralEntities {
  public:
-  /// Adds a declaration. Of several for an entity the first counts (section 4.2).
+  /// Adds a declaration. Of several for an entity the first is binding (section 4.2).
   /// @param name as SAX2 reports it, which marks parameter entities
   /// @param text the replacement text of an internal general entity; empty for others
   void declare(std::string_view name, std::string_view text);
   bool isDeclared(std::string_view name) const { return entities_.contains(name); }
 
-  /// The entity without a text that a reference needs: the one referred to, or one that its text
-  /// refers to; null where there is none.
+  /// The undeclared entity for which a reference has no text: the one it refers to, or one that the
+  /// text of that entity refers to; null where there is none.
   const std::string* findMissing(const std::string& name);
 
  private:
   struct Entity {
     std::vector<std::string> references;  // In its text, without the predefined ones.
-    std::string missing;                  // The result of findMissing; empty for null.
-    std::size_t examinedAt = 0;           // How many entities there were then; 0 for never.
+    std::string missing;                  // The last result of findMissing; empty for null.
+    std::size_t examinedAt = 0;           // How many entities there were then, or 0.
   };
 
   std::map<std::string, Entity, std::less<>> entities_;

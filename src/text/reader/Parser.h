@@ -19,8 +19,8 @@ using OwnedParser = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 inline constexpr int kBlockSize = 1024 * 1024;
 
 /// Parses a whole stream, block by block.
-/// @param prepare called with the first block before the parser gets it
-/// @return the parser's last status; XML_STATUS_ERROR also when it provides no buffer
+/// @param prepare is called with the first block before the parser gets it
+/// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
 template <typename Prepare = void (*)(std::string_view)>
 XML_Status parseStream(
     XML_Parser parser, std::istream& stream, int blockSize,
@@ -29,7 +29,7 @@ XML_Status parseStream(
   for (;;) {
     void* const block = XML_GetBuffer(parser, blockSize);
     if (block == nullptr) return XML_STATUS_ERROR;
-    // The stream's buffer is read, not the stream: its state flags play no part.
+    // The stream's buffer is read, so that the stream's state has no influence.
     std::streambuf* const source = stream.rdbuf();
     const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), blockSize) : 0;
     if (isFirst) prepare({static_cast<const char*>(block), static_cast<std::size_t>(count)});

@@ -70,11 +70,11 @@ std::string withoutDotSegments(std::string_view rest) {
   return path;
 }
 
-/// The same for a path that is relative to an unknown place; `..` segments that lead out of it
+/// Likewise, for a path that is relative to an unknown place; `..` segments that lead out of it
 /// stay.
 std::string withoutInnerDotSegments(std::string_view rest) {
   std::string path;
-  std::size_t fixed = 0;  // The length of these `..` segments.
+  std::size_t fixed = 0;  // The length of the `..` segments that stay.
   while (true) {
     const std::size_t slash = rest.find('/');
     const bool isLast = slash == std::string_view::npos;
@@ -99,7 +99,7 @@ std::string withoutInnerDotSegments(std::string_view rest) {
 std::string normalized(const Components& parts) {
   if (parts.path.empty()) return {};
   if (parts.path[0] == '/') return withoutDotSegments(parts.path);
-  // `urn:a:b` has no segments to remove; nor has a path that begins with none.
+  // A path like that of `urn:a:b` has no segments to remove.
   if (parts.scheme) return std::string(parts.path);
   return withoutInnerDotSegments(parts.path);
 }
@@ -137,8 +137,8 @@ std::string resolveURIReference(std::string_view reference, std::string_view bas
     if (!target.query) target.query = from.query;
     return composed(target, std::string(from.path));
   }
-  if (target.path[0] == '/') return composed(target, normalized(target));
-  const std::string path = merged(from, target.path);
+  std::string path(target.path);
+  if (path[0] != '/') path = merged(from, path);
   target.path = path;
   return composed(target, normalized(target));
 }

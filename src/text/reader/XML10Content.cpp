@@ -8,10 +8,9 @@ namespace Tavrin::text {
 
 namespace {
 
-// Three characters are letters to expat where it reads ISO-8859-1 or UTF-16, and only there. In no
-// edition of XML 1.0 are they characters of names (production 4; fourth edition, production 85).
-
-/// Whether a name has U+00AA, U+00B5 or U+00BA.
+/// Whether a name has U+00AA, U+00B5 or U+00BA. expat accepts them as letters where it reads
+/// ISO-8859-1 or UTF-16. In no edition of XML 1.0 are they characters of names (production 4;
+/// fourth edition, production 85).
 bool hasFalseLetter(std::string_view name) {
   for (std::size_t i = name.find('\xC2'); i < name.size(); i = name.find('\xC2', i + 1)) {
     const std::string_view next = name.substr(i + 1, 1);
@@ -20,12 +19,12 @@ bool hasFalseLetter(std::string_view name) {
   return false;
 }
 
-/// An element's or attribute's name as the document has it, maybe with the prefix after it.
+/// The name of an element or attribute without its namespace name. The prefix may follow it.
 std::string_view withoutNamespace(std::string_view name) {
   return name.substr(name.find(kXML10Separator) + 1);  // npos + 1 is 0.
 }
 
-/// The prefix xml is bound without a declaration, and one changes nothing. SAX2 does not report it.
+/// The prefix xml is bound without a declaration, so SAX2 does not report one.
 bool isAlwaysBound(const XML_Char* prefix) { return prefix && std::string_view(prefix) == "xml"; }
 
 }  // namespace
@@ -36,7 +35,7 @@ void XML10Driver::requireName(std::string_view name, const Position& position) {
 }
 
 void XML10Driver::requireName(std::string_view name) {
-  // Finding a position is slow.
+  // The position is slow to find, so it is not passed on for all names.
   if (document_->checksNames && hasFalseLetter(name)) requireName(name, positionHere());
 }
 
@@ -69,7 +68,7 @@ void XML10Driver::applyDeclarations() {
   XML10Document& document = *document_;
   document.attributes.setTypes(document.attributeTypes.find(element_.qName));
   if (!document.hasDefaults) return;
-  // expat counts names and values, and those that are written come first.
+  // expat counts names and values. The attributes that are written precede the defaults.
   const int written = XML_GetSpecifiedAttributeCount(document.current().parser) / 2;
   const std::size_t first = document.declarations.size() + static_cast<std::size_t>(written);
   addDefaults(document.attributes.octetsFrom(first));
@@ -86,7 +85,7 @@ void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
     document.declarations.emplace_back(declaredPrefix, declaredURI);
   }
   if (isAlwaysBound(prefix)) return;
-  // expat does not report which declarations are written; those were read.
+  // expat does not report which declarations are defaults, so all are counted.
   if (document.hasDeclarationDefaults) addDefaults(declaredPrefix.size() + declaredURI.size());
   handlers.content->startPrefixMapping(declaredPrefix, declaredURI);
 }
@@ -118,7 +117,7 @@ void XML10Driver::addDefaults(std::uint64_t octets) {
   XML10Document& document = *document_;
   document.defaultOctets += octets;
   if (document.defaultOctets <= document.settings.amplificationThreshold) return;
-  // As expat counts for entities: the result in proportion to what was read.
+  // As expat counts for entities: the octets of the result in proportion to those that were read.
   std::uint64_t octetsRead = document.entityOctets;
   for (const OpenEntity& entity : document.open) octetsRead += entity.octetsRead();
   const auto read = static_cast<double>(octetsRead);

@@ -2,19 +2,18 @@
 
 #include <new>
 
-#include "../../xml/Characters.h"
-#include "../../xml/NamespaceBindings.h"
+#include "../../xml/Rules.h"
 #include "URIReference.h"
 #include "XML10Driver.h"
 
 namespace Tavrin::text {
 
-/// expat checks names in declarations, but not what is after their colon (Namespaces in XML,
-/// sections 4 and 7).
+/// expat checks names in declarations, but not the part after a colon (Namespaces in XML, sections
+/// 4 and 7).
 void XML10Driver::requireQName(const char* name) {
   requireName(name);
-  if (!document_->settings.features.namespaces || xml::isQName(name)) return;
-  fail('"' + std::string(name) + "\" is not a qualified name");
+  if (!document_->settings.features.namespaces) return;
+  if (const std::string reason = xml::whyNotQName(name); !reason.empty()) fail(reason);
 }
 
 std::string XML10Document::resolve(const XML_Char* systemId) const {
@@ -28,19 +27,18 @@ void XML10Driver::numberNextEntity(XML_Parser parser) {
 
 void XML10Driver::xmlDecl(const XML_Char* version, const XML_Char* encoding, int standalone) {
   XML10Document& document = *document_;
-  // External entities have a declaration of their own (XML 1.0, section 4.3.1).
+  // An external entity has a text declaration of its own (XML 1.0, section 4.3.1).
   if (!document.isInExternalEntity()) {
     document.version = version;
     if (standalone >= 0) document.standalone = standalone != 0;
   }
-  // This announces the document, with its version.
+  // guard announces the document, with its version.
   guard([&] {
     document.open.back().encoding = textOrEmpty(encoding);
     if (encoding && strcasecmp(encoding, "ISO-8859-1") == 0) document.checksNames = true;
     if (document.isInExternalEntity()) return;
-    if (!xml::isVersion(document.version)) {
-      fail("\"" + document.version + "\" is not a version of XML");
-    }
+    const std::string reason = xml::whyNotVersion(document.version);
+    if (!reason.empty()) fail(reason);
     const std::string warning = xml::describeOtherVersion(document.version);
     if (warning.empty() || !handlers.error) return;
     handlers.error->warning(exceptionAt(warning, positionHere()));
@@ -76,14 +74,14 @@ void XML10Driver::entityDecl(const XML_Char* name, int isParameterEntity, const 
   const std::string_view text(textOrEmpty(value), static_cast<std::size_t>(valueLength));
   document.generalEntities.declare(reportedName, isParameterEntity ? "" : text);
   if (isParameterEntity) {
-    document.lackDeclarations();  // It is declared for being referred to.
+    document.lackDeclarations();  // A reference to it is to be expected.
     if (text.find('&') != std::string_view::npos) document.parameterTexts.emplace_back(text);
   }
   if (!systemId) {
     if (handlers.decl) handlers.decl->internalEntityDecl(reportedName, std::string(text));
     return;
   }
-  // The entity is kept whether a handler is set or not: references to it follow.
+  // References may follow, so the entity is kept also where no handler is set.
   document.entities.push_back({reportedName, textOrEmpty(publicId), document.resolve(systemId)});
   const DeclaredEntity& entity = document.entities.back();
   numberNextEntity(document.current().parser);
@@ -98,7 +96,7 @@ void XML10Driver::entityDecl(const XML_Char* name, int isParameterEntity, const 
 void XML10Driver::elementDecl(const XML_Char* name, XML_Content* model) {
   guard([&] {
     requireQName(name);
-    // A document decides how deep a model is: not on the call stack.
+    // A document decides how deep a model is, so there is no recursion.
     std::vector<const XML_Content*> nodes = {model};
     while (!nodes.empty()) {
       const XML_Content& node = *nodes.back();

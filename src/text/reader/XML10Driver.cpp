@@ -1,4 +1,4 @@
-// For the declarations of the limits of entities.
+// expat declares the functions for the limits of entities only then.
 #define XML_DTD
 #include <expat.h>
 
@@ -81,7 +81,7 @@ void XML10Driver::setupParser() {
       std::min<double>(settings.amplificationFactor, std::numeric_limits<float>::max());
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, settings.amplificationThreshold);
-  // The document begins with its XML declaration or the first other event: makeReady.
+  // makeReady announces the document, at its XML declaration or the first other event.
   ready_ = false;
 }
 
@@ -97,7 +97,7 @@ bool XML10Driver::makeReady() {
 void XML10Driver::handlerThrew() {
   ready_ = false;
   if (!document_->failure) document_->failure = std::current_exception();
-  // The parsers of the entities around this one end as soon as it is left.
+  // The parsers of the entities around this one stop when it is left.
   XML_StopParser(document_->current().parser, XML_FALSE);
 }
 
@@ -113,7 +113,7 @@ void XML10Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
 }
 
 XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, bool isFinal) {
-  // The first block most often shows the encoding; it is not copied then.
+  // Most often the first block is enough to find the encoding. Then it is not copied.
   std::string& start = *document_->start;
   const std::string_view front(block, std::min<std::size_t>(size, kLongestDeclaration));
   const bool isFirst = start.empty();
@@ -134,7 +134,7 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
 }
 
 XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool isFinal) {
-  // expat takes the size as an int.
+  // To expat, the size is an int.
   constexpr unsigned long kMost = 1UL << 30;
   for (; size > kMost; size -= kMost, block += kMost) {
     const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(kMost), XML_FALSE);

@@ -21,7 +21,7 @@
 
 namespace Tavrin::text {
 
-/// What an application sets, for the documents that begin afterwards.
+/// What an application sets. Changes apply to the documents that begin afterwards.
 struct XML10Settings {
   struct Features {
     bool namespaces = true;
@@ -42,7 +42,7 @@ struct XML10Settings {
   std::uint64_t maximumDepth = kMaximumDepth;
 };
 
-/// What an application can ask of the last document that has begun.
+/// What an application can get about the last document that has begun.
 struct XML10Facts {
   std::optional<std::string> version;
   std::optional<bool> standalone;
@@ -65,8 +65,8 @@ struct OpenEntity {
   std::uint64_t octetsRead() const;
 };
 
-/// What a document declares where expat no longer processes declarations, because a parameter
-/// entity before them was not read (XML 1.0, section 5.1).
+/// What a document declares after a parameter entity that was not read, where expat processes no
+/// declarations any more (XML 1.0, section 5.1).
 struct UnprocessedDeclarations {
   DeclarationText text;    ///< Of the current one.
   Position position = {};  ///< Where it begins.
@@ -75,7 +75,7 @@ struct UnprocessedDeclarations {
   AttributeTypes attributes;
 };
 
-/// What belongs to the open document.
+/// The state of the document that is being read.
 struct XML10Document {
   XML10Document(XML_Parser parser, const XML10Settings& current)
       : settings(current),
@@ -84,41 +84,41 @@ struct XML10Document {
 
   const OpenEntity& current() const { return open.back(); }
   bool isInExternalEntity() const { return open.size() > 1; }
-  /// There are declarations that may not be read, or not by every reader: an entity need not be
-  /// declared, unless the document states that it is standalone.
+  /// Records that there are declarations which some readers do not read: entities need not be
+  /// declared any more, unless the document states that it is standalone.
   void lackDeclarations() { mayLackDeclarations = !standalone.value_or(false); }
   /// An absent identifier is empty.
   std::string resolve(const XML_Char* systemId) const;
 
   const XML10Settings settings;
   const char separator = settings.features.namespaces ? kXML10Separator : kNoSeparator;
-  /// The first octets of a document that comes in blocks, while its encoding is unknown.
+  /// The first octets of a document that is parsed in blocks, while its encoding is unknown.
   std::optional<std::string> start = std::string();
   const DeclaredEntity self;
   std::vector<OpenEntity> open;
 
-  /// The external entities that are declared. The base that expat knows for an entity is its number
-  /// here: with a reference, expat passes the base that was set when the entity was declared. The
-  /// external subset is number 0 and has no base.
+  /// The external entities that are declared, by number. With a reference, expat passes on the base
+  /// that was set when the entity was declared: the number of the entity is used for it. The
+  /// external subset has the number 0 and no base.
   std::deque<DeclaredEntity> entities{1};
 
   // What the XML declaration states.
   std::string version = "1.0";
   std::optional<bool> standalone;
 
-  /// An entity is in an encoding in which expat accepts too many characters as letters.
+  /// Whether an entity has an encoding in which expat accepts wrong characters in names.
   bool checksNames = false;
 
   ElementAttributes attributes;  ///< Of the current start tag.
   std::uint64_t depth = 0;       ///< Elements that are open.
   AttributeTypes attributeTypes;
-  bool hasDefaults = false;             ///< An attribute has one.
-  bool hasDeclarationDefaults = false;  ///< One that declares a namespace has one.
-  std::uint64_t defaultOctets = 0;      ///< How many have been reported because of defaults.
-  std::uint64_t entityOctets = 0;       ///< Of external entities that have been read.
+  bool hasDefaults = false;             ///< An attribute has a default.
+  bool hasDeclarationDefaults = false;  ///< An attribute that declares a namespace has a default.
+  std::uint64_t defaultOctets = 0;      ///< Octets that have been reported because of defaults.
+  std::uint64_t entityOctets = 0;       ///< Octets of external entities that have been read.
   GeneralEntities generalEntities;
   bool mayLackDeclarations = false;
-  /// Texts of internal parameter entities that have references to general ones.
+  /// Texts of internal parameter entities that refer to general entities.
   std::vector<std::string> parameterTexts;
   /// While declarations are not processed.
   std::optional<UnprocessedDeclarations> unprocessed;
@@ -126,9 +126,9 @@ struct XML10Document {
   std::string markup;
   /// The namespace declarations of the next start tag, while they are reported as attributes.
   std::vector<std::pair<std::string, std::string>> declarations;
-  /// What the parse failed for.
+  /// The exception that stopped the parse.
   std::exception_ptr failure;
-  /// Why an encoding is refused, for the end of expat's message.
+  /// What is appended to expat's message about an encoding.
   std::string encodingProblem;
 };
 
@@ -143,7 +143,7 @@ class XML10Driver : public EventTarget {
   XML10Settings settings;
   XML10Facts facts;
 
-  // Events of elements and content, within guard unless EventTarget has them: XML10Content.cpp.
+  // Events of elements and content: XML10Content.cpp.
   void startElement(const XML_Char* name, const XML_Char** attributes);
   void endElement(const XML_Char* name) {
     --document_->depth;
@@ -156,7 +156,7 @@ class XML10Driver : public EventTarget {
   void skippedEntity(const XML_Char* name, int isParameterEntity);
   void processingInstruction(const XML_Char* target, const XML_Char* data);
 
-  // Declarations, likewise: XML10Declarations.cpp.
+  // Declarations: XML10Declarations.cpp.
   void xmlDecl(const XML_Char* version, const XML_Char* encoding, int standalone);
   void startDoctype(const XML_Char* name, const XML_Char* systemId, const XML_Char* publicId, int);
   void endDoctype();
@@ -169,7 +169,7 @@ class XML10Driver : public EventTarget {
   void attlistDecl(const XML_Char* element, const XML_Char* attribute, const XML_Char* type,
                    const XML_Char* defaultValue, int isRequired);
 
-  // External entities and encodings, not within guard: XML10Entities.cpp.
+  // External entities and encodings: XML10Entities.cpp.
   int externalEntityRef(const XML_Char* context, const XML_Char* base, const XML_Char*,
                         const XML_Char*);
 
@@ -177,22 +177,22 @@ class XML10Driver : public EventTarget {
   template <typename Parse>
   void guardParse(Parse parse);
   void setupParser();
-  /// Gives the start of a document to the parser when its encoding is known.
+  /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
-  /// Gives a block of any size to the parser.
+  /// Parses a block of any size.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
   /// Prepares a parser for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(XML_Parser parser, std::string_view start);
   bool makeReady() override;
   void handlerThrew() override;
   void endDocument();
-  /// Ends the document with what stopped the parse.
+  /// Ends the document with the failure that stopped the parse.
   [[noreturn]] void reportError();
   /// Frees what belongs to the open document.
   void releaseParser();
 
   Position positionHere() const { return positionOf(document_->current().parser); }
-  /// A failure, or a warning, in the current entity.
+  /// The exception for a failure or warning in the current entity.
   SAXParseException exceptionAt(const std::string& message, const Position& position) const;
   /// Ends the document with a failure in the current entity.
   [[noreturn]] void failAt(const std::string& message, const Position& position);
@@ -200,7 +200,7 @@ class XML10Driver : public EventTarget {
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
 
-  /// Refuses a name, or a text with names and no other letters, that expat accepts wrongly.
+  /// Refuses a name that expat accepts wrongly. The text may have other markup around names.
   void requireName(std::string_view name, const Position& position);
   void requireName(std::string_view name);
   /// Refuses a name of an element or attribute that is not a qualified name.
@@ -208,16 +208,16 @@ class XML10Driver : public EventTarget {
 
   /// Completes the attributes of a start tag by what is declared.
   void applyDeclarations();
-  /// Counts what defaults have added to the document.
+  /// Counts octets that defaults have added to the document, and checks the limit.
   void addDefaults(std::uint64_t octets);
 
-  /// The number of the entity that the parser's next external declaration declares.
+  /// Sets the number of the entity that the parser's next external declaration declares.
   void numberNextEntity(XML_Parser parser);
   void readEntity(const DeclaredEntity& entity, const char* context);
   void setUnknownEncodingHandler(XML_Parser parser);
   int unknownEncoding(const XML_Char* name, XML_Encoding* encoding);
 
-  // References that expat leaves out without an event: XML10Losses.cpp.
+  // References that expat drops without an event: XML10Losses.cpp.
   void warnOfLoss(const std::string& message, const Position& position);
   static constexpr char kInDefault[] = "the default of an attribute";
   /// @param place where the reference is, for the message
@@ -225,25 +225,25 @@ class XML10Driver : public EventTarget {
   /// Whether the current event is in an internal entity. Positions are then those of the reference.
   bool isInInternalEntity() const;
   /// Warns of each reference in a text to an entity that was not read.
-  /// @param position  where it begins
-  /// @param isWritten whether the document has the text there as it is
+  /// @param position  that of the text
+  /// @param isWritten whether the text stands at that position, and did not come from an entity
   void warnOfLostReferences(std::string_view source, const char* place, Position position,
                             bool isWritten);
-  /// Does so for the current start tag. Afterwards expat's position is the end of the tag.
+  /// Does this for the current start tag. Afterwards expat's position is the end of the tag.
   void warnOfLossesInTag();
-  /// Does so for the default of an attribute that is being declared.
+  /// Does this for the default of an attribute that is being declared.
   void warnOfLossesInDefault();
   void markup(const XML_Char* text, int length);
 
   // Declarations that expat does not process: XML10UnprocessedDeclarations.cpp.
-  /// From now on, expat processes no declarations of entities and attributes. Those in the internal
-  /// subset are reported from their text.
+  /// Called where expat stops processing declarations of entities and attributes. From there on,
+  /// those in the internal subset are reported from their text.
   void stopProcessing();
   void unprocessedMarkup(const XML_Char* text, int length);
   void reportUnprocessedEntity(DeclarationTokens& tokens);
   void reportUnprocessedAttributes(DeclarationTokens& tokens);
   void reportUnprocessedAttribute(const std::string& element, DeclarationTokens& tokens);
-  /// Whether a declaration of an entity is the first, and notes it.
+  /// Records the declaration of an entity, and returns whether it is the first.
   bool isFirstUnprocessed(const std::string& name);
   [[noreturn]] void failInUnprocessed(XML_Error error);
 

@@ -9,13 +9,13 @@ namespace Tavrin::text {
 
 namespace {
 
-/// Entities within entities are read by parsers within parsers, on the stack.
+/// Entities within entities are read by recursion.
 constexpr std::size_t kMaximumDepth = 256;
 
 /// Entities are often small, and several may be open at a time.
 constexpr int kEntityBlockSize = 64 * 1024;
 
-/// Makes an entity the current one.
+/// Makes an entity the current one during its lifetime.
 class EntityScope {
  public:
   EntityScope(XML10Document& document, XML_Parser parser, const DeclaredEntity& entity)
@@ -44,7 +44,7 @@ int XML10Driver::externalEntityRef(const XML_Char* context, const XML_Char* base
 void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) {
   XML10Document& document = *document_;
   const XML10Settings::Features& features = document.settings.features;
-  // Only a general entity has a context: what is bound and open where it is referred to.
+  // Only a general entity has a context: the bindings and open entities at the reference.
   const bool isRead =
       context ? features.externalGeneralEntities : features.externalParameterEntities;
   std::unique_ptr<std::istream> stream;
@@ -61,7 +61,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   XML_Parser parent = document.current().parser;
   const OwnedParser child(XML_ExternalEntityParserCreate(parent, context, nullptr));
   if (!child) throw std::bad_alloc();
-  // A child inherits every callback, but not the argument of this one.
+  // A child inherits every callback, but this one without its argument.
   setUnknownEncodingHandler(child.get());
   const std::size_t declared = document.entities.size();
   if (!context) numberNextEntity(child.get());
@@ -89,7 +89,7 @@ int XML10Driver::unknownEncoding(const XML_Char* name, XML_Encoding* encoding) {
     std::string& problem = document_->encodingProblem;
     problem = std::string(" \"") + name + '"';
     const EncodingSupport support = describeEncoding(name, *encoding);
-    // expat may yet refuse the table: what is ASCII must be ASCII.
+    // expat refuses the table where characters of ASCII have other octets.
     if (support == EncodingSupport::singleByte) return XML_STATUS_OK;
     if (support == EncodingSupport::multiByte) problem += ": its characters are not single octets";
   } catch (...) {

@@ -2,8 +2,8 @@
 #include "CharacterEncodings.h"
 #include "XML10Driver.h"
 
-// References in attribute values that expat leaves out: a start tag is one event, so it cannot
-// report them.
+// References in attribute values that expat drops: a start tag is one event, so it cannot report
+// them.
 
 namespace Tavrin::text {
 
@@ -18,7 +18,7 @@ std::string_view octetsFromHere(XML_Parser parser) {
   return {buffer + offset, static_cast<std::size_t>(size - offset)};
 }
 
-/// Whether octets begin with a reference, in any encoding: the event is in an internal entity.
+/// Whether octets begin with a reference, in any encoding. Then the event is in an internal entity.
 bool isReference(std::string_view octets) {
   const bool isWide = octets.size() > 1 && octets[0] == '\0';
   const char first = octets.empty() ? '\0' : octets[isWide ? 1 : 0];
@@ -90,7 +90,7 @@ void XML10Driver::warnOfLossesInTag() {
   XML_Parser parser = document_->current().parser;
   const std::string_view octets = octetsFromHere(parser);
   const auto length = static_cast<std::size_t>(XML_GetCurrentByteCount(parser));
-  // A reference has this octet in every encoding.
+  // A reference begins with this octet in every encoding.
   if (!octets.empty() && octets.substr(0, length).find('&') == std::string_view::npos) return;
   const Position start = positionHere();  // XML_DefaultCurrent changes expat's position.
   const bool isWritten = !octets.empty() && !isReference(octets);
@@ -117,8 +117,8 @@ void XML10Driver::warnOfLossesInDefault() {
     ++position.column;  // The quote.
     return warnOfLostReferences(literal, kInDefault, position, true);
   }
-  // expat does not report which internal entity this is in. It may be any that has references to
-  // general entities; the references of each are reported once.
+  // expat does not report which internal entity has this default. It may be any that refers to
+  // general entities, so the references of each are reported once.
   const std::vector<std::string> texts = std::move(document_->parameterTexts);
   document_->parameterTexts.clear();
   for (const std::string& source : texts) {

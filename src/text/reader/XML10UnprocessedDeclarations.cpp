@@ -2,7 +2,7 @@
 #include "Callbacks.h"
 #include "XML10Driver.h"
 
-// After a parameter entity that was not read, expat passes declarations on as they are written.
+// After a parameter entity that was not read, expat passes declarations on as text.
 
 namespace Tavrin::text {
 

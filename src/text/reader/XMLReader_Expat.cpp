@@ -6,7 +6,9 @@
 #include "Callbacks.h"
 #include "Parser.h"
 
-namespace Tavrin::text {
+namespace Tavrin {
+
+using namespace text;
 
 namespace {
 
@@ -23,8 +25,8 @@ class Locator_Expat : public Locator {
   XML_Parser parser_;
 };
 
-/// An attribute as expat gives it. The list converts it where it makes space for the record: moving
-/// the record there, with its five strings, would take about as long as making it.
+/// An attribute as expat gives it. It is converted in the list's memory: making a record, with its
+/// five strings, and moving it there takes about twice as long.
 struct GivenAttribute {
   const XML_Char* name;
   const XML_Char* value;
@@ -50,14 +52,15 @@ void fill(AttributesImpl& list, const XML_Char** attributes) {
 }
 
 /// A system identifier as declarations report it: the base URI directly followed by the identifier.
-/// Without a base URI there is no such text. The reader sets none, so the parse ends here.
+/// The reader sets no base URI, so the parse ends here.
 std::string systemIdFrom(const XML_Char* base, const XML_Char* systemId) {
   if (base == nullptr) throw SAXException("No base URI");
   return std::string(base) + systemId;
 }
 
-/// Reads documents for the reader "Expat".
-class ExpatDriver : public EventTarget {
+}  // namespace
+
+class XMLReader_Expat::Driver : public EventTarget {
  public:
   using EventTarget::EventTarget;
 
@@ -88,8 +91,8 @@ class ExpatDriver : public EventTarget {
 
   void startElement(const XML_Char* name, const XML_Char** attributes) {
     if (!handlers.content) return;
-    // A new list for each start tag: applications may rely on its class, and the memory of one tag
-    // is not kept.
+    // A new list for each start tag, so that memory is not kept. Applications may rely on its
+    // class.
     AttributesImpl list;
     fill(list, attributes);
     element_.assign(name, kExpatSeparator);
@@ -154,9 +157,9 @@ class ExpatDriver : public EventTarget {
   }
 
  private:
-  // SAX failures leave the reader idle, ready for another document. They leave as the two types
-  // that callers of parse know, whatever was derived from them. Exceptions of other kinds, from a
-  // handler or a stream, pass through, and the document stays open.
+  // After a SAX failure the reader can read another document. Failures are thrown as one of the two
+  // types that callers of parse know, also where the type was derived from these. Exceptions of
+  // other kinds, from a handler or a stream, pass through, and the document stays open.
   template <typename Parse>
   void guardParse(Parse parse) {
     const ParseScope scope(parsing_);
@@ -202,8 +205,8 @@ class ExpatDriver : public EventTarget {
     const std::unique_ptr<std::istream> stream =
         handlers.resolver->resolveEntity(textOrEmpty(publicId), textOrEmpty(systemId));
     if (!stream) return XML_STATUS_OK;
-    // The child is always made from the document's parser, also for an entity within an entity: a
-    // stop request reaches that parser alone.
+    // The child always belongs to the document's parser, also for an entity within an entity:
+    // handlerThrew stops that parser only.
     const OwnedParser child(XML_ExternalEntityParserCreate(parser_.get(), context, nullptr));
     if (!child) return XML_STATUS_ERROR;
     return parseStream(child.get(), *stream, kBlockSize);
@@ -217,25 +220,15 @@ class ExpatDriver : public EventTarget {
 
   bool parsing_ = false;  // A call of parse is on the stack.
   // While a document is open.
-  std::unique_ptr<Locator_Expat> locator_;
+  std::unique_ptr<Locator> locator_;
   OwnedParser parser_;
-};
-
-}  // namespace
-
-}  // namespace Tavrin::text
-
-namespace Tavrin {
-
-class XMLReader_Expat::Driver : public text::ExpatDriver {
-  using ExpatDriver::ExpatDriver;
 };
 
 const XMLReaderType XMLReader_Expat::type_("Expat", &XMLReader_Expat::create);
 
 XMLReader_Expat::XMLReader_Expat()
     : driver_(std::make_unique<Driver>(
-          text::HandlerPointers{contentHandler_, errorHandler_, entityResolver_, dtdHandler_})) {}
+          HandlerPointers{contentHandler_, errorHandler_, entityResolver_, dtdHandler_})) {}
 
 XMLReader_Expat::~XMLReader_Expat() = default;
 

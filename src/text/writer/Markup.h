@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace Tavrin {
+namespace Tavrin::text {
 
 /// The feature of a writer of XML text that an identifier names, or null.
 inline bool* findTextFeature(const std::string& name, bool& autoIndent, bool& emptyTags,
@@ -17,9 +17,9 @@ inline bool* findTextFeature(const std::string& name, bool& autoIndent, bool& em
   return nullptr;
 }
 
-/// The markup that the writers of XML text have in common.
-/// @tparam Output derives from it and writes pieces: those of "XML" into the stream, those of
-///         "XML10" into the event that it composes
+/// The markup that is the same for both writers of XML text.
+/// @tparam Output derives from this class and has a function `write` for pieces: "XML" writes them
+///         into the stream, "XML10" composes an event of them
 template <typename Output>
 class Markup {
  public:
@@ -27,10 +27,10 @@ class Markup {
   void writeInstruction(const std::string& target, const std::string& data) {
     write("<?", target, " ", data, "?>");
   }
-  /// Ends a CDATA section that has begun in the text.
+  /// Ends a CDATA section whose opening has been written.
   void endSection() { write("]]>"); }
 
-  // Declarations. An external identifier follows what begins one.
+  // Declarations. The beginning may be followed by an external identifier.
 
   void beginDocumentType(const std::string& name) { write("<!DOCTYPE ", name); }
   void beginNotation(const std::string& name) { write("  <!NOTATION ", name); }
@@ -56,4 +56,4 @@ class Markup {
   }
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

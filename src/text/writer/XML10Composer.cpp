@@ -4,7 +4,7 @@
 
 #include "../../io/WriteOctets.h"
 
-// What events share: what they compose, or take back, and when it is written.
+// What events share: how they are composed, undone and written.
 
 namespace Tavrin {
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kDeepestIndentation = 100;
 
-// What one large event took is not kept for all the small ones.
+// The memory of a larger event is not kept for the next one.
 constexpr std::size_t kKeptOctets = 1U << 20U;
 
 }  // namespace
@@ -22,7 +22,7 @@ constexpr std::size_t kKeptOctets = 1U << 20U;
 void XMLWriter_XML10::Composer::restore(const Mark& mark) {
   writer_.state_ = mark.state;
   writer_.hasContent_ = mark.hasContent;
-  // An element that is gone does not come back: its end was composed in vain.
+  // An element that has been removed cannot be restored.
   if (writer_.elements_.size() < mark.elements) return breakOff();
   while (writer_.elements_.size() > mark.elements) writer_.elements_.pop_back();
   while (document_.open.size() > mark.open) document_.open.pop_back();
@@ -32,11 +32,11 @@ void XMLWriter_XML10::Composer::restore(const Mark& mark) {
   document_.brackets = mark.brackets;
 }
 
-void XMLWriter_XML10::Composer::refuseToGoOn() {
+void XMLWriter_XML10::Composer::refuseAfterFailure() {
   throw SAXException("The document cannot go on after a failure: the writer must be reset");
 }
 
-/// What is composed is not written any more.
+/// Discards what is composed, and lets nothing be written until the writer is reset.
 void XMLWriter_XML10::Composer::breakOff() noexcept {
   document_.isBroken = true;
   writer_.state_ = Ended;
@@ -51,10 +51,10 @@ void XMLWriter_XML10::Composer::commitOctets() {
   }
 }
 
-/// Writes out what is composed.
+/// Writes what is composed, as it is.
 void XMLWriter_XML10::Composer::send() {
   if (composed_.empty()) return;
-  // Gone even when the stream throws.
+  // Also where the stream throws.
   struct Clear {
     std::string& octets;
     ~Clear() {
@@ -65,8 +65,9 @@ void XMLWriter_XML10::Composer::send() {
   if (writer_.out_) writeOctets(*writer_.out_, composed_);
 }
 
+/// Writes what is composed, with its line breaks.
 void XMLWriter_XML10::Composer::writeOut() {
-  // Without auto-indent there are no breaks, and each event comes here.
+  // Without auto-indent there are no line breaks.
   if (document_.breaks.empty()) return send();
   const std::string text = std::exchange(composed_, {});
   const std::vector<Document::Break> breaks = std::exchange(document_.breaks, {});
@@ -113,8 +114,8 @@ void XMLWriter_XML10::Composer::indent(std::size_t depth) {
   }
 }
 
-/// There is text in the innermost element: no line break that stands in it, or comes, may be
-/// written. Comes last in an event: it cannot be undone.
+/// Records that the innermost element has text: no line break may be written inside of it, neither
+/// a pending one nor a later one. This cannot be undone, so an event does it last.
 void XMLWriter_XML10::Composer::forbidIndentation() {
   if (document_.open.empty()) return;
   Document::Open& element = document_.open.back();

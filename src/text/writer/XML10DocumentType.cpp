@@ -13,8 +13,6 @@ using namespace xml;
 
 namespace {
 
-std::string quoted(const std::string& text) { return '"' + text + '"'; }
-
 bool isParameterEntity(const std::string& name) { return name.starts_with('%'); }
 
 /// The name of an entity as its declaration has it.
@@ -63,11 +61,10 @@ void XMLWriter_XML10::startEntity(const std::string& name) {
   } else if (name == "[dtd]") {
     if (document.hasExternalSubset) document.entitiesOutside = 1;
   } else if (isParameterEntity(name)) {
-    // What an internal entity declares is written in its place: only a parser can tell whether its
-    // text would do as it stands.
+    // For an internal entity, its declarations are written: only a parser could check its text.
     const auto found = document.entities.find(name);
-    const bool isInternal = found != document.entities.end() &&
-                            found->second != Composer::Document::EntityKind::External;
+    const bool isInternal =
+        found != document.entities.end() && found->second != Composer::EntityKind::External;
     if (isInternal) return;
     composer_->writeParameterReference(name);
     document.entitiesOutside = 1;
@@ -97,10 +94,9 @@ void XMLWriter_XML10::skippedEntity(const std::string& name) {
   }
 }
 
-/// Writes a reference in content. The entity is declared (XML 1.0, section 4.1, "Entity Declared"),
-/// and, as far as can be seen here, its text may stand there.
+/// Writes a reference in content. The entity must be declared (XML 1.0, section 4.1, "Entity
+/// Declared"), or may be where this writer does not see it, and its text must be allowed there.
 void XMLWriter_XML10::Composer::writeGeneralReference(const std::string& name) {
-  using Kind = Document::EntityKind;
   perform([&](Composer&) {
     refuseIf(whyNotNCName(name));
     const Document& document = document_;
@@ -111,9 +107,9 @@ void XMLWriter_XML10::Composer::writeGeneralReference(const std::string& name) {
       if (!mayBeElsewhere && !isPredefinedEntity(name)) {
         throw SAXException("The entity " + quoted(name) + " is not declared");
       }
-    } else if (found->second == Kind::Unparsed) {
+    } else if (found->second == EntityKind::Unparsed) {
       throw SAXException("You cannot refer to the unparsed entity " + quoted(name));
-    } else if (found->second == Kind::Markup && !isPredefinedEntity(name)) {
+    } else if (found->second == EntityKind::Markup && !isPredefinedEntity(name)) {
       throw SAXException("You cannot refer to the entity " + quoted(name) +
                          ", whose text holds markup");
     }
@@ -133,8 +129,7 @@ void XMLWriter_XML10::Composer::writeParameterReference(const std::string& name)
       if (document_.isStandalone) {
         throw SAXException("The entity " + quoted(name) + " is not declared");
       }
-    } else if (found->second != Document::EntityKind::External &&
-               found->second != Document::EntityKind::Passed) {
+    } else if (found->second != EntityKind::External && found->second != EntityKind::Passed) {
       throw SAXException("You cannot refer to the entity " + quoted(name) +
                          ", whose text is internal");
     }
@@ -153,8 +148,8 @@ void XMLWriter_XML10::Composer::writeSystemLiteral(std::string_view systemId) {
   write(" ", quote, systemId, quote);
 }
 
-/// Only a notation may do without a system identifier, if it has a public one (productions 75 and
-/// 83). Elsewhere, one that is empty was written so.
+/// Only a notation may have a public identifier without a system identifier (productions 75 and
+/// 83). Elsewhere an empty system identifier is written.
 void XMLWriter_XML10::Composer::writeExternalIdentifier(Declared declared,
                                                         const std::string& publicId,
                                                         const std::string& systemId) {
@@ -183,7 +178,7 @@ void XMLWriter_XML10::notationDecl(const std::string& name, const std::string& p
   });
 }
 
-void XMLWriter_XML10::Composer::declareEntity(const std::string& name, Document::EntityKind kind,
+void XMLWriter_XML10::Composer::declareEntity(const std::string& name, EntityKind kind,
                                               bool isAllowed) {
   if (!isAllowed) {
     throw SAXException("The entity " + quoted(name) + " cannot be declared otherwise");
@@ -203,8 +198,7 @@ void XMLWriter_XML10::unparsedEntityDecl(const std::string& name, const std::str
     composer.endUnparsedEntity(notationName);
     refuseIf(whyNotNCName(name));
     refuseIf(whyNotNCName(notationName));
-    using Kind = Composer::Document::EntityKind;
-    composer.declareEntity(name, Kind::Unparsed, !isPredefinedEntity(name));
+    composer.declareEntity(name, Composer::EntityKind::Unparsed, !isPredefinedEntity(name));
   });
 }
 
@@ -218,8 +212,7 @@ void XMLWriter_XML10::externalEntityDecl(const std::string& name, const std::str
     composer.writeExternalIdentifier(Composer::Declared::Entity, publicId, systemId);
     composer.endDeclaration();
     refuseIf(whyNotEntityName(name));
-    using Kind = Composer::Document::EntityKind;
-    composer.declareEntity(name, Kind::External, !isPredefinedEntity(name));
+    composer.declareEntity(name, Composer::EntityKind::External, !isPredefinedEntity(name));
   });
 }
 
@@ -234,10 +227,10 @@ void XMLWriter_XML10::internalEntityDecl(const std::string& name, const std::str
     composer.write("\">");
     refuseIf(whyNotEntityName(name));
     if (invalid != kAllValid) refuseIf(whyNotText(value, "the text of an entity"));
-    // Of what else may not stand in content, there is the end of a CDATA section (section 2.4).
+    // In content, the end of a CDATA section is not allowed either (section 2.4).
     const bool hasMarkup =
         value.find_first_of("<&") != std::string::npos || value.find("]]>") != std::string::npos;
-    using Kind = Composer::Document::EntityKind;
+    using Kind = Composer::EntityKind;
     const Kind kind = composer.document_.passesDeclarations ? Kind::Passed
                       : hasMarkup                           ? Kind::Markup
                                                             : Kind::Text;
@@ -296,8 +289,8 @@ void XMLWriter_XML10::Composer::writeDefault(const std::string& mode, const std:
   composed_ += quote_;
 }
 
-/// Keeps what has to do with namespaces. The first declaration of an attribute is binding (section
-/// 3.3), also where it has no default.
+/// Keeps the defaults that concern namespaces. The first declaration of an attribute is binding
+/// (section 3.3), also where it has no default.
 void XMLWriter_XML10::Composer::rememberDefault(const std::string& eName, const std::string& aName,
                                                 const std::string& mode, const std::string& value) {
   if (document_.passesDeclarations) return;

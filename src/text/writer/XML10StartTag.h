@@ -16,15 +16,15 @@
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 
-namespace Tavrin {
+namespace Tavrin::text {
 
-/// Writes start tags in which names, prefixes and namespaces agree (Namespaces in XML 1.0, section
-/// 5), or refuses them with a SAXException.
+/// Writes start tags, or refuses them with a SAXException where names, prefixes and namespaces do
+/// not agree (Namespaces in XML 1.0, section 5).
 class XML10StartTag {
  public:
-  /// What a declared attribute has for a value where it is not given, if anything, by the names of
-  /// the element and the attribute (XML 1.0, section 3.3.2). Only attributes that have to do with
-  /// namespaces are of interest. A parser may add them or not, so nothing may depend on it.
+  /// The defaults of declared attributes, if they have one, by the names of element and attribute
+  /// (XML 1.0, section 3.3.2). Only attributes that concern namespaces are kept. A parser may add
+  /// them or not, so a start tag must be right in both cases.
   using Defaults =
       std::map<std::string, std::map<std::string, std::optional<std::string>>, std::less<>>;
 
@@ -36,16 +36,16 @@ class XML10StartTag {
     const std::vector<std::string>& mappings;  // Prefix, namespace name, prefix, ...
   };
 
-  /// What the attribute `xml:space` says (XML 1.0, section 2.10).
+  /// The value of the attribute `xml:space` (XML 1.0, section 2.10).
   enum class Space { Inherited, Default, Preserve };
 
   /// Appends a start tag without its ">".
-  /// @param bindings gains the declarations of the element, some of them also after a refusal
+  /// @param bindings gets the declarations of the element; where it is refused, maybe some of them
   Space write(EventOctets& out, const Element& element, char quote, const Defaults& defaults,
               xml::NamespaceBindings& bindings);
 
  private:
-  static constexpr int kMapping = -1;  // Instead of an attribute's position.
+  static constexpr int kMapping = -1;  // In place of an attribute's index.
 
   struct Declaration {
     std::string_view prefix;
@@ -59,10 +59,10 @@ class XML10StartTag {
     bool isDefault;
   };
 
-  /// A name that has been found right with some bindings.
+  /// What is kept of a name that has been checked.
   struct Checked {
-    std::uint64_t version;  // Of the bindings.
-    std::size_t number;     // Of an attribute, among those that must differ.
+    std::uint64_t version;  // Of the bindings with which the name is right.
+    std::size_t number;     // Of an attribute, in numbers_.
     bool isSpace;           // It is `xml:space`.
   };
   using CheckedNames = xml::NameCache<Checked>;
@@ -81,12 +81,12 @@ class XML10StartTag {
 
   // Kept between start tags for their memory.
   std::vector<Declaration> declarations_;
-  std::vector<bool> isRepeated_;  // By attribute: says what a mapping says already.
+  std::vector<bool> isRepeated_;  // By attribute: it declares what a mapping has declared.
   std::vector<ExpandedName> names_;
 
   CheckedNames checkedElements_;
   CheckedNames checkedAttributes_;
-  xml::UniqueAttributes numbers_;  // Of all attributes, but that it forgets now and then.
+  xml::UniqueAttributes numbers_;  // Of the attributes, until there are too many.
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::text

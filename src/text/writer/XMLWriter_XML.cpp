@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "../../io/WriteOctets.h"
-#include "../../xml/AddDeclaration.h"
 #include "../../xml/Escapes.h"
+#include "../../xml/NamespaceBindings.h"
 #include "Markup.h"
 
 namespace Tavrin {
@@ -15,13 +15,13 @@ constexpr std::size_t kIndentWidth = 2;
 
 constexpr xml::Escapes kTextEscapes{{'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}};
 
-// Values stand between apostrophes. A line feed would be read back as a space.
+// Values stand between apostrophes. A parser would read a line feed as a space.
 constexpr xml::Escapes kValueEscapes{
     {'<', "&lt;"}, {'&', "&amp;"}, {'\'', "&apos;"}, {'\n', "&#xA;"}};
 
-/// Writes pieces at once: there is nothing between the writer and the stream. The buffer of a
-/// stream is code of others, which may set another stream; where there is room, it is not called.
-class Output : public Markup<Output> {
+/// Writes pieces into the stream at once. The buffer of the stream may be code of the application,
+/// which may set another stream; where its put area is large enough, it is not called.
+class Output : public text::Markup<Output> {
  public:
   explicit Output(std::ostream* const& out) : out_(out) {}
 
@@ -57,8 +57,8 @@ class Output : public Markup<Output> {
 
   /// Writes an external identifier (XML 1.0, production 75).
   ///
-  /// After a public identifier, notations and unparsed entities repeat their name. That is part of
-  /// the output that consumers have come to expect. Output compatibility: keep.
+  /// After a public identifier, notations and unparsed entities repeat their name. Output
+  /// compatibility: consumers expect it.
   void writeExternalIdentifier(const std::string& publicId, const std::string& systemId,
                                std::string_view repeatedName) {
     if (!publicId.empty()) {
@@ -84,8 +84,8 @@ std::unique_ptr<XMLWriter> XMLWriter_XML::create() { return std::make_unique<XML
 
 void XMLWriter_XML::startChild() { Output(out_).startChild(state_, hasContent_); }
 
-/// Breaks the line, if so wanted. The break is ignorable white space like any other, so it is
-/// checked, and it counts as content.
+/// Breaks the line, if auto-indent is on. The line break is ignorable white space like any other:
+/// it is checked, and it is content.
 void XMLWriter_XML::indent() {
   if (!autoIndent_ || state_ == Initial || state_ == InCDATA || state_ == Ended) return;
   if (state_ == Prolog && !xmlDeclaration_) return;
@@ -101,11 +101,11 @@ void XMLWriter_XML::startDocument() {
 }
 
 void XMLWriter_XML::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  if (out_ != nullptr) addDeclaration(namespaces_, prefix, uri);
+  if (out_ != nullptr) xml::addDeclaration(namespaces_, prefix, uri);
 }
 
-/// The start tag stays open: startChild or endElement completes it. When an attribute is asked for,
-/// all that comes before it is in the stream.
+/// The start tag stays open: startChild or endElement completes it. When an attribute is requested
+/// from the list, everything before it is in the stream.
 void XMLWriter_XML::startElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const Attributes& attributes) {
   startChild();
@@ -138,8 +138,8 @@ void XMLWriter_XML::endElement(const std::string& uri, const std::string& localN
   } else if (emptyTags_) {
     Output(out_).write("/>");
   } else {
-    // By now the element is closed in the base. After the root no start tag is completed any more,
-    // so an empty root comes out as `<r</r>`. Output compatibility: keep.
+    // The element has ended in the base. After the root no start tag is completed any more, so an
+    // empty root is written as `<r</r>`. Output compatibility: consumers expect it.
     hasContent_ = false;
     startChild();
     Output(out_).write("</", qName, ">");
@@ -173,7 +173,7 @@ void XMLWriter_XML::processingInstruction(const std::string& target, const std::
 // --- Features, flush and reset ---
 
 void XMLWriter_XML::setFeature(const std::string& name, bool value) {
-  if (bool* const feature = findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_)) {
+  if (bool* const feature = text::findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_)) {
     *feature = value;
   } else {
     XMLWriter::setFeature(name, value);
@@ -181,7 +181,7 @@ void XMLWriter_XML::setFeature(const std::string& name, bool value) {
 }
 
 bool XMLWriter_XML::getFeature(const std::string& name) {
-  const bool* const feature = findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_);
+  const bool* const feature = text::findTextFeature(name, autoIndent_, emptyTags_, xmlDeclaration_);
   return feature != nullptr ? *feature : XMLWriter::getFeature(name);
 }
 

@@ -4,12 +4,11 @@
 #include "../../io/WriteOctets.h"
 #include "../../sax/AtLimit.h"
 #include "../../sax/Properties.h"
-#include "../../xml/AddDeclaration.h"
 #include "../../xml/Escapes.h"
 #include "../../xml/Rules.h"
 #include "XML10Composer.h"
 
-// The writer as an object, and its events but for those of the document type.
+// The writer, and its events except those of the document type.
 
 namespace Tavrin {
 
@@ -27,8 +26,8 @@ std::unique_ptr<XMLWriter> XMLWriter_XML10::create() { return std::make_unique<X
 
 void XMLWriter_XML10::setFeature(const std::string& name, bool value) {
   Composer& composer = *composer_;
-  if (bool* const feature = findTextFeature(name, composer.autoIndent_, composer.emptyTags_,
-                                            composer.xmlDeclaration_)) {
+  if (bool* const feature = text::findTextFeature(name, composer.autoIndent_, composer.emptyTags_,
+                                                  composer.xmlDeclaration_)) {
     *feature = value;
   } else {
     XMLWriter::setFeature(name, value);
@@ -37,8 +36,8 @@ void XMLWriter_XML10::setFeature(const std::string& name, bool value) {
 
 bool XMLWriter_XML10::getFeature(const std::string& name) {
   Composer& composer = *composer_;
-  const bool* const feature =
-      findTextFeature(name, composer.autoIndent_, composer.emptyTags_, composer.xmlDeclaration_);
+  const bool* const feature = text::findTextFeature(name, composer.autoIndent_, composer.emptyTags_,
+                                                    composer.xmlDeclaration_);
   return feature != nullptr ? *feature : XMLWriter::getFeature(name);
 }
 
@@ -115,12 +114,12 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
     throw SAXException("You cannot declare a namespace at this point");
   }
   xml::refuseIf(xml::whyNotDeclaration(prefix, uri));
-  addDeclaration(composer_->namespaces_, prefix, uri);
+  xml::addDeclaration(composer_->namespaces_, prefix, uri);
 }
 
 void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
-                                                const XML10StartTag::Element& tag) {
-  using Space = XML10StartTag::Space;
+                                                const text::XML10StartTag::Element& tag) {
+  using Space = text::XML10StartTag::Space;
   Document& document = document_;
   const std::size_t declared = document.bindings.count();
   const Space space =
@@ -177,11 +176,11 @@ void XMLWriter_XML10::endElement(const std::string& uri, const std::string& loca
 // --- Content ---
 
 void XMLWriter_XML10::Composer::writeText(std::string_view text) {
-  // Text of so few octets is copied together with what completes the start tag before it.
+  // Text of at most this length is composed together with the ">" of the start tag before it.
   constexpr std::size_t kShort = 256;
   const bool isFirst = !writer_.hasContent_;
-  const bool mayBeWhole = !isFirst || text.size() > kShort;
-  if (mayBeWhole && xml::kTextEscapes.isVerbatim(text)) {
+  const bool isWrittenAlone = !isFirst || text.size() > kShort;
+  if (isWrittenAlone && xml::kTextEscapes.isVerbatim(text)) {
     writer_.hasContent_ = true;
     writeOrBreakOff([&] {
       if (writer_.out_ && isFirst) writeOctets(*writer_.out_, ">");
@@ -198,7 +197,7 @@ void XMLWriter_XML10::Composer::writeText(std::string_view text) {
   forbidIndentation();
 }
 
-/// Writes into the CDATA section. While it is open in the output, it has content.
+/// Writes into the CDATA section. hasContent_ states whether the section is open in the output.
 void XMLWriter_XML10::Composer::writeSection(std::string_view text) {
   std::size_t begin = 0;
   const auto writeUpTo = [&](std::size_t end) {
@@ -232,7 +231,7 @@ void XMLWriter_XML10::characters(const std::string& text) {
       composer.writeSection(text);
     } else {
       composer.startChild();
-      XMLWriter::characters({});  // Only the order is checked.
+      XMLWriter::characters({});  // Checks the order.
       xml::appendText(composer.composed_, text, xml::kTextEscapes, "character data");
     }
     composer.forbidIndentation();

@@ -10,14 +10,15 @@ namespace Tavrin::xml {
 
 inline constexpr OctetClasses kEasyOctets;
 
-/// Whether a text needs no closer check: all its octets are of classes that are always characters.
+/// Whether a text is valid without a closer check. Text of most languages is. Where the answer is
+/// no, findInvalid decides.
 inline bool isEasyText(std::string_view text) {
 #ifdef TAVRIN_HAS_AVX2
-  // Text of most languages is. No branch depends on where its characters are, to be mispredicted.
+  // No branch depends on where which characters are, so none is mispredicted.
   // Measured: reading such text as Fast Infoset takes a quarter less time.
   if (text.size() >= kLeastTogether && hasAVX2()) return areFaultless(kEasyOctets, text);
 #endif
-  // Short texts are often line breaks and what indents.
+  // Short texts are often line breaks and indentation.
   for (std::size_t i = plainOctets(text); i < text.size(); ++i) {
     if (!isPlain(text[i]) && text[i] != '\n' && text[i] != '\t') return false;
   }

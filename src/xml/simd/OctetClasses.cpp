@@ -47,7 +47,8 @@ TAVRIN_AVX2 inline __m256i classesOf(const OctetClasses& classes, __m256i octets
                           lookUp(classes.byLowHalf(), lowHalves(octets)));
 }
 
-/// Faults by class, and by continuations that are expected and missing or the other way round.
+/// Faults: octets of other classes, continuations that are not expected, and places where one is
+/// expected and missing.
 /// @param wanted has the high bit where a continuation is expected
 TAVRIN_AVX2 inline __m256i strays(__m256i found, __m256i wanted) {
   return _mm256_xor_si256(found, _mm256_and_si256(wanted, each(OctetClasses::kContinuation)));
@@ -58,11 +59,12 @@ TAVRIN_AVX2 inline __m256i from(unsigned lead, __m256i octets) {
   return _mm256_subs_epu8(octets, each(lead - OctetClasses::kContinuation));
 }
 
-// --- Checks: of each octet, zero where it is no fault ---
+// --- Checks ---
 
-// Each is given the octets, and of each of them those before it.
+// Each returns zero for an octet that is no fault. It gets the octets, and those one, two and three
+// before each of them.
 
-/// By the classes alone. One or two continuations follow a lead.
+/// By the classes alone. One or two continuations follow a lead octet.
 struct Easy {
   const OctetClasses& classes;
 
@@ -76,9 +78,9 @@ struct Easy {
 class WrongPairs {
  public:
   constexpr WrongPairs() {
-    enter(0xE0, 0x80, 0x9F);  // Two octets would do.
+    enter(0xE0, 0x80, 0x9F);  // Two octets would be enough.
     enter(0xED, 0xA0, 0xBF);  // Surrogates.
-    enter(0xF0, 0x80, 0x8F);  // Three octets would do.
+    enter(0xF0, 0x80, 0x8F);  // Three octets would be enough.
     enter(0xF4, 0x90, 0xBF);  // Above U+10FFFF.
   }
 
@@ -100,7 +102,7 @@ class WrongPairs {
 constexpr OctetClasses kOctets(OctetClasses::Characters::all);
 constexpr WrongPairs kWrongPairs;
 
-/// Of all characters.
+/// By the characters of XML.
 struct Exact {
   TAVRIN_AVX2 __m256i faults(__m256i octets, __m256i before, __m256i twoBefore,
                              __m256i threeBefore) const {
@@ -110,7 +112,7 @@ struct Exact {
                                            lookUp(kWrongPairs.byLowHalfOfLead, lowHalves(before)));
     const __m256i wrongPairs =
         _mm256_and_si256(leads, lookUp(kWrongPairs.byHighHalf, highHalves(octets)));
-    // U+FFFE and U+FFFF: what is left of an octet is zero up to that of U+FFFD.
+    // U+FFFE and U+FFFF: the difference is zero up to the last octet of U+FFFD.
     const __m256i last = _mm256_and_si256(_mm256_and_si256(_mm256_cmpeq_epi8(twoBefore, each(0xEF)),
                                                            _mm256_cmpeq_epi8(before, each(0xBF))),
                                           _mm256_subs_epu8(octets, each(0xBD)));
@@ -121,7 +123,7 @@ struct Exact {
 
 // --- Texts ---
 
-/// Of sixteen octets that begin a text.
+/// The faults of the first sixteen octets of a text.
 template <typename Check>
 TAVRIN_AVX2 inline __m128i faultsOfFirst16(const Check& check, const char* octets) {
   const __m128i first = load16(octets);
@@ -131,7 +133,7 @@ TAVRIN_AVX2 inline __m128i faultsOfFirst16(const Check& check, const char* octet
                                              _mm256_castsi128_si256(_mm_slli_si128(first, 3))));
 }
 
-/// Of sixteen octets after at least three others.
+/// The faults of sixteen octets after at least three others.
 template <typename Check>
 TAVRIN_AVX2 inline __m128i faultsOf16(const Check& check, const char* octets) {
   return _mm256_castsi256_si128(check.faults(
@@ -139,7 +141,7 @@ TAVRIN_AVX2 inline __m128i faultsOf16(const Check& check, const char* octets) {
       _mm256_castsi128_si256(load16(octets - 2)), _mm256_castsi128_si256(load16(octets - 3))));
 }
 
-/// Likewise, of thirty-two.
+/// The faults of thirty-two octets after at least three others.
 template <typename Check>
 TAVRIN_AVX2 inline __m256i faultsOf32(const Check& check, const char* octets) {
   return check.faults(load32(octets), load32(octets - 1), load32(octets - 2), load32(octets - 3));
@@ -153,14 +155,14 @@ bool isComplete(std::string_view text) {
   return isBelow(1, 0xC0) && isBelow(2, 0xE0) && isBelow(3, 0xF0);
 }
 
-// The last octets are checked with some before them that were checked already, so that texts of
-// about the same length take the same branches.
+// The last octets are checked together with some that were checked already, so that texts of about
+// the same length take the same branches.
 template <typename Check>
 TAVRIN_AVX2 inline bool areFaultless(const Check& check, std::string_view text) {
   const char* const octets = text.data();
   const std::size_t size = text.size();
   __m128i found = faultsOfFirst16(check, octets);
-  if (!_mm_testz_si128(found, found)) return false;  // Text of some languages has one soon.
+  if (!_mm_testz_si128(found, found)) return false;  // Text of some languages fails early.
   if (size < 16 + 32) {
     found = _mm_or_si128(found, faultsOf16(check, octets + std::min<std::size_t>(16, size - 16)));
     found = _mm_or_si128(found, faultsOf16(check, octets + size - 16));
@@ -211,7 +213,7 @@ TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view 
     const std::uint64_t found = positions(faultsOf32(check, octets + i));
     if (found != 0) return firstOf(found, i);
   }
-  // The rest, and some octets before it that have none, or precede `begin`.
+  // The rest, with some octets before it. These have no fault, or precede `begin`.
   while (i < size) {
     const std::size_t at = std::min(i, size - 16);
     const std::uint64_t found = positions(faultsOf16(check, octets + at)) >> (i - at);

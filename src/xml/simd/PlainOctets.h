@@ -14,18 +14,18 @@ inline bool isPlain(char c) {
   return octet >= 0x20 && octet < 0x80;
 }
 
-/// Of the octets of a word: the high bit where one is not from 0x20 to 0x7F, exact up to the first
-/// such octet.
+/// A word with the high bit of each octet that is not from 0x20 to 0x7F. It is exact up to the
+/// first such octet.
 inline std::uint64_t notPlain(const char* octets) {
   constexpr std::uint64_t kEach = 0x0101010101010101;
   std::uint64_t word = 0;
   std::memcpy(&word, octets, sizeof word);
-  // Without high bits, a subtraction borrows from the high bit exactly below 0x20.
+  // Where no high bit is set, the subtraction borrows from it exactly below 0x20.
   return (word | (word - kEach * 0x20)) & kEach * 0x80;
 }
 
-/// How many octets from the beginning on are from 0x20 to 0x7F: characters of ASCII that need no
-/// further check.
+/// How many octets at the beginning are from 0x20 to 0x7F: characters of ASCII that need no further
+/// check.
 inline std::size_t plainOctets(std::string_view text) {
   static_assert(std::endian::native == std::endian::little);
   constexpr std::size_t kWord = sizeof(std::uint64_t);
