@@ -58,6 +58,14 @@ constexpr char entityAmplificationThreshold[] =
 /// and no event can report, a `std::uint64_t`. It can only be asked, also in warning, and counts in
 /// the last document that has begun.
 constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
+/// Reader "XML10": whether expat waits before it tries a token again that the octets so far cut in
+/// two, a `bool`. It then tries when there is twice as much, so the event of the token may come with
+/// later octets, at the latest with the last. Without that, each event comes with its last octet,
+/// but a token of many octets that arrives in small blocks takes time in proportion to its square:
+/// set it to false only for senders who may take that time. Default true. Setting it to false is
+/// refused where expat cannot do without: before 2.6.0 it never waits.
+constexpr char reparseDeferral[] = "http://tavrin/sax/properties/reparse-deferral";
+
 /// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper
 /// document is refused. Default: any number.
 constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <istream>
 #include <memory>
-#include <string_view>
 
 namespace Tavrin::text {
 
@@ -19,21 +18,14 @@ using OwnedParser = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 inline constexpr int kBlockSize = 1024 * 1024;
 
 /// Parses a whole stream, block by block.
-/// @param prepare is called with the first block before the parser gets it
 /// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
-template <typename Prepare = void (*)(std::string_view)>
-XML_Status parseStream(
-    XML_Parser parser, std::istream& stream, int blockSize,
-    Prepare prepare = [](std::string_view) {}) {
-  bool isFirst = true;
+inline XML_Status parseStream(XML_Parser parser, std::istream& stream, int blockSize) {
   for (;;) {
     void* const block = XML_GetBuffer(parser, blockSize);
     if (block == nullptr) return XML_STATUS_ERROR;
     // The stream's buffer is read, so that the stream's state has no influence.
     std::streambuf* const source = stream.rdbuf();
     const std::streamsize count = source ? source->sgetn(static_cast<char*>(block), blockSize) : 0;
-    if (isFirst) prepare({static_cast<const char*>(block), static_cast<std::size_t>(count)});
-    isFirst = false;
     const bool isFinal = count < blockSize;
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
     if (status != XML_STATUS_OK || isFinal) return status;

@@ -45,10 +45,7 @@ void XML10Driver::guardParse(Parse parse) {
 void XML10Driver::parse(std::istream& stream) {
   guardParse([&] {
     setupParser();
-    const XML_Status status =
-        parseStream(parser_.get(), stream, kBlockSize,
-                    [&](std::string_view start) { chooseEncoding(parser_.get(), start); });
-    if (status != XML_STATUS_OK) reportError();
+    if (parseEntity(parser_.get(), stream, kBlockSize) != XML_STATUS_OK) reportError();
     endDocument();
   });
 }
@@ -101,6 +98,40 @@ void XML10Driver::handlerThrew() {
   XML_StopParser(document_->current().parser, XML_FALSE);
 }
 
+namespace {
+
+/// Reads the octets that a stream's buffer has. Where it has none, it waits for one at least.
+/// @return how many; 0 at the end
+std::streamsize readArrived(std::streambuf* source, char* octets, std::streamsize most) {
+  if (source == nullptr || source->sgetc() == std::streambuf::traits_type::eof()) return 0;
+  return source->sgetn(octets, std::clamp<std::streamsize>(source->in_avail(), 1, most));
+}
+
+bool showsEncoding(std::string_view start) {
+  return declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).has_value();
+}
+
+}  // namespace
+
+XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, int blockSize) {
+  for (bool isFirst = true;; isFirst = false) {
+    auto* const block = static_cast<char*>(XML_GetBuffer(parser, blockSize));
+    if (block == nullptr) return XML_STATUS_ERROR;
+    std::string_view octets;
+    std::streamsize count = 0;
+    do {
+      // The stream's buffer is read, so that the stream's state has no influence.
+      char* const free = block + octets.size();
+      count = readArrived(stream.rdbuf(), free, block + blockSize - free);
+      octets = {block, octets.size() + static_cast<std::size_t>(count)};
+    } while (isFirst && count > 0 && !showsEncoding(octets));
+    if (isFirst) chooseEncoding(parser, octets);
+    const bool isFinal = octets.empty();
+    const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), isFinal);
+    if (status != XML_STATUS_OK || isFinal) return status;
+  }
+}
+
 void XML10Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
   const auto isAt = [start](std::size_t i, char octet) {
     return i < start.size() && start[i] == octet;
@@ -119,7 +150,7 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
   const bool isFirst = start.empty();
   if (!isFirst) start += front;
   const std::string_view known = isFirst ? front : std::string_view(start);
-  if (!isFinal && !declaresUTF8ByAnotherName(known.substr(0, kLongestDeclaration))) {
+  if (!isFinal && !showsEncoding(known)) {
     if (isFirst) start = front;
     return XML_STATUS_OK;
   }

@@ -34,12 +34,14 @@ struct XML10Settings {
   static constexpr double kAmplificationFactor = 100;
   static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} * 1024 * 1024;
   static constexpr std::uint64_t kMaximumDepth = UINT64_MAX;
+  static constexpr bool kReparseDeferral = true;
 
   Features features;
   std::optional<std::string> baseURI;
   double amplificationFactor = kAmplificationFactor;
   std::uint64_t amplificationThreshold = kAmplificationThreshold;
   std::uint64_t maximumDepth = kMaximumDepth;
+  bool reparseDeferral = kReparseDeferral;
 };
 
 /// What an application can get about the last document that has begun.
@@ -181,6 +183,10 @@ class XML10Driver : public EventTarget {
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
+  /// Gives a whole entity to its parser, in blocks of what has arrived: where a stream waits, as a
+  /// socket does, all events of the octets before have been reported.
+  /// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
+  XML_Status parseEntity(XML_Parser parser, std::istream& stream, int blockSize);
   /// Prepares a parser for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(XML_Parser parser, std::string_view start);
   bool makeReady() override;

@@ -68,9 +68,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
-    const XML_Status status =
-        parseStream(child.get(), *stream, kEntityBlockSize,
-                    [&](std::string_view start) { chooseEncoding(child.get(), start); });
+    const XML_Status status = parseEntity(child.get(), *stream, kEntityBlockSize);
     if (document.failure) return;
     if (status == XML_STATUS_ERROR) failAsParser();
     document.entityOctets += document.current().octetsRead();

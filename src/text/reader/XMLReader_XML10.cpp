@@ -36,6 +36,8 @@ class XMLReader_XML10::Driver : public text::XML10Driver {
            access(properties::entityAmplificationThreshold, settings.amplificationThreshold,
                   XML10Settings::kAmplificationThreshold) ||
            access(properties::maximumDepth, settings.maximumDepth, XML10Settings::kMaximumDepth) ||
+           access(properties::reparseDeferral, settings.reparseDeferral,
+                  XML10Settings::kReparseDeferral) ||
            access(properties::documentXMLVersion, ReadOnly{facts.version}) ||
            access(properties::standalone, ReadOnly{facts.standalone}) ||
            access(properties::lossCount, ReadOnly{facts.losses});

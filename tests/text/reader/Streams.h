@@ -34,6 +34,19 @@ class NotingBuffer : public std::streambuf {
   const std::vector<Read>& reads() const { return reads_; }
 
  protected:
+  int_type underflow() override {
+    if (beforeRead) beforeRead(reads_.size());
+    return position_ == text_.size() ? traits_type::eof()
+                                     : traits_type::to_int_type(text_[position_]);
+  }
+  int_type uflow() override {
+    const int_type next = underflow();
+    if (next != traits_type::eof()) ++position_;
+    return next;
+  }
+  std::streamsize showmanyc() override {
+    return std::min<std::streamsize>(static_cast<std::streamsize>(text_.size() - position_), limit);
+  }
   std::streamsize xsgetn(char* target, std::streamsize asked) override {
     if (beforeRead) beforeRead(reads_.size());
     const std::streamsize rest = static_cast<std::streamsize>(text_.size() - position_);
