@@ -52,11 +52,14 @@ struct StringTableForm {
   bool isEncoded = false;
 };
 
+/// With external linkage, as what refers to it has; the public constant has internal linkage.
+inline constexpr auto kXMLNamespaceName = std::to_array(namespaces::xml);
+
 inline constexpr std::array<StringTableForm, kStringTables> kStringTableForms = {{
     {EntryKind::alphabet, &ExternalVocabulary::restrictedAlphabets},
     {EntryKind::uri, &ExternalVocabulary::encodingAlgorithms},
     {EntryKind::name, &ExternalVocabulary::prefixes, "xml"},
-    {EntryKind::uri, &ExternalVocabulary::namespaceNames, namespaces::xml},
+    {EntryKind::uri, &ExternalVocabulary::namespaceNames, kXMLNamespaceName.data()},
     {EntryKind::name, &ExternalVocabulary::localNames},
     {EntryKind::name, &ExternalVocabulary::otherNCNames},
     {EntryKind::uri, &ExternalVocabulary::otherURIs},
