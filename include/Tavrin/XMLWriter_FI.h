@@ -15,10 +15,6 @@
 
 namespace Tavrin {
 
-namespace fastinfoset {
-class Encoder;
-}  // namespace fastinfoset
-
 /// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI". Its octets
 /// are fixed, oddities included, for programs that rely on them; all others choose XMLWriter_X891,
 /// whose documents every reader understands.
@@ -169,10 +165,8 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   BuiltInAlgorithms builtIn_;            ///< The algorithms.
 
  private:
-  void checkTag(const std::string& localName, const Attributes& attributes);
-  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
-
-  const std::unique_ptr<fastinfoset::Encoder> encoder_;
+  class Encoder;
+  const std::unique_ptr<Encoder> encoder_;
 
   static const XMLWriterType type_;
 };

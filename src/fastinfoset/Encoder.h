@@ -181,7 +181,6 @@ class Encoder {
   void clearTables();
   /// Whether a value, chunk or other string is to enter its table when it is written.
   bool isIndexed(unsigned table, const std::string& text) const;
-  KnownNames& known() { return known_; }
 
  protected:
   unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
