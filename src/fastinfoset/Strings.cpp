@@ -4,6 +4,7 @@
 #include "Decoder.h"
 #include "Encoder.h"
 #include "RestrictedAlphabet.h"
+#include "format/AlgorithmField.h"
 #include "format/Octets.h"
 
 // Strings: identifying and non-identifying strings, character chunks in other encodings than UTF-8,
@@ -247,13 +248,8 @@ Decoder::Field Decoder::decodeChunkField(unsigned octet) {
 }
 
 void Encoder::encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length) {
-  if (chunk) {
-    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
-    putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);
-  } else {
-    put(kStringAlgorithm | field >> kStringFieldLowBits);
-    putInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length);
-  }
+  const auto encoded = fastinfoset::encodeAlgorithmField(chunk, field, length);
+  write(encoded.octets.data(), encoded.length);
 }
 
 EncodingAlgorithm* Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {

@@ -6,7 +6,7 @@
 #include "X891Encoder.h"
 
 // The writer as an object, its properties, the life of a document, and what enters the tables. The
-// other events are in X891Prolog.cpp, X891Elements.cpp, X891Content.cpp and X891Algorithms.cpp.
+// other events are in X891EncoderProlog.cpp, X891EncoderElements.cpp, X891EncoderContent.cpp and X891EncoderAlgorithms.cpp.
 
 namespace Tavrin {
 
