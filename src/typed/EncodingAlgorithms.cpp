@@ -55,7 +55,8 @@ void checkEncodedLength(int algorithm, std::uint64_t length) {
 
 namespace {
 
-/// Decodes a value whose items take as many octets as Encoded has.
+/// Decodes a value.
+/// @tparam Encoded a type of the size of an encoded item
 template <typename Encoded, typename Holder>
 EncodedData& decode(int algorithm, uint32_t length, istream& stream, Holder& holder) {
   checkEncodedLength(algorithm, length);
@@ -63,7 +64,7 @@ EncodedData& decode(int algorithm, uint32_t length, istream& stream, Holder& hol
   return holder;
 }
 
-/// Lengths are 32-bit numbers; a longer value loses the upper half of its length.
+/// Encodes a value. Its length is written modulo 2^32.
 template <typename Encoded, typename Value>
 void encode(const EncodingAlgorithm& algorithm, int index, bool chunk, const Value& value,
             ostream& stream) {

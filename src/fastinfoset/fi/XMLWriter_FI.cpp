@@ -116,7 +116,7 @@ void* XMLWriter_FI::getProperty(const std::string& name) {
 void XMLWriter_FI::startDocument() {
   XMLWriter::startDocument();
   pendingTerminator_ = false;
-  // A document that went on counting in the tables of another could not be read by itself.
+  // A document with indices of another document's tables could not be read by itself.
   encoder_->clearTables();
   if (out_ == nullptr) return;
   encoder_->perform([this] { encoder_->encodeHeader(0); });
@@ -249,7 +249,7 @@ void XMLWriter_FI::octets(const std::string& uri, int index, const std::string& 
   if (!out_) return;
   // Number and length have the same form for every algorithm.
   builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), *out_);
-  encoder_->putOctets(data);
+  encoder_->write(data);
 }
 
 EncodingAlgorithm* XMLWriter_FI::getEncodingAlgorithm(const std::string& uri, int index) {
