@@ -48,8 +48,8 @@ class TAVRIN_API EncodingAlgorithmAttributes : public Attributes {
 /// writers get typed values.
 ///
 /// Access by a position outside the list, or by a name that is not in it, throws std::out_of_range
-/// with the text "vector::_M_range_check". getValue by position makes the text of a typed value
-/// when it is first asked for, and keeps it; getValue by name does not, so it is empty until then.
+/// with the text "vector::_M_range_check". The first getValue by position of a typed value converts
+/// it to text, which is kept; getValue by name does not convert, so its result is empty until then.
 /// For that reason threads must not share a list, even to read it.
 class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttributes {
  public:
@@ -59,7 +59,7 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
     std::string localName;      ///< Name without prefix.
     std::string qName;          ///< Name with prefix and colon.
     std::string type;           ///< Type text.
-    mutable std::string value;  ///< Text; of a typed value, once it was asked for.
+    mutable std::string value;  ///< Text; of a typed value, after getValue.
     std::string algorithmURI;   ///< URI of an application-defined algorithm, otherwise empty.
     std::int32_t algorithmIndex = -1;            ///< Number of the algorithm; -1 for text.
     std::unique_ptr<EncodedData> algorithmData;  ///< Typed value; null for text.
@@ -111,7 +111,7 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   /// @throws std::length_error "vector::reserve" for a negative length
   void copyAttributes(const EncodingAlgorithmAttributes& other);
 
-  /// Appends an attribute whose value is text. Nothing is checked: names may stand more than once.
+  /// Appends an attribute whose value is text. Nothing is checked, not even that names are unique.
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
                     const std::string& type, const std::string& value);
   /// Appends an attribute with a typed value.
@@ -121,7 +121,7 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
   /// @param type           type text, for example "CDATA"
   /// @param algorithmURI   URI of an application-defined algorithm, otherwise empty
   /// @param algorithmIndex number of the algorithm; see Tavrin::algorithms
-  /// @param data           the value; the list takes it over
+  /// @param data           the value, which the list owns from now on
   void addAttribute(const std::string& uri, const std::string& localName, const std::string& qName,
                     const std::string& type, const std::string& algorithmURI, int algorithmIndex,
                     std::unique_ptr<EncodedData> data);

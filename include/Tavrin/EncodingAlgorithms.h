@@ -1,5 +1,5 @@
 /// @file
-/// Encoding algorithms: how typed values become octets of a Fast Infoset document and back
+/// Encoding algorithms: they convert typed values to octets of a Fast Infoset document and back
 /// (X.891, clause 10). All numbers are big-endian.
 #pragma once
 
@@ -16,8 +16,8 @@
 
 namespace Tavrin {
 
-/// The numbers by which the library and the stream call the built-in algorithms: the standard's
-/// index minus 1. They have internal linkage, like the identifiers: a shared object that uses one
+/// The numbers of the built-in algorithms in the library and in documents: the standard's index
+/// minus 1. They have internal linkage, like the identifiers: a shared object that uses one
 /// can be unloaded.
 namespace algorithms {
 constexpr int hexadecimal = 0;   ///< Octets with hexadecimal text.
@@ -41,15 +41,15 @@ class TAVRIN_API EncodingAlgorithm {
   virtual ~EncodingAlgorithm();
 
   /// Decodes a value.
-  /// @param length the number of octets; just these are read, and none beyond. The built-in
-  ///               algorithms allocate the memory for as many before they read, so a caller that
-  ///               does not trust the length makes sure that they are there
-  /// @param stream stands after the length of the encoded data. An early end shows in
-  ///               the stream's state; the value is then meaningless. Of the built-in algorithms
-  ///               it has its full length: each octet that is missing counts as 0xFF, and the rest
-  ///               of a string is what it was, or zero
-  /// @return the algorithm's own holder, valid until it decodes again; EncodedData::clone takes the
-  ///         value over
+  /// @param length the number of octets; exactly these are read. The built-in algorithms allocate
+  ///               memory for all of them before they read, so a caller that does not trust the
+  ///               length first checks that the octets are there
+  /// @param stream positioned after the length of the encoded data. The stream's state shows
+  ///               whether it ended early; the value is then meaningless. That of a built-in
+  ///               algorithm has its full length: each octet that is missing counts as 0xFF, and
+  ///               the rest of a string is what it was, or zero
+  /// @return the algorithm's own holder, valid until it decodes again; EncodedData::clone moves the
+  ///         value
   /// @throws EncodingAlgorithmException for a length that the values cannot have, before anything
   ///         is read
   virtual EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) = 0;
@@ -61,10 +61,10 @@ class TAVRIN_API EncodingAlgorithm {
   /// @throws std::bad_cast for a holder of another type, before anything is written
   virtual void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) = 0;
 
-  /// Writes what introduces encoded data: the form, the algorithm and the length (X.891, C.19 and
+  /// Writes what precedes encoded data: the form, the algorithm and the length (X.891, C.19 and
   /// C.23 in attribute values, C.20 and C.24 in content).
   ///
-  /// Empty content is left out: nothing is written. An empty attribute value is the octet 0xFF.
+  /// Empty content is omitted: nothing is written. An empty attribute value is the octet 0xFF.
   /// @param index  the algorithm's number, 0 to 255; see Tavrin::algorithms
   /// @param chunk  true for content of an element, false for the value of an attribute
   /// @param length the number of octets that the caller writes next
@@ -75,7 +75,7 @@ class TAVRIN_API EncodingAlgorithm {
 /// The algorithms that an application adds, by URI. The map owns nothing.
 using EncodingAlgorithmMap = std::map<std::string, EncodingAlgorithm*>;
 
-/// Octets that stand for hexadecimal text; they are carried as they are (X.891, 10.2).
+/// Octets whose text is hexadecimal; they are not converted (X.891, 10.2).
 class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
  public:
   EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;
@@ -87,7 +87,7 @@ class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
   HexadecimalData holder_;
 };
 
-/// Octets that stand for base64 text; they are carried as they are (X.891, 10.3).
+/// Octets whose text is base64; they are not converted (X.891, 10.3).
 class TAVRIN_API Base64EncodingAlgorithm : public EncodingAlgorithm {
  public:
   EncodedData& decodeFromInputStream(std::uint32_t length, std::istream& stream) override;

@@ -36,11 +36,11 @@ constexpr char registeredEncodingAlgorithms[] =
 constexpr char externalVocabularies[] =
     "http://jvnet.org/fastinfoset/parser/properties/external-vocabularies";
 
-/// "XML10" and "X891": the version of XML that the document states, a `std::string`. Of a reader it
-/// can only be asked, from startDocument on.
+/// "XML10" and "X891": the version of XML that the document states, a `std::string`. A reader only
+/// reports it, from startDocument on.
 constexpr char documentXMLVersion[] = "http://xml.org/sax/properties/document-xml-version";
-/// "XML10" and "X891": what the document states of being standalone, a `bool`; null where it states
-/// nothing. Of a reader it can only be asked, from startDocument on.
+/// "XML10" and "X891": whether the document states that it is standalone, a `bool`; null where it
+/// states nothing. A reader only reports it, from startDocument on.
 constexpr char standalone[] = "http://tavrin/sax/properties/standalone";
 
 /// Reader "XML10": the URI of the document, a `std::string`, against which relative system
@@ -55,7 +55,7 @@ constexpr char entityAmplificationFactor[] =
 constexpr char entityAmplificationThreshold[] =
     "http://tavrin/sax/properties/entity-amplification-threshold";
 /// Reader "XML10": how often ErrorHandler::warning has reported something that the document holds
-/// and no event can report, a `std::uint64_t`. It can only be asked, also in warning, and counts in
+/// and no event can report, a `std::uint64_t`. It can only be read, also in warning, and refers to
 /// the last document that has begun.
 constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
 /// Reader "XML10": whether expat waits before it tries a token again that the octets so far cut in
@@ -72,38 +72,38 @@ constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
 
 /// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
 constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
-/// Writer "XML10": what attribute values stand in, a `char`: apostrophe (the default) or quotation
-/// mark.
+/// Writer "XML10": the character that delimits attribute values, a `char`: apostrophe (the default)
+/// or quotation mark.
 constexpr char quoteCharacter[] = "http://tavrin/sax/properties/quote-character";
 
 /// Reader "X891": how many octets may be delivered from tables for each octet of the document, a
 /// `double` of at least 1. It stops a document of a few octets that stores one long string or name
-/// and refers to it again and again. What a restricted alphabet, booleans or an algorithm of the
-/// application make of fewer octets counts alike. Default 1000.
+/// and refers to it again and again. Text that a restricted alphabet, booleans or an algorithm of
+/// the application decode from fewer octets counts likewise. Default 1000.
 constexpr char amplificationFactor[] = "http://tavrin/fastinfoset/properties/amplification-factor";
 /// Reader "X891": how many octets may be delivered from tables before the factor counts, a
 /// `std::uint64_t`. Default 8 MiB.
 constexpr char amplificationThreshold[] =
     "http://tavrin/fastinfoset/properties/amplification-threshold";
-/// "X891": how many octets the tables of a document may take together, a `std::uint64_t`. A string
-/// counts with its length and 128 octets, a name with three times the length of its parts and 320:
-/// no less than what a reader takes for them. In a reader, what it keeps beside the tables counts
-/// alike as long as it is kept: namespace declarations of open elements, attributes of a start tag
-/// and what their text takes beyond its octets, what waits for the root element, identifiers of
-/// entities. It stops a document without an end that is nothing else. A reader refuses a document
-/// that needs more (default 512 MiB), a writer adds no more entries (default 64 MiB).
+/// "X891": how many octets of memory the tables of a document may need together, a `std::uint64_t`.
+/// A string counts as its length plus 128 octets, a name as three times the length of its parts
+/// plus 320: no less than a reader needs for them. In a reader, other things count likewise as long
+/// as they are kept: namespace declarations of open elements, attributes of a start tag and the
+/// memory that their text needs beyond its octets, items before the root element, identifiers of
+/// entities. It stops an endless document that consists of nothing else. A reader refuses a
+/// document that needs more (default 512 MiB), a writer adds no more entries (default 64 MiB).
 constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maximum-table-octets";
-/// Reader "X891": how many octets one string or typed value may take in the document, and the text
-/// of a restricted alphabet, UTF-16, booleans or an algorithm of the application, a
-/// `std::uint64_t`. It stops a single string without an end. Default 1 GiB.
+/// Reader "X891": how many octets one string or typed value may have in the document, and the text
+/// that is decoded from a restricted alphabet, UTF-16, booleans or by an algorithm of the
+/// application, a `std::uint64_t`. It stops a single endless string. Default 1 GiB.
 constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
-/// Writer "X891": up to which length in octets attribute values enter their table, a
-/// `std::uint64_t`. Default 32.
+/// Writer "X891": the greatest length in octets of attribute values that are added to their table,
+/// a `std::uint64_t`. Default 32.
 constexpr char indexedAttributeValueLength[] =
     "http://tavrin/fastinfoset/properties/indexed-attribute-value-length";
-/// Writer "X891": up to which length in octets character chunks enter their table, a
-/// `std::uint64_t`. Default 32.
+/// Writer "X891": the greatest length in octets of character chunks that are added to their table,
+/// a `std::uint64_t`. Default 32.
 constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/indexed-chunk-length";
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.
@@ -115,7 +115,8 @@ constexpr char externalVocabulary[] = "http://tavrin/fastinfoset/properties/exte
 
 /// Identifiers for setFeature and getFeature.
 namespace features {
-/// Text writer: begin every tag, comment, instruction and declaration on a new line. Default off.
+/// Text writer: begin every tag, comment, processing instruction and declaration on a
+/// new line. Default off.
 constexpr char autoIndent[] = "http://tavrin/sax/features/auto-indent";
 /// Text writer: write an element without content as an empty-element tag. Default on.
 constexpr char emptyTags[] = "http://tavrin/sax/features/empty-tags";
@@ -136,9 +137,9 @@ constexpr char externalParameterEntities[] =
 /// `xmlns`. Default off: they have no namespace.
 constexpr char xmlnsURIs[] = "http://xml.org/sax/features/xmlns-uris";
 /// Readers "XML10" and "X891": whether the document states that it is standalone. It can only be
-/// asked, from startDocument on.
+/// read, from startDocument on.
 constexpr char isStandalone[] = "http://xml.org/sax/features/is-standalone";
-/// Reader "XML10": whether documents are validated. It can only be asked: they are not.
+/// Reader "XML10": whether documents are validated. It can only be read: they are not.
 constexpr char validation[] = "http://xml.org/sax/features/validation";
 }  // namespace features
 

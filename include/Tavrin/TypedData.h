@@ -1,5 +1,5 @@
 /// @file
-/// Typed content: values that travel as numbers or octets, not as text.
+/// Typed content: values that are encoded as numbers or octets, not as text.
 #pragma once
 
 #include <Tavrin/Export.h>
@@ -15,7 +15,7 @@ namespace Tavrin {
 
 /// Receives typed content. Every operation does nothing unless it is overridden.
 ///
-/// What is passed stays with the caller and is valid during the call only.
+/// The arguments belong to the caller and are valid during the call only.
 class TAVRIN_API PrimitiveTypeContentHandler {
  public:
   virtual ~PrimitiveTypeContentHandler();
@@ -39,7 +39,7 @@ class TAVRIN_API EncodedData {
   virtual std::string toString() const = 0;
 
   /// Moves the value into a new holder of the same type, which the caller owns. This holder is
-  /// empty afterwards: a decoded value is taken over, not copied.
+  /// empty afterwards: a decoded value is moved, not copied.
   virtual std::unique_ptr<EncodedData> clone() = 0;
 
   /// Delivers the value to the handler's matching operation. The base delivers nothing.
@@ -52,7 +52,7 @@ class TAVRIN_API EncodedData {
   std::unique_ptr<EncodedData> copy() const { return copyEncodedData(); }
 
  protected:
-  /// What copy does. Its name is one that a holder of an application does not have by accident.
+  /// Implements copy. A holder of an application is unlikely to have an operation of this name.
   virtual std::unique_ptr<EncodedData> copyEncodedData() const;
 };
 
@@ -207,7 +207,7 @@ class TAVRIN_API EncodingAlgorithmContentHandler {
   /// Decoded content.
   /// @param uri   names an application-defined algorithm; empty for the others
   /// @param index the algorithm's field: its index in the standard's table minus 1
-  /// @param data  the value; a handler that keeps it takes a copy (EncodedData::copy)
+  /// @param data  the value; a handler that keeps it copies it (EncodedData::copy)
   virtual void object(const std::string& uri, int index, const EncodedData& data);
 };
 

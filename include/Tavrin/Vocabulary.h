@@ -1,6 +1,6 @@
 /// @file
-/// External vocabularies: tables that reader and writer of a Fast Infoset document agree on
-/// beforehand (X.891, 7.2.13).
+/// External vocabularies: tables that the reader and the writer of a Fast Infoset document have
+/// agreed on (X.891, 7.2.13).
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ namespace Tavrin {
 struct StringTable {
   const char* const* entries = nullptr;  ///< The defined entries; a null text is the empty string.
   std::uint32_t definedCount = 0;        ///< How many entries there are.
-  /// How many index positions the table takes up, at least definedCount. An index from
-  /// definedCount up to here is invalid; the document's own entries begin after it.
+  /// How many index positions the table has, at least definedCount. An index from definedCount up
+  /// to this number is invalid; the document's own entries begin at it.
   std::uint32_t occupiedCount = 0;
 };
 
@@ -41,7 +41,7 @@ struct ExternalVocabulary {
   StringTable otherURIs;                       ///< System and public identifiers.
   StringTable attributeValues;                 ///< Attribute values.
   StringTable contentCharacterChunks;          ///< Character chunks.
-  StringTable otherStrings;                    ///< Comments, data of instructions, versions.
+  StringTable otherStrings;                    ///< Comments, data, versions.
   QualifiedNameTable elementNameSurrogates;    ///< Element names.
   QualifiedNameTable attributeNameSurrogates;  ///< Attribute names.
 };

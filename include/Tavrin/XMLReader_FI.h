@@ -39,8 +39,8 @@ namespace Tavrin {
 /// encodingAlgorithmContentHandler, registeredEncodingAlgorithms and externalVocabularies of
 /// Tavrin::properties. None is owned.
 ///
-/// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
-/// and the content handler; the primitive type handler (built-in algorithms); the encoding
+/// Typed content is reported to the first of these that is set: for a CDATA section the lexical
+/// handler and the content handler; the primitive type handler (built-in algorithms); the encoding
 /// algorithm handler; the content handler, as text. A typed value belongs to its algorithm and is
 /// valid during the call.
 ///
@@ -56,8 +56,9 @@ namespace Tavrin {
 /// - Of an algorithm's number in content, bit 0x40 is not read.
 /// - Version, character encoding scheme, additional data and entity references are printed to
 ///   standard output and delivered to no handler.
-/// - An external vocabulary, restricted alphabets and algorithm URIs stay for the documents that
-///   follow, until another document brings its own.
+/// - An external vocabulary, restricted alphabets and algorithm URIs are also used for the
+/// documents
+///   that follow, until another document has its own.
 class TAVRIN_API XMLReader_FI : public XMLReader {
  public:
   /// A name as the surrogate tables hold it; a part that is absent is empty.
@@ -86,8 +87,9 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
 
  protected:
   /// @name Integers (X.891, C.21 to C.28)
-  /// Each takes the octet in which the integer begins and reads those that follow. Bits that do not
-  /// belong to the integer are ignored; a form that does not exist is refused with a SAXException.
+  /// The argument is the octet in which the integer begins; those that follow are read. Bits that
+  /// do not belong to the integer are ignored; a form that does not exist is refused with a
+  /// SAXException.
   /// @{
 
   /// A position that begins on the second bit (C.25).
@@ -113,7 +115,8 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// An entry of a table: the external entries first, then the document's own. Either may be null.
   std::string getString(unsigned long index, const std::vector<std::string>* table,
                         const StringTable* external) const;
-  /// A non-identifying string whose first octet was read. What is not decoded leaves `out` alone.
+  /// A non-identifying string whose first octet was read. Where it is not decoded, `out` is
+  /// unchanged.
   void decodeString(int octet, std::vector<std::string>* table, const StringTable* external,
                     std::string& out);
   /// A non-identifying string.
@@ -150,7 +153,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @{
 
   /// Decodes an element, with all that is in it, whose first octet was read.
-  /// @return true when it ended with a double terminator that also ends what it stands in
+  /// @return true when it ended with a double terminator that also ends what contains it
   bool decodeElement(int octet);
   /// Decodes the namespace declarations of an element (C.12).
   /// @param declarations receives prefix, namespace name, prefix, namespace name, ...
@@ -177,7 +180,7 @@ class TAVRIN_API XMLReader_FI : public XMLReader {
   /// @param uri   receives the URI of an application-defined algorithm
   EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
   void decodeComment();                ///< Decodes and delivers a comment (C.8).
-  void decodeProcessingInstruction();  ///< Decodes and delivers an instruction (C.5).
+  void decodeProcessingInstruction();  ///< Decodes and delivers one (C.5).
   /// Decodes and prints an entity reference whose first octet was read (C.6).
   void decodeUnexpandedEntityReference(int octet);
   /// @}

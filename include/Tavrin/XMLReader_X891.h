@@ -1,5 +1,5 @@
 /// @file
-/// The reader of Fast Infoset documents that follows ITU-T X.891 to the letter.
+/// The reader of Fast Infoset documents that follows ITU-T X.891.
 #pragma once
 
 #include <Tavrin/EncodingAlgorithms.h>
@@ -14,9 +14,9 @@
 namespace Tavrin {
 
 /// Reads Fast Infoset documents as ITU-T X.891 | ISO/IEC 24824-1 defines them, whoever wrote them;
-/// registered as "X891". It is the reader of Fast Infoset to choose, also for documents from
-/// strangers: what it delivers can be written as XML 1.0 with namespaces, or the document is
-/// refused, and limits bound what a document costs.
+/// registered as "X891". It is the reader of Fast Infoset to choose, also for documents that are
+/// not trusted: what it reports can be written as XML 1.0 with namespaces, or the document is
+/// refused, and limits bound the memory and time that a document needs.
 ///
 /// @code
 /// XMLWriter_XML10 writer;
@@ -38,23 +38,23 @@ namespace Tavrin {
 /// startDocument; one that states 1.1 may undeclare prefixes.
 ///
 /// The format does not hold the name of the document type. That of the root element is reported, so
-/// all that stands between the document type declaration and the root element is reported together
-/// with the root element. Notations and unparsed entities come between startDTD and endDTD; where a
+/// everything between the document type declaration and the root element is reported together with
+/// the root element. Notations and unparsed entities come between startDTD and endDTD; where a
 /// document has some but no document type declaration, a startDTD without identifiers and an endDTD
 /// are reported before the root element.
 ///
 /// The format gives identifiers to references to entities, where XML declares a name once. They are
 /// reported to DeclHandler::externalEntityDecl before the first reference to the name that has
 /// some, in the content; ContentHandler::skippedEntity reports each reference. References to one
-/// name with different identifiers are refused: no declaration in XML could stand for both.
+/// name with different identifiers are refused: no declaration in XML could declare both.
 ///
-/// Typed content goes to the first of these that is there: for a CDATA section the lexical handler
-/// and the content handler; the primitive type handler (which takes no UUIDs); the encoding
-/// algorithm handler; the content handler, as text. The text of numbers is the same in every
-/// locale; that of floating-point numbers has as many digits as it takes to read the same numbers
-/// again, and INF, -INF and NaN as XML Schema spells them. Data of an algorithm that is neither
-/// built in nor registered goes to the encoding algorithm handler as octets, or is refused without
-/// one; in an attribute it is refused.
+/// Typed content is reported to the first of these that is set: for a CDATA section the lexical
+/// handler and the content handler; the primitive type handler (which has no operation for UUIDs);
+/// the encoding algorithm handler; the content handler, as text. The text of numbers is the same in
+/// every locale; that of floating-point numbers has as many digits as are needed to read the same
+/// numbers again, and INF, -INF and NaN as XML Schema spells them. Data of an algorithm that is
+/// neither built in nor registered is reported to the encoding algorithm handler as octets, or is
+/// refused without one; in an attribute it is refused.
 ///
 /// Failures of a document are reported to ErrorHandler::fatalError and thrown as a
 /// SAXParseException with the line -1 and, as column, the number of octets of the document that
@@ -63,12 +63,12 @@ namespace Tavrin {
 /// document. After either, the reader can read another document.
 ///
 /// The reader consumes no octet after the document's last one, so documents may follow each other
-/// on one stream; all tables start fresh with each. Elements may be nested as deep as memory and
-/// Tavrin::properties::maximumDepth allow; a level takes at most 24 octets of memory (72 if its
-/// name is in an external vocabulary), its namespace declarations what maximumTableOctets counts
-/// them for. Whatever a document claims, memory is bounded by the limits and a small multiple of
-/// what has arrived. The message of a failure at a limit ends with its property: `Literal longer
-/// than 100 octets (property maximum-literal-octets)`.
+/// on one stream; all tables are empty at the beginning of each. Elements may be nested as deep as
+/// memory and Tavrin::properties::maximumDepth allow; a level needs at most 24 octets of memory (72
+/// if its name is in an external vocabulary), and its namespace declarations what
+/// maximumTableOctets counts for them. Whatever a document claims, memory is bounded by the limits
+/// and a small multiple of what has arrived. The message of a failure at a limit ends with its
+/// property: `Literal longer than 100 octets (property maximum-literal-octets)`.
 ///
 /// Properties, of Tavrin::properties: lexicalHandler, declarationHandler,
 /// primitiveTypeContentHandler, encodingAlgorithmContentHandler, registeredEncodingAlgorithms,
@@ -83,11 +83,11 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// A new reader without handlers.
   static std::unique_ptr<XMLReader> create();
 
-  /// @throws SAXException for a property that can only be asked, and for an amplification factor
+  /// @throws SAXException for a property that can only be read, and for an amplification factor
   ///         below 1
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
-  /// @throws SAXException for isStandalone, which can only be asked
+  /// @throws SAXException for isStandalone, which can only be read
   void setFeature(const std::string& name, bool value) override;
   bool getFeature(const std::string& name) override;
 
@@ -99,16 +99,16 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   void parse(std::istream& stream) override;
 
   /// Reads the next block of a document; see XMLReader::parse. Blocks may have any size. Each event
-  /// is reported by the call that brings its last octet; what is kept of a block is the beginning
-  /// of the item that is not complete.
+  /// is reported by the call that has its last octet; of a block, only the beginning of an item
+  /// that is not complete is kept.
   ///
-  /// A document ends with its last octet: the call that brings it reports the end, whether the
-  /// block is said to be the final one or not, and the next call begins another document.
-  /// @param data null for an empty block; not used after the call
-  /// @param size octets of the block
+  /// A document ends with its last octet: the call that has it reports the end, whether the block
+  /// is final or not, and the next call begins another document.
+  /// @param data    null for an empty block; not used after the call
+  /// @param size    octets of the block
   /// @param isFinal whether a document that is not complete has no more octets. An empty final
   /// block
-  ///                after a document that is complete does nothing.
+  ///                after a complete document does nothing.
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
@@ -117,7 +117,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   unsigned long unusedOctets() const;
 
  protected:
-  /// The algorithm of a field, or null (C.29). A derived reader may put another in its place.
+  /// The algorithm of a field, or null (C.29). A derived reader may return another one.
   /// @param field the algorithm's number; see Tavrin::algorithms
   /// @param uri   receives the URI of an application-defined algorithm
   virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);

@@ -15,10 +15,6 @@
 
 namespace Tavrin {
 
-namespace fastinfoset {
-class Encoder;
-}  // namespace fastinfoset
-
 /// Writes Fast Infoset documents (ITU-T X.891) for the "FI" reader; registered as "FI". Its octets
 /// are fixed, oddities included, for programs that rely on them; all others choose XMLWriter_X891,
 /// whose documents every reader understands.
@@ -34,21 +30,22 @@ class Encoder;
 /// writer.endDocument();
 /// @endcode
 ///
-/// Beside the events of XML it takes typed content, through PrimitiveTypeContentHandler and
+/// Besides the events of XML it accepts typed content, through PrimitiveTypeContentHandler and
 /// EncodingAlgorithmContentHandler, and typed attribute values, when the attributes of startElement
 /// are an EncodingAlgorithmAttributes. Names and short strings (under 7 octets) enter tables and
-/// are written as an index when they come again; the tables are emptied by startDocument.
+/// are written as an index when they are repeated; the tables are emptied by startDocument.
 ///
 /// Things to know before relying on it:
 /// - Namespace declarations come from startPrefixMapping alone; attributes in the namespace of
 ///   `xmlns` are left out. A prefix or namespace name that was never declared is refused.
-/// - Ignorable white space, the document type, declarations and entity boundaries leave no trace.
+/// - Ignorable white space, the document type, declarations and entity boundaries are not written.
 /// - Text before a CDATA section is written as a part of the section.
-/// - A document in which the 17th or a later distinct short chunk of text is repeated does not come
-///   back: the index is written without the marker of its form, so a reader takes its first octet
-///   for another chunk and the rest for the next item. Most such documents are refused, some are
-///   read as other documents.
-/// - The URI of octets is not written: the algorithm is known by its number alone.
+/// - A document in which the 17th or a later distinct short chunk of text is repeated cannot be
+/// read
+///   again: the index is written without the marker of its form, so a reader decodes its first
+///   octet as another chunk and the rest as the next item. Most such documents are refused, some
+///   are read as other documents.
+/// - The URI of octets is not written: the algorithm is identified by its number alone.
 /// - Integers of ints are cut to their low 32 bits.
 /// - Typed content is accepted at any point; it is not checked against the state of the document.
 class TAVRIN_API XMLWriter_FI : public XMLWriter,
@@ -74,7 +71,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   static std::unique_ptr<XMLWriter> create();
 
   /// @name Events
-  /// As in XMLWriter. Each first refuses what may not come now.
+  /// As in XMLWriter. An event that is not allowed at this point is refused first.
   /// @{
   void startDocument() override;
   void endDocument() override;
@@ -131,7 +128,7 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   /// @param index the position in a table, from 0
   void encodeIndex(int bits, unsigned int index);
   /// Writes a non-identifying string, or its index (C.14).
-  /// @param table      where to look it up; may be null
+  /// @param table      where an index is searched; may be null
   /// @param addToTable whether a literal is added to the table
   /// @param text       the string
   void encodeString(std::map<std::string, unsigned int>* table, bool addToTable,
@@ -169,10 +166,8 @@ class TAVRIN_API XMLWriter_FI : public XMLWriter,
   BuiltInAlgorithms builtIn_;            ///< The algorithms.
 
  private:
-  void checkTag(const std::string& localName, const Attributes& attributes);
-  EncodingAlgorithm& algorithmOrThrow(const std::string& uri, int index);
-
-  const std::unique_ptr<fastinfoset::Encoder> encoder_;
+  class Encoder;
+  const std::unique_ptr<Encoder> encoder_;
 
   TAVRIN_LOCAL static const XMLWriterType type_;
 };

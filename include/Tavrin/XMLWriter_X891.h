@@ -1,5 +1,5 @@
 /// @file
-/// The writer of Fast Infoset documents as the standard has them.
+/// The writer of Fast Infoset documents that follows ITU-T X.891.
 #pragma once
 
 #include <Tavrin/EncodingAlgorithms.h>
@@ -31,10 +31,10 @@ namespace Tavrin {
 /// reader.parse(text);
 /// @endcode
 ///
-/// It takes the events of XMLWriter and typed content, and writes what the format can hold: the
+/// It accepts the events of XMLWriter and typed content, and writes what the format can hold: the
 /// identifiers of the document type and its processing instructions, notations, unparsed entities,
 /// references to entities that were skipped, CDATA sections, white space. The name of the document
-/// type, its comments and other declarations, and the boundaries of entities leave no trace. A
+/// type, its comments and other declarations, and the boundaries of entities are not written. A
 /// document type that has nothing but notations and unparsed entities needs no item of its own:
 /// they belong to the document.
 ///
@@ -45,26 +45,26 @@ namespace Tavrin {
 /// valid, or missing in an unparsed entity; a document without a root element; a vocabulary that is
 /// unknown or not possible (see setProperty); and limits, with the property that would change them.
 ///
-/// What fails for another reason, in the attributes that are given, in the stream, or for want of
-/// memory, leaves no trace either where nothing of the event may have been written. Otherwise every
-/// further event is refused (`The document cannot go on after a failure: the writer must be
+/// An event that fails for another reason, in the attributes that are given, in the stream, or for
+/// lack of memory, has no effect either where none of its octets may have been written. Otherwise
+/// every further event is refused (`The document cannot go on after a failure: the writer must be
 /// reset`), until reset.
 ///
 /// Attributes that are namespace declarations count as startPrefixMapping, unless it has reported
 /// them already: those whose qualified name is `xmlns` or begins with `xmlns:`, and, without a
 /// qualified name, those in the namespace of declarations. `xml` needs no declaration. White space
-/// before the data of a processing instruction is left out: in XML text it does not belong to the
-/// data. Empty identifiers of the document type and of notations are left out.
+/// before the data of a processing instruction is omitted: in XML text it does not belong to the
+/// data. Empty identifiers of the document type and of notations are omitted.
 ///
-/// Names and identifiers always enter the tables of a reader, and so those of the writer, whatever
-/// their size. A document whose tables would take more than 512 MiB, or than
+/// A reader adds names and identifiers of any size to its tables, and so does the writer. A
+/// document whose tables would need more than 512 MiB, or than
 /// Tavrin::properties::maximumTableOctets if that is more, is refused. Values, chunks and other
-/// strings enter the tables up to a length (indexedAttributeValueLength, which other strings share,
-/// and indexedChunkLength), as long as the tables take no more than maximumTableOctets. No table
-/// has more than 2^20 entries.
+/// strings are added up to a length (indexedAttributeValueLength, also for other strings, and
+/// indexedChunkLength), as long as the tables need no more than maximumTableOctets. No table has
+/// more than 2^20 entries.
 ///
-/// All that precedes the root element is buffered until the root begins, because notations and
-/// unparsed entities stand before it all.
+/// Everything that precedes the root element is buffered until the root element begins, because
+/// notations and unparsed entities are written first.
 class TAVRIN_API XMLWriter_X891 : public XMLWriter,
                                   public PrimitiveTypeContentHandler,
                                   public EncodingAlgorithmContentHandler {
@@ -76,14 +76,14 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   static std::unique_ptr<XMLWriter> create();
 
   /// @name Events
-  /// As in XMLWriter. What is refused changes nothing.
+  /// As in XMLWriter. An event that is refused has no effect.
   /// @{
   /// @throws SAXException also `Unknown external vocabulary "U"`
   void startDocument() override;
   /// @throws SAXException also `You cannot end a document without an element`
   void endDocument() override;
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
-  /// @throws SAXException also for a vocabulary that is not possible, at the root
+  /// @throws SAXException also for a vocabulary that is not possible, at the root element
   void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
                     const Attributes& attributes) override;
   void endElement(const std::string& uri, const std::string& localName,
@@ -93,8 +93,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void ignorableWhitespace(const std::string& text) override;
   void processingInstruction(const std::string& target, const std::string& data) override;
   /// In an element, writes an unexpanded entity reference (C.6) with the identifiers that
-  /// externalEntityDecl gave; elsewhere it does nothing, nor for parameter entities and the
-  /// external subset.
+  /// externalEntityDecl gave; elsewhere, and for parameter entities and the external subset,
+  /// it does nothing.
   /// @throws SAXException "You cannot refer to an entity at this point" in a CDATA section, which
   ///         holds no references
   void skippedEntity(const std::string& name) override;
@@ -102,8 +102,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
                     const std::string& systemId) override;
   void unparsedEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId, const std::string& notationName) override;
-  /// Writes nothing; skippedEntity uses the identifiers. It may also come in an element, where the
-  /// reader "X891" reports them.
+  /// Writes nothing; skippedEntity uses the identifiers. It is also allowed in an element, where
+  /// the reader "X891" reports it.
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
   void internalEntityDecl(const std::string& name, const std::string& value) override;
@@ -120,18 +120,18 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void comment(const std::string& text) override;
   /// @}
 
-  /// Forgets the current document with its tables and text. Properties stay.
+  /// Discards the current document with its tables and text. Properties are kept.
   void reset() override;
 
   /// Sets a property of the writer "X891" (see Tavrin::properties): documentXMLVersion, standalone,
   /// registeredEncodingAlgorithms, externalVocabularies, externalVocabulary, initialVocabulary,
   /// indexedAttributeValueLength, indexedChunkLength, maximumTableOctets, maximumDepth. Until the
-  /// root begins, the first six count for the current document, later for the next one. Maps, and
-  /// the arrays of vocabularies, stay with the application and must outlive their use.
+  /// root element begins, the first six apply to the current document, later to the next one. Maps,
+  /// and the arrays of vocabularies, belong to the application and must outlive their use.
   ///
   /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
   /// map, after those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
-  /// the defined entries are written. What its names need and no table has is added.
+  /// the defined entries are written. Parts of its names that are in no table are added.
   ///
   /// startElement refuses the root with a SAXException where the vocabularies are not possible: an
   /// entry that is empty; a restricted alphabet of fewer than two characters, or with one twice; a

@@ -1,7 +1,5 @@
 #include "Encoder.h"
 
-// The encoder as an object. The format is encoded in the files that Decoder.h names.
-
 namespace Tavrin::fastinfoset {
 
 Encoder::Encoder(const Dialect& dialect, const Shared& shared)

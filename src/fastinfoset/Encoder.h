@@ -22,7 +22,7 @@
 
 namespace Tavrin::fastinfoset {
 
-/// The index of what is in no table.
+/// In place of an index: the entry is in no table.
 inline constexpr unsigned kNoIndex = ~0U;
 
 /// A name as an event brings it.
@@ -49,30 +49,32 @@ struct ExternalItem {
   std::string notation;  ///< Of an unparsed entity.
 };
 
-/// What enters the tables besides names and identifiers, which all do. Lengths are in octets.
+/// Which values and strings are added to the tables. Names and identifiers always are. Lengths are
+/// in octets.
 struct WriterLimits {
-  std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Other strings as well.
+  std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Also of other strings.
   std::uint64_t indexedChunkLength = kIndexedLength - 1;
   std::uint64_t maximumTableOctets = UINT64_MAX;
-  std::uint64_t tableOctets = 0;  // What the entries count for together.
+  std::uint64_t tableOctets = 0;  // Of all entries, by countedOctets.
 };
 
-/// The indices of names that came before, found without a search of the tables.
+/// The indices of names that were used before, found without a search of the tables.
 struct KnownNames {
   xml::NameCache<unsigned> elements;
   xml::NameCache<unsigned> attributes;
   const std::type_info* untyped = nullptr;  // A class of attributes without typed values.
 
-  // The name of an attribute: what a list answers need not be valid when it is asked again.
+  // The name of an attribute. The references that a list returns may be valid only until its next
+  // call.
   std::string uri;
   std::string localName;
   std::string qName;
 };
 
-/// The attributes with their typed values, or null. Sources tend to use one class of attributes, so
-/// the last one without typed values is remembered. Measured: writing records takes a twentieth less
-/// time.
-/// @param untyped that class
+/// The attributes with their typed values, or null where their class has none. Most sources use one
+/// class of attributes, so a class without typed values is kept. Measured: writing records takes a
+/// twentieth less time than with a dynamic_cast each time.
+/// @param untyped the class that was found to have none, or null
 inline const EncodingAlgorithmAttributes* findTypedForm(const Attributes& attributes,
                                                         const std::type_info*& untyped) {
   if (&typeid(attributes) == untyped) return nullptr;
@@ -87,11 +89,14 @@ inline bool isInXmlns(const Attributes& attributes, int index) {
   return attributes.getURI(index) == kXmlns;  // Compares the lengths first.
 }
 
-/// Encodes what events bring: what all writers of Fast Infoset share, which is the format. It is
-/// implemented by clause, in the files that Decoder.h names.
+/// Encodes the items of a document: the part of a writer that all dialects share. It is implemented
+/// by clause of the standard, in the files that Decoder.h names.
+///
+/// `put` appends one octet to the output, `write` any number of octets, and `encode` a production
+/// of the format.
 class Encoder {
  public:
-  /// What belongs to the writer: programs that derive from it reach some of it.
+  /// Members of the writer. Some are protected members, which derived writers use.
   struct Shared {
     std::ostream* const& out;
     bool& pendingTerminator;
@@ -103,22 +108,23 @@ class Encoder {
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
 
-  /// Composes what an event writes. It is in the stream before code of others runs, and at the end
-  /// of the event, also where the event is refused.
+  /// Buffers what an event writes, and sends it at the end of the event, also where the event is
+  /// refused. Before code of an application runs within the event, sendOctets is called.
   template <typename Body>
   void perform(Body body);
-  /// Writes what was composed.
+  /// Writes the buffered octets to the stream.
   void sendOctets();
 
   // --- Octets and integers (Primitives.cpp) ---
 
   void put(unsigned octet);
-  void putOctets(const std::string& octets);
+  void write(std::string_view octets);
   void encodeNumberOfItems(std::uint32_t count);
   void encodeIndex(int bits, unsigned index);
-  /// An integer in its shortest form, with the other bits of its first octet.
+  /// Writes an integer in its shortest form.
+  /// @param bits the bits of the first octet that do not belong to the integer
   template <typename Encoding>
-  void putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
+  void writeInteger(const Encoding& encoding, unsigned bits, std::uint64_t value);
 
   // --- Strings (Strings.cpp). Tables are those of Tables.h ---
 
@@ -130,7 +136,7 @@ class Encoder {
   /// The length and the octets of a string.
   void encodeLiteralString(bool adds, const std::string& text);
   void encodeCharacters(const std::string& text);
-  /// What precedes the octets of an algorithm.
+  /// The number of an algorithm and the length of the data, which follows.
   void encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length);
 
   // --- Names (Names.cpp) ---
@@ -142,7 +148,7 @@ class Encoder {
   };
   /// @throws SAXException "Undeclared prefix ..." or "Undeclared namespace ..."
   PartIndices findNameParts(const std::string& prefix, const std::string& namespaceName) const;
-  /// A literal name that its table has already.
+  /// A literal name. Its table is not changed.
   void encodeLiteralName(unsigned bits, const std::string& prefix, const std::string& namespaceName,
                          const std::string& localName, PartIndices indices);
   void encodeNewName(unsigned bits, unsigned table, const NameParts& name);
@@ -160,7 +166,7 @@ class Encoder {
   void encodeDocumentType(const ExternalItem& documentType);
   void encodeUnparsedEntity(const ExternalItem& entity);
   void encodeNotation(const ExternalItem& notation);
-  /// Typed content, after the text before it.
+  /// Typed content. Buffered text is written before it.
   template <typename Algorithm, typename Value>
   void encodeContent(Algorithm& algorithm, const Value& value);
 
@@ -170,9 +176,9 @@ class Encoder {
   void encodeInitialVocabulary(const InitialVocabulary& vocabulary);
   void finishDocument();
 
-  /// Writes the terminator that is pending; with `final`, together with another one.
+  /// Writes the pending terminator; with `final`, together with another one.
   void flushTerminator(bool final);
-  /// Writes the text since the last item as one chunk.
+  /// Writes the buffered text as one chunk.
   void flushCharacters();
 
   // --- Tables (clause 8), by Table ---
@@ -181,9 +187,8 @@ class Encoder {
   const StringIndexMap& strings(unsigned table) const { return strings_[table]; }
   NameIndexMap& names(unsigned table) { return names_[table - kStringTables]; }
   void clearTables();
-  /// Whether a value, chunk or other string is to enter its table when it is written.
+  /// Whether a value, chunk or other string is added to its table when it is written.
   bool isIndexed(unsigned table, const std::string& text) const;
-  KnownNames& known() { return known_; }
 
  protected:
   unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
@@ -191,14 +196,13 @@ class Encoder {
   void encodeIdentifiers(const ExternalItem& item);
   template <typename Key>
   void addEntry(IndexMap<Key>& table, const Key& entry);
-  /// Assigns over a name that is used again and again.
+  /// Assigns to a name that is reused, so that its strings keep their memory.
   static void assignName(NameParts& name, const EventName& from) {
     name.prefix = from.prefix();
     name.namespaceName = from.uri;
     name.localName = from.localName;
   }
   std::uint64_t lengthOf(const std::string& text) const;
-  void write(const char* octets, std::size_t count);
 
   std::ostream* const& out_;
   bool& pendingTerminator_;
@@ -206,40 +210,40 @@ class Encoder {
   BuiltInAlgorithms& builtIn_;
 
   const Dialect& dialect_;
-  // Of the current document.
+  // The tables of the current document.
   std::array<StringIndexMap, kStringTables> strings_;
   std::array<NameIndexMap, kTables - kStringTables> names_;
 
   KnownNames known_;
   WriterLimits limits_;
-  NameParts name_;  // Used again for each name: its strings keep their memory.
-  bool gathers_ = false;
-  std::string gathered_;  // Octets of an event that are not in the stream yet.
+  NameParts name_;  // Reused for each name.
+  bool isBuffering_ = false;
+  std::string buffer_;  // Octets of an event that are not in the stream yet.
 };
 
 template <typename Body>
 void Encoder::perform(Body body) {
-  const bool gathers = std::exchange(gathers_, true);
+  const bool wasBuffering = std::exchange(isBuffering_, true);
   try {
     body();
   } catch (...) {
-    gathers_ = gathers;
+    isBuffering_ = wasBuffering;
     sendOctets();
     throw;
   }
-  gathers_ = gathers;
+  isBuffering_ = wasBuffering;
   sendOctets();
 }
 
 template <typename Encoding>
-void Encoder::putInteger(const Encoding& encoding, unsigned bits, std::uint64_t value) {
+void Encoder::writeInteger(const Encoding& encoding, unsigned bits, std::uint64_t value) {
   // Most integers are small.
   if (value < encoding.forms[1].bias) {
     put(bits | encoding.forms[0].marker | static_cast<unsigned>(value - encoding.forms[0].bias));
     return;
   }
   const EncodedInteger integer = encodeInteger(encoding, bits, value);
-  write(integer.octets.data(), integer.length);
+  write({integer.octets.data(), integer.length});
 }
 
 template <typename Algorithm, typename Value>
@@ -259,7 +263,7 @@ inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
          limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 
-/// Enters what was written literally into its table.
+/// Adds what is written literally to its table, unless the table is full.
 template <typename Key>
 void Encoder::addEntry(IndexMap<Key>& table, const Key& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;

@@ -20,8 +20,8 @@ class IndexMap {
  public:
   using value_type = std::pair<Key, unsigned int>;          ///< Entry and index.
   using Entries = std::vector<value_type>;                  ///< How they are kept.
-  using const_iterator = typename Entries::const_iterator;  ///< In the order of their arrival.
-  using iterator = const_iterator;                          ///< In the order of their arrival.
+  using const_iterator = typename Entries::const_iterator;  ///< In the order of insertion.
+  using iterator = const_iterator;                          ///< In the order of insertion.
 
   IndexMap();  ///< An empty table.
   /// A table of given entries.
@@ -29,11 +29,11 @@ class IndexMap {
 
   /// The index of an entry, or null where there is none. Valid until the next change.
   const unsigned int* find(const Key& key) const;
-  /// Takes up the next position with an entry. Of equal entries, the first is found.
+  /// Adds an entry at the next position. Of equal entries, the first is found.
   void add(const Key& key);
-  /// Takes up positions at which nothing can be found.
+  /// Leaves positions without an entry.
   void skip(unsigned int count) { withoutEntry_ += count; }
-  /// How many positions are taken up: the index of what comes next.
+  /// The number of positions, which is the index of the next entry.
   unsigned int positions() const {
     return static_cast<unsigned int>(entries_.size()) + withoutEntry_;
   }
@@ -48,23 +48,23 @@ class IndexMap {
   void clear() { *this = IndexMap(); }
 
   const_iterator begin() const { return entries_.begin(); }  ///< The first entry.
-  const_iterator end() const { return entries_.end(); }      ///< Behind the last entry.
+  const_iterator end() const { return entries_.end(); }      ///< After the last entry.
   /// Whether the entries and their indices are the same, in any order.
   bool operator==(const IndexMap& other) const;
 
  private:
-  /// Where an entry is found. A tag that is 0 has none.
+  /// Refers to an entry. The tag of an empty slot is 0.
   struct Slot {
     std::uint64_t tag;
     std::uint32_t entry;
   };
 
-  bool enter(const Key& key, unsigned int index);
-  std::size_t slotOf(std::uint64_t tag, const Key& key) const;
+  bool insert(const Key& key, unsigned int index);
+  std::size_t findSlot(std::uint64_t tag, const Key& key) const;
   void grow();
 
   Entries entries_;
-  std::vector<Slot> slots_;  // None, or a power of two, at most half of them taken.
+  std::vector<Slot> slots_;  // None, or a power of two, at most half of them used.
   unsigned int withoutEntry_ = 0;
   std::size_t longest_ = 0;  // Octets.
 };

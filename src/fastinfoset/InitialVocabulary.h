@@ -14,7 +14,7 @@ struct InitialVocabulary {
   std::array<std::vector<std::string>, kStringTables> strings;        // By Table.
   std::array<std::vector<NameParts>, kTables - kStringTables> names;  // From kElementNames on.
 
-  /// The bits of what is there.
+  /// The bits of the components that are present.
   unsigned components() const {
     unsigned bits = externalVocabulary.empty() ? 0 : kExternalVocabulary;
     for (unsigned i = 0; i < strings.size(); ++i) {

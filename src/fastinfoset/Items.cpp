@@ -183,7 +183,7 @@ void Decoder::decodeUnparsedEntities() {
   if (octet != kTerminator) fail(dialect_.wrongUnparsedEntity);
 }
 
-/// It has a system identifier.
+/// @param entity has a system identifier, as the format requires
 void Encoder::encodeUnparsedEntity(const ExternalItem& entity) {
   put(kUnparsedEntity | (entity.publicId.empty() ? 0 : kPublicIdentifier));
   encodeIdentifier(kOtherNCNames, entity.name);

@@ -64,7 +64,7 @@ Name& Decoder::nameAt(unsigned long index, Names& table, const char* message) {
 }
 
 void Encoder::encodeNewName(unsigned bits, unsigned table, const NameParts& name) {
-  // The parts are found before anything is written or added.
+  // This may throw, so it comes before anything is written or added.
   const PartIndices indices = findNameParts(name.prefix, name.namespaceName);
   addEntry(names(table), name);
   encodeLiteralName(bits, name.prefix, name.namespaceName, name.localName, indices);
@@ -92,7 +92,7 @@ Encoder::PartIndices Encoder::findNameParts(const std::string& prefix,
   return indices;
 }
 
-/// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it may be
+/// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it is
 /// written literally.
 unsigned Encoder::findNamePart(unsigned table, const std::string& part, const char* what) const {
   if (part == kStringTableForms[table].builtIn) return kBuiltInNameIndex;
@@ -124,7 +124,7 @@ void Encoder::encodeElementName(unsigned attributeFlag, const EventName& name) {
     }
     known_.elements.put(uri, localName, qName, *index);
   }
-  putInteger(kElementIndex, attributeFlag, *index);
+  writeInteger(kElementIndex, attributeFlag, *index);
 }
 
 void Encoder::encodeAttributeName(const EventName& name) {

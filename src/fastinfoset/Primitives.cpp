@@ -34,35 +34,33 @@ void Decoder::readText(std::uint64_t length, std::string& text) {
 }
 
 void Encoder::put(unsigned octet) {
-  if (gathers_) {
-    gathered_ += static_cast<char>(octet);
+  if (isBuffering_) {
+    buffer_ += static_cast<char>(octet);
   } else {
     out_->put(static_cast<char>(octet));
   }
 }
 
-void Encoder::putOctets(const std::string& octets) { write(octets.data(), octets.size()); }
-
-void Encoder::write(const char* octets, std::size_t count) {
-  constexpr std::size_t kMostComposed = 4096;
-  if (gathers_) {
-    if (count < kMostComposed - std::min(kMostComposed, gathered_.size())) {
-      gathered_.append(octets, count);
+void Encoder::write(std::string_view octets) {
+  constexpr std::size_t kMostBuffered = 4096;
+  if (isBuffering_) {
+    if (octets.size() < kMostBuffered - std::min(kMostBuffered, buffer_.size())) {
+      buffer_.append(octets);
       return;
     }
     sendOctets();
   }
-  if (out_ != nullptr) writeOctets(*out_, std::string_view(octets, count));
+  if (out_ != nullptr) writeOctets(*out_, octets);
 }
 
 void Encoder::sendOctets() {
-  if (gathered_.empty()) return;
-  // Gone even when the stream throws: the next event must not bring them.
+  if (buffer_.empty()) return;
+  // Also where the stream throws, the next event must not write these octets.
   struct Clear {
     std::string& octets;
     ~Clear() { octets.clear(); }
-  } const clear{gathered_};
-  if (out_) writeOctets(*out_, gathered_);
+  } const clear{buffer_};
+  if (out_) writeOctets(*out_, buffer_);
 }
 
 // --- Integers ---
@@ -128,7 +126,7 @@ unsigned long Decoder::decodeNumberOfItems() {
 }
 
 void Encoder::encodeIndex(int bits, unsigned index) {
-  putInteger(kIndex, static_cast<unsigned>(bits), index);
+  writeInteger(kIndex, static_cast<unsigned>(bits), index);
 }
 
 void Encoder::encodeNumberOfItems(std::uint32_t count) {

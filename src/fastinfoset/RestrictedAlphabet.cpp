@@ -37,10 +37,11 @@ std::string_view RestrictedAlphabet::characterAt(std::size_t code) const {
   return std::string_view(characters_).substr(begins_[code], begins_[code + 1] - begins_[code]);
 }
 
-/// Calls with the code of each character. Returns whether all of them stand for one.
-template <typename Take>
-bool RestrictedAlphabet::forEachCode(std::string_view octets, Take take) const {
-  const std::uint64_t end = (std::uint64_t{1} << bits_) - 1;  // All ones: filled up from here on.
+/// Calls `visit` with the code of each character.
+/// @return false for a code that no character has
+template <typename Visit>
+bool RestrictedAlphabet::forEachCode(std::string_view octets, Visit visit) const {
+  const std::uint64_t end = (std::uint64_t{1} << bits_) - 1;  // All ones: padding begins.
   std::uint64_t pending = 0;
   unsigned pendingBits = 0;
   for (const char octet : octets) {
@@ -50,14 +51,14 @@ bool RestrictedAlphabet::forEachCode(std::string_view octets, Take take) const {
       const std::uint64_t code = pending >> (pendingBits - bits_) & end;
       if (code == end) return true;
       if (code + 1 >= begins_.size()) return false;
-      take(code);
+      visit(code);
       pendingBits -= bits_;
     }
   }
   return true;
 }
 
-// Few octets may stand for many, so they are counted before there is memory for them.
+// Few octets may decode to many, so the caller checks the size before memory is allocated.
 std::optional<std::uint64_t> RestrictedAlphabet::sizeOf(std::string_view octets) const {
   std::uint64_t size = 0;
   const auto add = [&](std::uint64_t code) { size += begins_[code + 1] - begins_[code]; };

@@ -9,11 +9,11 @@
 
 namespace Tavrin {
 
-/// A restricted alphabet (X.891, 7.17.6): characters that are packed into as few bits each as let
-/// the code of all ones free.
+/// A restricted alphabet (X.891, 7.17.6). The code of a character has the fewest bits with which
+/// the code of all ones is not used: that one means padding.
 class RestrictedAlphabet {
  public:
-  /// How many octets of memory are taken for each octet of the characters, at most.
+  /// How many octets of memory an alphabet needs at most for each octet of its characters.
   static constexpr std::uint64_t kMostCopies = 32;
 
   RestrictedAlphabet() = default;
@@ -24,19 +24,18 @@ class RestrictedAlphabet {
   /// Whether there are at least two characters and at most 2^20, none of them twice.
   bool isValid() const { return isValid_; }
 
-  /// How many octets the characters take that are packed into these, or nothing where a code stands
-  /// for no character.
+  /// The size of the decoded text in octets, or nothing where a code is that of no character.
   std::optional<std::uint64_t> sizeOf(std::string_view octets) const;
-  /// Unpacks characters of which the size is known.
+  /// Decodes octets for which sizeOf has returned a size.
   void decode(std::string_view octets, std::string& text) const;
 
  private:
-  template <typename Take>
-  bool forEachCode(std::string_view octets, Take take) const;
+  template <typename Visit>
+  bool forEachCode(std::string_view octets, Visit visit) const;
   std::string_view characterAt(std::size_t code) const;
 
   std::string characters_;
-  std::vector<std::uint32_t> begins_;  // Where each character begins; behind them, the end.
+  std::vector<std::uint32_t> begins_;  // Where each character begins; then the end of the last.
   unsigned bits_ = 0;                  // Of a code.
   bool isValid_ = false;
 };

@@ -4,6 +4,7 @@
 #include "Decoder.h"
 #include "Encoder.h"
 #include "RestrictedAlphabet.h"
+#include "format/AlgorithmField.h"
 #include "format/Octets.h"
 
 // Strings: identifying and non-identifying strings, character chunks in other encodings than UTF-8,
@@ -43,7 +44,8 @@ void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::strin
   addEntry(*table, text);
 }
 
-/// The length of a literal. The format has room for little more than 32 bits.
+/// The length of a literal.
+/// @throws SAXException where the format has no form for it
 std::uint64_t Encoder::lengthOf(const std::string& text) const {
   if (text.size() <= dialect_.longestStringWritten) return text.size();
   throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
@@ -61,8 +63,8 @@ void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
 }
 
 void Encoder::encodeLiteralIdentifier(const std::string& text) {
-  putInteger(kIdentifierLength, 0, lengthOf(text));
-  putOctets(text);
+  writeInteger(kIdentifierLength, 0, lengthOf(text));
+  write(text);
 }
 
 // --- Non-identifying strings ---
@@ -117,8 +119,8 @@ void Encoder::encodeLiteralString(bool adds, const std::string& text) {
     put(kEmptyString);
     return;
   }
-  putInteger(kStringLength, kStringUTF8 | (adds ? kStringAddToTable : 0), lengthOf(text));
-  putOctets(text);
+  writeInteger(kStringLength, kStringUTF8 | (adds ? kStringAddToTable : 0), lengthOf(text));
+  write(text);
 }
 
 // --- Character chunks ---
@@ -127,7 +129,7 @@ void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = strings(kContentCharacterChunks);
   if (const unsigned* const index = table.find(text)) {
-    putInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
+    writeInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
     return;
   }
   unsigned bits = kChunk | kChunkUTF8;
@@ -135,8 +137,8 @@ void Encoder::encodeCharacters(const std::string& text) {
     addEntry(table, text);
     bits |= kChunkAddToTable;
   }
-  putInteger(kCharactersLength, bits, lengthOf(text));
-  putOctets(text);
+  writeInteger(kCharactersLength, bits, lengthOf(text));
+  write(text);
 }
 
 // --- Encoded character strings ---
@@ -247,13 +249,8 @@ Decoder::Field Decoder::decodeChunkField(unsigned octet) {
 }
 
 void Encoder::encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length) {
-  if (chunk) {
-    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
-    putInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length);
-  } else {
-    put(kStringAlgorithm | field >> kStringFieldLowBits);
-    putInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length);
-  }
+  const auto encoded = fastinfoset::encodeAlgorithmField(chunk, field, length);
+  write({encoded.octets.data(), encoded.length});
 }
 
 EncodingAlgorithm* Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {

@@ -4,7 +4,7 @@
 #include "OctetsOfItems.h"
 
 // Booleans (X.891, 10.7): the first four bits hold the number of unused bits at the end of the last
-// octet; one bit a boolean follows.
+// octet; then one bit per boolean follows.
 
 namespace Tavrin {
 
@@ -27,7 +27,7 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   const std::uint64_t bits = std::uint64_t{8} * length - kUnusedBits;
   if (unused > bits) {
     if (!isMissing) throw EncodingAlgorithmException(kInvalidBooleanLength);
-    booleans.clear();  // The length is not to blame.
+    booleans.clear();  // The stream ended early, which is no fault of the length.
     return holder_;
   }
 
@@ -39,13 +39,13 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
     for (; bit != 0 && missing > 0; bit >>= 1, --missing) booleans.push_back((octet & bit) != 0);
   };
   appendBits(first, kFirstBooleanBit);
-  // Octets that hold unused bits alone stay in the stream.
+  // Octets that consist of unused bits alone are not consumed.
   while (missing > 0) {
     const int octet = source.get();
     if (octet == std::istream::traits_type::eof()) break;
     appendBits(static_cast<unsigned>(octet), kFirstBit);
   }
-  // Once a call has failed, the others change nothing any more.
+  // After a call has failed, all further calls fail: each missing octet counts as 0xFF.
   booleans.resize(count, true);
   return holder_;
 }

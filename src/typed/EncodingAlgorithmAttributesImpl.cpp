@@ -53,7 +53,7 @@ const string& List::getType(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).type;
 }
 const string& List::getType(const string& qName) const { return at(findAttribute(qName)).type; }
-// By name, a typed value is not turned into text: the value is returned as it is.
+// By name, a typed value is not converted to text: the stored text is returned, which is empty.
 const string& List::getValue(const string& uri, const string& localName) const {
   return at(findAttribute(uri, localName)).value;
 }
@@ -79,8 +79,8 @@ const EncodedData* List::getAlgorithmData(const string& qName) const {
 
 namespace {
 
-/// An attribute of another list, as yet without a value. Each answer is copied before the next is
-/// asked for: it may not be valid for longer.
+/// A copy of an attribute of another list, without its value. Each string is copied at once: the
+/// references that a list returns may be valid only until its next call.
 std::unique_ptr<List::Attribute> copyNames(const Attributes& list, int index) {
   return std::make_unique<List::Attribute>(
       List::Attribute{list.getURI(index), list.getLocalName(index), list.getQName(index),
@@ -92,7 +92,7 @@ std::unique_ptr<List::Attribute> copyNames(const Attributes& list, int index) {
 void List::setAttributes(const Attributes& other) {
   attributes_.clear();
   const int length = other.getLength();
-  // A negative length becomes too large a capacity, which reserve refuses.
+  // A negative length is converted to a capacity that reserve refuses.
   attributes_.reserve(static_cast<std::size_t>(length));
   for (int i = 0; i < length; ++i) {
     auto attribute = copyNames(other, i);

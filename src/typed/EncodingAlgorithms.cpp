@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "../fastinfoset/format/Integers.h"
+#include "../fastinfoset/format/AlgorithmField.h"
 #include "../fastinfoset/format/Octets.h"
 #include "EncodedLength.h"
 #include "OctetsOfItems.h"
@@ -19,21 +19,12 @@ using std::vector;
 EncodingAlgorithm::~EncodingAlgorithm() = default;
 
 void EncodingAlgorithm::writeSize(int index, bool chunk, uint32_t length, ostream& stream) const {
-  const auto put = [&stream](unsigned octet) { stream.put(static_cast<char>(octet)); };
-  const auto putInteger = [&stream](const EncodedInteger& integer) {
-    for (std::size_t i = 0; i < integer.length; ++i) stream.put(integer.octets[i]);
-  };
-  const auto field = static_cast<unsigned>(index);
-  if (chunk) {
-    if (length == 0) return;
-    put(kChunk | kChunkAlgorithm | field >> kChunkFieldLowBits);
-    putInteger(encodeInteger(kCharactersLength, field << (8 - kChunkFieldLowBits) & 0xFF, length));
-  } else if (length == 0) {
-    put(kEmptyString);
-  } else {
-    put(kStringAlgorithm | field >> kStringFieldLowBits);
-    putInteger(encodeInteger(kStringLength, field << (8 - kStringFieldLowBits) & 0xFF, length));
+  if (length == 0) {
+    if (!chunk) stream.put(static_cast<char>(kEmptyString));
+    return;
   }
+  const auto field = encodeAlgorithmField(chunk, static_cast<unsigned>(index), length);
+  for (std::size_t i = 0; i < field.length; ++i) stream.put(field.octets[i]);
 }
 
 void checkEncodedLength(int algorithm, std::uint64_t length) {
@@ -64,7 +55,8 @@ void checkEncodedLength(int algorithm, std::uint64_t length) {
 
 namespace {
 
-/// Decodes a value whose items take as many octets as Encoded has.
+/// Decodes a value.
+/// @tparam Encoded a type of the size of an encoded item
 template <typename Encoded, typename Holder>
 EncodedData& decode(int algorithm, uint32_t length, istream& stream, Holder& holder) {
   checkEncodedLength(algorithm, length);
@@ -72,7 +64,7 @@ EncodedData& decode(int algorithm, uint32_t length, istream& stream, Holder& hol
   return holder;
 }
 
-/// Lengths are 32-bit numbers; a longer value loses the upper half of its length.
+/// Encodes a value. Its length is written modulo 2^32.
 template <typename Encoded, typename Value>
 void encode(const EncodingAlgorithm& algorithm, int index, bool chunk, const Value& value,
             ostream& stream) {

@@ -20,7 +20,7 @@ void append(std::string& text, Number number) {
       return;
     }
   }
-  char digits[32];  // The longest double takes 24.
+  char digits[32];  // The longest double has 24.
   text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 

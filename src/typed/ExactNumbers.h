@@ -4,10 +4,10 @@
 
 namespace Tavrin {
 
-/// Numbers whose text reads back as the same numbers, whatever the locale: integers in canonical
-/// form (X.891, 10.4 to 10.6); of floating-point numbers the fewest digits, in the lexical form of
-/// XML Schema (10.8, 10.9).
-/// @tparam Holder the class whose text is made otherwise
+/// Numbers whose text is read back as the same numbers, in every locale: integers in canonical form
+/// (X.891, 10.4 to 10.6), floating-point numbers with the fewest digits that suffice, in the
+/// lexical form of XML Schema (10.8, 10.9).
+/// @tparam Holder the class that holds the numbers; its own text may lose digits
 template <typename Holder>
 class ExactNumbers final : public Holder {
  public:

@@ -17,14 +17,14 @@
 #include "../io/SingleOctets.h"
 #include "../io/WriteOctets.h"
 
-/// The octets of numbers and of UUIDs are read one by one, and those of numbers written so, with
-/// the stream's single-octet operations; all others as one block.
+/// Numbers and UUIDs are read, and numbers are written, by the stream's operations for single
+/// octets; everything else is read and written as one block.
 namespace Tavrin {
 
-/// What counts in the place of an octet that the stream does not have.
+/// Replaces each octet that the stream does not have.
 inline constexpr unsigned char kMissingOctet = 0xFF;
 
-/// A number of which the most significant octet comes first.
+/// Converts between the native order of octets and the most significant octet first.
 template <typename Bits>
 Bits bigEndian(Bits bits) {
   static_assert(std::endian::native == std::endian::little);
@@ -33,8 +33,8 @@ Bits bigEndian(Bits bits) {
   if constexpr (sizeof bits == 8) return __builtin_bswap64(bits);
 }
 
-/// Turns what is encoded, as it stands in the stream, into an item: an unsigned number into one of
-/// the same bits; a UUID is one as it is.
+/// Converts the octets of the stream to an item: an unsigned number to a number of the same bits; a
+/// UUID needs no conversion.
 template <typename Item, typename Encoded>
 Item decodeItem(Encoded encoded) {
   if constexpr (std::is_same_v<Item, Encoded>) {
@@ -46,7 +46,7 @@ Item decodeItem(Encoded encoded) {
   }
 }
 
-/// The other way round. An integer loses the bits that do not fit.
+/// Converts an item to the octets of the stream. An integer loses the bits that do not fit.
 template <typename Encoded, typename Item>
 Encoded encodeItem(Item item) {
   if constexpr (std::is_floating_point_v<Item>) {
@@ -56,11 +56,11 @@ Encoded encodeItem(Item item) {
   }
 }
 
-/// Reads items, each of as many octets as Encoded has.
+/// Reads items of the size of Encoded.
 template <typename Encoded, typename Item>
 void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& items) {
   constexpr std::size_t kSize = sizeof(Encoded);
-  constexpr std::size_t kBlock = 8192;  // So much stays at hand for a processor.
+  constexpr std::size_t kBlock = 8192;  // Small enough for a processor's first cache.
   const std::size_t count = length / kSize;
   const SingleOctets source(stream);
   const auto itemAt = [](const void* octets) {
@@ -88,14 +88,14 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
     }
     items.push_back(itemAt(octets.data()));
     if (!isMissing) continue;
-    // Once a call has failed, the others change nothing any more.
+    // After a call has failed, all further calls fail.
     octets.fill(kMissingOctet);
     items.resize(count, itemAt(octets.data()));
   }
 }
 
-/// Writes numbers, each in as many octets as Encoded has. Where the stream's put would only append
-/// to its buffer, that is done for many at once.
+/// Writes numbers, each in the size of Encoded. Where the stream's put would only append to its
+/// buffer, many numbers are appended at once.
 template <typename Encoded, typename Item>
 void writeItems(const std::vector<Item>& items, std::ostream& stream) {
   constexpr std::size_t kSize = sizeof(Encoded);
@@ -118,15 +118,15 @@ void writeItems(const std::vector<Item>& items, std::ostream& stream) {
   }
 }
 
-/// Reads octets over a string. Where the stream ends early, the rest of the string stays as the
-/// resizing left it.
+/// Reads octets into a string. Where the stream ends early, the rest of the string is what it was
+/// before, or zero.
 template <typename Encoded>
 void readItems(std::uint32_t length, std::istream& stream, std::string& octets) {
   octets.resize(length);
   stream.read(octets.data(), static_cast<std::streamsize>(length));
 }
 
-/// Strings and UUIDs stand in memory as they are encoded.
+/// Strings and UUIDs have the same octets in memory as in the stream.
 template <typename Encoded>
 void writeItems(const std::string& octets, std::ostream& stream) {
   stream.write(octets.data(), static_cast<std::streamsize>(octets.size()));

@@ -6,7 +6,7 @@
 
 namespace Tavrin {
 
-/// A new holder with the value of this one, which is left empty.
+/// Moves the value of a holder to a new one. The old holder is empty afterwards.
 template <typename Holder>
 std::unique_ptr<EncodedData> takeOver(Holder& holder) {
   auto taken = std::make_unique<Holder>();

@@ -33,7 +33,7 @@ std::unique_ptr<EncodedData> EncodedData::copyEncodedData() const {
   throw EncodingAlgorithmException("This typed value cannot be copied");
 }
 
-// --- Text: what a handler receives that knows nothing of typed content ---
+// --- Text, for handlers that do not receive typed content ---
 
 namespace {
 
@@ -43,7 +43,7 @@ void appendHexadecimal(unsigned octet, const char* digits, std::string& text) {
   text += digits[octet & 0x0F];
 }
 
-/// Two upper-case digits an octet.
+/// Two upper-case digits per octet.
 std::string hexadecimalText(const std::string& octets) {
   std::string text;
   text.reserve(2 * octets.size());
@@ -60,7 +60,7 @@ std::string base64Text(const std::string& octets) {
   std::string text;
   text.reserve((octets.size() + kGroup - 1) / kGroup * 4);
   for (std::size_t i = 0; i < octets.size(); i += kGroup) {
-    // Octets that the last group lacks count as zero; "=" stands for what only they would give.
+    // Octets missing from the last group are zero; "=" replaces the digits that hold only them.
     const std::size_t present = octets.size() - i < kGroup ? octets.size() - i : kGroup;
     std::uint32_t group = 0;
     for (std::size_t k = 0; k < kGroup; ++k) {
@@ -105,7 +105,7 @@ std::string uuidsText(const std::vector<UUID>& values) {
 }
 
 /// Signed decimals, or numbers in general notation, as a new stream would write them: with the
-/// facets of the global locale. A stream would hide a lack of memory, and cut the text.
+/// facets of the global locale. A stream would not report a lack of memory, and truncate the text.
 /// @param digits significant digits of floating-point numbers
 template <typename Number, typename Item>
 std::string numbersText(const std::vector<Item>& values, int digits = 0) {

@@ -150,10 +150,11 @@ TEST_F(Limits, AreLimitsThatThereAre) {
         misused(setting),
         (Result{2, "", "tavrin: --limit " + setting + ": the value is not a number or none\n"}));
   }
-  EXPECT_EQ(run({"check", "--limit", "amplification-factor=0.5", "tables.fi"}),
-            (Result{2, "",
-                    "tavrin: Property \"http://tavrin/fastinfoset/properties/amplification-factor\" must "
-                    "be at least 1\n"}));
+  EXPECT_EQ(
+      run({"check", "--limit", "amplification-factor=0.5", "tables.fi"}),
+      (Result{2, "",
+              "tavrin: Property \"http://tavrin/fastinfoset/properties/amplification-factor\" must "
+              "be at least 1\n"}));
 }
 
 // A reader that was not chosen by name need not have them.

@@ -7,13 +7,83 @@
 #include "../Encoder.h"
 #include "../format/Octets.h"
 
-// The events. How items are encoded is in Primitives.cpp, typed content is in Content.cpp.
+// The writer as an object. The format is encoded in the files that Decoder.h names.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
 
 const XMLWriterType XMLWriter_FI::type_("FI", &XMLWriter_FI::create);
+
+namespace {
+
+void checkName(const std::string& name) {
+  if (name.empty()) throw SAXException("Empty name");
+}
+
+[[noreturn]] void throwUnknownAlgorithm(const std::string& uri) {
+  throw EncodingAlgorithmException("Unknown encoding algorithm - " + uri);
+}
+
+}  // namespace
+
+class TAVRIN_LOCAL XMLWriter_FI::Encoder final : public fastinfoset::Encoder {
+ public:
+  using fastinfoset::Encoder::Encoder;
+
+  EncodingAlgorithm* findAlgorithm(const std::string& uri, int index) {
+    return uri.empty() ? builtIn_.find(index) : nullptr;
+  }
+
+  EncodingAlgorithm& algorithmFor(const std::string& uri, int index) {
+    EncodingAlgorithm* const algorithm = findAlgorithm(uri, index);
+    if (algorithm == nullptr) throwUnknownAlgorithm(uri);
+    return *algorithm;
+  }
+
+  /// Refuses a start tag before any of it is written.
+  void checkStartTag(const std::string& localName, const Attributes& attributes) {
+    checkName(localName);
+    const int length = attributes.getLength();
+    if (length == 0) return;
+    const auto* const typed = findTypedForm(attributes, known_.untyped);
+    for (int i = 0; i < length; ++i) {
+      if (isInXmlns(attributes, i)) continue;
+      checkName(attributes.getLocalName(i));
+      if (typed != nullptr && typed->getAlgorithmData(i) != nullptr) {
+        algorithmFor(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+      }
+    }
+  }
+
+  void encodeAttributes(const Attributes& attributes) {
+    const auto* const typed = findTypedForm(attributes, known_.untyped);
+    perform([&] {
+      const int length = attributes.getLength();
+      for (int i = 0; i < length; ++i) {
+        sendOctets();
+        if (isInXmlns(attributes, i)) continue;
+        known_.qName = attributes.getQName(i);
+        known_.uri = attributes.getURI(i);
+        known_.localName = attributes.getLocalName(i);
+        const EventName name = {known_.uri, known_.localName, known_.qName};
+        checkName(name.localName);
+        encodeAttributeName(name);
+        sendOctets();
+        if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
+          EncodingAlgorithm& algorithm =
+              algorithmFor(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
+          if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
+        } else {
+          const std::string& value = attributes.getValue(i);
+          const bool adds = isIndexed(kAttributeValues, value);
+          encodeString(kAttributeValues, adds, value);
+        }
+      }
+    });
+    pendingTerminator_ = true;
+  }
+};
 
 XMLWriter_FI::XMLWriter_FI()
     : encoder_(std::make_unique<Encoder>(
@@ -22,14 +92,6 @@ XMLWriter_FI::XMLWriter_FI()
 XMLWriter_FI::~XMLWriter_FI() = default;
 
 std::unique_ptr<XMLWriter> XMLWriter_FI::create() { return std::make_unique<XMLWriter_FI>(); }
-
-namespace {
-
-void checkName(const std::string& name) {
-  if (name.empty()) throw SAXException("Empty name");
-}
-
-}  // namespace
 
 // --- Properties ---
 
@@ -54,7 +116,7 @@ void* XMLWriter_FI::getProperty(const std::string& name) {
 void XMLWriter_FI::startDocument() {
   XMLWriter::startDocument();
   pendingTerminator_ = false;
-  // A document that went on counting in the tables of another could not be read by itself.
+  // A document with indices of another document's tables could not be read by itself.
   encoder_->clearTables();
   if (out_ == nullptr) return;
   encoder_->perform([this] { encoder_->encodeHeader(0); });
@@ -82,12 +144,12 @@ void XMLWriter_FI::startPrefixMapping(const std::string& prefix, const std::stri
   xml::addDeclaration(namespaces_, prefix, uri);
 }
 
-// The attributes may be code of an application: it sees in the stream all that stands in front of
-// the answer that it gives.
+// The attributes may be code of an application, which may inspect the stream: all octets before a
+// value must be in the stream when the application is asked for it.
 void XMLWriter_FI::startElement(const std::string& uri, const std::string& localName,
                                 const std::string& qName, const Attributes& attributes) {
   XMLWriter::startElement(uri, localName, qName, attributes);
-  checkTag(localName, attributes);
+  encoder_->checkStartTag(localName, attributes);
   encoder_->perform([&] {
     encoder_->flushCharacters();
     encoder_->flushTerminator(false);
@@ -99,31 +161,16 @@ void XMLWriter_FI::startElement(const std::string& uri, const std::string& local
         encoder_->put(kNamespacesFollow | flag);
         encoder_->encodeNamespaces(namespaces_);
       }
-      // They are done with, also where the rest of the tag is refused.
+      // Also where the rest of the tag is refused, they belong to no other tag.
       namespaces_.clear();
-      flag = 0;  // The octet in front of the declarations carried it.
+      flag = 0;  // The octet before the declarations had it.
     }
     if (out_ != nullptr) encoder_->encodeElementName(flag, {uri, localName, qName});
     if (!hasAttributes) return;
-    if (out_ != nullptr) encodeAttributes(attributes);
+    if (out_ != nullptr) encoder_->encodeAttributes(attributes);
     // The end of the attributes may share an octet with the end of the element.
     pendingTerminator_ = true;
   });
-}
-
-/// Refuses a start tag before anything of it is written.
-void XMLWriter_FI::checkTag(const std::string& localName, const Attributes& attributes) {
-  checkName(localName);
-  const int length = attributes.getLength();
-  if (length == 0) return;
-  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
-  for (int i = 0; i < length; ++i) {
-    if (isInXmlns(attributes, i)) continue;
-    checkName(attributes.getLocalName(i));
-    if (typed != nullptr && typed->getAlgorithmData(i) != nullptr) {
-      algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
-    }
-  }
 }
 
 void XMLWriter_FI::endElement(const std::string& uri, const std::string& localName,
@@ -144,32 +191,69 @@ int XMLWriter_FI::countAttributes(const Attributes& attributes) const {
 }
 
 void XMLWriter_FI::encodeAttributes(const Attributes& attributes) {
-  const auto* const typed = findTypedForm(attributes, encoder_->known().untyped);
-  encoder_->perform([&] {
-    const int length = attributes.getLength();
-    for (int i = 0; i < length; ++i) {
-      encoder_->sendOctets();
-      if (isInXmlns(attributes, i)) continue;
-      encoder_->known().qName = attributes.getQName(i);
-      encoder_->known().uri = attributes.getURI(i);
-      encoder_->known().localName = attributes.getLocalName(i);
-      const EventName name = {encoder_->known().uri, encoder_->known().localName,
-                              encoder_->known().qName};
-      checkName(name.localName);
-      encoder_->encodeAttributeName(name);
-      encoder_->sendOctets();
-      if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
-        EncodingAlgorithm& algorithm =
-            algorithmOrThrow(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i));
-        if (out_ != nullptr) algorithm.encodeToOutputStream(false, *data, *out_);
-      } else {
-        const std::string& value = attributes.getValue(i);
-        const bool adds = encoder_->isIndexed(kAttributeValues, value);
-        encoder_->encodeString(kAttributeValues, adds, value);
-      }
-    }
-  });
-  pendingTerminator_ = true;
+  encoder_->encodeAttributes(attributes);
+}
+
+// --- Text and typed content ---
+
+// Text is buffered until another item follows, so that a chunk is as long as it can be.
+void XMLWriter_FI::characters(const std::string& text) {
+  XMLWriter::characters(text);
+  characters_ += text;
+}
+
+// Text before the section that is still buffered becomes part of it. The octets are fixed: keep.
+void XMLWriter_FI::endCDATA() {
+  XMLWriter::endCDATA();
+  encoder_->flushTerminator(false);
+  if (out_) builtIn_.cdata.encodeToOutputStream(true, characters_, *out_);
+  characters_.clear();
+}
+
+void XMLWriter_FI::bytes(const std::string& data) {
+  encoder_->encodeContent(builtIn_.base64, data);
+}
+
+void XMLWriter_FI::shorts(const std::vector<short>& data) {
+  encoder_->encodeContent(builtIn_.shortInteger, data);
+}
+
+void XMLWriter_FI::ints(const std::vector<long>& data) {
+  encoder_->encodeContent(builtIn_.integer, data);
+}
+
+void XMLWriter_FI::longs(const std::vector<long>& data) {
+  encoder_->encodeContent(builtIn_.longInteger, data);
+}
+
+void XMLWriter_FI::booleans(const std::vector<bool>& data) {
+  encoder_->encodeContent(builtIn_.boolean, data);
+}
+
+void XMLWriter_FI::floats(const std::vector<float>& data) {
+  encoder_->encodeContent(builtIn_.floatNumber, data);
+}
+
+void XMLWriter_FI::doubles(const std::vector<double>& data) {
+  encoder_->encodeContent(builtIn_.doubleNumber, data);
+}
+
+void XMLWriter_FI::object(const std::string& uri, int index, const EncodedData& data) {
+  encoder_->encodeContent(encoder_->algorithmFor(uri, index), data);
+}
+
+void XMLWriter_FI::octets(const std::string& uri, int index, const std::string& data) {
+  if (index < 0 || index > static_cast<int>(kLastAlgorithmField)) throwUnknownAlgorithm(uri);
+  encoder_->flushCharacters();
+  encoder_->flushTerminator(false);
+  if (!out_) return;
+  // Number and length have the same form for every algorithm.
+  builtIn_.base64.writeSize(index, true, static_cast<std::uint32_t>(data.size()), *out_);
+  encoder_->write(data);
+}
+
+EncodingAlgorithm* XMLWriter_FI::getEncodingAlgorithm(const std::string& uri, int index) {
+  return encoder_->findAlgorithm(uri, index);
 }
 
 // --- Names and primitives, for derived writers ---

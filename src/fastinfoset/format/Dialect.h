@@ -4,10 +4,10 @@
 #include "Octets.h"
 #include "Tables.h"
 
-/// What the two families of Fast Infoset types do differently, as far as it is a matter of numbers.
-/// "X891" does what ITU-T X.891 says. "FI" keeps the stream that its files have always had.
+/// What the two families of Fast Infoset types do differently, where a constant can say it. "X891"
+/// follows ITU-T X.891. "FI" keeps the octets that its files have always had.
 ///
-/// What is more than a number is a step of XMLReader_X891 and XMLWriter_X891 alone.
+/// Other differences are operations of the readers and writers themselves.
 namespace Tavrin::fastinfoset {
 
 struct Dialect {
@@ -22,22 +22,22 @@ struct Dialect {
   /// declaration (C.12). In a name (C.17, C.18), both families count one.
   std::uint32_t builtInNamesInDeclarations;
 
-  /// How an index of a character chunk is written (C.28), and which bits of the longest form's
-  /// field are read.
+  /// How an index of a character chunk is written (C.28), and which bits of the field of the
+  /// longest form are read.
   IntegerEncoding<4> charactersIndexWritten;
   std::uint32_t charactersIndexLongestField;
 
   /// The tables of which an external vocabulary's entries are used, as bits of C.2.5.
   unsigned externalTables;
 
-  /// Whether the external vocabulary, restricted alphabets and URIs of algorithms stay for the
-  /// documents that follow, until another one brings its own.
+  /// Whether the external vocabulary, restricted alphabets and URIs of algorithms are also used for
+  /// the documents that follow, until another one has its own.
   bool keepsVocabulary;
 
-  /// Whether prefix and namespace name of a literal name may be literals, too (C.17, C.18).
+  /// Whether prefix and namespace name of a literal name may also be literals (C.17, C.18).
   bool literalNameParts;
 
-  /// From which octet on, at document level, a document type declaration is meant (C.9).
+  /// The first octet that, at document level, begins a document type declaration (C.9).
   unsigned firstDocumentTypeOctet;
 
   /// Of the two bits of an algorithm's number in the first octet of a chunk (C.20), those that are
@@ -48,11 +48,11 @@ struct Dialect {
   /// which is written as 31 (7.2.20, C.29).
   unsigned firstApplicationAlgorithm;
 
-  /// Whether the reader takes each octet by one call of the stream's get operation, and each
-  /// literal by one bulk read of its buffer, as programs can tell.
+  /// Whether the reader reads each octet by one call of the stream's get operation, and each
+  /// literal by one bulk read of its buffer: programs can observe it.
   bool callsGet;
 
-  /// What is said of a wrong octet among notations and unparsed entities.
+  /// The messages for an invalid octet among notations and among unparsed entities.
   const char* wrongNotation;
   const char* wrongUnparsedEntity;
 

@@ -7,9 +7,9 @@
 /// The integers of the stream (X.891, clauses C.22 to C.28), each one table that reader, writer and
 /// tests share.
 ///
-/// An integer begins inside an octet whose leading bits say something else. Its own leading bits,
-/// the marker, tell the form; the rest of the octet and the octets that follow, most significant
-/// first, hold the field. The value is the field plus the form's bias.
+/// An integer begins inside an octet whose leading bits have another meaning. Its own leading bits,
+/// the marker, determine the form; the rest of the octet and the octets that follow, most
+/// significant first, hold the field. The value is the field plus the form's bias.
 namespace Tavrin::fastinfoset {
 
 struct IntegerForm {
@@ -74,7 +74,7 @@ inline constexpr IntegerEncoding<4> kElementIndex = {0x3F,
 inline constexpr std::uint32_t kElementIndexLongestField = 0x0FFFFF;
 
 /// Character chunks: starts on the fourth bit (C.28). The second bit, which is zero in every chunk,
-/// is looked at too: from 0xC0 on, an octet holds no index.
+/// is checked too: from 0xC0 on, an octet holds no index.
 inline constexpr IntegerEncoding<4> kCharactersIndex = {0x5F,
                                                         {{
                                                             {0b00000, 4, 0, 0},
@@ -84,7 +84,7 @@ inline constexpr IntegerEncoding<4> kCharactersIndex = {0x5F,
                                                         }}};
 
 /// kCharactersIndex as the "FI" writer writes it: its second and third form lack their marker, so
-/// a reader takes the first octet for the whole index. Its readers' files depend on these octets.
+/// a reader decodes the first octet as the whole index. The octets are fixed: keep.
 inline constexpr IntegerEncoding<4> kCharactersIndexUnmarked = {
     0x5F,
     {{
@@ -96,7 +96,7 @@ inline constexpr IntegerEncoding<4> kCharactersIndexUnmarked = {
 
 // --- The number of items of a list ---
 
-/// Starts on the first bit (C.21). The "FI" types take the field itself for the count.
+/// Starts on the first bit (C.21). For the "FI" types, the field itself is the count.
 inline constexpr unsigned kItemCountLong = 0x80;      ///< Two octets follow the first.
 inline constexpr unsigned kItemCountLongBits = 0x0F;  ///< The bits of the field in the first octet.
 

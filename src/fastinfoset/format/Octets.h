@@ -4,7 +4,7 @@
 #include <cstdint>
 
 /// The identification octets of the stream and the bits within them (X.891, clause 12 and annex C),
-/// each once, for reader, writer and tests. The integers that begin within such octets stand in
+/// each once, for reader, writer and tests. The integers that begin within such octets are in
 /// Integers.h.
 namespace Tavrin::fastinfoset {
 
@@ -13,7 +13,7 @@ inline constexpr std::array<std::uint8_t, 4> kHeader = {0xE0, 0x00, 0x00, 0x01};
 
 // --- Document (C.2) ---
 
-/// The octet behind the header: which optional components follow, in this order.
+/// The octet after the header: which optional components follow, in this order.
 enum OptionalComponent : unsigned {
   kAdditionalData = 0x40,
   kInitialVocabulary = 0x20,
@@ -24,10 +24,10 @@ enum OptionalComponent : unsigned {
   kVersion = 0x01,
 };
 
-/// The bit of that octet that is none.
+/// The bit of that octet that is padding.
 inline constexpr unsigned kComponentsPadding = 0x80;
 
-// --- Children, told by their first octet (C.2.11, C.3.7) ---
+// --- Children, distinguished by their first octet (C.2.11, C.3.7) ---
 
 inline constexpr unsigned kFirstNonElement = 0x80;        ///< Below: an element.
 inline constexpr unsigned kFirstCharacterChunk = 0x80;    ///< In an element.
@@ -46,7 +46,7 @@ inline constexpr unsigned kDoubleTerminator = 0xFF;  ///< Two ends in a row.
 inline constexpr unsigned kSystemIdentifier = 0x02;
 inline constexpr unsigned kPublicIdentifier = 0x01;
 
-/// Notations (C.2.6) and unparsed entities (C.2.7): the bits that tell, and what they must be.
+/// Notations (C.2.6) and unparsed entities (C.2.7): the bits that identify them, and their value.
 inline constexpr unsigned kNotationMask = 0xFC;
 inline constexpr unsigned kNotation = 0xC0;
 inline constexpr unsigned kUnparsedEntityMask = 0xFE;
@@ -91,7 +91,7 @@ inline constexpr unsigned kStringUTF16 = 0x10;
 inline constexpr unsigned kStringRestrictedAlphabet = 0x20;
 inline constexpr unsigned kStringAlgorithm = 0x30;
 inline constexpr unsigned kEmptyString = 0xFF;  ///< The index that means the empty string (C.26).
-/// With the bit of an index: literal or not.
+/// Together with the bit that distinguishes an index from a literal.
 inline constexpr unsigned kStringAlgorithmMask = kStringIndex | kStringEncoding;
 
 /// Character chunks (C.15, with C.20).
@@ -104,23 +104,23 @@ inline constexpr unsigned kChunkUTF16 = 0x04;
 inline constexpr unsigned kChunkRestrictedAlphabet = 0x08;
 inline constexpr unsigned kChunkAlgorithm = 0x0C;
 
-/// The writer puts shorter values and chunks into the tables, longer ones never.
+/// The "FI" writer adds shorter values and chunks to the tables, and never longer ones.
 inline constexpr std::size_t kIndexedLength = 7;
 
 // --- Encoding algorithms ---
 
-/// An algorithm is named by an eight-bit field, the standard's index minus 1, that begins in the
-/// octet of the encoding format and ends in the next (C.29).
+/// The number of an algorithm is a field of eight bits, the standard's index minus 1. It begins in
+/// the octet of the encoding format and ends in the next one (C.29).
 inline constexpr unsigned kLastAlgorithmField = 255;
 
-/// The restricted alphabets, likewise: the two that are built in, and the first of the document's
-/// own. Those between are reserved (X.891, 7.2.19).
+/// The numbers of restricted alphabets, likewise: the two that are built in, and the first of the
+/// document's own. Those between are reserved (X.891, 7.2.19).
 inline constexpr unsigned kNumericAlphabet = 0;
 inline constexpr unsigned kDateAndTimeAlphabet = 1;
 inline constexpr unsigned kFirstOwnAlphabet = 15;
 
-/// How many of the field's bits stand at the head of the second octet; the length follows there.
-/// The first octet ends with the others.
+/// How many bits of the field the second octet begins with; the length follows them. The first
+/// octet ends with the other bits.
 inline constexpr unsigned kStringFieldLowBits = 4;
 inline constexpr unsigned kChunkFieldLowBits = 6;
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-/// The twelve tables of a vocabulary (X.891, 7.2 and clause 8), once for reader and writer.
+/// The twelve tables of a vocabulary (X.891, 7.2 and clause 8).
 namespace Tavrin::fastinfoset {
 
 /// The tables, in the order in which an initial vocabulary has them (C.2.5).
@@ -52,11 +52,14 @@ struct StringTableForm {
   bool isEncoded = false;
 };
 
+/// With external linkage, as what refers to it has; the public constant has internal linkage.
+inline constexpr auto kXMLNamespaceName = std::to_array(namespaces::xml);
+
 inline constexpr std::array<StringTableForm, kStringTables> kStringTableForms = {{
     {EntryKind::alphabet, &ExternalVocabulary::restrictedAlphabets},
     {EntryKind::uri, &ExternalVocabulary::encodingAlgorithms},
     {EntryKind::name, &ExternalVocabulary::prefixes, "xml"},
-    {EntryKind::uri, &ExternalVocabulary::namespaceNames, namespaces::xml},
+    {EntryKind::uri, &ExternalVocabulary::namespaceNames, kXMLNamespaceName.data()},
     {EntryKind::name, &ExternalVocabulary::localNames},
     {EntryKind::name, &ExternalVocabulary::otherNCNames},
     {EntryKind::uri, &ExternalVocabulary::otherURIs},
@@ -70,7 +73,7 @@ inline constexpr std::array<QualifiedNameTable ExternalVocabulary::*, kTables - 
     kExternalNameTables = {&ExternalVocabulary::elementNameSurrogates,
                            &ExternalVocabulary::attributeNameSurrogates};
 
-/// How many positions the built-in entry of a table takes.
+/// The number of built-in entries of a table.
 constexpr std::uint32_t builtInEntries(unsigned table) {
   return kStringTableForms[table].builtIn == nullptr ? 0 : 1;
 }
@@ -87,18 +90,18 @@ struct NameParts {
   bool operator==(const NameParts&) const = default;
 };
 
-// --- What entries count for where tables are bounded ---
+// --- The estimated memory of entries, by which tables are bounded ---
 
-// It is no less than a reader needs for an entry at any time, including what growing tables and the
-// allocator add.
+// A reader never needs more for an entry, including the overhead of growing tables and of the
+// allocator.
 
 inline constexpr std::uint64_t kEntryOctets = 128;  ///< Besides the octets of a string.
 inline constexpr std::uint64_t kNameOctets = 320;   ///< Besides the octets of a name's parts.
-/// The parts of a name are also in their own tables, in the qualified name, and where attributes
-/// are told apart.
+/// The parts of a name are also in their own tables, in the qualified name, and among the names by
+/// which duplicate attributes are found.
 inline constexpr std::uint64_t kNameCopies = 3;
-/// What a reader may need for all tables of a document, unless it is told otherwise. A writer must
-/// not exceed it.
+/// The most that a reader allows by default for all tables of a document. A writer must not exceed
+/// it.
 inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
 
 inline std::uint64_t countedOctets(const std::string& entry) { return entry.size() + kEntryOctets; }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "../../xml/Characters.h"
+#include "../../xml/Rules.h"
 #include "../format/Dialect.h"
 #include "X891Decoder.h"
 
@@ -74,7 +75,8 @@ void X891Decoder::checkPadding(unsigned bits) const {
 // Components override what the XML declaration states.
 
 void X891Decoder::reportVersion(const std::string& version) {
-  if (!xml::isVersion(version)) fail("Invalid version of XML \"" + version + "\"");
+  const std::string reason = xml::whyNotVersion(version);
+  if (!reason.empty()) fail(reason);
   document_.version = version;
 }
 

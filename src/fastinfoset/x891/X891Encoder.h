@@ -22,10 +22,10 @@ namespace fastinfoset {
 /// The longest string there is (X.891, C.22 to C.24).
 inline constexpr std::uint64_t kLongestString = kDialectX891.longestStringWritten;
 
-// What is refused in strings, whatever event brings them. Each throws a SAXException.
+// Checks of strings. Each throws a SAXException with the reason.
 
 void checkLength(std::uint64_t octets);
-/// @param place what the text stands in, with its article
+/// @param place what contains the text, with its article
 void checkText(const std::string& text, const char* place);
 void checkNCName(std::string_view name);
 /// Identifiers of an external entity or a notation; an empty one is absent.
@@ -33,15 +33,16 @@ void checkIdentifiers(const std::string& publicId, const std::string& systemId);
 
 }  // namespace fastinfoset
 
-/// What belongs to the writer in other types, to be there before its encoder is.
+/// What is a member of the writer in other types. It is a base class, so that it exists before the
+/// base class that refers to it.
 struct EncoderState {
   bool pendingTerminator = false;
   std::string characters;
   BuiltInAlgorithms builtIn;
 };
 
-/// What the writer's events share beside encoding: the document, the checks of what is to be
-/// written, and what comes before the root, which is kept until the header can be written.
+/// The state of the current document and event, the checks before anything is written, and the
+/// items before the root element, which are buffered until the header can be written.
 class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinfoset::Encoder {
  public:
   using EventName = fastinfoset::EventName;
@@ -50,8 +51,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
 
   explicit Encoder(XMLWriter_X891& writer);
 
-  /// Runs an event. Where it is refused, or fails before any of it is written, it leaves no trace.
-  /// Where it fails later, nobody can tell what has been written, and nothing may follow.
+  /// Runs an event. Where it is refused, or fails before any of it is written, it has no effect.
+  /// Where it fails later, it is unknown which octets were written, and nothing may follow.
   template <typename Body>
   void attempt(Body body);
   void breakOff() noexcept;
@@ -66,7 +67,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void prepareStartTag(const EventName& name, const Attributes& attributes);
   void encodeStartTag(const EventName& name, const Attributes& attributes);
   unsigned findElementName(const EventName& name);
-  void recogniseAttributes(const Attributes& attributes);
+  void classifyAttributes(const Attributes& attributes);
   void checkAttributes(const Attributes& attributes);
   void encodeAttributes(const Attributes& attributes);
   void encodeNewAttributeName(const EventName& name);
@@ -78,13 +79,13 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
   /// Refuses what would make the tables larger than a reader allows.
-  void checkRoom(std::uint64_t octets, std::uint64_t entries) const;
+  void checkTableOctets(std::uint64_t octets, std::uint64_t entries) const;
 
   // --- What comes before the root ---
 
   void beginChildren(const InitialVocabulary& vocabulary);
-  void writeComponents(const InitialVocabulary& vocabulary);
-  void writeProlog();
+  void encodeComponents(const InitialVocabulary& vocabulary);
+  void encodeProlog();
 
   const ExternalVocabulary* findExternalVocabulary() const;
   void loadExternalVocabulary(InitialVocabulary& written);
@@ -97,9 +98,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void addText(const std::string& text);
   void checkTypedContent() const;
   template <typename Algorithm, typename Value>
-  void putValue(Algorithm& algorithm, const Value& value, std::uint64_t octets);
-  void putSection(const std::string& text);
-  void putContent(unsigned field, const std::string& octets);
+  void encodeTypedContent(Algorithm& algorithm, const Value& value, std::uint64_t octets);
+  void encodeCDATA(const std::string& text);
+  void encodeChunk(unsigned field, const std::string& octets);
   void checkTypedValue(const std::string& uri, int index, const EncodedData& data);
   void encodeTypedValue(const std::string& uri, int index, const EncodedData& data);
   void checkOctets(unsigned field, const std::string& octets);
@@ -126,37 +127,37 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::uint64_t maximumDepth_ = UINT64_MAX;
 
   // --- The document ---
-  enum class Kind { comment, instruction, documentType, endOfDocumentType };
+  enum class Kind { comment, processingInstruction, documentType, endOfDocumentType };
 
-  /// What comes before the root: a comment's text, the target and data of a processing instruction,
-  /// the public and system identifiers of a document type.
+  /// An item before the root element: the text of a comment, the target and data of a processing
+  /// instruction, or the public and system identifiers of a document type.
   struct PrologItem {
     Kind kind;
     std::string first;
     std::string second;
   };
-  /// What was found out about the name of an attribute.
+  /// The result of checking the name of an attribute.
   struct AttributeRecord {
-    std::uint64_t bindings = 0;  // The version of the bindings in which its prefix is right.
+    std::uint64_t bindings = 0;  // The version of the bindings for which the prefix was checked.
     std::size_t number = xml::UniqueAttributes::kUnknown;
   };
 
   struct Document {
     bool isBroken = false;       // An event failed when some of it may have been written.
-    bool childrenBegan = false;  // The header and what was held back are written.
+    bool childrenBegan = false;  // The header and the buffered items are written.
     std::vector<PrologItem> prolog;
     std::vector<fastinfoset::ExternalItem> notations;
     std::vector<fastinfoset::ExternalItem> unparsedEntities;
     std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
 
     xml::NamespaceBindings bindings;
-    std::vector<std::uint64_t> elementBindings;     // By index: in which the prefix is right.
+    std::vector<std::uint64_t> elementBindings;     // By index, as AttributeRecord::bindings.
     std::vector<AttributeRecord> attributeRecords;  // By index.
     xml::UniqueAttributes attributes;
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
-    unsigned loadedValues = 0;            // Indexes of values that it began with.
+    unsigned loadedValues = 0;            // The number of values in the vocabularies.
     std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
   };
@@ -169,16 +170,16 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     unsigned valueIndex;  // Of its text, or kNoIndex.
     bool isKnown;         // Its name is one of known_.
   };
-  bool isWriting_ = false;  // Some of it may be written.
+  bool isWriting_ = false;  // Some of its octets may be written.
   NameParts elementName_;
   unsigned elementIndex_ = 0;                 // Of its name, or kNoIndex.
   std::vector<CheckedAttribute> attributes_;  // Those that are not declarations.
   std::vector<int> declarations_;             // The positions of the others.
   std::vector<std::string> newPrefixes_;      // Prefixes that attributes declare.
-  std::deque<std::string> encodedValues_;     // What applications' algorithms made, in order.
-  std::uint64_t newOctets_ = 0;               // What new names may add to the tables.
+  std::deque<std::string> encodedValues_;     // By applications' algorithms, in order.
+  std::uint64_t newOctets_ = 0;               // The most that new names add to the tables.
   std::uint64_t newEntries_ = 0;
-  InitialVocabulary headerVocabulary_;  // Of the root: the header's.
+  InitialVocabulary headerVocabulary_;  // Prepared by the root element.
 };
 
 template <typename Body>

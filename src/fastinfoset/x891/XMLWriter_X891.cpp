@@ -5,8 +5,9 @@
 #include "../../xml/Rules.h"
 #include "X891Encoder.h"
 
-// The writer as an object, its properties, the life of a document, and what enters the tables. The
-// other events are in X891Prolog.cpp, X891Elements.cpp, X891Content.cpp and X891Algorithms.cpp.
+// The writer as an object, its properties, the beginning and end of a document, and common checks.
+// The other events are in X891EncoderProlog.cpp, X891EncoderElements.cpp, X891EncoderContent.cpp
+// and X891EncoderAlgorithms.cpp.
 
 namespace Tavrin {
 
@@ -27,7 +28,7 @@ XMLWriter_X891::Encoder::Encoder(XMLWriter_X891& writer)
   limits_.indexedAttributeValueLength = kIndexedLengthDefault;
   limits_.indexedChunkLength = kIndexedLengthDefault;
   limits_.maximumTableOctets = kMaximumTableOctetsDefault;
-  gathers_ = true;  // Also between events: each sends its octets when it is done.
+  isBuffering_ = true;  // Also between events: each sends its octets at its end.
 }
 
 // --- Properties ---
@@ -102,7 +103,8 @@ void XMLWriter_X891::Encoder::breakOff() noexcept {
   isWriting_ = false;
   document_.isBroken = true;
   writer_.state_ = Ended;
-  // Octets of this event must not come later. The failure to report is the first one.
+  // The octets of this event must not be written by another one. Only the first failure is
+  // reported.
   try {
     sendOctets();
   } catch (...) {
@@ -112,8 +114,8 @@ void XMLWriter_X891::Encoder::breakOff() noexcept {
 
 // --- Checks ---
 
-void XMLWriter_X891::Encoder::checkRoom(std::uint64_t octets, std::uint64_t entries) const {
-  // Names and identifiers enter a reader's tables in any case.
+void XMLWriter_X891::Encoder::checkTableOctets(std::uint64_t octets, std::uint64_t entries) const {
+  // A reader adds names and identifiers to its tables in any case.
   const std::uint64_t most = std::max(kReadersTableOctets, limits_.maximumTableOctets);
   if (limits_.tableOctets + octets + entries * kEntryOctets > most) {
     throw SAXException(atLimit("The vocabulary takes more than " + std::to_string(most) + " octets",

@@ -112,7 +112,7 @@ TEST(X891ReaderComponents, RefuseWhatIsNoVersion) {
                {"03 '1.0a'", "1.0a"}};
   for (const auto& each : cases) {
     expectRefused(fromComponents("01 " + std::string(each.octets)), "\x3C",
-                  "Invalid version of XML \"" + std::string(each.shown) + "\"");
+                  "\"" + std::string(each.shown) + "\" is not a version of XML");
   }
 }
 

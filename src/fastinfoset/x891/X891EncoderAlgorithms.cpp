@@ -14,8 +14,7 @@
 #include "../format/Octets.h"
 #include "X891Encoder.h"
 
-// Typed values: which algorithms there are, by which field they are called, and what they may not
-// encode.
+// Typed values: algorithms and their fields, and the checks of values and of encoded octets.
 
 namespace Tavrin {
 
@@ -31,7 +30,7 @@ bool isBuiltIn(const std::string& uri, int index) { return uri.empty() && index 
 
 }  // namespace
 
-/// The URI of an application's field, or nothing.
+/// The URI of an application's algorithm with this field, or empty.
 std::string XMLWriter_X891::Encoder::namedAlgorithm(int index) const {
   const std::vector<std::string>& named = document_.algorithms;
   if (index < kFirstNamed) return {};
@@ -107,7 +106,7 @@ void checkValueLength(std::uint64_t octets) {
 }
 
 /// Refuses a value that a built-in algorithm cannot encode.
-/// @return how many octets it takes
+/// @return the number of its encoded octets
 std::uint64_t checkBuiltIn(int index, const EncodedData& data) {
   std::uint64_t octets = 0;
   switch (index) {
@@ -149,7 +148,7 @@ std::uint64_t checkBuiltIn(int index, const EncodedData& data) {
 
 }  // namespace
 
-/// Refuses octets that a built-in algorithm cannot have made.
+/// Refuses octets that are no encoding by a built-in algorithm.
 void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& octets) {
   checkValueLength(octets.size());
   if (field >= kDialectX891.firstApplicationAlgorithm || octets.empty() ||
@@ -160,7 +159,7 @@ void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& oct
   std::istringstream stream(octets);
   algorithmFor({}, static_cast<int>(field))
       .decodeFromInputStream(static_cast<std::uint32_t>(octets.size()), stream);
-  // Booleans may leave octets over: they state too many unused bits.
+  // Octets remain where booleans state too many unused bits.
   if (stream.peek() != std::istringstream::traits_type::eof()) {
     throw EncodingAlgorithmException("Encoded data of another length than its value");
   }
@@ -170,8 +169,8 @@ void XMLWriter_X891::Encoder::checkOctets(unsigned field, const std::string& oct
 
 namespace {
 
-/// The length in the octets of writeSize, and where it ends. Nothing else is checked, not even the
-/// number of the algorithm.
+/// The length in the octets of writeSize, and the position after it. Nothing else is checked, not
+/// even the number of the algorithm.
 template <typename Encoding>
 std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
                                                 const std::string& octets) {
@@ -183,8 +182,8 @@ std::pair<std::uint64_t, std::size_t> announced(const Encoding& encoding,
   return {field + form->bias, std::size_t{2} + form->octets};
 }
 
-/// What an application's algorithm makes of a value, without what introduces it: the algorithm
-/// writes the number that it believes to have, but the document decides which it is.
+/// Encodes a value by an application's algorithm. The number and length that the algorithm writes
+/// before the octets are removed: the document decides which number it has.
 std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool chunk,
                       const EncodedData& data) {
   std::string octets;
@@ -197,7 +196,7 @@ std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool
   const bool isEmpty =
       chunk ? octets.empty() : octets.size() == 1 && octets[0] == static_cast<char>(kEmptyString);
   if (isEmpty) return {};
-  // Behind these bits, the first octet has the beginning of the number.
+  // These last bits of the first octet belong to the number.
   const unsigned numberBits = 8 - (chunk ? kChunkFieldLowBits : kStringFieldLowBits);
   const unsigned introduction = chunk ? kChunk | kChunkAlgorithm : kStringAlgorithm;
   const auto [length, begin] =
@@ -222,22 +221,23 @@ void XMLWriter_X891::Encoder::checkTypedContent() const {
   }
 }
 
-/// Writes the octets of an algorithm as a chunk, after the pending text.
-void XMLWriter_X891::Encoder::putContent(unsigned field, const std::string& octets) {
+/// Writes the octets of an algorithm as a chunk, after the buffered text.
+void XMLWriter_X891::Encoder::encodeChunk(unsigned field, const std::string& octets) {
   if (octets.empty()) return;
   isWriting_ = true;
   flushCharacters();
   flushTerminator(false);
   if (!out_) return;
   encodeAlgorithmField(true, field, octets.size());
-  putOctets(octets);
+  write(octets);
   sendOctets();
 }
 
-/// Writes a value that takes so many octets.
+/// Writes a value as a chunk.
+/// @param octets the number of its encoded octets
 template <typename Algorithm, typename Value>
-void XMLWriter_X891::Encoder::putValue(Algorithm& algorithm, const Value& value,
-                                       std::uint64_t octets) {
+void XMLWriter_X891::Encoder::encodeTypedContent(Algorithm& algorithm, const Value& value,
+                                                 std::uint64_t octets) {
   attempt([&](Encoder&) {
     checkTypedContent();
     checkValueLength(octets);
@@ -251,27 +251,29 @@ void XMLWriter_X891::Encoder::putValue(Algorithm& algorithm, const Value& value,
 void XMLWriter_X891::bytes(const std::string& data) { octets("", algorithms::base64, data); }
 
 void XMLWriter_X891::shorts(const std::vector<short>& data) {
-  encoder_->putValue(encoder_->builtIn.shortInteger, data, data.size() * sizeof(std::int16_t));
+  encoder_->encodeTypedContent(encoder_->builtIn.shortInteger, data,
+                               data.size() * sizeof(std::int16_t));
 }
 
 void XMLWriter_X891::ints(const std::vector<long>& data) {
-  encoder_->putValue(encoder_->builtIn.integer, data, data.size() * sizeof(std::int32_t));
+  encoder_->encodeTypedContent(encoder_->builtIn.integer, data, data.size() * sizeof(std::int32_t));
 }
 
 void XMLWriter_X891::longs(const std::vector<long>& data) {
-  encoder_->putValue(encoder_->builtIn.longInteger, data, data.size() * sizeof(std::int64_t));
+  encoder_->encodeTypedContent(encoder_->builtIn.longInteger, data,
+                               data.size() * sizeof(std::int64_t));
 }
 
 void XMLWriter_X891::booleans(const std::vector<bool>& data) {
-  encoder_->putValue(encoder_->builtIn.boolean, data, lengthOfBooleans(data.size()));
+  encoder_->encodeTypedContent(encoder_->builtIn.boolean, data, lengthOfBooleans(data.size()));
 }
 
 void XMLWriter_X891::floats(const std::vector<float>& data) {
-  encoder_->putValue(encoder_->builtIn.floatNumber, data, data.size() * sizeof(float));
+  encoder_->encodeTypedContent(encoder_->builtIn.floatNumber, data, data.size() * sizeof(float));
 }
 
 void XMLWriter_X891::doubles(const std::vector<double>& data) {
-  encoder_->putValue(encoder_->builtIn.doubleNumber, data, data.size() * sizeof(double));
+  encoder_->encodeTypedContent(encoder_->builtIn.doubleNumber, data, data.size() * sizeof(double));
 }
 
 void XMLWriter_X891::octets(const std::string& uri, int index, const std::string& data) {
@@ -279,8 +281,8 @@ void XMLWriter_X891::octets(const std::string& uri, int index, const std::string
     encoder.checkTypedContent();
     const unsigned field = encoder.fieldOf(uri, index);
     encoder.checkOctets(field, data);
-    if (field == algorithms::cdata) return encoder.putSection(data);
-    encoder.putContent(field, data);
+    if (field == algorithms::cdata) return encoder.encodeCDATA(data);
+    encoder.encodeChunk(field, data);
   });
 }
 
@@ -290,11 +292,11 @@ void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData
     EncodingAlgorithm& algorithm = encoder.algorithmFor(uri, index);
     if (!isBuiltIn(uri, index)) {
       const unsigned field = encoder.fieldOf(uri, index);
-      return encoder.putContent(field, encodedBy(algorithm, uri, true, data));
+      return encoder.encodeChunk(field, encodedBy(algorithm, uri, true, data));
     }
     if (checkBuiltIn(index, data) == 0) return;
     if (index == algorithms::cdata) {
-      return encoder.putSection(dynamic_cast<const CDATAData&>(data).data_);
+      return encoder.encodeCDATA(dynamic_cast<const CDATAData&>(data).data_);
     }
     encoder.isWriting_ = true;
     encoder.encodeContent(algorithm, data);
@@ -307,7 +309,7 @@ void XMLWriter_X891::Encoder::checkTypedValue(const std::string& uri, int index,
                                               const EncodedData& data) {
   EncodingAlgorithm& algorithm = algorithmFor(uri, index);
   if (!isBuiltIn(uri, index)) {
-    // Its text may be anything, and whoever reads the attribute may ask for it.
+    // A reader may report the value as text, which must then be valid.
     checkText(data.toString(), "an attribute value");
     encodedValues_.push_back(encodedBy(algorithm, uri, false, data));
     return;
@@ -330,7 +332,7 @@ void XMLWriter_X891::Encoder::encodeTypedValue(const std::string& uri, int index
   encodedValues_.pop_front();
   if (octets.empty()) return put(kEmptyString);
   encodeAlgorithmField(false, fieldOf(uri, index), octets.size());
-  putOctets(octets);
+  write(octets);
 }
 
 }  // namespace Tavrin

@@ -7,8 +7,8 @@
 #include "../format/Dialect.h"
 #include "X891Encoder.h"
 
-// The vocabulary that a document begins with (X.891, 7.2): built in, external, and its
-// own entries, in this order.
+// The vocabulary that a document begins with (X.891, 7.2): built-in entries, those of an external
+// vocabulary, and its own, in this order.
 
 namespace Tavrin {
 
@@ -16,7 +16,8 @@ using namespace fastinfoset;
 
 namespace {
 
-/// How many alphabets and algorithms can be named: the indexes up to 256 that are not reserved.
+/// The most alphabets and algorithms of a document: their indexes are those up to 256 that are not
+/// reserved.
 constexpr std::size_t kMaximumAlphabets = kMaximumAlgorithms - kFirstOwnAlphabet;
 constexpr std::size_t kMostApplicationAlgorithms =
     kMaximumAlgorithms - kDialectX891.firstApplicationAlgorithm;
@@ -25,7 +26,7 @@ NameParts nameOf(const char* const (&entry)[3]) {
   return {textOf(entry[0]), textOf(entry[1]), textOf(entry[2])};
 }
 
-/// How many positions an external table takes.
+/// The number of positions of an external table.
 template <typename Table>
 std::uint32_t positionsOf(const Table& table) {
   return std::max(table.definedCount, table.occupiedCount);
@@ -51,7 +52,7 @@ void checkVocabularyName(const NameParts& name) {
   }
 }
 
-/// Refuses what is no alphabet (X.891, 7.17): it has at least two characters, each once.
+/// A restricted alphabet has at least two characters, each once (X.891, 7.17).
 void checkAlphabet(const std::string& alphabet) {
   checkVocabularyText(alphabet);
   std::vector<std::string> characters;
@@ -99,14 +100,14 @@ const ExternalVocabulary* XMLWriter_X891::Encoder::findExternalVocabulary() cons
   return found->second;
 }
 
-/// Begins the tables of the document, anew where that was tried before.
+/// Begins the tables of the document, also again after a root element that was refused.
 /// @throws SAXException where the vocabularies are not possible
 XMLWriter_X891::Encoder::InitialVocabulary XMLWriter_X891::Encoder::prepareVocabulary() {
   clearTables();
   limits_.tableOctets = 0;
   document_.algorithms.clear();
   document_.algorithmFields.clear();
-  // What was found out about names is kept by their positions.
+  // These are indexed by positions of the tables.
   document_.elementBindings.clear();
   document_.attributeRecords.clear();
   InitialVocabulary written;
@@ -115,7 +116,7 @@ XMLWriter_X891::Encoder::InitialVocabulary XMLWriter_X891::Encoder::prepareVocab
   loadExternalVocabulary(written);
   loadInitialVocabulary(written);
   loadAlgorithms(written);
-  checkRoom(0, 0);
+  checkTableOctets(0, 0);
   document_.loadedValues = strings(kAttributeValues).positions();
   return written;
 }
@@ -146,7 +147,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) 
   for (unsigned table = 0; table < kStringTables; ++table) {
     const StringTableForm& form = kStringTableForms[table];
     const StringTable& from = *initialVocabulary_.*form.external;
-    // Alphabets and algorithms are looked up by nobody but readers.
+    // The writer itself finds nothing in the tables of alphabets and algorithms.
     StringIndexMap* const to = table >= kPrefixes ? &strings(table) : nullptr;
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
       std::string entry = textOf(from.entries[i]);
@@ -181,7 +182,8 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) 
   }
 }
 
-/// What can be named by a field, and the rest of what is named in the document.
+/// Assigns fields to the algorithms of the vocabularies and to all that are registered; these are
+/// added to the initial vocabulary.
 void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
   std::vector<std::string>& named = document_.algorithms;
   std::map<std::string, unsigned>& fields = document_.algorithmFields;

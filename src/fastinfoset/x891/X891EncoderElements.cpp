@@ -47,7 +47,7 @@ void XMLWriter_X891::Encoder::declare(const std::string& prefix, const std::stri
   }
 }
 
-/// Declares what attributes declare and startPrefixMapping did not.
+/// Declares the prefixes of attributes that startPrefixMapping has not declared.
 void XMLWriter_X891::Encoder::declareByAttributes(const Attributes& attributes) {
   for (const int i : declarations_) {
     const std::string& qName = attributes.getQName(i);
@@ -114,17 +114,17 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
   });
 }
 
-/// Checks all of a start tag, and looks up its names.
+/// Checks a whole start tag, and finds its names in the tables.
 void XMLWriter_X891::Encoder::prepareStartTag(const EventName& name, const Attributes& attributes) {
   if (!encodedValues_.empty()) encodedValues_.clear();
   newOctets_ = 0;
   newEntries_ = 0;
-  recogniseAttributes(attributes);
+  classifyAttributes(attributes);
   if (!declarations_.empty()) declareByAttributes(attributes);
   elementIndex_ = findElementName(name);
   checkAttributes(attributes);
   for (const std::string& part : namespaces_) newOctets_ += part.size();
-  checkRoom(newOctets_, newEntries_ + namespaces_.size());
+  checkTableOctets(newOctets_, newEntries_ + namespaces_.size());
 }
 
 void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attributes& attributes) {
@@ -141,17 +141,17 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
     if (!namespaces_.empty()) {
       put(kNamespacesFollow | flag);
       encodeNamespaces(namespaces_);
-      flag = 0;  // The octet before the declarations had it.
+      flag = 0;  // It was in the octet before the declarations.
     }
     if (elementIndex_ != kNoIndex) {
-      putInteger(kElementIndex, flag, elementIndex_);
+      writeInteger(kElementIndex, flag, elementIndex_);
     } else {
       encodeNewName(kLiteralElementName | flag, kElementNames, elementName_);
     }
     if (hasAttributes) encodeAttributes(attributes);
   }
   namespaces_.clear();
-  // The attributes have yet to end; the terminator may share an octet with that of the element.
+  // The end of the attributes may share an octet with the end of the element.
   pendingTerminator = hasAttributes;
 }
 
@@ -159,7 +159,7 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
 
 namespace {
 
-/// The qualified name. An event may leave it out where there is no prefix.
+/// The qualified name, which an event may omit where there is no prefix.
 const std::string& spelling(const EventName& name) {
   return name.qName.empty() ? name.localName : name.qName;
 }
@@ -215,7 +215,7 @@ void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned i
 void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned index,
                                                  bool isKnown) {
   Document& document = document_;
-  if (isKnown) {  // It was checked, and has a record.
+  if (isKnown) {  // It has been checked, so that it has a record.
     const AttributeRecord& record = document.attributeRecords[index];
     if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
       return;
@@ -238,15 +238,15 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
 
 // --- Attributes ---
 
-/// Whether an attribute declares a namespace. The qualified name decides, and the namespace only
-/// where there is none: otherwise it would go unnoticed that the two do not fit.
+/// Whether an attribute declares a namespace. The qualified name decides; the namespace counts only
+/// where there is no qualified name. Otherwise a contradiction of the two would not be found.
 static bool isDeclaration(const Attributes& attributes, int index) {
   const std::string& qName = attributes.getQName(index);
   return xml::isDeclarationName(qName) || (qName.empty() && isInXmlns(attributes, index));
 }
 
-/// Separates attributes from declarations. No declaration has a name that is known.
-void XMLWriter_X891::Encoder::recogniseAttributes(const Attributes& attributes) {
+/// Separates attributes from declarations, whose names are never known.
+void XMLWriter_X891::Encoder::classifyAttributes(const Attributes& attributes) {
   attributes_.clear();
   declarations_.clear();
   const int length = attributes.getLength();
@@ -263,7 +263,7 @@ void XMLWriter_X891::Encoder::recogniseAttributes(const Attributes& attributes) 
   }
 }
 
-/// Checks the attributes, and looks up their names and values.
+/// Checks the attributes, and finds their names and values in the tables.
 void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
   if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
@@ -283,7 +283,7 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
       continue;
     }
     const std::string& value = attributes.getValue(i);
-    if (value.empty()) continue;  // It is written as itself.
+    if (value.empty()) continue;  // It has a form of its own, without an index.
     if (const unsigned* const found = strings(kAttributeValues).find(value)) valueIndex = *found;
     checkValue(value, valueIndex);
   }
@@ -309,13 +309,14 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       if (strings(kAttributeValues).positions() == positions) {
         encodeNewString(kAttributeValues, adds, value);
       } else {
-        encodeString(kAttributeValues, adds, value);  // It may have come since, in this very tag.
+        encodeString(kAttributeValues, adds, value);  // An attribute before it may have added it.
       }
     }
   }
 }
 
-/// Writes a name that was in no table when the tag began. The same one may have come since.
+/// Writes a name that was not in the table when the tag began. An attribute before it may have
+/// added it.
 void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
   if (const unsigned* const index = names(kAttributeNames).find(name_)) {
@@ -326,8 +327,8 @@ void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
 }
 
 void XMLWriter_X891::Encoder::checkValue(const std::string& value, unsigned index) const {
-  // What the document itself brought into the table was checked then; an external vocabulary may
-  // hold anything.
+  // Values that the document added to the table have been checked; those of an external vocabulary
+  // have not.
   if (index != kNoIndex && index >= document_.loadedValues) return;
   if (!xml::isEasyText(value) || value.size() > kLongestString) {
     checkText(value, "an attribute value");

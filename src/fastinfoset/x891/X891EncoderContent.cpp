@@ -13,8 +13,8 @@ namespace Tavrin {
 
 using namespace fastinfoset;
 
-/// Adds to the pending text, which ends when something else comes, or when a chunk can be no
-/// longer.
+/// Appends to the buffered text. A chunk ends before another item, or when it has the greatest
+/// length.
 void XMLWriter_X891::Encoder::addText(const std::string& text) {
   if (characters.size() + text.size() > kLongestString) {
     if (writer_.state_ == InCDATA) checkLength(characters.size() + text.size());
@@ -26,11 +26,11 @@ void XMLWriter_X891::Encoder::addText(const std::string& text) {
 }
 
 void XMLWriter_X891::characters(const std::string& text) {
-  std::string& pending = encoder_->characters;
-  // The most frequent event, without what only a section or unusual characters need.
+  std::string& buffer = encoder_->characters;
+  // The most frequent event; sections and unusual characters need more.
   if (state_ == InElement && xml::isEasyText(text) &&
-      pending.size() + text.size() <= kLongestString) {
-    pending += text;
+      buffer.size() + text.size() <= kLongestString) {
+    buffer += text;
     hasContent_ = true;
     return;
   }
@@ -63,21 +63,21 @@ void XMLWriter_X891::endCDATA() {
     std::string section;
     section.swap(encoder.characters);
     encoder.isWriting_ = true;
-    encoder.putSection(section);
+    encoder.encodeCDATA(section);
   });
 }
 
 /// Writes a CDATA section. Where its text would end it, another one begins.
-void XMLWriter_X891::Encoder::putSection(const std::string& text) {
+void XMLWriter_X891::Encoder::encodeCDATA(const std::string& text) {
   constexpr std::string_view kEnd = "]]>";
   constexpr std::size_t kBrackets = 2;
   std::size_t begin = 0;
   for (std::size_t end = text.find(kEnd); end != std::string::npos; end = text.find(kEnd, begin)) {
-    putContent(algorithms::cdata, text.substr(begin, end + kBrackets - begin));
+    encodeChunk(algorithms::cdata, text.substr(begin, end + kBrackets - begin));
     begin = end + kBrackets;
   }
-  if (begin == 0) return putContent(algorithms::cdata, text);
-  putContent(algorithms::cdata, text.substr(begin));
+  if (begin == 0) return encodeChunk(algorithms::cdata, text);
+  encodeChunk(algorithms::cdata, text.substr(begin));
 }
 
 void XMLWriter_X891::skippedEntity(const std::string& name) {
@@ -90,7 +90,7 @@ void XMLWriter_X891::skippedEntity(const std::string& name) {
     const auto found = entities.find(name);
     const auto [publicId, systemId] =
         found == entities.end() ? std::pair<std::string, std::string>() : found->second;
-    encoder.checkRoom(name.size() + publicId.size() + systemId.size(), 3);
+    encoder.checkTableOctets(name.size() + publicId.size() + systemId.size(), 3);
     encoder.isWriting_ = true;
     encoder.encodeEntityReference({name, publicId, systemId, {}});
     encoder.sendOctets();

@@ -7,21 +7,21 @@
 #include "../format/Octets.h"
 #include "X891Encoder.h"
 
-// What comes before the root: the optional components and the first children. Comments and
-// processing instructions are here, too.
+// What precedes the root element: the optional components and the first children; also comments and
+// processing instructions anywhere.
 
 namespace Tavrin {
 
 using namespace fastinfoset;
 
-// --- Events. Each is kept until the root begins ---
+// --- Events. They are buffered until the root element begins ---
 
 void XMLWriter_X891::startDTD(const std::string& name, const std::string& publicId,
                               const std::string& systemId) {
   encoder_->attempt([&](Encoder& encoder) {
     XMLWriter::startDTD(name, publicId, systemId);
     checkIdentifiers(publicId, systemId);
-    encoder.checkRoom(publicId.size() + systemId.size(), 2);
+    encoder.checkTableOctets(publicId.size() + systemId.size(), 2);
     encoder.document_.prolog.push_back({Encoder::Kind::documentType, publicId, systemId});
   });
 }
@@ -33,7 +33,7 @@ void XMLWriter_X891::endDTD() {
   });
 }
 
-// An identifier that is empty is left out, which the format allows of both.
+// An empty identifier is omitted: the format requires neither of the two.
 void XMLWriter_X891::notationDecl(const std::string& name, const std::string& publicId,
                                   const std::string& systemId) {
   encoder_->attempt([&](Encoder& encoder) {
@@ -52,7 +52,7 @@ void XMLWriter_X891::unparsedEntityDecl(const std::string& name, const std::stri
     checkNCName(name);
     checkNCName(notationName);
     checkIdentifiers(publicId, systemId);
-    // The format demands one that is not empty.
+    // The format requires one that is not empty.
     if (systemId.empty()) {
       throw SAXException("The unparsed entity \"" + name + "\" has no system identifier");
     }
@@ -71,7 +71,7 @@ void XMLWriter_X891::externalEntityDecl(const std::string& name, const std::stri
   });
 }
 
-// Nothing is written of these, but they have their place.
+// Nothing is written for these declarations, but they may come only in a document type.
 
 void XMLWriter_X891::internalEntityDecl(const std::string& name, const std::string& value) {
   encoder_->attempt([&](Encoder&) { XMLWriter::internalEntityDecl(name, value); });
@@ -109,13 +109,13 @@ void XMLWriter_X891::processingInstruction(const std::string& target, const std:
     xml::refuseIf(xml::whyNotTarget(target));
     checkText(data, "a processing instruction");
     xml::refuseIf(xml::whyNotInstructionData(data));
-    encoder.checkRoom(target.size(), 1);
+    encoder.checkTableOctets(target.size(), 1);
     // White space before the data belongs to the markup (XML 1.0, production 16).
     const std::size_t space = std::min(data.find_first_not_of(" \t\r\n"), data.size());
     std::string rest;
     const std::string& written = space == 0 ? data : rest = data.substr(space);
     if (!encoder.document_.childrenBegan) {
-      encoder.document_.prolog.push_back({Encoder::Kind::instruction, target, written});
+      encoder.document_.prolog.push_back({Encoder::Kind::processingInstruction, target, written});
       return;
     }
     encoder.isWriting_ = true;
@@ -125,20 +125,20 @@ void XMLWriter_X891::processingInstruction(const std::string& target, const std:
 
 // --- Writing ---
 
-/// Writes all that comes before the root.
+/// Writes everything that precedes the root element.
 void XMLWriter_X891::Encoder::beginChildren(const InitialVocabulary& vocabulary) {
   Document& document = document_;
   document.childrenBegan = true;
   if (out_) {
-    writeComponents(vocabulary);
-    writeProlog();
+    encodeComponents(vocabulary);
+    encodeProlog();
   }
   document.prolog = {};
   document.notations = {};
   document.unparsedEntities = {};
 }
 
-void XMLWriter_X891::Encoder::writeComponents(const InitialVocabulary& vocabulary) {
+void XMLWriter_X891::Encoder::encodeComponents(const InitialVocabulary& vocabulary) {
   const Document& document = document_;
   const bool hasVocabulary = vocabulary.components() != 0;
   encodeHeader((hasVocabulary ? kInitialVocabulary : 0U) |
@@ -151,11 +151,11 @@ void XMLWriter_X891::Encoder::writeComponents(const InitialVocabulary& vocabular
   for (const ExternalItem& entity : document.unparsedEntities) encodeUnparsedEntity(entity);
   if (!document.unparsedEntities.empty()) put(kTerminator);
   if (standalone_) put(*standalone_ ? 1 : 0);
-  // It comes once: no table needs it.
+  // It is never repeated, so that no table needs it.
   if (xmlVersion_) encodeString(kOtherStrings, false, *xmlVersion_);
 }
 
-void XMLWriter_X891::Encoder::writeProlog() {
+void XMLWriter_X891::Encoder::encodeProlog() {
   const Document& document = document_;
   const bool impliesType = !document.notations.empty() || !document.unparsedEntities.empty();
   const std::vector<PrologItem>& items = document.prolog;
@@ -165,7 +165,7 @@ void XMLWriter_X891::Encoder::writeProlog() {
       case Kind::comment:
         encodeComment(first);
         break;
-      case Kind::instruction:
+      case Kind::processingInstruction:
         encodeProcessingInstruction(first, second);
         break;
       case Kind::documentType:
