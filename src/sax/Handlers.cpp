@@ -1,3 +1,4 @@
+#include <Tavrin/DefaultHandler.h>
 #include <Tavrin/Handlers.h>
 
 // The defaults that make every event optional. They stand here, not in the header, so that each
@@ -54,5 +55,8 @@ std::unique_ptr<std::istream> EntityResolver::resolveEntity(const std::string&,
                                                             const std::string&) {
   return nullptr;
 }
+
+DefaultHandler::~DefaultHandler() = default;
+void DefaultHandler::fatalError(const SAXParseException& exception) { throw exception; }
 
 }  // namespace Tavrin
