@@ -5,6 +5,7 @@
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Export.h>
 #include <Tavrin/Factories.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
 #include <istream>
@@ -24,7 +25,7 @@ namespace Tavrin {
 /// XMLReader_X891 reader;
 /// reader.setContentHandler(&writer);
 /// reader.setDTDHandler(&writer);
-/// reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&writer));
+/// reader.setLexicalHandler(&writer);
 /// std::ifstream document("menu.finf", std::ios::binary);
 /// reader.parse(document);
 /// @endcode
@@ -90,6 +91,24 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @throws SAXException for isStandalone, which can only be asked
   void setFeature(const std::string& name, bool value) override;
   bool getFeature(const std::string& name) override;
+
+  /// @name Handlers that are properties, too
+  /// The same handler as that of the property, without a cast. A change counts from the next event.
+  /// @{
+
+  /// Sets who receives comments and the boundaries of CDATA sections and the DTD.
+  void setLexicalHandler(LexicalHandler* handler);
+  LexicalHandler* getLexicalHandler() const;  ///< Or null.
+  /// Sets who receives the identifiers of entities.
+  void setDeclHandler(DeclHandler* handler);
+  DeclHandler* getDeclHandler() const;  ///< Or null.
+  /// Sets who receives content of built-in encoding algorithms as arrays.
+  void setPrimitiveTypeContentHandler(PrimitiveTypeContentHandler* handler);
+  PrimitiveTypeContentHandler* getPrimitiveTypeContentHandler() const;  ///< Or null.
+  /// Sets who receives all other content of encoding algorithms.
+  void setEncodingAlgorithmContentHandler(EncodingAlgorithmContentHandler* handler);
+  EncodingAlgorithmContentHandler* getEncodingAlgorithmContentHandler() const;  ///< Or null.
+  /// @}
 
   using XMLReader::parse;
 

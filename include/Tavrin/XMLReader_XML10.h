@@ -103,6 +103,18 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
 
+  /// @name Handlers that are properties, too
+  /// The same handler as that of the property, without a cast. A change counts from the next event.
+  /// @{
+
+  /// Sets who receives comments and the boundaries of CDATA sections, entities and the DTD.
+  void setLexicalHandler(LexicalHandler* handler);
+  LexicalHandler* getLexicalHandler() const;  ///< Or null.
+  /// Sets who receives the declarations of the document type.
+  void setDeclHandler(DeclHandler* handler);
+  DeclHandler* getDeclHandler() const;  ///< Or null.
+  /// @}
+
   /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
   /// consulted nor changed.
   /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError

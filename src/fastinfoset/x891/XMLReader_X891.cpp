@@ -21,6 +21,12 @@ class TAVRIN_LOCAL XMLReader_X891::Decoder final : public fastinfoset::X891Decod
       : X891Decoder({reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
         reader_(reader) {}
 
+  // Handlers that the reader sets without their properties.
+  using X891Decoder::declHandler_;
+  using X891Decoder::encodingAlgorithmContentHandler_;
+  using X891Decoder::lexicalHandler_;
+  using X891Decoder::primitiveTypeContentHandler_;
+
  private:
   /// A derived reader may put another algorithm in its place.
   EncodingAlgorithm* getEncodingAlgorithm(unsigned field, std::string& uri) override {
@@ -46,6 +52,32 @@ void* XMLReader_X891::getProperty(const std::string& name) {
   void* value = nullptr;
   const bool isKnown = decoder_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLReader::getProperty(name);
+}
+
+void XMLReader_X891::setLexicalHandler(LexicalHandler* handler) {
+  decoder_->lexicalHandler_ = handler;
+}
+
+LexicalHandler* XMLReader_X891::getLexicalHandler() const { return decoder_->lexicalHandler_; }
+
+void XMLReader_X891::setDeclHandler(DeclHandler* handler) { decoder_->declHandler_ = handler; }
+
+DeclHandler* XMLReader_X891::getDeclHandler() const { return decoder_->declHandler_; }
+
+void XMLReader_X891::setPrimitiveTypeContentHandler(PrimitiveTypeContentHandler* handler) {
+  decoder_->primitiveTypeContentHandler_ = handler;
+}
+
+PrimitiveTypeContentHandler* XMLReader_X891::getPrimitiveTypeContentHandler() const {
+  return decoder_->primitiveTypeContentHandler_;
+}
+
+void XMLReader_X891::setEncodingAlgorithmContentHandler(EncodingAlgorithmContentHandler* handler) {
+  decoder_->encodingAlgorithmContentHandler_ = handler;
+}
+
+EncodingAlgorithmContentHandler* XMLReader_X891::getEncodingAlgorithmContentHandler() const {
+  return decoder_->encodingAlgorithmContentHandler_;
 }
 
 void XMLReader_X891::setFeature(const std::string& name, bool value) {

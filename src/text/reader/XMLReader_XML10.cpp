@@ -89,4 +89,14 @@ void* XMLReader_XML10::getProperty(const std::string& name) {
   return isKnown ? value : XMLReader::getProperty(name);
 }
 
+void XMLReader_XML10::setLexicalHandler(LexicalHandler* handler) {
+  driver_->handlers.lexical = handler;
+}
+
+LexicalHandler* XMLReader_XML10::getLexicalHandler() const { return driver_->handlers.lexical; }
+
+void XMLReader_XML10::setDeclHandler(DeclHandler* handler) { driver_->handlers.decl = handler; }
+
+DeclHandler* XMLReader_XML10::getDeclHandler() const { return driver_->handlers.decl; }
+
 }  // namespace Tavrin
