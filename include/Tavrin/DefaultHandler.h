@@ -10,7 +10,7 @@
 namespace Tavrin {
 
 /// All handler interfaces in one class, for an application that overrides the events that it wants
-/// to hear, whatever their interface.
+/// to hear, whatever their interface. Tavrin::connect attaches all of them to a reader.
 ///
 /// @code
 /// struct Count : DefaultHandler {
@@ -23,16 +23,15 @@ namespace Tavrin {
 ///   int comments = 0;
 /// } count;
 /// XMLReader_XML10 reader;
-/// reader.setContentHandler(&count);
-/// reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&count));
+/// connect(reader, count);
 /// std::ifstream document("menu.xml", std::ios::binary);
 /// reader.parse(document);
 /// std::cout << count.elements << " elements, " << count.comments << " comments\n";
 /// @endcode
 ///
-/// All operations do nothing, and external entities are skipped, but for fatalError. An object of
-/// this class that is attached as a whole hears typed content as such, and drops it unless the
-/// operations for it are overridden: such content does not come to characters.
+/// All operations but fatalError do nothing, and external entities are skipped. An object that is
+/// connected receives typed content as such: it does not come to characters, and is lost unless the
+/// operations for it are overridden.
 class TAVRIN_API DefaultHandler : public ContentHandler,
                                   public DTDHandler,
                                   public DeclHandler,

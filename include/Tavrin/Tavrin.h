@@ -3,6 +3,7 @@
 #pragma once
 
 #include <Tavrin/Attributes.h>
+#include <Tavrin/Connect.h>
 #include <Tavrin/DefaultHandler.h>
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/EncodingAlgorithms.h>
