@@ -15,6 +15,7 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>
 #include <Tavrin/Vocabulary.h>
+#include <Tavrin/XMLFilter.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLReader_Expat.h>
 #include <Tavrin/XMLReader_FI.h>
