@@ -12,6 +12,8 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/Handlers.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/MemoryStream.h>
+#include <Tavrin/Parse.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>
 #include <Tavrin/Vocabulary.h>
