@@ -8,6 +8,7 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <string>
@@ -78,6 +79,29 @@ namespace Tavrin {
 /// Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader {
  public:
+  /// What a document may cost. No honest document meets the defaults; a document that does is
+  /// refused. Each limit is the property of the same name, too.
+  struct Limits {
+    /// How many octets may be delivered for each octet of the document, at least 1: from tables,
+    /// and those that a restricted alphabet, booleans or an algorithm of the application make of
+    /// fewer. It stops a document of a few octets that stores one long string or name, and refers
+    /// to it again and again.
+    double amplificationFactor = 1000;
+    /// How many octets may be delivered from tables before the factor counts. It lets small
+    /// documents repeat what they like.
+    std::uint64_t amplificationThreshold = std::uint64_t{8} << 20;
+    /// How many octets the tables may take together, and what the reader keeps beside them. It
+    /// stops a document without an end that is nothing but entries of tables, namespace
+    /// declarations, attributes of one tag, or a prolog.
+    std::uint64_t maximumTableOctets = std::uint64_t{512} << 20;
+    /// How many octets one string or typed value may take in the document, or its text where that
+    /// is longer. It stops a single string without an end.
+    std::uint64_t maximumLiteralOctets = std::uint64_t{1} << 30;
+    /// How many elements may be open at a time; by default any number. It stops elements inside
+    /// each other without an end, for programs that keep a record of each.
+    std::uint64_t maximumDepth = UINT64_MAX;
+  };
+
   XMLReader_X891();
   ~XMLReader_X891() override;
 
@@ -91,6 +115,11 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @throws SAXException for isStandalone, which can only be asked
   void setFeature(const std::string& name, bool value) override;
   bool getFeature(const std::string& name) override;
+
+  /// Sets all limits. They count at once.
+  /// @throws SAXException for an amplification factor below 1; no limit is changed then
+  void setLimits(const Limits& limits);
+  Limits getLimits() const;  ///< Also those that were set as properties.
 
   /// @name Handlers that are properties, too
   /// The same handler as that of the property, without a cast. A change counts from the next event.

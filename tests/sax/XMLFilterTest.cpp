@@ -87,7 +87,7 @@ TEST(XMLFilter, PassesOnBlocks) {
 }
 
 TEST(XMLFilter, RefusesBlocksWhereTheParentDoes) {
-  XMLReader_X891 parent;
+  XMLReader_FI parent;
   XMLFilter filter;
   filter.setParent(&parent);
   EXPECT_EQ("SAXNotRecognizedException: parse not implemented",

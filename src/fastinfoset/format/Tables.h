@@ -97,9 +97,6 @@ inline constexpr std::uint64_t kNameOctets = 320;   ///< Besides the octets of a
 /// The parts of a name are also in their own tables, in the qualified name, and where attributes
 /// are told apart.
 inline constexpr std::uint64_t kNameCopies = 3;
-/// What a reader may need for all tables of a document, unless it is told otherwise. A writer must
-/// not exceed it.
-inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
 
 inline std::uint64_t countedOctets(const std::string& entry) { return entry.size() + kEntryOctets; }
 inline std::uint64_t countedOctets(const NameParts& name) {

@@ -54,6 +54,13 @@ void* XMLReader_X891::getProperty(const std::string& name) {
   return isKnown ? value : XMLReader::getProperty(name);
 }
 
+void XMLReader_X891::setLimits(const Limits& limits) {
+  checkFactor(properties::amplificationFactor, &limits.amplificationFactor);
+  decoder_->setLimits(limits);
+}
+
+XMLReader_X891::Limits XMLReader_X891::getLimits() const { return decoder_->limits(); }
+
 void XMLReader_X891::setLexicalHandler(LexicalHandler* handler) {
   decoder_->lexicalHandler_ = handler;
 }
@@ -100,8 +107,21 @@ EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std:
 namespace fastinfoset {
 
 X891Decoder::X891Decoder(const Handlers& handlers) : Decoder(kDialectX891, handlers) {
-  maximumTableOctets_ = kMaximumTableOctets;
-  maximumLiteralOctets_ = kMaximumLiteralOctets;
+  setLimits({});
+}
+
+void X891Decoder::setLimits(const Limits& limits) {
+  amplificationFactor_ = limits.amplificationFactor;
+  amplificationThreshold_ = limits.amplificationThreshold;
+  maximumTableOctets_ = limits.maximumTableOctets;
+  maximumLiteralOctets_ = limits.maximumLiteralOctets;
+  maximumDepth_ = limits.maximumDepth;
+  forgetAllowance();
+}
+
+X891Decoder::Limits X891Decoder::limits() const {
+  return {amplificationFactor_, amplificationThreshold_, maximumTableOctets_, maximumLiteralOctets_,
+          maximumDepth_};
 }
 
 SAXParseException X891Decoder::exceptionHere(const std::string& message) const {

@@ -77,10 +77,12 @@ void XML10Driver::setupParser() {
   installCallbacks(parser, *this);
   XML_SetXmlDeclHandler(parser, on<&XML10Driver::xmlDecl>);
   setUnknownEncodingHandler(parser);
+  const XMLReader_XML10::Limits& limits = settings.limits;
   const double factor =
-      std::min<double>(settings.amplificationFactor, std::numeric_limits<float>::max());
+      std::min<double>(limits.entityAmplificationFactor, std::numeric_limits<float>::max());
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, settings.amplificationThreshold);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser,
+                                                          limits.entityAmplificationThreshold);
   // The document begins with its XML declaration or the first other event: makeReady.
   ready_ = false;
 }

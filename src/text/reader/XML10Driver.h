@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tavrin/XMLReader_XML10.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,15 +33,9 @@ struct XML10Settings {
     bool xmlnsURIs = false;
   };
 
-  static constexpr double kAmplificationFactor = 100;
-  static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} * 1024 * 1024;
-  static constexpr std::uint64_t kMaximumDepth = UINT64_MAX;
-
   Features features;
   std::optional<std::string> baseURI;
-  double amplificationFactor = kAmplificationFactor;
-  std::uint64_t amplificationThreshold = kAmplificationThreshold;
-  std::uint64_t maximumDepth = kMaximumDepth;
+  XMLReader_XML10::Limits limits;
 };
 
 /// What an application can ask of the last document that has begun.
