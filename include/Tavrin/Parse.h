@@ -25,13 +25,13 @@ namespace Tavrin {
 /// reader->parse(std::cin);
 /// @endcode
 ///
-/// A document of Fast Infoset begins with the octets E0 00 (X.891, 12.6), or with an XML
-/// declaration that states the encoding `finf` (12.3). Nothing is consumed: the stream's buffer is
-/// asked for the next octet, for which it may wait, and those that it has at hand by then are
-/// examined. So the first octet E0 is enough. A declaration is not recognised where its encoding
-/// has not arrived, as from a pipe that brings octets one by one, or where the buffer keeps none,
-/// as that of `std::cin` does until std::ios::sync_with_stdio(false): the document is then taken
-/// for text, and the reader refuses the encoding.
+/// A document of Fast Infoset begins with the octets E0 00 (X.891, 12.6), or with one of the XML
+/// declarations in apostrophes that state the encoding `finf` (12.3). Nothing is consumed: the
+/// stream's buffer is asked for the next octet, for which it may wait, and those that it has at
+/// hand by then are examined. So the first octet E0 is enough. A declaration is not recognised
+/// where its encoding has not arrived, as from a pipe that brings octets one by one, or where the
+/// buffer keeps none, as that of `std::cin` does until std::ios::sync_with_stdio(false): the
+/// document is then taken for text, and the reader refuses the encoding.
 /// @throws whatever the stream's buffer throws
 TAVRIN_API std::unique_ptr<XMLReader> createReaderFor(std::istream& stream);
 

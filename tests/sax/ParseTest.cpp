@@ -57,7 +57,9 @@ TEST(ReaderForAStream, IsThatOfTextForEverythingElse) {
        {"", "<", "<a/>", " <a/>", "text", "<?xml", "<?xml version='1.0'?><a/>",
         "<?xml version='1.0' encoding='UTF-8'?><a b=\" encoding='finf'\"/>",
         "<?xml version='1.0'?><?b encoding='finf'?><a/>", "<?xmlx encoding='finf'?><a/>",
-        "<a encoding='finf'/>", "<?xml version='1.0' xencoding='finf'?>"}) {
+        "<?xml version=\"1.0\" encoding='finf'?>", "<?xml version='1.0' encoding='finf",
+        "<?xml version='1.2' encoding='finf'?>", "<a encoding='finf'/>",
+        "<?xml version='1.0' xencoding='finf'?>"}) {
     EXPECT_EQ("XML10", typeFor(document)) << document;
   }
   for (const std::string document :

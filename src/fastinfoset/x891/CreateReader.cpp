@@ -1,26 +1,26 @@
+#include <Tavrin/Factories.h>
 #include <Tavrin/Parse.h>
-#include <Tavrin/XMLReader_X891.h>
-#include <Tavrin/XMLReader_XML10.h>
 
+#include <algorithm>
 #include <string_view>
 
 #include "../../io/SingleOctets.h"
-#include "../format/Octets.h"
 
 namespace Tavrin {
 
 namespace {
 
-/// Whether a document of Fast Infoset begins like that, by its header or an XML declaration.
+// What a document of Fast Infoset begins with: the part of its header that begins no text, or an
+// XML declaration up to its encoding (X.891, 12.3).
+constexpr std::string_view kIdentification("\xE0\0", 2);
+constexpr std::string_view kDeclarations[] = {"<?xml encoding='finf'",
+                                              "<?xml version='1.0' encoding='finf'",
+                                              "<?xml version='1.1' encoding='finf'"};
+
 bool isFastInfoset(std::string_view start) {
-  constexpr std::size_t kIdentification = 2;  // The octets of the header that no text begins with.
-  constexpr std::string_view kDeclaration = "<?xml ";
-  const auto octetAt = [&](std::size_t i) { return static_cast<unsigned char>(start[i]); };
-  if (!start.starts_with(kDeclaration)) {
-    return !start.empty() && octetAt(0) == fastinfoset::kHeader[0] &&
-           (start.size() < kIdentification || octetAt(1) == fastinfoset::kHeader[1]);
-  }
-  return start.substr(0, start.find("?>")).find(" encoding='finf'") != std::string_view::npos;
+  if (start.empty()) return false;
+  if (start.starts_with(kIdentification.substr(0, start.size()))) return true;
+  return std::ranges::any_of(kDeclarations, [&](auto each) { return start.starts_with(each); });
 }
 
 /// The octets that a stream's buffer has at hand, of which there is one at least unless it ends.
@@ -36,10 +36,9 @@ std::string_view octetsAtHand(std::streambuf& buffer, char& first) {
 
 std::unique_ptr<XMLReader> createReaderFor(std::istream& stream) {
   char first = 0;
-  if (stream.rdbuf() && isFastInfoset(octetsAtHand(*stream.rdbuf(), first))) {
-    return XMLReader_X891::create();
-  }
-  return XMLReader_XML10::create();
+  std::string_view start;
+  if (stream.rdbuf()) start = octetsAtHand(*stream.rdbuf(), first);
+  return XMLReaderFactory::createXMLReader(isFastInfoset(start) ? "X891" : "XML10");
 }
 
 }  // namespace Tavrin
