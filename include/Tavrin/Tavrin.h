@@ -5,6 +5,7 @@
 #include <Tavrin/Attributes.h>
 #include <Tavrin/Connect.h>
 #include <Tavrin/DefaultHandler.h>
+#include <Tavrin/DocumentWriter.h>
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Exceptions.h>
