@@ -21,7 +21,7 @@ struct HandlerSet {
   /// A writer that has encoding algorithms is not given primitive types: by them hexadecimal octets
   /// would become base64, because PrimitiveTypeContentHandler::bytes does not tell which they are.
   template <typename Object, std::enable_if_t<std::is_polymorphic_v<Object>, int> = 0>
-  HandlerSet(Object& object)
+  HandlerSet(Object& object)  // NOLINT(google-explicit-constructor): any object is a set.
       : content(dynamic_cast<ContentHandler*>(&object)),
         dtd(dynamic_cast<DTDHandler*>(&object)),
         declarations(dynamic_cast<DeclHandler*>(&object)),

@@ -47,6 +47,8 @@ class TAVRIN_API DocumentWriter {
   /// point numbers with as many digits as it takes to read the same numbers again.
   class TAVRIN_API Value {
    public:
+    // What is written is text or a number, so it becomes a value by itself.
+    // NOLINTBEGIN(google-explicit-constructor)
     Value(const char* text);                                      ///< Text, in UTF-8.
     Value(std::string text);                                      ///< Text, in UTF-8.
     Value(int number) : Value(std::vector<int>{number}) {}        ///< A 32-bit integer.
@@ -62,6 +64,7 @@ class TAVRIN_API DocumentWriter {
     Value(std::vector<float> numbers);       ///< Single precision numbers.
     Value(std::vector<double> numbers);      ///< Double precision numbers.
     Value(std::vector<bool> truths);         ///< Booleans.
+    // NOLINTEND(google-explicit-constructor)
 
     /// The text, also of a value that is typed.
     std::string toString() const { return data_ ? data_->toString() : text_; }
@@ -86,7 +89,8 @@ class TAVRIN_API DocumentWriter {
   class TAVRIN_API Scope {
    public:
     explicit Scope(DocumentWriter& document);  ///< The innermost element that is open.
-    ~Scope() noexcept(false);                  ///< Ends the element, unless it has ended.
+    /// Ends the element, unless it has ended.
+    ~Scope() noexcept(false);  // NOLINT(bugprone-exception-escape): failures must not be lost.
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
@@ -101,7 +105,7 @@ class TAVRIN_API DocumentWriter {
   /// @param namespaces all that the document uses; its root element declares them
   explicit DocumentWriter(XMLWriter& writer, Namespaces namespaces = {});
   /// Ends the document, and elements that are open.
-  ~DocumentWriter() noexcept(false);
+  ~DocumentWriter() noexcept(false);  // NOLINT(bugprone-exception-escape): as for a scope.
   DocumentWriter(const DocumentWriter&) = delete;
   DocumentWriter& operator=(const DocumentWriter&) = delete;
 

@@ -13,8 +13,8 @@
 
 namespace Tavrin {
 
-/// A new reader for the document that comes next in a stream: XMLReader_X891 for Fast Infoset, and
-/// XMLReader_XML10 for everything else, be it a document or not.
+/// A new reader for the document that comes next in a stream: of the type "X891" for Fast Infoset,
+/// and of the type "XML10" for everything else, be it a document or not.
 ///
 /// @code
 /// std::ios::sync_with_stdio(false);
@@ -26,12 +26,12 @@ namespace Tavrin {
 /// @endcode
 ///
 /// A document of Fast Infoset begins with the octets E0 00 (X.891, 12.6), or with one of the XML
-/// declarations in apostrophes that state the encoding `finf` (12.3). Nothing is consumed: the
-/// stream's buffer is asked for the next octet, for which it may wait, and those that it has at
-/// hand by then are examined. So the first octet E0 is enough. A declaration is not recognised
-/// where its encoding has not arrived, as from a pipe that brings octets one by one, or where the
-/// buffer keeps none, as that of `std::cin` does until std::ios::sync_with_stdio(false): the
-/// document is then taken for text, and the reader refuses the encoding.
+/// declarations that state the encoding `finf` (12.3). Nothing is consumed: the stream's buffer is
+/// asked for the next octet, for which it may wait, and those that it has at hand by then are
+/// examined. Where there is one alone, E0 is enough. A declaration is not recognised where its
+/// encoding has not arrived, as from a pipe that brings octets one by one, or where the buffer
+/// keeps none, as that of `std::cin` until std::ios::sync_with_stdio(false): the reader is then
+/// that of text, which refuses the encoding.
 /// @throws whatever the stream's buffer throws
 TAVRIN_API std::unique_ptr<XMLReader> createReaderFor(std::istream& stream);
 

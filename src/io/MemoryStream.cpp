@@ -8,6 +8,7 @@ class MemoryStream::Buffer : public std::streambuf {
  public:
   explicit Buffer(std::string_view octets) {
     // A buffer without a put area does not write to its octets.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
     char* const begin = const_cast<char*>(octets.data());
     setg(begin, begin, begin + octets.size());
   }

@@ -119,8 +119,8 @@ class X891Decoder : public Decoder {
   static constexpr std::uint64_t kHeldBackOctets = 512;
   static constexpr std::uint64_t kAttributeOctets = 256;
 
-  double amplificationFactor_;
-  std::uint64_t amplificationThreshold_;
+  double amplificationFactor_ = Limits().amplificationFactor;
+  std::uint64_t amplificationThreshold_ = Limits().amplificationThreshold;
 
   // Used again for each start tag.
   StartTagAttributes attributes_;
