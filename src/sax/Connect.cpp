@@ -1,7 +1,7 @@
 #include <Tavrin/Connect.h>
 #include <Tavrin/Identifiers.h>
 
-#include "NotRecognized.h"
+#include "SetIfKnown.h"
 
 namespace Tavrin {
 

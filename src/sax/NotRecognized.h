@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Tavrin/Exceptions.h>
-#include <Tavrin/XMLReader.h>
 
 #include <string>
 
@@ -16,14 +15,6 @@ namespace Tavrin {
 
 [[noreturn]] inline void throwPropertyNotRecognized(const std::string& name) {
   throw SAXNotRecognizedException("Property \"" + name + "\" not recognized");
-}
-
-/// Sets a handler that is a property. A reader that does not know it has no such events.
-inline void setIfKnown(XMLReader& reader, const char* property, void* handler) {
-  try {
-    reader.setProperty(property, handler);
-  } catch (const SAXNotRecognizedException&) {
-  }
 }
 
 }  // namespace Tavrin

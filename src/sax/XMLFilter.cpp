@@ -2,8 +2,8 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLFilter.h>
 
-#include "NotRecognized.h"
 #include "Properties.h"
+#include "SetIfKnown.h"
 
 namespace Tavrin {
 
