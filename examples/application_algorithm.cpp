@@ -98,11 +98,10 @@ void readPalette(const std::string& document, EncodingAlgorithmMap& algorithms) 
   reader.setContentHandler(&printer);
   reader.setProperty(properties::registeredEncodingAlgorithms, &algorithms);
   // Without a handler for it, the content is text.
-  std::istringstream first(document);
+  MemoryStream first(document);
   reader.parse(first);
-  reader.setProperty(properties::encodingAlgorithmContentHandler,
-                     static_cast<EncodingAlgorithmContentHandler*>(&printer));
-  std::istringstream second(document);
+  reader.setEncodingAlgorithmContentHandler(&printer);
+  MemoryStream second(document);
   reader.parse(second);
 }
 

@@ -24,23 +24,6 @@ class Beginning : public Tavrin::ContentHandler {
   Tavrin::XMLWriter& writer_;
 };
 
-// A writer is a set of handlers. A property is a pointer to just the interface that it names.
-void attach(Tavrin::XMLReader& reader, Tavrin::XMLWriter& writer) {
-  reader.setDTDHandler(&writer);
-  reader.setProperty(properties::declarationHandler, static_cast<Tavrin::DeclHandler*>(&writer));
-  reader.setProperty(properties::lexicalHandler, static_cast<Tavrin::LexicalHandler*>(&writer));
-
-  // Typed content stays typed where the writer takes it, and is text elsewhere. No primitive type
-  // handler is set: its "bytes" do not tell hexadecimal from base64.
-  auto* typed = dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer);
-  if (typed == nullptr) return;
-  try {
-    reader.setProperty(properties::encodingAlgorithmContentHandler, typed);
-  } catch (const Tavrin::SAXNotRecognizedException&) {
-    // A reader of XML text, where nothing is typed.
-  }
-}
-
 // A reader warns of what no event tells: the copy would lack it.
 class Strictness : public Tavrin::ErrorHandler {
  public:
@@ -53,9 +36,9 @@ void copy(const char* readerType, const char* writerType) {
   writer->setOutputStream(&std::cout);
   Beginning beginning(*reader, *writer);
   Strictness strictness;
-  reader->setContentHandler(&beginning);
-  reader->setErrorHandler(&strictness);
-  attach(*reader, *writer);
+  Tavrin::connect(*reader, *writer);
+  Tavrin::connect(*reader, beginning);
+  Tavrin::connect(*reader, strictness);
   reader->parse(std::cin);
 }
 

@@ -55,10 +55,8 @@ class TrackPrinter : public ContentHandler, public PrimitiveTypeContentHandler {
 void readTrack(const std::string& document) {
   TrackPrinter printer;
   XMLReader_X891 reader;
-  reader.setContentHandler(&printer);
-  reader.setProperty(properties::primitiveTypeContentHandler,
-                     static_cast<PrimitiveTypeContentHandler*>(&printer));
-  std::istringstream stream(document);
+  connect(reader, printer);
+  MemoryStream stream(document);
   reader.parse(stream);
 }
 

@@ -59,11 +59,12 @@ constexpr char entityAmplificationThreshold[] =
 /// the last document that has begun.
 constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
 /// Reader "XML10": whether expat waits before it tries a token again that the octets so far cut in
-/// two, a `bool`. It then tries when there is twice as much, so the event of the token may come with
-/// later octets, at the latest with the last. Without that, each event comes with its last octet,
-/// but a token of many octets that arrives in small blocks takes time in proportion to its square:
-/// set it to false only for senders who may take that time. Default true. Setting it to false is
-/// refused where expat cannot do without: before 2.6.0 it never waits.
+/// two, a `bool`. It then tries when there is twice as much, so the event of the token may come
+/// with later octets, at the latest with the last. Without that, each event comes with its last
+/// octet, but a token of many octets that arrives in small blocks takes time in proportion to its
+/// square: set it to false only for senders who may take that time (CVE-2023-52425). Default true.
+/// It has no effect with an expat that never waits, as those before 2.6.0 do without their
+/// distributor's correction.
 constexpr char reparseDeferral[] = "http://tavrin/sax/properties/reparse-deferral";
 
 /// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <Tavrin/Attributes.h>
+#include <Tavrin/Connect.h>
+#include <Tavrin/DefaultHandler.h>
+#include <Tavrin/DocumentWriter.h>
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Exceptions.h>
@@ -10,9 +13,12 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/Handlers.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/MemoryStream.h>
+#include <Tavrin/Parse.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>
 #include <Tavrin/Vocabulary.h>
+#include <Tavrin/XMLFilter.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLReader_Expat.h>
 #include <Tavrin/XMLReader_FI.h>

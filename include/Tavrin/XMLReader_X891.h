@@ -5,8 +5,10 @@
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Export.h>
 #include <Tavrin/Factories.h>
+#include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <string>
@@ -24,7 +26,7 @@ namespace Tavrin {
 /// XMLReader_X891 reader;
 /// reader.setContentHandler(&writer);
 /// reader.setDTDHandler(&writer);
-/// reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&writer));
+/// reader.setLexicalHandler(&writer);
 /// std::ifstream document("menu.finf", std::ios::binary);
 /// reader.parse(document);
 /// @endcode
@@ -77,6 +79,29 @@ namespace Tavrin {
 /// Tavrin::features::isStandalone.
 class TAVRIN_API XMLReader_X891 : public XMLReader {
  public:
+  /// What a document may cost. No honest document meets the defaults; a document that does is
+  /// refused. Each limit is the property of the same name, too.
+  struct Limits {
+    /// How many octets may be delivered for each octet of the document, at least 1: from tables,
+    /// and those that a restricted alphabet, booleans or an algorithm of the application make of
+    /// fewer. It stops a document of a few octets that stores one long string or name, and refers
+    /// to it again and again.
+    double amplificationFactor = 1000;
+    /// How many octets may be delivered from tables before the factor counts. It lets small
+    /// documents repeat what they like.
+    std::uint64_t amplificationThreshold = std::uint64_t{8} << 20;
+    /// How many octets the tables may take together, and what the reader keeps beside them. It
+    /// stops a document without an end that is nothing but entries of tables, namespace
+    /// declarations, attributes of one tag, or a prolog.
+    std::uint64_t maximumTableOctets = std::uint64_t{512} << 20;
+    /// How many octets one string or typed value may take in the document, or its text where that
+    /// is longer. It stops a single string without an end.
+    std::uint64_t maximumLiteralOctets = std::uint64_t{1} << 30;
+    /// How many elements may be open at a time; by default any number. It stops elements inside
+    /// each other without an end, for programs that keep a record of each.
+    std::uint64_t maximumDepth = UINT64_MAX;
+  };
+
   XMLReader_X891();
   ~XMLReader_X891() override;
 
@@ -90,6 +115,29 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @throws SAXException for isStandalone, which can only be read
   void setFeature(const std::string& name, bool value) override;
   bool getFeature(const std::string& name) override;
+
+  /// Sets all limits. They count at once.
+  /// @throws SAXException for an amplification factor below 1; no limit is changed then
+  void setLimits(const Limits& limits);
+  Limits getLimits() const;  ///< Also those that were set as properties.
+
+  /// @name Handlers that are properties, too
+  /// The same handler as that of the property, without a cast. A change counts from the next event.
+  /// @{
+
+  /// Sets who receives comments and the boundaries of CDATA sections and the DTD.
+  void setLexicalHandler(LexicalHandler* handler);
+  LexicalHandler* getLexicalHandler() const;  ///< Or null.
+  /// Sets who receives the identifiers of entities.
+  void setDeclHandler(DeclHandler* handler);
+  DeclHandler* getDeclHandler() const;  ///< Or null.
+  /// Sets who receives content of built-in encoding algorithms as arrays.
+  void setPrimitiveTypeContentHandler(PrimitiveTypeContentHandler* handler);
+  PrimitiveTypeContentHandler* getPrimitiveTypeContentHandler() const;  ///< Or null.
+  /// Sets who receives all other content of encoding algorithms.
+  void setEncodingAlgorithmContentHandler(EncodingAlgorithmContentHandler* handler);
+  EncodingAlgorithmContentHandler* getEncodingAlgorithmContentHandler() const;  ///< Or null.
+  /// @}
 
   using XMLReader::parse;
 

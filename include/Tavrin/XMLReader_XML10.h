@@ -6,6 +6,7 @@
 #include <Tavrin/Factories.h>
 #include <Tavrin/XMLReader.h>
 
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <string>
@@ -91,6 +92,21 @@ namespace Tavrin {
 /// in every encoding: U+00AA, U+00B5 and U+00BA, which expat accepts as letters in some, are none.
 class TAVRIN_API XMLReader_XML10 : public XMLReader {
  public:
+  /// What a document may cost. No honest document meets the defaults; a document that does is
+  /// refused. Each limit is the property of the same name, too.
+  struct Limits {
+    /// How many octets an octet of input may expand to through entities, and how many through
+    /// defaults of attributes, at least 1. It stops a document of a few entities that refer to each
+    /// other, each several times, and one of short tags with long defaults.
+    double entityAmplificationFactor = 100;
+    /// How many octets entities, and defaults of attributes, may expand to before the factor
+    /// counts. It lets small documents repeat what they like.
+    std::uint64_t entityAmplificationThreshold = std::uint64_t{8} << 20;
+    /// How many elements may be open at a time; by default any number. It stops elements inside
+    /// each other without an end, for programs that keep a record of each.
+    std::uint64_t maximumDepth = UINT64_MAX;
+  };
+
   XMLReader_XML10();
   ~XMLReader_XML10() override;
 
@@ -103,6 +119,23 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// @throws SAXException for a read-only property, or a value that it cannot have
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
+
+  /// Sets all limits. They count from the next document.
+  /// @throws SAXException for an amplification factor below 1; no limit is changed then
+  void setLimits(const Limits& limits);
+  Limits getLimits() const;  ///< Also those that were set as properties.
+
+  /// @name Handlers that are properties, too
+  /// The same handler as that of the property, without a cast. A change counts from the next event.
+  /// @{
+
+  /// Sets who receives comments and the boundaries of CDATA sections, entities and the DTD.
+  void setLexicalHandler(LexicalHandler* handler);
+  LexicalHandler* getLexicalHandler() const;  ///< Or null.
+  /// Sets who receives the declarations of the document type.
+  void setDeclHandler(DeclHandler* handler);
+  DeclHandler* getDeclHandler() const;  ///< Or null.
+  /// @}
 
   /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
   /// consulted nor changed.

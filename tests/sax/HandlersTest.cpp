@@ -127,13 +127,13 @@ void sendEveryEvent(ErrorHandler& handler, const std::string& s) {
 }
 
 template <typename Handler>
-class DefaultHandler : public testing::Test {};
+class HandlerByDefault : public testing::Test {};
 
-using DefaultHandlerTypes =
+using HandlerTypes =
     testing::Types<ContentHandler, DTDHandler, DeclHandler, LexicalHandler, ErrorHandler>;
-TYPED_TEST_SUITE(DefaultHandler, DefaultHandlerTypes);
+TYPED_TEST_SUITE(HandlerByDefault, HandlerTypes);
 
-TYPED_TEST(DefaultHandler, AcceptsEveryEventSilently) {
+TYPED_TEST(HandlerByDefault, AcceptsEveryEventSilently) {
   class OverridesNothing : public TypeParam {};
   TypeParam plain;
   OverridesNothing derived;
@@ -149,7 +149,7 @@ TYPED_TEST(DefaultHandler, AcceptsEveryEventSilently) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TYPED_TEST(DefaultHandler, AcceptsEventsInAnyOrderAndTwice) {
+TYPED_TEST(HandlerByDefault, AcceptsEventsInAnyOrderAndTwice) {
   TypeParam handler;
   EXPECT_NO_THROW(sendEveryEvent(handler, "a"));
   EXPECT_NO_THROW(sendEveryEvent(handler, "b"));

@@ -24,6 +24,9 @@ class SocketBuffer : public std::streambuf {
   SocketBuffer(const SocketBuffer&) = delete;
   SocketBuffer& operator=(const SocketBuffer&) = delete;
 
+  /// Nothing more is sent: XML text ends with its stream.
+  void finish() { shutdown(descriptor_, SHUT_WR); }
+
  protected:
   int_type underflow() override {
     const ssize_t count = read(descriptor_, in_.data(), in_.size());
@@ -102,6 +105,7 @@ class Speaker : public ContentHandler {
     writer_->endElement("", "talk", "talk");
     writer_->endDocument();
     stream_.flush();
+    buffer_.finish();
   }
 
   SocketBuffer buffer_;

@@ -69,8 +69,8 @@ std::uint64_t readAll(const std::string& name, const ReadingOptions& options) {
   EntityFiles entities(name, options.entityAccess());
   while (const auto reader = nextReader(input, options)) {
     reader->setEntityResolver(entities.resolver());
-    Tavrin::EncodingAlgorithmContentHandler anyAlgorithm;
-    takeAlgorithms(*reader, anyAlgorithm);
+    AnyAlgorithm anyAlgorithm;
+    connect(*reader, anyAlgorithm);
     const Losses losses(*reader, input, warn);
     parse(*reader, input, &entities);
   }

@@ -117,8 +117,8 @@ void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const Enti
 
 /// Reads a document that is not to be copied.
 void skip(Tavrin::XMLReader& reader, Input& input) {
-  Tavrin::EncodingAlgorithmContentHandler anyAlgorithm;
-  takeAlgorithms(reader, anyAlgorithm);
+  AnyAlgorithm anyAlgorithm;
+  connect(reader, anyAlgorithm);
   parse(reader, input);
 }
 

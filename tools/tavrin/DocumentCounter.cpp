@@ -1,7 +1,6 @@
 #include "DocumentCounter.h"
 
 #include <Tavrin/EncodingAlgorithmAttributes.h>
-#include <Tavrin/Identifiers.h>
 
 #include <algorithm>
 
@@ -33,16 +32,7 @@ class ItemCounter : public Tavrin::PrimitiveTypeContentHandler {
 
 void DocumentCounter::attachTo(Tavrin::XMLReader& reader) {
   relay_.expectFrom(reader);
-  if (relay_.takesDeclarations()) {
-    reader.setDTDHandler(this);
-    reader.setProperty(Tavrin::properties::declarationHandler,
-                       static_cast<Tavrin::DeclHandler*>(this));
-  }
-  reader.setContentHandler(this);
-  reader.setEntityResolver(this);
-  reader.setProperty(Tavrin::properties::lexicalHandler,
-                     static_cast<Tavrin::LexicalHandler*>(this));
-  takeAlgorithms(reader, *this);
+  attach(reader, *this, relay_.takesDeclarations());
 }
 
 /// The relay keeps its failure to itself and takes no event after it; counting goes on.

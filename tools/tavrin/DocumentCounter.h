@@ -39,9 +39,7 @@ class DocumentCounter : public Tavrin::ContentHandler,
   DocumentCounter(Relay& relay, Tavrin::EntityResolver* resolver)
       : relay_(relay), resolver_(resolver) {}
 
-  /// Sets this counter as content handler, lexical handler and entity resolver; as encoding
-  /// algorithm handler of readers that know typed content; and as handler of declarations where the
-  /// relay takes them.
+  /// Lets a reader report to this counter: declarations only where the relay takes them.
   void attachTo(Tavrin::XMLReader& reader);
 
   const Counts& counts() const { return counts_; }

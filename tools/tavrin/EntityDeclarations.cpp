@@ -9,7 +9,7 @@ namespace tool {
 void EntityDeclarations::findIn(Tavrin::XMLReader& reader, Input& input) {
   reader_ = &reader;
   input_ = &input;
-  takeAlgorithms(reader, anyAlgorithm_);
+  connect(reader, anyAlgorithm_);
   reader.setContentHandler(this);
   reader.setDTDHandler(this);
   reader.setProperty(Tavrin::properties::declarationHandler,

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Input.h"
+#include "Reading.h"
 
 namespace tool {
 
@@ -54,7 +55,7 @@ class EntityDeclarations : private Tavrin::ContentHandler,
   void externalEntityDecl(const std::string& name, const std::string& publicId,
                           const std::string& systemId) override;
 
-  Tavrin::EncodingAlgorithmContentHandler anyAlgorithm_;
+  AnyAlgorithm anyAlgorithm_;
   Tavrin::XMLReader* reader_ = nullptr;
   Input* input_ = nullptr;
   bool hasDocumentType_ = false;

@@ -1,8 +1,5 @@
 #include "EventPrinter.h"
 
-#include <Tavrin/Identifiers.h>
-
-#include "Reading.h"
 #include "Text.h"
 
 namespace tool {
@@ -12,23 +9,6 @@ namespace {
 std::string base64(const std::string& octets) { return Tavrin::Base64Data(octets).toString(); }
 
 }  // namespace
-
-void EventPrinter::attachTo(Tavrin::XMLReader& reader) {
-  reader.setContentHandler(this);
-  reader.setEntityResolver(this);
-  reader.setProperty(Tavrin::properties::lexicalHandler,
-                     static_cast<Tavrin::LexicalHandler*>(this));
-  setPropertyIfKnown(reader, Tavrin::properties::primitiveTypeContentHandler,
-                     static_cast<Tavrin::PrimitiveTypeContentHandler*>(this));
-  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler,
-                     static_cast<Tavrin::EncodingAlgorithmContentHandler*>(this));
-}
-
-void EventPrinter::attachDeclarationsTo(Tavrin::XMLReader& reader) {
-  reader.setDTDHandler(this);
-  reader.setProperty(Tavrin::properties::declarationHandler,
-                     static_cast<Tavrin::DeclHandler*>(this));
-}
 
 void EventPrinter::printBorder(std::uint64_t number, std::uint64_t octet) {
   const std::string second = std::to_string(number);

@@ -3,7 +3,6 @@
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 #include <Tavrin/Handlers.h>
 #include <Tavrin/TypedData.h>
-#include <Tavrin/XMLReader.h>
 
 #include <cstdint>
 #include <functional>
@@ -35,11 +34,6 @@ class EventPrinter : public Tavrin::ContentHandler,
   EventPrinter(Sink sink, Format format, Tavrin::EntityResolver* resolver = nullptr)
       : sink_(std::move(sink)), format_(format), resolver_(resolver) {}
 
-  /// Sets this printer as content handler, lexical handler and entity resolver, and as handler of
-  /// typed content of readers that know it.
-  void attachTo(Tavrin::XMLReader& reader);
-  /// Sets this printer as DTD handler and declaration handler.
-  void attachDeclarationsTo(Tavrin::XMLReader& reader);
   /// Prints a line that stands between two documents.
   /// @param number the number of the second, counted from 1
   /// @param octet  the place of its first octet, counted from 1

@@ -1,7 +1,5 @@
 #include "EventRecorder.h"
 
-#include <Tavrin/Identifiers.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -31,11 +29,7 @@ EventRecorder::EventRecorder(EventQueue& queue, const Input& input, bool lexical
 
 void EventRecorder::attachTo(Tavrin::XMLReader& reader) {
   readerFollowsStandard_ = followsStandard(reader);
-  reader.setContentHandler(this);
-  reader.setEntityResolver(this);
-  reader.setProperty(Tavrin::properties::lexicalHandler,
-                     static_cast<Tavrin::LexicalHandler*>(this));
-  takeAlgorithms(reader, *this);
+  attach(reader, *this, false);
 }
 
 void EventRecorder::finish(bool isCutOff) {

@@ -34,8 +34,7 @@ class EventRecorder : public Tavrin::ContentHandler,
   EventRecorder(EventQueue& queue, const Input& input, bool lexical,
                 Tavrin::EntityResolver* resolver);
 
-  /// Sets this recorder as content handler, lexical handler and entity resolver, and as encoding
-  /// algorithm handler of readers that know typed content.
+  /// Lets a reader report to this recorder.
   void attachTo(Tavrin::XMLReader& reader);
   /// Hands over what is left.
   /// @param isCutOff the document could not be read to its end

@@ -100,8 +100,7 @@ void printAll(Input& input, const Options& options, std::ostream& out) {
     if (input.documentNumber() > 1) {
       printer.printBorder(input.documentNumber(), input.documentStart() + 1);
     }
-    printer.attachTo(*reader);
-    if (options.declarations) printer.attachDeclarationsTo(*reader);
+    attach(*reader, printer, options.declarations);
     const Losses losses(*reader, input, warn);
     parse(*reader, input, &entities);
   }

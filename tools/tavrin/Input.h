@@ -21,7 +21,8 @@ class Input {
 
   /// The name for messages about the document.
   const std::string& name() const { return name_; }
-  /// The first octets, as many as it takes to tell one format from another. Call it before reading.
+  /// The first octets, as many as it takes to tell one format from another. Call it before reading:
+  /// the stream's buffer has them at hand then.
   std::string_view firstOctets();
   std::istream& stream() { return stream_; }
   /// How many octets have been read, whoever read them.

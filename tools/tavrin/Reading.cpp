@@ -3,13 +3,13 @@
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Factories.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/Parse.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
 
 #include "Failure.h"
-#include "TypeChoice.h"
 
 namespace tool {
 
@@ -43,10 +43,16 @@ void parseDocument(Tavrin::XMLReader& reader, Input& input) {
   }
 }
 
+/// A reader for the octets that come next. One alone begins no document of Fast Infoset.
+std::unique_ptr<Tavrin::XMLReader> createReaderFor(Input& input) {
+  return input.firstOctets().size() > 1 ? Tavrin::createReaderFor(input.stream())
+                                        : Tavrin::XMLReaderFactory::createXMLReader("XML10");
+}
+
 /// Whether a document may begin where the one before has ended.
-bool mayFollow(Input& input, const std::string& type, bool isChosen) {
+bool mayFollow(Input& input, Tavrin::XMLReader& reader, bool isChosen) {
   const bool wasRead = input.octetsRead() > input.documentStart();
-  return wasRead && (isChosen || isFastInfoset(type));
+  return wasRead && (isChosen || knowsTypedContent(reader));
 }
 
 }  // namespace
@@ -58,28 +64,25 @@ std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions
     return nullptr;
   }
   const bool isChosen = !options.from.empty();
-  const std::string type = isChosen ? options.from : readerTypeFor(input.firstOctets());
-  if (!isFirst && !mayFollow(input, type, isChosen)) {
+  auto reader =
+      isChosen ? Tavrin::XMLReaderFactory::createXMLReader(options.from) : createReaderFor(input);
+  if (!isFirst && !mayFollow(input, *reader, isChosen)) {
     throw Failure::document(placeIn(input.name(), input.octetsRead() + 1),
                             "No Fast Infoset document begins here");
   }
-  auto reader = Tavrin::XMLReaderFactory::createXMLReader(type);
   options.limits.applyTo(*reader, isChosen);
   input.beginDocument();
   return reader;
 }
 
-bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value) {
-  try {
-    reader.setProperty(name, value);
-    return true;
-  } catch (const Tavrin::SAXNotRecognizedException&) {
-    return false;
+void attach(Tavrin::XMLReader& reader, Tavrin::HandlerSet handlers, bool takesDeclarations) {
+  if (!takesDeclarations) {
+    handlers.dtd = nullptr;
+    handlers.declarations = nullptr;
   }
-}
-
-void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentHandler& handler) {
-  setPropertyIfKnown(reader, Tavrin::properties::encodingAlgorithmContentHandler, &handler);
+  // Comments are content here: a reader that does not report them is refused.
+  reader.setProperty(Tavrin::properties::lexicalHandler, handlers.lexical);
+  connect(reader, handlers);
 }
 
 bool knowsTypedContent(Tavrin::XMLReader& reader) {

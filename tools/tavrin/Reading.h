@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tavrin/Connect.h>
 #include <Tavrin/Handlers.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
@@ -22,12 +23,13 @@ namespace tool {
 /// @throws Tavrin::SAXException when there is no such type
 std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions& options);
 
-/// Sets a property of readers that know it. Returns whether this one does.
-bool setPropertyIfKnown(Tavrin::XMLReader& reader, const std::string& name, void* value);
+/// Receives the content of encoding algorithms and drops it. Without such a handler, readers may
+/// refuse content of algorithms that they do not know.
+using AnyAlgorithm = Tavrin::EncodingAlgorithmContentHandler;
 
-/// Sets who takes the content of encoding algorithms, of readers that know typed content. Where
-/// nobody does, readers may refuse that of algorithms that they do not know.
-void takeAlgorithms(Tavrin::XMLReader& reader, Tavrin::EncodingAlgorithmContentHandler& handler);
+/// Lets a reader report to an object, by all of its interfaces or by all but those for
+/// declarations. The object and the reader have lexical events.
+void attach(Tavrin::XMLReader& reader, Tavrin::HandlerSet handlers, bool takesDeclarations);
 
 /// Whether a reader knows typed content, as those of Fast Infoset do.
 bool knowsTypedContent(Tavrin::XMLReader& reader);

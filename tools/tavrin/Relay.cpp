@@ -56,16 +56,7 @@ bool Relay::mayLackWayBack() const {
 
 void Relay::attachTo(Tavrin::XMLReader& reader) {
   expectFrom(reader);
-  if (takesDeclarations()) {
-    reader.setDTDHandler(this);
-    reader.setProperty(Tavrin::properties::declarationHandler,
-                       static_cast<Tavrin::DeclHandler*>(this));
-  }
-  reader.setContentHandler(this);
-  reader.setEntityResolver(this);
-  reader.setProperty(Tavrin::properties::lexicalHandler,
-                     static_cast<Tavrin::LexicalHandler*>(this));
-  takeAlgorithms(reader, *this);
+  attach(reader, *this, takesDeclarations());
 }
 
 void Relay::check() const {

@@ -45,9 +45,7 @@ class Relay : public Tavrin::ContentHandler,
   Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input,
         Tavrin::EntityResolver* resolver = nullptr);
 
-  /// Sets this relay as content handler, lexical handler and entity resolver; as encoding algorithm
-  /// handler of readers that know typed content; and as handler of declarations where they are
-  /// passed on.
+  /// Lets a reader report to this relay: declarations only where they are passed on.
   void attachTo(Tavrin::XMLReader& reader);
   /// Names the reader whose events come, by way of another handler.
   void expectFrom(Tavrin::XMLReader& reader);

@@ -19,7 +19,6 @@
 #include "ReadingOptions.h"
 #include "Relay.h"
 #include "Text.h"
-#include "TypeChoice.h"
 
 namespace tool {
 
@@ -95,10 +94,9 @@ struct OtherEncoding {
   const char* label;
 };
 
-OtherEncoding otherEncodingOf(Input& input) {
-  return isFastInfoset(readerTypeFor(input.firstOctets()))
-             ? OtherEncoding{"XML10", "as XML text"}
-             : OtherEncoding{"X891", "as Fast Infoset"};
+OtherEncoding otherEncodingOf(Tavrin::XMLReader& reader) {
+  return knowsTypedContent(reader) ? OtherEncoding{"XML10", "as XML text"}
+                                   : OtherEncoding{"X891", "as Fast Infoset"};
 }
 
 template <typename Value>
@@ -138,7 +136,7 @@ std::string headOf(Input& input) {
 /// first.
 void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& options,
                   EntityFiles& entities, std::ostream& out, bool& isFirst) {
-  const OtherEncoding other = otherEncodingOf(input);
+  const OtherEncoding other = otherEncodingOf(reader);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
   options.reading.limits.applyTo(*writer);
   OctetCounter octets;

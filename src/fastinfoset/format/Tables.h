@@ -100,9 +100,6 @@ inline constexpr std::uint64_t kNameOctets = 320;   ///< Besides the octets of a
 /// The parts of a name are also in their own tables, in the qualified name, and among the names by
 /// which duplicate attributes are found.
 inline constexpr std::uint64_t kNameCopies = 3;
-/// The most that a reader allows by default for all tables of a document. A writer must not exceed
-/// it.
-inline constexpr std::uint64_t kReadersTableOctets = std::uint64_t{512} << 20;
 
 inline std::uint64_t countedOctets(const std::string& entry) { return entry.size() + kEntryOctets; }
 inline std::uint64_t countedOctets(const NameParts& name) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tavrin/XMLReader_X891.h>
+
 #include <cstdint>
 #include <functional>
 #include <istream>
@@ -23,22 +25,30 @@ namespace Tavrin::fastinfoset {
 /// and knows the formats that "FI" does not.
 class X891Decoder : public Decoder {
  public:
+  using Limits = XMLReader_X891::Limits;
+
   explicit X891Decoder(const Handlers& handlers);
 
   // --- As the reader has them ---
 
   template <typename Access>
   bool accessProperty(Access access) {
-    return access(properties::amplificationFactor, amplificationFactor_, kAmplificationFactor) ||
+    constexpr Limits kStandard;
+    return access(properties::amplificationFactor, amplificationFactor_,
+                  kStandard.amplificationFactor) ||
            access(properties::amplificationThreshold, amplificationThreshold_,
-                  kAmplificationThreshold) ||
-           access(properties::maximumTableOctets, maximumTableOctets_, kMaximumTableOctets) ||
-           access(properties::maximumLiteralOctets, maximumLiteralOctets_, kMaximumLiteralOctets) ||
-           access(properties::maximumDepth, maximumDepth_, std::uint64_t{UINT64_MAX}) ||
+                  kStandard.amplificationThreshold) ||
+           access(properties::maximumTableOctets, maximumTableOctets_,
+                  kStandard.maximumTableOctets) ||
+           access(properties::maximumLiteralOctets, maximumLiteralOctets_,
+                  kStandard.maximumLiteralOctets) ||
+           access(properties::maximumDepth, maximumDepth_, kStandard.maximumDepth) ||
            access(properties::documentXMLVersion, ReadOnly{document_.version}) ||
            access(properties::standalone, ReadOnly{document_.standalone}) ||
            Decoder::accessProperty(access);
   }
+  void setLimits(const Limits& limits);
+  Limits limits() const;
   /// What strings from tables may amount to is computed anew, with the limits as they are then.
   void forgetAllowance() { document_.allowedFromTables = 0; }
   bool isStandalone() const { return document_.standalone.value_or(false); }
@@ -128,13 +138,8 @@ class X891Decoder : public Decoder {
   static constexpr std::uint64_t kHeldBackOctets = 512;
   static constexpr std::uint64_t kAttributeOctets = 256;
 
-  static constexpr double kAmplificationFactor = 1000;
-  static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} << 20;
-  static constexpr std::uint64_t kMaximumTableOctets = kReadersTableOctets;
-  static constexpr std::uint64_t kMaximumLiteralOctets = std::uint64_t{1} << 30;
-
-  double amplificationFactor_ = kAmplificationFactor;
-  std::uint64_t amplificationThreshold_ = kAmplificationThreshold;
+  double amplificationFactor_ = Limits().amplificationFactor;
+  std::uint64_t amplificationThreshold_ = Limits().amplificationThreshold;
 
   // Used again for each start tag.
   StartTagAttributes attributes_;

@@ -22,6 +22,12 @@ class TAVRIN_LOCAL XMLReader_X891::Decoder final : public fastinfoset::X891Decod
       : X891Decoder({reader.contentHandler_, reader.errorHandler_, reader.dtdHandler_}),
         reader_(reader) {}
 
+  // Handlers that the reader sets without their properties.
+  using X891Decoder::declHandler_;
+  using X891Decoder::encodingAlgorithmContentHandler_;
+  using X891Decoder::lexicalHandler_;
+  using X891Decoder::primitiveTypeContentHandler_;
+
  private:
   /// A derived reader may put another algorithm in its place.
   EncodingAlgorithm* getEncodingAlgorithm(unsigned field, std::string& uri) override {
@@ -47,6 +53,39 @@ void* XMLReader_X891::getProperty(const std::string& name) {
   void* value = nullptr;
   const bool isKnown = decoder_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLReader::getProperty(name);
+}
+
+void XMLReader_X891::setLimits(const Limits& limits) {
+  checkFactor(properties::amplificationFactor, &limits.amplificationFactor);
+  decoder_->setLimits(limits);
+}
+
+XMLReader_X891::Limits XMLReader_X891::getLimits() const { return decoder_->limits(); }
+
+void XMLReader_X891::setLexicalHandler(LexicalHandler* handler) {
+  decoder_->lexicalHandler_ = handler;
+}
+
+LexicalHandler* XMLReader_X891::getLexicalHandler() const { return decoder_->lexicalHandler_; }
+
+void XMLReader_X891::setDeclHandler(DeclHandler* handler) { decoder_->declHandler_ = handler; }
+
+DeclHandler* XMLReader_X891::getDeclHandler() const { return decoder_->declHandler_; }
+
+void XMLReader_X891::setPrimitiveTypeContentHandler(PrimitiveTypeContentHandler* handler) {
+  decoder_->primitiveTypeContentHandler_ = handler;
+}
+
+PrimitiveTypeContentHandler* XMLReader_X891::getPrimitiveTypeContentHandler() const {
+  return decoder_->primitiveTypeContentHandler_;
+}
+
+void XMLReader_X891::setEncodingAlgorithmContentHandler(EncodingAlgorithmContentHandler* handler) {
+  decoder_->encodingAlgorithmContentHandler_ = handler;
+}
+
+EncodingAlgorithmContentHandler* XMLReader_X891::getEncodingAlgorithmContentHandler() const {
+  return decoder_->encodingAlgorithmContentHandler_;
 }
 
 void XMLReader_X891::setFeature(const std::string& name, bool value) {
@@ -75,8 +114,21 @@ EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std:
 namespace fastinfoset {
 
 X891Decoder::X891Decoder(const Handlers& handlers) : Decoder(kDialectX891, handlers) {
-  maximumTableOctets_ = kMaximumTableOctets;
-  maximumLiteralOctets_ = kMaximumLiteralOctets;
+  setLimits({});
+}
+
+void X891Decoder::setLimits(const Limits& limits) {
+  amplificationFactor_ = limits.amplificationFactor;
+  amplificationThreshold_ = limits.amplificationThreshold;
+  maximumTableOctets_ = limits.maximumTableOctets;
+  maximumLiteralOctets_ = limits.maximumLiteralOctets;
+  maximumDepth_ = limits.maximumDepth;
+  forgetAllowance();
+}
+
+X891Decoder::Limits X891Decoder::limits() const {
+  return {amplificationFactor_, amplificationThreshold_, maximumTableOctets_, maximumLiteralOctets_,
+          maximumDepth_};
 }
 
 std::int32_t X891Decoder::columnHere() const {

@@ -1,3 +1,4 @@
+#include <Tavrin/XMLReader_X891.h>
 #include <Tavrin/XMLWriter_X891.h>
 
 #include "../../sax/AtLimit.h"
@@ -115,8 +116,10 @@ void XMLWriter_X891::Encoder::breakOff() noexcept {
 // --- Checks ---
 
 void XMLWriter_X891::Encoder::checkTableOctets(std::uint64_t octets, std::uint64_t entries) const {
-  // A reader adds names and identifiers to its tables in any case.
-  const std::uint64_t most = std::max(kReadersTableOctets, limits_.maximumTableOctets);
+  // A reader adds names and identifiers to its tables in any case. What a reader refuses by default
+  // is not written.
+  constexpr std::uint64_t kReadersLimit = XMLReader_X891::Limits().maximumTableOctets;
+  const std::uint64_t most = std::max(kReadersLimit, limits_.maximumTableOctets);
   if (limits_.tableOctets + octets + entries * kEntryOctets > most) {
     throw SAXException(atLimit("The vocabulary takes more than " + std::to_string(most) + " octets",
                                properties::maximumTableOctets));

@@ -42,7 +42,8 @@ void XML10Driver::requireName(std::string_view name) {
 void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes) {
   XML10Document& document = *document_;
   const XML10Settings& current = document.settings;
-  if (++document.depth > current.maximumDepth) fail(tooDeep(current.maximumDepth));
+  const std::uint64_t maximumDepth = current.limits.maximumDepth;
+  if (++document.depth > maximumDepth) fail(tooDeep(maximumDepth));
   if (document.checksNames) {
     requireName(withoutNamespace(name));
     for (auto pair = attributes; *pair; pair += 2) requireName(withoutNamespace(*pair));
@@ -116,12 +117,12 @@ std::uint64_t OpenEntity::octetsRead() const {
 void XML10Driver::addDefaults(std::uint64_t octets) {
   XML10Document& document = *document_;
   document.defaultOctets += octets;
-  if (document.defaultOctets <= document.settings.amplificationThreshold) return;
+  if (document.defaultOctets <= document.settings.limits.entityAmplificationThreshold) return;
   // As expat counts for entities: the octets of the result in proportion to those that were read.
   std::uint64_t octetsRead = document.entityOctets;
   for (const OpenEntity& entity : document.open) octetsRead += entity.octetsRead();
   const auto read = static_cast<double>(octetsRead);
-  const double limit = document.settings.amplificationFactor * read;
+  const double limit = document.settings.limits.entityAmplificationFactor * read;
   if (read + static_cast<double>(document.defaultOctets) <= limit) return;
   fail(atLimit("limit on input amplification factor (from defaults of attributes) breached",
                properties::entityAmplificationFactor));

@@ -74,10 +74,15 @@ void XML10Driver::setupParser() {
   installCallbacks(parser, *this);
   XML_SetXmlDeclHandler(parser, on<&XML10Driver::xmlDecl>);
   setUnknownEncodingHandler(parser);
+  const XMLReader_XML10::Limits& limits = settings.limits;
   const double factor =
-      std::min<double>(settings.amplificationFactor, std::numeric_limits<float>::max());
+      std::min<double>(limits.entityAmplificationFactor, std::numeric_limits<float>::max());
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, settings.amplificationThreshold);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser,
+                                                          limits.entityAmplificationThreshold);
+#ifdef TAVRIN_HAS_REPARSE_DEFERRAL
+  XML_SetReparseDeferralEnabled(parser, settings.reparseDeferral ? XML_TRUE : XML_FALSE);
+#endif
   // makeReady announces the document, at its XML declaration or the first other event.
   ready_ = false;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tavrin/XMLReader_XML10.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,17 +33,12 @@ struct XML10Settings {
     bool xmlnsURIs = false;
   };
 
-  static constexpr double kAmplificationFactor = 100;
-  static constexpr std::uint64_t kAmplificationThreshold = std::uint64_t{8} * 1024 * 1024;
-  static constexpr std::uint64_t kMaximumDepth = UINT64_MAX;
   static constexpr bool kReparseDeferral = true;
 
   Features features;
   std::optional<std::string> baseURI;
-  double amplificationFactor = kAmplificationFactor;
-  std::uint64_t amplificationThreshold = kAmplificationThreshold;
-  std::uint64_t maximumDepth = kMaximumDepth;
   bool reparseDeferral = kReparseDeferral;
+  XMLReader_XML10::Limits limits;
 };
 
 /// What an application can get about the last document that has begun.

@@ -28,16 +28,18 @@ class XMLReader_XML10::Driver : public text::XML10Driver {
 
   template <typename Access>
   bool accessProperty(Access access) {
+    constexpr Limits kStandard;
+    Limits& limits = settings.limits;
     return access(properties::lexicalHandler, handlers.lexical) ||
            access(properties::declarationHandler, handlers.decl) ||
            access(properties::baseURI, settings.baseURI) ||
-           access(properties::entityAmplificationFactor, settings.amplificationFactor,
-                  XML10Settings::kAmplificationFactor) ||
-           access(properties::entityAmplificationThreshold, settings.amplificationThreshold,
-                  XML10Settings::kAmplificationThreshold) ||
-           access(properties::maximumDepth, settings.maximumDepth, XML10Settings::kMaximumDepth) ||
            access(properties::reparseDeferral, settings.reparseDeferral,
-                  XML10Settings::kReparseDeferral) ||
+                  text::XML10Settings::kReparseDeferral) ||
+           access(properties::entityAmplificationFactor, limits.entityAmplificationFactor,
+                  kStandard.entityAmplificationFactor) ||
+           access(properties::entityAmplificationThreshold, limits.entityAmplificationThreshold,
+                  kStandard.entityAmplificationThreshold) ||
+           access(properties::maximumDepth, limits.maximumDepth, kStandard.maximumDepth) ||
            access(properties::documentXMLVersion, ReadOnly{facts.version}) ||
            access(properties::standalone, ReadOnly{facts.standalone}) ||
            access(properties::lossCount, ReadOnly{facts.losses});
@@ -90,5 +92,22 @@ void* XMLReader_XML10::getProperty(const std::string& name) {
   const bool isKnown = driver_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLReader::getProperty(name);
 }
+
+void XMLReader_XML10::setLimits(const Limits& limits) {
+  checkFactor(properties::entityAmplificationFactor, &limits.entityAmplificationFactor);
+  driver_->settings.limits = limits;
+}
+
+XMLReader_XML10::Limits XMLReader_XML10::getLimits() const { return driver_->settings.limits; }
+
+void XMLReader_XML10::setLexicalHandler(LexicalHandler* handler) {
+  driver_->handlers.lexical = handler;
+}
+
+LexicalHandler* XMLReader_XML10::getLexicalHandler() const { return driver_->handlers.lexical; }
+
+void XMLReader_XML10::setDeclHandler(DeclHandler* handler) { driver_->handlers.decl = handler; }
+
+DeclHandler* XMLReader_XML10::getDeclHandler() const { return driver_->handlers.decl; }
 
 }  // namespace Tavrin

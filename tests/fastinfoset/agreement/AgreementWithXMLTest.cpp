@@ -20,14 +20,6 @@ namespace {
 
 using namespace Tavrin;
 
-/// Connects a reader with every handler of a writer.
-void connect(XMLReader& reader, XMLWriter& writer) {
-  reader.setContentHandler(&writer);
-  reader.setDTDHandler(&writer);
-  reader.setProperty(properties::lexicalHandler, static_cast<LexicalHandler*>(&writer));
-  reader.setProperty(properties::declarationHandler, static_cast<DeclHandler*>(&writer));
-}
-
 std::string converted(const std::string& document, const char* from, const char* to) {
   const std::unique_ptr<XMLReader> reader = XMLReaderFactory::createXMLReader(from);
   const std::unique_ptr<XMLWriter> writer = XMLWriterFactory::createXMLWriter(to);
@@ -220,8 +212,6 @@ std::string copied(const std::string& octets) {
   XMLWriter_FI writer;
   writer.setOutputStream(&out);
   connect(reader, writer);
-  reader.setProperty(properties::encodingAlgorithmContentHandler,
-                     static_cast<EncodingAlgorithmContentHandler*>(&writer));
   reader.parse(in);
   return out.str();
 }
