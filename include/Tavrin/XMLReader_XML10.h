@@ -74,9 +74,10 @@ namespace Tavrin {
 /// without namespace name and local name, unless `xmlns-uris` is on, too.
 ///
 /// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
-/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold and maximumDepth from
-/// the next document on; documentXMLVersion ("1.0" where the document has no declaration),
-/// standalone and lossCount are read-only, and concern the last document that has begun.
+/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth and
+/// reparseDeferral from the next document on; documentXMLVersion ("1.0" where the document has no
+/// declaration), standalone and lossCount are read-only, and concern the last document that has
+/// begun.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, without which they stay as written.
@@ -138,7 +139,9 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// @}
 
   /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
-  /// consulted nor changed.
+  /// consulted nor changed. The buffer is asked for what it has, and for one octet where it has
+  /// none: where it waits, the events of the octets before have been reported, but for a tag that
+  /// is cut (see Tavrin::properties::reparseDeferral).
   /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError
   /// @throws SAXException when no parser can be created, and when called from a handler
   /// @throws whatever a handler, the resolver or a stream throws

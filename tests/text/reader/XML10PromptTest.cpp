@@ -1,0 +1,147 @@
+#include <EventLog.h>
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/XMLReader_XML10.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+// A stream that waits, as a socket does: what it has given is reported before it is asked for more.
+
+namespace {
+
+using namespace Tavrin;
+
+/// Gives a text in pieces, and notes what was reported when it is asked for the next one.
+class Pieces : public std::streambuf {
+ public:
+  Pieces(std::vector<std::string> pieces, const EventLog& log)
+      : pieces_(std::move(pieces)), log_(log) {}
+
+  std::vector<std::string> reported;  // Before the first piece, before the second, ...
+
+ protected:
+  int_type underflow() override {
+    const std::string all = log_.text();
+    if (reported.size() <= pieces_.size()) {
+      reported.push_back(all.substr(before_));
+      before_ = all.size();
+    }
+    if (next_ == pieces_.size()) return traits_type::eof();
+    std::string& piece = pieces_[next_++];
+    setg(piece.data(), piece.data(), piece.data() + piece.size());
+    return traits_type::to_int_type(piece[0]);
+  }
+
+ private:
+  std::vector<std::string> pieces_;
+  const EventLog& log_;
+  std::size_t next_ = 0;
+  std::size_t before_ = 0;
+};
+
+/// @param deferral null for the default
+std::vector<std::string> reportedOf(const std::vector<std::string>& pieces,
+                                    bool* deferral = nullptr) {
+  EventLog log;
+  log.showLocator = false;
+  Pieces buffer(pieces, log);
+  std::istream stream(&buffer);
+  XMLReader_XML10 reader;
+  log.attachTo(reader);
+  reader.setProperty(properties::reparseDeferral, deferral);
+  reader.parse(stream);
+  return buffer.reported;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(XML10Prompt, ReportsWhatAStreamHasGiven) {
+  EXPECT_EQ((Lines{"", "startDocument()\nstartElement(, a, a, [])\n",
+                   "startElement(, b, b, [])\nendElement(, b, b)\n", "characters(text)\n",
+                   "endElement(, a, a)\n"}),
+            reportedOf({"<a>", "<b/>", "text", "</a>"}));
+}
+
+TEST(XML10Prompt, ReportsTheFirstOctetsThatShowNoOtherEncoding) {
+  // What may be a declaration is waited for.
+  EXPECT_EQ(
+      (Lines{"", "", "", "startDocument()\nstartElement(, a, a, [])\n", "endElement(, a, a)\n"}),
+      reportedOf({"<", "?xml version='1.0'", "?><a>", "</a>"}));
+  EXPECT_EQ((Lines{"", "", "", "startDocument()\nstartElement(, a, a, [])\nendElement(, a, a)\n"}),
+            reportedOf({"<?xml version='1.0' ", "encoding='utf8'?>", "<a></a>"}));
+}
+
+TEST(XML10Prompt, ReportsATagThatWasCutWithItsLastOctetIfAskedTo) {
+  bool deferral = false;
+  const Lines pieces = {"<a>", "<", "b", " c='d'", ">", "</b", ">", "</a>"};
+  EXPECT_EQ((Lines{"", "startDocument()\nstartElement(, a, a, [])\n", "", "", "",
+                   "startElement(, b, b, [{, c, c, CDATA, d}])\n", "", "endElement(, b, b)\n",
+                   "endElement(, a, a)\n"}),
+            reportedOf(pieces, &deferral));
+  deferral = true;
+  const Lines deferred = reportedOf(pieces, &deferral);
+  EXPECT_EQ(reportedOf(pieces), deferred);
+  EXPECT_EQ("", deferred[5]);  // The tag is complete, but comes later.
+}
+
+TEST(XML10Prompt, TheDeferralIsAPropertyWithADefault) {
+  XMLReader_XML10 reader;
+  const auto deferral = [&] {
+    return *static_cast<bool*>(reader.getProperty(properties::reparseDeferral));
+  };
+  EXPECT_TRUE(deferral());
+  bool value = false;
+  reader.setProperty(properties::reparseDeferral, &value);
+  EXPECT_FALSE(deferral());
+  reader.setProperty(properties::reparseDeferral, nullptr);
+  EXPECT_TRUE(deferral());
+}
+
+TEST(XML10Prompt, ReadsABufferThatKeepsNoOctets) {
+  /// Knows only its next octet.
+  class Unbuffered : public std::streambuf {
+   public:
+    explicit Unbuffered(std::string text) : text_(std::move(text)) {}
+
+   protected:
+    int_type underflow() override {
+      return next_ == text_.size() ? traits_type::eof() : traits_type::to_int_type(text_[next_]);
+    }
+    int_type uflow() override {
+      const int_type octet = underflow();
+      if (octet != traits_type::eof()) ++next_;
+      return octet;
+    }
+
+   private:
+    std::string text_;
+    std::size_t next_ = 0;
+  } buffer("<a>text</a>");
+  std::istream stream(&buffer);
+  EventLog log;
+  log.showLocator = false;
+  XMLReader_XML10 reader;
+  log.attachTo(reader);
+  reader.parse(stream);
+  EXPECT_EQ(
+      "startDocument()\nstartElement(, a, a, [])\ncharacters(text)\nendElement(, a, a)\n"
+      "endDocument()\n",
+      log.text());
+}
+
+TEST(XML10Prompt, ReadsADocumentThatIsLargerThanABlock) {
+  const std::string text(3000000, 'x');
+  EventLog log;
+  log.showLocator = false;
+  XMLReader_XML10 reader;
+  log.attachTo(reader);
+  std::istringstream stream("<a>" + text + "</a>");
+  reader.parse(stream);
+  EXPECT_EQ("startDocument()\nstartElement(, a, a, [])\ncharacters(" + text +
+                ")\nendElement(, a, a)\nendDocument()\n",
+            log.text());
+}
+
+}  // namespace
