@@ -62,7 +62,7 @@ class TAVRIN_API AttributesImpl : public Attributes {
     std::string value;  ///< Value.
   };
 
-  ~AttributesImpl() override;
+  ~AttributesImpl() override = default;
 
   int getLength() const override;
   const std::string& getURI(int index) const override;

@@ -65,8 +65,8 @@ class TAVRIN_API EncodingAlgorithmAttributesImpl : public EncodingAlgorithmAttri
     std::unique_ptr<EncodedData> algorithmData;  ///< Typed value; null for text.
   };
 
-  EncodingAlgorithmAttributesImpl();
-  ~EncodingAlgorithmAttributesImpl() override;
+  EncodingAlgorithmAttributesImpl() = default;
+  ~EncodingAlgorithmAttributesImpl() override = default;
 
   int getLength() const override;
   const std::string& getURI(int index) const override;

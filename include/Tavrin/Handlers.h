@@ -44,7 +44,7 @@ class TAVRIN_API OctetLocator : public Locator {
 /// The content of a document, in document order.
 class TAVRIN_API ContentHandler {
  public:
-  virtual ~ContentHandler();
+  virtual ~ContentHandler() = default;
 
   /// Called before startDocument, by readers that know positions.
   /// @param locator belongs to the reader and must not be used after endDocument
@@ -83,7 +83,7 @@ class TAVRIN_API ContentHandler {
 /// Notations and unparsed entities (XML 1.0, sections 4.7 and 4.2.2).
 class TAVRIN_API DTDHandler {
  public:
-  virtual ~DTDHandler();
+  virtual ~DTDHandler() = default;
 
   /// A notation; identifiers that are absent are empty.
   virtual void notationDecl(const std::string& name, const std::string& publicId,
@@ -96,7 +96,7 @@ class TAVRIN_API DTDHandler {
 /// The declarations of the document type (XML 1.0, sections 3.2, 3.3 and 4.2).
 class TAVRIN_API DeclHandler {
  public:
-  virtual ~DeclHandler();
+  virtual ~DeclHandler() = default;
 
   /// An element type declaration.
   /// @param name  the element's name
@@ -122,7 +122,7 @@ class TAVRIN_API DeclHandler {
 /// and the document type declaration.
 class TAVRIN_API LexicalHandler {
  public:
-  virtual ~LexicalHandler();
+  virtual ~LexicalHandler() = default;
 
   /// The document type declaration begins; absent identifiers are empty.
   virtual void startDTD(const std::string& name, const std::string& publicId,
@@ -139,7 +139,7 @@ class TAVRIN_API LexicalHandler {
 /// fatalError returns.
 class TAVRIN_API ErrorHandler {
  public:
-  virtual ~ErrorHandler();
+  virtual ~ErrorHandler() = default;
 
   virtual void warning(const SAXParseException& exception);     ///< Something worth knowing.
   virtual void error(const SAXParseException& exception);       ///< A failure; the parse continues.
@@ -149,7 +149,7 @@ class TAVRIN_API ErrorHandler {
 /// Finds the text of external entities.
 class TAVRIN_API EntityResolver {
  public:
-  virtual ~EntityResolver();
+  virtual ~EntityResolver() = default;
 
   /// Opens an external entity (XML 1.0, section 4.2.2).
   /// @param publicId the public identifier, or empty

@@ -18,7 +18,7 @@ namespace Tavrin {
 /// The arguments belong to the caller and are valid during the call only.
 class TAVRIN_API PrimitiveTypeContentHandler {
  public:
-  virtual ~PrimitiveTypeContentHandler();
+  virtual ~PrimitiveTypeContentHandler() = default;
 
   /// Octets (of hexadecimal or base64 content), or the text of a CDATA section.
   virtual void bytes(const std::string& data);
@@ -33,7 +33,7 @@ class TAVRIN_API PrimitiveTypeContentHandler {
 /// A typed value: what an encoding algorithm decodes into and encodes from.
 class TAVRIN_API EncodedData {
  public:
-  virtual ~EncodedData();
+  virtual ~EncodedData() = default;
 
   /// The value as text.
   virtual std::string toString() const = 0;
@@ -196,7 +196,7 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
 /// does nothing unless it is overridden.
 class TAVRIN_API EncodingAlgorithmContentHandler {
  public:
-  virtual ~EncodingAlgorithmContentHandler();
+  virtual ~EncodingAlgorithmContentHandler() = default;
 
   /// Content that is still encoded.
   /// @param uri   names an application-defined algorithm; empty for the others

@@ -17,7 +17,7 @@ namespace Tavrin {
 /// A handler must not call `parse` of the reader that calls it.
 class TAVRIN_API XMLReader {
  public:
-  virtual ~XMLReader();
+  virtual ~XMLReader() = default;
   XMLReader(const XMLReader&) = delete;
   XMLReader& operator=(const XMLReader&) = delete;
 

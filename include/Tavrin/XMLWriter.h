@@ -48,7 +48,7 @@ class TAVRIN_API XMLWriter : public ContentHandler,
 
   /// Without a stream.
   XMLWriter() = default;
-  ~XMLWriter() override;
+  ~XMLWriter() override = default;
   XMLWriter(const XMLWriter&) = delete;
   XMLWriter& operator=(const XMLWriter&) = delete;
 

@@ -49,7 +49,7 @@ namespace Tavrin {
 class TAVRIN_API XMLWriter_XML : public XMLWriter {
  public:
   XMLWriter_XML() = default;
-  ~XMLWriter_XML() override;
+  ~XMLWriter_XML() override = default;
 
   /// A new writer without a stream, its features at their defaults.
   static std::unique_ptr<XMLWriter> create();

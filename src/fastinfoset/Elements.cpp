@@ -32,12 +32,12 @@ bool Decoder::decodeElement(unsigned octet) {
 /// @param outer how many elements contain it
 /// @return true when it ended with a double terminator that also ends what contains it
 bool Decoder::decodeContent(std::size_t outer) {
-  if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
-  while (openElements_.size() > outer && nextStep()) {
+  for (;;) {
+    if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
+    if (openElements_.size() == outer || !nextStep()) return false;
     const unsigned child = readOctet();
     if (child < kFirstNonElement) {
       beginElement(child);
-      if (decodeStartTag()) closeElement();
     } else if (child <= kLastCharacterChunk) {
       decodeCharacters(child);
     } else if (child >= kFirstEntityReference && child <= kLastEntityReference) {
@@ -56,7 +56,6 @@ bool Decoder::decodeContent(std::size_t outer) {
       fail("Error when decoding element children");
     }
   }
-  return false;
 }
 
 /// Decodes the first step of an element: its name, unless declarations come before it.

@@ -7,8 +7,6 @@ namespace Tavrin {
 using List = AttributesImpl;
 using std::string;
 
-List::~AttributesImpl() = default;
-
 const List::Attribute& List::at(int index) const {
   return attributes_[checkIndex(index, attributes_.size())];
 }

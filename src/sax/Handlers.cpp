@@ -6,12 +6,11 @@
 
 namespace Tavrin {
 
+// Of these two, all other operations are pure: only the destructor can bring the virtual table.
 Attributes::~Attributes() = default;
-
 Locator::~Locator() = default;
 OctetLocator::~OctetLocator() = default;
 
-ContentHandler::~ContentHandler() = default;
 void ContentHandler::setDocumentLocator(const Locator*) {}
 void ContentHandler::startDocument() {}
 void ContentHandler::endDocument() {}
@@ -25,19 +24,16 @@ void ContentHandler::ignorableWhitespace(const std::string&) {}
 void ContentHandler::processingInstruction(const std::string&, const std::string&) {}
 void ContentHandler::skippedEntity(const std::string&) {}
 
-DTDHandler::~DTDHandler() = default;
 void DTDHandler::notationDecl(const std::string&, const std::string&, const std::string&) {}
 void DTDHandler::unparsedEntityDecl(const std::string&, const std::string&, const std::string&,
                                     const std::string&) {}
 
-DeclHandler::~DeclHandler() = default;
 void DeclHandler::elementDecl(const std::string&, const std::string&) {}
 void DeclHandler::attributeDecl(const std::string&, const std::string&, const std::string&,
                                 const std::string&, const std::string&) {}
 void DeclHandler::internalEntityDecl(const std::string&, const std::string&) {}
 void DeclHandler::externalEntityDecl(const std::string&, const std::string&, const std::string&) {}
 
-LexicalHandler::~LexicalHandler() = default;
 void LexicalHandler::startDTD(const std::string&, const std::string&, const std::string&) {}
 void LexicalHandler::endDTD() {}
 void LexicalHandler::startEntity(const std::string&) {}
@@ -46,12 +42,10 @@ void LexicalHandler::startCDATA() {}
 void LexicalHandler::endCDATA() {}
 void LexicalHandler::comment(const std::string&) {}
 
-ErrorHandler::~ErrorHandler() = default;
 void ErrorHandler::warning(const SAXParseException&) {}
 void ErrorHandler::error(const SAXParseException&) {}
 void ErrorHandler::fatalError(const SAXParseException&) {}
 
-EntityResolver::~EntityResolver() = default;
 std::unique_ptr<std::istream> EntityResolver::resolveEntity(const std::string&,
                                                             const std::string&) {
   return nullptr;

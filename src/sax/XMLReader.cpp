@@ -4,8 +4,6 @@
 
 namespace Tavrin {
 
-XMLReader::~XMLReader() = default;
-
 void XMLReader::setFeature(const std::string& name, bool) { throwFeatureNotRecognized(name); }
 
 bool XMLReader::getFeature(const std::string& name) { throwFeatureNotRecognized(name); }

@@ -20,8 +20,6 @@ void checkState(int state, unsigned allowed, const char* message) {
 
 }  // namespace
 
-XMLWriter::~XMLWriter() = default;
-
 void XMLWriter::startDocument() {
   checkState(state_, bit(Initial), "You cannot start a document at this point");
   state_ = Prolog;

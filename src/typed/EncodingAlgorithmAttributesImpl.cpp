@@ -12,9 +12,6 @@ using std::string;
 
 EncodingAlgorithmAttributes::~EncodingAlgorithmAttributes() = default;
 
-List::EncodingAlgorithmAttributesImpl() = default;
-List::~EncodingAlgorithmAttributesImpl() = default;
-
 const List::Attribute& List::at(int index) const {
   return *attributes_[checkIndex(index, attributes_.size())];
 }

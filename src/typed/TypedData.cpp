@@ -14,7 +14,6 @@ namespace Tavrin {
 
 using Handler = PrimitiveTypeContentHandler;
 
-PrimitiveTypeContentHandler::~PrimitiveTypeContentHandler() = default;
 void Handler::bytes(const std::string&) {}
 void Handler::shorts(const std::vector<short>&) {}
 void Handler::ints(const std::vector<long>&) {}
@@ -23,11 +22,9 @@ void Handler::booleans(const std::vector<bool>&) {}
 void Handler::floats(const std::vector<float>&) {}
 void Handler::doubles(const std::vector<double>&) {}
 
-EncodingAlgorithmContentHandler::~EncodingAlgorithmContentHandler() = default;
 void EncodingAlgorithmContentHandler::octets(const std::string&, int, const std::string&) {}
 void EncodingAlgorithmContentHandler::object(const std::string&, int, const EncodedData&) {}
 
-EncodedData::~EncodedData() = default;
 void EncodedData::callContentHandler(Handler&) const {}
 std::unique_ptr<EncodedData> EncodedData::copyEncodedData() const {
   throw EncodingAlgorithmException("This typed value cannot be copied");

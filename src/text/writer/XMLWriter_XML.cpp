@@ -76,8 +76,6 @@ class Output : public text::Markup<Output> {
 
 const XMLWriterType XMLWriter_XML::type_("XML", &XMLWriter_XML::create);
 
-XMLWriter_XML::~XMLWriter_XML() = default;
-
 std::unique_ptr<XMLWriter> XMLWriter_XML::create() { return std::make_unique<XMLWriter_XML>(); }
 
 // --- Layout ---
