@@ -95,8 +95,10 @@ TEST(MemoryStream, HoldsDocumentsThatFollowEachOther) {
   reader.parse(stream);
   EXPECT_EQ(18, stream.tellg());
   EXPECT_EQ(
-      "startDocument()\nstartElement(, a, a, [])\nendElement(, a, a)\nendDocument()\n"
-      "startDocument()\nstartElement(, b, b, [])\nendElement(, b, b)\nendDocument()\n",
+      "setDocumentLocator()\nstartDocument()\nstartElement(, a, a, [])\nendElement(, a, "
+      "a)\nendDocument()\n"
+      "setDocumentLocator()\nstartDocument()\nstartElement(, b, b, [])\nendElement(, b, "
+      "b)\nendDocument()\n",
       log.text());
 }
 

@@ -253,7 +253,8 @@ TEST(XMLFilter, LeavesTypedContentTextWhereNobodyReceivesIt) {
   EventLog log;
   filter.setContentHandler(&log);
   EXPECT_EQ(
-      "startDocument()\nstartElement(, a, a, [])\ncharacters(55)\nendElement(, a, a)\n"
+      "setDocumentLocator()\nstartDocument()\nstartElement(, a, a, "
+      "[])\ncharacters(55)\nendElement(, a, a)\n"
       "endDocument()\nnothing",
       told(filter, log, kShorts));
 }
@@ -271,7 +272,8 @@ TEST(XMLFilter, LetsHandlersOfTypedContentChangeInADocument) {
   log.filter.setContentHandler(&log);
   log.attachPrimitiveTypesTo(log.filter);
   EXPECT_EQ(
-      "startDocument()\nstartElement(, a, a, [])\nshorts(5)\ncharacters(5)\nendElement(, a, a)\n"
+      "setDocumentLocator()\nstartDocument()\nstartElement(, a, a, "
+      "[])\nshorts(5)\ncharacters(5)\nendElement(, a, a)\n"
       "endDocument()\nnothing",
       told(log.filter, log, kShorts));
 }
@@ -284,7 +286,7 @@ TEST(XMLFilter, ReceivesTypedContentOfAParentThatIsSetLater) {
   log.attachAlgorithmsTo(filter);
   filter.setParent(&parent);
   EXPECT_EQ(
-      "startDocument()\nstartElement(, a, a, [])\nobject(, 2, ShortData{5})\n"
+      "setDocumentLocator()\nstartDocument()\nstartElement(, a, a, [])\nobject(, 2, ShortData{5})\n"
       "object(, 2, ShortData{5})\nendElement(, a, a)\nendDocument()\nnothing",
       told(filter, log, kShorts));
 }

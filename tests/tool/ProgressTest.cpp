@@ -76,9 +76,8 @@ TEST_F(ProgressBar, IsShownForALargeFileAndCleared) {
   EXPECT_EQ(runOnTerminal({"check", "large.xml"}), (Result{0, "large.xml: well-formed\n", ""}));
   const std::string shown = terminal_.shown();
   EXPECT_PRED2(isBarThen, shown, "");
-  // One block of 1 MiB, of 8 MiB and an octet.
-  EXPECT_EQ(shown.substr(0, 59),
-            "\r[" + std::string(6, '#') + std::string(44, '.') + "]  12%" + "\r");
+  // The first events come with what the buffer of the input has: little of 8 MiB and an octet.
+  EXPECT_EQ(shown.substr(0, 59), "\r[" + std::string(50, '.') + "]   0%" + "\r");
 }
 
 TEST_F(ProgressBar, IsShownWhileAFileIsConverted) {

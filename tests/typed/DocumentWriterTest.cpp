@@ -184,7 +184,7 @@ std::string eventsOfFastInfoset(Work work) {
 
 TEST(DocumentWriter, KeepsTheTypesOfNumbersInFastInfoset) {
   EXPECT_EQ(
-      "startDocument()\n"
+      "setDocumentLocator()\nstartDocument()\n"
       "startElement(, a, a, [{, b, b, CDATA, true, , 5, BooleanData{true}}, "
       "{, c, c, CDATA, -1, , 3, IntData{-1}}, {, d, d, CDATA, 2, , 4, LongData{2}}, "
       "{, e, e, CDATA, 0.5, , 6, FloatData{0.5}}, {, f, f, CDATA, 0.25, , 7, DoubleData{0.25}}, "
