@@ -129,7 +129,7 @@ class Decoder {
   virtual void decodeHeader() = 0;
   virtual void decodeOtherString(unsigned octet, std::string& text);  ///< Not in UTF-8.
   virtual void decodeOtherChunk(unsigned octet, std::string& text);   ///< Likewise.
-  virtual EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) = 0;
+  virtual EncodedData& decodeData(EncodingAlgorithm& algorithm, Field data) = 0;
   /// Decodes the namespace declarations of an element, and may report them.
   /// @param count how many there are; those before the step are counted already
   virtual void decodeDeclarations(std::uint32_t& count) = 0;
@@ -287,7 +287,7 @@ class Decoder {
   void beginElement(unsigned octet);
   bool decodeContent(std::size_t outer);
   bool decodeStartTag();
-  Name& decodeElementName(unsigned octet);
+  Name& decodeElementName(unsigned bits);
   void openElement(Name& name);
   void closeElement();
   /// @tparam List `begin(name, isListed)` gives the record of the next attribute, with its name and

@@ -53,7 +53,9 @@ std::uint64_t Blocks::undoStep() {
 }
 
 void Blocks::show(std::string_view octets) {
-  char* const begin = const_cast<char*>(octets.data());  // Nothing is written there.
+  // Nothing is written there.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
+  char* const begin = const_cast<char*>(octets.data());
   buffer_.setg(begin, begin, begin + octets.size());
   stepBegin_ = begin;
 }

@@ -67,7 +67,7 @@ std::string whyNotVersion(std::string_view version) {
 std::string whyNotLocalName(std::string_view localName, std::string_view qName) {
   if (localName == split(qName).localName) return {};
   for (const std::string_view name : {localName, qName}) {
-    if (const std::string reason = whyNotText(name, "a name"); !reason.empty()) return reason;
+    if (std::string reason = whyNotText(name, "a name"); !reason.empty()) return reason;
   }
   return "The local name " + quoted(localName) + " does not belong to " + quoted(qName);
 }

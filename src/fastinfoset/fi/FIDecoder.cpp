@@ -124,13 +124,13 @@ void FIDecoder::decodeDeclarations(std::uint32_t& count) {
   declarations_.push_back(std::move(declarations));
 }
 
-void FIDecoder::reportEndElement(const Name& name, std::uint32_t count) {
+void FIDecoder::reportEndElement(const Name& name, std::uint32_t declarations) {
   if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
-  if (count == 0) return;
-  const std::vector<std::string> declarations = std::move(declarations_.back());
+  if (declarations == 0) return;
+  const std::vector<std::string> ended = std::move(declarations_.back());
   declarations_.pop_back();
-  for (std::size_t i = 0; i < declarations.size() && contentHandler_; i += 2) {
-    contentHandler_->endPrefixMapping(declarations[i]);
+  for (std::size_t i = 0; i < ended.size() && contentHandler_; i += 2) {
+    contentHandler_->endPrefixMapping(ended[i]);
   }
 }
 

@@ -53,8 +53,8 @@ class FIDecoder : public Decoder {
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   std::string describeUnknown(const std::string& uri) const override;
   std::string describeUnknownVocabulary(const std::string& uri) const override;
-  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
-  EncodedData& decodeLarge(EncodingAlgorithm& algorithm, Field field);
+  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field data) override;
+  EncodedData& decodeLarge(EncodingAlgorithm& algorithm, Field data);
   void decodeDeclarations(std::uint32_t& count) override;
   bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
 

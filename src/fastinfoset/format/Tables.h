@@ -44,8 +44,9 @@ enum class EntryKind { alphabet, uri, name, text };
 
 /// What distinguishes a table of strings.
 struct StringTableForm {
-  EntryKind kind;
-  StringTable ExternalVocabulary::*external;  ///< The same table of an external vocabulary.
+  EntryKind kind = EntryKind::text;
+  StringTable ExternalVocabulary::*external =
+      nullptr;  ///< The same table of an external vocabulary.
   /// The entry that every document has before all others (7.2.21, 7.2.22), or null.
   const char* builtIn = nullptr;
   /// Whether an initial vocabulary has encoded character strings (C.19), not octet strings (C.22).

@@ -68,7 +68,7 @@ class X891Decoder : public Decoder {
   void checkAmplification() const override;
   std::string describeUnknown(const std::string& uri) const override;
   std::string describeUnknownVocabulary(const std::string& uri) const override;
-  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field field) override;
+  EncodedData& decodeData(EncodingAlgorithm& algorithm, Field data) override;
   void checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) override;
   std::string textOfValue(unsigned field, const EncodedData& value) override;
   void decodeDeclarations(std::uint32_t& count) override;

@@ -19,7 +19,9 @@ struct Callback {
     return static_cast<Target&>(*static_cast<EventTarget*>(data));
   }
 
+  // The parameters are those of the callback that expat is given.
   template <typename Result, typename First, typename... Rest>
+  // NOLINTNEXTLINE(google-explicit-constructor)
   constexpr operator Function<Result, First, Rest...>() const {
     return [](First data, Rest... rest) -> Result {
       auto& target = targetOf(data, member);

@@ -107,7 +107,7 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
   void indent(std::size_t depth);
   void forbidIndentation();
 
-  void composeStartTag(EventOctets& octets, const text::XML10StartTag::Element& element);
+  void composeStartTag(EventOctets& octets, const text::XML10StartTag::Element& tag);
   void closeElement();
   void writeSection(std::string_view text);
 
