@@ -67,6 +67,10 @@ GROUPS = (
     ("floats-read", "Floats, typed, read", "`strtof` over the text of the XML twin, in memory"),
     ("floats-write", "Floats, typed, written",
      "`std::to_chars` of each into one string, which the writer `XML` then writes"),
+    ("blocks", "In blocks of 64, 1,500 and 65,536 octets, beside the stream",
+     "the same reader on a stream"),
+    ("push", "In blocks, beside expat in the same blocks",
+     "expat's `XML_Parse` on the XML text, in the same blocks"),
     ("small", "2 KB, a new reader each time", "expat, a new parser each time, from a stream"),
 )
 
