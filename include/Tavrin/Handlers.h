@@ -36,8 +36,9 @@ class TAVRIN_API OctetLocator : public Locator {
   ~OctetLocator() override;
 
   /// An offset in the document, or in the external entity that is being read, in octets from 0:
-  /// with "XML10" that of the markup or text of the current event, with "X891" that of the end of
-  /// its octets, which is how many were read.
+  /// with "XML10" that of the markup or text of the current event, which is the end of an empty tag
+  /// for the end of its element; with "X891" that of the end of the event's octets, which is how
+  /// many were read.
   virtual std::uint64_t getOctetOffset() const = 0;
 };
 

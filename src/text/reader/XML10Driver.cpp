@@ -16,7 +16,7 @@ namespace Tavrin::text {
 
 namespace {
 
-class Locator_XML10 : public Locator {
+class Locator_XML10 : public OctetLocator {
  public:
   explicit Locator_XML10(const XML10Document& document) : document_(document) {}
 
@@ -24,6 +24,7 @@ class Locator_XML10 : public Locator {
   std::string getSystemId() const override { return document_.current().entity->systemId; }
   std::int32_t getLineNumber() const override { return lineOf(document_.current().parser); }
   std::int32_t getColumnNumber() const override { return columnOf(document_.current().parser); }
+  std::uint64_t getOctetOffset() const override { return document_.current().octetsRead(); }
 
  private:
   const XML10Document& document_;
