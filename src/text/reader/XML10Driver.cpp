@@ -46,7 +46,7 @@ void XML10Driver::guardParse(Parse parse) {
 void XML10Driver::parse(std::istream& stream) {
   guardParse([&] {
     setupParser();
-    if (parseEntity(parser_.get(), stream, kBlockSize) != XML_STATUS_OK) reportError();
+    if (parseEntity(parser_.get(), stream) != XML_STATUS_OK) reportError();
     endDocument();
   });
 }
@@ -106,11 +106,11 @@ void XML10Driver::handlerThrew() {
 
 namespace {
 
-/// Reads the octets that a stream's buffer has. Where it has none, it waits for one at least.
-/// @return how many; 0 at the end
-std::streamsize readArrived(std::streambuf* source, char* octets, std::streamsize most) {
+/// How many octets a stream's buffer has, and no more than `most`; 0 at its end. Where it has none,
+/// it waits for one.
+std::streamsize countArrived(std::streambuf* source, std::streamsize most) {
   if (source == nullptr || source->sgetc() == std::streambuf::traits_type::eof()) return 0;
-  return source->sgetn(octets, std::clamp<std::streamsize>(source->in_avail(), 1, most));
+  return std::clamp<std::streamsize>(source->in_avail(), 1, most);
 }
 
 bool showsEncoding(std::string_view start) {
@@ -119,23 +119,26 @@ bool showsEncoding(std::string_view start) {
 
 }  // namespace
 
-XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, int blockSize) {
-  for (bool isFirst = true;; isFirst = false) {
-    auto* const block = static_cast<char*>(XML_GetBuffer(parser, blockSize));
+XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream) {
+  // The stream's buffer is read, so that the stream's state has no influence.
+  std::streamsize arrived = countArrived(stream.rdbuf(), kMostRead);
+  for (bool isFirst = true; arrived > 0; isFirst = false) {
+    auto* const block = static_cast<char*>(XML_GetBuffer(parser, kMostRead));
     if (block == nullptr) return XML_STATUS_ERROR;
     std::string_view octets;
-    std::streamsize count = 0;
     do {
-      // The stream's buffer is read, so that the stream's state has no influence.
       char* const free = block + octets.size();
-      count = readArrived(stream.rdbuf(), free, block + blockSize - free);
+      const std::streamsize count = stream.rdbuf()->sgetn(free, arrived);
       octets = {block, octets.size() + static_cast<std::size_t>(count)};
-    } while (isFirst && count > 0 && !showsEncoding(octets));
+      const bool needsMore = isFirst && !showsEncoding(octets);
+      arrived = needsMore ? countArrived(stream.rdbuf(), block + kMostRead - octets.end()) : 0;
+    } while (arrived > 0);
     if (isFirst) chooseEncoding(parser, octets);
-    const bool isFinal = octets.empty();
-    const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), isFinal);
-    if (status != XML_STATUS_OK || isFinal) return status;
+    const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), XML_FALSE);
+    if (status != XML_STATUS_OK) return status;
+    arrived = countArrived(stream.rdbuf(), kMostRead);
   }
+  return XML_Parse(parser, "", 0, XML_TRUE);
 }
 
 void XML10Driver::chooseEncoding(XML_Parser parser, std::string_view start) {

@@ -183,7 +183,9 @@ class XML10Driver : public EventTarget {
   /// Gives a whole entity to its parser, in blocks of what has arrived: where a stream waits, as a
   /// socket does, all events of the octets before have been reported.
   /// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
-  XML_Status parseEntity(XML_Parser parser, std::istream& stream, int blockSize);
+  XML_Status parseEntity(XML_Parser parser, std::istream& stream);
+  /// So much is read at a time: entities are often small, and several may be open.
+  static constexpr int kMostRead = 64 * 1024;
   /// Prepares a parser for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(XML_Parser parser, std::string_view start);
   bool makeReady() override;

@@ -12,9 +12,6 @@ namespace {
 /// Entities within entities are read by recursion.
 constexpr std::size_t kMaximumDepth = 256;
 
-/// Entities are often small, and several may be open at a time.
-constexpr int kEntityBlockSize = 64 * 1024;
-
 /// Makes an entity the current one during its lifetime.
 class EntityScope {
  public:
@@ -68,7 +65,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
-    const XML_Status status = parseEntity(child.get(), *stream, kEntityBlockSize);
+    const XML_Status status = parseEntity(child.get(), *stream);
     if (document.failure) return;
     if (status == XML_STATUS_ERROR) failAsParser();
     document.entityOctets += document.current().octetsRead();
