@@ -1,68 +1,122 @@
-#include <Tavrin/XMLReader_XML10.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
-
-// The locator counts octets: where the markup or text of the current event begins.
+#include "XML10ReaderSupport.h"
 
 namespace {
 
 using namespace Tavrin;
 
-class Offsets : public ContentHandler, public EntityResolver {
+/// Notes with every event where the locator stands: [public identifier|system
+/// identifier]line:column.
+class LocatingLog : public EventLog {
  public:
-  std::vector<std::pair<std::string, std::uint64_t>> noted;
+  LocatingLog() {
+    mergeCharacters = false;  // One position an event.
+    beforeEvent = [this](std::size_t) {
+      places_.push_back("[" + locator_->getPublicId() + "|" + locator_->getSystemId() + "]" +
+                        std::to_string(locator_->getLineNumber()) + ":" +
+                        std::to_string(locator_->getColumnNumber()));
+    };
+  }
 
   void setDocumentLocator(const Locator* locator) override {
-    locator_ = dynamic_cast<const OctetLocator*>(locator);
+    ASSERT_NE(nullptr, locator);
+    locator_ = locator;
+    EventLog::setDocumentLocator(locator);
   }
-  void startElement(const std::string&, const std::string& localName, const std::string&,
-                    const Attributes&) override {
-    note("<" + localName);
+
+  std::string located() const {
+    Lines located;
+    for (std::size_t i = 0; i < lines().size(); ++i) {
+      located.push_back(places_[i] + " " + lines()[i]);
+    }
+    return join(located);
   }
-  void endElement(const std::string&, const std::string& localName, const std::string&) override {
-    note("/" + localName);
-  }
-  void characters(const std::string& text) override { note(text); }
-  std::unique_ptr<std::istream> resolveEntity(const std::string&, const std::string&) override {
-    return std::make_unique<std::istringstream>("<c/>in");
+
+  void restart() {
+    clear();
+    places_.clear();
   }
 
  private:
-  void note(const std::string& event) {
-    ASSERT_NE(nullptr, locator_);
-    noted.emplace_back(event, locator_->getOctetOffset());
-  }
-
-  const OctetLocator* locator_ = nullptr;
+  const Locator* locator_ = nullptr;
+  Lines places_;
 };
 
-using Noted = std::vector<std::pair<std::string, std::uint64_t>>;
-
-TEST(XML10Locator, CountsOctetsNotCharacters) {
-  Offsets offsets;
+// A document begins where its first event is; a declaration is told at its end, and so is the end
+// of an empty element.
+TEST(XML10Locator, TellsTheEntityAndThePlaceInIt) {
+  LocatingLog log;
+  log.entities = {{"http://h/d.dtd", "\n<!ENTITY e PUBLIC 'E' 'x/e.ent'>"},
+                  {"http://h/x/e.ent", "1\n <b/>"}};
   XMLReader_XML10 reader;
-  reader.setContentHandler(&offsets);
-  std::istringstream stream("<a>\xC3\xA9\n<b x='\xE2\x82\xAC'>t</b></a>");
-  reader.parse(stream);
-  EXPECT_EQ(
-      (Noted{{"<a", 0}, {"\xC3\xA9", 3}, {"\n", 5}, {"<b", 6}, {"t", 17}, {"/b", 18}, {"/a", 22}}),
-      offsets.noted);
+  log.attachTo(reader);
+  log.attachDeclarationsTo(reader);
+  std::string base = "http://h/doc.xml";
+  reader.setProperty(properties::baseURI, &base);
+  const std::string text =
+      "<!DOCTYPE a PUBLIC 'D' 'd.dtd' [\n"
+      "<!--c-->]>\n"
+      "<a>\n"
+      " &e;é<?t?></a>";
+  for (int round = 0; round < 2; ++round) {
+    log.restart();
+    EXPECT_EQ("done", parseText(reader, text));
+    EXPECT_EQ(
+        "[|http://h/doc.xml]1:32 setDocumentLocator()\n"
+        "[|http://h/doc.xml]1:32 startDocument()\n"
+        "[|http://h/doc.xml]1:32 startDTD(a, D, d.dtd)\n"
+        "[|http://h/doc.xml]2:1 comment(c)\n"
+        "[|http://h/doc.xml]2:10 resolveEntity(D, http://h/d.dtd)\n"
+        "[D|http://h/d.dtd]1:1 startEntity([dtd])\n"
+        "[D|http://h/d.dtd]2:32 externalEntityDecl(e, E, http://h/x/e.ent)\n"
+        "[D|http://h/d.dtd]2:33 endEntity([dtd])\n"
+        "[|http://h/doc.xml]2:10 endDTD()\n"
+        "[|http://h/doc.xml]3:1 startElement(, a, a, [])\n"
+        "[|http://h/doc.xml]3:4 characters(\\n)\n"
+        "[|http://h/doc.xml]4:1 characters( )\n"
+        "[|http://h/doc.xml]4:2 resolveEntity(E, http://h/x/e.ent)\n"
+        "[E|http://h/x/e.ent]1:1 startEntity(e)\n"
+        "[E|http://h/x/e.ent]1:1 characters(1)\n"
+        "[E|http://h/x/e.ent]1:2 characters(\\n)\n"
+        "[E|http://h/x/e.ent]2:1 characters( )\n"
+        "[E|http://h/x/e.ent]2:2 startElement(, b, b, [])\n"
+        "[E|http://h/x/e.ent]2:6 endElement(, b, b)\n"
+        "[E|http://h/x/e.ent]2:6 endEntity(e)\n"
+        "[|http://h/doc.xml]4:5 characters(é)\n"
+        "[|http://h/doc.xml]4:6 processingInstruction(t, )\n"
+        "[|http://h/doc.xml]4:11 endElement(, a, a)\n"
+        "[|http://h/doc.xml]4:15 endDocument()\n",
+        log.located());
+  }
 }
 
-TEST(XML10Locator, CountsInTheEntityThatIsRead) {
-  Offsets offsets;
+TEST(XML10Locator, StandsInTheEntityThatFails) {
+  LocatingLog log;
+  log.entities = {{"s", "1\n</b>"}};
   XMLReader_XML10 reader;
-  reader.setContentHandler(&offsets);
-  reader.setEntityResolver(&offsets);
-  std::istringstream stream("<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>&e;<b/></a>");
-  reader.parse(stream);
+  log.attachTo(reader);
+  EXPECT_EQ("SAXParseException(asynchronous entity (in the entity e, \"s\"), 2, 1)",
+            parseText(reader, "<!DOCTYPE a [<!ENTITY e PUBLIC 'p' 's'>]><a>&e;</a>"));
   EXPECT_EQ(
-      (Noted{{"<a", 37}, {"<c", 0}, {"/c", 4}, {"in", 4}, {"<b", 43}, {"/b", 47}, {"/a", 47}}),
-      offsets.noted);
+      "[|]1:13 setDocumentLocator()\n"
+      "[|]1:13 startDocument()\n"
+      "[|]1:13 startDTD(a, , )\n"
+      "[|]1:41 endDTD()\n"
+      "[|]1:42 startElement(, a, a, [])\n"
+      "[|]1:45 resolveEntity(p, s)\n"
+      "[p|s]1:1 startEntity(e)\n"
+      "[p|s]1:1 characters(1)\n"
+      "[p|s]1:2 characters(\\n)\n"
+      "[p|s]2:1 fatalError(asynchronous entity (in the entity e, \"s\"), 2, 1)\n",
+      log.located());
+  log.restart();
+  EXPECT_EQ("SAXParseException(no element found, 1, 1)", parseText(reader, ""));
+  EXPECT_EQ(
+      "[|]1:1 setDocumentLocator()\n"
+      "[|]1:1 startDocument()\n"
+      "[|]1:1 fatalError(no element found, 1, 1)\n",
+      log.located());
 }
 
 }  // namespace
