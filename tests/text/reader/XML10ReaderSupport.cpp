@@ -2,62 +2,107 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
-void check(const XML10Document& document,
-           const std::function<std::string(Tavrin::XMLReader&, const std::string&)>& parse) {
-  SCOPED_TRACE(document.name);
-  EventLog log;
-  log.entities = document.entities;
-  Tavrin::XMLReader_XML10 reader;
-  log.attachTo(reader);
-  log.attachDeclarationsTo(reader);
-  if (!document.resolves) reader.setEntityResolver(nullptr);
-  for (const auto& [feature, value] : document.features) reader.setFeature(feature, value);
-  std::string base = document.baseURI;
-  if (!base.empty()) reader.setProperty(Tavrin::properties::baseURI, &base);
+using Parse = std::function<std::string(Tavrin::XMLReader&, const std::string&)>;
 
-  std::string expected = "setDocumentLocator()\nstartDocument()\n" + join(document.events);
-  expected +=
-      document.failure.empty() ? "endDocument()\n" : "fatalError(" + document.failure + ")\n";
-  // A reader is as good as new after a document, whether that was read or failed.
-  for (int round = 0; round < 2; ++round) {
-    log.clear();
-    EXPECT_EQ(document.failure.empty() ? "done" : "SAXParseException(" + document.failure + ")",
-              parse(reader, document.text));
-    EXPECT_EQ(expected, log.text());
-  }
+std::string parseCut(Tavrin::XMLReader& reader, std::vector<std::string> blocks) {
+  blocks.emplace_back();
+  return parseBlocks(reader, blocks);
 }
+
+std::string parsePieces(Tavrin::XMLReader& reader, const std::string& text, std::size_t size) {
+  return parseCut(reader, cutEvenly(text, size));
+}
+
+/// A document and a reader that is prepared for it, again and again.
+class Check {
+ public:
+  explicit Check(const XML10Document& document) : document_(document), base_(document.baseURI) {
+    log_.entities = document.entities;
+    log_.attachTo(reader_);
+    log_.attachDeclarationsTo(reader_);
+    if (!document.resolves) reader_.setEntityResolver(nullptr);
+    for (const auto& [feature, value] : document.features) reader_.setFeature(feature, value);
+    if (!base_.empty()) reader_.setProperty(Tavrin::properties::baseURI, &base_);
+
+    const std::string& failure = document.failure;
+    outcome_ = failure.empty() ? "done" : "SAXParseException(" + failure + ")";
+    events_ = "setDocumentLocator()\nstartDocument()\n" + join(document.events) +
+              (failure.empty() ? "endDocument()\n" : "fatalError(" + failure + ")\n");
+  }
+
+  void expectAll(const Parse& parse) {
+    log_.clear();
+    EXPECT_EQ(outcome_, parse(reader_, document_.text));
+    EXPECT_EQ(events_, log_.text());
+  }
+
+  /// A handler throws at each event, one after the other; each time the reader is as good as new.
+  void throwEverywhere() {
+    for (std::size_t at = 0;; ++at) {
+      const Parse parse = [at](Tavrin::XMLReader& reader, const std::string& text) {
+        return parsePieces(reader, text, at % 64 + 1);
+      };
+      SCOPED_TRACE("an exception at event " + std::to_string(at));
+      log_.beforeEvent = [at](std::size_t count) {
+        if (count == at) throw ApplicationException("enough");
+      };
+      log_.clear();
+      const std::string outcome = parse(reader_, document_.text);
+      log_.beforeEvent = nullptr;
+      if (log_.eventCount() < at || outcome == outcome_) return;
+      EXPECT_EQ("ApplicationException(enough)", outcome);
+      EXPECT_EQ(at, log_.eventCount());
+      // The last line may be the beginning of a text.
+      const std::string told = log_.text();
+      const std::size_t known = told.ends_with(")\n") ? told.size() - 2 : told.size();
+      EXPECT_EQ(events_.substr(0, known), told.substr(0, known));
+      expectAll(parse);
+    }
+  }
+
+ private:
+  const XML10Document& document_;
+  std::string base_;
+  EventLog log_;
+  Tavrin::XMLReader_XML10 reader_;
+  std::string events_;
+  std::string outcome_;
+};
 
 }  // namespace
 
 void checkXML10(const std::vector<XML10Document>& documents) {
   for (const XML10Document& document : documents) {
-    {
+    SCOPED_TRACE(document.name);
+    Check check(document);
+    // A reader is as good as new after a document, whether that was read or failed.
+    for (int round = 0; round < 2; ++round) {
       SCOPED_TRACE("as a stream");
-      check(document, parseText);
+      check.expectAll(parseText);
     }
     {
       SCOPED_TRACE("as one block");
-      check(document, [](Tavrin::XMLReader& reader, const std::string& text) {
+      check.expectAll([](Tavrin::XMLReader& reader, const std::string& text) {
         return parseBlocks(reader, {text});
       });
     }
-    {
-      SCOPED_TRACE("octet by octet");
-      check(document, [](Tavrin::XMLReader& reader, const std::string& text) {
-        std::vector<std::string> blocks = cutEvenly(text, 1);
-        blocks.emplace_back();
-        return parseBlocks(reader, blocks);
+    const std::size_t most = std::min<std::size_t>(64, document.text.size());
+    for (std::size_t size = 1; size <= most; ++size) {
+      SCOPED_TRACE("in blocks of " + std::to_string(size));
+      check.expectAll([size](Tavrin::XMLReader& reader, const std::string& text) {
+        return parsePieces(reader, text, size);
       });
     }
     for (unsigned seed = 1; seed <= 5; ++seed) {
       SCOPED_TRACE("in random blocks, seed " + std::to_string(seed));
-      check(document, [seed](Tavrin::XMLReader& reader, const std::string& text) {
-        std::vector<std::string> blocks = cutRandomly(text, seed, 1 + seed);
-        blocks.emplace_back();
-        return parseBlocks(reader, blocks);
+      check.expectAll([seed](Tavrin::XMLReader& reader, const std::string& text) {
+        return parseCut(reader, cutRandomly(text, seed, 1 + seed));
       });
     }
+    check.throwEverywhere();
   }
 }

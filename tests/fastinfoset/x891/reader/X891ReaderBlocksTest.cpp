@@ -265,45 +265,24 @@ TEST(X891ReaderBlocks, AfterAFailureBeginAnotherDocument) {
   }
 }
 
-/// Throws at the n-th event of content.
-class ThrowingHandler : public EventLog {
- public:
-  explicit ThrowingHandler(int left) : left_(left) {}
-
-  void startDocument() override { count(); }
-  void endDocument() override { count(); }
-  void startElement(const std::string&, const std::string&, const std::string&,
-                    const Tavrin::Attributes&) override {
-    count();
-  }
-  void endElement(const std::string&, const std::string&, const std::string&) override { count(); }
-  void characters(const std::string&) override { count(); }
-  void startPrefixMapping(const std::string&, const std::string&) override { count(); }
-  void endPrefixMapping(const std::string&) override { count(); }
-  void processingInstruction(const std::string&, const std::string&) override { count(); }
-
- private:
-  void count() {
-    if (--left_ == 0) throw std::runtime_error("enough");
-  }
-
-  int left_;
-};
-
-TEST(X891ReaderBlocks, AfterAnExceptionOfAHandlerBeginAnotherDocument) {
+TEST(X891ReaderBlocks, AfterAnExceptionAtAnyEventBeginAnotherDocument) {
   SampleReader reader;
   for (const std::string& sample : samples()) {
     const Outcome expected = readStream(reader, sample);
-    bool thrown = true;
-    for (int at = 1; thrown && at < 40; ++at) {
-      ThrowingHandler handler(at);
-      reader.reader.setContentHandler(&handler);
-      const Outcome outcome = readBlocks(reader, sample, [at] { return at % 5 + 1; });
-      thrown = outcome.failure != "done";
-      if (thrown) {
-        EXPECT_EQ("std::exception: enough", outcome.failure);
+    const std::size_t events = reader.log.eventCount();
+    const EventLog::Lines lines = reader.log.lines();
+    for (std::size_t at = 0; at < events; ++at) {
+      reader.log.beforeEvent = [at](std::size_t count) {
+        if (count == at) throw std::runtime_error("enough");
+      };
+      const auto cut = static_cast<EventLog::Lines::difference_type>(at);
+      const Outcome cutShort = {join({lines.begin(), lines.begin() + cut}),
+                                "std::exception: enough"};
+      for (const std::size_t size : {std::size_t{1}, at % 64 + 1, sample.size()}) {
+        ASSERT_EQ(cutShort, readBlocks(reader, sample, [size] { return size; }))
+            << "at event " << at << ", blocks of " << size;
       }
-      reader.reader.setContentHandler(&reader.log);
+      reader.log.beforeEvent = nullptr;
       ASSERT_EQ(expected, readBlocks(reader, sample, [] { return 3; }));
     }
   }
