@@ -136,10 +136,9 @@ void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
-  composer_->perform([&](Composer& composer) {
+  composer_->performTag([&](Composer& composer, bool isDirect) {
     const std::uint64_t maximumDepth = composer.maximumDepth_;
     if (elements_.size() >= maximumDepth) throw SAXException(tooDeep(maximumDepth));
-    const bool isDirect = composer.isDirect();
     const bool isFirst = !hasContent_;
     if (!isDirect) composer.startItem();
     XMLWriter::startElement(uri, localName, qName, attributes);
@@ -158,8 +157,7 @@ void XMLWriter_XML10::Composer::closeElement() {
 
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  composer_->perform([&](Composer& composer) {
-    const bool isDirect = composer.isDirect();
+  composer_->performTag([&](Composer& composer, bool isDirect) {
     if (hasContent_) composer.indent(elements_.size() - 1);
     EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
     if (!hasContent_ && composer.emptyTags_) {
