@@ -76,6 +76,12 @@ ROWS = (
     *_rows("sibling-read", "read", "`FI`", ("X891", 1.10, 1.09)),
     *_rows("sibling-write", "write", "`XML`", ("XML10", 1.10, 1.05)),
     *_rows("sibling-write", "write", "`FI`", ("X891", 1.10, 1.18)),
+    *_rows("blocks", "read blocks of 1,500 octets", "the same reader on a stream",
+           ("XML10-1500", 1.15, 1.03), ("X891-1500", 1.15, 1.15)),
+    *_rows("blocks", "read blocks of 64 octets", "the same reader on a stream",
+           ("XML10-64", None, 1.20), ("X891-64", None, 2.20)),
+    *_rows("push", "read blocks of 1,500 octets", "expat in the same blocks",
+           ("XML10-1500", None, 0.90), ("X891-1500", None, 0.20)),
 )
 
 # The writers of Fast Infoset, whose tables grow most with the records.
