@@ -88,7 +88,7 @@ void XML10Driver::stop() {
   if (!parser_) return;
   gate_.stop();
   if (parsing_) {
-    XML_StopParser(document_->current().parser, XML_FALSE);
+    stopParser(XML_FALSE);
   } else {
     releaseParser();
   }
@@ -99,14 +99,15 @@ void XML10Driver::stop() {
 void XML10Driver::pause() {
   if (!parsing_) return;
   gate_.pause();
-  if (!document_->isInExternalEntity()) suspend();
+  if (!document_->isInExternalEntity()) stopParser(XML_TRUE);
 }
 
-void XML10Driver::suspend() {
+void XML10Driver::stopParser(XML_Bool isResumable) {
+  XML_Parser parser = document_->current().parser;
   XML_ParsingStatus status = {};
-  XML_GetParsingStatus(parser_.get(), &status);
-  // Before or after that it would only record another error.
-  if (status.parsing == XML_PARSING) XML_StopParser(parser_.get(), XML_TRUE);
+  XML_GetParsingStatus(parser, &status);
+  // A parser that has not begun or is at its end would only record another error.
+  if (status.parsing == XML_PARSING) XML_StopParser(parser, isResumable);
 }
 
 void XML10Driver::resume() {

@@ -192,7 +192,7 @@ class XML10Driver : public EventTarget {
   void setupParser();
   /// Reports the end of the document, or its failure, unless it is paused or stopped.
   void finishParse(XML_Status status, bool isFinal);
-  void suspend();
+  void stopParser(XML_Bool isResumable);
   XML_Status continueParse();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);

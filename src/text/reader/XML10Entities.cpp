@@ -36,11 +36,12 @@ int XML10Driver::externalEntityRef(const XML_Char* context, const XML_Char* base
     readEntity(document_->entities.at(number), context);
   });
   if (document_->failure || isStopped()) return XML_STATUS_ERROR;
-  if (isPaused() && !document_->isInExternalEntity()) suspend();
+  if (isPaused() && !document_->isInExternalEntity()) stopParser(XML_TRUE);
   return XML_STATUS_OK;
 }
 
 void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) {
+  if (isStopped()) return;  // expat passes on the external subset nevertheless.
   XML10Document& document = *document_;
   const XML10Settings::Features& features = document.settings.features;
   // Only a general entity has a context: the bindings and open entities at the reference.
@@ -69,6 +70,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
+    if (isStopped()) return;
     const XML_Status status = parseEntity(child.get(), *stream, true);
     if (document.failure || isStopped()) return;
     if (status == XML_STATUS_ERROR) failAsParser();
