@@ -31,6 +31,23 @@ class OctetBuffer : public std::streambuf {
   std::size_t position_ = 0;
 };
 
+/// Pauses a reader after some events, in blocks alone.
+template <typename Reader>
+void pauseIn(XMLReader& reader, Recording& recording, unsigned seed) {
+  auto* const pausing = dynamic_cast<Reader*>(&reader);
+  if (pausing == nullptr) return;
+  recording.afterEvent = [pausing, seed]() mutable {
+    seed = seed * 1664525U + 1013904223U;
+    if ((seed >> 16U) % 3U == 0) pausing->pause();
+  };
+}
+
+template <typename Reader>
+void resumeAll(XMLReader& reader) {
+  auto* const paused = dynamic_cast<Reader*>(&reader);
+  while (paused != nullptr && paused->isPaused()) paused->resume();
+}
+
 /// What follows a document of Fast Infoset is not read.
 void parseInBlocks(XMLReader& reader, const std::string& text, unsigned seed,
                    const Events& events) {
@@ -38,8 +55,13 @@ void parseInBlocks(XMLReader& reader, const std::string& text, unsigned seed,
   do {
     seed = seed * 1664525U + 1013904223U;
     const std::size_t size = std::min<std::size_t>(text.size() - position, (seed >> 16U) % 24U);
-    reader.parse(text.data() + position, size, position + size == text.size());
+    {
+      const std::vector<char> block(text.data() + position, text.data() + position + size);
+      reader.parse(block.data(), size, position + size == text.size());
+    }  // It is gone before the reader is resumed.
     position += size;
+    resumeAll<XMLReader_X891>(reader);
+    resumeAll<XMLReader_XML10>(reader);
     if (!events.empty() && events.back().kind == Event::endDocument) return;
   } while (position < text.size());
 }
@@ -59,6 +81,10 @@ Reading read(XMLReader& reader, const std::string& octets, bool typed, Pieces pi
   Reading result;
   Recording recording(typed);
   recording.attachTo(reader);
+  if (pieces.way == Pieces::blocks) {
+    pauseIn<XMLReader_X891>(reader, recording, pieces.seed);
+    pauseIn<XMLReader_XML10>(reader, recording, pieces.seed);
+  }
   try {
     parse(reader, octets, pieces, recording.events);
     if (const void* standalone = reader.getProperty(properties::standalone)) {

@@ -125,15 +125,15 @@ void Recording::startElement(const std::string& uri, const std::string& localNam
     }
     event.attributes.push_back(std::move(attribute));
   }
-  events.push_back(std::move(event));
+  add(std::move(event));
 }
 
 void Recording::octets(const std::string& uri, int index, const std::string& data) {
-  events.push_back({Event::octets, {}, {}, {uri, index, nullptr, data}});
+  add(Event{Event::octets, {}, {}, {uri, index, nullptr, data}});
 }
 
 void Recording::object(const std::string& uri, int index, const EncodedData& data) {
-  events.push_back({Event::object, {}, {}, keep(uri, index, data)});
+  add(Event{Event::object, {}, {}, keep(uri, index, data)});
 }
 
 void send(const Event& event, XMLWriter& writer) {

@@ -2,6 +2,7 @@
 
 #include <Tavrin/Tavrin.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -77,6 +78,8 @@ class Recording : public Tavrin::ContentHandler,
   void attachTo(Tavrin::XMLReader& reader);
 
   Events events;
+  /// Called after each event.
+  std::function<void()> afterEvent = [] {};
 
   void startDocument() override { add(Event::startDocument); }
   void endDocument() override { add(Event::endDocument); }
@@ -137,7 +140,11 @@ class Recording : public Tavrin::ContentHandler,
 
  private:
   void add(Event::Kind kind, std::vector<std::string> texts = {}) {
-    events.push_back({kind, std::move(texts)});
+    add(Event{kind, std::move(texts)});
+  }
+  void add(Event event) {
+    events.push_back(std::move(event));
+    afterEvent();
   }
 
   bool typed_;

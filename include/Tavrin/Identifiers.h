@@ -71,6 +71,11 @@ constexpr char reparseDeferral[] = "http://tavrin/sax/properties/reparse-deferra
 /// document is refused. Default: any number.
 constexpr char maximumDepth[] = "http://tavrin/sax/properties/maximum-depth";
 
+/// "XML10" and "X891": how many octets of text the feature coalesceCharacters puts together, a
+/// `std::uint64_t`. A document with more text between two events is refused. It stops text without
+/// an end that comes in small pieces. Default 1 GiB.
+constexpr char maximumCoalescedOctets[] = "http://tavrin/sax/properties/maximum-coalesced-octets";
+
 /// Writer "XML10": the spaces by which a level is indented, an `unsigned`. Default 2.
 constexpr char indentWidth[] = "http://tavrin/sax/properties/indent-width";
 /// Writer "XML10": the character that delimits attribute values, a `char`: apostrophe (the default)
@@ -137,6 +142,10 @@ constexpr char externalParameterEntities[] =
 /// Reader "XML10": namespace declarations that are reported as attributes are in the namespace of
 /// `xmlns`. Default off: they have no namespace.
 constexpr char xmlnsURIs[] = "http://xml.org/sax/features/xmlns-uris";
+/// Readers "XML10" and "X891": all text between two other events that a handler receives is one
+/// ContentHandler::characters, of at most properties::maximumCoalescedOctets. Default off. A change
+/// applies from the next document on.
+constexpr char coalesceCharacters[] = "http://tavrin/sax/features/coalesce-characters";
 /// Readers "XML10" and "X891": whether the document states that it is standalone. It can only be
 /// read, from startDocument on.
 constexpr char isStandalone[] = "http://xml.org/sax/features/is-standalone";

@@ -75,8 +75,13 @@ namespace Tavrin {
 /// Properties, of Tavrin::properties: lexicalHandler, declarationHandler,
 /// primitiveTypeContentHandler, encodingAlgorithmContentHandler, registeredEncodingAlgorithms,
 /// externalVocabularies, documentXMLVersion, standalone, amplificationFactor,
-/// amplificationThreshold, maximumTableOctets, maximumLiteralOctets, maximumDepth. Feature:
-/// Tavrin::features::isStandalone.
+/// amplificationThreshold, maximumTableOctets, maximumLiteralOctets, maximumDepth,
+/// maximumCoalescedOctets. Features, of Tavrin::features: isStandalone, coalesceCharacters.
+///
+/// With coalesceCharacters, text is reported before the next event that a handler receives, or
+/// before the failure that ends the document; typed values that a handler receives are events. Its
+/// Locator is then at that event. What a handler throws, or a stream, text that waits does not
+/// precede.
 class TAVRIN_API XMLReader_X891 : public XMLReader {
  public:
   /// What a document may cost. No honest document meets the defaults; a document that does is
@@ -100,6 +105,9 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
     /// How many elements may be open at a time; by default any number. It stops elements inside
     /// each other without an end, for programs that keep a record of each.
     std::uint64_t maximumDepth = UINT64_MAX;
+    /// How many octets of text may come between two events, with the feature coalesceCharacters. It
+    /// stops text without an end that comes in small pieces, which would be kept until it ends.
+    std::uint64_t maximumCoalescedOctets = std::uint64_t{1} << 30;
   };
 
   XMLReader_X891();
@@ -160,9 +168,37 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
-  /// How many octets at the end of the last block come after the document. Another one may begin
-  /// with them.
+  /// How many octets at the end of the last block come after the document, once it has ended, be it
+  /// in parse or resume. Another one may begin with them. Of a document that was stopped: how many
+  /// come after those that had been decoded by then.
   unsigned long unusedOctets() const;
+
+  /// @name Stopping and pausing
+  /// A handler may end a document before its end, or let parse return and go on later.
+  /// @{
+
+  /// Ends the document. Called by a handler, in any event but a fatalError: no handler receives
+  /// another event, not even the rest of the same start tag or endDocument, and parse returns as it
+  /// does after a document. Called at another time, it gives up a document that comes in blocks or
+  /// is paused; without one it does nothing. The next call of parse begins another document.
+  void stop();
+  /// Whether the last document that has begun was stopped.
+  bool isStopped() const;
+  /// Lets parse, or resume, return after the event that is under way. Called by a handler; at
+  /// another time, and before a failure is thrown, it does nothing.
+  ///
+  /// While the reader is paused, parse is refused, and the document stays as it is. The reader
+  /// keeps a copy of what has not been read of a block; a stream must stay as it is. Events that
+  /// belong to the same item of the document, such as the start of an element after its prefix
+  /// mappings, are kept as copies, so typed values of an application need EncodedData::copy for
+  /// that.
+  void pause();
+  bool isPaused() const;  ///< Whether resume is to be called.
+  /// Goes on after a pause, with exactly the events, or the failure, that would have come; with the
+  /// handlers that are set by now.
+  /// @throws SAXException where the reader is not paused, and as parse
+  void resume();
+  /// @}
 
  protected:
   /// The algorithm of a field, or null (C.29). A derived reader may return another one.

@@ -67,17 +67,22 @@ namespace Tavrin {
 /// refused. The name must stand in the first 1,024 octets of a document or entity.
 ///
 /// Features (see Tavrin::features; a change applies from the next document on): namespaces,
-/// namespacePrefixes, externalGeneralEntities, externalParameterEntities, xmlnsURIs; isStandalone
-/// is read-only, and validation is always off. Without `namespaces`, elements and attributes
-/// have a qualified name only, and declarations of namespaces are attributes like others. With
-/// `namespace-prefixes`, declarations precede the other attributes, in the order of the start tag,
-/// without namespace name and local name, unless `xmlns-uris` is on, too.
+/// namespacePrefixes, externalGeneralEntities, externalParameterEntities, xmlnsURIs,
+/// coalesceCharacters; isStandalone is read-only, and validation is always off. Without
+/// `namespaces`, elements and attributes have a qualified name only, and declarations of namespaces
+/// are attributes like others. With `namespace-prefixes`, declarations precede the other
+/// attributes, in the order of the start tag, without namespace name and local name, unless
+/// `xmlns-uris` is on, too.
 ///
 /// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
-/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth and
-/// reparseDeferral from the next document on; documentXMLVersion ("1.0" where the document has no
-/// declaration), standalone and lossCount are read-only, and concern the last document that has
-/// begun.
+/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth,
+/// maximumCoalescedOctets and reparseDeferral from the next document on; documentXMLVersion ("1.0"
+/// where the document has no declaration), standalone and lossCount are read-only, and concern the
+/// last document that has begun.
+///
+/// With coalesceCharacters, text is reported before the next event that a handler receives, or
+/// before the failure that ends the document; its Locator is then at that event. What a handler
+/// throws, or a stream, text that waits does not precede.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, without which they stay as written.
@@ -106,6 +111,9 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
     /// How many elements may be open at a time; by default any number. It stops elements inside
     /// each other without an end, for programs that keep a record of each.
     std::uint64_t maximumDepth = UINT64_MAX;
+    /// How many octets of text may come between two events, with the feature coalesceCharacters. It
+    /// stops text without an end that comes in small pieces, which would be kept until it ends.
+    std::uint64_t maximumCoalescedOctets = std::uint64_t{1} << 30;
   };
 
   XMLReader_XML10();
@@ -156,6 +164,34 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// @param isFinal true on the last block
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
+
+  /// @name Stopping and pausing
+  /// A handler may end a document before its end, or let parse return and go on later.
+  /// @{
+
+  /// Ends the document. Called by a handler, in any event but a fatalError: no handler receives
+  /// another event, not even the rest of the same start tag or endDocument, and parse returns as it
+  /// does after a document. Called at another time, it gives up a document that comes in blocks or
+  /// is paused; without one it does nothing. The next call of parse begins another document.
+  void stop();
+  /// Whether the last document that has begun was stopped.
+  bool isStopped() const;
+  /// Lets parse, or resume, return after the event that is under way. Called by a handler; at
+  /// another time, and before a failure is thrown, it does nothing.
+  ///
+  /// While the reader is paused, parse is refused, and the document stays as it is. The reader
+  /// keeps a copy of what has not been read of a block; a stream must stay as it is.
+  ///
+  /// expat completes what it has begun: the end of an empty element follows its start, say. Such
+  /// events are kept as copies. So is what follows in an external entity: it is read to its end
+  /// before parse returns, and the Locator of these events is behind it.
+  void pause();
+  bool isPaused() const;  ///< Whether resume is to be called.
+  /// Goes on after a pause, with exactly the events, or the failure, that would have come; with the
+  /// handlers that are set by now.
+  /// @throws SAXException where the reader is not paused, and as parse
+  void resume();
+  /// @}
 
  private:
   class TAVRIN_LOCAL Driver;

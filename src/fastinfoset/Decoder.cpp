@@ -20,6 +20,15 @@ Decoder::Decoder(const Dialect& dialect, const Handlers& handlers)
 
 void Decoder::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
+  decodeStream(stream);
+}
+
+void Decoder::parse(std::string_view block, bool isFinal) {
+  const ParseScope scope(parsing_);
+  decodeNextBlock(block, isFinal);
+}
+
+void Decoder::decodeStream(std::istream& stream) {
   isFed_ = false;
   isComplete_ = false;
   input_.open(stream);
@@ -27,8 +36,7 @@ void Decoder::parse(std::istream& stream) {
   decodeDocument();
 }
 
-void Decoder::parse(std::string_view block, bool isFinal) {
-  const ParseScope scope(parsing_);
+void Decoder::decodeNextBlock(std::string_view block, bool isFinal) {
   unusedOctets_ = 0;
   if (!isFed_) {
     const bool isOver = std::exchange(isComplete_, false);
@@ -42,7 +50,17 @@ void Decoder::parse(std::string_view block, bool isFinal) {
   // Where the document fails or a handler throws, the next block begins another one.
   isFed_ = false;
   blocks_->append(block, isFinal);
-  while (blocks_->supply()) {
+  if (blocks_->supply()) {
+    decodeBlock();
+  } else {
+    isFed_ = true;
+  }
+}
+
+// --- Steps ---
+
+void Decoder::decodeBlock() {
+  do {
     try {
       decodeDocument();
       if (!isCut_) {
@@ -50,14 +68,24 @@ void Decoder::parse(std::string_view block, bool isFinal) {
         isComplete_ = true;
         return;
       }
+      if (isHalted_) return;
     } catch (const Blocks::Incomplete&) {
     }
     undoStep();
-  }
+  } while (blocks_->supply());
   isFed_ = true;
 }
 
-// --- Steps ---
+void Decoder::continueDocument() {
+  isHalted_ = false;
+  if (progress_.hasEnded) return;
+  isCut_ = false;
+  if (input_.blocks() == nullptr) {
+    decodeDocument();
+  } else {
+    decodeBlock();
+  }
+}
 
 void Decoder::undoStep() {
   isCut_ = false;
@@ -75,6 +103,7 @@ void Decoder::undoStep() {
 }
 
 void Decoder::beginDocument() {
+  isHalted_ = false;
   isCut_ = false;
   progress_ = {};
   tag_ = {};

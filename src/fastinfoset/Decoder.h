@@ -160,6 +160,7 @@ class Decoder {
   // --- Reports to handlers ---
 
   virtual void reportStartDocument() = 0;
+  virtual void reportEndDocument() = 0;
   virtual void reportVersion(const std::string& version) = 0;
   virtual void reportStandalone(unsigned octet) = 0;
   virtual void reportUnused(const std::string& line) = 0;  ///< What SAX2 has no event for.
@@ -220,12 +221,12 @@ class Decoder {
   void endStep() {
     if (input_.blocks() != nullptr) keepStep();
   }
-  /// Ends a step, and returns whether there is an octet for another one.
+  /// Ends a step, and returns whether there is to be another one, and an octet for it.
   bool nextStep() {
-    if (input_.blocks() == nullptr) return true;
+    if (input_.blocks() == nullptr && !isHalted_) return true;
     if (isCut_) return false;
-    keepStep();
-    isCut_ = input_.blocks()->lacks(1);
+    endStep();
+    isCut_ = isHalted_ || input_.blocks()->lacks(1);
     return !isCut_;
   }
   /// Whether the step lacks octets of a literal, which comes next.
@@ -242,6 +243,15 @@ class Decoder {
     stepEntries_.clear();
   }
   void undoStep();
+  /// What parse does, after the call was found to be allowed.
+  void decodeStream(std::istream& stream);
+  void decodeNextBlock(std::string_view block, bool isFinal);
+  /// Lets decoding end with the step that is under way, which stays.
+  void halt() { isHalted_ = true; }
+  /// Decodes on after that, from the same stream, or what is there of the same block.
+  void continueDocument();
+  /// Decodes what is there of a document that comes in blocks.
+  void decodeBlock();
   /// Decodes the items of a list that begins with their number, a step each.
   /// @param most how many there may be in an initial vocabulary
   template <typename DecodeItem>
@@ -358,6 +368,7 @@ class Decoder {
     bool isInDTD = false;
     bool hasDTD = false;
     bool hasRoot = false;
+    bool hasEnded = false;
   };
 
   /// A start tag that is being decoded.
@@ -377,6 +388,7 @@ class Decoder {
   std::size_t unusedOctets_ = 0;
   Progress progress_;
   StartTag tag_;
+  bool isHalted_ = false;
   // What the last step left, for undoStep, and the tables that the next one appended to.
   bool isCut_ = false;
   std::uint64_t stepTableOctets_ = 0;

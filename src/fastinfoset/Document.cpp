@@ -36,7 +36,8 @@ void Decoder::decodeDocument() {
   decodeChildren();
   if (isCut_) return;
   checkRootElement(progress_.hasRoot);
-  if (contentHandler_) contentHandler_->endDocument();
+  progress_.hasEnded = true;
+  reportEndDocument();
 }
 
 void Decoder::decodeOptionalComponents() {

@@ -1,6 +1,7 @@
 #include "Blocks.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Tavrin {
 
@@ -16,7 +17,23 @@ void Blocks::clear() {
 void Blocks::append(std::string_view block, bool isFinal) {
   rest_ = block;
   keptOfBlock_ = 0;
+  copy_ = {};
+  isCopied_ = false;
   isFinal_ = isFinal;
+}
+
+void Blocks::keepUnread() {
+  if (isCopied_) return;
+  std::string unread;
+  unread.reserve(shown() + rest_.size());
+  unread.append(buffer_.gptr(), shown()).append(rest_);
+  copy_ = std::move(unread);
+  isCopied_ = true;
+  kept_ = {};
+  keptOfBlock_ = 0;
+  rest_ = {};
+  wanted_ = 1;
+  show(copy_);
 }
 
 bool Blocks::supply() {

@@ -28,8 +28,12 @@ class Blocks {
 
   /// Forgets everything: another document follows.
   void clear();
-  /// Receives a block. It must stay where it is until supply has returned false.
+  /// Receives a block. It must stay where it is until supply has returned false, or until
+  /// keepUnread.
   void append(std::string_view block, bool isFinal);
+  /// Copies what has not been read of the block, which may then go. To be called at the end of a
+  /// step.
+  void keepUnread();
   /// Provides the octets that the next step is read from.
   /// @return false where it certainly takes another block
   bool supply();
@@ -74,6 +78,8 @@ class Blocks {
   std::string kept_;
   std::size_t keptOfBlock_ = 0;
   std::string_view rest_;  // What has not been shown of the block.
+  std::string copy_;       // Of the block, where it had to be kept.
+  bool isCopied_ = false;
   bool isFinal_ = false;
   const char* stepBegin_ = nullptr;
   std::uint64_t stepCount_ = 0;

@@ -66,6 +66,10 @@ void FIDecoder::reportStartDocument() {
   if (contentHandler_) contentHandler_->startDocument();
 }
 
+void FIDecoder::reportEndDocument() {
+  if (contentHandler_) contentHandler_->endDocument();
+}
+
 // What SAX2 has no event for is printed, a line each, which is flushed before the reader goes on.
 void FIDecoder::reportUnused(const std::string& line) { std::cout << line << std::endl; }
 

@@ -59,6 +59,7 @@ class FIDecoder : public Decoder {
   bool finishStartTag(bool hasAttributes, const Name& name, std::uint32_t declarations) override;
 
   void reportStartDocument() override;
+  void reportEndDocument() override;
   void reportVersion(const std::string& version) override;
   void reportStandalone(unsigned octet) override;
   void reportUnused(const std::string& line) override;

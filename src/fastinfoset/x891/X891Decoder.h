@@ -8,10 +8,13 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "../../io/OctetStream.h"
+#include "../../sax/EventGate.h"
+#include "../../sax/HandlerPlaces.h"
 #include "../../sax/Properties.h"
 #include "../../typed/ExactNumbers.h"
 #include "../../xml/NamespaceBindings.h"
@@ -29,6 +32,14 @@ class X891Decoder : public Decoder {
 
   explicit X891Decoder(const Handlers& handlers);
 
+  void parse(std::istream& stream);
+  void parse(std::string_view block, bool isFinal);
+  void stop();
+  void pause();
+  void resume();
+  bool isStopped() const { return gate_.isStopped(); }
+  bool isPaused() const { return gate_.isPaused(); }
+
   // --- As the reader has them ---
 
   template <typename Access>
@@ -43,6 +54,8 @@ class X891Decoder : public Decoder {
            access(properties::maximumLiteralOctets, maximumLiteralOctets_,
                   kStandard.maximumLiteralOctets) ||
            access(properties::maximumDepth, maximumDepth_, kStandard.maximumDepth) ||
+           access(properties::maximumCoalescedOctets, maximumCoalescedOctets_,
+                  kStandard.maximumCoalescedOctets) ||
            access(properties::documentXMLVersion, ReadOnly{document_.version}) ||
            access(properties::standalone, ReadOnly{document_.standalone}) ||
            Decoder::accessProperty(access);
@@ -51,14 +64,20 @@ class X891Decoder : public Decoder {
   Limits limits() const;
   /// What strings from tables may amount to is computed anew, with the limits as they are then.
   void forgetAllowance() { document_.allowedFromTables = 0; }
+  bool coalescesCharacters() const { return coalescesCharacters_; }
+  void setCoalescesCharacters(bool coalesces) { coalescesCharacters_ = coalesces; }
   bool isStandalone() const { return document_.standalone.value_or(false); }
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 
  private:
+  template <typename Read>
+  void guardDocument(Read read);
+  void checkNotPaused(const char* operation) const;
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
   void decodeHeader() override;
   void reportStartDocument() override;
+  void reportEndDocument() override;
   void checkPadding(unsigned bits) const override;
   void checkRootElement(bool hasRoot) const override;
 
@@ -131,6 +150,17 @@ class X891Decoder : public Decoder {
   static constexpr std::int32_t kNoLine = -1;
   const Position position_{*this};
 
+  HandlerPlaces handlers_ = {contentHandler_,
+                             errorHandler_,
+                             dtdHandler_,
+                             declHandler_,
+                             lexicalHandler_,
+                             primitiveTypeContentHandler_,
+                             encodingAlgorithmContentHandler_};
+  // Operations that find a failure change nothing else.
+  mutable EventGate gate_{handlers_, [this](const std::string& message) { fail(message); }};
+  bool coalescesCharacters_ = false;
+
   // --- Limits ---
 
   // What an event counts for that waits for the root element, and an attribute while its start tag
@@ -140,6 +170,7 @@ class X891Decoder : public Decoder {
 
   double amplificationFactor_ = Limits().amplificationFactor;
   std::uint64_t amplificationThreshold_ = Limits().amplificationThreshold;
+  std::uint64_t maximumCoalescedOctets_ = Limits().maximumCoalescedOctets;
 
   // Used again for each start tag.
   StartTagAttributes attributes_;

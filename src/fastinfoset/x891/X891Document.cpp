@@ -38,10 +38,14 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 }  // namespace
 
 void X891Decoder::reportStartDocument() {
-  if (contentHandler_) contentHandler_->setDocumentLocator(&position_);
-  if (contentHandler_) contentHandler_->startDocument();
+  if (handlers_.content) handlers_.content->setDocumentLocator(&position_);
+  if (handlers_.content) handlers_.content->startDocument();
   const std::string warning = xml::describeOtherVersion(document_.version);
-  if (!warning.empty() && errorHandler_) errorHandler_->warning(exceptionHere(warning));
+  if (!warning.empty() && handlers_.error) handlers_.error->warning(exceptionHere(warning));
+}
+
+void X891Decoder::reportEndDocument() {
+  if (handlers_.content) handlers_.content->endDocument();
 }
 
 void X891Decoder::decodeHeader() {

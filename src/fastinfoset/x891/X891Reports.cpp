@@ -24,7 +24,7 @@ void X891Decoder::reportNotation(const std::string& name, const std::string& pub
   accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
   document_.isHoldingBack = true;
   document_.declarations.emplace_back([=, this](const std::string&) {
-    if (dtdHandler_) dtdHandler_->notationDecl(name, publicId, systemId);
+    if (handlers_.dtd) handlers_.dtd->notationDecl(name, publicId, systemId);
   });
 }
 
@@ -36,7 +36,7 @@ void X891Decoder::reportUnparsedEntity(const std::string& name, const std::strin
              kHeldBackOctets);
   document_.isHoldingBack = true;
   document_.declarations.emplace_back([=, this](const std::string&) {
-    if (dtdHandler_) dtdHandler_->unparsedEntityDecl(name, publicId, systemId, notationName);
+    if (handlers_.dtd) handlers_.dtd->unparsedEntityDecl(name, publicId, systemId, notationName);
   });
 }
 
@@ -46,7 +46,7 @@ void X891Decoder::reportStartDTD(const std::string& publicId, const std::string&
   document.hasDocumentType = true;
   document.isHoldingBack = true;
   document.prolog.emplace_back([=, this](const std::string& rootName) {
-    if (lexicalHandler_) lexicalHandler_->startDTD(rootName, publicId, systemId);
+    if (handlers_.lexical) handlers_.lexical->startDTD(rootName, publicId, systemId);
   });
   std::ranges::move(document.declarations, std::back_inserter(document.prolog));
   document.declarations.clear();
@@ -54,7 +54,7 @@ void X891Decoder::reportStartDTD(const std::string& publicId, const std::string&
 
 void X891Decoder::reportEndDTD() {
   document_.prolog.emplace_back([this](const std::string&) {
-    if (lexicalHandler_) lexicalHandler_->endDTD();
+    if (handlers_.lexical) handlers_.lexical->endDTD();
   });
 }
 
@@ -62,9 +62,9 @@ void X891Decoder::releaseProlog(const std::string& rootName) {
   Document& document = document_;
   document.isHoldingBack = false;
   if (!document.hasDocumentType) {
-    if (lexicalHandler_) lexicalHandler_->startDTD(rootName, {}, {});
+    if (handlers_.lexical) handlers_.lexical->startDTD(rootName, {}, {});
     for (const auto& event : document.declarations) event(rootName);
-    if (lexicalHandler_) lexicalHandler_->endDTD();
+    if (handlers_.lexical) handlers_.lexical->endDTD();
   }
   for (const auto& event : document.prolog) event(rootName);
   document.declarations.clear();
@@ -77,10 +77,10 @@ void X891Decoder::reportComment(const std::string& text) {
   if (document_.isHoldingBack) {
     accountFor(text.size() + kHeldBackOctets);
     document_.prolog.emplace_back([=, this](const std::string&) {
-      if (lexicalHandler_) lexicalHandler_->comment(text);
+      if (handlers_.lexical) handlers_.lexical->comment(text);
     });
-  } else if (lexicalHandler_) {
-    lexicalHandler_->comment(text);
+  } else if (handlers_.lexical) {
+    handlers_.lexical->comment(text);
   }
 }
 
@@ -94,10 +94,10 @@ void X891Decoder::reportProcessingInstruction(const std::string& target, const s
   if (document_.isHoldingBack) {
     accountFor(target.size() + data.size() + kHeldBackOctets);
     document_.prolog.emplace_back([=, this](const std::string&) {
-      if (contentHandler_) contentHandler_->processingInstruction(target, data);
+      if (handlers_.content) handlers_.content->processingInstruction(target, data);
     });
-  } else if (contentHandler_) {
-    contentHandler_->processingInstruction(target, data);
+  } else if (handlers_.content) {
+    handlers_.content->processingInstruction(target, data);
   }
 }
 
@@ -111,11 +111,12 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
   checkAmplification();
   if (document.isHoldingBack) releaseProlog(name.qName);
   const std::size_t declared = document.bindings.count();
-  for (std::size_t i = declared - declarations; i < declared && contentHandler_; ++i) {
-    contentHandler_->startPrefixMapping(document.bindings.prefixAt(i), document.bindings.uriAt(i));
+  for (std::size_t i = declared - declarations; i < declared && handlers_.content; ++i) {
+    handlers_.content->startPrefixMapping(document.bindings.prefixAt(i),
+                                          document.bindings.uriAt(i));
   }
-  if (contentHandler_) {
-    contentHandler_->startElement(name.namespaceName, name.localName, name.qName, attributes);
+  if (handlers_.content) {
+    handlers_.content->startElement(name.namespaceName, name.localName, name.qName, attributes);
   }
   attributes.clear();
   tableOctets_ -= document.tagOctets;
@@ -124,12 +125,14 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
 }
 
 void X891Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
-  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
+  if (handlers_.content)
+    handlers_.content->endElement(name.namespaceName, name.localName, name.qName);
   if (declarations == 0) return;
   xml::NamespaceBindings& bindings = document_.bindings;
   const std::size_t octets = bindings.octets();
   for (; declarations > 0; --declarations) {
-    if (contentHandler_) contentHandler_->endPrefixMapping(bindings.prefixAt(bindings.count() - 1));
+    if (handlers_.content)
+      handlers_.content->endPrefixMapping(bindings.prefixAt(bindings.count() - 1));
     bindings.undo(1);
   }
   tableOctets_ -= octets - bindings.octets();
@@ -139,20 +142,20 @@ void X891Decoder::reportEndElement(const Name& name, std::uint32_t declarations)
 
 void X891Decoder::reportCharacters(const std::string& text) {
   checkAmplification();
-  if (contentHandler_ && !text.empty()) contentHandler_->characters(text);
+  if (handlers_.content && !text.empty()) handlers_.content->characters(text);
 }
 
 void X891Decoder::reportValue(unsigned field, const std::string& uri, const EncodedData& value) {
   if (field == algorithms::cdata) {
-    if (lexicalHandler_) lexicalHandler_->startCDATA();
+    if (handlers_.lexical) handlers_.lexical->startCDATA();
     reportCharacters(static_cast<const CDATAData&>(value).data_);
-    if (lexicalHandler_) lexicalHandler_->endCDATA();
-  } else if (primitiveTypeContentHandler_ && field < kDialectX891.firstApplicationAlgorithm &&
+    if (handlers_.lexical) handlers_.lexical->endCDATA();
+  } else if (handlers_.primitiveTypes && field < kDialectX891.firstApplicationAlgorithm &&
              field != algorithms::uuid) {
-    value.callContentHandler(*primitiveTypeContentHandler_);
-  } else if (encodingAlgorithmContentHandler_) {
-    encodingAlgorithmContentHandler_->object(uri, static_cast<int>(field), value);
-  } else if (contentHandler_) {
+    value.callContentHandler(*handlers_.primitiveTypes);
+  } else if (handlers_.encodingAlgorithms) {
+    handlers_.encodingAlgorithms->object(uri, static_cast<int>(field), value);
+  } else if (handlers_.content) {
     checkTextOf(field, value);
     const std::string text = value.toString();
     if (field >= kDialectX891.firstApplicationAlgorithm) {
@@ -167,11 +170,11 @@ void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri
                                const std::string& octets) {
   // Without the text the table would lack an entry, and later indexes would mean other entries.
   if (adds) fail(describeUnknown(uri) + ", because the text enters a table");
-  if (!encodingAlgorithmContentHandler_) {
+  if (!handlers_.encodingAlgorithms) {
     fail(describeUnknown(uri) + ", or take its octets with the property " +
          propertyName(properties::encodingAlgorithmContentHandler));
   }
-  encodingAlgorithmContentHandler_->octets(uri, static_cast<int>(field), octets);
+  handlers_.encodingAlgorithms->octets(uri, static_cast<int>(field), octets);
 }
 
 void X891Decoder::reportEntityReference(const std::string& name, const std::string& publicId,
@@ -179,7 +182,7 @@ void X891Decoder::reportEntityReference(const std::string& name, const std::stri
   checkAmplification();
   checkExternalId(publicId, systemId);
   if (!publicId.empty() || !systemId.empty()) declareEntity(name, publicId, systemId);
-  if (contentHandler_) contentHandler_->skippedEntity(name);
+  if (handlers_.content) handlers_.content->skippedEntity(name);
 }
 
 /// In the format references have identifiers; in XML a declaration has them, once for a name.
@@ -191,7 +194,7 @@ void X891Decoder::declareEntity(const std::string& name, const std::string& publ
     fail("References to the entity \"" + name + "\" with different identifiers");
   }
   accountFor(name.size() + publicId.size() + systemId.size() + kHeldBackOctets);
-  if (declHandler_) declHandler_->externalEntityDecl(name, publicId, systemId);
+  if (handlers_.decl) handlers_.decl->externalEntityDecl(name, publicId, systemId);
 }
 
 }  // namespace Tavrin::fastinfoset

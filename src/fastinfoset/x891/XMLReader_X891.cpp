@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "../../sax/ParseScope.h"
 #include "../../sax/Properties.h"
 #include "X891Decoder.h"
 
@@ -90,11 +91,14 @@ EncodingAlgorithmContentHandler* XMLReader_X891::getEncodingAlgorithmContentHand
 
 void XMLReader_X891::setFeature(const std::string& name, bool value) {
   if (name == features::isStandalone) throwCanOnlyBeAsked("Feature", name);
-  XMLReader::setFeature(name, value);
+  if (name != features::coalesceCharacters) return XMLReader::setFeature(name, value);
+  decoder_->setCoalescesCharacters(value);
 }
 
 bool XMLReader_X891::getFeature(const std::string& name) {
-  return name == features::isStandalone ? decoder_->isStandalone() : XMLReader::getFeature(name);
+  if (name == features::isStandalone) return decoder_->isStandalone();
+  if (name == features::coalesceCharacters) return decoder_->coalescesCharacters();
+  return XMLReader::getFeature(name);
 }
 
 void XMLReader_X891::parse(std::istream& stream) { decoder_->parse(stream); }
@@ -104,6 +108,16 @@ void XMLReader_X891::parse(const void* data, unsigned long size, bool isFinal) {
 }
 
 unsigned long XMLReader_X891::unusedOctets() const { return decoder_->unusedOctets(); }
+
+void XMLReader_X891::stop() { decoder_->stop(); }
+
+bool XMLReader_X891::isStopped() const { return decoder_->isStopped(); }
+
+void XMLReader_X891::pause() { decoder_->pause(); }
+
+bool XMLReader_X891::isPaused() const { return decoder_->isPaused(); }
+
+void XMLReader_X891::resume() { decoder_->resume(); }
 
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return decoder_->findAlgorithm(field, uri);
@@ -123,12 +137,13 @@ void X891Decoder::setLimits(const Limits& limits) {
   maximumTableOctets_ = limits.maximumTableOctets;
   maximumLiteralOctets_ = limits.maximumLiteralOctets;
   maximumDepth_ = limits.maximumDepth;
+  maximumCoalescedOctets_ = limits.maximumCoalescedOctets;
   forgetAllowance();
 }
 
 X891Decoder::Limits X891Decoder::limits() const {
-  return {amplificationFactor_, amplificationThreshold_, maximumTableOctets_, maximumLiteralOctets_,
-          maximumDepth_};
+  return {amplificationFactor_,  amplificationThreshold_, maximumTableOctets_,
+          maximumLiteralOctets_, maximumDepth_,           maximumCoalescedOctets_};
 }
 
 std::int32_t X891Decoder::columnHere() const {
@@ -141,16 +156,74 @@ SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
 }
 
 void X891Decoder::throwFailure(const std::string& message) const {
+  gate_.prepareFailure();
   const SAXParseException exception = exceptionHere(message);
-  if (errorHandler_) errorHandler_->fatalError(exception);
+  if (handlers_.error) handlers_.error->fatalError(exception);
   throw exception;
 }
 
 void X891Decoder::beginDocument() {
+  gate_.begin(coalescesCharacters_, maximumCoalescedOctets_);
   Decoder::beginDocument();
   attributes_.clear();
   if (isUsed_) document_ = {};
   isUsed_ = true;
+}
+
+// --- Stopping and pausing ---
+// An event closes the gate, and decoding halts with the step that the event belongs to.
+
+void X891Decoder::checkNotPaused(const char* operation) const {
+  if (gate_.isPaused())
+    throw SAXException(std::string(operation) + " called while the reader is paused");
+}
+
+/// Reads a part of a document, until it is complete, fails, halts or lacks octets.
+template <typename Read>
+void X891Decoder::guardDocument(Read read) {
+  try {
+    read();
+  } catch (...) {
+    if (!gate_.absorbs()) throw;
+  }
+  if (input_.blocks() == nullptr) return;
+  if (gate_.isStopped()) unusedOctets_ = blocks_->unread();
+  if (gate_.isPaused() && !progress_.hasEnded) blocks_->keepUnread();
+}
+
+void X891Decoder::parse(std::istream& stream) {
+  const ParseScope scope(parsing_);
+  checkNotPaused("parse");
+  guardDocument([&] { decodeStream(stream); });
+}
+
+void X891Decoder::parse(std::string_view block, bool isFinal) {
+  const ParseScope scope(parsing_);
+  checkNotPaused("parse");
+  guardDocument([&] { decodeNextBlock(block, isFinal); });
+}
+
+void X891Decoder::resume() {
+  const ParseScope scope(parsing_, "resume");
+  if (!gate_.isPaused()) throw SAXException("resume called while the reader is not paused");
+  guardDocument([&] {
+    if (gate_.resume()) continueDocument();
+  });
+}
+
+void X891Decoder::pause() {
+  if (!parsing_) return;
+  gate_.pause();
+  halt();
+}
+
+void X891Decoder::stop() {
+  if (!parsing_ && !isFed_ && !gate_.isPaused()) return;
+  gate_.stop();
+  halt();
+  if (parsing_) return;
+  isFed_ = false;
+  if (blocks_ != nullptr) blocks_->clear();
 }
 
 }  // namespace fastinfoset

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "../../sax/HandlerPlaces.h"
 #include "ExpatNames.h"
 
 namespace Tavrin::text {
@@ -35,12 +36,15 @@ inline const char* defaultMode(const XML_Char* defaultValue, int isRequired) {
 /// that they throw. It is the user data of every parser, also that of an external entity.
 class EventTarget {
  public:
-  explicit EventTarget(const HandlerPointers& pointers) : handlers(pointers) {}
+  explicit EventTarget(const HandlerPointers& application) : pointers(application) {}
   virtual ~EventTarget() = default;
   EventTarget(const EventTarget&) = delete;
   EventTarget& operator=(const EventTarget&) = delete;
 
-  HandlerPointers handlers;
+  HandlerPointers pointers;
+  /// Where events are reported.
+  HandlerPlaces handlers = {pointers.content, pointers.error, pointers.dtd, pointers.decl,
+                            pointers.lexical};
 
   /// Runs the work of a callback. An exception must not pass through expat, which is C: it is
   /// caught here, and the parse stops.
@@ -56,7 +60,7 @@ class EventTarget {
   /// Calls an operation of a handler, where the handler is set.
   /// @param handler one of `handlers`
   template <typename Handler, typename Operation, typename... Arguments>
-  void deliver(Handler* const& handler, Operation operation, Arguments... arguments) {
+  void deliver(const HandlerPlace<Handler>& handler, Operation operation, Arguments... arguments) {
     if (!handler) return;
     guard([&] {
       if (handler) std::invoke(operation, *handler, arguments...);

@@ -34,38 +34,108 @@ class Locator_XML10 : public OctetLocator {
 
 template <typename Parse>
 void XML10Driver::guardParse(Parse parse) {
-  const ParseScope scope(parsing_);
   try {
     parse();
   } catch (...) {
-    releaseParser();
-    throw;
+    if (!gate_.absorbs()) {
+      releaseParser();
+      throw;
+    }
   }
+  if (gate_.isStopped()) releaseParser();
 }
 
 void XML10Driver::parse(std::istream& stream) {
+  const ParseScope scope(parsing_);
+  checkNotPaused("parse");
   guardParse([&] {
     setupParser();
-    if (parseEntity(parser_.get(), stream) != XML_STATUS_OK) reportError();
-    endDocument();
+    document_->stream = &stream;
+    finishParse(parseEntity(parser_.get(), stream, true), true);
   });
 }
 
 void XML10Driver::parse(const void* data, unsigned long size, bool isFinal) {
+  const ParseScope scope(parsing_);
+  checkNotPaused("parse");
   guardParse([&] {
     if (!parser_) setupParser();
     if (data == nullptr) size = 0;
     if (size == 0 && !isFinal) return;
+    document_->isFinal = isFinal;
     const auto* block = static_cast<const char*>(data);
     const XML_Status status = document_->start ? parseFirstBlocks(block, size, isFinal)
                                                : parseBlock(block, size, isFinal);
-    if (status != XML_STATUS_OK) reportError();
-    if (isFinal) endDocument();
+    finishParse(status, isFinal);
   });
+}
+
+void XML10Driver::finishParse(XML_Status status, bool isFinal) {
+  if (document_->failure) std::rethrow_exception(document_->failure);
+  if (gate_.isStopped()) return;
+  if (status == XML_STATUS_ERROR) reportError();
+  if (status == XML_STATUS_OK && isFinal) endDocument();
+}
+
+// --- Stopping and pausing ---
+
+void XML10Driver::checkNotPaused(const char* operation) const {
+  if (!isPaused()) return;
+  throw SAXException(std::string(operation) + " called while the reader is paused");
+}
+
+void XML10Driver::stop() {
+  if (!parser_) return;
+  gate_.stop();
+  if (parsing_) {
+    stopParser(XML_FALSE);
+  } else {
+    releaseParser();
+  }
+}
+
+/// expat cannot be suspended in a parameter entity. What follows in any external entity waits in
+/// the gate, and the parser of the document is suspended when the entity has been left.
+void XML10Driver::pause() {
+  if (!parsing_) return;
+  gate_.pause();
+  if (!document_->isInExternalEntity()) stopParser(XML_TRUE);
+}
+
+void XML10Driver::stopParser(XML_Bool isResumable) {
+  XML_Parser parser = document_->current().parser;
+  XML_ParsingStatus status = {};
+  XML_GetParsingStatus(parser, &status);
+  // A parser that has not begun or is at its end would only record another error.
+  if (status.parsing == XML_PARSING) XML_StopParser(parser, isResumable);
+}
+
+void XML10Driver::resume() {
+  const ParseScope scope(parsing_, "resume");
+  if (!isPaused()) throw SAXException("resume called while the reader is not paused");
+  guardParse([&] {
+    if (!gate_.resume()) return;
+    if (document_->hasEnded) return releaseParser();
+    const bool isFinal = document_->stream != nullptr || document_->isFinal;
+    finishParse(continueParse(), isFinal);
+  });
+}
+
+XML_Status XML10Driver::continueParse() {
+  const XML_Status status = XML_ResumeParser(parser_.get());
+  if (status != XML_STATUS_OK) return status;
+  XML_ParsingStatus parsing = {};
+  XML_GetParsingStatus(parser_.get(), &parsing);
+  if (parsing.parsing == XML_FINISHED) return status;
+  if (document_->stream != nullptr) return parseEntity(parser_.get(), *document_->stream, false);
+  const std::string rest = std::exchange(document_->rest, {});
+  return rest.empty() ? status : parseBlock(rest.data(), rest.size(), document_->isFinal);
 }
 
 void XML10Driver::setupParser() {
   releaseParser();  // An abandoned document may still be open.
+  maximumCoalescedOctets_ = settings.limits.maximumCoalescedOctets;
+  gate_.begin(settings.features.coalesceCharacters, maximumCoalescedOctets_);
   parser_.reset(settings.features.namespaces ? XML_ParserCreateNS(nullptr, kXML10Separator)
                                              : XML_ParserCreate(nullptr));
   if (!parser_) throw std::bad_alloc();
@@ -119,10 +189,11 @@ bool showsEncoding(std::string_view start) {
 
 }  // namespace
 
-XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream) {
+XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, bool isFirst) {
+  gate_.settle();  // The stream may throw.
   // The stream's buffer is read, so that the stream's state has no influence.
   std::streamsize arrived = countArrived(stream.rdbuf(), kMostRead);
-  for (bool isFirst = true; arrived > 0; isFirst = false) {
+  for (; arrived > 0; isFirst = false) {
     auto* const block = static_cast<char*>(XML_GetBuffer(parser, kMostRead));
     if (block == nullptr) return XML_STATUS_ERROR;
     std::string_view octets;
@@ -136,6 +207,7 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream) {
     if (isFirst) chooseEncoding(parser, octets);
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), XML_FALSE);
     if (status != XML_STATUS_OK) return status;
+    gate_.settle();
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
   return XML_Parse(parser, "", 0, XML_TRUE);
@@ -169,7 +241,11 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
   if (isFirst) return parseBlock(block, size, isFinal);
   const bool isAll = front.size() == size;
   const XML_Status status = parseBlock(kept.data(), kept.size(), isFinal && isAll);
-  if (status != XML_STATUS_OK || isAll) return status;
+  if (isAll) return status;
+  if (status == XML_STATUS_SUSPENDED) {
+    document_->rest.append(block + front.size(), size - front.size());
+  }
+  if (status != XML_STATUS_OK) return status;
   return parseBlock(block + front.size(), size - front.size(), isFinal);
 }
 
@@ -178,13 +254,13 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
   constexpr unsigned long kMost = 1UL << 30;
   for (; size > kMost; size -= kMost, block += kMost) {
     const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(kMost), XML_FALSE);
+    if (status == XML_STATUS_SUSPENDED) document_->rest.assign(block + kMost, size - kMost);
     if (status != XML_STATUS_OK) return status;
   }
   return XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
 }
 
 void XML10Driver::reportError() {
-  if (document_->failure) std::rethrow_exception(document_->failure);
   if (!ready_) makeReady();
   failAsParser();
 }
@@ -210,19 +286,21 @@ SAXParseException XML10Driver::exceptionAt(const std::string& message,
 }
 
 void XML10Driver::failAt(const std::string& message, const Position& position) {
+  gate_.prepareFailure();
   const SAXParseException exception = exceptionAt(message, position);
   if (handlers.error) handlers.error->fatalError(exception);
   throw exception;
 }
 
 void XML10Driver::endDocument() {
-  if (document_->failure) std::rethrow_exception(document_->failure);
   if (!ready_) makeReady();
+  document_->hasEnded = true;
   if (handlers.content) handlers.content->endDocument();
-  releaseParser();
+  if (!isPaused()) releaseParser();
 }
 
 void XML10Driver::releaseParser() {
+  gate_.end();
   locator_.reset();
   parser_.reset();
   document_.reset();

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "../../sax/EventGate.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
 #include "ElementAttributes.h"
@@ -31,6 +32,7 @@ struct XML10Settings {
     bool externalGeneralEntities = true;
     bool externalParameterEntities = true;
     bool xmlnsURIs = false;
+    bool coalesceCharacters = false;
   };
 
   static constexpr bool kReparseDeferral = true;
@@ -96,6 +98,12 @@ struct XML10Document {
   const DeclaredEntity self;
   std::vector<OpenEntity> open;
 
+  // While the document is paused: what has not been given to expat.
+  std::istream* stream = nullptr;
+  std::string rest;
+  bool isFinal = false;   ///< Of a block: whether the document ends with it.
+  bool hasEnded = false;  ///< All events have been reported, or wait.
+
   /// The external entities that are declared, by number. With a reference, expat passes on the base
   /// that was set when the entity was declared: the number of the entity is used for it. The
   /// external subset has the number 0 and no base.
@@ -138,6 +146,11 @@ class XML10Driver : public EventTarget {
 
   void parse(std::istream& stream);
   void parse(const void* data, unsigned long size, bool isFinal);
+  void stop();
+  void pause();
+  void resume();
+  bool isStopped() const { return gate_.isStopped(); }
+  bool isPaused() const { return gate_.isPaused(); }
 
   XML10Settings settings;
   XML10Facts facts;
@@ -175,15 +188,21 @@ class XML10Driver : public EventTarget {
  private:
   template <typename Parse>
   void guardParse(Parse parse);
+  void checkNotPaused(const char* operation) const;
   void setupParser();
+  /// Reports the end of the document, or its failure, unless it is paused or stopped.
+  void finishParse(XML_Status status, bool isFinal);
+  void stopParser(XML_Bool isResumable);
+  XML_Status continueParse();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
   /// Gives a whole entity to its parser, in blocks of what has arrived: where a stream waits, as a
   /// socket does, all events of the octets before have been reported.
+  /// @param isFirst whether the entity begins with the octets that come
   /// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
-  XML_Status parseEntity(XML_Parser parser, std::istream& stream);
+  XML_Status parseEntity(XML_Parser parser, std::istream& stream, bool isFirst);
   /// So much is read at a time: entities are often small, and several may be open.
   static constexpr int kMostRead = 64 * 1024;
   /// Prepares a parser for the encoding of an entity, by the entity's first octets.
@@ -253,6 +272,8 @@ class XML10Driver : public EventTarget {
   [[noreturn]] void failInUnprocessed(XML_Error error);
 
   bool parsing_ = false;  // A call of parse is on the stack.
+  std::uint64_t maximumCoalescedOctets_ = 0;
+  EventGate gate_{handlers, [this](const std::string& message) { fail(message); }};
 
   // While a document is open.
   std::unique_ptr<XML10Document> document_;

@@ -35,19 +35,24 @@ int XML10Driver::externalEntityRef(const XML_Char* context, const XML_Char* base
     const std::size_t number = base ? std::strtoul(base, nullptr, 10) : 0;
     readEntity(document_->entities.at(number), context);
   });
-  return document_->failure ? XML_STATUS_ERROR : XML_STATUS_OK;
+  if (document_->failure || isStopped()) return XML_STATUS_ERROR;
+  if (isPaused() && !document_->isInExternalEntity()) stopParser(XML_TRUE);
+  return XML_STATUS_OK;
 }
 
 void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) {
+  if (isStopped()) return;  // expat passes on the external subset nevertheless.
   XML10Document& document = *document_;
   const XML10Settings::Features& features = document.settings.features;
   // Only a general entity has a context: the bindings and open entities at the reference.
   const bool isRead =
       context ? features.externalGeneralEntities : features.externalParameterEntities;
   std::unique_ptr<std::istream> stream;
-  if (isRead && handlers.resolver) {
-    stream = handlers.resolver->resolveEntity(entity.publicId, entity.systemId);
+  gate_.settle();  // The resolver may throw.
+  if (isRead && pointers.resolver) {
+    stream = pointers.resolver->resolveEntity(entity.publicId, entity.systemId);
   }
+  if (isStopped()) return;
   if (!stream) {
     if (!context && &entity != &document.entities.front()) stopProcessing();
     if (handlers.content) handlers.content->skippedEntity(entity.name);
@@ -65,8 +70,9 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
-    const XML_Status status = parseEntity(child.get(), *stream);
-    if (document.failure) return;
+    if (isStopped()) return;
+    const XML_Status status = parseEntity(child.get(), *stream, true);
+    if (document.failure || isStopped()) return;
     if (status == XML_STATUS_ERROR) failAsParser();
     document.entityOctets += document.current().octetsRead();
     if (handlers.lexical) handlers.lexical->endEntity(entity.name);

@@ -150,7 +150,7 @@ class XMLReader_Expat::Driver : public EventTarget {
 
   int externalEntityRef(const XML_Char* context, const XML_Char*, const XML_Char* systemId,
                         const XML_Char* publicId) {
-    if (!handlers.resolver) return XML_STATUS_OK;
+    if (!pointers.resolver) return XML_STATUS_OK;
     XML_Status status = XML_STATUS_ERROR;
     guard([&] { status = readExternalEntity(context, publicId, systemId); });
     return status;
@@ -203,7 +203,7 @@ class XMLReader_Expat::Driver : public EventTarget {
   XML_Status readExternalEntity(const XML_Char* context, const XML_Char* publicId,
                                 const XML_Char* systemId) {
     const std::unique_ptr<std::istream> stream =
-        handlers.resolver->resolveEntity(textOrEmpty(publicId), textOrEmpty(systemId));
+        pointers.resolver->resolveEntity(textOrEmpty(publicId), textOrEmpty(systemId));
     if (!stream) return XML_STATUS_OK;
     // The child always belongs to the document's parser, also for an entity within an entity:
     // handlerThrew stops that parser only.
@@ -236,17 +236,17 @@ std::unique_ptr<XMLReader> XMLReader_Expat::create() { return std::make_unique<X
 
 void XMLReader_Expat::setProperty(const std::string& name, void* value) {
   if (name == properties::lexicalHandler) {
-    driver_->handlers.lexical = static_cast<LexicalHandler*>(value);
+    driver_->pointers.lexical = static_cast<LexicalHandler*>(value);
   } else if (name == properties::declarationHandler) {
-    driver_->handlers.decl = static_cast<DeclHandler*>(value);
+    driver_->pointers.decl = static_cast<DeclHandler*>(value);
   } else {
     XMLReader::setProperty(name, value);
   }
 }
 
 void* XMLReader_Expat::getProperty(const std::string& name) {
-  if (name == properties::lexicalHandler) return driver_->handlers.lexical;
-  if (name == properties::declarationHandler) return driver_->handlers.decl;
+  if (name == properties::lexicalHandler) return driver_->pointers.lexical;
+  if (name == properties::declarationHandler) return driver_->pointers.decl;
   return XMLReader::getProperty(name);
 }
 

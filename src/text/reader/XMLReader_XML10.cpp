@@ -16,6 +16,7 @@ bool* find(const std::string& name, XML10Settings::Features& switches) {
   if (name == features::namespacePrefixes) return &switches.namespacePrefixes;
   if (name == features::externalGeneralEntities) return &switches.externalGeneralEntities;
   if (name == features::externalParameterEntities) return &switches.externalParameterEntities;
+  if (name == features::coalesceCharacters) return &switches.coalesceCharacters;
   if (name == features::xmlnsURIs) return &switches.xmlnsURIs;
   return nullptr;
 }
@@ -30,8 +31,8 @@ class XMLReader_XML10::Driver : public text::XML10Driver {
   bool accessProperty(Access access) {
     constexpr Limits kStandard;
     Limits& limits = settings.limits;
-    return access(properties::lexicalHandler, handlers.lexical) ||
-           access(properties::declarationHandler, handlers.decl) ||
+    return access(properties::lexicalHandler, pointers.lexical) ||
+           access(properties::declarationHandler, pointers.decl) ||
            access(properties::baseURI, settings.baseURI) ||
            access(properties::reparseDeferral, settings.reparseDeferral,
                   text::XML10Settings::kReparseDeferral) ||
@@ -40,6 +41,8 @@ class XMLReader_XML10::Driver : public text::XML10Driver {
            access(properties::entityAmplificationThreshold, limits.entityAmplificationThreshold,
                   kStandard.entityAmplificationThreshold) ||
            access(properties::maximumDepth, limits.maximumDepth, kStandard.maximumDepth) ||
+           access(properties::maximumCoalescedOctets, limits.maximumCoalescedOctets,
+                  kStandard.maximumCoalescedOctets) ||
            access(properties::documentXMLVersion, ReadOnly{facts.version}) ||
            access(properties::standalone, ReadOnly{facts.standalone}) ||
            access(properties::lossCount, ReadOnly{facts.losses});
@@ -61,6 +64,16 @@ void XMLReader_XML10::parse(std::istream& stream) { driver_->parse(stream); }
 void XMLReader_XML10::parse(const void* data, unsigned long size, bool isFinal) {
   driver_->parse(data, size, isFinal);
 }
+
+void XMLReader_XML10::stop() { driver_->stop(); }
+
+bool XMLReader_XML10::isStopped() const { return driver_->isStopped(); }
+
+void XMLReader_XML10::pause() { driver_->pause(); }
+
+bool XMLReader_XML10::isPaused() const { return driver_->isPaused(); }
+
+void XMLReader_XML10::resume() { driver_->resume(); }
 
 void XMLReader_XML10::setFeature(const std::string& name, bool value) {
   if (bool* place = find(name, driver_->settings.features)) {
@@ -101,13 +114,13 @@ void XMLReader_XML10::setLimits(const Limits& limits) {
 XMLReader_XML10::Limits XMLReader_XML10::getLimits() const { return driver_->settings.limits; }
 
 void XMLReader_XML10::setLexicalHandler(LexicalHandler* handler) {
-  driver_->handlers.lexical = handler;
+  driver_->pointers.lexical = handler;
 }
 
-LexicalHandler* XMLReader_XML10::getLexicalHandler() const { return driver_->handlers.lexical; }
+LexicalHandler* XMLReader_XML10::getLexicalHandler() const { return driver_->pointers.lexical; }
 
-void XMLReader_XML10::setDeclHandler(DeclHandler* handler) { driver_->handlers.decl = handler; }
+void XMLReader_XML10::setDeclHandler(DeclHandler* handler) { driver_->pointers.decl = handler; }
 
-DeclHandler* XMLReader_XML10::getDeclHandler() const { return driver_->handlers.decl; }
+DeclHandler* XMLReader_XML10::getDeclHandler() const { return driver_->pointers.decl; }
 
 }  // namespace Tavrin
