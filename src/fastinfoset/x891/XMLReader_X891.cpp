@@ -88,6 +88,10 @@ EncodingAlgorithmContentHandler* XMLReader_X891::getEncodingAlgorithmContentHand
   return decoder_->encodingAlgorithmContentHandler_;
 }
 
+void XMLReader_X891::setRawOctets(bool value) { decoder_->setRawOctets(value); }
+
+bool XMLReader_X891::getRawOctets() const { return decoder_->rawOctets(); }
+
 void XMLReader_X891::setFeature(const std::string& name, bool value) {
   if (name == features::isStandalone) throwCanOnlyBeAsked("Feature", name);
   XMLReader::setFeature(name, value);
@@ -141,7 +145,10 @@ SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
 }
 
 void X891Decoder::throwFailure(const std::string& message) const {
-  const SAXParseException exception = exceptionHere(message);
+  const SAXParseException exception = exceptionHere(
+      document_.isVocabularyUnknown ? message + " (with the unknown external vocabulary " +
+                                          document_.externalVocabulary.value_or("") + ")"
+                                    : message);
   if (errorHandler_) errorHandler_->fatalError(exception);
   throw exception;
 }

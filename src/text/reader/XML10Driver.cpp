@@ -180,6 +180,7 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
     const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(kMost), XML_FALSE);
     if (status != XML_STATUS_OK) return status;
   }
+  document_->open.front().isLastBlock = isFinal;
   return XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
 }
 
@@ -194,6 +195,7 @@ void XML10Driver::failAsParser() {
   if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
   std::string message = XML_ErrorString(code);
   if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
+  message += describeFailure(code);
   if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {
     message = atLimit(message, properties::entityAmplificationFactor);
   }
