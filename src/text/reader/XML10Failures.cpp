@@ -52,18 +52,43 @@ std::string decoded(std::string_view octets, const std::string& encoding) {
   return encoding.empty() ? std::string(octets) : toUTF8(encoding.c_str(), octets);
 }
 
-/// The markup at which the parser failed, in UTF-8.
-std::string markupHere(XML_Parser parser, const std::string& encoding, bool hasEnd) {
-  std::string_view octets = octetsFromHere(parser);
-  if (hasEnd) {
-    const auto length = static_cast<std::size_t>(std::max(XML_GetCurrentByteCount(parser), 0));
-    octets = octets.substr(0, length);
-  } else if (octets.size() > kMostOfToken) {
-    std::size_t length = kMostOfToken;
-    while (!isWide(octets) && length > 0 && isContinuation(octets[length])) --length;
-    octets = octets.substr(0, length);
+/// The octets of the markup that octets begin with: a reference, tag, literal or name. Where its
+/// end is missing, as much as is looked at.
+std::string_view markupAtStart(std::string_view octets) {
+  const std::size_t width = isWide(octets) ? 2 : 1;
+  const std::size_t low = isBigEndian(octets) ? 1 : 0;
+  const auto at = [&](std::size_t i) {
+    if (i + width > octets.size()) return '\0';
+    return width == 1 || octets[i + 1 - low] == '\0' ? octets[i + low] : '\0';
+  };
+  const char first = at(0);
+  const bool isLiteral = first == '"' || first == '\'';
+  const bool isReference = first == '&' || first == '%';
+  const std::string_view ends = isReference    ? ";"
+                                : first == '<' ? ">"
+                                : isLiteral    ? std::string_view(first == '"' ? "\"" : "'")
+                                               : " \t\r\n=";
+  char quote = '\0';
+  for (std::size_t i = width; i < octets.size(); i += width) {
+    const char character = at(i);
+    if (quote != '\0') {
+      if (character == quote) quote = '\0';
+    } else if (first == '<' && (character == '"' || character == '\'')) {
+      quote = character;
+    } else if (ends.find(character) != std::string_view::npos) {
+      return octets.substr(0, i + width);
+    }
   }
-  return decoded(octets, encoding);
+  std::size_t length = std::min(octets.size(), kMostOfToken);
+  if (width == 1 && length < octets.size()) {
+    while (length > 0 && isContinuation(octets[length])) --length;
+  }
+  return octets.substr(0, length);
+}
+
+/// The markup at which the parser failed, in UTF-8.
+std::string markupHere(const OpenEntity& entity) {
+  return decoded(markupAtStart(octetsFromHere(entity.parser)), entity.encoding);
 }
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
@@ -93,6 +118,11 @@ struct WrittenAttribute {
   bool declares() const { return name == "xmlns" || prefix() == "xmlns"; }
 };
 
+/// The beginning of a tag, or of another token.
+std::string_view withoutSpace(std::string_view markup) {
+  return markup.substr(0, markup.find_first_of(" \t\r\n>"));
+}
+
 std::string_view elementOf(std::string_view tag) {
   const std::size_t end = std::min(tag.find_first_of(" \t\r\n/>"), tag.size());
   return tag.substr(std::min<std::size_t>(1, end), end > 0 ? end - 1 : 0);
@@ -118,6 +148,15 @@ std::vector<WrittenAttribute> attributesOf(std::string_view tag) {
 bool isReserved(std::string_view uri) { return uri == namespaces::xml || uri == namespaces::xmlns; }
 
 using Bindings = std::vector<std::pair<std::string, std::string>>;
+
+/// What a tag declares may not be in force: where an empty element fails, expat ends it first.
+Bindings withDeclarations(Bindings bindings, std::string_view tag) {
+  for (const WrittenAttribute& attribute : attributesOf(tag)) {
+    if (attribute.prefix() != "xmlns") continue;
+    bindings.emplace_back(attribute.name.substr(sizeof "xmlns"), attribute.value);
+  }
+  return bindings;
+}
 
 /// The namespace name of a prefix, or null.
 const std::string* findBinding(const Bindings& bindings, std::string_view prefix) {
@@ -222,7 +261,7 @@ std::string XML10Driver::describeEntity(XML_Error code, std::string_view markup)
 }
 
 std::string XML10Driver::describeInTag(XML_Error code, std::string_view tag) const {
-  const Bindings& bindings = document_->bindings;
+  const Bindings bindings = withDeclarations(document_->bindings, tag);
   if (code == XML_ERROR_UNBOUND_PREFIX) return unboundPrefix(tag, bindings);
   if (code == XML_ERROR_DUPLICATE_ATTRIBUTE) return sameAttributes(tag, bindings);
   for (const WrittenAttribute& attribute : attributesOf(tag)) {
@@ -242,8 +281,7 @@ std::string XML10Driver::describeInTag(XML_Error code, std::string_view tag) con
 std::string XML10Driver::describeFailure(XML_Error code) {
   const OpenEntity& current = document_->current();
   const bool isOpen = document_->elements.depth() > current.depth;
-  const std::string markup =
-      markupHere(current.parser, current.encoding, code != XML_ERROR_UNCLOSED_TOKEN);
+  const std::string markup = markupHere(current);
   const std::string_view referred = referredAtStart(markup);
   const std::string inEntity = referred.empty() ? std::string() : inTextOf(referred);
   switch (code) {
@@ -253,11 +291,11 @@ std::string XML10Driver::describeFailure(XML_Error code) {
       return isOpen ? describeInnermost(": <", " is not closed") : std::string();
     case XML_ERROR_ASYNC_ENTITY:
       if (!inEntity.empty()) return inEntity;
-      if (markup.starts_with("</")) return ": </" + shortened(elementOf(markup.substr(1))) + '>';
+      if (markup.starts_with("</")) return ": " + shortened(withoutSpace(markup)) + '>';
       return isOpen ? describeInnermost(": <", " is not closed") : std::string();
     case XML_ERROR_UNCLOSED_TOKEN:
       if (!inEntity.empty()) return inEntity;
-      return ": " + shortened(markup.substr(0, markup.find_first_of(" \t\r\n>")));
+      return ": " + shortened(withoutSpace(markup));
     case XML_ERROR_UNDEFINED_ENTITY:
     case XML_ERROR_RECURSIVE_ENTITY_REF:
     case XML_ERROR_BINARY_ENTITY_REF:
