@@ -65,7 +65,8 @@ void X891Decoder::checkAlgorithmField(unsigned field) {
 
 std::string X891Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri + " (add it to the property " +
-         propertyName(properties::registeredEncodingAlgorithms) + ")";
+         propertyName(properties::registeredEncodingAlgorithms) + ", or set " +
+         propertyName(properties::rawOctets) + ")";
 }
 
 /// The URIs of the vocabulary, by the numbers of their algorithms.
