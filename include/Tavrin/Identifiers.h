@@ -104,6 +104,16 @@ constexpr char maximumTableOctets[] = "http://tavrin/fastinfoset/properties/maxi
 /// application, a `std::uint64_t`. It stops a single endless string. Default 1 GiB.
 constexpr char maximumLiteralOctets[] =
     "http://tavrin/fastinfoset/properties/maximum-literal-octets";
+/// Reader "X891": whether a document is read as far as possible although it uses encoding
+/// algorithms, or an external vocabulary, that are unknown, a `bool`. XMLReader_X891::setRawOctets
+/// tells what is reported then. Default false: the document is refused.
+constexpr char rawOctets[] = "http://tavrin/fastinfoset/properties/raw-octets";
+/// "X891": the URIs of the encoding algorithms that a document names, a
+/// `std::vector<std::string>` in the order of their fields, which begin at 31. A reader only
+/// reports them, from startDocument on; a number without a URI has an empty one. A writer names
+/// those that are not empty in each document, before those of registeredEncodingAlgorithms.
+constexpr char encodingAlgorithmURIs[] =
+    "http://tavrin/fastinfoset/properties/encoding-algorithm-uris";
 /// Writer "X891": the greatest length in octets of attribute values that are added to their table,
 /// a `std::uint64_t`. Default 32.
 constexpr char indexedAttributeValueLength[] =
@@ -114,8 +124,9 @@ constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/inde
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.
 constexpr char initialVocabulary[] = "http://tavrin/fastinfoset/properties/initial-vocabulary";
-/// Writer "X891": the URI, a `std::string`, of the entry of externalVocabularies that documents
-/// refer to and use.
+/// "X891": the URI, a `std::string`, of the entry of externalVocabularies that documents refer to
+/// and use. A reader only reports that of the last document that has begun, known or not, also
+/// after the document was refused for it: a program can then add the vocabulary and read again.
 constexpr char externalVocabulary[] = "http://tavrin/fastinfoset/properties/external-vocabulary";
 }  // namespace properties
 

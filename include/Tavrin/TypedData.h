@@ -192,6 +192,28 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
   std::unique_ptr<EncodedData> copyEncodedData() const override;
 };
 
+/// Octets of an encoding algorithm that the reader does not know, as the document has them; see
+/// Tavrin::properties::rawOctets. Which algorithm it is stands beside the value, for example in
+/// EncodingAlgorithmAttributes::getAlgorithmURI.
+///
+/// @code
+/// if (const auto* raw = dynamic_cast<const RawData*>(attributes.getAlgorithmData(i))) {
+///   std::cout << attributes.getAlgorithmURI(i) << ": " << raw->data_.size() << " octets\n";
+/// }
+/// @endcode
+///
+/// Nobody knows their text. As text they are base64 (RFC 4648, section 4), so that nothing is lost
+/// where text is all that a receiver takes. callContentHandler delivers nothing.
+class TAVRIN_API RawData : public EncodedDataTemplate<std::string> {
+ public:
+  using EncodedDataTemplate::EncodedDataTemplate;  ///< Holds a value, or an empty one.
+  std::string toString() const override;
+  std::unique_ptr<EncodedData> clone() override;
+
+ protected:
+  std::unique_ptr<EncodedData> copyEncodedData() const override;
+};
+
 /// Receives content of encoding algorithms that the receiver may or may not know. Every operation
 /// does nothing unless it is overridden.
 class TAVRIN_API EncodingAlgorithmContentHandler {

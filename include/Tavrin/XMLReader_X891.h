@@ -56,7 +56,8 @@ namespace Tavrin {
 /// every locale; that of floating-point numbers has as many digits as are needed to read the same
 /// numbers again, and INF, -INF and NaN as XML Schema spells them. Data of an algorithm that is
 /// neither built in nor registered is reported to the encoding algorithm handler as octets, or is
-/// refused without one; in an attribute it is refused.
+/// refused without one, or where its text enters a table; in an attribute it is refused. With
+/// setRawOctets it is reported in all of these places.
 ///
 /// Failures of a document are reported to ErrorHandler::fatalError and thrown as a
 /// SAXParseException with the line -1 and, as column, the number of octets of the document that
@@ -76,7 +77,8 @@ namespace Tavrin {
 /// primitiveTypeContentHandler, encodingAlgorithmContentHandler, registeredEncodingAlgorithms,
 /// externalVocabularies, documentXMLVersion, standalone, amplificationFactor,
 /// amplificationThreshold, maximumTableOctets, maximumLiteralOctets, maximumDepth,
-/// maximumCoalescedOctets. Features, of Tavrin::features: isStandalone, coalesceCharacters.
+/// maximumCoalescedOctets, rawOctets; encodingAlgorithmURIs and externalVocabulary are read-only.
+/// Features, of Tavrin::features: isStandalone, coalesceCharacters.
 ///
 /// With coalesceCharacters, text is reported before the next event that a handler receives, or
 /// before the failure that ends the document; typed values that a handler receives are events. Its
@@ -146,6 +148,31 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   void setEncodingAlgorithmContentHandler(EncodingAlgorithmContentHandler* handler);
   EncodingAlgorithmContentHandler* getEncodingAlgorithmContentHandler() const;  ///< Or null.
   /// @}
+
+  /// Sets whether what an unknown algorithm has made is reported as octets, and a document with an
+  /// unknown external vocabulary is read as far as possible; see Tavrin::properties::rawOctets. It
+  /// counts at once.
+  ///
+  /// - In content, EncodingAlgorithmContentHandler::octets has the octets, with the algorithm's URI
+  ///   and field. Without such a handler, ContentHandler::characters has them as base64.
+  /// - An attribute has them as a RawData, with URI and field (EncodingAlgorithmAttributes);
+  ///   getValue gives base64.
+  /// - Octets whose text would enter a table keep their place in it: an index reports them again.
+  ///   They count for the limits like text, and their base64 as well.
+  /// - The writer "X891" writes all of them as they were, where it has got the URIs: its property
+  ///   encodingAlgorithmURIs is set from that of the reader in startDocument.
+  /// - A writer of text writes base64, and no algorithm: the text is not that of the document.
+  ///
+  /// Refused in any case are reserved numbers (11 to 31), which are errors, numbers without a URI,
+  /// and such octets in a comment or processing instruction, which are nothing but text.
+  ///
+  /// How many entries an unknown external vocabulary has is not in the document. So no index can be
+  /// resolved, not even that of an entry of the document's own, which come behind; only built-in
+  /// entries can. The document is read up to the first other index, and refused there: no name or
+  /// text is made up. One that spells out all names and strings is read to its end. Programs that
+  /// can find vocabularies get the URI from the property externalVocabulary and read again.
+  void setRawOctets(bool value);
+  bool getRawOctets() const;  ///< Also where it was set as a property.
 
   using XMLReader::parse;
 

@@ -125,12 +125,14 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
 
   /// Sets a property of the writer "X891" (see Tavrin::properties): documentXMLVersion, standalone,
   /// registeredEncodingAlgorithms, externalVocabularies, externalVocabulary, initialVocabulary,
-  /// indexedAttributeValueLength, indexedChunkLength, maximumTableOctets, maximumDepth. Until the
-  /// root element begins, the first six apply to the current document, later to the next one. Maps,
-  /// and the arrays of vocabularies, belong to the application and must outlive their use.
+  /// encodingAlgorithmURIs, indexedAttributeValueLength, indexedChunkLength, maximumTableOctets,
+  /// maximumDepth. Until the root element begins, the first seven apply to the current document,
+  /// later to the next one. Maps, and the arrays of vocabularies, belong to the application and
+  /// must outlive their use.
   ///
-  /// The algorithms of registeredEncodingAlgorithms are named in each document, in the order of the
-  /// map, after those of the two vocabularies; their fields begin at 31. Of an initial vocabulary,
+  /// The algorithms of encodingAlgorithmURIs and then those of registeredEncodingAlgorithms are
+  /// named in each document, in the order of the list and of the map, after those of the two
+  /// vocabularies; their fields begin at 31. Of an initial vocabulary,
   /// the defined entries are written. Parts of its names that are in no table are added.
   ///
   /// startElement refuses the root with a SAXException where the vocabularies are not possible: an
@@ -156,8 +158,8 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   void floats(const std::vector<float>& data) override;
   void doubles(const std::vector<double>& data) override;
   /// Writes octets that are encoded already.
-  /// @param uri   the algorithm, which a vocabulary or registeredEncodingAlgorithms names; where it
-  ///              is empty, the index counts
+  /// @param uri   the algorithm, which a vocabulary, encodingAlgorithmURIs or
+  ///              registeredEncodingAlgorithms names; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a named one (31 and above)
   /// @param data  what the algorithm made; of a built-in one, it is checked
   /// @throws EncodingAlgorithmException "Unknown encoding algorithm - ", the URI or the number, and
@@ -167,7 +169,9 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// Encodes a value.
   /// @param uri   names a registered algorithm; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a registered one
-  /// @param data  a holder of the algorithm's own type
+  /// @param data  a holder of the algorithm's own type; or of a named algorithm, a RawData, which
+  /// is
+  ///              written as `octets` does. So it is in attributes.
   /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " as `octets`; or `The
   ///         algorithm "U" announced other octets than it wrote`
   /// @throws std::bad_cast for a holder of another type

@@ -50,8 +50,8 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
     expectLiteral(field.length);
     std::string uri;
     EncodingAlgorithm* algorithm = getEncodingAlgorithm(field.number, uri);
-    if (algorithm == nullptr) fail(describeUnknown(uri));
-    EncodedData& value = decodeData(*algorithm, field);
+    EncodedData& value =
+        algorithm != nullptr ? decodeData(*algorithm, field) : decodeUnknown(field, uri);
     checkValue(octet & kStringAddToTable, values, field.number, value);
     // The list copies the value; the algorithm would reuse its holder for the next one.
     auto& attribute = attributes.begin(name, isListed);
@@ -63,6 +63,11 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
     const std::string& value = stringAt(index, values);
     fromTables_ += value.size();
     if constexpr (List::kRefersToTables) {
+      if (const RawOctets* const raw = value.empty() ? values.findRaw(index) : nullptr) {
+        attributes.setAlgorithm(attribute, raw->uri, static_cast<std::int32_t>(raw->field),
+                                copyOfRaw(*raw));
+        return attributes.end();
+      }
       // Entries of the document may move.
       const unsigned long external = values.externalPositions();
       if (index < external) {

@@ -94,7 +94,7 @@ void Decoder::undoStep() {
   fromTables_ = stepFromTables_;
   for (const unsigned table : stepEntries_) {
     if (table < kStringTables) {
-      strings(table).own().pop_back();
+      strings(table).removeLast();
     } else {
       names(table).shrinkTo(names(table).size() - 1);
     }
@@ -116,7 +116,7 @@ void Decoder::beginDocument() {
   for (Strings& table : strings_) {
     table.forgetExternalEntries();
     const bool isKept = dialect_.keepsVocabulary && table.table() <= kEncodingAlgorithms;
-    if (!isKept) table.own().clear();
+    if (!isKept) table.removeAll();
   }
   for (Names& table : names_) {
     table.forgetExternalEntries();

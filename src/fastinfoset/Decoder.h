@@ -156,6 +156,13 @@ class Decoder {
   virtual std::string textOfValue(unsigned field, const EncodedData& value) = 0;
   virtual std::string describeUnknown(const std::string& uri) const = 0;
   virtual std::string describeUnknownVocabulary(const std::string& uri) const = 0;
+  /// Reads what an unknown algorithm has made, of an attribute or of an entry, or refuses it.
+  virtual RawData& decodeUnknown(Field data, const std::string& uri);
+  /// Called with the URI of the external vocabulary.
+  /// @param known null where it is unknown
+  /// @return the one that is used
+  virtual const ExternalVocabulary* chooseVocabulary(const std::string& uri,
+                                                     const ExternalVocabulary* known);
 
   // --- Reports to handlers ---
 
@@ -175,6 +182,10 @@ class Decoder {
   virtual void reportValue(unsigned field, const std::string& uri, const EncodedData& value) = 0;
   virtual void reportOctets(bool adds, unsigned field, const std::string& uri,
                             const std::string& octets) = 0;
+  /// Octets that an attribute has by their index.
+  virtual std::unique_ptr<EncodedData> copyOfRaw(const RawOctets&) { return nullptr; }
+  /// Octets that are reported by their index, in content.
+  virtual void reportRaw(const RawOctets&) {}
   virtual void reportComment(const std::string& text) = 0;
   virtual void reportProcessingInstruction(const std::string& target, const std::string& data) = 0;
   virtual void reportEntityReference(const std::string& name, const std::string& publicId,
@@ -289,7 +300,9 @@ class Decoder {
   void setExternalVocabulary(const ExternalVocabulary* vocabulary);
   void decodeEntries(Strings& table);
   void decodeEntries(Names& table);
+  void decodeTypedEntry(unsigned octet, Strings& table);
   void addEntry(Strings& table, const std::string& entry);
+  void addEntry(Strings& table, unsigned field, const std::string& uri, const std::string& octets);
   Name& appendName(Names& table);
 
   // --- Elements and names ---

@@ -61,8 +61,12 @@ void Decoder::decodeCharacters(unsigned octet) {
   if (octet < kChunk) fail("Error when decoding character chunk");
   Strings& table = strings(kContentCharacterChunks);
   if (octet >= kChunkIndex) {
-    const std::string* const text = table.find(decodeCharactersIndex(static_cast<int>(octet)));
+    const unsigned long index = decodeCharactersIndex(static_cast<int>(octet));
+    const std::string* const text = table.find(index);
     if (text == nullptr) fail("Error when decoding character chunk - invalid index");
+    if (const RawOctets* const raw = text->empty() ? table.findRaw(index) : nullptr) {
+      return reportRaw(*raw);
+    }
     fromTables_ += text->size();
     reportCharacters(*text);
     return;

@@ -79,6 +79,9 @@ void Decoder::decodeString(unsigned octet, Strings* table, std::string& text) {
     if (table == nullptr) fail("Error when decoding string");
     text = stringAt(index, *table);
     fromTables_ += text.size();
+    if (const RawOctets* const raw = text.empty() ? table->findRaw(index) : nullptr) {
+      fail(describeUnknown(raw->uri) + ", because its text is needed");
+    }
     return;
   }
   if ((octet & kStringEncoding) == kStringUTF8) {
@@ -252,6 +255,8 @@ void Encoder::encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t len
   const auto encoded = fastinfoset::encodeAlgorithmField(chunk, field, length);
   write({encoded.octets.data(), encoded.length});
 }
+
+RawData& Decoder::decodeUnknown(Field, const std::string& uri) { fail(describeUnknown(uri)); }
 
 EncodingAlgorithm* Decoder::getEncodingAlgorithm(unsigned field, std::string& uri) {
   return findEncodingAlgorithm(field, uri);

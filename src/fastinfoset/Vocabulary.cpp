@@ -58,6 +58,15 @@ void Decoder::addEntry(Strings& table, const std::string& entry) {
   if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
 }
 
+/// Adds what an unknown algorithm has made.
+void Decoder::addEntry(Strings& table, unsigned field, const std::string& uri,
+                       const std::string& octets) {
+  if (table.positions() >= dialect_.maximumEntries) return;
+  accountFor(countedOctets(octets) + countedOctets(uri));
+  table.append({field, uri, octets});
+  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+}
+
 Name& Decoder::appendName(Names& table) {
   if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
   return table.append();
@@ -98,10 +107,14 @@ void Decoder::decodeInitialVocabulary() {
 void Decoder::useExternalVocabulary(const std::string& uri) {
   const ExternalVocabularyMap* const known = externalVocabularies_;
   const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
-  if (known == nullptr || found == known->end() || found->second == nullptr) {
-    fail(describeUnknownVocabulary(uri));
-  }
-  setExternalVocabulary(found->second);
+  const bool isKnown = known != nullptr && found != known->end();
+  setExternalVocabulary(chooseVocabulary(uri, isKnown ? found->second : nullptr));
+}
+
+const ExternalVocabulary* Decoder::chooseVocabulary(const std::string& uri,
+                                                    const ExternalVocabulary* known) {
+  if (known == nullptr) fail(describeUnknownVocabulary(uri));
+  return known;
 }
 
 /// @param vocabulary outlives its use; null for none
@@ -128,6 +141,7 @@ void Decoder::decodeEntries(Strings& table) {
     if (table.form().isEncoded) {
       const unsigned octet = readOctet();
       checkPadding(octet & (kStringIndex | kStringAddToTable));
+      if ((octet & kStringAlgorithmMask) == kStringAlgorithm) return decodeTypedEntry(octet, table);
       decodeString(octet, nullptr, entry);
     } else {
       decodeIdentifier(entry);
@@ -135,6 +149,20 @@ void Decoder::decodeEntries(Strings& table) {
     }
     addEntry(table, entry);
   });
+}
+
+/// Decodes an entry that an algorithm has made. The table holds its text.
+void Decoder::decodeTypedEntry(unsigned octet, Strings& table) {
+  const Field field = decodeStringField(octet);
+  expectLiteral(field.length);
+  std::string uri;
+  EncodingAlgorithm* const algorithm = getEncodingAlgorithm(field.number, uri);
+  if (algorithm == nullptr) {
+    return addEntry(table, field.number, uri, decodeUnknown(field, uri).data_);
+  }
+  const std::string text = textOfValue(field.number, decodeData(*algorithm, field));
+  checkText(text);
+  addEntry(table, text);
 }
 
 void Decoder::decodeEntries(Names& table) {

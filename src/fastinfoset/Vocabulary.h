@@ -12,6 +12,13 @@
 /// IndexMap.h.
 namespace Tavrin::fastinfoset {
 
+/// Octets of an unknown algorithm.
+struct RawOctets {
+  unsigned field;
+  std::string uri;
+  std::string octets;
+};
+
 /// A table of strings: the entries of an external vocabulary, then those of the document.
 class Strings {
  public:
@@ -47,6 +54,28 @@ class Strings {
     own_.push_back(entry);
   }
 
+  /// Appends octets that no text is known of. Such an entry is an empty string, so that nobody has
+  /// to look for it where there is a text.
+  void append(RawOctets entry) {
+    append(std::string());
+    raw_.insert_or_assign(own_.size() - 1, std::move(entry));
+  }
+  /// The octets of a position, or null where its entry is a text.
+  const RawOctets* findRaw(unsigned long position) const {
+    if (raw_.empty() || position < externalPositions()) return nullptr;
+    const auto found = raw_.find(position - externalPositions());
+    return found == raw_.end() ? nullptr : &found->second;
+  }
+
+  void removeLast() {
+    own_.pop_back();
+    raw_.erase(own_.size());
+  }
+  void removeAll() {
+    own_.clear();
+    raw_.clear();
+  }
+
   /// Puts entries before all others.
   /// @param external outlives its use; null for none
   void setExternal(const StringTable* external) {
@@ -66,6 +95,7 @@ class Strings {
   const StringTable* external_ = nullptr;
   std::map<unsigned long, std::string> externalEntries_;  // Those that were used.
   std::vector<std::string> own_;
+  std::map<std::size_t, RawOctets> raw_;  // By position in own_.
 };
 
 /// A name of a table, with what a decoder needs besides its parts.

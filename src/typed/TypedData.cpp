@@ -168,4 +168,8 @@ std::string UUIDData::toString() const { return uuidsText(data_); }
 std::unique_ptr<EncodedData> UUIDData::clone() { return takeOver(*this); }
 std::unique_ptr<EncodedData> UUIDData::copyEncodedData() const { return copyOf(*this); }
 
+std::string RawData::toString() const { return base64Text(data_); }
+std::unique_ptr<EncodedData> RawData::clone() { return takeOver(*this); }
+std::unique_ptr<EncodedData> RawData::copyEncodedData() const { return copyOf(*this); }
+
 }  // namespace Tavrin

@@ -219,7 +219,8 @@ TEST(ParsedFile, IsCopiedByAWriter) {
 
 TEST(ParsedFile, IsOnlyCheckedWithoutAnObject) {
   const TemporaryFile file("<a></b>");
-  EXPECT_EQ("SAXParseException: mismatched tag (1:6)", thrown([&] { parseFile(file.path()); }));
+  EXPECT_EQ("SAXParseException: mismatched tag: expected </a> of line 1 (1:6)",
+            thrown([&] { parseFile(file.path()); }));
 }
 
 TEST(ParsedFile, IsReportedToASet) {

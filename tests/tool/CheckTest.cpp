@@ -20,13 +20,13 @@ TEST_F(Check, TellsWhereADocumentIsNot) {
       {"", "1:1: no element found"},
       {" ", "1:2: no element found"},
       {"text", "1:1: syntax error"},
-      {"<a>", "1:4: no element found"},
-      {"<a>\n\n", "3:1: no element found"},
-      {"<a>\r\n </b>", "2:4: mismatched tag"},
-      {"<a b='1' b='2'/>", "1:10: duplicate attribute"},
-      {"<p:a/>", "1:1: unbound prefix"},
+      {"<a>", "1:4: no element found: <a> of line 1 is not closed"},
+      {"<a>\n\n", "3:1: no element found: <a> of line 1 is not closed"},
+      {"<a>\r\n </b>", "2:4: mismatched tag: expected </a> of line 1"},
+      {"<a b='1' b='2'/>", "1:10: duplicate attribute: \"b\""},
+      {"<p:a/>", "1:1: unbound prefix: \"p\""},
       {"<a/><b/>", "1:5: junk after document element"},
-      {"<a>&x;</a>", "1:4: undefined entity"},
+      {"<a>&x;</a>", "1:4: undefined entity: \"x\""},
       {"<a>\xFF</a>", "1:4: not well-formed (invalid token)"},
       {"<a>\xC3\xA4\x01</a>", "1:5: not well-formed (invalid token)"},
       {"<?xml version='1.0' encoding='bogus'?><a/>", "1:31: unknown encoding \"bogus\""},
@@ -44,7 +44,7 @@ TEST_F(Check, ChecksEveryFileAndEndsWithTheWorst) {
   writeFile("good.xml", "<a/>");
   writeFile("also good.xml", "<a/>");
   writeFile("bad.xml", "<a>");
-  const std::string bad = "bad.xml:1:4: no element found\n";
+  const std::string bad = "bad.xml:1:4: no element found: <a> of line 1 is not closed\n";
   const std::string missing = "tavrin: missing.xml: No such file or directory\n";
   EXPECT_EQ(run({"check", "good.xml", "also good.xml"}),
             (Result{0, "good.xml: well-formed\nalso good.xml: well-formed\n", ""}));
@@ -70,7 +70,7 @@ TEST_F(Check, PrintsTheLinesInTheOrderOfTheFiles) {
                 [] { dup2(STDOUT_FILENO, STDERR_FILENO); }),
             (Result{1,
                     "good.xml: well-formed\n"
-                    "bad.xml:1:4: no element found\n"
+                    "bad.xml:1:4: no element found: <a> of line 1 is not closed\n"
                     "good.xml: well-formed\n",
                     ""}));
 }
@@ -103,7 +103,7 @@ TEST_F(Check, RefusesEntitiesThatExplode) {
                     "breached (see --limit "
                     "entity-amplification-factor)\n"}));
   EXPECT_EQ(run({"check", "-"}, "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>"),
-            (Result{1, "", "-:1:53: recursive entity reference\n"}));
+            (Result{1, "", "-:1:53: recursive entity reference: \"e\"\n"}));
 }
 
 TEST_F(Check, StopsWhereTheListCannotBeWritten) {

@@ -157,8 +157,10 @@ TEST_F(CommandLine, KeepsNamesWithControlCharactersOnOneLine) {
   EXPECT_EQ(run({"check", name}),
             (Result{2, "", "tavrin: a\\n\\t\\r\\x1B\\x7F.xml: No such file or directory\n"}));
   writeFile(name, "<a>");
-  EXPECT_EQ(run({"check", name}),
-            (Result{1, "", "a\\n\\t\\r\\x1B\\x7F.xml:1:4: no element found\n"}));
+  EXPECT_EQ(
+      run({"check", name}),
+      (Result{1, "",
+              "a\\n\\t\\r\\x1B\\x7F.xml:1:4: no element found: <a> of line 1 is not closed\n"}));
   writeFile(name, "<a/>");
   EXPECT_EQ(run({"check", name}), (Result{0, "a\\n\\t\\r\\x1B\\x7F.xml: well-formed\n", ""}));
 }

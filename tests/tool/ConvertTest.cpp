@@ -85,7 +85,7 @@ TEST_F(Convert, IndentsWithoutADeclaration) {
 
 TEST_F(Convert, LeavesNothingBehindOfADocumentThatFails) {
   writeFile("in.xml", "<a>\n<b></c></a>");
-  const Result failed = {1, "", "in.xml:2:6: mismatched tag\n"};
+  const Result failed = {1, "", "in.xml:2:6: mismatched tag: expected </b> of line 2\n"};
   EXPECT_EQ(run({"convert", "in.xml", "out.xml"}), failed);
   EXPECT_EQ(files(), Names{"in.xml"});
 }
@@ -93,7 +93,7 @@ TEST_F(Convert, LeavesNothingBehindOfADocumentThatFails) {
 TEST_F(Convert, LeavesAnOldFileAloneWhenTheDocumentFails) {
   writeFile("in.xml", "<a>\n<b></c></a>");
   writeFile("out.xml", "old");
-  const Result failed = {1, "", "in.xml:2:6: mismatched tag\n"};
+  const Result failed = {1, "", "in.xml:2:6: mismatched tag: expected </b> of line 2\n"};
   EXPECT_EQ(run({"convert", "--force", "in.xml", "out.xml"}), failed);
   EXPECT_EQ(readFile("out.xml"), "old");
   EXPECT_EQ(run({"convert", "--force", "in.xml", "in.xml"}), failed);
@@ -102,11 +102,12 @@ TEST_F(Convert, LeavesAnOldFileAloneWhenTheDocumentFails) {
 }
 
 TEST_F(Convert, MayHavePrintedTheBeginningOfADocumentThatFails) {
-  EXPECT_EQ(run({"convert", "-"}, "<a>\n<b></c></a>"), (Result{1, "", "-:2:6: mismatched tag\n"}));
+  EXPECT_EQ(run({"convert", "-"}, "<a>\n<b></c></a>"),
+            (Result{1, "", "-:2:6: mismatched tag: expected </b> of line 2\n"}));
   const std::string document = "<a>" + std::string(3000000, 'x');
   const Result result = run({"convert", "--no-declaration", "-"}, document + "</b>");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, "-:1:3000006: mismatched tag\n");
+  EXPECT_EQ(result.err, "-:1:3000006: mismatched tag: expected </a> of line 1\n");
   EXPECT_GT(result.out.size(), 1000000U);
   EXPECT_EQ(result.out, document.substr(0, result.out.size()));
 }
@@ -128,7 +129,7 @@ TEST_F(Convert, PutsTheTextOfInternalEntitiesInTheirPlace) {
 
 TEST_F(Convert, FailsOnAnEntityThatNothingDeclares) {
   EXPECT_EQ(run({"convert", "-", "out.xml"}, "<d>\n &nbsp;</d>"),
-            (Result{1, "", "-:2:2: undefined entity\n"}));
+            (Result{1, "", "-:2:2: undefined entity: \"nbsp\"\n"}));
   EXPECT_EQ(run({"convert", "--from", "Expat", "--to", "XML", "-", "out.xml"}, "<d>\n &nbsp;</d>"),
             (Result{1, "", "-:2:2: undefined entity\n"}));
   EXPECT_EQ(files(), Names{});

@@ -240,13 +240,17 @@ TEST_F(Diff, CutsNoCharacterInTwo) {
 // --- Documents that cannot be read ---
 
 TEST_F(Diff, ReportsADocumentThatCannotBeRead) {
-  EXPECT_EQ(diff("<a><b>", "<a><b/></a>"), (Result{1, "", "a:1:7: no element found\n"}));
-  EXPECT_EQ(diff("<a><b/></a>", "<a><b>"), (Result{1, "", "b:1:7: no element found\n"}));
+  EXPECT_EQ(diff("<a><b>", "<a><b/></a>"),
+            (Result{1, "", "a:1:7: no element found: <b> of line 1 is not closed\n"}));
+  EXPECT_EQ(diff("<a><b/></a>", "<a><b>"),
+            (Result{1, "", "b:1:7: no element found: <b> of line 1 is not closed\n"}));
   EXPECT_EQ(diff(binary("3C 00 'a'"), "<a/>"),
             (Result{1, "", "a: octet 8: Unexpected end of document\n"}));
   EXPECT_EQ(diff("", "<a/>"), (Result{1, "", "a:1:1: no element found\n"}));
   EXPECT_EQ(diff("<a>", binary("3C 00 'a'")),
-            (Result{1, "", "a:1:4: no element found\nb: octet 8: Unexpected end of document\n"}));
+            (Result{1, "",
+                    "a:1:4: no element found: <a> of line 1 is not closed\nb: octet 8: Unexpected "
+                    "end of document\n"}));
 }
 
 TEST_F(Diff, ShowsADifferenceThatComesBeforeAFailure) {
@@ -256,9 +260,12 @@ TEST_F(Diff, ShowsADifferenceThatComesBeforeAFailure) {
   EXPECT_EQ(diff("<a>abc", "<a>abd</a>"),
             difference("a:1:4: characters(\"abc\")", "b:1:4: characters(\"abd\")"));
   // What a text that is cut off lacks is no difference.
-  EXPECT_EQ(diff("<a>abc", "<a>abcdef</a>"), (Result{1, "", "a:1:7: no element found\n"}));
-  EXPECT_EQ(diff("<a>abcdef</a>", "<a>abc"), (Result{1, "", "b:1:7: no element found\n"}));
-  EXPECT_EQ(diff("<a>abc", "<a>abc</a>"), (Result{1, "", "a:1:7: no element found\n"}));
+  EXPECT_EQ(diff("<a>abc", "<a>abcdef</a>"),
+            (Result{1, "", "a:1:7: no element found: <a> of line 1 is not closed\n"}));
+  EXPECT_EQ(diff("<a>abcdef</a>", "<a>abc"),
+            (Result{1, "", "b:1:7: no element found: <a> of line 1 is not closed\n"}));
+  EXPECT_EQ(diff("<a>abc", "<a>abc</a>"),
+            (Result{1, "", "a:1:7: no element found: <a> of line 1 is not closed\n"}));
 }
 
 TEST_F(Diff, ReportsAFileThatCannotBeOpened) {

@@ -88,7 +88,8 @@ TEST_F(Entities, MayHaveNamesOfURIs) {
 TEST_F(Entities, AreReadInEveryCommandThatHasTheOption) {
   writeFile("e.xml", "<b>");
   writeFile("in.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.xml'>]><a>&e;</a>");
-  const std::string message = "in.xml:1:4: asynchronous entity (in the entity e, \"e.xml\")";
+  const std::string message =
+      "in.xml:1:4: asynchronous entity: <b> of line 1 is not closed (in the entity e, \"e.xml\")";
   EXPECT_EQ(run({"check", "--entities", "in.xml"}), failed(1, message));
   EXPECT_EQ(run({"convert", "--entities", "in.xml", "out.xml"}), failed(1, message));
   EXPECT_EQ(run({"diff", "--entities", "in.xml", "in.xml"}), failed(1, message + "\n" + message));
@@ -351,7 +352,7 @@ TEST_F(Entities, AreRefusedWhereTheyReferToThemselves) {
   writeFile("e.xml", "&e;");
   EXPECT_EQ(
       run({"check", "--entities", "-"}, "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.xml'>]><a>&e;</a>"),
-      failed(1, "-:1:1: recursive entity reference (in the entity e, \"e.xml\")"));
+      failed(1, "-:1:1: recursive entity reference: \"e\" (in the entity e, \"e.xml\")"));
 }
 
 // --- That are not read ---
@@ -405,7 +406,7 @@ TEST_F(Entities, AreKeptAsReferencesInFastInfoset) {
 
 TEST_F(Entities, ThatNothingDeclaresAreRefused) {
   EXPECT_EQ(run({"check", "-"}, "<!DOCTYPE a []><a>&e;</a>"),
-            failed(1, "-:1:19: undefined entity"));
+            failed(1, "-:1:19: undefined entity: \"e\""));
   writeFile("a.dtd", "");
   EXPECT_EQ(run({"check", "-"}, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;</a>"),
             (Result{0, "-: well-formed\n", ""}));

@@ -238,7 +238,7 @@ TEST_F(Events, ArePrintedUpToAFailure) {
                                             "startElement(\"\", \"a\", \"a\", [])\n"
                                             "characters(\"\\n\")\n"
                                             "startElement(\"\", \"b\", \"b\", [])\n",
-                                            "-:2:6: mismatched tag\n"}));
+                                            "-:2:6: mismatched tag: expected </b> of line 2\n"}));
   EXPECT_EQ(events("", {"--json"}),
             (Result{1, "{\"event\":\"startDocument\"}\n", "-:1:1: no element found\n"}));
 }
@@ -248,7 +248,7 @@ TEST_F(Events, ComeBeforeTheFailureWhereBothGoToOnePlace) {
             (Result{1,
                     "startDocument()\n"
                     "startElement(\"\", \"a\", \"a\", [])\n"
-                    "-:1:4: no element found\n",
+                    "-:1:4: no element found: <a> of line 1 is not closed\n",
                     ""}));
 }
 

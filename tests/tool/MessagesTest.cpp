@@ -39,7 +39,8 @@ TEST_F(Messages, ShowNamesOfFilesAsTheyAre) {
     EXPECT_EQ(run({"check", name}),
               (Result{2, "", "tavrin: " + shown + ": No such file or directory\n"}));
     writeFile(name, "<a>");
-    EXPECT_EQ(run({"check", name}), (Result{1, "", shown + ":1:4: no element found\n"}));
+    EXPECT_EQ(run({"check", name}),
+              (Result{1, "", shown + ":1:4: no element found: <a> of line 1 is not closed\n"}));
     writeFile(name, "<a/>");
     EXPECT_EQ(run({"check", name}), (Result{0, shown + ": well-formed\n", ""}));
     const std::string counts = run({"stat", name}).out;

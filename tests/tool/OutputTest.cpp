@@ -106,7 +106,7 @@ TEST_F(Output, ReportsWhatWentWrongFirst) {
   EXPECT_EQ(run({"convert", "-", "/dev/full"}, "<a>" + std::string(3000000, 'x') + "</b>"),
             failed("/dev/full: No space left on device"));
   EXPECT_EQ(run({"convert", "-", "/dev/full"}, "<a></b>"),
-            (Result{1, "", "-:1:6: mismatched tag\n"}));
+            (Result{1, "", "-:1:6: mismatched tag: expected </a> of line 1\n"}));
 }
 
 TEST_F(Output, LeavesNothingBehindWhereAFileBecomesTooLarge) {

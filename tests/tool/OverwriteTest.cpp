@@ -89,7 +89,8 @@ TEST_F(Overwrite, MayReplaceTheDocumentThatIsRead) {
 TEST_F(Overwrite, IsNotForcedOnADocumentThatFails) {
   writeFile("in.xml", "<a>");
   writeFile("out.xml", kOld);
-  EXPECT_EQ(force("out.xml"), (Result{1, "", "in.xml:1:4: no element found\n"}));
+  EXPECT_EQ(force("out.xml"),
+            (Result{1, "", "in.xml:1:4: no element found: <a> of line 1 is not closed\n"}));
   EXPECT_EQ(readFile("out.xml"), kOld);
   EXPECT_EQ(files(), (Names{"in.xml", "out.xml"}));
 }

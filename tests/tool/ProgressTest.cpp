@@ -169,7 +169,7 @@ TEST_F(ProgressBar, IsClearedBeforeAFailureIsReported) {
   std::string text = document(kLimit + 1);
   text.replace(text.size() - 4, 4, "</b>");
   writeFile("large.xml", text);
-  const std::string message = "large.xml:1:8388608: mismatched tag\n";
+  const std::string message = "large.xml:1:8388608: mismatched tag: expected </a> of line 1\n";
   for (const std::string command : {"check", "convert", "events"}) {
     SCOPED_TRACE(command);
     EXPECT_EQ(runOnTerminal({command, "large.xml"}).status, 1);

@@ -112,7 +112,7 @@ TEST_F(Stat, HasNoBlockForAFileThatCannotBeRead) {
   writeFile("small.xml", "<a/>");
   writeFile("bad.xml", "<a>");
   writeFile("bad.fi", octets("E0 00 00 01 00"));
-  const std::string text = "bad.xml:1:4: no element found\n";
+  const std::string text = "bad.xml:1:4: no element found: <a> of line 1 is not closed\n";
   const std::string binary = "bad.fi: octet 5: Unexpected end of document\n";
   const std::string missing = "tavrin: missing: No such file or directory\n";
   EXPECT_EQ(run({"stat", "bad.xml"}), (Result{1, "", text}));

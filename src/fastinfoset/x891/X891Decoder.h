@@ -56,6 +56,9 @@ class X891Decoder : public Decoder {
            access(properties::maximumDepth, maximumDepth_, kStandard.maximumDepth) ||
            access(properties::maximumCoalescedOctets, maximumCoalescedOctets_,
                   kStandard.maximumCoalescedOctets) ||
+           access(properties::rawOctets, reportsRaw_, false) ||
+           access(properties::externalVocabulary, ReadOnly{document_.externalVocabulary}) ||
+           access(properties::encodingAlgorithmURIs, ReadOnly{document_.algorithmURIs}) ||
            access(properties::documentXMLVersion, ReadOnly{document_.version}) ||
            access(properties::standalone, ReadOnly{document_.standalone}) ||
            Decoder::accessProperty(access);
@@ -66,6 +69,8 @@ class X891Decoder : public Decoder {
   void forgetAllowance() { document_.allowedFromTables = 0; }
   bool coalescesCharacters() const { return coalescesCharacters_; }
   void setCoalescesCharacters(bool coalesces) { coalescesCharacters_ = coalesces; }
+  void setRawOctets(bool value) { reportsRaw_ = value; }
+  bool rawOctets() const { return reportsRaw_; }
   bool isStandalone() const { return document_.standalone.value_or(false); }
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 
@@ -88,6 +93,9 @@ class X891Decoder : public Decoder {
   std::string describeUnknown(const std::string& uri) const override;
   std::string describeUnknownVocabulary(const std::string& uri) const override;
   EncodedData& decodeData(EncodingAlgorithm& algorithm, Field data) override;
+  RawData& decodeUnknown(Field data, const std::string& uri) override;
+  const ExternalVocabulary* chooseVocabulary(const std::string& uri,
+                                             const ExternalVocabulary* known) override;
   void checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) override;
   std::string textOfValue(unsigned field, const EncodedData& value) override;
   void decodeDeclarations(std::uint32_t& count) override;
@@ -109,6 +117,8 @@ class X891Decoder : public Decoder {
   void reportValue(unsigned field, const std::string& uri, const EncodedData& value) override;
   void reportOctets(bool adds, unsigned field, const std::string& uri,
                     const std::string& octets) override;
+  std::unique_ptr<EncodedData> copyOfRaw(const RawOctets& entry) override;
+  void reportRaw(const RawOctets& entry) override;
   void reportComment(const std::string& text) override;
   void reportProcessingInstruction(const std::string& target, const std::string& data) override;
   void reportEntityReference(const std::string& name, const std::string& publicId,
@@ -122,6 +132,8 @@ class X891Decoder : public Decoder {
   EncodedData& decodeItems(EncodingAlgorithm& algorithm, unsigned long length);
   void checkTextOf(unsigned field, const EncodedData& value);
   void checkAlgorithmField(unsigned field);
+  void collectAlgorithmURIs();
+  void deliverRaw(unsigned field, const std::string& uri, const std::string& octets);
   void declareEntity(const std::string& name, const std::string& publicId,
                      const std::string& systemId);
 
@@ -178,12 +190,15 @@ class X891Decoder : public Decoder {
 
   // --- Typed content ---
 
+  bool reportsRaw_ = false;
   UUIDEncodingAlgorithm uuid_;
   ExactShortData shorts_;
   ExactIntData ints_;
   ExactLongData longs_;
   ExactFloatData floats_;
   ExactDoubleData doubles_;
+  RawData raw_;
+  std::string rawURI_;
   std::optional<OctetStream> octetStream_;  // Made when it is needed: that takes long.
 
   // --- The document; what follows is new for each ---
@@ -194,6 +209,9 @@ class X891Decoder : public Decoder {
   struct Document {
     std::string version = "1.0";
     std::optional<bool> standalone;
+    std::optional<std::string> externalVocabulary;
+    bool isVocabularyUnknown = false;
+    std::vector<std::string> algorithmURIs;
 
     std::vector<HeldBack> prolog;
     std::vector<HeldBack> declarations;  // Notations and unparsed entities.

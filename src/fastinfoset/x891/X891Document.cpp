@@ -37,7 +37,30 @@ constexpr char kNotFastInfoset[] = "Not a Fast Infoset document";
 
 }  // namespace
 
+/// Of an unknown vocabulary no entry is known, and not how many there are: every position may
+/// belong to it.
+static const ExternalVocabulary& unknownVocabulary() {
+  static const ExternalVocabulary unknown = [] {
+    ExternalVocabulary vocabulary;
+    for (const StringTableForm& form : kStringTableForms) {
+      (vocabulary.*form.external).occupiedCount = UINT32_MAX;
+    }
+    for (const auto table : kExternalNameTables) (vocabulary.*table).occupiedCount = UINT32_MAX;
+    return vocabulary;
+  }();
+  return unknown;
+}
+
+const ExternalVocabulary* X891Decoder::chooseVocabulary(const std::string& uri,
+                                                        const ExternalVocabulary* known) {
+  document_.externalVocabulary = uri;
+  if (known != nullptr || !reportsRaw_) return Decoder::chooseVocabulary(uri, known);
+  document_.isVocabularyUnknown = true;
+  return &unknownVocabulary();
+}
+
 void X891Decoder::reportStartDocument() {
+  collectAlgorithmURIs();
   if (handlers_.content) handlers_.content->setDocumentLocator(&position_);
   if (handlers_.content) handlers_.content->startDocument();
   const std::string warning = xml::describeOtherVersion(document_.version);

@@ -124,6 +124,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::optional<std::string> externalVocabulary_;
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
   EncodingAlgorithmMap* registeredAlgorithms_ = nullptr;
+  std::optional<std::vector<std::string>> algorithmURIs_;
   std::uint64_t maximumDepth_ = UINT64_MAX;
 
   // --- The document ---

@@ -213,6 +213,13 @@ std::string encodedBy(EncodingAlgorithm& algorithm, const std::string& uri, bool
 
 }  // namespace
 
+/// The octets of a value that is encoded already, or null.
+static const std::string* rawOctetsOf(const std::string& uri, int index, const EncodedData& data) {
+  if (isBuiltIn(uri, index)) return nullptr;
+  const auto* const raw = dynamic_cast<const RawData*>(&data);
+  return raw != nullptr ? &raw->data_ : nullptr;
+}
+
 // --- Content ---
 
 void XMLWriter_X891::Encoder::checkTypedContent() const {
@@ -289,6 +296,11 @@ void XMLWriter_X891::octets(const std::string& uri, int index, const std::string
 void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData& data) {
   encoder_->attempt([&](Encoder& encoder) {
     encoder.checkTypedContent();
+    if (const std::string* const raw = rawOctetsOf(uri, index, data)) {
+      const unsigned field = encoder.fieldOf(uri, index);
+      encoder.checkOctets(field, *raw);
+      return encoder.encodeChunk(field, *raw);
+    }
     EncodingAlgorithm& algorithm = encoder.algorithmFor(uri, index);
     if (!isBuiltIn(uri, index)) {
       const unsigned field = encoder.fieldOf(uri, index);
@@ -307,6 +319,11 @@ void XMLWriter_X891::object(const std::string& uri, int index, const EncodedData
 
 void XMLWriter_X891::Encoder::checkTypedValue(const std::string& uri, int index,
                                               const EncodedData& data) {
+  if (const std::string* const raw = rawOctetsOf(uri, index, data)) {
+    checkOctets(fieldOf(uri, index), *raw);
+    encodedValues_.push_back(*raw);
+    return;
+  }
   EncodingAlgorithm& algorithm = algorithmFor(uri, index);
   if (!isBuiltIn(uri, index)) {
     // A reader may report the value as text, which must then be valid.

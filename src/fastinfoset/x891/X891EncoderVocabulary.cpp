@@ -188,10 +188,8 @@ void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
   std::vector<std::string>& named = document_.algorithms;
   std::map<std::string, unsigned>& fields = document_.algorithmFields;
   const auto name = [&](const std::string& uri) {
-    const bool isNew =
-        fields.emplace(uri, kDialectX891.firstApplicationAlgorithm + named.size()).second;
+    fields.emplace(uri, kDialectX891.firstApplicationAlgorithm + named.size());
     named.push_back(uri);
-    return isNew;
   };
   std::size_t alphabets = written.strings[kRestrictedAlphabets].size();
   if (const ExternalVocabulary* const external = findExternalVocabulary()) {
@@ -201,13 +199,23 @@ void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
     alphabets += positionsOf(external->restrictedAlphabets);
   }
   for (const std::string& uri : written.strings[kEncodingAlgorithms]) name(uri);
+  const auto nameInDocument = [&](const std::string& uri) {
+    if (fields.contains(uri)) return;
+    checkURI(uri);
+    name(uri);
+    written.strings[kEncodingAlgorithms].push_back(uri);
+  };
+  if (algorithmURIs_) {
+    for (const std::string& uri : *algorithmURIs_) {
+      if (!uri.empty()) nameInDocument(uri);
+    }
+  }
   if (registeredAlgorithms_ != nullptr) {
     for (const auto& [uri, algorithm] : *registeredAlgorithms_) {
-      if (fields.contains(uri)) continue;
-      if (uri.empty()) throw SAXException("An encoding algorithm is registered without a URI");
-      checkURI(uri);
-      name(uri);
-      written.strings[kEncodingAlgorithms].push_back(uri);
+      if (uri.empty() && !fields.contains(uri)) {
+        throw SAXException("An encoding algorithm is registered without a URI");
+      }
+      nameInDocument(uri);
     }
   }
   if (named.size() > kMostApplicationAlgorithms) {

@@ -168,6 +168,10 @@ void X891Decoder::reportValue(unsigned field, const std::string& uri, const Enco
 
 void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,
                                const std::string& octets) {
+  if (reportsRaw_) {
+    if (adds) addEntry(strings(kContentCharacterChunks), field, uri, octets);
+    return deliverRaw(field, uri, octets);
+  }
   // Without the text the table would lack an entry, and later indexes would mean other entries.
   if (adds) fail(describeUnknown(uri) + ", because the text enters a table");
   if (!handlers_.encodingAlgorithms) {
@@ -175,6 +179,22 @@ void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri
          propertyName(properties::encodingAlgorithmContentHandler));
   }
   handlers_.encodingAlgorithms->octets(uri, static_cast<int>(field), octets);
+}
+
+void X891Decoder::reportRaw(const RawOctets& entry) {
+  fromTables_ += entry.uri.size() + entry.octets.size();
+  checkAmplification();
+  deliverRaw(entry.field, entry.uri, entry.octets);
+}
+
+void X891Decoder::deliverRaw(unsigned field, const std::string& uri, const std::string& octets) {
+  if (handlers_.encodingAlgorithms) {
+    handlers_.encodingAlgorithms->octets(uri, static_cast<int>(field), octets);
+  } else if (handlers_.content) {
+    const std::string text = RawData(octets).toString();
+    checkTextLength(text.size(), octets.size());
+    reportCharacters(text);
+  }
 }
 
 void X891Decoder::reportEntityReference(const std::string& name, const std::string& publicId,

@@ -1,5 +1,6 @@
 #include <Tavrin/Identifiers.h>
 
+#include <algorithm>
 #include <climits>
 #include <limits>
 #include <optional>
@@ -15,6 +16,12 @@
 // Typed values (X.891, clause 10): which algorithms there are, and what values may be and cost.
 
 namespace Tavrin::fastinfoset {
+
+namespace {
+
+std::uint64_t lengthOfBase64(std::uint64_t octets) { return (octets + 2) / 3 * 4; }
+
+}  // namespace
 
 /// Text may take many times the octets that it was made of. It counts like text from tables, and
 /// that of an attribute, which is kept as long as its tag is read, like the attribute.
@@ -58,7 +65,27 @@ void X891Decoder::checkAlgorithmField(unsigned field) {
 
 std::string X891Decoder::describeUnknown(const std::string& uri) const {
   return "Unknown encoding algorithm - " + uri + " (add it to the property " +
-         propertyName(properties::registeredEncodingAlgorithms) + ")";
+         propertyName(properties::registeredEncodingAlgorithms) + ", or set " +
+         propertyName(properties::rawOctets) + ")";
+}
+
+/// The URIs of the vocabulary, by the numbers of their algorithms.
+void X891Decoder::collectAlgorithmURIs() {
+  Strings& uris = strings(kEncodingAlgorithms);
+  if (document_.isVocabularyUnknown) return;  // No number is known.
+  constexpr std::size_t kMost = kLastAlgorithmField + 1 - kDialectX891.firstApplicationAlgorithm;
+  for (std::size_t i = 0; i < std::min(uris.positions(), kMost); ++i) {
+    const std::string* const uri = uris.find(i);
+    document_.algorithmURIs.push_back(uri != nullptr ? *uri : std::string());
+  }
+}
+
+/// The octets go into a holder that is used again.
+RawData& X891Decoder::decodeUnknown(Field data, const std::string& uri) {
+  if (!reportsRaw_) fail(describeUnknown(uri));
+  readOctets(data.length, raw_.data_);
+  rawURI_ = uri;
+  return raw_;
 }
 
 std::string X891Decoder::describeUnknownVocabulary(const std::string& uri) const {
@@ -96,6 +123,14 @@ std::size_t sizeOfItems(unsigned field) {
 }
 
 }  // namespace
+
+/// The octets and their text belong to the attribute, not to the table.
+std::unique_ptr<EncodedData> X891Decoder::copyOfRaw(const RawOctets& entry) {
+  const std::size_t size = entry.octets.size();
+  fromTables_ += entry.uri.size();
+  checkTextLength(size + lengthOfBase64(size), 0);
+  return std::make_unique<RawData>(entry.octets);
+}
 
 EncodedData& X891Decoder::decodeFrom(std::istream& stream, EncodingAlgorithm& algorithm,
                                      unsigned long length) {
@@ -182,6 +217,11 @@ void X891Decoder::checkTextOf(unsigned field, const EncodedData& value) {
 void X891Decoder::checkValue(bool adds, Strings& table, unsigned field, EncodedData& value) {
   const bool isAttribute = table.table() == kAttributeValues;
   if (field == algorithms::cdata && isAttribute) fail("CDATA section in an attribute value");
+  if (&value == &raw_) {
+    checkTextLength(lengthOfBase64(raw_.data_.size()), raw_.data_.size());
+    if (adds) addEntry(table, field, rawURI_, raw_.data_);
+    return;
+  }
   // Anyone may ask for an attribute's text; an application's algorithm may give any.
   const bool isOwnAttribute = field >= kDialectX891.firstApplicationAlgorithm && isAttribute;
   if (adds || isAttribute) checkTextOf(field, value);

@@ -89,6 +89,10 @@ EncodingAlgorithmContentHandler* XMLReader_X891::getEncodingAlgorithmContentHand
   return decoder_->encodingAlgorithmContentHandler_;
 }
 
+void XMLReader_X891::setRawOctets(bool value) { decoder_->setRawOctets(value); }
+
+bool XMLReader_X891::getRawOctets() const { return decoder_->rawOctets(); }
+
 void XMLReader_X891::setFeature(const std::string& name, bool value) {
   if (name == features::isStandalone) throwCanOnlyBeAsked("Feature", name);
   if (name != features::coalesceCharacters) return XMLReader::setFeature(name, value);
@@ -157,7 +161,10 @@ SAXParseException X891Decoder::exceptionHere(const std::string& message) const {
 
 void X891Decoder::throwFailure(const std::string& message) const {
   gate_.prepareFailure();
-  const SAXParseException exception = exceptionHere(message);
+  const SAXParseException exception = exceptionHere(
+      document_.isVocabularyUnknown ? message + " (with the unknown external vocabulary " +
+                                          document_.externalVocabulary.value_or("") + ")"
+                                    : message);
   if (handlers_.error) handlers_.error->fatalError(exception);
   throw exception;
 }

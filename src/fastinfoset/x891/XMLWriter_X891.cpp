@@ -39,6 +39,7 @@ bool XMLWriter_X891::Encoder::accessProperty(Access access) {
   return access(properties::documentXMLVersion, xmlVersion_) ||
          access(properties::standalone, standalone_) ||
          access(properties::registeredEncodingAlgorithms, registeredAlgorithms_) ||
+         access(properties::encodingAlgorithmURIs, algorithmURIs_) ||
          access(properties::externalVocabularies, externalVocabularies_) ||
          access(properties::externalVocabulary, externalVocabulary_) ||
          access(properties::initialVocabulary, initialVocabulary_) ||

@@ -1,21 +1,63 @@
 #include "GeneralEntities.h"
 
 #include <algorithm>
+#include <set>
 
 #include "../../xml/Declarations.h"
 
 namespace Tavrin::text {
 
-void GeneralEntities::declare(std::string_view name, std::string_view text) {
+void GeneralEntities::declare(std::string_view name, std::string_view text, EntityKind kind) {
   if (isDeclared(name)) return;
-  std::vector<std::string>& references = entities_[std::string(name)].references;
+  Entity& entity = entities_[std::string(name)];
+  entity.kind = kind;
+  std::set<std::string_view> known;  // A long text may refer to one entity very often.
   forEachReference(text, [&](std::string_view referred, std::size_t) {
-    if (!xml::isPredefinedEntity(referred)) references.emplace_back(referred);
+    if (xml::isPredefinedEntity(referred) || !known.insert(referred).second) return;
+    entity.references.emplace_back(referred);
   });
-  // A long text may refer to one entity very often.
-  std::ranges::sort(references);
-  references.erase(std::unique(references.begin(), references.end()), references.end());
-  references.shrink_to_fit();
+  entity.references.shrink_to_fit();
+}
+
+template <typename IsSought>
+const std::string* GeneralEntities::follow(const std::string& name, IsSought isSought) const {
+  struct Level {
+    Entities::const_iterator entity;
+    std::size_t next;
+  };
+  std::vector<Level> levels;                    // A document decides how deep entities are nested.
+  std::map<std::string_view, bool> isFollowed;  // Those that were met, and are not done yet.
+  const auto enter = [&](const std::string& referred) -> const std::string* {
+    const auto found = entities_.find(referred);
+    if (found == entities_.end()) return nullptr;
+    const auto [state, isNew] = isFollowed.try_emplace(found->first, true);
+    if (isSought(*found, !isNew && state->second)) return &found->first;
+    if (isNew) levels.push_back({found, 0});
+    return nullptr;
+  };
+  const std::string* sought = enter(name);
+  while (sought == nullptr && !levels.empty()) {
+    Level& level = levels.back();
+    const auto& [levelName, entity] = *level.entity;
+    if (level.next == entity.references.size()) {
+      isFollowed[levelName] = false;
+      levels.pop_back();
+    } else {
+      sought = enter(entity.references[level.next++]);
+    }
+  }
+  return sought;
+}
+
+const std::string* GeneralEntities::findKind(const std::string& name, EntityKind kind) const {
+  return follow(name, [kind](const auto& entry, bool) { return entry.second.kind == kind; });
+}
+
+const std::string* GeneralEntities::findRecursive(const std::string& name,
+                                                  const std::vector<std::string>& open) const {
+  return follow(name, [&open](const auto& entry, bool isFollowed) {
+    return isFollowed || std::ranges::find(open, entry.first) != open.end();
+  });
 }
 
 const std::string* GeneralEntities::findMissing(const std::string& name) {

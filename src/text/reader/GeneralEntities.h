@@ -19,6 +19,8 @@ void forEachReference(std::string_view text, Visit visit) {
   }
 }
 
+enum class EntityKind { internal, external, unparsed };
+
 /// The entities that a document declares, as far as expat processes the declarations.
 ///
 /// They show what expat does not report: where declarations may not have been read, a reference to
@@ -29,21 +31,36 @@ class GeneralEntities {
   /// Adds a declaration. Of several for an entity the first is binding (section 4.2).
   /// @param name as SAX2 reports it, which marks parameter entities
   /// @param text the replacement text of an internal general entity; empty for others
-  void declare(std::string_view name, std::string_view text);
+  void declare(std::string_view name, std::string_view text, EntityKind kind);
   bool isDeclared(std::string_view name) const { return entities_.contains(name); }
 
   /// The undeclared entity for which a reference has no text: the one it refers to, or one that the
   /// text of that entity refers to; null where there is none.
   const std::string* findMissing(const std::string& name);
 
+  /// The first entity of a kind among an entity and those that its text refers to, or null.
+  const std::string* findKind(const std::string& name, EntityKind kind) const;
+  /// The first entity, likewise, whose text refers to itself, or null.
+  /// @param open entities whose texts are being read
+  const std::string* findRecursive(const std::string& name,
+                                   const std::vector<std::string>& open) const;
+
  private:
   struct Entity {
-    std::vector<std::string> references;  // In its text, without the predefined ones.
+    EntityKind kind = EntityKind::internal;
+    std::vector<std::string> references;  // In its text, without the predefined ones, in order.
     std::string missing;                  // The last result of findMissing; empty for null.
     std::size_t examinedAt = 0;           // How many entities there were then, or 0.
   };
 
-  std::map<std::string, Entity, std::less<>> entities_;
+  using Entities = std::map<std::string, Entity, std::less<>>;
+
+  /// Follows references from an entity on, each entity once.
+  /// @param isSought called with an entity and whether a text that is being followed is its own
+  template <typename IsSought>
+  const std::string* follow(const std::string& name, IsSought isSought) const;
+
+  Entities entities_;
 };
 
 }  // namespace Tavrin::text

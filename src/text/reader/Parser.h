@@ -2,9 +2,11 @@
 
 #include <expat.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <memory>
+#include <string_view>
 
 namespace Tavrin::text {
 
@@ -30,6 +32,15 @@ inline XML_Status parseStream(XML_Parser parser, std::istream& stream, int block
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(count), isFinal);
     if (status != XML_STATUS_OK || isFinal) return status;
   }
+}
+
+/// The octets from the current event on; none where expat was built without XML_CONTEXT_BYTES.
+inline std::string_view octetsFromHere(XML_Parser parser) {
+  int offset = 0;
+  int size = 0;
+  const char* const buffer = XML_GetInputContext(parser, &offset, &size);
+  if (buffer == nullptr || offset < 0 || offset > size) return {};
+  return {buffer + offset, static_cast<std::size_t>(size - offset)};
 }
 
 /// A place in an entity, counted from 1.

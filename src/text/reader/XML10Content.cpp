@@ -43,7 +43,8 @@ void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes
   XML10Document& document = *document_;
   const XML10Settings& current = document.settings;
   const std::uint64_t maximumDepth = current.limits.maximumDepth;
-  if (++document.depth > maximumDepth) fail(tooDeep(maximumDepth));
+  document.elements.push(name, document.current().place());
+  if (document.elements.depth() > maximumDepth) fail(tooDeep(maximumDepth));
   if (document.checksNames) {
     requireName(withoutNamespace(name));
     for (auto pair = attributes; *pair; pair += 2) requireName(withoutNamespace(*pair));
@@ -78,10 +79,10 @@ void XML10Driver::applyDeclarations() {
 void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
   XML10Document& document = *document_;
   if (prefix) requireName(prefix);
-  if (!handlers.content) return;
   // expat has no namespace name for `xmlns=""`.
-  const std::string declaredPrefix = textOrEmpty(prefix);
-  const std::string declaredURI = textOrEmpty(uri);
+  document.bindings.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
+  if (!handlers.content) return;
+  const auto& [declaredPrefix, declaredURI] = document.bindings.back();
   if (document.settings.features.namespacePrefixes) {
     document.declarations.emplace_back(declaredPrefix, declaredURI);
   }
@@ -92,6 +93,8 @@ void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
 }
 
 void XML10Driver::endNamespace(const XML_Char* prefix) {
+  auto& bindings = document_->bindings;
+  if (!bindings.empty()) bindings.pop_back();  // After a failure, some were not recorded.
   if (!isAlwaysBound(prefix)) EventTarget::endNamespace(prefix);
 }
 
@@ -112,6 +115,12 @@ void XML10Driver::processingInstruction(const XML_Char* target, const XML_Char* 
 
 std::uint64_t OpenEntity::octetsRead() const {
   return static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(parser), XML_Index{0}));
+}
+
+/// expat knows the line at the end of each block but the last. Between, it costs nothing to ask.
+ElementPlace OpenEntity::place() const {
+  if (isLastBlock) return {octetsRead(), false};
+  return {XML_GetCurrentLineNumber(parser), true};
 }
 
 void XML10Driver::addDefaults(std::uint64_t octets) {

@@ -72,7 +72,10 @@ void XML10Driver::entityDecl(const XML_Char* name, int isParameterEntity, const 
   if (notationName) requireName(notationName);
   const std::string reportedName = isParameterEntity ? std::string("%") + name : name;
   const std::string_view text(textOrEmpty(value), static_cast<std::size_t>(valueLength));
-  document.generalEntities.declare(reportedName, isParameterEntity ? "" : text);
+  const EntityKind kind = notationName ? EntityKind::unparsed
+                          : systemId   ? EntityKind::external
+                                       : EntityKind::internal;
+  document.generalEntities.declare(reportedName, isParameterEntity ? "" : text, kind);
   if (isParameterEntity) {
     document.lackDeclarations();  // A reference to it is to be expected.
     if (text.find('&') != std::string_view::npos) document.parameterTexts.emplace_back(text);

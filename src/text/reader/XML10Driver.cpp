@@ -257,6 +257,7 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
     if (status == XML_STATUS_SUSPENDED) document_->rest.assign(block + kMost, size - kMost);
     if (status != XML_STATUS_OK) return status;
   }
+  document_->open.front().isLastBlock = isFinal;
   return XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
 }
 
@@ -270,6 +271,7 @@ void XML10Driver::failAsParser() {
   if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
   std::string message = XML_ErrorString(code);
   if (code == XML_ERROR_UNKNOWN_ENCODING) message += document_->encodingProblem;
+  message += describeFailure(code);
   if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {
     message = atLimit(message, properties::entityAmplificationFactor);
   }

@@ -20,6 +20,7 @@
 #include "ElementAttributes.h"
 #include "EventTarget.h"
 #include "GeneralEntities.h"
+#include "OpenElements.h"
 #include "Parser.h"
 
 namespace Tavrin::text {
@@ -62,8 +63,11 @@ struct OpenEntity {
   XML_Parser parser;
   const DeclaredEntity* entity;
   std::string encoding = {};  ///< As it is declared.
+  std::size_t depth = 0;      ///< How many elements contain it.
+  bool isLastBlock = false;   ///< Nothing comes after the block that is parsed.
 
   std::uint64_t octetsRead() const;
+  ElementPlace place() const;  ///< Of the start tag that is the current event.
 };
 
 /// What a document declares after a parameter entity that was not read, where expat processes no
@@ -117,7 +121,7 @@ struct XML10Document {
   bool checksNames = false;
 
   ElementAttributes attributes;  ///< Of the current start tag.
-  std::uint64_t depth = 0;       ///< Elements that are open.
+  OpenElements elements;
   AttributeTypes attributeTypes;
   bool hasDefaults = false;             ///< An attribute has a default.
   bool hasDeclarationDefaults = false;  ///< An attribute that declares a namespace has a default.
@@ -133,6 +137,8 @@ struct XML10Document {
   std::string markup;
   /// The namespace declarations of the next start tag, while they are reported as attributes.
   std::vector<std::pair<std::string, std::string>> declarations;
+  /// The prefixes and namespace names that are in force, the innermost last.
+  std::vector<std::pair<std::string, std::string>> bindings;
   /// The exception that stopped the parse.
   std::exception_ptr failure;
   /// What is appended to expat's message about an encoding.
@@ -158,7 +164,7 @@ class XML10Driver : public EventTarget {
   // Events of elements and content: XML10Content.cpp.
   void startElement(const XML_Char* name, const XML_Char** attributes);
   void endElement(const XML_Char* name) {
-    --document_->depth;
+    document_->elements.pop();
     if (!handlers.content) return;
     element_.assign(name, document_->separator);
     handlers.content->endElement(element_.uri, element_.localName, element_.qName);
@@ -223,6 +229,13 @@ class XML10Driver : public EventTarget {
   [[noreturn]] void fail(const std::string& message) { failAt(message, positionHere()); }
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
+
+  // What expat's messages do not tell: XML10Failures.cpp.
+  /// The name that a failure of the current entity is about, as it follows expat's message.
+  std::string describeFailure(XML_Error code);
+  std::string describeEntity(XML_Error code, std::string_view markup);
+  std::string describeInTag(XML_Error code, std::string_view tag) const;
+  std::string describeInnermost(const char* before, const char* after) const;
 
   /// Refuses a name that expat accepts wrongly. The text may have other markup around names.
   void requireName(std::string_view name, const Position& position);

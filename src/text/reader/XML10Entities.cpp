@@ -17,7 +17,7 @@ class EntityScope {
  public:
   EntityScope(XML10Document& document, XML_Parser parser, const DeclaredEntity& entity)
       : open_(document.open) {
-    open_.push_back({parser, &entity});
+    open_.push_back({.parser = parser, .entity = &entity, .depth = document.elements.depth()});
   }
   ~EntityScope() { open_.pop_back(); }
   EntityScope(const EntityScope&) = delete;

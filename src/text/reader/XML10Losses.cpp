@@ -9,15 +9,6 @@ namespace Tavrin::text {
 
 namespace {
 
-/// The octets from the current event on; none where expat was built without XML_CONTEXT_BYTES.
-std::string_view octetsFromHere(XML_Parser parser) {
-  int offset = 0;
-  int size = 0;
-  const char* const buffer = XML_GetInputContext(parser, &offset, &size);
-  if (buffer == nullptr || offset < 0 || offset > size) return {};
-  return {buffer + offset, static_cast<std::size_t>(size - offset)};
-}
-
 /// Whether octets begin with a reference, in any encoding. Then the event is in an internal entity.
 bool isReference(std::string_view octets) {
   const bool isWide = octets.size() > 1 && octets[0] == '\0';

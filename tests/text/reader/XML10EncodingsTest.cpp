@@ -107,8 +107,8 @@ TEST(XML10Encodings, AreDeclaredInOneKilobyte) {
   }
   checkXML10({{.name = "cut off",
                .text = "<?xml version='1.0' encoding='utf8'",
-               .failure = "unclosed token, 1, 1"},
-              {.name = "cut off early", .text = "<?x", .failure = "unclosed token, 1, 1"},
+               .failure = "unclosed token: <?xml, 1, 1"},
+              {.name = "cut off early", .text = "<?x", .failure = "unclosed token: <?x, 1, 1"},
               {.name = "a byte order mark alone",
                .text = "\xEF\xBB\xBF",
                .failure = "no element found, 1, 2"}});

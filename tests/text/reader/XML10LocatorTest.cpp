@@ -96,7 +96,7 @@ TEST(XML10Locator, StandsInTheEntityThatFails) {
   log.entities = {{"s", "1\n</b>"}};
   XMLReader_XML10 reader;
   log.attachTo(reader);
-  EXPECT_EQ("SAXParseException(asynchronous entity (in the entity e, \"s\"), 2, 1)",
+  EXPECT_EQ("SAXParseException(asynchronous entity: </b> (in the entity e, \"s\"), 2, 1)",
             parseText(reader, "<!DOCTYPE a [<!ENTITY e PUBLIC 'p' 's'>]><a>&e;</a>"));
   EXPECT_EQ(
       "[|]1:13 setDocumentLocator()\n"
@@ -108,7 +108,7 @@ TEST(XML10Locator, StandsInTheEntityThatFails) {
       "[p|s]1:1 startEntity(e)\n"
       "[p|s]1:1 characters(1)\n"
       "[p|s]1:2 characters(\\n)\n"
-      "[p|s]2:1 fatalError(asynchronous entity (in the entity e, \"s\"), 2, 1)\n",
+      "[p|s]2:1 fatalError(asynchronous entity: </b> (in the entity e, \"s\"), 2, 1)\n",
       log.located());
   log.restart();
   EXPECT_EQ("SAXParseException(no element found, 1, 1)", parseText(reader, ""));

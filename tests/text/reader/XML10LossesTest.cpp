@@ -162,16 +162,16 @@ TEST(XML10Losses, InDefaultsOfAttributesAreWarnedOf) {
 TEST(XML10Losses, AreNoneWhereAllMustBeDeclared) {
   const std::string tag = "<a b='&x;'/>";
   checkXML10({
-      {.name = "no document type", .text = tag, .failure = "undefined entity, 1, 1"},
+      {.name = "no document type", .text = tag, .failure = "undefined entity: \"x\", 1, 1"},
       {.name = "no parameter entities",
        .text = "<!DOCTYPE a [<!ENTITY y ''>]>" + tag,
        .events = {"startDTD(a, , )", "internalEntityDecl(y, )", "endDTD()"},
-       .failure = "undefined entity, 1, 30"},
+       .failure = "undefined entity: \"x\", 1, 30"},
       {.name = "standalone",
        .text = "<?xml version='1.0' standalone='yes'?><!DOCTYPE a SYSTEM 'd'>" + tag,
        .events = {"startDTD(a, , d)", "skippedEntity([dtd])", "endDTD()"},
        .resolves = false,
-       .failure = "undefined entity, 1, 62"},
+       .failure = "undefined entity: \"x\", 1, 62"},
   });
 }
 

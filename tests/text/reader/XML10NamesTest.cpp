@@ -80,8 +80,8 @@ TEST(XML10Names, AreSplitByTheirNamespaces) {
       {.name = "duplicate by namespace",
        .text = "<a xmlns:p='u' xmlns:q='u' p:x='1' q:x='2'></a>",
        .events = {"startPrefixMapping(p, u)", "startPrefixMapping(q, u)"},
-       .failure = "duplicate attribute, 1, 1"},
-      {.name = "unbound prefix", .text = "<p:a/>", .failure = "unbound prefix, 1, 1"},
+       .failure = "duplicate attribute: \"p:x\" and \"q:x\", 1, 1"},
+      {.name = "unbound prefix", .text = "<p:a/>", .failure = "unbound prefix: \"p\", 1, 1"},
   });
 }
 
@@ -100,7 +100,7 @@ TEST(XML10Names, AreTakenOutOfTheDefaultNamespace) {
                   "endPrefixMapping()"}},
       {.name = "a prefix cannot be undeclared (Namespaces in XML 1.0)",
        .text = "<a xmlns:p=''/>",
-       .failure = "must not undeclare prefix, 1, 1"},
+       .failure = "must not undeclare prefix: \"p\", 1, 1"},
   });
 }
 

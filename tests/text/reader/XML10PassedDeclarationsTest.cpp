@@ -160,7 +160,7 @@ TEST(XML10PassedDeclarations, MustBeWellFormed) {
       failing("a local name that is none", "\n<!ATTLIST a:1 d CDATA #IMPLIED>",
               "\"a:1\" is not a qualified name, 2, 31"),
       failing("a parameter entity in a declaration", "\n<!ATTLIST a %q;>",
-              "illegal parameter entity reference, 2, 13"),
+              "illegal parameter entity reference: \"%q\", 2, 13"),
   });
 }
 

@@ -49,7 +49,7 @@ TEST(X891ReaderAlgorithms, UnknownOnesGoToTheHandlerAsOctets) {
 TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWithoutAHandler) {
   const std::string message =
       "Unknown encoding algorithm - urn:reversed (add it to the property "
-      "registered-encoding-algorithms)";
+      "registered-encoding-algorithms, or set raw-octets)";
   expectRefused(
       contentUpToData() + "abc", octets("FF"),
       message + ", or take its octets with the property encoding-algorithm-content-handler",
@@ -61,7 +61,7 @@ TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWithoutAHandler) {
 TEST(X891ReaderAlgorithms, UnknownOnesAreRefusedWhereTheirTextIsNeeded) {
   const std::string message =
       "Unknown encoding algorithm - urn:reversed (add it to the property "
-      "registered-encoding-algorithms)";
+      "registered-encoding-algorithms, or set raw-octets)";
   X891Reader reader;
   reader.log.attachAlgorithmsTo(reader.reader);
   std::string document = withAlgorithmURI("3C 00 'a' 9C 7E 00 'abc'");

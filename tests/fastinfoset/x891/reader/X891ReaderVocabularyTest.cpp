@@ -336,7 +336,7 @@ TEST(X891ReaderVocabulary, HasStringsInEachFormat) {
   expectRefused(withVocabulary("00 08 00 20 20"), "x", "Reserved restricted alphabet 3");
   expectRefused(withVocabulary("04 08 00 04 'urn:x' 00 31 F0"), "x",
                 "Unknown encoding algorithm - urn:x (add it to the property "
-                "registered-encoding-algorithms)");
+                "registered-encoding-algorithms, or set raw-octets)");
 }
 
 }  // namespace

@@ -1,0 +1,322 @@
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include <Tavrin/Identifiers.h>
+
+#include "../../xml/Characters.h"
+#include "CharacterEncodings.h"
+#include "ExpatNames.h"
+#include "XML10Driver.h"
+
+// What a failure is about: expat tells the kind of a failure and its place, but no names. They are
+// found when it has happened, in the markup that expat still has, so that documents without
+// failures pay nothing but for the names of open elements.
+
+namespace Tavrin::text {
+
+namespace {
+
+/// How much of a token without an end is looked at.
+constexpr std::size_t kMostOfToken = 1024;
+
+bool isContinuation(char octet) { return (static_cast<unsigned char>(octet) & 0xC0) == 0x80; }
+
+/// A name as a message has it: a document may have very long ones.
+std::string shortened(std::string_view name) {
+  constexpr std::size_t kMostCharacters = 100;
+  std::size_t characters = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (!isContinuation(name[i]) && characters++ == kMostCharacters) {
+      return std::string(name.substr(0, i)) + "...";
+    }
+  }
+  return std::string(name);
+}
+
+/// A name behind a message; nothing for what is no name, as text that was decoded wrongly.
+std::string namedAs(std::string_view name) {
+  return xml::isName(name) ? ": \"" + shortened(name) + '"' : std::string();
+}
+
+bool isBigEndian(std::string_view octets) { return octets.size() > 1 && octets[0] == '\0'; }
+bool isLittleEndian(std::string_view octets) { return octets.size() > 1 && octets[1] == '\0'; }
+bool isWide(std::string_view octets) { return isBigEndian(octets) || isLittleEndian(octets); }
+
+/// Markup in UTF-8. It begins with a character of ASCII.
+/// @param encoding as it was declared, or empty
+std::string decoded(std::string_view octets, const std::string& encoding) {
+  if (isBigEndian(octets)) return toUTF8("UTF-16BE", octets);
+  if (isLittleEndian(octets)) return toUTF8("UTF-16LE", octets);
+  return encoding.empty() ? std::string(octets) : toUTF8(encoding.c_str(), octets);
+}
+
+/// The octets of the markup that octets begin with: a reference, tag, literal or name. Where its
+/// end is missing, as much as is looked at.
+std::string_view markupAtStart(std::string_view octets) {
+  const std::size_t width = isWide(octets) ? 2 : 1;
+  const std::size_t low = isBigEndian(octets) ? 1 : 0;
+  const auto at = [&](std::size_t i) {
+    if (i + width > octets.size()) return '\0';
+    return width == 1 || octets[i + 1 - low] == '\0' ? octets[i + low] : '\0';
+  };
+  const char first = at(0);
+  const bool isLiteral = first == '"' || first == '\'';
+  const bool isReference = first == '&' || first == '%';
+  const std::string_view ends = isReference    ? ";"
+                                : first == '<' ? ">"
+                                : isLiteral    ? std::string_view(first == '"' ? "\"" : "'")
+                                               : " \t\r\n=";
+  char quote = '\0';
+  for (std::size_t i = width; i < octets.size(); i += width) {
+    const char character = at(i);
+    if (quote != '\0') {
+      if (character == quote) quote = '\0';
+    } else if (first == '<' && (character == '"' || character == '\'')) {
+      quote = character;
+    } else if (ends.find(character) != std::string_view::npos) {
+      return octets.substr(0, i + width);
+    }
+  }
+  std::size_t length = std::min(octets.size(), kMostOfToken);
+  if (width == 1 && length < octets.size()) {
+    while (length > 0 && isContinuation(octets[length])) --length;
+  }
+  return octets.substr(0, length);
+}
+
+/// The markup at which the parser failed, in UTF-8.
+std::string markupHere(const OpenEntity& entity) {
+  return decoded(markupAtStart(octetsFromHere(entity.parser)), entity.encoding);
+}
+
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+/// The name that a reference to an entity has, with the percent sign of a parameter entity, where
+/// the markup begins with one.
+std::string_view referredAtStart(std::string_view markup) {
+  const bool isReference = !markup.empty() && (markup[0] == '&' || markup[0] == '%');
+  const std::size_t end = isReference ? markup.find(';') : std::string_view::npos;
+  if (end == std::string_view::npos || !xml::isName(markup.substr(1, end - 1))) return {};
+  return markup[0] == '%' ? markup.substr(0, end) : markup.substr(1, end - 1);
+}
+
+std::string inTextOf(std::string_view entity) {
+  return " (in the text of the entity \"" + shortened(entity) + "\")";
+}
+
+struct WrittenAttribute {
+  std::string_view name;
+  std::string_view value;  ///< With its references.
+
+  std::string_view prefix() const {
+    const std::size_t colon = name.find(':');
+    return name.substr(0, colon == std::string_view::npos ? 0 : colon);
+  }
+  /// Whether it declares a namespace.
+  bool declares() const { return name == "xmlns" || prefix() == "xmlns"; }
+};
+
+/// The beginning of a tag, or of another token.
+std::string_view withoutSpace(std::string_view markup) {
+  return markup.substr(0, markup.find_first_of(" \t\r\n>"));
+}
+
+std::string_view elementOf(std::string_view tag) {
+  const std::size_t end = std::min(tag.find_first_of(" \t\r\n/>"), tag.size());
+  return tag.substr(std::min<std::size_t>(1, end), end > 0 ? end - 1 : 0);
+}
+
+/// The attributes of a start tag. expat has found that it is one.
+std::vector<WrittenAttribute> attributesOf(std::string_view tag) {
+  std::vector<WrittenAttribute> attributes;
+  for (std::size_t i = tag.find_first_of(kWhiteSpace); i < tag.size();) {
+    const std::size_t begin = tag.find_first_not_of(kWhiteSpace, i);
+    const std::size_t quote = tag.find_first_of("\"'", i);
+    if (begin == std::string_view::npos || quote == std::string_view::npos) break;
+    const std::size_t end = tag.find(tag[quote], quote + 1);
+    if (end == std::string_view::npos) break;
+    const std::size_t nameEnd = tag.find_first_of(" \t\r\n=", begin);
+    attributes.push_back(
+        {tag.substr(begin, nameEnd - begin), tag.substr(quote + 1, end - quote - 1)});
+    i = end + 1;
+  }
+  return attributes;
+}
+
+bool isReserved(std::string_view uri) { return uri == namespaces::xml || uri == namespaces::xmlns; }
+
+using Bindings = std::vector<std::pair<std::string, std::string>>;
+
+/// What a tag declares may not be in force: where an empty element fails, expat ends it first.
+Bindings withDeclarations(Bindings bindings, std::string_view tag) {
+  for (const WrittenAttribute& attribute : attributesOf(tag)) {
+    if (attribute.prefix() != "xmlns") continue;
+    bindings.emplace_back(attribute.name.substr(sizeof "xmlns"), attribute.value);
+  }
+  return bindings;
+}
+
+/// The namespace name of a prefix, or null.
+const std::string* findBinding(const Bindings& bindings, std::string_view prefix) {
+  static const std::string xml = namespaces::xml;
+  if (prefix == "xml") return &xml;
+  const auto found = std::find_if(bindings.rbegin(), bindings.rend(),
+                                  [&](const auto& each) { return each.first == prefix; });
+  return found == bindings.rend() ? nullptr : &found->second;
+}
+
+/// The prefix without a declaration. expat looks at attributes first.
+std::string unboundPrefix(std::string_view tag, const Bindings& bindings) {
+  const auto isUnbound = [&](std::string_view prefix) {
+    return !prefix.empty() && findBinding(bindings, prefix) == nullptr;
+  };
+  for (const WrittenAttribute& attribute : attributesOf(tag)) {
+    if (!attribute.declares() && isUnbound(attribute.prefix())) return namedAs(attribute.prefix());
+  }
+  const std::string_view prefix = WrittenAttribute{elementOf(tag), {}}.prefix();
+  return isUnbound(prefix) ? namedAs(prefix) : std::string();
+}
+
+/// The first two attributes with different prefixes that have the same name.
+std::string sameAttributes(std::string_view tag, const Bindings& bindings) {
+  std::map<std::pair<std::string_view, std::string_view>, std::string_view> known;
+  for (const WrittenAttribute& attribute : attributesOf(tag)) {
+    const std::string_view prefix = attribute.prefix();
+    const std::string* const uri =
+        prefix.empty() || attribute.declares() ? nullptr : findBinding(bindings, prefix);
+    if (uri == nullptr) continue;
+    const auto [first, isNew] =
+        known.try_emplace({*uri, attribute.name.substr(prefix.size() + 1)}, attribute.name);
+    if (!isNew) return namedAs(first->second) + " and \"" + shortened(attribute.name) + '"';
+  }
+  return {};
+}
+
+/// How many lines end in a text of the document.
+std::uint64_t countLines(std::string_view octets) {
+  const std::size_t width = isWide(octets) ? 2 : 1;
+  const std::size_t low = isBigEndian(octets) ? 1 : 0;
+  const auto isAt = [&](std::size_t i, char character) {
+    if (i + width > octets.size() || octets[i + low] != character) return false;
+    return width == 1 || octets[i + 1 - low] == '\0';
+  };
+  std::uint64_t lines = 0;
+  for (std::size_t i = 0; i < octets.size(); i += width) {
+    const bool isPair = isAt(i, '\r') && isAt(i + width, '\n');
+    if (!isPair && (isAt(i, '\r') || isAt(i, '\n'))) ++lines;
+  }
+  return lines;
+}
+
+/// The line of a place before the current one; 0 where expat does not have its octets any more.
+std::uint64_t lineAt(const OpenEntity& entity, ElementPlace place) {
+  if (place.isLine) return place.number;
+  int offset = 0;
+  int size = 0;
+  const char* const buffer = XML_GetInputContext(entity.parser, &offset, &size);
+  const std::uint64_t here = entity.octetsRead();
+  if (buffer == nullptr || offset < 0 || place.number > here) return 0;
+  const std::uint64_t between = here - place.number;
+  if (between > static_cast<std::uint64_t>(offset)) return 0;
+  const std::string_view octets(buffer + offset - between, between);
+  return XML_GetCurrentLineNumber(entity.parser) - countLines(octets);
+}
+
+}  // namespace
+
+/// The innermost element, and the line where it begins.
+std::string XML10Driver::describeInnermost(const char* before, const char* after) const {
+  const OpenElements& elements = document_->elements;
+  const std::string name = qNameOf(splitName(elements.name(), document_->separator));
+  const std::uint64_t line = lineAt(document_->current(), elements.place());
+  return before + shortened(name) + '>' + (line > 0 ? " of line " + std::to_string(line) : "") +
+         after;
+}
+
+/// The entity that is not as a reference needs it.
+std::string XML10Driver::describeEntity(XML_Error code, std::string_view markup) {
+  GeneralEntities& entities = document_->generalEntities;
+  if (markup.starts_with('%')) return ": \"" + shortened(referredAtStart(markup)) + '"';
+  std::vector<std::string> open;
+  for (const OpenEntity& entity : document_->open) open.push_back(entity.entity->name);
+  std::string told;
+  forEachReference(markup, [&](std::string_view referred, std::size_t) {
+    if (!told.empty()) return;
+    const std::string name(referred);
+    const std::string* found = nullptr;
+    if (code == XML_ERROR_UNDEFINED_ENTITY) {
+      found = entities.findMissing(name);
+    } else if (code == XML_ERROR_BINARY_ENTITY_REF) {
+      found = entities.findKind(name, EntityKind::unparsed);
+    } else if (code == XML_ERROR_ATTRIBUTE_EXTERNAL_ENTITY_REF) {
+      found = entities.findKind(name, EntityKind::external);
+    } else {
+      found = entities.findRecursive(name, open);
+    }
+    if (found != nullptr) told = namedAs(*found) + (*found != name ? inTextOf(name) : "");
+  });
+  return told;
+}
+
+std::string XML10Driver::describeInTag(XML_Error code, std::string_view tag) const {
+  const Bindings bindings = withDeclarations(document_->bindings, tag);
+  if (code == XML_ERROR_UNBOUND_PREFIX) return unboundPrefix(tag, bindings);
+  if (code == XML_ERROR_DUPLICATE_ATTRIBUTE) return sameAttributes(tag, bindings);
+  for (const WrittenAttribute& attribute : attributesOf(tag)) {
+    if (!attribute.declares()) continue;
+    const bool hasPrefix = attribute.name != "xmlns";
+    if (code == XML_ERROR_UNDECLARING_PREFIX && hasPrefix && attribute.value.empty()) {
+      return namedAs(attribute.name.substr(sizeof "xmlns"));
+    }
+    if (code == XML_ERROR_RESERVED_NAMESPACE_URI && isReserved(attribute.value) &&
+        attribute.name != "xmlns:xml") {
+      return namedAs(attribute.name);
+    }
+  }
+  return {};
+}
+
+std::string XML10Driver::describeFailure(XML_Error code) {
+  const OpenEntity& current = document_->current();
+  const bool isOpen = document_->elements.depth() > current.depth;
+  const std::string markup = markupHere(current);
+  const std::string_view referred = referredAtStart(markup);
+  const std::string inEntity = referred.empty() ? std::string() : inTextOf(referred);
+  switch (code) {
+    case XML_ERROR_TAG_MISMATCH:
+      return isOpen ? describeInnermost(": expected </", "") + inEntity : inEntity;
+    case XML_ERROR_NO_ELEMENTS:
+      return isOpen ? describeInnermost(": <", " is not closed") : std::string();
+    case XML_ERROR_ASYNC_ENTITY:
+      if (!inEntity.empty()) return inEntity;
+      if (markup.starts_with("</")) return ": " + shortened(withoutSpace(markup)) + '>';
+      return isOpen ? describeInnermost(": <", " is not closed") : std::string();
+    case XML_ERROR_UNCLOSED_TOKEN:
+      if (!inEntity.empty()) return inEntity;
+      return ": " + shortened(withoutSpace(markup));
+    case XML_ERROR_UNDEFINED_ENTITY:
+    case XML_ERROR_RECURSIVE_ENTITY_REF:
+    case XML_ERROR_BINARY_ENTITY_REF:
+    case XML_ERROR_ATTRIBUTE_EXTERNAL_ENTITY_REF:
+      return describeEntity(code, markup);
+    case XML_ERROR_PARAM_ENTITY_REF:
+      return referred.empty() ? std::string() : ": \"" + shortened(referred) + '"';
+    case XML_ERROR_DUPLICATE_ATTRIBUTE:
+    case XML_ERROR_UNBOUND_PREFIX:
+    case XML_ERROR_UNDECLARING_PREFIX:
+    case XML_ERROR_RESERVED_NAMESPACE_URI:
+      if (markup.starts_with('<')) return describeInTag(code, markup);
+      if (!inEntity.empty()) return inEntity;
+      return namedAs(std::string_view(markup).substr(0, markup.find_first_of(" \t\r\n=")));
+    case XML_ERROR_BAD_CHAR_REF:
+      if (!inEntity.empty()) return inEntity;
+      return markup.starts_with("&#") ? ": " + shortened(markup.substr(0, markup.find(';') + 1))
+                                      : std::string();
+    default:
+      return {};
+  }
+}
+
+}  // namespace Tavrin::text
