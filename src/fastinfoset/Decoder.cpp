@@ -27,6 +27,14 @@ void Decoder::parse(std::istream& stream) {
   decodeDocument();
 }
 
+void Decoder::parseVocabulary(std::istream& stream) {
+  const ParseScope scope(parsing_);
+  input_.open(stream);
+  beginDocument();
+  decodeHeader();
+  decodeVocabularyComponents();
+}
+
 void Decoder::parse(std::string_view block, bool isFinal) {
   const ParseScope scope(parsing_);
   unusedOctets_ = 0;

@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "../../xml/UniqueAttributes.h"
 #include "../Encoder.h"
 #include "../InitialVocabulary.h"
+#include "../SharedVocabulary.h"
 
 namespace Tavrin {
 
@@ -48,6 +50,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   using EventName = fastinfoset::EventName;
   using NameParts = fastinfoset::NameParts;
   using InitialVocabulary = fastinfoset::InitialVocabulary;
+  using SharedVocabulary = fastinfoset::SharedVocabulary;
 
   explicit Encoder(XMLWriter_X891& writer);
 
@@ -88,10 +91,13 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void encodeProlog();
 
   const ExternalVocabulary* findExternalVocabulary() const;
-  void loadExternalVocabulary(InitialVocabulary& written);
+  void setExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
+  void setInitialVocabulary(const OwnedVocabulary& vocabulary);
+  void prepareVocabulary();
+  void shareTables(std::shared_ptr<const SharedVocabulary> vocabulary);
+  void loadExternalVocabulary(const ExternalVocabulary& external);
   void loadInitialVocabulary(InitialVocabulary& written);
-  void loadAlgorithms(InitialVocabulary& written);
-  InitialVocabulary prepareVocabulary();
+  void loadAlgorithms(const ExternalVocabulary* external);
 
   // --- Text and typed values ---
 
@@ -123,6 +129,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::optional<ExternalVocabulary> initialVocabulary_;
   std::optional<std::string> externalVocabulary_;
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
+  std::shared_ptr<const SharedVocabulary> sharedInitial_;   // Which initialVocabulary_ refers to.
+  std::shared_ptr<const SharedVocabulary> sharedExternal_;  // Known by this URI.
+  std::string sharedExternalURI_;
   EncodingAlgorithmMap* registeredAlgorithms_ = nullptr;
   std::uint64_t maximumDepth_ = UINT64_MAX;
 
@@ -157,6 +166,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
+    std::shared_ptr<const SharedVocabulary> vocabulary;  // With which the tables begin, or null.
     unsigned loadedValues = 0;            // The number of values in the vocabularies.
     std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
@@ -179,7 +189,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::deque<std::string> encodedValues_;     // By applications' algorithms, in order.
   std::uint64_t newOctets_ = 0;               // The most that new names add to the tables.
   std::uint64_t newEntries_ = 0;
-  InitialVocabulary headerVocabulary_;  // Prepared by the root element.
+  // Prepared by the root element.
+  InitialVocabulary composed_;
+  const InitialVocabulary* header_ = &composed_;  // That, or the one of a shared vocabulary.
 };
 
 template <typename Body>

@@ -78,9 +78,7 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     encoder.newPrefixes_.clear();
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
-      if (mayBegin && !document.childrenBegan) {
-        encoder.headerVocabulary_ = encoder.prepareVocabulary();
-      }
+      if (mayBegin && !document.childrenBegan) encoder.prepareVocabulary();
       XMLWriter::startElement(uri, localName, qName, attributes);
       encoder.perform([&] { encoder.encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
@@ -131,7 +129,7 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
   prepareStartTag(name, attributes);
   document_.declaredCount.push_back(document_.declared.size());
   isWriting_ = true;
-  if (!document_.childrenBegan) beginChildren(headerVocabulary_);
+  if (!document_.childrenBegan) beginChildren(*header_);
   flushCharacters();
   flushTerminator(false);
 
