@@ -453,7 +453,6 @@ TEST(SharedVocabulary, GoesOnAfterFailures) {
 struct Cost {
   std::size_t allocations;
   std::size_t peak;
-  bool operator==(const Cost&) const = default;
 };
 
 template <typename Work>
@@ -481,7 +480,8 @@ TEST(SharedVocabulary, CostsTheSameWhateverItsSize) {
     XMLWriter_X891 writer;
     writer.setOutputStream(&stream);
     writer.setExternalVocabulary("urn:v", vocabulary);
-    const std::string document = octets(std::string("E0 00 00 01 20 10 00 04 'urn:v'") + kAll);
+    const std::string document =
+        octets("E0 00 00 01 20 10 00 04 'urn:v' 78 CF 81 81 F0 00 00 80 F0 A0 FF");
     writing.push_back(costOf([&] {
       stream.str("");
       writer.reset();
