@@ -43,6 +43,36 @@ struct EncoderState {
   BuiltInAlgorithms builtIn;
 };
 
+/// What is known of the names of a table, by index, in the current document. Where a document uses
+/// few names of a large vocabulary, a new document costs as much as those.
+template <typename Record>
+class NameRecords {
+ public:
+  Record& operator[](std::size_t index) { return records_[index]; }
+  /// The record of an index, which is a new one at first.
+  Record& at(std::size_t index) {
+    if (index >= records_.size()) records_.resize(index + index / 2 + 1);
+    return records_[index];
+  }
+  /// Comes before a new record is changed.
+  void use(std::size_t index) { used_.push_back(index); }
+  /// Makes all records new.
+  void forget(bool keepsMemory) {
+    if (keepsMemory && used_.size() < records_.size() / kFew) {
+      for (const std::size_t index : used_) records_[index] = {};
+    } else {
+      records_ = {};
+    }
+    used_.clear();
+  }
+
+ private:
+  static constexpr std::size_t kFew = 8;
+
+  std::vector<Record> records_;
+  std::vector<std::size_t> used_;
+};
+
 /// The state of the current document and event, the checks before anything is written, and the
 /// items before the root element, which are buffered until the header can be written.
 class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinfoset::Encoder {
@@ -160,8 +190,6 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
 
     xml::NamespaceBindings bindings;
-    std::vector<std::uint64_t> elementBindings;     // By index, as AttributeRecord::bindings.
-    std::vector<AttributeRecord> attributeRecords;  // By index.
     xml::UniqueAttributes attributes;
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
@@ -172,6 +200,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
+  NameRecords<std::uint64_t> elementBindings_;  // As AttributeRecord::bindings.
+  NameRecords<AttributeRecord> attributeRecords_;
 
   // --- Of the current event ---
   struct CheckedAttribute {

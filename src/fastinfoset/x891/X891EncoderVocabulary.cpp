@@ -67,9 +67,7 @@ void XMLWriter_X891::Encoder::prepareVocabulary() {
   limits_.tableOctets = 0;
   document_.algorithms.clear();
   document_.algorithmFields.clear();
-  // These are indexed by positions of the tables.
-  document_.elementBindings.clear();
-  document_.attributeRecords.clear();
+  document_.vocabulary = nullptr;
   composed_ = {};
   header_ = &composed_;
   const ExternalVocabulary* const external = findExternalVocabulary();
@@ -85,6 +83,9 @@ void XMLWriter_X891::Encoder::prepareVocabulary() {
     strings(kNamespaceNames).add(namespaces::xml);
     if (external != nullptr) loadExternalVocabulary(*external);
   }
+  // These are indexed by positions of the tables.
+  elementBindings_.forget(document_.vocabulary != nullptr);
+  attributeRecords_.forget(document_.vocabulary != nullptr);
   if (external != nullptr) composed_.externalVocabulary = *externalVocabulary_;
   if (header_ == &composed_) loadInitialVocabulary(composed_);
   loadAlgorithms(external);
