@@ -12,12 +12,14 @@ SharedVocabulary::SharedVocabulary() {
   }
 }
 
-SharedVocabulary::SharedVocabulary(const SharedVocabulary& other)
-    : ExternalVocabulary(),
-      entries_(other.entries_),
-      strings_(other.strings_),
-      names_(other.names_),
-      tableOctets_(other.tableOctets_) {}
+std::shared_ptr<SharedVocabulary> SharedVocabulary::copy() const {
+  auto result = std::make_shared<SharedVocabulary>();
+  result->entries_ = entries_;
+  result->strings_ = strings_;
+  result->names_ = names_;
+  result->tableOctets_ = tableOctets_;
+  return result;
+}
 
 unsigned SharedVocabulary::append(unsigned table, const std::string& entry) {
   return append(entries_.strings[table], strings_[table], entry);

@@ -22,11 +22,12 @@ namespace Tavrin::fastinfoset {
 class SharedVocabulary : public ExternalVocabulary {
  public:
   SharedVocabulary();
-  /// A copy that is not sealed.
-  SharedVocabulary(const SharedVocabulary& other);
+  SharedVocabulary(const SharedVocabulary&) = delete;
   SharedVocabulary& operator=(const SharedVocabulary&) = delete;
   ~SharedVocabulary() = default;
 
+  /// A copy that is not sealed.
+  std::shared_ptr<SharedVocabulary> copy() const;
   /// Fills the structure that this is. No entry may be added after that.
   void seal();
   bool isSealed() const { return isSealed_; }

@@ -32,7 +32,7 @@ SharedVocabulary& changeable(std::shared_ptr<ExternalVocabulary>& tables) {
   if (known == nullptr) {
     tables = std::make_shared<SharedVocabulary>();
   } else if (known->isSealed()) {
-    tables = std::make_shared<SharedVocabulary>(*known);
+    tables = known->copy();
   }
   return *sharedOf(tables);
 }
@@ -59,7 +59,7 @@ class VocabularyDecoder : public X891Decoder {
 
   std::shared_ptr<SharedVocabulary> read(std::istream& stream) {
     parseVocabulary(stream);
-    const auto tables = std::make_shared<SharedVocabulary>();
+    auto tables = std::make_shared<SharedVocabulary>();
     for (unsigned table = 0; table < kStringTables; ++table) {
       for (const std::string& entry : strings(table).own()) {
         fastinfoset::checkEntry(table, entry);
