@@ -17,6 +17,7 @@ void addSiblings(const Corpus& corpus);
 void addFloats(const Corpus& corpus);
 void addBlocks(const Corpus& corpus);
 void addSmall(const Corpus& corpus);
+void addVocabularies(const Corpus& corpus);
 void addGrowth(const Corpus& corpus);
 void addMemory(const Corpus& corpus);
 

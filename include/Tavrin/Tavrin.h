@@ -14,6 +14,7 @@
 #include <Tavrin/Handlers.h>
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/MemoryStream.h>
+#include <Tavrin/OwnedVocabulary.h>
 #include <Tavrin/Parse.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>

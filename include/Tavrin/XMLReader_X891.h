@@ -5,6 +5,7 @@
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Export.h>
 #include <Tavrin/Factories.h>
+#include <Tavrin/OwnedVocabulary.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
@@ -130,6 +131,15 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @throws SAXException for an amplification factor below 1; no limit is changed then
   void setLimits(const Limits& limits);
   Limits getLimits() const;  ///< Also those that were set as properties.
+
+  /// Makes an external vocabulary known (7.2.13). The reader keeps a copy, which costs the same
+  /// whatever its size. Where a document refers to a URI, vocabularies that were added come before
+  /// those of the property externalVocabularies.
+  /// @param uri        by which documents refer to it. The next document uses the vocabulary that
+  /// was
+  ///                   added last with it; an empty one has no entries.
+  /// @throws SAXException for a URI that is empty, or no text of XML
+  void addExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
 
   /// @name Handlers that are properties, too
   /// The same handler as that of the property, without a cast. A change counts from the next event.

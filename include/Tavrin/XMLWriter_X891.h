@@ -5,6 +5,7 @@
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Export.h>
 #include <Tavrin/Factories.h>
+#include <Tavrin/OwnedVocabulary.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLWriter.h>
 
@@ -143,6 +144,24 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   ///         26)
   void setProperty(const std::string& name, void* value) override;
   void* getProperty(const std::string& name) override;
+
+  /// @name Vocabularies
+  /// The writer keeps a copy of each, which costs the same whatever its size: so does the beginning
+  /// of a document, with one of the two. With both, or with one of them as a property, each
+  /// document makes tables of the second anew. Until the root element begins, they apply to the
+  /// current document, later to the next one.
+  /// @{
+
+  /// Puts a vocabulary into each document, so that any reader understands it. It takes the place of
+  /// the property initialVocabulary, and the property that of it.
+  /// @param vocabulary one without entries for none
+  void setInitialVocabulary(const OwnedVocabulary& vocabulary);
+  /// Refers to a vocabulary that the reader must know, too. It sets the property externalVocabulary
+  /// to the URI, which comes before one of the same URI in the property externalVocabularies; a
+  /// null property ends it.
+  /// @throws SAXException for a URI that is empty, or no text of XML
+  void setExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
+  /// @}
 
   /// @name Typed content
   /// Each throws SAXException "You cannot write character data at this point" anywhere but in an

@@ -36,6 +36,14 @@ void Decoder::decodeStream(std::istream& stream) {
   decodeDocument();
 }
 
+void Decoder::parseVocabulary(std::istream& stream) {
+  const ParseScope scope(parsing_);
+  input_.open(stream);
+  beginDocument();
+  decodeHeader();
+  decodeVocabularyComponents();
+}
+
 void Decoder::decodeNextBlock(std::string_view block, bool isFinal) {
   unusedOctets_ = 0;
   if (!isFed_) {

@@ -21,6 +21,7 @@
 
 #include "../io/OctetInput.h"
 #include "RestrictedAlphabet.h"
+#include "SharedVocabulary.h"
 #include "Vocabulary.h"
 #include "format/Dialect.h"
 #include "format/Integers.h"
@@ -65,8 +66,15 @@ class Decoder {
   /// Decodes what has arrived of a document with another block. What belongs to an octet that is
   /// missing is left for the next one.
   void parse(std::string_view block, bool isFinal);
+  /// Decodes a document up to the end of its initial vocabulary.
+  void parseVocabulary(std::istream& stream);
   /// How many octets of the last block come after the document.
   std::size_t unusedOctets() const { return unusedOctets_; }
+
+  /// Makes a vocabulary known by a URI, also where the property has another one.
+  void addExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary) {
+    sharedVocabularies_[uri] = shared(vocabulary);
+  }
 
   // --- Integers (Primitives.cpp) ---
   // Each is given the octet in which the integer begins and reads those that follow. Bits that do
@@ -285,7 +293,9 @@ class Decoder {
   // --- Document and items ---
 
   void decodeDocument();
+  void decodeComponentBits();
   void decodeOptionalComponents();
+  void decodeVocabularyComponents();
   void decodeChildren();
   bool decodeChild(unsigned octet);
   bool decodeDTDContent();
@@ -297,7 +307,8 @@ class Decoder {
   Strings& strings(unsigned table) { return strings_[table]; }
   Names& names(unsigned table) { return names_[table - kStringTables]; }
   void useExternalVocabulary(const std::string& uri);
-  void setExternalVocabulary(const ExternalVocabulary* vocabulary);
+  void setExternalVocabulary(const ExternalVocabulary* vocabulary,
+                             std::shared_ptr<const SharedVocabulary> shared = nullptr);
   void decodeEntries(Strings& table);
   void decodeEntries(Names& table);
   void decodeTypedEntry(unsigned octet, Strings& table);
@@ -366,6 +377,7 @@ class Decoder {
   EncodingAlgorithmContentHandler* encodingAlgorithmContentHandler_ = nullptr;
   EncodingAlgorithmMap* registeredEncodingAlgorithms_ = nullptr;
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
+  std::map<std::string, std::shared_ptr<const SharedVocabulary>> sharedVocabularies_;  // By URI.
 
   std::uint64_t maximumLiteralOctets_ = UINT64_MAX;
   std::uint64_t maximumTableOctets_ = UINT64_MAX;
@@ -429,6 +441,7 @@ class Decoder {
       std::integer_sequence<unsigned, Tables...>) {
     return {Entries(First + Tables)...};
   }
+  std::shared_ptr<const SharedVocabulary> vocabulary_;  // To which the tables refer, or null.
   std::array<Strings, kStringTables> strings_ =
       makeTables<Strings, 0>(std::make_integer_sequence<unsigned, kStringTables>());  // By Table.
   std::array<Names, kTables - kStringTables> names_ = makeTables<Names, kStringTables>(

@@ -23,8 +23,7 @@ void Encoder::encodeHeader(unsigned components) {
 void Decoder::decodeDocument() {
   if (!progress_.hasHeader) {
     decodeHeader();
-    progress_.components = readOctet();
-    checkPadding(progress_.components & kComponentsPadding);
+    decodeComponentBits();
     progress_.hasHeader = true;
     endStep();
   }
@@ -38,6 +37,18 @@ void Decoder::decodeDocument() {
   checkRootElement(progress_.hasRoot);
   progress_.hasEnded = true;
   reportEndDocument();
+}
+
+void Decoder::decodeComponentBits() {
+  progress_.components = readOctet();
+  checkPadding(progress_.components & kComponentsPadding);
+}
+
+/// Decodes the components up to the initial vocabulary.
+void Decoder::decodeVocabularyComponents() {
+  decodeComponentBits();
+  progress_.components &= kAdditionalData | kInitialVocabulary;
+  decodeOptionalComponents();
 }
 
 void Decoder::decodeOptionalComponents() {

@@ -38,9 +38,6 @@ struct EventName {
   }
 };
 
-using StringIndexMap = IndexMap<std::string>;
-using NameIndexMap = IndexMap<NameParts>;
-
 /// An item with identifiers; an empty one is absent.
 struct ExternalItem {
   std::string name;

@@ -54,14 +54,26 @@ std::uint32_t IndexMap<Key>::entryOf(const Key& key, std::uint32_t hash) const {
 template <typename Key>
 const unsigned* IndexMap<Key>::find(const Key& key) const {
   // What is longer than every entry is not in the table, and need not be hashed.
-  if (entries_.empty() || octetsOf(key) > longest_) return nullptr;
-  const std::uint32_t entry = entryOf(key, hashOf(key));
+  if (octetsOf(key) > longest_ || (entries_.empty() && base_ == nullptr)) return nullptr;
+  const std::uint32_t hash = hashOf(key);
+  if (base_ != nullptr) {
+    const std::uint32_t entry = base_->entryOf(key, hash);
+    if (entry != xml::HashIndex::kNone) return &base_->entries_[entry].second;
+  }
+  const std::uint32_t entry = entryOf(key, hash);
   return entry == xml::HashIndex::kNone ? nullptr : &entries_[entry].second;
 }
 
 template <typename Key>
 void IndexMap<Key>::add(const Key& key) {
   if (!insert(key, positions())) ++withoutEntry_;
+}
+
+template <typename Key>
+void IndexMap<Key>::setBase(const IndexMap& base) {
+  base_ = &base;
+  withoutEntry_ = base.positions();
+  longest_ = base.longest_;
 }
 
 template <typename Key>

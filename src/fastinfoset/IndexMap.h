@@ -33,6 +33,10 @@ class IndexMap {
   const unsigned int* find(const Key& key) const;
   /// Adds an entry at the next position. Of equal entries, the first is found.
   void add(const Key& key);
+  /// Puts the entries of another table before all others; this one must be empty. That costs the
+  /// same whatever their number.
+  /// @param base does not change, and outlives this table
+  void setBase(const IndexMap& base);
   /// Leaves positions without an entry.
   void skip(unsigned int count) { withoutEntry_ += count; }
   /// The number of positions, which is the index of the next entry.
@@ -42,9 +46,9 @@ class IndexMap {
   /// The index of an entry.
   /// @throws std::out_of_range where there is none
   unsigned int at(const Key& key) const;
-  /// How many entries there are.
+  /// How many entries there are, without those of a base.
   std::size_t size() const { return entries_.size(); }
-  /// Whether there are no entries.
+  /// Whether there are none.
   bool empty() const { return entries_.empty(); }
   /// Empties the table.
   void clear() { *this = IndexMap(); }
@@ -60,8 +64,12 @@ class IndexMap {
 
   Entries entries_;
   xml::HashIndex index_;  // Finds positions in entries_.
-  unsigned int withoutEntry_ = 0;
-  std::size_t longest_ = 0;  // Octets.
+  const IndexMap* base_ = nullptr;
+  unsigned int withoutEntry_ = 0;  // Positions; those of the base are among them.
+  std::size_t longest_ = 0;        // Octets.
 };
+
+using StringIndexMap = IndexMap<std::string>;
+using NameIndexMap = IndexMap<NameParts>;
 
 }  // namespace Tavrin::fastinfoset

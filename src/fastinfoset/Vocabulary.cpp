@@ -1,6 +1,7 @@
 #include "Vocabulary.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Decoder.h"
 #include "Encoder.h"
@@ -15,6 +16,7 @@ namespace Tavrin::fastinfoset {
 
 const std::string* Strings::findExternal(unsigned long position) {
   if (position >= external_->definedCount) return nullptr;
+  if (shared_ != nullptr) return &(*shared_)[position];
   const auto [entry, isNew] = externalEntries_.try_emplace(position);
   if (isNew) entry->second = textOf(external_->entries[position]);
   return &entry->second;
@@ -24,9 +26,13 @@ Name* Names::findExternal(unsigned long position) {
   if (position >= external_->definedCount) return nullptr;
   const auto known = externalEntries_.find(position);
   if (known != externalEntries_.end()) return &known->second;
-  const auto& [prefix, namespaceName, localName] = external_->entries[position];
   Name name;
-  static_cast<NameParts&>(name) = {textOf(prefix), textOf(namespaceName), textOf(localName)};
+  if (shared_ != nullptr) {
+    static_cast<NameParts&>(name) = (*shared_)[position];
+  } else {
+    const auto& [prefix, namespaceName, localName] = external_->entries[position];
+    static_cast<NameParts&>(name) = {textOf(prefix), textOf(namespaceName), textOf(localName)};
+  }
   name.setQName();
   return &externalEntries_.emplace(position, std::move(name)).first->second;
 }
@@ -105,6 +111,9 @@ void Decoder::decodeInitialVocabulary() {
 }
 
 void Decoder::useExternalVocabulary(const std::string& uri) {
+  if (const auto owned = sharedVocabularies_.find(uri); owned != sharedVocabularies_.end()) {
+    return setExternalVocabulary(owned->second.get(), owned->second);
+  }
   const ExternalVocabularyMap* const known = externalVocabularies_;
   const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
   const bool isKnown = known != nullptr && found != known->end();
@@ -118,16 +127,22 @@ const ExternalVocabulary* Decoder::chooseVocabulary(const std::string& uri,
 }
 
 /// @param vocabulary outlives its use; null for none
-void Decoder::setExternalVocabulary(const ExternalVocabulary* vocabulary) {
+/// @param shared     the same, where it is a shared one
+void Decoder::setExternalVocabulary(const ExternalVocabulary* vocabulary,
+                                    std::shared_ptr<const SharedVocabulary> shared) {
   const auto isUsed = [&](const auto& table) {
     return vocabulary != nullptr && (dialect_.externalTables & componentBit(table.table())) != 0;
   };
+  const InitialVocabulary* const entries = shared ? &shared->entries() : nullptr;
   for (Strings& table : strings_) {
-    table.setExternal(isUsed(table) ? &(vocabulary->*table.form().external) : nullptr);
+    table.setExternal(isUsed(table) ? &(vocabulary->*table.form().external) : nullptr,
+                      entries ? &entries->strings[table.table()] : nullptr);
   }
   for (Names& table : names_) {
-    table.setExternal(isUsed(table) ? &(vocabulary->*table.external()) : nullptr);
+    table.setExternal(isUsed(table) ? &(vocabulary->*table.external()) : nullptr,
+                      entries ? &entries->names[table.table() - kStringTables] : nullptr);
   }
+  vocabulary_ = std::move(shared);
 }
 
 void Decoder::failAtEntries(unsigned long most) const {

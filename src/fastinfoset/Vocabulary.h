@@ -78,8 +78,10 @@ class Strings {
 
   /// Puts entries before all others.
   /// @param external outlives its use; null for none
-  void setExternal(const StringTable* external) {
+  /// @param shared   the same entries as strings, where they do not change; or null
+  void setExternal(const StringTable* external, const std::vector<std::string>* shared) {
     external_ = external;
+    shared_ = shared;
     forgetExternalEntries();
   }
   /// The entries of an external vocabulary are the application's, which may change them between
@@ -93,6 +95,7 @@ class Strings {
 
   unsigned table_;
   const StringTable* external_ = nullptr;
+  const std::vector<std::string>* shared_ = nullptr;
   std::map<unsigned long, std::string> externalEntries_;  // Those that were used.
   std::vector<std::string> own_;
   std::map<std::size_t, RawOctets> raw_;  // By position in own_.
@@ -145,8 +148,9 @@ class Names {
   void shrinkTo(std::size_t size);
 
   /// As in Strings.
-  void setExternal(const QualifiedNameTable* external) {
+  void setExternal(const QualifiedNameTable* external, const std::vector<NameParts>* shared) {
     external_ = external;
+    shared_ = shared;
     forgetExternalEntries();
   }
   void forgetExternalEntries() { externalEntries_.clear(); }
@@ -158,6 +162,7 @@ class Names {
 
   unsigned table_;
   const QualifiedNameTable* external_ = nullptr;
+  const std::vector<NameParts>* shared_ = nullptr;
   std::map<unsigned long, Name> externalEntries_;  // Those that were used.
   std::vector<std::vector<Name>> blocks_;
   std::size_t size_ = 0;

@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "../../xml/UniqueAttributes.h"
 #include "../Encoder.h"
 #include "../InitialVocabulary.h"
+#include "../SharedVocabulary.h"
 
 namespace Tavrin {
 
@@ -41,6 +43,36 @@ struct EncoderState {
   BuiltInAlgorithms builtIn;
 };
 
+/// What is known of the names of a table, by index, in the current document. Where a document uses
+/// few names of a large vocabulary, a new document costs as much as those.
+template <typename Record>
+class NameRecords {
+ public:
+  Record& operator[](std::size_t index) { return records_[index]; }
+  /// The record of an index, which is a new one at first.
+  Record& at(std::size_t index) {
+    if (index >= records_.size()) records_.resize(index + index / 2 + 1);
+    return records_[index];
+  }
+  /// Comes before a new record is changed.
+  void use(std::size_t index) { used_.push_back(index); }
+  /// Makes all records new.
+  void forget(bool keepsMemory) {
+    if (keepsMemory && used_.size() < records_.size() / kFew) {
+      for (const std::size_t index : used_) records_[index] = {};
+    } else {
+      records_ = {};
+    }
+    used_.clear();
+  }
+
+ private:
+  static constexpr std::size_t kFew = 8;
+
+  std::vector<Record> records_;
+  std::vector<std::size_t> used_;
+};
+
 /// The state of the current document and event, the checks before anything is written, and the
 /// items before the root element, which are buffered until the header can be written.
 class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinfoset::Encoder {
@@ -48,6 +80,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   using EventName = fastinfoset::EventName;
   using NameParts = fastinfoset::NameParts;
   using InitialVocabulary = fastinfoset::InitialVocabulary;
+  using SharedVocabulary = fastinfoset::SharedVocabulary;
 
   explicit Encoder(XMLWriter_X891& writer);
 
@@ -88,10 +121,13 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void encodeProlog();
 
   const ExternalVocabulary* findExternalVocabulary() const;
-  void loadExternalVocabulary(InitialVocabulary& written);
+  void setExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
+  void setInitialVocabulary(const OwnedVocabulary& vocabulary);
+  void prepareVocabulary();
+  void shareTables(std::shared_ptr<const SharedVocabulary> vocabulary);
+  void loadExternalVocabulary(const ExternalVocabulary& external);
   void loadInitialVocabulary(InitialVocabulary& written);
-  void loadAlgorithms(InitialVocabulary& written);
-  InitialVocabulary prepareVocabulary();
+  void loadAlgorithms(const ExternalVocabulary* external);
 
   // --- Text and typed values ---
 
@@ -123,6 +159,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::optional<ExternalVocabulary> initialVocabulary_;
   std::optional<std::string> externalVocabulary_;
   ExternalVocabularyMap* externalVocabularies_ = nullptr;
+  std::shared_ptr<const SharedVocabulary> sharedInitial_;   // Which initialVocabulary_ refers to.
+  std::shared_ptr<const SharedVocabulary> sharedExternal_;  // Known by this URI.
+  std::string sharedExternalURI_;
   EncodingAlgorithmMap* registeredAlgorithms_ = nullptr;
   std::optional<std::vector<std::string>> algorithmURIs_;
   std::uint64_t maximumDepth_ = UINT64_MAX;
@@ -152,17 +191,18 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, std::pair<std::string, std::string>> externalEntities;  // Public, system.
 
     xml::NamespaceBindings bindings;
-    std::vector<std::uint64_t> elementBindings;     // By index, as AttributeRecord::bindings.
-    std::vector<AttributeRecord> attributeRecords;  // By index.
     xml::UniqueAttributes attributes;
     std::set<std::string> declared;          // Prefixes, for the next start tag.
     std::vector<std::size_t> declaredCount;  // Of each open element.
 
+    std::shared_ptr<const SharedVocabulary> vocabulary;  // With which the tables begin, or null.
     unsigned loadedValues = 0;            // The number of values in the vocabularies.
     std::vector<std::string> algorithms;  // URIs; the first has field 31. Empty: not defined.
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
+  NameRecords<std::uint64_t> elementBindings_;  // As AttributeRecord::bindings.
+  NameRecords<AttributeRecord> attributeRecords_;
 
   // --- Of the current event ---
   struct CheckedAttribute {
@@ -180,7 +220,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   std::deque<std::string> encodedValues_;     // By applications' algorithms, in order.
   std::uint64_t newOctets_ = 0;               // The most that new names add to the tables.
   std::uint64_t newEntries_ = 0;
-  InitialVocabulary headerVocabulary_;  // Prepared by the root element.
+  // Prepared by the root element.
+  InitialVocabulary composed_;
+  const InitialVocabulary* header_ = &composed_;  // That, or the one of a shared vocabulary.
 };
 
 template <typename Body>

@@ -78,9 +78,7 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     encoder.newPrefixes_.clear();
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
-      if (mayBegin && !document.childrenBegan) {
-        encoder.headerVocabulary_ = encoder.prepareVocabulary();
-      }
+      if (mayBegin && !document.childrenBegan) encoder.prepareVocabulary();
       XMLWriter::startElement(uri, localName, qName, attributes);
       encoder.perform([&] { encoder.encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
@@ -131,7 +129,7 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
   prepareStartTag(name, attributes);
   document_.declaredCount.push_back(document_.declared.size());
   isWriting_ = true;
-  if (!document_.childrenBegan) beginChildren(headerVocabulary_);
+  if (!document_.childrenBegan) beginChildren(*header_);
   flushCharacters();
   flushTerminator(false);
 
@@ -162,13 +160,6 @@ namespace {
 /// The qualified name, which an event may omit where there is no prefix.
 const std::string& spelling(const EventName& name) {
   return name.qName.empty() ? name.localName : name.qName;
-}
-
-/// The record of an index.
-template <typename Record>
-Record& recordAt(std::vector<Record>& records, std::size_t index) {
-  if (index >= records.size()) records.resize(index + index / 2 + 1);
-  return records[index];
 }
 
 }  // namespace
@@ -206,9 +197,10 @@ void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned i
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   if (index == kNoIndex) checkNewName(name);
   std::uint64_t fresh = 0;
-  std::uint64_t& bindings = index != kNoIndex ? recordAt(document.elementBindings, index) : fresh;
+  std::uint64_t& bindings = index != kNoIndex ? elementBindings_.at(index) : fresh;
   if (bindings == document.bindings.version()) return;
   xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), document.bindings));
+  if (index != kNoIndex && bindings == 0) elementBindings_.use(index);
   bindings = document.bindings.version();
 }
 
@@ -216,18 +208,19 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
                                                  bool isKnown) {
   Document& document = document_;
   if (isKnown) {  // It has been checked, so that it has a record.
-    const AttributeRecord& record = document.attributeRecords[index];
+    const AttributeRecord& record = attributeRecords_[index];
     if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
       return;
     }
   }
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   AttributeRecord fresh;
-  AttributeRecord& record = index != kNoIndex ? recordAt(document.attributeRecords, index) : fresh;
+  AttributeRecord& record = index != kNoIndex ? attributeRecords_.at(index) : fresh;
   if (index == kNoIndex) checkNewName(name);
   if (record.bindings != document.bindings.version()) {
     xml::refuseIf(
         xml::whyNotAttribute(name.prefix(), &name.uri, spelling(name), document.bindings));
+    if (index != kNoIndex && record.bindings == 0) attributeRecords_.use(index);
     record.bindings = document.bindings.version();
   }
   if (record.number == xml::UniqueAttributes::kUnknown) {

@@ -3,8 +3,11 @@
 #include <Tavrin/Identifiers.h>
 
 #include <algorithm>
+#include <utility>
 
+#include "../SharedVocabulary.h"
 #include "../format/Dialect.h"
+#include "VocabularyChecks.h"
 #include "X891Encoder.h"
 
 // The vocabulary that a document begins with (X.891, 7.2): built-in entries, those of an external
@@ -16,12 +19,6 @@ using namespace fastinfoset;
 
 namespace {
 
-/// The most alphabets and algorithms of a document: their indexes are those up to 256 that are not
-/// reserved.
-constexpr std::size_t kMaximumAlphabets = kMaximumAlgorithms - kFirstOwnAlphabet;
-constexpr std::size_t kMostApplicationAlgorithms =
-    kMaximumAlgorithms - kDialectX891.firstApplicationAlgorithm;
-
 NameParts nameOf(const char* const (&entry)[3]) {
   return {textOf(entry[0]), textOf(entry[1]), textOf(entry[2])};
 }
@@ -32,64 +29,12 @@ std::uint32_t positionsOf(const Table& table) {
   return std::max(table.definedCount, table.occupiedCount);
 }
 
-template <typename Map>
-void checkPositions(const Map& table) {
-  if (table.positions() > kMaximumEntries) {
-    throw SAXException("A table of the vocabulary has more than " +
-                       std::to_string(kMaximumEntries) + " entries");
-  }
-}
-
-void checkURI(const std::string& uri) { checkText(uri, "a URI"); }
-void checkVocabularyText(const std::string& text) { checkText(text, "the initial vocabulary"); }
-
-void checkVocabularyName(const NameParts& name) {
-  checkNCName(name.localName);
-  if (!name.prefix.empty()) checkNCName(name.prefix);
-  checkURI(name.namespaceName);
-  if (!name.prefix.empty() && name.namespaceName.empty()) {
-    throw SAXException("A name of the initial vocabulary has a prefix, but no namespace");
-  }
-}
-
-/// A restricted alphabet has at least two characters, each once (X.891, 7.17).
-void checkAlphabet(const std::string& alphabet) {
-  checkVocabularyText(alphabet);
-  std::vector<std::string> characters;
-  for (const char octet : alphabet) {
-    const bool continues = (static_cast<unsigned char>(octet) & 0xC0) == 0x80;
-    if (!continues) characters.emplace_back();
-    characters.back() += octet;
-  }
-  if (characters.size() < 2) {
-    throw SAXException(
-        "A restricted alphabet of the initial vocabulary has fewer than two characters");
-  }
-  std::ranges::sort(characters);
-  if (std::ranges::adjacent_find(characters) != characters.end()) {
-    throw SAXException("A restricted alphabet of the initial vocabulary repeats a character");
-  }
-}
-
-void checkEntry(EntryKind kind, const std::string& entry) {
-  if (entry.empty()) throw SAXException("An entry of the initial vocabulary is empty");
-  switch (kind) {
-    case EntryKind::alphabet:
-      return checkAlphabet(entry);
-    case EntryKind::uri:
-      return checkURI(entry);
-    case EntryKind::name:
-      return checkNCName(entry);
-    case EntryKind::text:
-      return checkVocabularyText(entry);
-  }
-}
-
 }  // namespace
 
 const ExternalVocabulary* XMLWriter_X891::Encoder::findExternalVocabulary() const {
   if (!externalVocabulary_) return nullptr;
   const std::string& uri = *externalVocabulary_;
+  if (sharedExternal_ != nullptr && uri == sharedExternalURI_) return sharedExternal_.get();
   const ExternalVocabularyMap* const known = externalVocabularies_;
   const auto found = known ? known->find(uri) : ExternalVocabularyMap::const_iterator();
   if (known == nullptr || found == known->end() || found->second == nullptr || uri.empty()) {
@@ -100,41 +45,76 @@ const ExternalVocabulary* XMLWriter_X891::Encoder::findExternalVocabulary() cons
   return found->second;
 }
 
+void XMLWriter_X891::Encoder::setExternalVocabulary(const std::string& uri,
+                                                    const OwnedVocabulary& vocabulary) {
+  fastinfoset::checkEntry(kOtherURIs, uri);
+  std::shared_ptr<const SharedVocabulary> tables = shared(vocabulary);
+  std::string name = uri;
+  externalVocabulary_ = uri;
+  sharedExternalURI_ = std::move(name);
+  sharedExternal_ = std::move(tables);
+}
+
+void XMLWriter_X891::Encoder::setInitialVocabulary(const OwnedVocabulary& vocabulary) {
+  sharedInitial_ = shared(vocabulary);
+  initialVocabulary_ = *sharedInitial_;
+}
+
 /// Begins the tables of the document, also again after a root element that was refused.
 /// @throws SAXException where the vocabularies are not possible
-XMLWriter_X891::Encoder::InitialVocabulary XMLWriter_X891::Encoder::prepareVocabulary() {
+void XMLWriter_X891::Encoder::prepareVocabulary() {
   clearTables();
   limits_.tableOctets = 0;
   document_.algorithms.clear();
   document_.algorithmFields.clear();
+  document_.vocabulary = nullptr;
+  composed_ = {};
+  header_ = &composed_;
+  const ExternalVocabulary* const external = findExternalVocabulary();
+  // One vocabulary can be used as it is; what is more stands behind it.
+  if (external != nullptr && external == sharedExternal_.get()) {
+    shareTables(sharedExternal_);
+  } else if (external == nullptr && sharedInitial_ != nullptr) {
+    shareTables(sharedInitial_);
+    header_ = &sharedInitial_->entries();
+    limits_.tableOctets = sharedInitial_->tableOctets();
+  } else {
+    strings(kPrefixes).add("xml");
+    strings(kNamespaceNames).add(namespaces::xml);
+    if (external != nullptr) loadExternalVocabulary(*external);
+  }
   // These are indexed by positions of the tables.
-  document_.elementBindings.clear();
-  document_.attributeRecords.clear();
-  InitialVocabulary written;
-  strings(kPrefixes).add("xml");
-  strings(kNamespaceNames).add(namespaces::xml);
-  loadExternalVocabulary(written);
-  loadInitialVocabulary(written);
-  loadAlgorithms(written);
+  elementBindings_.forget(document_.vocabulary != nullptr);
+  attributeRecords_.forget(document_.vocabulary != nullptr);
+  if (external != nullptr) composed_.externalVocabulary = *externalVocabulary_;
+  if (header_ == &composed_) loadInitialVocabulary(composed_);
+  loadAlgorithms(external);
   checkTableOctets(0, 0);
   document_.loadedValues = strings(kAttributeValues).positions();
-  return written;
 }
 
-void XMLWriter_X891::Encoder::loadExternalVocabulary(InitialVocabulary& written) {
-  const ExternalVocabulary* const external = findExternalVocabulary();
-  if (external == nullptr) return;
-  written.externalVocabulary = *externalVocabulary_;
-  const auto load = [](const auto& from, auto& to, auto entryOf) {
-    for (std::uint32_t i = 0; i < from.definedCount; ++i) to.add(entryOf(from.entries[i]));
-    to.skip(positionsOf(from) - from.definedCount);
-    checkPositions(to);
-  };
+/// Begins the tables with those of a vocabulary, which is looked up as it is.
+void XMLWriter_X891::Encoder::shareTables(std::shared_ptr<const SharedVocabulary> vocabulary) {
   for (unsigned table = kPrefixes; table < kStringTables; ++table) {
-    load(external->*kStringTableForms[table].external, strings(table), textOf);
+    strings(table).setBase(vocabulary->strings(table));
   }
   for (unsigned table = kStringTables; table < kTables; ++table) {
-    load(external->*kExternalNameTables[table - kStringTables], names(table), nameOf);
+    names(table).setBase(vocabulary->names(table));
+  }
+  document_.vocabulary = std::move(vocabulary);
+}
+
+void XMLWriter_X891::Encoder::loadExternalVocabulary(const ExternalVocabulary& external) {
+  const auto load = [](unsigned table, const auto& from, auto& to, auto entryOf) {
+    for (std::uint32_t i = 0; i < from.definedCount; ++i) to.add(entryOf(from.entries[i]));
+    to.skip(positionsOf(from) - from.definedCount);
+    checkPositions(table, to.positions());
+  };
+  for (unsigned table = kPrefixes; table < kStringTables; ++table) {
+    load(table, external.*kStringTableForms[table].external, strings(table), textOf);
+  }
+  for (unsigned table = kStringTables; table < kTables; ++table) {
+    load(table, external.*kExternalNameTables[table - kStringTables], names(table), nameOf);
   }
 }
 
@@ -151,11 +131,11 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) 
     StringIndexMap* const to = table >= kPrefixes ? &strings(table) : nullptr;
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
       std::string entry = textOf(from.entries[i]);
-      checkEntry(form.kind, entry);
+      fastinfoset::checkEntry(table, entry);
       if (to != nullptr) add(*to, entry);
       written.strings[table].push_back(std::move(entry));
     }
-    if (to != nullptr) checkPositions(*to);
+    if (to != nullptr) checkPositions(table, to->positions());
   }
   // A name refers to its parts, so they must be in the tables.
   const auto require = [&](unsigned table, const std::string& part) {
@@ -163,7 +143,7 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) 
     if (part.empty() || to.find(part) != nullptr) return;
     written.strings[table].push_back(part);
     add(to, part);
-    checkPositions(to);
+    checkPositions(table, to.positions());
   };
   for (unsigned table = kStringTables; table < kTables; ++table) {
     const QualifiedNameTable& from =
@@ -171,39 +151,40 @@ void XMLWriter_X891::Encoder::loadInitialVocabulary(InitialVocabulary& written) 
     NameIndexMap& to = names(table);
     for (std::uint32_t i = 0; i < from.definedCount; ++i) {
       const NameParts name = nameOf(from.entries[i]);
-      checkVocabularyName(name);
+      checkNameParts(name);
       require(kPrefixes, name.prefix);
       require(kNamespaceNames, name.namespaceName);
       require(kLocalNames, name.localName);
       written.names[table - kStringTables].push_back(name);
       add(to, name);
     }
-    checkPositions(to);
+    checkPositions(table, to.positions());
   }
 }
 
 /// Assigns fields to the algorithms of the vocabularies and to all that are registered; these are
 /// added to the initial vocabulary.
-void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
+void XMLWriter_X891::Encoder::loadAlgorithms(const ExternalVocabulary* external) {
   std::vector<std::string>& named = document_.algorithms;
   std::map<std::string, unsigned>& fields = document_.algorithmFields;
   const auto name = [&](const std::string& uri) {
     fields.emplace(uri, kDialectX891.firstApplicationAlgorithm + named.size());
     named.push_back(uri);
   };
-  std::size_t alphabets = written.strings[kRestrictedAlphabets].size();
-  if (const ExternalVocabulary* const external = findExternalVocabulary()) {
+  std::size_t alphabets = header_->strings[kRestrictedAlphabets].size();
+  if (external != nullptr) {
     const StringTable& table = external->encodingAlgorithms;
     for (std::uint32_t i = 0; i < table.definedCount; ++i) name(textOf(table.entries[i]));
-    named.resize(std::min<std::size_t>(positionsOf(table), kMostApplicationAlgorithms + 1));
+    named.resize(std::min<std::size_t>(positionsOf(table), kMaximumAlgorithms));
     alphabets += positionsOf(external->restrictedAlphabets);
   }
-  for (const std::string& uri : written.strings[kEncodingAlgorithms]) name(uri);
+  for (const std::string& uri : header_->strings[kEncodingAlgorithms]) name(uri);
   const auto nameInDocument = [&](const std::string& uri) {
     if (fields.contains(uri)) return;
     checkURI(uri);
     name(uri);
-    written.strings[kEncodingAlgorithms].push_back(uri);
+    if (header_ != &composed_) composed_ = *std::exchange(header_, &composed_);
+    composed_.strings[kEncodingAlgorithms].push_back(uri);
   };
   if (algorithmURIs_) {
     for (const std::string& uri : *algorithmURIs_) {
@@ -218,13 +199,8 @@ void XMLWriter_X891::Encoder::loadAlgorithms(InitialVocabulary& written) {
       nameInDocument(uri);
     }
   }
-  if (named.size() > kMostApplicationAlgorithms) {
-    throw SAXException("More than " + std::to_string(kMostApplicationAlgorithms) +
-                       " encoding algorithms");
-  }
-  if (alphabets > kMaximumAlphabets) {
-    throw SAXException("More than " + std::to_string(kMaximumAlphabets) + " restricted alphabets");
-  }
+  checkPositions(kEncodingAlgorithms, named.size());
+  checkPositions(kRestrictedAlphabets, alphabets);
 }
 
 }  // namespace Tavrin

@@ -6,6 +6,7 @@
 
 #include "../../sax/ParseScope.h"
 #include "../../sax/Properties.h"
+#include "VocabularyChecks.h"
 #include "X891Decoder.h"
 
 // The reader as an object: creation, properties, failures. Beside it in this folder:
@@ -62,6 +63,12 @@ void XMLReader_X891::setLimits(const Limits& limits) {
 }
 
 XMLReader_X891::Limits XMLReader_X891::getLimits() const { return decoder_->limits(); }
+
+void XMLReader_X891::addExternalVocabulary(const std::string& uri,
+                                           const OwnedVocabulary& vocabulary) {
+  fastinfoset::checkEntry(fastinfoset::kOtherURIs, uri);
+  decoder_->addExternalVocabulary(uri, vocabulary);
+}
 
 void XMLReader_X891::setLexicalHandler(LexicalHandler* handler) {
   decoder_->lexicalHandler_ = handler;

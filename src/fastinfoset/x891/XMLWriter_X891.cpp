@@ -56,9 +56,19 @@ void XMLWriter_X891::setProperty(const std::string& name, void* value) {
   if (name == properties::documentXMLVersion && value != nullptr) {
     xml::refuseIf(xml::whyNotVersion(*static_cast<const std::string*>(value)));
   }
+  if (name == properties::initialVocabulary) encoder_->sharedInitial_.reset();
   if (!encoder_->accessProperty(PropertySetter{name, value})) {
     XMLWriter::setProperty(name, value);
   }
+}
+
+void XMLWriter_X891::setInitialVocabulary(const OwnedVocabulary& vocabulary) {
+  encoder_->setInitialVocabulary(vocabulary);
+}
+
+void XMLWriter_X891::setExternalVocabulary(const std::string& uri,
+                                           const OwnedVocabulary& vocabulary) {
+  encoder_->setExternalVocabulary(uri, vocabulary);
 }
 
 void* XMLWriter_X891::getProperty(const std::string& name) {

@@ -168,27 +168,27 @@ std::string refusalOf(StringTable ExternalVocabulary::*member,
 
 TEST(X891WriterInitialVocabulary, IsRefusedWhereItIsNotPossible) {
   using V = ExternalVocabulary;
-  const std::string empty = "SAXException: An entry of the initial vocabulary is empty";
+  const std::string empty = "SAXException: An entry of the vocabulary is empty";
   EXPECT_EQ(refusalOf(&V::localNames, {"a", nullptr}), empty);
   EXPECT_EQ(refusalOf(&V::otherStrings, {""}), empty);
   const std::string fewer =
-      "SAXException: A restricted alphabet of the initial vocabulary has fewer than two characters";
+      "SAXException: A restricted alphabet of the vocabulary has fewer than two characters";
   EXPECT_EQ(refusalOf(&V::restrictedAlphabets, {"01", "1"}), fewer);
   EXPECT_EQ(refusalOf(&V::restrictedAlphabets, {"\xC3\xA9"}), fewer);
   EXPECT_EQ(refusalOf(&V::restrictedAlphabets, {"010"}),
-            "SAXException: A restricted alphabet of the initial vocabulary repeats a character");
+            "SAXException: A restricted alphabet of the vocabulary repeats a character");
   EXPECT_EQ(refusalOf(&V::prefixes, {"1"}), "SAXException: \"1\" is not a name");
   EXPECT_EQ(refusalOf(&V::otherNCNames, {"a:b"}),
             "SAXException: \"a:b\" is not a name without a colon");
   EXPECT_EQ(refusalOf(&V::otherURIs, {"\xFF"}),
             "SAXException: You cannot put UTF-8 octet 0xFF into a URI");
   EXPECT_EQ(refusalOf(&V::attributeValues, {"\x01"}),
-            "SAXException: You cannot put character U+0001 into the initial vocabulary");
+            "SAXException: You cannot put character U+0001 into the vocabulary");
   static const char* const names[][3] = {{"p", "", "l"}};
   V vocabulary;
   vocabulary.elementNameSurrogates = table(names);
   EXPECT_EQ(refusalOf(vocabulary),
-            "SAXException: A name of the initial vocabulary has a prefix, but no namespace");
+            "SAXException: A name of the vocabulary has a prefix, but no namespace");
   static const char* const nameless[][3] = {{nullptr, "u", nullptr}};
   vocabulary.elementNameSurrogates = table(nameless);
   EXPECT_EQ(refusalOf(vocabulary), "SAXException: \"\" is not a name");
