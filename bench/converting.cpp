@@ -1,6 +1,10 @@
-// A reader that is connected to a writer, beside reading the document as text.
+// A reader that is connected to a writer, beside reading the document as text; and with a filter
+// between that types text, beside the same without it.
+
+#include <Tavrin/Tavrin.h>
 
 #include <sstream>
+#include <stdexcept>
 
 #include "groups.h"
 #include "jobs.h"
@@ -26,6 +30,47 @@ Comparison compare(const std::string& readerType, const std::string& writerType,
           reading(jobs::readers().front(), document->xml()), output.size()};
 }
 
+// --- With the numbers of text as typed content ---
+
+void convertTyped(const Tavrin::TypingRules& rules, std::istream& stream, std::ostream& out) {
+  Tavrin::TypedContentFilter filter(rules);
+  Tavrin::XMLReader_XML10 reader;
+  filter.setParent(&reader);
+  Tavrin::XMLWriter_X891 writer;
+  writer.setOutputStream(&out);
+  connect(filter, writer);
+  filter.parse(stream);
+}
+
+/// The numbers must be those that a writer was given as such.
+Comparison compareTyped(const Tavrin::TypingRules& rules, const DocumentPointer& document) {
+  const std::string& input = document->xml();
+  streams::MemoryStream stream(input);
+  std::ostringstream out;
+  convertTyped(rules, stream, out);
+  const std::string output = std::move(out).str();
+  jobs::requireAgreement(jobs::findReader("X891"), output, *document);
+  if (!document->numbers().empty() && output != document->writtenBy("X891")) {
+    throw std::runtime_error("the numbers are not typed");
+  }
+  return {fromStream(input,
+                     [=](std::istream& source) { convertTyped(rules, source, streams::null()); }),
+          fromStream(input,
+                     [](std::istream& source) {
+                       jobs::convert("XML10", "X891", source, streams::null());
+                     }),
+          output.size()};
+}
+
+void addTyped(const DocumentPointer& document, const char* name, const char* path,
+              const char* type) {
+  add("to-typed/" + document->name() + '/' + name, document, [=] {
+    Tavrin::TypingRules rules;
+    if (*path != '\0') rules.add(path, type);
+    return compareTyped(rules, document);
+  });
+}
+
 }  // namespace
 
 void addConversions(const Corpus& corpus) {
@@ -43,6 +88,9 @@ void addConversions(const Corpus& corpus) {
             return compare(conversion.reader, conversion.writer, conversion.verifier, document);
           });
     }
+    addTyped(document, "no-rule", "", "");
+    addTyped(document, "auto", "*", "auto");
+    addTyped(document, "float", "mesh", "float");
   }
 }
 

@@ -133,6 +133,11 @@ class TAVRIN_API TypedContentFilter : public XMLFilter {
   void startCDATA() override;
   void endCDATA() override;
   void comment(const std::string& text) override;
+  void warning(const SAXParseException& exception) override;
+  void error(const SAXParseException& exception) override;
+  void fatalError(const SAXParseException& exception) override;
+  std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
+                                              const std::string& systemId) override;
   void bytes(const std::string& data) override;
   void shorts(const std::vector<short>& data) override;
   void ints(const std::vector<long>& data) override;

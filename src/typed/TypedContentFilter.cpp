@@ -240,6 +240,23 @@ void TypedContentFilter::comment(const std::string& text) {
   release();
   XMLFilter::comment(text);
 }
+void TypedContentFilter::warning(const SAXParseException& exception) {
+  release();
+  XMLFilter::warning(exception);
+}
+void TypedContentFilter::error(const SAXParseException& exception) {
+  release();
+  XMLFilter::error(exception);
+}
+void TypedContentFilter::fatalError(const SAXParseException& exception) {
+  release();
+  XMLFilter::fatalError(exception);
+}
+std::unique_ptr<std::istream> TypedContentFilter::resolveEntity(const std::string& publicId,
+                                                                const std::string& systemId) {
+  release();
+  return XMLFilter::resolveEntity(publicId, systemId);
+}
 void TypedContentFilter::bytes(const std::string& data) {
   release();
   XMLFilter::bytes(data);
