@@ -5,7 +5,7 @@ namespace Tavrin {
 template <typename Holder>
 std::string ExactNumbers<Holder>::toString() const {
   std::string text;
-  std::array<char, kLongestNumber> digits;
+  std::array<char, kLongestNumber> digits{};
   for (const auto number : this->data_) {
     if (!text.empty()) text += ' ';
     text.append(digits.data(), printExactly(digits.data(), number));

@@ -76,11 +76,29 @@ struct FloatItem {
     if (first != '.' && (first < '0' || first > '9'))
       return parseName(item, number) ? nullptr : kWhyNot;
     if (const char* const reason = parseNumber(digits, kWhyNot, number)) return reason;
-    if (form == TextForm::any) return nullptr;
-    std::array<char, kLongestNumber> printed;
+    if (form == TextForm::any || isPlain(item)) return nullptr;
+    std::array<char, kLongestNumber> printed{};
     const char* const end = printExactly(printed.data(), number);
     const std::string_view text(printed.data(), static_cast<std::size_t>(end - printed.data()));
     return text == item ? nullptr : kWhyNot;
+  }
+
+  /// Whether the number prints like this in any case. So few digits come back, which no other
+  /// number of so few digits does; and none of the zeros could be left out, so that no exponent is
+  /// shorter.
+  static bool isPlain(std::string_view item) {
+    const std::string_view digits = item.substr(item[0] == '-' ? 1 : 0);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    std::size_t count = digits.size();
+    if (point < digits.size()) --count;
+    if (digits[0] == '0') {
+      if (digits.size() < 3 || point != 1 || digits[2] == '0') return false;
+      --count;
+    }
+    if (count > std::numeric_limits<Number>::digits10) return false;
+    if (digits[0] == '.' || digits.back() == '.' || digits.back() == '0') return false;
+    return std::all_of(digits.begin(), digits.end(),
+                       [](char c) { return c == '.' || (c >= '0' && c <= '9'); });
   }
 
   static bool parseName(std::string_view name, Number& number) {
@@ -186,10 +204,10 @@ TextFault parseHexadecimal(std::string_view text, TextForm form, std::string& oc
 }
 
 /// By octet: the value of a base64 digit, or -1.
-constexpr std::array<std::int8_t, 256> kBase64Digits = [] {
-  std::array<std::int8_t, 256> digits{};
+constexpr std::array<int, 256> kBase64Digits = [] {
+  std::array<int, 256> digits{};
   digits.fill(-1);
-  std::int8_t value = 0;
+  int value = 0;
   for (unsigned char c = 'A'; c <= 'Z'; ++c) digits[c] = value++;
   for (unsigned char c = 'a'; c <= 'z'; ++c) digits[c] = value++;
   for (unsigned char c = '0'; c <= '9'; ++c) digits[c] = value++;

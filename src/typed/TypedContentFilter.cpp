@@ -28,6 +28,7 @@ class TypedContentFilter::Typing {
 
   bool isKeeping = false;  // The text of an element.
   int keptType = kNoType;  // What becomes of it.
+  std::string name;        // Of the element, where too much text is a failure.
   std::string kept;
 };
 
@@ -56,6 +57,7 @@ TypedContentFilter::~TypedContentFilter() = default;
 
 /// Fails as readers do.
 void TypedContentFilter::refuse(const std::string& message) {
+  typing_->isKeeping = false;
   const Locator* const locator = typing_->locator;
   const SAXParseException failure(message, locator ? locator->getLineNumber() : -1,
                                   locator ? locator->getColumnNumber() : -1);
@@ -131,6 +133,7 @@ void TypedContentFilter::startElement(const std::string& uri, const std::string&
   typing_->keptType = paths.contentType();
   typing_->isKeeping = typing_->keptType != kNoType && receives(typing_->keptType);
   typing_->kept.clear();
+  if (typing_->isKeeping && typing_->keptType != kAutomaticType) typing_->name = qName;
 }
 
 void TypedContentFilter::endElement(const std::string& uri, const std::string& localName,
@@ -184,8 +187,8 @@ void TypedContentFilter::characters(const std::string& text) {
   const bool isTooLong = text.size() > options.maximumTextOctets ||
                          typing_->kept.size() > options.maximumTextOctets - text.size();
   if (isTooLong && !isAutomatic && !options.lenient) {
-    refuse("The text of an element that is typed is longer than " +
-           std::to_string(options.maximumTextOctets) + " octets");
+    refuse("The text of the element \"" + typing_->name + "\" cannot be typed: it is longer than " +
+           std::to_string(options.maximumTextOctets) + " octets (maximumTextOctets)");
   }
   const bool cannotHaveValue =
       isAutomatic && typing_->kept.empty() && !text.empty() && !mayHaveValue(text[0]);

@@ -38,7 +38,7 @@ std::string takeStep(std::string_view& rest) {
     const std::size_t closing = rest.find('}', brace);
     end = closing == std::string_view::npos ? closing : rest.find('/', closing);
   }
-  const std::string step(rest.substr(0, end));
+  std::string step(rest.substr(0, end));
   rest = end == std::string_view::npos ? std::string_view() : rest.substr(end);
   return step;
 }

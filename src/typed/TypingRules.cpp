@@ -1,6 +1,7 @@
 #include <Tavrin/TypedContentFilter.h>
 
 #include <string_view>
+#include <utility>
 
 #include "TextForms.h"
 #include "TypingPaths.h"
@@ -36,9 +37,9 @@ void addLine(const std::string& line, TypingRules& rules) {
 }  // namespace
 
 void TypingRules::add(const std::string& path, const std::string& type) {
-  const Rule rule{path, type};
-  TypingPath{rule};
-  rules_.push_back(rule);
+  Rule rule{path, type};
+  static_cast<void>(TypingPath(rule));  // Throws where it is none.
+  rules_.push_back(std::move(rule));
 }
 
 TypingRules TypingRules::read(std::istream& stream) {

@@ -81,6 +81,37 @@ TEST(AutomaticType, IsTheSmallestThatIsExact) {
   EXPECT_EQ("Base64Data", typeOf(std::string(37, 'A') + "w=="));
 }
 
+/// The number with a point after so many of its digits, or with zeros between, or without a point.
+std::string withPoint(std::string digits, std::size_t before, std::size_t zeros) {
+  if (before == digits.size()) return digits + std::string(zeros, '0');
+  const std::string whole = before > 0 ? digits.substr(0, before) : "0";
+  return whole + '.' + std::string(before > 0 ? 0 : zeros, '0') + digits.substr(before);
+}
+
+// The text is typed if, and only if, the number prints so.
+TEST(AutomaticType, NumbersOfAllLengthsAreExact) {
+  std::mt19937_64 random(15);
+  const std::string before = many("0.125");
+  for (int i = 0; i < 20000; ++i) {
+    std::string digits = std::to_string(random());
+    digits.resize(1 + random() % std::min<std::size_t>(18, digits.size()));
+    const std::string number = (random() % 2 == 0 ? "-" : "") +
+                               withPoint(digits, random() % (digits.size() + 1), random() % 8);
+    const auto prints = [&](int algorithm) {
+      return encodedDataFromText(algorithm, number)->toString() == number;
+    };
+    const char* const expected = prints(algorithms::floatNumber)    ? "FloatData"
+                                 : prints(algorithms::doubleNumber) ? "DoubleData"
+                                                                    : "text";
+    const std::string text = before + ' ' + number;
+    const std::string type = typeOf(text);
+    // Doubles may take more octets than the text.
+    if (type != "text" || *expected != 'D') {
+      EXPECT_EQ(expected, type) << number;
+    }
+  }
+}
+
 TEST(AutomaticType, OtherNotationsStayText) {
   EXPECT_EQ("FloatData", typeOf(many("12.75")));
   for (const std::string item :
