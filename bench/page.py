@@ -58,6 +58,8 @@ GROUPS = (
     ("write", "Writing XML text", "the escape loop"),
     ("write-binary", "Writing Fast Infoset", "`expat-istream` on the XML twin"),
     ("to-binary", "XML text to Fast Infoset, reader and writer", "`expat-istream` on the XML text"),
+    ("to-typed", "XML text to Fast Infoset, with `TypedContentFilter`",
+     "`XML10` and `X891` without the filter"),
     ("to-text", "Fast Infoset to XML text, reader and writer", "`expat-istream` on the XML twin"),
     ("sibling-read", "Readers beside the other of their format",
      "`Expat` for `XML10`, `FI` for `X891`, each on what the writer of its family wrote\nwith "

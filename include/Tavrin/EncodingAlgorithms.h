@@ -10,8 +10,10 @@
 #include <cstdint>
 #include <istream>
 #include <map>
+#include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tavrin {
@@ -82,6 +84,9 @@ class TAVRIN_API HexadecimalEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+  /// Parses "007FA0": pairs of digits in either case, which white space may separate.
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static HexadecimalData fromText(std::string_view text);
 
  private:
   HexadecimalData holder_;
@@ -94,6 +99,10 @@ class TAVRIN_API Base64EncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+  /// Parses "TWFu": digits and padding (RFC 4648, section 4), with white space anywhere, as of line
+  /// breaks.
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static Base64Data fromText(std::string_view text);
 
  private:
   Base64Data holder_;
@@ -106,6 +115,9 @@ class TAVRIN_API ShortEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<short>& value, std::ostream& stream);
+  /// Parses "-1 0 32767".
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static ShortData fromText(std::string_view text);
 
  private:
   ShortData holder_;
@@ -119,6 +131,9 @@ class TAVRIN_API IntEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
+  /// Parses "-1 0 2147483647".
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static IntData fromText(std::string_view text);
 
  private:
   IntData holder_;
@@ -131,6 +146,9 @@ class TAVRIN_API LongEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<long>& value, std::ostream& stream);
+  /// Parses "-1 0 9223372036854775807".
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static LongData fromText(std::string_view text);
 
  private:
   LongData holder_;
@@ -143,6 +161,9 @@ class TAVRIN_API BooleanEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<bool>& value, std::ostream& stream);
+  /// Parses "true false", which may also be "1 0".
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static BooleanData fromText(std::string_view text);
 
  private:
   BooleanData holder_;
@@ -155,6 +176,9 @@ class TAVRIN_API FloatEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<float>& value, std::ostream& stream);
+  /// Parses "1.5 -2e10 INF -INF NaN": each the nearest number of single precision.
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static FloatData fromText(std::string_view text);
 
  private:
   FloatData holder_;
@@ -167,6 +191,9 @@ class TAVRIN_API DoubleEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<double>& value, std::ostream& stream);
+  /// Parses "1.5 -2e10 INF -INF NaN": each the nearest number of double precision.
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static DoubleData fromText(std::string_view text);
 
  private:
   DoubleData holder_;
@@ -179,6 +206,8 @@ class TAVRIN_API CDATAEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::string& value, std::ostream& stream);
+  /// The text itself, whatever it is.
+  static CDATAData fromText(std::string_view text);
 
  private:
   CDATAData holder_;
@@ -191,6 +220,9 @@ class TAVRIN_API UUIDEncodingAlgorithm : public EncodingAlgorithm {
   void encodeToOutputStream(bool chunk, const EncodedData& data, std::ostream& stream) override;
   /// Encodes a bare value.
   void encodeToOutputStream(bool chunk, const std::vector<UUID>& value, std::ostream& stream);
+  /// Parses "f81d4fae-7dec-11d0-a765-00a0c91e6bf6", with digits in either case.
+  /// @throws EncodingAlgorithmException for other text; see encodedDataFromText
+  static UUIDData fromText(std::string_view text);
 
  private:
   UUIDData holder_;
@@ -213,5 +245,31 @@ class TAVRIN_API BuiltInAlgorithms {
   DoubleEncodingAlgorithm doubleNumber;      ///< Number 7.
   CDATAEncodingAlgorithm cdata;              ///< Number 9.
 };
+
+/// Parses the text of a value of a built-in algorithm (X.891, clause 10), as the static operation
+/// `fromText` of its class does.
+///
+/// @code
+/// const auto numbers = encodedDataFromText(algorithms::floatNumber, "0.1 1e3");
+/// std::cout << numbers->toString() << '\n';  // "0.1 1000"
+/// @endcode
+///
+/// The standard separates items by one space each. Here any white space of XML may stand between
+/// them and around them, and numbers may have forms that the text of a value never has: a plus
+/// sign, leading zeros, other exponents. Digits are those of ASCII, whatever the locale. A
+/// floating-point number is refused where only infinity or zero would be near. Text without items
+/// is an empty value.
+///
+/// What is parsed prints as text that is parsed to the same value again: numbers exactly, as from
+/// the reader "X891", but for the bits of a NaN that are its own.
+/// @throws EncodingAlgorithmException for other text, with the item and its offset in octets, such
+///         as `Invalid short text: "99999" at offset 6 is out of range`; and for an algorithm that
+///         is not built in
+TAVRIN_API std::unique_ptr<EncodedData> encodedDataFromText(int algorithm, std::string_view text);
+/// Parses text by the name of the algorithm: "hexadecimal", "base64", "short", "int", "long",
+/// "boolean", "float", "double", "uuid" or "cdata".
+/// @throws EncodingAlgorithmException also for another name
+TAVRIN_API std::unique_ptr<EncodedData> encodedDataFromText(std::string_view algorithm,
+                                                            std::string_view text);
 
 }  // namespace Tavrin
