@@ -136,6 +136,7 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream) {
     if (isFirst) chooseEncoding(parser, octets);
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), XML_FALSE);
     if (status != XML_STATUS_OK) return status;
+    nameOpenElements();
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
   return XML_Parse(parser, "", 0, XML_TRUE);
@@ -179,9 +180,11 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
   for (; size > kMost; size -= kMost, block += kMost) {
     const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(kMost), XML_FALSE);
     if (status != XML_STATUS_OK) return status;
+    nameOpenElements();
   }
-  document_->open.front().isLastBlock = isFinal;
-  return XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
+  const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
+  if (status == XML_STATUS_OK && !isFinal) nameOpenElements();
+  return status;
 }
 
 void XML10Driver::reportError() {
