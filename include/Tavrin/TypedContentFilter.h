@@ -32,13 +32,14 @@ namespace Tavrin {
 /// - `p:name`: as written in the document, with that prefix;
 /// - `*` or `{uri}*`: any, or any in this namespace.
 ///
-/// Types are `short`, `int`, `long`, `float`, `double`, `boolean`, `uuid`, `base64`, `hexadecimal`,
-/// `cdata` (not for attributes) and `auto`.
+/// Types are `short`, `int`, `long`, `float`, `double`, `boolean`, `uuid` (not for the writer
+/// "FI"), `base64`, `hexadecimal`, `cdata` (not for attributes) and `auto`.
 ///
 /// `auto` types text of more than 32 octets where the value prints exactly as the text was and
 /// takes fewer octets: integers in the smallest size, otherwise single precision, otherwise double;
-/// booleans; UUIDs; and a single word as hexadecimal or base64. Shorter text stays: a writer of
-/// Fast Infoset has it in a table, where it costs less than a number when it occurs again.
+/// booleans; UUIDs, which the writer "FI" refuses; and a single word as hexadecimal or base64.
+/// Shorter text stays: a writer of Fast Infoset has it in a table, where it costs less than a
+/// number when it occurs again.
 class TAVRIN_API TypingRules {
  public:
   /// A path and the type of the text there.
@@ -52,7 +53,7 @@ class TAVRIN_API TypingRules {
   void add(const std::string& path, const std::string& type);
 
   /// Reads rules, one in a line: `PATH TYPE`, with white space between. What begins with `#` at the
-  /// begin of a line or after white space is a comment.
+  /// beginning of a line or after white space is a comment.
   /// @throws SAXException `Line N: ` and what is wrong
   static TypingRules read(std::istream& stream);
 

@@ -43,7 +43,7 @@ void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes
   XML10Document& document = *document_;
   const XML10Settings& current = document.settings;
   const std::uint64_t maximumDepth = current.limits.maximumDepth;
-  document.elements.push(name, document.current().place());
+  document.elements.push(document.current().octetsRead());
   if (document.elements.depth() > maximumDepth) fail(tooDeep(maximumDepth));
   if (document.checksNames) {
     requireName(withoutNamespace(name));
@@ -115,12 +115,6 @@ void XML10Driver::processingInstruction(const XML_Char* target, const XML_Char* 
 
 std::uint64_t OpenEntity::octetsRead() const {
   return static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(parser), XML_Index{0}));
-}
-
-/// expat knows the line at the end of each block but the last. Between, it costs nothing to ask.
-ElementPlace OpenEntity::place() const {
-  if (isLastBlock) return {octetsRead(), false};
-  return {XML_GetCurrentLineNumber(parser), true};
 }
 
 void XML10Driver::addDefaults(std::uint64_t octets) {

@@ -127,6 +127,7 @@ XML_Status XML10Driver::continueParse() {
   XML_ParsingStatus parsing = {};
   XML_GetParsingStatus(parser_.get(), &parsing);
   if (parsing.parsing == XML_FINISHED) return status;
+  nameOpenElements();
   if (document_->stream != nullptr) return parseEntity(parser_.get(), *document_->stream, false);
   const std::string rest = std::exchange(document_->rest, {});
   return rest.empty() ? status : parseBlock(rest.data(), rest.size(), document_->isFinal);
@@ -208,6 +209,7 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, boo
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), XML_FALSE);
     if (status != XML_STATUS_OK) return status;
     gate_.settle();
+    nameOpenElements();
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
   return XML_Parse(parser, "", 0, XML_TRUE);
@@ -256,9 +258,11 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
     const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(kMost), XML_FALSE);
     if (status == XML_STATUS_SUSPENDED) document_->rest.assign(block + kMost, size - kMost);
     if (status != XML_STATUS_OK) return status;
+    nameOpenElements();
   }
-  document_->open.front().isLastBlock = isFinal;
-  return XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
+  const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
+  if (status == XML_STATUS_OK && !isFinal) nameOpenElements();
+  return status;
 }
 
 void XML10Driver::reportError() {

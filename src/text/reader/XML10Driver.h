@@ -64,10 +64,8 @@ struct OpenEntity {
   const DeclaredEntity* entity;
   std::string encoding = {};  ///< As it is declared.
   std::size_t depth = 0;      ///< How many elements contain it.
-  bool isLastBlock = false;   ///< Nothing comes after the block that is parsed.
 
   std::uint64_t octetsRead() const;
-  ElementPlace place() const;  ///< Of the start tag that is the current event.
 };
 
 /// What a document declares after a parameter entity that was not read, where expat processes no
@@ -235,7 +233,9 @@ class XML10Driver : public EventTarget {
   std::string describeFailure(XML_Error code);
   std::string describeEntity(XML_Error code, std::string_view markup);
   std::string describeInTag(XML_Error code, std::string_view tag) const;
-  std::string describeInnermost(const char* before, const char* after) const;
+  std::string describeInnermost(const char* before, const char* after);
+  /// Finds the names and lines of elements that stay open when a block ends.
+  void nameOpenElements();
 
   /// Refuses a name that expat accepts wrongly. The text may have other markup around names.
   void requireName(std::string_view name, const Position& position);

@@ -67,6 +67,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
   setUnknownEncodingHandler(child.get());
   const std::size_t declared = document.entities.size();
   if (!context) numberNextEntity(child.get());
+  nameOpenElements();  // While expat has the octets of those around the reference.
   {
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);

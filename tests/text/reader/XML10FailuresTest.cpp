@@ -188,7 +188,7 @@ TEST(XML10Failures, InInternalEntitiesNameTheEntity) {
     return failureOf("<!DOCTYPE a [<!ENTITY e '" + text + "'>]><a>\n&e;</a>");
   };
   const std::string in = " (in the text of the entity \"e\"), 2, 1";
-  EXPECT_EQ(inEntity("<b></c>"), failed("mismatched tag: expected </b> of line 2" + in));
+  EXPECT_EQ(inEntity("<b></c>"), failed("mismatched tag" + in));
   EXPECT_EQ(inEntity("<b>"), failed("asynchronous entity" + in));
   EXPECT_EQ(inEntity("</a>"), failed("asynchronous entity" + in));
   EXPECT_EQ(inEntity("<p:b/>"), failed("unbound prefix" + in));
