@@ -15,6 +15,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/MemoryStream.h>
 #include <Tavrin/Parse.h>
+#include <Tavrin/PullReader.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>
 #include <Tavrin/Vocabulary.h>

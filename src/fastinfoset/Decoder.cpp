@@ -33,11 +33,7 @@ void Decoder::parse(std::string_view block, bool isFinal) {
   if (!isFed_) {
     const bool isOver = std::exchange(isComplete_, false);
     if (isOver && block.empty() && isFinal) return;
-    if (blocks_ == nullptr) blocks_ = std::make_unique<Blocks>();
-    blocks_->clear();
-    input_.open(*blocks_);
-    beginDocument();
-    endStep();
+    beginBlocks();
   }
   // Where the document fails or a handler throws, the next block begins another one.
   isFed_ = false;
@@ -55,6 +51,14 @@ void Decoder::parse(std::string_view block, bool isFinal) {
     undoStep();
   }
   isFed_ = true;
+}
+
+void Decoder::beginBlocks() {
+  if (blocks_ == nullptr) blocks_ = std::make_unique<Blocks>();
+  blocks_->clear();
+  input_.open(*blocks_);
+  beginDocument();
+  endStep();
 }
 
 // --- Steps ---
@@ -76,6 +80,9 @@ void Decoder::undoStep() {
 
 void Decoder::beginDocument() {
   isCut_ = false;
+  isAtEnd_ = false;
+  ends_ = 0;
+  ended_.reset();
   progress_ = {};
   tag_ = {};
   tableOctets_ = 0;

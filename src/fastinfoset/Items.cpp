@@ -68,16 +68,22 @@ void Decoder::decodeCharacters(unsigned octet) {
     return;
   }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
+  if (isPulled_) return decodeLiteralChunk(octet, text_);
+  // Nothing else may use the memory while a handler has the text.
+  std::string text;
+  text.swap(text_);
+  decodeLiteralChunk(octet, text);
+  if (text.capacity() <= kMostKeptText) text_.swap(text);
+}
+
+/// @param text receives what is reported
+void Decoder::decodeLiteralChunk(unsigned octet, std::string& text) {
   std::uint64_t length = 0;
   const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;
   if (isUTF8) {
     length = decodeCharactersLength(octet);
     if (isCutBefore(length)) return;
   }
-  // Nothing else may use the memory while a handler has the text, and much is not held for long.
-  constexpr std::size_t kMostKept = std::size_t{64} * 1024;
-  std::string text;
-  text.swap(text_);
   text.clear();
   if (isUTF8) {
     readText(length, text);
@@ -85,9 +91,8 @@ void Decoder::decodeCharacters(unsigned octet) {
     decodeOtherChunk(octet, text);
     checkText(text);
   }
-  if (octet & kChunkAddToTable) addEntry(table, text);
+  if (octet & kChunkAddToTable) addEntry(strings(kContentCharacterChunks), text);
   reportCharacters(text);
-  if (text.capacity() <= kMostKept) text_.swap(text);
 }
 
 /// Decodes a chunk that an encoding algorithm made, and reports its value.

@@ -51,6 +51,10 @@ class X891Decoder : public Decoder {
   Limits limits() const;
   /// What strings from tables may amount to is computed anew, with the limits as they are then.
   void forgetAllowance() { document_.allowedFromTables = 0; }
+  /// Forgets the attributes that were reported.
+  void forgetStartTag();
+  /// The text of a typed value that was reported as such.
+  std::string textOfReported(unsigned field, const EncodedData& value);
   bool isStandalone() const { return document_.standalone.value_or(false); }
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "../../sax/Properties.h"
+#include "PulledReader.h"
 #include "X891Decoder.h"
 
 // The reader as an object: creation, properties, failures. Beside it in this folder:
@@ -108,6 +109,8 @@ unsigned long XMLReader_X891::unusedOctets() const { return decoder_->unusedOcte
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return decoder_->findAlgorithm(field, uri);
 }
+
+fastinfoset::X891Decoder& PulledReader_X891::decoder() { return *decoder_; }
 
 // --- The decoder ---
 

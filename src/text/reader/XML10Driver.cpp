@@ -46,6 +46,7 @@ void XML10Driver::guardParse(Parse parse) {
 void XML10Driver::parse(std::istream& stream) {
   guardParse([&] {
     setupParser();
+    setReparseDeferral();
     if (parseEntity(parser_.get(), stream) != XML_STATUS_OK) reportError();
     endDocument();
   });
@@ -56,6 +57,7 @@ void XML10Driver::parse(const void* data, unsigned long size, bool isFinal) {
     if (!parser_) setupParser();
     if (data == nullptr) size = 0;
     if (size == 0 && !isFinal) return;
+    setReparseDeferral();
     const auto* block = static_cast<const char*>(data);
     const XML_Status status = document_->start ? parseFirstBlocks(block, size, isFinal)
                                                : parseBlock(block, size, isFinal);
@@ -81,11 +83,14 @@ void XML10Driver::setupParser() {
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser,
                                                           limits.entityAmplificationThreshold);
-#ifdef TAVRIN_HAS_REPARSE_DEFERRAL
-  XML_SetReparseDeferralEnabled(parser, settings.reparseDeferral ? XML_TRUE : XML_FALSE);
-#endif
   // makeReady announces the document, at its XML declaration or the first other event.
   ready_ = false;
+}
+
+void XML10Driver::setReparseDeferral() {
+#ifdef TAVRIN_HAS_REPARSE_DEFERRAL
+  XML_SetReparseDeferralEnabled(parser_.get(), settings.reparseDeferral ? XML_TRUE : XML_FALSE);
+#endif
 }
 
 bool XML10Driver::makeReady() {

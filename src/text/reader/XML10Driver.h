@@ -176,6 +176,8 @@ class XML10Driver : public EventTarget {
   template <typename Parse>
   void guardParse(Parse parse);
   void setupParser();
+  /// Expat can change it between blocks.
+  void setReparseDeferral();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
