@@ -72,15 +72,19 @@ class Decoder {
   // A document is decoded by calls of `pull` instead of `parse`. What a call reports stays where it
   // is until the next one: names, text, attributes and values.
 
-  enum class Pulled : std::uint8_t { item, needsBlock, end };
+  enum class Pulled : std::uint8_t { item, text, needsBlock, end };
 
   /// Begins a document. The stream must outlive its use.
   void beginPulling(std::istream& stream);
   /// Provides a block, which begins a document where none is open. It must stay where it is until
   /// `pull` has asked for another one.
   void supply(std::string_view block, bool isFinal);
-  /// Decodes an item, or the end of an element, which may report nothing.
+  /// Decodes an item, or the end of an element, which may report nothing. Where it returns `text`,
+  /// nothing was reported: it is characters.
   Pulled pull();
+  std::string_view pulledText() const { return pulledText_; }
+  /// Frees memory that a long text took.
+  void forgetText();
 
   // --- Integers (Primitives.cpp) ---
   // Each is given the octet in which the integer begins and reads those that follow. Bits that do
@@ -285,11 +289,12 @@ class Decoder {
   void decodeChildren();
   bool decodeChild(unsigned octet);
   bool decodeDTDContent();
+  Pulled pullFromBlock();
   Pulled pullItem();
-  bool pullContent();
+  Pulled pullContent();
+  Pulled pullText(unsigned octet);
   Pulled pullDocument();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
-  void decodeLiteralChunk(unsigned octet, std::string& text);
   void decodeTypedChunk(unsigned octet);
 
   // --- Vocabulary ---
@@ -416,6 +421,7 @@ class Decoder {
   bool isPulled_ = false;
   bool hasOctets_ = false;  // The block may have octets that were not decoded.
   bool isAtEnd_ = false;    // The octet that ends the document has been read.
+  std::string_view pulledText_;
   unsigned ends_ = 0;       // How many elements end, by an octet that was read.
 
   /// The name of an open element that is in none of the document's tables.

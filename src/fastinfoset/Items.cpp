@@ -68,22 +68,16 @@ void Decoder::decodeCharacters(unsigned octet) {
     return;
   }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
-  if (isPulled_) return decodeLiteralChunk(octet, text_);
-  // Nothing else may use the memory while a handler has the text.
-  std::string text;
-  text.swap(text_);
-  decodeLiteralChunk(octet, text);
-  if (text.capacity() <= kMostKeptText) text_.swap(text);
-}
-
-/// @param text receives what is reported
-void Decoder::decodeLiteralChunk(unsigned octet, std::string& text) {
   std::uint64_t length = 0;
   const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;
   if (isUTF8) {
     length = decodeCharactersLength(octet);
     if (isCutBefore(length)) return;
   }
+  // Nothing else may use the memory while a handler has the text. Who pulls has it until later.
+  std::string own;
+  if (!isPulled_) own.swap(text_);
+  std::string& text = isPulled_ ? text_ : own;
   text.clear();
   if (isUTF8) {
     readText(length, text);
@@ -91,8 +85,9 @@ void Decoder::decodeLiteralChunk(unsigned octet, std::string& text) {
     decodeOtherChunk(octet, text);
     checkText(text);
   }
-  if (octet & kChunkAddToTable) addEntry(strings(kContentCharacterChunks), text);
+  if (octet & kChunkAddToTable) addEntry(table, text);
   reportCharacters(text);
+  if (!isPulled_ && own.capacity() <= kMostKeptText) text_.swap(own);
 }
 
 /// Decodes a chunk that an encoding algorithm made, and reports its value.

@@ -28,8 +28,10 @@ void Decoder::supply(std::string_view block, bool isFinal) {
 
 Decoder::Pulled Decoder::pull() {
   const ParseScope scope(parsing_);
-  if (text_.capacity() > kMostKeptText) std::string().swap(text_);
-  if (input_.blocks() == nullptr) return pullItem();
+  return input_.blocks() == nullptr ? pullItem() : pullFromBlock();
+}
+
+Decoder::Pulled Decoder::pullFromBlock() {
   while (hasOctets_) {
     try {
       const Pulled pulled = pullItem();
@@ -52,30 +54,49 @@ Decoder::Pulled Decoder::pull() {
 }
 
 /// What it returns is of no account where the step was cut.
-Decoder::Pulled Decoder::pullItem() {
-  if (!openElements_.empty() || tag_.part != StartTag::kNone) {
-    isAtEnd_ = pullContent();
-    return Pulled::item;
-  }
-  return pullDocument();
+inline Decoder::Pulled Decoder::pullItem() {
+  const bool isInElement = !openElements_.empty() || tag_.part != StartTag::kNone;
+  return isInElement ? pullContent() : pullDocument();
 }
 
-/// @return whether the document ends, too
-bool Decoder::pullContent() {
+inline Decoder::Pulled Decoder::pullContent() {
   if (ends_ == 0) {
     if (tag_.part == StartTag::kNone) {
-      if (!nextStep()) return false;
-      ends_ = decodeContentItem(readOctet());
+      if (!nextStep()) return Pulled::item;
+      const unsigned octet = readOctet();
+      if ((octet & kPlainChunkMask) == kChunk) return pullText(octet);
+      ends_ = decodeContentItem(octet);
     }
     if (tag_.part != StartTag::kNone) {
       if (decodeStartTag()) ends_ = 1;
-      return false;
+      return Pulled::item;
     }
-    if (ends_ == 0) return false;
+    if (ends_ == 0) return Pulled::item;
   }
   closeElement();
   --ends_;
-  return ends_ > 0 && openElements_.empty();
+  isAtEnd_ = ends_ > 0 && openElements_.empty();
+  return Pulled::item;
+}
+
+/// Decodes a chunk in UTF-8 that enters no table, most often without a copy.
+inline Decoder::Pulled Decoder::pullText(unsigned octet) {
+  const std::uint64_t length = decodeCharactersLength(octet);
+  if (isCutBefore(length)) return Pulled::item;
+  checkLiteralLength(length);
+  if (const char* const octets = input_.consumeBuffered(length)) {
+    pulledText_ = {octets, length};
+    checkText(pulledText_);
+    return Pulled::text;
+  }
+  readText(length, text_);
+  reportCharacters(text_);
+  return Pulled::item;
+}
+
+/// Much memory is not held for long.
+void Decoder::forgetText() {
+  if (text_.capacity() > kMostKeptText) std::string().swap(text_);
 }
 
 Decoder::Pulled Decoder::pullDocument() {

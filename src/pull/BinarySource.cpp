@@ -33,8 +33,11 @@ class BinarySource final : public ReadingSource,
  private:
   void beginDocument() override;
   void forgetEvent();
+  void forgetValue();
   void pull();
   bool beginStream();
+  bool endOrThrow();
+  bool handOutFirst();
   bool handOutInOrder();
 
   void startPrefixMapping(const std::string& prefix, const std::string& uri) override {
@@ -65,8 +68,10 @@ class BinarySource final : public ReadingSource,
     algorithmIndex = index;
   }
   void octets(const std::string& uri, int index, const std::string& data) override {
-    queue_.add(PullEvent::octets, {data, uri}, index);
+    queue_.addOctets(uri, index, data);
   }
+
+  static constexpr std::size_t kLongText = std::size_t{16} * 1024;
 
   void set(PullEvent kind, std::size_t count) {
     event = kind;
@@ -100,38 +105,44 @@ void BinarySource::beginDocument() {
 bool BinarySource::next() {
   if (!queue_.isEmpty() && handOutInOrder()) return true;
   forgetEvent();
-  if (phase_ != Phase::reading && !beginStream()) {
-    throwFailure();
-    return false;
-  }
+  if (phase_ != Phase::reading && !beginStream()) return endOrThrow();
   try {
     pull();
   } catch (...) {
     fail();
   }
-  if (queue_.isEmpty()) {
-    if (event != PullEvent::none) return true;
-    throwFailure();
-    return false;
-  }
+  if (!queue_.isEmpty()) return handOutFirst();
+  return event != PullEvent::none || endOrThrow();
+}
+
+bool BinarySource::endOrThrow() {
+  throwFailure();
+  return false;
+}
+
+bool BinarySource::handOutFirst() {
   other_ = *this;
   if (event == PullEvent::startElement) --open;
   return handOutInOrder();
 }
 
 /// What the last event referred to may change.
-void BinarySource::forgetEvent() {
+inline void BinarySource::forgetEvent() {
   if (event == PullEvent::startElement) {
     decoder_.forgetStartTag();
     mappings_.clear();
-  }
-  if (value != nullptr) {
-    value = nullptr;
-    algorithmURI = {};
-    algorithmIndex = -1;
-    text_ = {};
+  } else if (event == PullEvent::characters) {
+    if (value != nullptr) forgetValue();
+    if (parts[0].size() > kLongText) decoder_.forgetText();
   }
   event = PullEvent::none;
+}
+
+void BinarySource::forgetValue() {
+  value = nullptr;
+  algorithmURI = {};
+  algorithmIndex = -1;
+  text_ = {};
 }
 
 bool BinarySource::beginStream() {
@@ -142,11 +153,16 @@ bool BinarySource::beginStream() {
 }
 
 /// Lets the decoder go on until something is reported.
-void BinarySource::pull() {
+inline void BinarySource::pull() {
   using Pulled = X891Decoder::Pulled;
   do {
     const Pulled pulled = decoder_.pull();
     if (pulled == Pulled::item) continue;
+    if (pulled == Pulled::text) {
+      set(PullEvent::characters, 1);
+      parts[0] = decoder_.pulledText();
+      return;
+    }
     if (pulled == Pulled::end) phase_ = Phase::ended;
     needsBlock = pulled == Pulled::needsBlock;
     return;

@@ -5,7 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,64 +54,135 @@ class QueuedAttributes final : public AttributesByName<QueuedAttributes, Attribu
   std::size_t length_ = 0;
 };
 
-/// Copies of events that were reported and have not been asked for.
+/// Copies of events that were reported and have not been asked for, one behind the other in one
+/// piece of memory.
 class EventQueue {
  public:
-  /// Appends an event.
-  void add(PullEvent event, std::initializer_list<std::string_view> parts, int index = -1) {
-    Entry& entry = entries_.emplace_back();
-    entry.event = event;
-    entry.index = index;
-    entry.begin = octets_.size();
-    for (const std::string_view part : parts) {
-      entry.lengths[entry.partCount++] = part.size();
-      octets_ += part;
-    }
+  /// Appends an event with its parts, which are strings.
+  template <typename... Parts>
+  void add(PullEvent event, const Parts&... parts) {
+    append(event, 0, parts...);
+    ++size_;
   }
   void addStartElement(const std::string& uri, const std::string& localName,
-                       const std::string& qName, const Attributes& attributes);
+                       const std::string& qName, const Attributes& attributes) {
+    const std::size_t before = attributes_.count();
+    attributes_.append(attributes);
+    const auto count = static_cast<std::int32_t>(attributes_.count() - before);
+    append(PullEvent::startElement, count, uri, localName, qName);
+    ++size_;
+  }
+  void addOctets(const std::string& uri, int index, const std::string& octets) {
+    append(PullEvent::octets, index, octets, uri);
+    ++size_;
+  }
   /// Appends a declaration to those of the next start tag.
-  void addMapping(std::string_view prefix, std::string_view uri);
-  /// Gives the last event its position.
-  void setPosition(const EventPosition& position) { entries_.back().position = position; }
+  void addMapping(const std::string& prefix, const std::string& uri) {
+    append(PullEvent::none, 0, prefix, uri);
+  }
+  /// Gives the last event its position. Either all events have one, or none.
+  void addPosition(const EventPosition& position) {
+    positions_.resize(size_);
+    positions_.back() = position;
+  }
 
-  std::size_t size() const { return entries_.size(); }
-  bool isEmpty() const { return entries_.empty(); }
+  std::size_t size() const { return size_; }
+  bool isEmpty() const { return size_ == 0; }
   /// How many events have been handed out.
   std::size_t next() const { return next_; }
   /// Makes the next event the current one, if there is one.
-  bool handOut(PullState& state);
+  bool handOut(PullState& state) {
+    if (next_ == size_) return false;
+    read(state);
+    state.value = nullptr;
+    position_ = next_ < positions_.size() ? positions_[next_] : EventPosition();
+    ++next_;
+    return true;
+  }
   const EventPosition& position() const { return position_; }
   /// Forgets all events.
   void clear();
 
  private:
-  struct Entry {
-    PullEvent event;
-    std::uint8_t partCount = 0;
-    int index;
-    std::size_t begin;  // In octets_; the parts follow one another.
-    std::array<std::size_t, 5> lengths;
-    std::size_t firstAttribute = 0;
-    std::size_t attributeCount = 0;
-    std::size_t firstMapping = 0;
-    std::size_t mappingCount = 0;
-    EventPosition position;
-  };
-  struct Mapping {
-    std::size_t begin;
-    std::size_t prefixLength;
-    std::size_t uriLength;
+  /// What an event begins with. The lengths of its parts follow, then the parts.
+  struct Head {
+    PullEvent event;  // None for a namespace declaration.
+    std::uint8_t partCount;
+    std::int32_t number;  // Of attributes, or of an algorithm.
   };
 
-  std::string octets_;
-  std::vector<Entry> entries_;
+  template <typename Value>
+  static void put(char*& place, const Value& value) {
+    std::memcpy(place, &value, sizeof value);
+    place += sizeof value;
+  }
+  static void put(char*& place, const std::string& text) {
+    std::memcpy(place, text.data(), text.size());
+    place += text.size();
+  }
+  template <typename Value>
+  Value take() {
+    Value value;
+    std::memcpy(&value, read_, sizeof value);
+    read_ += sizeof value;
+    return value;
+  }
+
+  template <typename... Parts>
+  void append(PullEvent event, std::int32_t number, const Parts&... parts) {
+    constexpr auto kCount = static_cast<std::uint8_t>(sizeof...(parts));
+    char* place = makeRoom(sizeof(Head) + kCount * sizeof(std::size_t) + (parts.size() + ... + 0));
+    put(place, Head{event, kCount, number});
+    (put(place, parts.size()), ...);
+    (put(place, parts), ...);
+    used_ = static_cast<std::size_t>(place - memory_.get());
+  }
+  char* makeRoom(std::size_t octets) {
+    if (capacity_ - used_ < octets) grow(octets);
+    return memory_.get() + used_;
+  }
+  void grow(std::size_t octets);
+  void read(PullState& state);
+  void readStartTag(PullState& state, std::size_t attributeCount);
+
+  std::unique_ptr<char[]> memory_;
+  std::size_t capacity_ = 0;
+  std::size_t used_ = 0;
+  const char* read_ = nullptr;  // Where the next event is, once one was handed out.
+  std::size_t size_ = 0;
   std::size_t next_ = 0;
   QueuedAttributes attributes_;
-  std::vector<Mapping> mappings_;
-  std::size_t mappingsOfTags_ = 0;  // Those before belong to start tags in the queue.
-  std::vector<PullMapping> shown_;
+  std::size_t shownAttributes_ = 0;  // Those of the tags that were handed out.
+  std::vector<PullMapping> mappings_;
+  std::vector<EventPosition> positions_;
   EventPosition position_;
 };
+
+/// Reads the parts of an event into the current one.
+inline void EventQueue::read(PullState& state) {
+  if (next_ == 0) read_ = memory_.get();
+  mappings_.clear();
+  for (;;) {
+    const Head head = take<Head>();
+    std::array<std::size_t, 5> lengths;
+    for (std::size_t i = 0; i < head.partCount; ++i) lengths[i] = take<std::size_t>();
+    for (std::size_t i = 0; i < head.partCount; ++i) {
+      state.parts[i] = {read_, lengths[i]};
+      read_ += lengths[i];
+    }
+    state.event = head.event;
+    state.partCount = head.partCount;
+    if (head.event == PullEvent::startElement) {
+      readStartTag(state, static_cast<std::size_t>(head.number));
+    } else if (head.event == PullEvent::octets) {
+      state.algorithmURI = state.parts[1];
+      state.algorithmIndex = head.number;
+    } else if (head.event == PullEvent::none) {
+      mappings_.push_back({state.parts[0], state.parts[1]});
+      continue;
+    }
+    return;
+  }
+}
 
 }  // namespace Tavrin
