@@ -66,6 +66,8 @@ ROWS = (
     *_rows("small", "read 2 KB with a new reader", "expat, a new parser each time",
            ("Expat", 1.05, 0.98), ("XML10", 1.05, 0.93), ("FI", 0.25, 0.24), ("X891", 0.25, 0.245),
            document="document"),
+    *_rows("pull", "read by pulling", "the same reader with a handler",
+           ("XML10", 1.20, 1.20), ("X891", 1.20, 1.20)),
     *_rows("read", "read text of many languages", ISTREAM_TWIN, ("X891", None, 0.20),
            document="languages"),
     *_rows("write", "write text of many languages", "escape loop by hand", ("XML10", None, 1.00),

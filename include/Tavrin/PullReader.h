@@ -129,8 +129,9 @@ class TAVRIN_API PullReader {
 
   /// The reader that does the work, to set limits, features, properties, the error handler and the
   /// entity resolver before the first event. It is an XMLReader_XML10 or XMLReader_X891. Other
-  /// handlers are those of the pull reader, and its `parse` is refused. The error handler is called
-  /// when the reader meets a failure or warning, which may be some events ahead.
+  /// handlers, and properties::reparseDeferral, are set by the pull reader, and its `parse` is
+  /// refused. The error handler is called when the reader meets a failure or warning, which may be
+  /// some events ahead.
   /// @throws SAXException before the encoding is known
   XMLReader& reader();
 

@@ -74,10 +74,10 @@ namespace Tavrin {
 /// without namespace name and local name, unless `xmlns-uris` is on, too.
 ///
 /// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
-/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth and
-/// reparseDeferral from the next document on; documentXMLVersion ("1.0" where the document has no
-/// declaration), standalone and lossCount are read-only, and concern the last document that has
-/// begun.
+/// event on; reparseDeferral from the next block on; baseURI, entityAmplificationFactor,
+/// entityAmplificationThreshold and maximumDepth from the next document on; documentXMLVersion
+/// ("1.0" where the document has no declaration), standalone and lossCount are read-only, and
+/// concern the last document that has begun.
 ///
 /// System identifiers are resolved (RFC 3986, section 5) against the URI of the entity that holds
 /// the declaration: the property `base-uri` for the document, without which they stay as written.

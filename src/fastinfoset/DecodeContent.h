@@ -1,11 +1,21 @@
 #pragma once
 
+#include <string>
+
 #include "Decoder.h"
 #include "format/Octets.h"
 
 // Content of elements (X.891, C.3.7.5): which item an octet begins.
 
 namespace Tavrin::fastinfoset {
+
+inline const std::string& Decoder::decodeIndexedChunk(unsigned octet) {
+  const unsigned long index = decodeCharactersIndex(static_cast<int>(octet));
+  const std::string* const text = strings(kContentCharacterChunks).find(index);
+  if (text == nullptr) fail("Error when decoding character chunk - invalid index");
+  fromTables_ += text->size();
+  return *text;
+}
 
 /// Decodes an item of content, or what begins it, where it is an element.
 /// @return how many elements the octet ends, the innermost first

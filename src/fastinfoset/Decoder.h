@@ -293,6 +293,7 @@ class Decoder {
   Pulled pullItem();
   Pulled pullContent();
   Pulled pullText(unsigned octet);
+  Pulled pullIndexedText(unsigned octet);
   Pulled pullDocument();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeTypedChunk(unsigned octet);
@@ -314,6 +315,7 @@ class Decoder {
   void beginRootElement(unsigned octet);
   bool decodeContent(std::size_t outer);
   unsigned decodeContentItem(unsigned octet);
+  const std::string& decodeIndexedChunk(unsigned octet);
   bool decodeStartTag();
   Name& decodeElementName(unsigned bits);
   void openElement(Name& name);
@@ -422,7 +424,7 @@ class Decoder {
   bool hasOctets_ = false;  // The block may have octets that were not decoded.
   bool isAtEnd_ = false;    // The octet that ends the document has been read.
   std::string_view pulledText_;
-  unsigned ends_ = 0;       // How many elements end, by an octet that was read.
+  unsigned ends_ = 0;  // How many elements end, by an octet that was read.
 
   /// The name of an open element that is in none of the document's tables.
   struct UnlistedName {

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "DecodeContent.h"
 #include "Decoder.h"
 #include "Encoder.h"
 #include "format/Octets.h"
@@ -60,13 +61,7 @@ void Encoder::encodeEntityReference(const ExternalItem& entity) {
 void Decoder::decodeCharacters(unsigned octet) {
   if (octet < kChunk) fail("Error when decoding character chunk");
   Strings& table = strings(kContentCharacterChunks);
-  if (octet >= kChunkIndex) {
-    const std::string* const text = table.find(decodeCharactersIndex(static_cast<int>(octet)));
-    if (text == nullptr) fail("Error when decoding character chunk - invalid index");
-    fromTables_ += text->size();
-    reportCharacters(*text);
-    return;
-  }
+  if (octet >= kChunkIndex) return reportCharacters(decodeIndexedChunk(octet));
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
   std::uint64_t length = 0;
   const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;

@@ -65,6 +65,7 @@ inline Decoder::Pulled Decoder::pullContent() {
       if (!nextStep()) return Pulled::item;
       const unsigned octet = readOctet();
       if ((octet & kPlainChunkMask) == kChunk) return pullText(octet);
+      if (octet >= kChunkIndex && octet <= kLastCharacterChunk) return pullIndexedText(octet);
       ends_ = decodeContentItem(octet);
     }
     if (tag_.part != StartTag::kNone) {
@@ -92,6 +93,12 @@ inline Decoder::Pulled Decoder::pullText(unsigned octet) {
   readText(length, text_);
   reportCharacters(text_);
   return Pulled::item;
+}
+
+inline Decoder::Pulled Decoder::pullIndexedText(unsigned octet) {
+  pulledText_ = decodeIndexedChunk(octet);
+  checkAmplification();
+  return pulledText_.empty() ? Pulled::item : Pulled::text;
 }
 
 /// Much memory is not held for long.

@@ -28,7 +28,9 @@ bool beginsFastInfoset(std::istream& stream);
 
 /// Whether these octets are too few to tell.
 inline bool mayBeFastInfoset(std::string_view start) {
-  return std::ranges::any_of(kDeclarations, [&](auto each) { return each.starts_with(start); });
+  return std::ranges::any_of(kDeclarations, [&](auto each) {
+    return each.size() > start.size() && each.starts_with(start);
+  });
 }
 
 }  // namespace Tavrin::fastinfoset
