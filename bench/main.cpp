@@ -71,10 +71,10 @@ void run(int argc, char** argv) {
   const Options options = parse(argc, argv);
   const Corpus corpus(options.scale, options.files);
   if (!options.directory.empty()) return files::writeAll(corpus, options.directory);
-  for (const auto addGroup : {groups::addReading, groups::addWriting, groups::addConversions,
-                              groups::addSiblings, groups::addFloats, groups::addBlocks,
-                              groups::addPulling, groups::addSmall, groups::addGrowth,
-                              groups::addMemory}) {
+  for (const auto addGroup :
+       {groups::addReading, groups::addWriting, groups::addConversions, groups::addSiblings,
+        groups::addFloats, groups::addBlocks, groups::addPulling, groups::addSmall,
+        groups::addGrowth, groups::addMemory}) {
     addGroup(corpus);
   }
   benchmark::RunSpecifiedBenchmarks();

