@@ -16,6 +16,7 @@ void addConversions(const Corpus& corpus);
 void addSiblings(const Corpus& corpus);
 void addFloats(const Corpus& corpus);
 void addBlocks(const Corpus& corpus);
+void addPulling(const Corpus& corpus);
 void addSmall(const Corpus& corpus);
 void addVocabularies(const Corpus& corpus);
 void addGrowth(const Corpus& corpus);

@@ -73,6 +73,7 @@ GROUPS = (
      "the same reader on a stream"),
     ("push", "In blocks, beside expat in the same blocks",
      "expat's `XML_Parse` on the XML text, in the same blocks"),
+    ("pull", "The pull reader beside handlers", "the same reader with a handler"),
     ("small", "2 KB, a new reader each time", "expat, a new parser each time, from a stream"),
     ("vocabulary-write", "Messages of 200 octets of XML text, written with a shared vocabulary of so "
      "many entries", "the same writer without a vocabulary"),

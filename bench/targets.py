@@ -70,6 +70,8 @@ ROWS = (
            ("external", None, 0.74), document="500"),
     *_rows("vocabulary-read", "read a message with a vocabulary of 500 entries", "without",
            ("external", None, 0.93), document="500"),
+    *_rows("pull", "read by pulling", "the same reader with a handler",
+           ("XML10", 1.20, 1.20), ("X891", 1.20, 1.20)),
     *_rows("read", "read text of many languages", ISTREAM_TWIN, ("X891", None, 0.20),
            document="languages"),
     *_rows("write", "write text of many languages", "escape loop by hand", ("XML10", None, 1.00),

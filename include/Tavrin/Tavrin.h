@@ -16,6 +16,7 @@
 #include <Tavrin/MemoryStream.h>
 #include <Tavrin/OwnedVocabulary.h>
 #include <Tavrin/Parse.h>
+#include <Tavrin/PullReader.h>
 #include <Tavrin/TypedContentFilter.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/Version.h>

@@ -243,10 +243,10 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @param uri   receives the URI of an application-defined algorithm
   virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
 
- private:
-  class Decoder;
-  std::unique_ptr<Decoder> decoder_;
+  class Decoder;                      ///< Of the library alone.
+  std::unique_ptr<Decoder> decoder_;  ///< Likewise.
 
+ private:
   TAVRIN_LOCAL static const XMLReaderType type_;
 };
 

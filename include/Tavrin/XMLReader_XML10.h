@@ -75,10 +75,10 @@ namespace Tavrin {
 /// `xmlns-uris` is on, too.
 ///
 /// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
-/// event on; baseURI, entityAmplificationFactor, entityAmplificationThreshold, maximumDepth,
-/// maximumCoalescedOctets and reparseDeferral from the next document on; documentXMLVersion ("1.0"
-/// where the document has no declaration), standalone and lossCount are read-only, and concern the
-/// last document that has begun.
+/// event on; reparseDeferral from the next block on; baseURI, entityAmplificationFactor,
+/// entityAmplificationThreshold, maximumDepth and maximumCoalescedOctets from the next document on;
+/// documentXMLVersion ("1.0" where the document has no declaration), standalone and lossCount are
+/// read-only, and concern the last document that has begun.
 ///
 /// With coalesceCharacters, text is reported before the next event that a handler receives, or
 /// before the failure that ends the document; its Locator is then at that event. What a handler

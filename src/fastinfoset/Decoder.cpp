@@ -49,11 +49,7 @@ void Decoder::decodeNextBlock(std::string_view block, bool isFinal) {
   if (!isFed_) {
     const bool isOver = std::exchange(isComplete_, false);
     if (isOver && block.empty() && isFinal) return;
-    if (blocks_ == nullptr) blocks_ = std::make_unique<Blocks>();
-    blocks_->clear();
-    input_.open(*blocks_);
-    beginDocument();
-    endStep();
+    beginBlocks();
   }
   // Where the document fails or a handler throws, the next block begins another one.
   isFed_ = false;
@@ -95,6 +91,14 @@ void Decoder::continueDocument() {
   }
 }
 
+void Decoder::beginBlocks() {
+  if (blocks_ == nullptr) blocks_ = std::make_unique<Blocks>();
+  blocks_->clear();
+  input_.open(*blocks_);
+  beginDocument();
+  endStep();
+}
+
 void Decoder::undoStep() {
   isCut_ = false;
   input_.undoStep();
@@ -113,6 +117,9 @@ void Decoder::undoStep() {
 void Decoder::beginDocument() {
   isHalted_ = false;
   isCut_ = false;
+  isAtEnd_ = false;
+  ends_ = 0;
+  ended_.reset();
   progress_ = {};
   tag_ = {};
   tableOctets_ = 0;

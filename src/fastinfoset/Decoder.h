@@ -76,6 +76,24 @@ class Decoder {
     sharedVocabularies_[uri] = shared(vocabulary);
   }
 
+  // --- Item by item (Pulled.cpp) ---
+  // A document is decoded by calls of `pull` instead of `parse`. What a call reports stays where it
+  // is until the next one: names, text, attributes and values.
+
+  enum class Pulled : std::uint8_t { item, text, needsBlock, end };
+
+  /// Begins a document. The stream must outlive its use.
+  void beginPulling(std::istream& stream);
+  /// Provides a block, which begins a document where none is open. It must stay where it is until
+  /// `pull` has asked for another one.
+  void supply(std::string_view block, bool isFinal);
+  /// Decodes an item, or the end of an element, which may report nothing. Where it returns `text`,
+  /// nothing was reported: it is characters.
+  Pulled pull();
+  std::string_view pulledText() const { return pulledText_; }
+  /// Frees memory that a long text took.
+  void forgetText();
+
   // --- Integers (Primitives.cpp) ---
   // Each is given the octet in which the integer begins and reads those that follow. Bits that do
   // not belong to the integer are ignored; a form that does not exist is refused.
@@ -292,13 +310,22 @@ class Decoder {
 
   // --- Document and items ---
 
+  void beginBlocks();
   void decodeDocument();
   void decodeComponentBits();
+  void decodeBeginning();
+  void endDocument();
   void decodeOptionalComponents();
   void decodeVocabularyComponents();
   void decodeChildren();
   bool decodeChild(unsigned octet);
   bool decodeDTDContent();
+  Pulled pullFromBlock();
+  Pulled pullItem();
+  Pulled pullContent();
+  Pulled pullText(unsigned octet);
+  Pulled pullIndexedText(unsigned octet);
+  Pulled pullDocument();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
   void decodeTypedChunk(unsigned octet);
 
@@ -319,7 +346,10 @@ class Decoder {
   // --- Elements and names ---
 
   void beginElement(unsigned octet);
+  void beginRootElement(unsigned octet);
   bool decodeContent(std::size_t outer);
+  unsigned decodeContentItem(unsigned octet);
+  const std::string* decodeIndexedChunk(unsigned octet);
   bool decodeStartTag();
   Name& decodeElementName(unsigned bits);
   void openElement(Name& name);
@@ -424,6 +454,14 @@ class Decoder {
   std::uint64_t fromTables_ = 0;  // Octets of strings that were reported by their index.
   std::string octets_;            // Of a string in another encoding than UTF-8.
   std::string text_;              // Of a chunk; used again for each, as it keeps its memory.
+  // Much is not held for long.
+  static constexpr std::size_t kMostKeptText = std::size_t{64} * 1024;
+
+  bool isPulled_ = false;
+  bool hasOctets_ = false;  // The block may have octets that were not decoded.
+  bool isAtEnd_ = false;    // The octet that ends the document has been read.
+  std::string_view pulledText_;
+  unsigned ends_ = 0;  // How many elements end, by an octet that was read.
 
   /// The name of an open element that is in none of the document's tables.
   struct UnlistedName {
@@ -435,6 +473,7 @@ class Decoder {
   // The names that handlers are given stay where they are, whatever a derived reader decodes
   // meanwhile.
   std::deque<UnlistedName> unlistedElements_;  // The innermost last.
+  std::unique_ptr<Name> ended_;                // That of the last end, for whoever pulls.
 
   template <typename Entries, unsigned First, unsigned... Tables>
   static std::array<Entries, sizeof...(Tables)> makeTables(

@@ -21,6 +21,13 @@ void Encoder::encodeHeader(unsigned components) {
 }
 
 void Decoder::decodeDocument() {
+  decodeBeginning();
+  decodeChildren();
+  if (!isCut_) endDocument();
+}
+
+/// Decodes what is left of what precedes the children.
+void Decoder::decodeBeginning() {
   if (!progress_.hasHeader) {
     decodeHeader();
     decodeComponentBits();
@@ -32,8 +39,9 @@ void Decoder::decodeDocument() {
     progress_.hasStarted = true;
     reportStartDocument();
   }
-  decodeChildren();
-  if (isCut_) return;
+}
+
+void Decoder::endDocument() {
   checkRootElement(progress_.hasRoot);
   progress_.hasEnded = true;
   reportEndDocument();
@@ -111,9 +119,7 @@ void Decoder::decodeChildren() {
 /// @return true when it was the end of the document
 bool Decoder::decodeChild(unsigned octet) {
   if (octet < kFirstNonElement) {
-    if (progress_.hasRoot) fail("Found more than one element on the top level");
-    beginElement(octet);
-    progress_.hasRoot = true;
+    beginRootElement(octet);
     return decodeContent(0);
   }
   if (octet == kTerminator || octet == kDoubleTerminator) return true;
@@ -129,6 +135,12 @@ bool Decoder::decodeChild(unsigned octet) {
     return decodeDTD(octet);
   }
   return false;
+}
+
+void Decoder::beginRootElement(unsigned octet) {
+  if (progress_.hasRoot) fail("Found more than one element on the top level");
+  beginElement(octet);
+  progress_.hasRoot = true;
 }
 
 void Encoder::finishDocument() {

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "DecodeAttributes.h"
+#include "DecodeContent.h"
 #include "Decoder.h"
 #include "Encoder.h"
 #include "format/Octets.h"
@@ -35,25 +36,9 @@ bool Decoder::decodeContent(std::size_t outer) {
   for (;;) {
     if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
     if (openElements_.size() == outer || !nextStep()) return false;
-    const unsigned child = readOctet();
-    if (child < kFirstNonElement) {
-      beginElement(child);
-    } else if (child <= kLastCharacterChunk) {
-      decodeCharacters(child);
-    } else if (child >= kFirstEntityReference && child <= kLastEntityReference) {
-      decodeUnexpandedEntityReference(child);
-    } else if (child == kProcessingInstruction) {
-      decodeProcessingInstruction();
-    } else if (child == kComment) {
-      decodeComment();
-    } else if (child == kTerminator) {
-      closeElement();
-    } else if (child == kDoubleTerminator) {
-      closeElement();
+    for (unsigned ends = decodeContentItem(readOctet()); ends > 0; --ends) {
       if (openElements_.size() == outer) return true;
       closeElement();
-    } else {
-      fail("Error when decoding element children");
     }
   }
 }
@@ -125,6 +110,7 @@ void Decoder::closeElement() {
     const UnlistedName& unlisted = unlistedElements_.back();
     reportEndElement(*unlisted.name, declarations);
     if (unlisted.own) tableOctets_ -= countedOctets(*unlisted.own);
+    if (isPulled_) ended_ = std::move(unlistedElements_.back().own);
     unlistedElements_.pop_back();
   }
   openElements_.pop_back();

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "DecodeContent.h"
 #include "Decoder.h"
 #include "Encoder.h"
 #include "format/Octets.h"
@@ -61,14 +62,7 @@ void Decoder::decodeCharacters(unsigned octet) {
   if (octet < kChunk) fail("Error when decoding character chunk");
   Strings& table = strings(kContentCharacterChunks);
   if (octet >= kChunkIndex) {
-    const unsigned long index = decodeCharactersIndex(static_cast<int>(octet));
-    const std::string* const text = table.find(index);
-    if (text == nullptr) fail("Error when decoding character chunk - invalid index");
-    if (const RawOctets* const raw = text->empty() ? table.findRaw(index) : nullptr) {
-      return reportRaw(*raw);
-    }
-    fromTables_ += text->size();
-    reportCharacters(*text);
+    if (const std::string* const text = decodeIndexedChunk(octet)) reportCharacters(*text);
     return;
   }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
@@ -78,10 +72,10 @@ void Decoder::decodeCharacters(unsigned octet) {
     length = decodeCharactersLength(octet);
     if (isCutBefore(length)) return;
   }
-  // Nothing else may use the memory while a handler has the text, and much is not held for long.
-  constexpr std::size_t kMostKept = std::size_t{64} * 1024;
-  std::string text;
-  text.swap(text_);
+  // Nothing else may use the memory while a handler has the text. Who pulls has it until later.
+  std::string own;
+  if (!isPulled_) own.swap(text_);
+  std::string& text = isPulled_ ? text_ : own;
   text.clear();
   if (isUTF8) {
     readText(length, text);
@@ -91,7 +85,7 @@ void Decoder::decodeCharacters(unsigned octet) {
   }
   if (octet & kChunkAddToTable) addEntry(table, text);
   reportCharacters(text);
-  if (text.capacity() <= kMostKept) text_.swap(text);
+  if (!isPulled_ && own.capacity() <= kMostKeptText) text_.swap(own);
 }
 
 /// Decodes a chunk that an encoding algorithm made, and reports its value.

@@ -71,10 +71,20 @@ class Speaker : public ContentHandler {
   }
 
   void talk() {
-    writer_->startDocument();
-    writer_->startElement("", "talk", "talk", AttributesImpl());
-    if (begins_) say();
+    begin();
     reader_->parse(stream_);
+  }
+  /// The same with a reader that is asked for events.
+  void talkPulling() {
+    begin();
+    PullReader reader(stream_);
+    while (reader.next()) {
+      if (reader.event() == PullEvent::startElement) {
+        if (const auto number = reader.attribute("number")) heard.emplace_back(*number);
+      } else if (reader.event() == PullEvent::endElement) {
+        endElement({}, std::string(reader.localName()), {});
+      }
+    }
   }
 
   void startElement(const std::string&, const std::string& localName, const std::string&,
@@ -90,6 +100,11 @@ class Speaker : public ContentHandler {
   std::vector<std::string> heard;
 
  private:
+  void begin() {
+    writer_->startDocument();
+    writer_->startElement("", "talk", "talk", AttributesImpl());
+    if (begins_) say();
+  }
   void say() {
     AttributesImpl attributes;
     attributes.addAttribute("", "number", "number", "CDATA", std::to_string(said_++));
@@ -117,13 +132,13 @@ class Speaker : public ContentHandler {
   int said_ = 0;
 };
 
-void expectDialogue(const std::string& type) {
+void expectDialogue(const std::string& type, void (Speaker::*talk)() = &Speaker::talk) {
   int ends[2];
   ASSERT_EQ(0, socketpair(AF_UNIX, SOCK_STREAM, 0, ends));
   Speaker first(type, type, ends[0], true);
   Speaker second(type, type, ends[1], false);
-  std::thread other([&] { second.talk(); });
-  first.talk();
+  std::thread other([&] { (second.*talk)(); });
+  (first.*talk)();
   other.join();
   std::vector<std::string> all;
   for (int i = 0; i < kRounds; ++i) all.push_back(std::to_string(i));
@@ -134,5 +149,10 @@ void expectDialogue(const std::string& type) {
 TEST(Dialogue, GoesOnInXMLText) { expectDialogue("XML10"); }
 
 TEST(Dialogue, GoesOnInFastInfoset) { expectDialogue("X891"); }
+
+TEST(Dialogue, GoesOnWhereEventsArePulled) {
+  expectDialogue("XML10", &Speaker::talkPulling);
+  expectDialogue("X891", &Speaker::talkPulling);
+}
 
 }  // namespace

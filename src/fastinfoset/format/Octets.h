@@ -99,6 +99,8 @@ inline constexpr unsigned kChunk = 0x80;
 inline constexpr unsigned kChunkIndex = 0xA0;  ///< From here on, an index.
 inline constexpr unsigned kChunkAddToTable = 0x10;
 inline constexpr unsigned kChunkEncoding = 0x0C;  ///< The bits of the encoding format.
+/// These bits are those of kChunk in a chunk in UTF-8 that enters no table.
+inline constexpr unsigned kPlainChunkMask = 0xFC;
 inline constexpr unsigned kChunkUTF8 = 0x00;
 inline constexpr unsigned kChunkUTF16 = 0x04;
 inline constexpr unsigned kChunkRestrictedAlphabet = 0x08;

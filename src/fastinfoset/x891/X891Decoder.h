@@ -71,6 +71,10 @@ class X891Decoder : public Decoder {
   void setCoalescesCharacters(bool coalesces) { coalescesCharacters_ = coalesces; }
   void setRawOctets(bool value) { reportsRaw_ = value; }
   bool rawOctets() const { return reportsRaw_; }
+  /// Forgets the attributes that were reported.
+  void forgetStartTag();
+  /// The text of a typed value that was reported as such.
+  std::string textOfReported(unsigned field, const EncodedData& value);
   bool isStandalone() const { return document_.standalone.value_or(false); }
   EncodingAlgorithm* findAlgorithm(unsigned field, std::string& uri);
 
@@ -78,6 +82,7 @@ class X891Decoder : public Decoder {
   template <typename Read>
   void guardDocument(Read read);
   void checkNotPaused(const char* operation) const;
+  void checkNotPulled() const;
   [[noreturn]] void throwFailure(const std::string& message) const override;
   void beginDocument() override;
   void decodeHeader() override;

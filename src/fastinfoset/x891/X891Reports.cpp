@@ -118,10 +118,14 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
   if (handlers_.content) {
     handlers_.content->startElement(name.namespaceName, name.localName, name.qName, attributes);
   }
-  attributes.clear();
-  tableOctets_ -= document.tagOctets;
-  document.tagOctets = 0;
+  if (!isPulled_) forgetStartTag();
   return ended;
+}
+
+void X891Decoder::forgetStartTag() {
+  attributes_.clear();
+  tableOctets_ -= document_.tagOctets;
+  document_.tagOctets = 0;
 }
 
 void X891Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
@@ -156,14 +160,18 @@ void X891Decoder::reportValue(unsigned field, const std::string& uri, const Enco
   } else if (handlers_.encodingAlgorithms) {
     handlers_.encodingAlgorithms->object(uri, static_cast<int>(field), value);
   } else if (handlers_.content) {
-    checkTextOf(field, value);
-    const std::string text = value.toString();
-    if (field >= kDialectX891.firstApplicationAlgorithm) {
-      checkText(text);  // An application's algorithm may make any text, of any length.
-      checkTextLength(text.size(), 0);
-    }
-    reportCharacters(text);
+    reportCharacters(textOfReported(field, value));
   }
+}
+
+std::string X891Decoder::textOfReported(unsigned field, const EncodedData& value) {
+  checkTextOf(field, value);
+  std::string text = value.toString();
+  if (field >= kDialectX891.firstApplicationAlgorithm) {
+    checkText(text);  // An application's algorithm may make any text, of any length.
+    checkTextLength(text.size(), 0);
+  }
+  return text;
 }
 
 void X891Decoder::reportOctets(bool adds, unsigned field, const std::string& uri,

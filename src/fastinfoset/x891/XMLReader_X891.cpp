@@ -6,6 +6,7 @@
 
 #include "../../sax/ParseScope.h"
 #include "../../sax/Properties.h"
+#include "PulledReader.h"
 #include "VocabularyChecks.h"
 #include "X891Decoder.h"
 
@@ -134,6 +135,8 @@ EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std:
   return decoder_->findAlgorithm(field, uri);
 }
 
+fastinfoset::X891Decoder& PulledReader_X891::decoder() { return *decoder_; }
+
 // --- The decoder ---
 
 namespace fastinfoset {
@@ -192,6 +195,10 @@ void X891Decoder::checkNotPaused(const char* operation) const {
     throw SAXException(std::string(operation) + " called while the reader is paused");
 }
 
+void X891Decoder::checkNotPulled() const {
+  if (isPulled_) throw SAXException("stop or pause called of a pull reader's reader");
+}
+
 /// Reads a part of a document, until it is complete, fails, halts or lacks octets.
 template <typename Read>
 void X891Decoder::guardDocument(Read read) {
@@ -226,12 +233,14 @@ void X891Decoder::resume() {
 }
 
 void X891Decoder::pause() {
+  checkNotPulled();
   if (!parsing_) return;
   gate_.pause();
   halt();
 }
 
 void X891Decoder::stop() {
+  checkNotPulled();
   if (!parsing_ && !isFed_ && !gate_.isPaused()) return;
   gate_.stop();
   halt();

@@ -50,6 +50,7 @@ void XML10Driver::parse(std::istream& stream) {
   checkNotPaused("parse");
   guardParse([&] {
     setupParser();
+    setReparseDeferral();
     document_->stream = &stream;
     finishParse(parseEntity(parser_.get(), stream, true), true);
   });
@@ -62,6 +63,7 @@ void XML10Driver::parse(const void* data, unsigned long size, bool isFinal) {
     if (!parser_) setupParser();
     if (data == nullptr) size = 0;
     if (size == 0 && !isFinal) return;
+    setReparseDeferral();
     document_->isFinal = isFinal;
     const auto* block = static_cast<const char*>(data);
     const XML_Status status = document_->start ? parseFirstBlocks(block, size, isFinal)
@@ -152,11 +154,14 @@ void XML10Driver::setupParser() {
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser,
                                                           limits.entityAmplificationThreshold);
-#ifdef TAVRIN_HAS_REPARSE_DEFERRAL
-  XML_SetReparseDeferralEnabled(parser, settings.reparseDeferral ? XML_TRUE : XML_FALSE);
-#endif
   // makeReady announces the document, at its XML declaration or the first other event.
   ready_ = false;
+}
+
+void XML10Driver::setReparseDeferral() {
+#ifdef TAVRIN_HAS_REPARSE_DEFERRAL
+  XML_SetReparseDeferralEnabled(parser_.get(), settings.reparseDeferral ? XML_TRUE : XML_FALSE);
+#endif
 }
 
 bool XML10Driver::makeReady() {

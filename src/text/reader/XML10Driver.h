@@ -198,6 +198,8 @@ class XML10Driver : public EventTarget {
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
   XML_Status continueParse();
+  /// Expat can change it between blocks.
+  void setReparseDeferral();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.

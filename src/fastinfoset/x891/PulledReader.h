@@ -1,0 +1,16 @@
+#pragma once
+
+#include <Tavrin/XMLReader_X891.h>
+
+#include "../../sax/DrivenReader.h"
+#include "X891Decoder.h"
+
+namespace Tavrin {
+
+/// A reader whose documents are pulled from its decoder.
+class TAVRIN_LOCAL PulledReader_X891 final : public DrivenReader<XMLReader_X891> {
+ public:
+  fastinfoset::X891Decoder& decoder();
+};
+
+}  // namespace Tavrin
