@@ -260,9 +260,12 @@ class Decoder {
   }
   /// Ends a step, and returns whether there is to be another one, and an octet for it.
   bool nextStep() {
-    if (input_.blocks() == nullptr && !isHalted_) return true;
+    if (input_.blocks() == nullptr) {
+      isCut_ = isHalted_;
+      return !isCut_;
+    }
     if (isCut_) return false;
-    endStep();
+    keepStep();
     isCut_ = isHalted_ || input_.blocks()->lacks(1);
     return !isCut_;
   }

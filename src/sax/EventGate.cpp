@@ -74,10 +74,10 @@ bool EventGate::resume() {
   state_ = State::open;
   setPlaces(coalesces_);
   struct Delivery {
-    explicit Delivery(bool& mark) : isUnderWay(mark) { isUnderWay = true; }
-    ~Delivery() { isUnderWay = false; }
     bool& isUnderWay;
-  } const delivery(isDelivering_);
+    ~Delivery() { isUnderWay = false; }
+  } const delivery = {isDelivering_};
+  isDelivering_ = true;
   while (isOpen() && delivered_ < kept_.size()) {
     const auto call = std::move(kept_[delivered_++]);
     call();
