@@ -121,7 +121,7 @@ bool BinarySource::endOrThrow() {
 }
 
 bool BinarySource::handOutFirst() {
-  other_ = *this;
+  other_ = static_cast<const PullState&>(*this);
   if (event == PullEvent::startElement) --open;
   return handOutInOrder();
 }

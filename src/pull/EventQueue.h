@@ -122,7 +122,7 @@ class EventQueue {
   }
   template <typename Value>
   Value take() {
-    Value value;
+    Value value{};
     std::memcpy(&value, read_, sizeof value);
     read_ += sizeof value;
     return value;
@@ -164,7 +164,7 @@ inline void EventQueue::read(PullState& state) {
   mappings_.clear();
   for (;;) {
     const Head head = take<Head>();
-    std::array<std::size_t, 5> lengths;
+    std::array<std::size_t, 5> lengths{};
     for (std::size_t i = 0; i < head.partCount; ++i) lengths[i] = take<std::size_t>();
     for (std::size_t i = 0; i < head.partCount; ++i) {
       state.parts[i] = {read_, lengths[i]};
