@@ -20,20 +20,21 @@ bool Decoder::decodeAttributes(List& attributes) {
   Names& table = names(kAttributeNames);
   for (;;) {
     if (tag_.attribute == nullptr) {
-      if (!nextStep()) return false;
+      if (!nextItem()) return false;
       const unsigned octet = readOctet();
       if (octet == kTerminator) return false;
       if (octet == kDoubleTerminator) return true;
       if (octet < kFirstNonAttributeIndex) {
         tag_.attribute = &nameAt(decodeIndex(octet), table, kInvalidAttributeName);
       } else if ((octet & kLiteralAttributeNameMask) == kLiteralAttributeName) {
+        keepItem();
         tag_.attribute = &decodeLiteralName(octet, table);
       } else {
         fail("Error when decoding attribute name");
       }
       checkAttributeName(*tag_.attribute);
     }
-    if (!nextStep()) return false;
+    if (!nextItem()) return false;
     decodeAttributeValue(attributes, *tag_.attribute);
     if (isCut_) return false;
     tag_.attribute = nullptr;
@@ -46,6 +47,7 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
   Strings& values = strings(kAttributeValues);
   const unsigned octet = readOctet();
   if ((octet & kStringAlgorithmMask) == kStringAlgorithm) {
+    keepItem();
     const Field field = decodeStringField(octet);
     expectLiteral(field.length);
     std::string uri;
@@ -77,10 +79,12 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
       }
     }
   } else if ((octet & kStringIndex) == 0 && (octet & kStringEncoding) == kStringUTF8) {
+    const std::uint64_t begin = input_.count() - 1;
     const std::uint64_t length = decodeStringLength(octet);
-    if (isCutBefore(length)) return;
+    if (isCutBefore(length, begin)) return;
     decodeLiteralText(octet, length, &values, attributes.begin(name, isListed).value);
   } else {
+    keepItem();
     decodeString(octet, &values, attributes.begin(name, isListed).value);
   }
   attributes.end();

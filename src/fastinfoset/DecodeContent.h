@@ -32,10 +32,13 @@ inline unsigned Decoder::decodeContentItem(unsigned octet) {
   } else if (octet <= kLastCharacterChunk) {
     decodeCharacters(octet);
   } else if (octet >= kFirstEntityReference && octet <= kLastEntityReference) {
+    keepItem();
     decodeUnexpandedEntityReference(octet);
   } else if (octet == kProcessingInstruction) {
+    keepItem();
     decodeProcessingInstruction();
   } else if (octet == kComment) {
+    keepItem();
     decodeComment();
   } else if (octet == kTerminator) {
     return 1;

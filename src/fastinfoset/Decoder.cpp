@@ -82,6 +82,7 @@ void Decoder::decodeBlock() {
 
 void Decoder::continueDocument() {
   isHalted_ = false;
+  isStepwise_ = input_.blocks() != nullptr;
   if (progress_.hasEnded) return;
   isCut_ = false;
   if (input_.blocks() == nullptr) {
@@ -104,6 +105,7 @@ void Decoder::undoStep() {
   input_.undoStep();
   tableOctets_ = stepTableOctets_;
   fromTables_ = stepFromTables_;
+  stepEntries_.resize(stepEntryCount_);
   for (const unsigned table : stepEntries_) {
     if (table < kStringTables) {
       strings(table).removeLast();
@@ -111,11 +113,12 @@ void Decoder::undoStep() {
       names(table).shrinkTo(names(table).size() - 1);
     }
   }
-  stepEntries_.clear();
+  stepEntryCount_ = 0;
 }
 
 void Decoder::beginDocument() {
   isHalted_ = false;
+  isStepwise_ = input_.blocks() != nullptr;
   isCut_ = false;
   isAtEnd_ = false;
   ends_ = 0;

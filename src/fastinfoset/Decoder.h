@@ -260,34 +260,63 @@ class Decoder {
   }
   /// Ends a step, and returns whether there is to be another one, and an octet for it.
   bool nextStep() {
-    if (input_.blocks() == nullptr) {
-      isCut_ = isHalted_;
-      return !isCut_;
-    }
+    if (!isStepwise_) return true;
     if (isCut_) return false;
-    keepStep();
-    isCut_ = isHalted_ || input_.blocks()->lacks(1);
-    return !isCut_;
+    endStep();
+    if (!isHalted_ && !input_.blocks()->lacks(1)) return true;
+    isCut_ = true;
+    return false;
   }
-  /// Whether the step lacks octets of a literal, which comes next.
-  bool isCutBefore(std::uint64_t length) {
+  /// As nextStep, for an item that most often is no more than an octet, an index, or a length and a
+  /// literal. Where these octets but the literal are at hand, the step is not kept now, but by
+  /// isCutBefore if the literal is cut, and by keepItem if more comes than that. Measured: in large
+  /// blocks, documents take a tenth less time.
+  bool nextItem() {
+    constexpr std::uint64_t kIndexOrLength = 16;  // Or more.
+    if (!isStepwise_) return true;
+    if (isCut_ || isHalted_ || !input_.blocks()->has(kIndexOrLength)) return nextStep();
+    stepEntryCount_ = 0;
+    return true;
+  }
+  /// To be called after the octet that begins an item, and before anything else is decoded.
+  void keepItem() {
+    if (input_.blocks() != nullptr) keepStepBefore(1);
+  }
+  /// Whether an item lacks octets of its literal, which comes next.
+  /// @param begin how many octets precede the item
+  bool isCutBefore(std::uint64_t length, std::uint64_t begin) {
     if (input_.blocks() == nullptr) return false;
     checkLiteralLength(length);
+    if (input_.blocks()->has(length)) return false;
+    keepStepBefore(input_.count() - begin);
     isCut_ = input_.blocks()->lacks(length);
     return isCut_;
   }
   void keepStep() {
-    input_.endStep();
+    input_.blocks()->endStep();
+    keepCounts();
+  }
+  /// Keeps the state before so many octets, which have changed nothing.
+  void keepStepBefore(std::uint64_t octets) {
+    input_.blocks()->endStepBefore(octets);
+    keepCounts();
+  }
+  void keepCounts() {
     stepTableOctets_ = tableOctets_;
     stepFromTables_ = fromTables_;
-    stepEntries_.clear();
+    stepEntryCount_ = 0;
+  }
+  void recordEntry(unsigned table) {
+    if (input_.blocks() == nullptr) return;
+    stepEntries_.resize(stepEntryCount_++);
+    stepEntries_.push_back(static_cast<std::uint8_t>(table));
   }
   void undoStep();
   /// What parse does, after the call was found to be allowed.
   void decodeStream(std::istream& stream);
   void decodeNextBlock(std::string_view block, bool isFinal);
   /// Lets decoding end with the step that is under way, which stays.
-  void halt() { isHalted_ = true; }
+  void halt() { isStepwise_ = isHalted_ = true; }
   /// Decodes on after that, from the same stream, or what is there of the same block.
   void continueDocument();
   /// Decodes what is there of a document that comes in blocks.
@@ -447,13 +476,17 @@ class Decoder {
   Progress progress_;
   StartTag tag_;
   bool isHalted_ = false;
+  bool isStepwise_ = false;  // Decoding halts, or blocks are decoded: only then steps matter.
   // What the last step left, for undoStep, and the tables that the next one appended to.
   bool isCut_ = false;
-  std::uint64_t stepTableOctets_ = 0;
-  std::uint64_t stepFromTables_ = 0;
   std::vector<std::uint8_t> stepEntries_;
-  OctetInput input_;
+  std::size_t stepEntryCount_ = 0;
+  // What keepStep copies is not side by side: the compiler would copy both at once, and the
+  // processor wait until both were written. Measured: attributes in blocks take a seventh longer.
+  std::uint64_t stepFromTables_ = 0;
   std::uint64_t tableOctets_ = 0;
+  OctetInput input_;
+  std::uint64_t stepTableOctets_ = 0;
   std::uint64_t fromTables_ = 0;  // Octets of strings that were reported by their index.
   std::string octets_;            // Of a string in another encoding than UTF-8.
   std::string text_;              // Of a chunk; used again for each, as it keeps its memory.

@@ -35,7 +35,7 @@ bool Decoder::decodeElement(unsigned octet) {
 bool Decoder::decodeContent(std::size_t outer) {
   for (;;) {
     if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
-    if (openElements_.size() == outer || !nextStep()) return false;
+    if (openElements_.size() == outer || !nextItem()) return false;
     for (unsigned ends = decodeContentItem(readOctet()); ends > 0; --ends) {
       if (openElements_.size() == outer) return true;
       closeElement();
@@ -84,7 +84,10 @@ Name& Decoder::decodeElementName(unsigned bits) {
   if (bits <= kLastElementIndex) {
     return nameAt(decodeElementIndex(bits), table, kInvalidElementName);
   }
-  if ((bits & kLiteralElementName) == kLiteralElementName) return decodeLiteralName(bits, table);
+  if ((bits & kLiteralElementName) == kLiteralElementName) {
+    keepItem();
+    return decodeLiteralName(bits, table);
+  }
   fail("Error when decoding element name");
 }
 

@@ -69,8 +69,11 @@ void Decoder::decodeCharacters(unsigned octet) {
   std::uint64_t length = 0;
   const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;
   if (isUTF8) {
+    const std::uint64_t begin = input_.count() - 1;
     length = decodeCharactersLength(octet);
-    if (isCutBefore(length)) return;
+    if (isCutBefore(length, begin)) return;
+  } else {
+    keepItem();
   }
   // Nothing else may use the memory while a handler has the text. Who pulls has it until later.
   std::string own;
@@ -90,6 +93,7 @@ void Decoder::decodeCharacters(unsigned octet) {
 
 /// Decodes a chunk that an encoding algorithm made, and reports its value.
 void Decoder::decodeTypedChunk(unsigned octet) {
+  keepItem();
   const bool adds = octet & kChunkAddToTable;
   const Field field = decodeChunkField(octet);
   expectLiteral(field.length);

@@ -62,7 +62,7 @@ inline Decoder::Pulled Decoder::pullItem() {
 inline Decoder::Pulled Decoder::pullContent() {
   if (ends_ == 0) {
     if (tag_.part == StartTag::kNone) {
-      if (!nextStep()) return Pulled::item;
+      if (!nextItem()) return Pulled::item;
       const unsigned octet = readOctet();
       if ((octet & kPlainChunkMask) == kChunk) return pullText(octet);
       if (octet >= kChunkIndex && octet <= kLastCharacterChunk) return pullIndexedText(octet);
@@ -82,8 +82,9 @@ inline Decoder::Pulled Decoder::pullContent() {
 
 /// Decodes a chunk in UTF-8 that enters no table, most often without a copy.
 inline Decoder::Pulled Decoder::pullText(unsigned octet) {
+  const std::uint64_t begin = input_.count() - 1;
   const std::uint64_t length = decodeCharactersLength(octet);
-  if (isCutBefore(length)) return Pulled::item;
+  if (isCutBefore(length, begin)) return Pulled::item;
   checkLiteralLength(length);
   if (const char* const octets = input_.consumeBuffered(length)) {
     pulledText_ = {octets, length};

@@ -61,7 +61,7 @@ void Decoder::addEntry(Strings& table, const std::string& entry) {
   if (table.positions() >= dialect_.maximumEntries) return;
   accountFor(countedOctets(entry));
   table.append(entry);
-  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+  recordEntry(table.table());
 }
 
 /// Adds what an unknown algorithm has made.
@@ -70,11 +70,11 @@ void Decoder::addEntry(Strings& table, unsigned field, const std::string& uri,
   if (table.positions() >= dialect_.maximumEntries) return;
   accountFor(countedOctets(octets) + countedOctets(uri));
   table.append({field, uri, octets});
-  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+  recordEntry(table.table());
 }
 
 Name& Decoder::appendName(Names& table) {
-  if (input_.blocks() != nullptr) stepEntries_.push_back(static_cast<std::uint8_t>(table.table()));
+  recordEntry(table.table());
   return table.append();
 }
 

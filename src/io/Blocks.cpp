@@ -10,8 +10,9 @@ void Blocks::clear() {
   append({}, false);
   wanted_ = 1;
   stream_.clear();
+  shownBegin_ = stepBegin_;
+  shownOffset_ = 0;
   show({});
-  endStep(0);
 }
 
 void Blocks::append(std::string_view block, bool isFinal) {
@@ -66,15 +67,17 @@ bool Blocks::supply() {
 std::uint64_t Blocks::undoStep() {
   stream_.clear();
   show({stepBegin_, static_cast<std::size_t>(buffer_.egptr() - stepBegin_)});
-  return stepCount_;
+  return shownOffset_;
 }
 
+/// Shows octets that begin with a step.
 void Blocks::show(std::string_view octets) {
   // Nothing is written there.
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
   char* const begin = const_cast<char*>(octets.data());
   buffer_.setg(begin, begin, begin + octets.size());
-  stepBegin_ = begin;
+  shownOffset_ += static_cast<std::uint64_t>(stepBegin_ - shownBegin_);
+  shownBegin_ = stepBegin_ = begin;
 }
 
 /// Shows what was not read of the block where it is, instead of its beginning after what was kept.

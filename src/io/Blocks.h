@@ -38,18 +38,21 @@ class Blocks {
   /// @return false where it certainly takes another block
   bool supply();
 
-  void endStep(std::uint64_t count) {
+  void endStep() {
     stepBegin_ = buffer_.gptr();
-    stepCount_ = count;
     if (keptOfBlock_ > 0 && shown() <= keptOfBlock_) showBlock();
   }
+  /// The last step ended before so many octets, which were read since.
+  void endStepBefore(std::uint64_t octets) { stepBegin_ = buffer_.gptr() - octets; }
   /// As if nothing had been read since the last step.
-  /// @return the count that was given at its end
+  /// @return how many octets precede it in the document
   std::uint64_t undoStep();
 
+  /// Whether so many octets are at hand.
+  bool has(std::uint64_t length) const { return length <= shown(); }
   /// Whether so many octets have not arrived, but may. The step is incomplete then.
   bool lacks(std::uint64_t length) {
-    if (length <= shown() || (isFinal_ && rest_.empty())) return false;
+    if (has(length) || (isFinal_ && rest_.empty())) return false;
     wanted_ = static_cast<std::uint64_t>(buffer_.gptr() - stepBegin_) + length;
     return true;
   }
@@ -82,7 +85,9 @@ class Blocks {
   bool isCopied_ = false;
   bool isFinal_ = false;
   const char* stepBegin_ = nullptr;
-  std::uint64_t stepCount_ = 0;
+  // The beginning of what is shown, which was that of a step, and its offset in the document.
+  const char* shownBegin_ = nullptr;
+  std::uint64_t shownOffset_ = 0;
   std::uint64_t wanted_ = 1;  // How many octets the step has at least.
 };
 

@@ -38,7 +38,6 @@ class OctetInput {
   }
   /// The blocks, or null where a stream is read.
   Blocks* blocks() const { return blocks_; }
-  void endStep() { blocks_->endStep(count_); }
   /// What was read since the last step is read again.
   void undoStep() { count_ = blocks_->undoStep(); }
 
