@@ -47,7 +47,7 @@ std::string utf16(const std::u16string& text, bool isBigEndian) {
   return octets;
 }
 
-TEST(XML10Failures, OfTagsNameTheOneThatIsOpen) {
+TEST(XML10FailureMessages, OfTagsNameTheOneThatIsOpen) {
   EXPECT_EQ(failureOf("<a><b></c></a>"), failed("mismatched tag: expected </b> of line 1, 1, 9"));
   EXPECT_EQ(failureOf("<a>\n\r\n <b\n x='1'>\r<c/><d>\n</d></a>"),
             failed("mismatched tag: expected </b> of line 3, 6, 7"));
@@ -63,7 +63,7 @@ TEST(XML10Failures, OfTagsNameTheOneThatIsOpen) {
   EXPECT_EQ(failureOf("<a/><b></a>"), failed("junk after document element, 1, 5"));
 }
 
-TEST(XML10Failures, OfTagsNameTheLineWhereverItIs) {
+TEST(XML10FailureMessages, OfTagsNameTheLineWhereverItIs) {
   const std::string lines(100000, '\n');
   EXPECT_EQ(failureOf("\n<a>" + lines + "<b/></c>"),
             failed("mismatched tag: expected </a> of line 2, 100002, 7"));
@@ -71,7 +71,7 @@ TEST(XML10Failures, OfTagsNameTheLineWhereverItIs) {
             failed("mismatched tag: expected </c> of line 200001, 200001, 6"));
 }
 
-TEST(XML10Failures, NameWhatOtherEncodingsHold) {
+TEST(XML10FailureMessages, NameWhatOtherEncodingsHold) {
   for (const bool isBigEndian : {false, true}) {
     EXPECT_EQ(failureOf(utf16(u"<a>\n\r\n<\u00E4\u4E00></b>", isBigEndian)),
               failed("mismatched tag: expected </\u00E4\u4E00> of line 3, 3, 7"));
@@ -88,7 +88,7 @@ TEST(XML10Failures, NameWhatOtherEncodingsHold) {
   EXPECT_EQ(failureOf(greek + "<\xE1:b/></a>"), failed("unbound prefix: \"\u03B1\", 1, 47"));
 }
 
-TEST(XML10Failures, ShortenNames) {
+TEST(XML10FailureMessages, ShortenNames) {
   const std::string hundred(100, 'n');
   EXPECT_EQ(failureOf("<" + hundred + ">"),
             failed("no element found: <" + hundred + "> of line 1 is not closed, 1, 103"));
@@ -102,7 +102,7 @@ TEST(XML10Failures, ShortenNames) {
             failed("unclosed token: &" + wide.substr(0, 297) + "..., 1, 4"));
 }
 
-TEST(XML10Failures, OfTokensShowHowTheyBegin) {
+TEST(XML10FailureMessages, OfTokensShowHowTheyBegin) {
   EXPECT_EQ(failureOf("<a><bc d='1'"), failed("unclosed token: <bc, 1, 4"));
   EXPECT_EQ(failureOf("<a>\n</a"), failed("unclosed token: </a, 2, 1"));
   EXPECT_EQ(failureOf("<a><!-- c"), failed("unclosed token: <!--, 1, 4"));
@@ -114,7 +114,7 @@ TEST(XML10Failures, OfTokensShowHowTheyBegin) {
             failed("reference to invalid character number: &#xFFFFFFFF;, 1, 4"));
 }
 
-TEST(XML10Failures, OfAttributesNameThem) {
+TEST(XML10FailureMessages, OfAttributesNameThem) {
   EXPECT_EQ(failureOf("<a b='1' c='' b='2'/>"), failed("duplicate attribute: \"b\", 1, 15"));
   EXPECT_EQ(failureOf("<a x:b='1' x:b = '2' xmlns:x='u'/>"),
             failed("duplicate attribute: \"x:b\", 1, 12"));
@@ -124,7 +124,7 @@ TEST(XML10Failures, OfAttributesNameThem) {
             failed("duplicate attribute: \"p:c\" and \"q:c\", 2, 1"));
 }
 
-TEST(XML10Failures, OfPrefixesNameThem) {
+TEST(XML10FailureMessages, OfPrefixesNameThem) {
   EXPECT_EQ(failureOf("<p:a/>"), failed("unbound prefix: \"p\", 1, 1"));
   EXPECT_EQ(failureOf("<p:a>"), failed("unbound prefix: \"p\", 1, 1"));
   EXPECT_EQ(failureOf("<p:a q:b='/>' xml:lang='' xmlns='u' xmlns:r='s'/>"),
@@ -147,7 +147,7 @@ TEST(XML10Failures, OfPrefixesNameThem) {
             failed("reserved prefix (xmlns) must not be declared or undeclared, 1, 1"));
 }
 
-TEST(XML10Failures, OfEntitiesNameTheRightOne) {
+TEST(XML10FailureMessages, OfEntitiesNameTheRightOne) {
   const std::string declared =
       "<!DOCTYPE a [<!ENTITY e '<b>&amp;&f;</b>'><!ENTITY f '&g;&f;'><!ENTITY g 'h'>"
       "<!NOTATION n SYSTEM 'n'><!ENTITY pic SYSTEM 'p' NDATA n><!ENTITY x SYSTEM 'x'>"
@@ -183,7 +183,7 @@ TEST(XML10Failures, OfEntitiesNameTheRightOne) {
             failed("undefined entity: \"%u\", 1, 52"));
 }
 
-TEST(XML10Failures, InInternalEntitiesNameTheEntity) {
+TEST(XML10FailureMessages, InInternalEntitiesNameTheEntity) {
   const auto inEntity = [](const std::string& text) {
     return failureOf("<!DOCTYPE a [<!ENTITY e '" + text + "'>]><a>\n&e;</a>");
   };
@@ -196,7 +196,7 @@ TEST(XML10Failures, InInternalEntitiesNameTheEntity) {
   EXPECT_EQ(inEntity("<b"), failed("unclosed token" + in));
 }
 
-TEST(XML10Failures, InExternalEntitiesNameBoth) {
+TEST(XML10FailureMessages, InExternalEntitiesNameBoth) {
   const auto inEntity = [](const std::string& text) {
     return failureOf("<!DOCTYPE a [<!ENTITY e SYSTEM 's'>]><a>&e;</a>", {{"s", text}});
   };
@@ -213,7 +213,7 @@ TEST(XML10Failures, InExternalEntitiesNameBoth) {
   EXPECT_EQ(inEntity("<b c='' c=''/>"), in("duplicate attribute: \"c\"", "1, 9"));
 }
 
-TEST(XML10Failures, AreTheSameInTheDocumentAfterwards) {
+TEST(XML10FailureMessages, AreTheSameInTheDocumentAfterwards) {
   Tavrin::XMLReader_XML10 reader;
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(parseText(reader, "<a><b xmlns:p='u'></a>"),
