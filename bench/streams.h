@@ -18,6 +18,9 @@ class MemoryBuffer : public std::streambuf {
     setg(begin, begin, begin + octets_.size());
   }
 
+ protected:
+  std::streamsize showmanyc() override { return -1; }  // There is nothing more.
+
  private:
   const std::string& octets_;
 };

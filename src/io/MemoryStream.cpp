@@ -14,6 +14,7 @@ class MemoryStream::Buffer : public std::streambuf {
   }
 
  protected:
+  std::streamsize showmanyc() override { return -1; }  // There is nothing more.
   pos_type seekoff(off_type offset, std::ios_base::seekdir from,
                    std::ios_base::openmode which) override {
     const off_type size = egptr() - eback();
