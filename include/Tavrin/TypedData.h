@@ -197,8 +197,11 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
 /// EncodingAlgorithmAttributes::getAlgorithmURI.
 ///
 /// @code
-/// if (const auto* raw = dynamic_cast<const RawData*>(attributes.getAlgorithmData(i))) {
-///   std::cout << attributes.getAlgorithmURI(i) << ": " << raw->data_.size() << " octets\n";
+/// EncodingAlgorithmAttributesImpl attributes;
+/// attributes.addAttribute("", "paper", "paper", "CDATA", "urn:example:colours", 31,
+///                         std::make_unique<RawData>("\xFF\xFF\xF0"));
+/// if (const auto* raw = dynamic_cast<const RawData*>(attributes.getAlgorithmData(0))) {
+///   std::cout << attributes.getAlgorithmURI(0) << ": " << raw->data_.size() << " octets\n";
 /// }
 /// @endcode
 ///
