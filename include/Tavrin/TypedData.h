@@ -198,8 +198,8 @@ class TAVRIN_API UUIDData : public EncodedDataTemplate<std::vector<UUID>> {
 ///
 /// @code
 /// EncodingAlgorithmAttributesImpl attributes;
-/// attributes.addAttribute("", "a", "a", "CDATA", "urn:unknown", 32,
-///                         std::make_unique<RawData>("octets"));
+/// attributes.addAttribute("", "paper", "paper", "CDATA", "urn:example:colours", 31,
+///                         std::make_unique<RawData>("\xFF\xFF\xF0"));
 /// if (const auto* raw = dynamic_cast<const RawData*>(attributes.getAlgorithmData(0))) {
 ///   std::cout << attributes.getAlgorithmURI(0) << ": " << raw->data_.size() << " octets\n";
 /// }

@@ -57,6 +57,10 @@ namespace Tavrin {
 ///   the internal subset are reported nevertheless, and must be well-formed.
 /// - The positions of a failure and of the Locator are those in the external entity that is being
 ///   read. The message of a failure there names the entity.
+/// - The message of a failure begins with expat's words. Where these name nothing, a colon and the
+///   element, entity, prefix or attribute follow, cut after 100 characters: `mismatched tag:
+///   expected </b> of line 3`, `undefined entity: "e"`. A failure inside an internal entity, whose
+///   position is that of the reference, ends with `(in the text of the entity "e")`.
 /// - setDocumentLocator and startDocument are called when the XML declaration has been read, or
 ///   before the first other event or failure, so that startDocument can get what it states.
 /// - A document of another version than 1.0 is read by the rules of 1.0, after a call of
@@ -150,7 +154,7 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// consulted nor changed. The buffer is asked for what it has, and for one octet where it has
   /// none: where it waits, the events of the octets before have been reported, but for a tag that
   /// is cut (see Tavrin::properties::reparseDeferral).
-  /// @throws SAXParseException with expat's message, after ErrorHandler::fatalError
+  /// @throws SAXParseException for a failure of the document, after ErrorHandler::fatalError
   /// @throws SAXException when no parser can be created, and when called from a handler
   /// @throws whatever a handler, the resolver or a stream throws
   void parse(std::istream& stream) override;

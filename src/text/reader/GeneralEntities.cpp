@@ -23,7 +23,7 @@ template <typename IsSought>
 const std::string* GeneralEntities::follow(const std::string& name, IsSought isSought) const {
   struct Level {
     Entities::const_iterator entity;
-    std::size_t next;
+    std::size_t next = 0;
   };
   std::vector<Level> levels;                    // A document decides how deep entities are nested.
   std::map<std::string_view, bool> isFollowed;  // Those that were met, and are not done yet.

@@ -80,9 +80,10 @@ void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
   XML10Document& document = *document_;
   if (prefix) requireName(prefix);
   // expat has no namespace name for `xmlns=""`.
-  document.bindings.emplace_back(textOrEmpty(prefix), textOrEmpty(uri));
+  document.bindings.push(textOrEmpty(prefix), textOrEmpty(uri));
   if (!handlers.content) return;
-  const auto& [declaredPrefix, declaredURI] = document.bindings.back();
+  const std::string declaredPrefix = textOrEmpty(prefix);
+  const std::string declaredURI = textOrEmpty(uri);
   if (document.settings.features.namespacePrefixes) {
     document.declarations.emplace_back(declaredPrefix, declaredURI);
   }
@@ -93,8 +94,7 @@ void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
 }
 
 void XML10Driver::endNamespace(const XML_Char* prefix) {
-  auto& bindings = document_->bindings;
-  if (!bindings.empty()) bindings.pop_back();  // After a failure, some were not recorded.
+  document_->bindings.pop();
   if (!isAlwaysBound(prefix)) EventTarget::endNamespace(prefix);
 }
 

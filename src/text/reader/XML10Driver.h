@@ -135,8 +135,7 @@ struct XML10Document {
   std::string markup;
   /// The namespace declarations of the next start tag, while they are reported as attributes.
   std::vector<std::pair<std::string, std::string>> declarations;
-  /// The prefixes and namespace names that are in force, the innermost last.
-  std::vector<std::pair<std::string, std::string>> bindings;
+  OpenDeclarations bindings;
   /// The exception that stopped the parse.
   std::exception_ptr failure;
   /// What is appended to expat's message about an encoding.

@@ -52,38 +52,69 @@ std::string decoded(std::string_view octets, const std::string& encoding) {
   return encoding.empty() ? std::string(octets) : toUTF8(encoding.c_str(), octets);
 }
 
-/// The octets of the markup that octets begin with: a reference, tag, literal or name. Where its
-/// end is missing, as much as is looked at.
+/// The characters of ASCII among octets in any encoding.
+class Characters {
+ public:
+  /// @param octets begin with a character of ASCII
+  explicit Characters(std::string_view octets)
+      : octets_(octets), width_(isWide(octets) ? 2 : 1), low_(isBigEndian(octets) ? 1 : 0) {}
+
+  std::size_t width() const { return width_; }
+  /// The character at an octet; 0 where there is another one, or none.
+  char at(std::size_t i) const {
+    if (i + width_ > octets_.size()) return '\0';
+    return width_ == 1 || octets_[i + 1 - low_] == '\0' ? octets_[i + low_] : '\0';
+  }
+
+ private:
+  std::string_view octets_;
+  std::size_t width_;
+  std::size_t low_;
+};
+
+/// Which characters end markup that begins with this one: a reference, tag, literal or name.
+std::string_view endsOf(char first) {
+  switch (first) {
+    case '&':
+    case '%':
+      return ";";
+    case '<':
+      return ">";
+    case '"':
+      return "\"";
+    case '\'':
+      return "'";
+    default:
+      return " \t\r\n=";
+  }
+}
+
+/// The beginning of markup without an end, as much as is looked at.
+std::string_view cut(std::string_view octets) {
+  if (octets.size() <= kMostOfToken) return octets;
+  std::size_t length = kMostOfToken;
+  while (!isWide(octets) && length > 0 && isContinuation(octets[length])) --length;
+  return octets.substr(0, length);
+}
+
+/// The octets of the markup that octets begin with.
 std::string_view markupAtStart(std::string_view octets) {
-  const std::size_t width = isWide(octets) ? 2 : 1;
-  const std::size_t low = isBigEndian(octets) ? 1 : 0;
-  const auto at = [&](std::size_t i) {
-    if (i + width > octets.size()) return '\0';
-    return width == 1 || octets[i + 1 - low] == '\0' ? octets[i + low] : '\0';
-  };
-  const char first = at(0);
-  const bool isLiteral = first == '"' || first == '\'';
-  const bool isReference = first == '&' || first == '%';
-  const std::string_view ends = isReference    ? ";"
-                                : first == '<' ? ">"
-                                : isLiteral    ? std::string_view(first == '"' ? "\"" : "'")
-                                               : " \t\r\n=";
+  const Characters characters(octets);
+  const bool isTag = characters.at(0) == '<';
+  const std::string_view ends = endsOf(characters.at(0));
   char quote = '\0';
-  for (std::size_t i = width; i < octets.size(); i += width) {
-    const char character = at(i);
+  for (std::size_t i = characters.width(); i < octets.size(); i += characters.width()) {
+    const char character = characters.at(i);
+    if (character == '\0') continue;
     if (quote != '\0') {
       if (character == quote) quote = '\0';
-    } else if (first == '<' && (character == '"' || character == '\'')) {
+    } else if (isTag && (character == '"' || character == '\'')) {
       quote = character;
     } else if (ends.find(character) != std::string_view::npos) {
-      return octets.substr(0, i + width);
+      return octets.substr(0, i + characters.width());
     }
   }
-  std::size_t length = std::min(octets.size(), kMostOfToken);
-  if (width == 1 && length < octets.size()) {
-    while (length > 0 && isContinuation(octets[length])) --length;
-  }
-  return octets.substr(0, length);
+  return cut(octets);
 }
 
 /// The markup at which the parser failed, in UTF-8.
@@ -150,7 +181,11 @@ bool isReserved(std::string_view uri) { return uri == namespaces::xml || uri == 
 using Bindings = std::vector<std::pair<std::string, std::string>>;
 
 /// What a tag declares may not be in force: where an empty element fails, expat ends it first.
-Bindings withDeclarations(Bindings bindings, std::string_view tag) {
+Bindings withDeclarations(const OpenDeclarations& open, std::string_view tag) {
+  Bindings bindings;
+  open.forEach([&](std::string prefix, std::string uri) {
+    bindings.emplace_back(std::move(prefix), std::move(uri));
+  });
   for (const WrittenAttribute& attribute : attributesOf(tag)) {
     if (attribute.prefix() != "xmlns") continue;
     bindings.emplace_back(attribute.name.substr(sizeof "xmlns"), attribute.value);
@@ -199,16 +234,13 @@ std::uint64_t countLines(std::string_view octets) {
   if (octets.find('\r') == std::string_view::npos && !isWide(octets)) {
     return static_cast<std::uint64_t>(std::ranges::count(octets, '\n'));
   }
-  const std::size_t width = isWide(octets) ? 2 : 1;
-  const std::size_t low = isBigEndian(octets) ? 1 : 0;
-  const auto isAt = [&](std::size_t i, char character) {
-    if (i + width > octets.size() || octets[i + low] != character) return false;
-    return width == 1 || octets[i + 1 - low] == '\0';
-  };
+  const Characters characters(octets);
+  const std::size_t width = characters.width();
   std::uint64_t lines = 0;
   for (std::size_t i = 0; i < octets.size(); i += width) {
-    const bool isPair = isAt(i, '\r') && isAt(i + width, '\n');
-    if (!isPair && (isAt(i, '\r') || isAt(i, '\n'))) ++lines;
+    const char character = characters.at(i);
+    const bool isPair = character == '\r' && characters.at(i + width) == '\n';
+    if (!isPair && (character == '\r' || character == '\n')) ++lines;
   }
   return lines;
 }
@@ -217,7 +249,7 @@ std::uint64_t countLines(std::string_view octets) {
 
 void XML10Driver::nameOpenElements() {
   OpenElements& elements = document_->elements;
-  if (elements.namedDepth() == elements.depth()) return;
+  if (elements.unnamed().empty()) return;
   const OpenEntity& entity = document_->current();
   int offset = 0;
   int size = 0;
@@ -227,8 +259,7 @@ void XML10Driver::nameOpenElements() {
   // The current line less those that end between is that of the outermost.
   std::uint64_t line = 0;
   std::uint64_t place = 0;
-  while (elements.namedDepth() < elements.depth()) {
-    const std::uint64_t octet = elements.octetAt(elements.namedDepth());
+  for (const std::uint64_t octet : elements.unnamed()) {
     if (buffer == nullptr || octet < first || octet > here) {
       elements.name({}, 0);
       continue;
@@ -245,6 +276,7 @@ void XML10Driver::nameOpenElements() {
     const std::string_view name = markup.starts_with('<') ? elementOf(markup) : std::string_view();
     elements.name(xml::isName(name) ? shortened(name) : std::string(), line);
   }
+  elements.endNaming();
 }
 
 /// The innermost element, and the line where it begins.
@@ -307,7 +339,7 @@ std::string XML10Driver::describeFailure(XML_Error code) {
   const bool isOpen = document_->elements.depth() > current.depth;
   const std::string markup = markupHere(current);
   const std::string_view referred = referredAtStart(markup);
-  const std::string inEntity = referred.empty() ? std::string() : inTextOf(referred);
+  std::string inEntity = referred.empty() ? std::string() : inTextOf(referred);
   switch (code) {
     case XML_ERROR_TAG_MISMATCH:
       return isOpen ? describeInnermost(": expected </", "") + inEntity : inEntity;
