@@ -100,8 +100,7 @@ class TAVRIN_API OwnedVocabulary {
   /// element, which has the first of the element names, or else the name `vocabulary`. The same
   /// entries in the same order give the same octets. The state of the stream tells of its failures.
   /// @throws SAXException for a vocabulary that the reader "X891" would refuse for its size: one
-  /// that
-  ///         takes more than 512 MiB
+  ///         that takes more than 512 MiB
   void write(std::ostream& stream) const;
 
   /// Reads the initial vocabulary of a Fast Infoset document, whoever wrote it, up to the end of

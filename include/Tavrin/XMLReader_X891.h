@@ -136,8 +136,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// whatever its size. Where a document refers to a URI, vocabularies that were added come before
   /// those of the property externalVocabularies.
   /// @param uri        by which documents refer to it. The next document uses the vocabulary that
-  /// was
-  ///                   added last with it; an empty one has no entries.
+  ///                   was added last with it; an empty one has no entries.
   /// @throws SAXException for a URI that is empty, or no text of XML
   void addExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
 
@@ -200,8 +199,7 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @param data    null for an empty block; not used after the call
   /// @param size    octets of the block
   /// @param isFinal whether a document that is not complete has no more octets. An empty final
-  /// block
-  ///                after a complete document does nothing.
+  ///                block after a complete document does nothing.
   /// @throws as parse of a stream
   void parse(const void* data, unsigned long size, bool isFinal) override;
 
@@ -243,10 +241,10 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// @param uri   receives the URI of an application-defined algorithm
   virtual EncodingAlgorithm* getEncodingAlgorithm(unsigned int field, std::string& uri);
 
-  class Decoder;                      ///< Of the library alone.
-  std::unique_ptr<Decoder> decoder_;  ///< Likewise.
-
  private:
+  class Decoder;
+  std::unique_ptr<Decoder> decoder_;
+
   TAVRIN_LOCAL static const XMLReaderType type_;
 };
 

@@ -31,9 +31,8 @@ namespace Tavrin {
 /// @endcode
 ///
 /// - An exception of a handler, the resolver or a stream leaves parse as it was thrown, and no
-/// event
-///   follows it. So does std::bad_alloc, also where expat runs out of memory. The reader can then
-///   read another document.
+///   event follows it. So does std::bad_alloc, also where expat runs out of memory. The reader can
+///   then read another document.
 /// - Names are always split by Namespaces in XML, and are qualified names in declarations, too:
 ///   `"x:2" is not a qualified name`. `xmlns=""` is startPrefixMapping("", ""). The prefix `xml`,
 ///   which is always bound, has no prefix mapping.

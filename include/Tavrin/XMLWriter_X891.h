@@ -189,8 +189,7 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
   /// @param uri   names a registered algorithm; where it is empty, the index counts
   /// @param index a built-in algorithm (0 to 9), or the field of a registered one
   /// @param data  a holder of the algorithm's own type; or of a named algorithm, a RawData, which
-  /// is
-  ///              written as `octets` does. So it is in attributes.
+  ///              is written as `octets` does. So it is in attributes.
   /// @throws EncodingAlgorithmException "Unknown encoding algorithm - " as `octets`; or `The
   ///         algorithm "U" announced other octets than it wrote`
   /// @throws std::bad_cast for a holder of another type

@@ -20,8 +20,7 @@ namespace Tavrin {
 /// - Stopped, it lets nothing through.
 /// - Paused, it keeps a copy of each event, until `resume`.
 /// - Open, it puts pieces of text together, and reports them before the next event that a handler
-/// of
-///   the application receives.
+///   of the application receives.
 class EventGate final : private ContentHandler,
                         private ErrorHandler,
                         private DTDHandler,

@@ -13,8 +13,7 @@ class HandlerPlace {
   /// A place where an application cannot set a handler.
   HandlerPlace() = default;
   /// @param application the reader's pointer, because a handler may remove itself, or another,
-  /// during
-  ///                    any event
+  ///                    during any event
   // NOLINTNEXTLINE(google-explicit-constructor)
   HandlerPlace(Handler* const& application) : application_(&application) {}
 

@@ -7,10 +7,15 @@
 
 namespace Tavrin {
 
+/// A property of XMLReader_X891 for the library itself: its decoder.
+inline constexpr char kDecoderProperty[] = "http://tavrin/parser/properties/decoder";
+
 /// A reader whose documents are pulled from its decoder.
 class TAVRIN_LOCAL PulledReader_X891 final : public DrivenReader<XMLReader_X891> {
  public:
-  fastinfoset::X891Decoder& decoder();
+  fastinfoset::X891Decoder& decoder() {
+    return *static_cast<fastinfoset::X891Decoder*>(getProperty(kDecoderProperty));
+  }
 };
 
 }  // namespace Tavrin

@@ -53,6 +53,7 @@ void XMLReader_X891::setProperty(const std::string& name, void* value) {
 }
 
 void* XMLReader_X891::getProperty(const std::string& name) {
+  if (name == kDecoderProperty) return static_cast<fastinfoset::X891Decoder*>(decoder_.get());
   void* value = nullptr;
   const bool isKnown = decoder_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLReader::getProperty(name);
@@ -134,8 +135,6 @@ void XMLReader_X891::resume() { decoder_->resume(); }
 EncodingAlgorithm* XMLReader_X891::getEncodingAlgorithm(unsigned int field, std::string& uri) {
   return decoder_->findAlgorithm(field, uri);
 }
-
-fastinfoset::X891Decoder& PulledReader_X891::decoder() { return *decoder_; }
 
 // --- The decoder ---
 
