@@ -54,6 +54,7 @@ class OpenElements {
 class OpenDeclarations {
  public:
   void push(std::string_view prefix, std::string_view uri) {
+    text_.reserve(text_.size() + prefix.size() + uri.size() + 2);  // All of it, or nothing.
     text_.append(prefix).append(1, kEnd).append(uri).append(1, kEnd);
   }
   void pop() {
