@@ -100,14 +100,18 @@ TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
   EXPECT_EQ(files(), Names{"a.xml"});
 }
 
-TEST_F(CommandLine, PassesTheRegistrysRefusalOn) {
+TEST_F(CommandLine, ListsTheTypesThereAreWhereThereIsNoneOfAName) {
+  const std::string readers = " (there are Expat, FI, X891, XML10)";
+  const std::string writers = " (there are FI, X891, XML, XML10)";
   EXPECT_EQ(run({"convert", "a.xml", "b.xml", "--from", "Bogus"}),
-            misuse("Unknown XML Reader: \"Bogus\""));
+            misuse("Unknown XML Reader: \"Bogus\"" + readers));
   EXPECT_EQ(run({"convert", "a.xml", "b.xml", "--to", "Bogus"}),
-            misuse("Unknown XML Writer: \"Bogus\""));
-  EXPECT_EQ(run({"convert", "a.xml", "--from", "XML"}), misuse("Unknown XML Reader: \"XML\""));
-  EXPECT_EQ(run({"convert", "a.xml", "--to", "Expat"}), misuse("Unknown XML Writer: \"Expat\""));
-  const Result unknown = misuse("Unknown XML Reader: \"Bogus\"");
+            misuse("Unknown XML Writer: \"Bogus\"" + writers));
+  EXPECT_EQ(run({"convert", "a.xml", "--from", "XML"}),
+            misuse("Unknown XML Reader: \"XML\"" + readers));
+  EXPECT_EQ(run({"convert", "a.xml", "--to", "Expat"}),
+            misuse("Unknown XML Writer: \"Expat\"" + writers));
+  const Result unknown = misuse("Unknown XML Reader: \"Bogus\"" + readers);
   EXPECT_EQ(run({"check", "--from", "Bogus", "a.xml"}), unknown);
   EXPECT_EQ(run({"events", "--from", "Bogus", "a.xml"}), unknown);
   EXPECT_EQ(run({"stat", "--from", "Bogus", "a.xml"}), unknown);

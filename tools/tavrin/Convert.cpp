@@ -96,8 +96,7 @@ struct Options {
 };
 
 std::unique_ptr<Tavrin::XMLWriter> createWriter(const Options& options) {
-  auto writer = Tavrin::XMLWriterFactory::createXMLWriter(
-      options.to.empty() ? writerTypeFor(options.out) : options.to);
+  auto writer = tool::createWriter(options.to.empty() ? writerTypeFor(options.out) : options.to);
   if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);

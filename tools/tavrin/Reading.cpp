@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "Failure.h"
+#include "TypeChoice.h"
 
 namespace tool {
 
@@ -64,8 +65,7 @@ std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions
     return nullptr;
   }
   const bool isChosen = !options.from.empty();
-  auto reader =
-      isChosen ? Tavrin::XMLReaderFactory::createXMLReader(options.from) : createReaderFor(input);
+  auto reader = isChosen ? createReader(options.from) : createReaderFor(input);
   if (!isFirst && !mayFollow(input, *reader, isChosen)) {
     throw Failure::document(placeIn(input.name(), input.octetsRead() + 1),
                             "No Fast Infoset document begins here");
