@@ -2,6 +2,7 @@
 /// How a reader and what receives its events are put together in one call.
 #pragma once
 
+#include <Tavrin/DefaultHandler.h>
 #include <Tavrin/Export.h>
 #include <Tavrin/Handlers.h>
 #include <Tavrin/TypedData.h>
@@ -18,8 +19,9 @@ namespace Tavrin {
 struct HandlerSet {
   /// Finds all interfaces, also those that only the class of the object itself has.
   ///
-  /// A writer that has encoding algorithms is not given primitive types: by them hexadecimal octets
-  /// would become base64, because PrimitiveTypeContentHandler::bytes does not tell which they are.
+  /// A writer that has encoding algorithms, and a DefaultHandler, are not given primitive types: by
+  /// them hexadecimal octets would become base64, because PrimitiveTypeContentHandler::bytes does
+  /// not tell which they are. A DefaultHandler calls its operations for these types itself.
   template <typename Object, std::enable_if_t<std::is_polymorphic_v<Object>, int> = 0>
   HandlerSet(Object& object)  // NOLINT(google-explicit-constructor): any object is a set.
       : content(dynamic_cast<ContentHandler*>(&object)),
@@ -30,7 +32,8 @@ struct HandlerSet {
         entities(dynamic_cast<EntityResolver*>(&object)),
         primitiveTypes(dynamic_cast<PrimitiveTypeContentHandler*>(&object)),
         encodingAlgorithms(dynamic_cast<EncodingAlgorithmContentHandler*>(&object)) {
-    if (encodingAlgorithms && dynamic_cast<XMLWriter*>(content)) primitiveTypes = nullptr;
+    const bool isWriter = encodingAlgorithms && dynamic_cast<XMLWriter*>(content);
+    if (isWriter || dynamic_cast<DefaultHandler*>(content)) primitiveTypes = nullptr;
   }
 
   ContentHandler* content;                              ///< Content.

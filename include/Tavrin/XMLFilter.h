@@ -19,10 +19,11 @@ namespace Tavrin {
 ///
 /// @code
 /// struct WithoutComments : XMLFilter {
+///   using XMLFilter::XMLFilter;
 ///   void comment(const std::string&) override {}
-/// } filter;
+/// };
 /// XMLReader_XML10 reader;
-/// filter.setParent(&reader);
+/// WithoutComments filter(&reader);
 /// XMLWriter_XML10 writer;
 /// writer.setOutputStream(&std::cout);
 /// connect(filter, writer);
@@ -46,6 +47,8 @@ namespace Tavrin {
 class TAVRIN_API XMLFilter : public XMLReader, public DefaultHandler {
  public:
   XMLFilter() = default;  ///< Without a parent.
+  /// With a parent, as setParent sets it.
+  explicit XMLFilter(XMLReader* parent) { setParent(parent); }
   ~XMLFilter() override;
 
   /// Sets whose events pass, and sets the filter as the handler of that reader, which is not owned.

@@ -137,6 +137,12 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   void setLimits(const Limits& limits);
   Limits getLimits() const;  ///< Also those that were set as properties.
 
+  /// Sets whether a tag that was cut in two may wait for more octets than its last, as the property
+  /// Tavrin::properties::reparseDeferral, which tells what it costs if it may not. A program that
+  /// reads from a connection, and answers before that ends, sets it to false.
+  void setReparseDeferral(bool value);
+  bool getReparseDeferral() const;  ///< True by default.
+
   /// @name Handlers that are properties, too
   /// The same handler as that of the property, without a cast. A change counts from the next event.
   /// @{
@@ -152,7 +158,7 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// Reads one whole document, from the stream's buffer; the stream's state flags are neither
   /// consulted nor changed. The buffer is asked for what it has, and for one octet where it has
   /// none: where it waits, the events of the octets before have been reported, but for a tag that
-  /// is cut (see Tavrin::properties::reparseDeferral).
+  /// is cut (see setReparseDeferral).
   /// @throws SAXParseException for a failure of the document, after ErrorHandler::fatalError
   /// @throws SAXException when no parser can be created, and when called from a handler
   /// @throws whatever a handler, the resolver or a stream throws

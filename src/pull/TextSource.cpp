@@ -49,7 +49,6 @@ class TextSource final : public ReadingSource {
   std::string_view rest_;  // What has not been parsed of the block.
   bool isFinal_ = false;
   std::size_t withoutEvent_ = 0;  // Octets since the last event.
-  bool defers_ = true;
   PulledReader_XML10 reader_;
   EventRecorder recorder_{queue_};
 };
@@ -96,9 +95,7 @@ void TextSource::feed(std::string_view octets, bool isLastAtHand, bool isFinal) 
   // Expat would keep the end of a tag that was cut until there are more octets. Nobody must wait
   // for these; but for very long tokens it saves the time to look at them again and again.
   constexpr std::size_t kLongToken = std::size_t{64} * 1024;
-  const bool defers = !isLastAtHand || withoutEvent_ >= kLongToken;
-  if (defers != defers_)
-    reader_.setProperty(properties::reparseDeferral, (defers_ = defers, &defers_));
+  reader_.setReparseDeferral(!isLastAtHand || withoutEvent_ >= kLongToken);
   withoutEvent_ += octets.size();
   if (isFinal) phase_ = Phase::ended;
   reader_.feed(octets, isFinal);

@@ -1,4 +1,3 @@
-#include <Tavrin/DefaultHandler.h>
 #include <Tavrin/Handlers.h>
 
 // The defaults, which do nothing. They are not inline, so that each interface has one virtual
@@ -50,8 +49,5 @@ std::unique_ptr<std::istream> EntityResolver::resolveEntity(const std::string&,
                                                             const std::string&) {
   return nullptr;
 }
-
-DefaultHandler::~DefaultHandler() = default;
-void DefaultHandler::fatalError(const SAXParseException& exception) { throw exception; }
 
 }  // namespace Tavrin

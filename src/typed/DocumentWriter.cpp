@@ -4,6 +4,8 @@
 #include <Tavrin/Identifiers.h>
 
 #include <exception>
+#include <limits>
+#include <span>
 #include <utility>
 
 #include "ExactNumbers.h"
@@ -20,10 +22,39 @@ std::unique_ptr<EncodedData> typed(List list, int number, int& algorithm) {
   return std::make_unique<Data>(std::move(list));
 }
 
+const char* checkedText(const char* text) {
+  if (text == nullptr) throw SAXException("The text of a value is a null pointer");
+  return text;
+}
+
+/// The names of an element or attribute. An attribute without a prefix has no namespace.
+XMLWriter::Element resolve(const DocumentWriter::Namespaces& known, const std::string& qName,
+                           bool isAttribute) {
+  const std::size_t colon = qName.find(':');
+  const bool hasPrefix = colon != std::string::npos;
+  const std::string prefix = hasPrefix ? qName.substr(0, colon) : std::string();
+  const std::string localName = hasPrefix ? qName.substr(colon + 1) : qName;
+  if (prefix == "xml") return {namespaces::xml, localName, qName};
+  if (isAttribute && !hasPrefix) return {{}, localName, qName};
+  const auto found = known.find(prefix);
+  if (found != known.end()) return {found->second, localName, qName};
+  if (hasPrefix) throw SAXException("The prefix \"" + prefix + "\" has no namespace");
+  return {{}, localName, qName};
+}
+
+void throwIf(bool hasEnded) {
+  if (hasEnded) throw SAXException("The document has ended");
+}
+
 }  // namespace
 
-DocumentWriter::Value::Value(const char* text) : text_(text) {}
+DocumentWriter::Value::Value(const char* text) : text_(checkedText(text)) {}
 DocumentWriter::Value::Value(std::string text) : text_(std::move(text)) {}
+DocumentWriter::Value::Value(std::string_view text) : text_(text) {}
+DocumentWriter::Value::Value(char character) : text_(1, character) {}
+DocumentWriter::Value::Value(unsigned long number)
+    : Value(number > std::numeric_limits<long>::max() ? Value(std::to_string(number))
+                                                      : Value(static_cast<long>(number))) {}
 DocumentWriter::Value::Value(std::vector<short> numbers)
     : data_(typed<ExactShortData>(std::move(numbers), algorithms::shortInteger, algorithm_)) {}
 DocumentWriter::Value::Value(const std::vector<int>& numbers)
@@ -49,14 +80,13 @@ DocumentWriter::DocumentWriter(XMLWriter& writer, Namespaces namespaces)
 // A failure to end an element must not be lost, and nothing else throws while a scope is left.
 // NOLINTBEGIN(bugprone-exception-escape)
 DocumentWriter::Scope::~Scope() noexcept(false) {
-  if (std::uncaught_exceptions() > exceptions_) return;
+  if (document_.hasEnded_ || std::uncaught_exceptions() > exceptions_) return;
   while (document_.depth() >= depth_) document_.end();
 }
 
 DocumentWriter::~DocumentWriter() noexcept(false) {
-  if (std::uncaught_exceptions() > exceptions_) return;
-  while (depth() > 0) end();
-  writer_.endDocument();
+  if (hasEnded_ || std::uncaught_exceptions() > exceptions_) return;
+  endDocument();
 }
 // NOLINTEND(bugprone-exception-escape)
 
@@ -73,6 +103,7 @@ void DocumentWriter::element(const std::string& qName, std::initializer_list<Att
 }
 
 void DocumentWriter::write(const Value& value) {
+  throwIf(hasEnded_);
   auto* const algorithms = dynamic_cast<EncodingAlgorithmContentHandler*>(&writer_);
   if (value.data() && algorithms) {
     algorithms->object({}, value.algorithm(), *value.data());
@@ -81,11 +112,13 @@ void DocumentWriter::write(const Value& value) {
   }
 }
 
-void DocumentWriter::start(const std::string& qName, std::initializer_list<Attribute> attributes) {
-  XMLWriter::Element name = resolve(qName, false);
+void DocumentWriter::start(const std::string& qName, const Attribute* attributes,
+                           std::size_t count) {
+  throwIf(hasEnded_);
+  XMLWriter::Element name = resolve(namespaces_, qName, false);
   EncodingAlgorithmAttributesImpl list;
-  for (const auto& [attributeName, value] : attributes) {
-    const auto [uri, localName, written] = resolve(attributeName, true);
+  for (const auto& [attributeName, value] : std::span(attributes, count)) {
+    const auto [uri, localName, written] = resolve(namespaces_, attributeName, true);
     if (value.data()) {
       list.addAttribute(uri, localName, written, "CDATA", {}, value.algorithm(),
                         value.data()->copy());
@@ -107,7 +140,12 @@ void DocumentWriter::start(const std::string& qName, std::initializer_list<Attri
 }
 
 void DocumentWriter::end() {
+  throwIf(hasEnded_);
   if (open_.empty()) throw SAXException("No element is open");
+  endElement();
+}
+
+void DocumentWriter::endElement() {
   // What fails once is not tried again, in the destructor of an outer element.
   const XMLWriter::Element element = std::move(open_.back());
   open_.pop_back();
@@ -116,18 +154,11 @@ void DocumentWriter::end() {
   for (const auto& each : namespaces_) writer_.endPrefixMapping(each.first);
 }
 
-/// The names of an element or attribute. An attribute without a prefix has no namespace.
-XMLWriter::Element DocumentWriter::resolve(const std::string& qName, bool isAttribute) const {
-  const std::size_t colon = qName.find(':');
-  const bool hasPrefix = colon != std::string::npos;
-  const std::string prefix = hasPrefix ? qName.substr(0, colon) : std::string();
-  const std::string localName = hasPrefix ? qName.substr(colon + 1) : qName;
-  if (prefix == "xml") return {namespaces::xml, localName, qName};
-  if (isAttribute && !hasPrefix) return {{}, localName, qName};
-  const auto found = namespaces_.find(prefix);
-  if (found != namespaces_.end()) return {found->second, localName, qName};
-  if (hasPrefix) throw SAXException("The prefix \"" + prefix + "\" has no namespace");
-  return {{}, localName, qName};
+void DocumentWriter::endDocument() {
+  throwIf(hasEnded_);
+  hasEnded_ = true;
+  while (!open_.empty()) endElement();
+  writer_.endDocument();
 }
 
 }  // namespace Tavrin

@@ -59,6 +59,24 @@ TEST(XMLFilter, LetsADocumentBeCopiedAsItIs) {
   });
 }
 
+TEST(XMLFilter, IsMadeWithItsParent) {
+  struct Shouting : XMLFilter {
+    using XMLFilter::XMLFilter;
+    void characters(const std::string& text) override { XMLFilter::characters(text + '!'); }
+  };
+  XMLReader_XML10 reader;
+  Shouting inner(&reader);
+  Shouting filter(&inner);
+  EXPECT_EQ(&inner, filter.getParent());
+  EXPECT_EQ(static_cast<ContentHandler*>(&inner), reader.getContentHandler());
+  EXPECT_EQ(
+      "setDocumentLocator()\nstartDocument()\nstartElement(, a, a, [])\ncharacters(b!!)\n"
+      "endElement(, a, a)\nendDocument()\nnothing",
+      told(filter, "<a>b</a>"));
+  XMLFilter without(nullptr);
+  EXPECT_EQ(nullptr, without.getParent());
+}
+
 TEST(XMLFilter, MayBeTheParentOfAnother) {
   copies::expectCopies([](XMLReader& reader, XMLWriter& writer, std::istream& stream) {
     XMLFilter inner;

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "EventLog.h"
@@ -62,6 +66,69 @@ TEST(DocumentWriter, WritesWholeElements) {
               document.element("f", {}, std::vector<float>{});
               document.element("g", {}, "");
             }));
+}
+
+TEST(DocumentWriter, WritesElementsThatHaveOnlyContent) {
+  EXPECT_EQ("<a><b>text</b><c>5</c><d>x</d><e>1 2</e><f>7</f><g>true</g><h/><i>v</i></a>",
+            text([](DocumentWriter& document) {
+              const auto a = document.element("a");
+              document.element("b", "text");
+              document.element("c", 5);
+              document.element("d", 'x');
+              document.element("e", {1, 2});
+              document.element("f", {7});
+              document.element("g", true);
+              document.element("h", std::string());
+              document.element("i", Value("v"));
+            }));
+}
+
+TEST(DocumentWriter, TellsAttributesFromContent) {
+  EXPECT_EQ("<a><b c='d'/><c d='e' f='g'/><d e='1'>2</d></a>", text([](DocumentWriter& document) {
+              const auto a = document.element("a");
+              document.element("b", {{"c", "d"}});
+              document.element("c", {{"d", "e"}, {"f", "g"}});
+              document.element("d", {{"e", 1}}, {2});
+            }));
+}
+
+TEST(DocumentWriter, TakesAttributesFromAVector) {
+  EXPECT_EQ("<a><b/><c x='1' y='z'/><d x='1' y='z'>2 3</d><e x='1' y='z'/></a>",
+            text([](DocumentWriter& document) {
+              std::vector<DocumentWriter::Attribute> attributes;
+              const auto a = document.element("a", attributes);
+              document.element("b", attributes);
+              attributes = {{"x", 1}};
+              attributes.push_back({"y", "z"});
+              { const auto c = document.element("c", attributes); }
+              document.element("d", attributes, {2, 3});
+              document.start("e", attributes);
+              document.end();
+            }));
+}
+
+TEST(DocumentWriter, EndsTheDocumentWhenAskedTo) {
+  std::ostringstream stream;
+  XMLWriter_XML10 writer;
+  writer.setOutputStream(&stream);
+  writer.setFeature(features::xmlDeclaration, false);
+  {
+    DocumentWriter document(writer, {{"", "urn:d"}});
+    const auto a = document.element("a");
+    document.start("b");
+    document.endDocument();
+    EXPECT_EQ("<a xmlns='urn:d'><b/></a>", stream.str());
+    EXPECT_EQ(0U, document.depth());
+    const std::string refusal = "SAXException: The document has ended";
+    EXPECT_EQ(refusal, thrown([&] { document.start("c"); }));
+    EXPECT_EQ(refusal, thrown([&] { document.element("c"); }));
+    EXPECT_EQ(refusal, thrown([&] { document.element("c", 1); }));
+    EXPECT_EQ(refusal, thrown([&] { document.element("c", {}, 1); }));
+    EXPECT_EQ(refusal, thrown([&] { document.write("c"); }));
+    EXPECT_EQ(refusal, thrown([&] { document.end(); }));
+    EXPECT_EQ(refusal, thrown([&] { document.endDocument(); }));
+  }
+  EXPECT_EQ("<a xmlns='urn:d'><b/></a>", stream.str());
 }
 
 TEST(DocumentWriter, MayBeUsedWithoutScopes) {
@@ -264,6 +331,84 @@ TEST(DocumentWriter, ThrowsWhatTheWriterThrowsAtTheEndOfAScope) {
             }));
 }
 
+TEST(DocumentWriter, FailsOnceWhereTheEndOfTheDocumentFails) {
+  XMLWriter_XML10 writer;
+  {
+    DocumentWriter document(writer);
+    EXPECT_EQ("SAXException: You cannot end a document without an element",
+              thrown([&] { document.endDocument(); }));
+    EXPECT_EQ("SAXException: The document has ended", thrown([&] { document.endDocument(); }));
+  }
+  writer.reset();
+  DocumentWriter document(writer);
+  const auto a = document.element("a");
+  const auto b = document.element("b");
+  writer.startCDATA();
+  EXPECT_EQ("SAXException: You cannot end an element at this point",
+            thrown([&] { document.endDocument(); }));
+  EXPECT_EQ("SAXException: The document has ended", thrown([&] { document.element("c"); }));
+}
+
+/// The class and text of a value, or its text in quotes.
+std::string shown(const Value& value) {
+  return value.data() ? EventLog::showValue(*value.data()) : '"' + value.toString() + '"';
+}
+
+TEST(DocumentWriterValue, IsMadeOfAnyInteger) {
+  using Limits = std::numeric_limits<long long>;
+  EXPECT_EQ("IntData{-1}", shown(static_cast<signed char>(-1)));
+  EXPECT_EQ("IntData{255}", shown(static_cast<unsigned char>(255)));
+  EXPECT_EQ("IntData{-2}", shown(static_cast<short>(-2)));
+  EXPECT_EQ("IntData{65535}", shown(static_cast<unsigned short>(65535)));
+  EXPECT_EQ("IntData{-2147483648}", shown(std::numeric_limits<int>::min()));
+  EXPECT_EQ("LongData{4294967295}", shown(std::numeric_limits<unsigned>::max()));
+  EXPECT_EQ("LongData{-3}", shown(-3L));
+  EXPECT_EQ("LongData{-9223372036854775808}", shown(Limits::min()));
+  EXPECT_EQ("LongData{3}", shown(std::vector<int>(3).size()));
+  EXPECT_EQ("LongData{9223372036854775807}", shown(std::size_t{Limits::max()}));
+  EXPECT_EQ("\"9223372036854775808\"", shown(std::size_t{Limits::max()} + 1));
+  EXPECT_EQ("LongData{0}", shown(0ULL));
+  EXPECT_EQ("\"18446744073709551615\"", shown(std::numeric_limits<unsigned long long>::max()));
+}
+
+TEST(DocumentWriterValue, IsMadeOfAnyText) {
+  const std::string_view view("textual", 4);
+  char letters[] = "letters";
+  EXPECT_EQ("\"text\"", shown(view));
+  EXPECT_EQ("\"\"", shown(std::string_view()));
+  EXPECT_EQ("\"letters\"", shown(letters));
+  EXPECT_EQ("\"x\"", shown('x'));
+  const char* const none = nullptr;
+  const std::string refusal = "SAXException: The text of a value is a null pointer";
+  EXPECT_EQ(refusal, thrown([&] { Value value(none); }));
+  EXPECT_EQ(refusal, thrown([&] { DocumentWriter::Attribute attribute{"a", none}; }));
+}
+
+TEST(DocumentWriterValue, IsMadeOfListsOfNumbers) {
+  const int numbers[] = {1, -2};
+  const std::array<float, 2> floats = {0.5F, 0.25F};
+  const std::array<bool, 1> truths = {true};
+  EXPECT_EQ("IntData{1 -2}", shown(numbers));
+  EXPECT_EQ("FloatData{0.5 0.25}", shown(floats));
+  EXPECT_EQ("BooleanData{true}", shown(truths));
+  EXPECT_EQ("\"\"", shown(std::array<double, 0>()));
+  EXPECT_EQ("IntData{1 2 3}", shown({1, 2, 3}));
+  EXPECT_EQ("DoubleData{0.5}", shown({0.5}));
+  EXPECT_EQ("LongData{1}", shown({1U}));
+  EXPECT_EQ("\"x\"", shown({'x'}));
+}
+
+TEST(DocumentWriterValue, IsCopied) {
+  const Value text("a");
+  const Value numbers({1, 2});
+  Value copy = text;
+  EXPECT_EQ("\"a\"", shown(copy));
+  copy = numbers;
+  EXPECT_EQ("IntData{1 2}", shown(copy));
+  EXPECT_EQ("IntData{1 2}", shown(numbers));
+  EXPECT_EQ(algorithms::integer, copy.algorithm());
+}
+
 TEST(DocumentWriterValue, HasATextAndATypedForm) {
   EXPECT_EQ("a", Value("a").toString());
   EXPECT_EQ(nullptr, Value(std::string("a")).data());
@@ -279,5 +424,10 @@ TEST(DocumentWriterValue, HasATextAndATypedForm) {
 }
 
 static_assert(!std::is_constructible_v<Value, const int*>);
+static_assert(!std::is_constructible_v<Value, wchar_t>);
+static_assert(!std::is_constructible_v<Value, char16_t>);
+static_assert(!std::is_constructible_v<Value, char32_t>);
+static_assert(!std::is_constructible_v<Value, std::vector<char>>);
+static_assert(!std::is_constructible_v<Value, std::array<char, 2>>);
 
 }  // namespace

@@ -113,6 +113,10 @@ void XMLReader_XML10::setLimits(const Limits& limits) {
 
 XMLReader_XML10::Limits XMLReader_XML10::getLimits() const { return driver_->settings.limits; }
 
+void XMLReader_XML10::setReparseDeferral(bool value) { driver_->settings.reparseDeferral = value; }
+
+bool XMLReader_XML10::getReparseDeferral() const { return driver_->settings.reparseDeferral; }
+
 void XMLReader_XML10::setLexicalHandler(LexicalHandler* handler) {
   driver_->pointers.lexical = handler;
 }

@@ -99,6 +99,32 @@ TEST(XML10Prompt, TheDeferralIsAPropertyWithADefault) {
   EXPECT_TRUE(deferral());
 }
 
+TEST(XML10Prompt, TheDeferralHasASetter) {
+  XMLReader_XML10 reader;
+  EXPECT_TRUE(reader.getReparseDeferral());
+  reader.setReparseDeferral(false);
+  EXPECT_FALSE(reader.getReparseDeferral());
+  EXPECT_FALSE(*static_cast<bool*>(reader.getProperty(properties::reparseDeferral)));
+  bool value = true;
+  reader.setProperty(properties::reparseDeferral, &value);
+  EXPECT_TRUE(reader.getReparseDeferral());
+
+  const std::vector<std::string> blocks = {"<a", ">", "<b", "/>", "</a", ">"};
+  EventLog log;
+  log.showLocator = false;
+  log.attachTo(reader);
+  reader.setReparseDeferral(false);
+  Lines reported;
+  for (const std::string& block : blocks) {
+    log.clear();
+    reader.parse(block.data(), block.size(), false);
+    reported.push_back(log.text());
+  }
+  EXPECT_EQ((Lines{"", "startDocument()\nstartElement(, a, a, [])\n", "",
+                   "startElement(, b, b, [])\nendElement(, b, b)\n", "", "endElement(, a, a)\n"}),
+            reported);
+}
+
 TEST(XML10Prompt, ReadsABufferThatKeepsNoOctets) {
   /// Knows only its next octet.
   class Unbuffered : public std::streambuf {
