@@ -73,9 +73,8 @@ void run(int argc, char** argv) {
   if (!options.directory.empty()) return files::writeAll(corpus, options.directory);
   for (const auto addGroup :
        {groups::addReading, groups::addWriting, groups::addConversions, groups::addSiblings,
-         groups::addFloats, groups::addBlocks, groups::addPulling, groups::addSmall,
-         groups::addVocabularies,
-        groups::addGrowth, groups::addMemory}) {
+        groups::addFloats, groups::addBlocks, groups::addPulling, groups::addSmall,
+        groups::addVocabularies, groups::addGrowth, groups::addMemory}) {
     addGroup(corpus);
   }
   benchmark::RunSpecifiedBenchmarks();
