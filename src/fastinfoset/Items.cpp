@@ -60,7 +60,10 @@ void Encoder::encodeEntityReference(const ExternalItem& entity) {
 
 void Decoder::decodeCharacters(unsigned octet) {
   if (octet < kChunk) fail("Error when decoding character chunk");
-  if (octet >= kChunkIndex) return reportCharacters(decodeIndexedChunk(octet));
+  if (octet >= kChunkIndex) {
+    reportCharacters(decodeIndexedChunk(octet));
+    return;
+  }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
   // Who pulls has the text until later.
   if (isPulled_) return decodeLiteralChunk(octet, text_);
