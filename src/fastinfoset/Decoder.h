@@ -359,6 +359,7 @@ class Decoder {
   Pulled pullIndexedText(unsigned octet);
   Pulled pullDocument();
   void decodeIdentifiers(unsigned octet, std::string& systemId, std::string& publicId);
+  void decodeLiteralChunk(unsigned octet, std::string& text);
   void decodeTypedChunk(unsigned octet);
 
   // --- Vocabulary ---

@@ -36,10 +36,12 @@ bool Decoder::decodeContent(std::size_t outer) {
   for (;;) {
     if (tag_.part != StartTag::kNone && decodeStartTag()) closeElement();
     if (openElements_.size() == outer || !nextItem()) return false;
-    for (unsigned ends = decodeContentItem(readOctet()); ends > 0; --ends) {
-      if (openElements_.size() == outer) return true;
-      closeElement();
-    }
+    const unsigned ends = decodeContentItem(readOctet());
+    if (ends == 0) continue;
+    closeElement();
+    if (ends == 1) continue;
+    if (openElements_.size() == outer) return true;
+    closeElement();
   }
 }
 

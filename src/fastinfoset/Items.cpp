@@ -60,12 +60,22 @@ void Encoder::encodeEntityReference(const ExternalItem& entity) {
 
 void Decoder::decodeCharacters(unsigned octet) {
   if (octet < kChunk) fail("Error when decoding character chunk");
-  Strings& table = strings(kContentCharacterChunks);
   if (octet >= kChunkIndex) {
     if (const std::string* const text = decodeIndexedChunk(octet)) reportCharacters(*text);
     return;
   }
   if ((octet & kChunkEncoding) == kChunkAlgorithm) return decodeTypedChunk(octet);
+  // Who pulls has the text until later.
+  if (isPulled_) return decodeLiteralChunk(octet, text_);
+  // Nothing else may use the memory while a handler has the text.
+  std::string text;
+  text.swap(text_);
+  decodeLiteralChunk(octet, text);
+  if (text.capacity() <= kMostKeptText) text_.swap(text);
+}
+
+/// @param text receives what is reported
+void Decoder::decodeLiteralChunk(unsigned octet, std::string& text) {
   std::uint64_t length = 0;
   const bool isUTF8 = (octet & kChunkEncoding) == kChunkUTF8;
   if (isUTF8) {
@@ -75,10 +85,6 @@ void Decoder::decodeCharacters(unsigned octet) {
   } else {
     keepItem();
   }
-  // Nothing else may use the memory while a handler has the text. Who pulls has it until later.
-  std::string own;
-  if (!isPulled_) own.swap(text_);
-  std::string& text = isPulled_ ? text_ : own;
   text.clear();
   if (isUTF8) {
     readText(length, text);
@@ -86,9 +92,8 @@ void Decoder::decodeCharacters(unsigned octet) {
     decodeOtherChunk(octet, text);
     checkText(text);
   }
-  if (octet & kChunkAddToTable) addEntry(table, text);
+  if (octet & kChunkAddToTable) addEntry(strings(kContentCharacterChunks), text);
   reportCharacters(text);
-  if (!isPulled_ && own.capacity() <= kMostKeptText) text_.swap(own);
 }
 
 /// Decodes a chunk that an encoding algorithm made, and reports its value.
