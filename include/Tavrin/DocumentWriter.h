@@ -155,12 +155,13 @@ class TAVRIN_API DocumentWriter {
   void element(const std::string& qName, std::initializer_list<Item> items) {
     element(qName, {}, Value(items));
   }
-  // Any allocator, because of which no braces become a vector.
+  /// As above, with attributes of a vector. Any allocator, because of which no braces become one.
   template <typename Allocator>
   Scope element(const std::string& qName, const std::vector<Attribute, Allocator>& attributes) {
     start(qName, attributes);
     return Scope(*this);
   }
+  /// Likewise.
   template <typename Allocator>
   void element(const std::string& qName, const std::vector<Attribute, Allocator>& attributes,
                const Value& content) {
@@ -185,6 +186,7 @@ class TAVRIN_API DocumentWriter {
   void start(const std::string& qName, std::initializer_list<Attribute> attributes = {}) {
     start(qName, attributes.begin(), attributes.size());
   }
+  /// Likewise, with attributes of a vector.
   template <typename Allocator>
   void start(const std::string& qName, const std::vector<Attribute, Allocator>& attributes) {
     start(qName, attributes.data(), attributes.size());

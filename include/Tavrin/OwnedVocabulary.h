@@ -48,11 +48,11 @@ namespace Tavrin {
 /// ones among them, and there are at most 241 restricted alphabets and 225 encoding algorithms.
 class TAVRIN_API OwnedVocabulary {
  public:
-  OwnedVocabulary();  ///< Without entries.
-  OwnedVocabulary(const OwnedVocabulary& other);
+  OwnedVocabulary();                                  ///< Without entries.
+  OwnedVocabulary(const OwnedVocabulary& other);      ///< Shares the entries of the other one.
   OwnedVocabulary(OwnedVocabulary&& other) noexcept;  ///< Leaves the other one without entries.
-  OwnedVocabulary& operator=(const OwnedVocabulary& other);
-  OwnedVocabulary& operator=(OwnedVocabulary&& other) noexcept;
+  OwnedVocabulary& operator=(const OwnedVocabulary& other);      ///< Likewise.
+  OwnedVocabulary& operator=(OwnedVocabulary&& other) noexcept;  ///< As the constructor does.
   ~OwnedVocabulary();
 
   /// @name Names
@@ -63,15 +63,18 @@ class TAVRIN_API OwnedVocabulary {
   /// @param qName     the local name, with its prefix if it has one, as in events; where it is
   ///                  empty, there is no prefix. The name with another prefix is another name.
   /// @{
+
+  /// Adds the name of an element.
   std::uint32_t addElementName(const std::string& uri, const std::string& localName,
                                const std::string& qName = {});
+  /// Adds the name of an attribute.
   std::uint32_t addAttributeName(const std::string& uri, const std::string& localName,
                                  const std::string& qName = {});
   /// @}
 
   /// @name Strings
   /// @{
-  std::uint32_t addAttributeValue(const std::string& value);
+  std::uint32_t addAttributeValue(const std::string& value);  ///< For attributes.
   /// @param text a whole run of character data
   std::uint32_t addCharacters(const std::string& text);
   /// @param text of a comment or the data of a processing instruction

@@ -136,7 +136,8 @@ class TAVRIN_API XMLReader_X891 : public XMLReader {
   /// whatever its size. Where a document refers to a URI, vocabularies that were added come before
   /// those of the property externalVocabularies.
   /// @param uri        by which documents refer to it. The next document uses the vocabulary that
-  ///                   was added last with it; an empty one has no entries.
+  ///                   was added last with it.
+  /// @param vocabulary may be empty: then documents refer to entries of their own only
   /// @throws SAXException for a URI that is empty, or no text of XML
   void addExternalVocabulary(const std::string& uri, const OwnedVocabulary& vocabulary);
 

@@ -271,7 +271,7 @@ void XML10Driver::nameOpenElements() {
       line += countLines({buffer + (place - first), octet - place});
     }
     place = octet;
-    const std::string_view octets(tag, buffer + size - tag);
+    const std::string_view octets(tag, static_cast<std::size_t>(buffer + size - tag));
     const std::string markup = decoded(markupAtStart(octets), entity.encoding);
     const std::string_view name = markup.starts_with('<') ? elementOf(markup) : std::string_view();
     elements.name(xml::isName(name) ? shortened(name) : std::string(), line);
