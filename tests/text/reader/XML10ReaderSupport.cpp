@@ -40,6 +40,22 @@ class Check {
     EXPECT_EQ(events_, log_.text());
   }
 
+  /// The document ends at each octet, one after the other: blocks give what a stream gives.
+  void cutEverywhere() {
+    for (std::size_t length = 0; length < document_.text.size(); ++length) {
+      SCOPED_TRACE("cut after " + std::to_string(length) + " octets");
+      const std::string text = document_.text.substr(0, length);
+      log_.clear();
+      const std::string outcome = parseText(reader_, text);
+      const std::string events = log_.text();
+      for (const std::size_t size : {std::size_t{1}, length % 64 + 1}) {
+        log_.clear();
+        EXPECT_EQ(outcome, parsePieces(reader_, text, size)) << "in blocks of " << size;
+        EXPECT_EQ(events, log_.text()) << "in blocks of " << size;
+      }
+    }
+  }
+
   /// A handler throws at each event, one after the other; each time the reader is as good as new.
   void throwEverywhere() {
     for (std::size_t at = 0;; ++at) {
@@ -103,6 +119,7 @@ void checkXML10(const std::vector<XML10Document>& documents) {
         return parseCut(reader, cutRandomly(text, seed, 1 + seed));
       });
     }
+    check.cutEverywhere();
     check.throwEverywhere();
   }
 }
