@@ -274,9 +274,8 @@ class Decoder {
   bool nextItem() {
     constexpr std::uint64_t kIndexOrLength = 16;  // Or more.
     if (!isStepwise_) return true;
-    if (isCut_ || isHalted_ || !input_.blocks()->has(kIndexOrLength)) return nextStep();
-    stepEntryCount_ = 0;
-    return true;
+    if (isCut_ || isHalted_) return nextStep();
+    return input_.blocks()->hasInBlock(kIndexOrLength) || nextStep();
   }
   /// To be called after the octet that begins an item, and before anything else is decoded.
   void keepItem() {

@@ -50,6 +50,9 @@ class Blocks {
 
   /// Whether so many octets are at hand.
   bool has(std::uint64_t length) const { return length <= shown(); }
+  /// Likewise, where they are read from the block itself, so that nothing is gained by the end of a
+  /// step.
+  bool hasInBlock(std::uint64_t length) const { return keptOfBlock_ == 0 && has(length); }
   /// Whether so many octets have not arrived, but may. The step is incomplete then.
   bool lacks(std::uint64_t length) {
     if (has(length) || (isFinal_ && rest_.empty())) return false;
