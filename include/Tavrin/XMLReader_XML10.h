@@ -192,8 +192,8 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   /// keeps a copy of what has not been read of a block; a stream must stay as it is.
   ///
   /// expat completes what it has begun: the end of an empty element follows its start, say. Such
-  /// events are kept as copies. So is what follows in an external entity: it is read to its end
-  /// before parse returns, and the Locator of these events is behind it.
+  /// events are kept as copies. So is what follows in an entity: it is read to its end before parse
+  /// returns, and the Locator of these events is behind it.
   void pause();
   bool isPaused() const;  ///< Whether resume is to be called.
   /// Goes on after a pause, with exactly the events, or the failure, that would have come; with the

@@ -26,8 +26,8 @@ std::shared_ptr<const Attributes> copyOf(const Attributes& attributes) {
 
 }  // namespace
 
-EventGate::EventGate(HandlerPlaces& handlers, Fail fail)
-    : handlers_(handlers), fail_(std::move(fail)) {}
+EventGate::EventGate(HandlerPlaces& handlers, Fail fail, std::function<void()> kept)
+    : handlers_(handlers), fail_(std::move(fail)), afterKeeping_(std::move(kept)) {}
 
 void EventGate::begin(bool coalesces, const std::uint64_t& maximum) {
   end();
@@ -134,6 +134,7 @@ void EventGate::keep(std::function<void()> call) {
     kept_[--delivered_] = std::move(call);
   } else {
     kept_.push_back(std::move(call));
+    afterKeeping_();
   }
 }
 

@@ -33,7 +33,9 @@ class EventGate final : private ContentHandler,
   using Fail = std::function<void(const std::string& message)>;
 
   /// @param handlers the reader's, which outlive this object
-  EventGate(HandlerPlaces& handlers, Fail fail);
+  /// @param kept     called after an event was kept
+  EventGate(
+      HandlerPlaces& handlers, Fail fail, std::function<void()> kept = [] {});
   EventGate(const EventGate&) = delete;
   EventGate& operator=(const EventGate&) = delete;
 
@@ -133,6 +135,7 @@ class EventGate final : private ContentHandler,
 
   HandlerPlaces& handlers_;
   const Fail fail_;
+  const std::function<void()> afterKeeping_;
   State state_ = State::open;
   bool isSettled_ = false;
   bool coalesces_ = false;

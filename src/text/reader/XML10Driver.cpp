@@ -97,12 +97,17 @@ void XML10Driver::stop() {
   }
 }
 
-/// expat cannot be suspended in a parameter entity. What follows in any external entity waits in
-/// the gate, and the parser of the document is suspended when the entity has been left.
 void XML10Driver::pause() {
   if (!parsing_) return;
   gate_.pause();
-  if (!document_->isInExternalEntity()) stopParser(XML_TRUE);
+  suspendOutsideOfEntities();
+}
+
+/// expat cannot be suspended in a parameter entity, and at the end of an internal entity that is
+/// would not be checked whether its elements have ended. What follows in any entity waits in the
+/// gate, and the parser of the document is suspended when the entity has been left.
+void XML10Driver::suspendOutsideOfEntities() {
+  if (!document_->isInExternalEntity() && !isInInternalEntity()) stopParser(XML_TRUE);
 }
 
 void XML10Driver::stopParser(XML_Bool isResumable) {
@@ -125,9 +130,12 @@ void XML10Driver::resume() {
 }
 
 XML_Status XML10Driver::continueParse() {
-  const XML_Status status = XML_ResumeParser(parser_.get());
-  if (status != XML_STATUS_OK) return status;
   XML_ParsingStatus parsing = {};
+  XML_GetParsingStatus(parser_.get(), &parsing);
+  // Where what was read has ended in an entity, expat was not suspended.
+  const bool isSuspended = parsing.parsing == XML_SUSPENDED;
+  const XML_Status status = isSuspended ? XML_ResumeParser(parser_.get()) : XML_STATUS_OK;
+  if (status != XML_STATUS_OK) return status;
   XML_GetParsingStatus(parser_.get(), &parsing);
   if (parsing.parsing == XML_FINISHED) return status;
   nameOpenElements();
@@ -226,6 +234,7 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, boo
     const bool isLast = hasEnded(*stream.rdbuf());
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), isLast);
     if (status != XML_STATUS_OK || isLast) return status;
+    if (isPaused() && !document_->isInExternalEntity()) return XML_STATUS_SUSPENDED;
     gate_.settle();
     nameOpenElements();
     arrived = countArrived(stream.rdbuf(), kMostRead);

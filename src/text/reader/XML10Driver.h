@@ -196,6 +196,7 @@ class XML10Driver : public EventTarget {
   /// Reports the end of the document, or its failure, unless it is paused or stopped.
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
+  void suspendOutsideOfEntities();
   XML_Status continueParse();
   /// Expat can change it between blocks.
   void setReparseDeferral();
@@ -287,7 +288,8 @@ class XML10Driver : public EventTarget {
 
   bool parsing_ = false;  // A call of parse is on the stack.
   std::uint64_t maximumCoalescedOctets_ = 0;
-  EventGate gate_{handlers, [this](const std::string& message) { fail(message); }};
+  EventGate gate_{handlers, [this](const std::string& message) { fail(message); },
+                  [this] { suspendOutsideOfEntities(); }};
 
   // While a document is open.
   std::unique_ptr<XML10Document> document_;

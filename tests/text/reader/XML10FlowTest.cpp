@@ -48,6 +48,10 @@ const std::vector<Sample>& samples() {
       {"<a>x<b>y</c></a>"},
       {"<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>1&e;2</a>", {{"e", "x<b/>y<c></d>"}}},
       {"<!DOCTYPE a SYSTEM 'd'><a/>", {{"d", "<!ELEMENT b ANY><!ELEMENT"}}},
+      // An element must end in the internal entity in which it begins.
+      {"<!DOCTYPE a [<!ENTITY e '<b>x'>]><a>&e;</b></a>"},
+      {"<!DOCTYPE a [<!ENTITY e '<b>x'><!ENTITY f '&e;&e;'>]><a>&f;</b></b></a>"},
+      {"<!DOCTYPE a [<!ENTITY e '<b>x</b>y'><!ENTITY f '&e;&e;'>]><a>&f;"},
       {"<a>text<b>"},
       {""},
       {"text"},
