@@ -101,7 +101,6 @@ std::vector<std::string> inFastInfoset(const Events& events) {
   std::string systemId;
   bool inDTD = false;
   bool hasDocumentType = false;
-  bool isExternal = false;
   bool inSection = false;
   int depth = 0;
   std::size_t documentType = 0;
@@ -123,15 +122,13 @@ std::vector<std::string> inFastInfoset(const Events& events) {
         continue;
       case Event::startEntity:
       case Event::endEntity:
-        if (event.texts[0] == "[dtd]") isExternal = event.kind == Event::startEntity;
-        continue;
       case Event::elementDecl:
       case Event::attributeDecl:
       case Event::internalEntityDecl:
       case Event::externalEntityDecl:
         continue;
       case Event::processingInstruction:
-        if (isExternal) continue;
+        // Those of the external subset, too, belong to the document type.
         if (inDTD) {
           instructions.push_back(event);
           continue;
