@@ -17,7 +17,13 @@ namespace {
 class PulledReader_XML10 final : public DrivenReader<XMLReader_XML10> {
  public:
   void feed(std::string_view octets, bool isFinal) {
+    checkRuns();  // Somebody may have called between two events.
     XMLReader_XML10::parse(octets.data(), octets.size(), isFinal);
+    checkRuns();
+  }
+
+ private:
+  void checkRuns() const {
     if (isStopped() || isPaused()) refuse("stop or pause called");
   }
 };

@@ -118,6 +118,9 @@ TEST_P(PullReaders, RefuseWhatCannotBe) {
             thrown([&] { reader.reader().parse(stream); }));
   EXPECT_EQ("SAXException: parse called of a pull reader's reader",
             thrown([&] { reader.reader().parse("", 0, true); }));
+  EXPECT_EQ("SAXException: Coalescing of characters asked of a pull reader's reader",
+            thrown([&] { reader.reader().setFeature(features::coalesceCharacters, true); }));
+  reader.reader().setFeature(features::coalesceCharacters, false);
   EXPECT_EQ("text", reader.text());
 
   PullReader blocks;
@@ -132,6 +135,58 @@ TEST_P(PullReaders, RefuseWhatCannotBe) {
   EXPECT_EQ("SAXException: supply called while the last block is being read",
             thrown([&] { blocks.supply(octets.data(), octets.size(), true); }));
   EXPECT_EQ("SAXException: No pull reader of type \"FI\"", thrown([] { PullReader("FI"); }));
+}
+
+/// Calls an operation of the standard reader, whichever it is.
+template <typename Operation>
+void callOf(XMLReader& reader, Operation operation) {
+  if (auto* const text = dynamic_cast<XMLReader_XML10*>(&reader)) return operation(*text);
+  operation(dynamic_cast<XMLReader_X891&>(reader));
+}
+
+TEST_P(PullReaders, CannotBeStoppedOrPaused) {
+  const std::string refusal = "SAXException: stop or pause called of a pull reader's reader";
+  const std::string octets = encode("<a>text<b/></a>");
+  {
+    PullReader reader(GetParam());
+    reader.supply(octets.data(), 8, false);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(refusal, thrown([&] {
+                callOf(reader.reader(), [](auto& standard) { standard.stop(); });
+                while (reader.next()) {
+                }
+                reader.supply(octets.data() + 8, octets.size() - 8, true);
+                while (reader.next()) {
+                }
+              }));
+  }
+  // Text can be paused only while it is parsed, as by a handler of errors or a resolver.
+  if (std::string(GetParam()) == "X891") {
+    MemoryStream stream(octets);
+    PullReader reader(stream);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(refusal,
+              thrown([&] { callOf(reader.reader(), [](auto& standard) { standard.pause(); }); }));
+    EXPECT_TRUE(reader.next());
+    EXPECT_EQ("text", reader.text());
+    return;
+  }
+  struct Pauser : DefaultHandler {
+    std::unique_ptr<std::istream> resolveEntity(const std::string&, const std::string&) override {
+      reader->pause();
+      return nullptr;
+    }
+    XMLReader_XML10* reader = nullptr;
+  } pauser;
+  const std::string document = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>&e;<b/></a>";
+  MemoryStream stream(document);
+  PullReader reader(stream);
+  pauser.reader = &dynamic_cast<XMLReader_XML10&>(reader.reader());
+  reader.reader().setEntityResolver(&pauser);
+  EXPECT_EQ(refusal, thrown([&] {
+              while (reader.next()) {
+              }
+            }));
 }
 
 TEST_P(PullReaders, ReadTextNeedsAllBlocks) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "PullLog.h"
+#include "X891ReaderValues.h"
 
 // Typed content and attributes that are pulled.
 
@@ -99,6 +100,37 @@ TEST(PullTyped, ContentIsTextForWhoAsksForText) {
   PullReader texts(again);
   ASSERT_TRUE(texts.nextElement());
   EXPECT_EQ("1.5 -0.25<c>true false", texts.readText());
+}
+
+// The octets of unknown algorithms as they stand; what comes again does so by its index.
+TEST(PullTyped, OctetsOfUnknownAlgorithmsAreAnEventOfTheirOwn) {
+  const std::string octets = x891_test::withAlgorithmURI(
+      "7C 00 'a' 78 00 'b' 71 F2 'abc' F0 9C 7E 00 'abc' 90 't' 9C 7C FF A0 A1 A2 A0 FF");
+  const std::string raw = "CDATA, YWJj, urn:reversed, 31, EncodedData{YWJj}}";
+  const std::string abc = "octets(urn:reversed, 31, 61 62 63)\n";
+  const std::string ff = "octets(urn:reversed, 31, FF)\n";
+  MemoryStream stream(octets);
+  PullReader reader(stream);
+  dynamic_cast<XMLReader_X891&>(reader.reader()).setRawOctets(true);
+  PullLog log(reader);
+  log.pull();
+  EXPECT_EQ("startDocument()\nstartElement(, a, a, [{, b, b, " + raw + "])\n" + abc +
+                "characters(t)\n" + ff + abc + "characters(t)\n" + ff + abc +
+                "endElement(, a, a)\nendDocument()\n",
+            log.log.text());
+
+  // They are no text.
+  MemoryStream again(octets);
+  PullReader texts(again);
+  dynamic_cast<XMLReader_X891&>(texts.reader()).setRawOctets(true);
+  ASSERT_TRUE(texts.nextElement());
+  EXPECT_EQ("YWJj", texts.attribute("b"));
+  ASSERT_TRUE(texts.next());
+  EXPECT_EQ(PullEvent::octets, texts.event());
+  EXPECT_EQ("abc", texts.octets());
+  EXPECT_EQ("urn:reversed", texts.algorithmURI());
+  EXPECT_EQ(31, texts.algorithmIndex());
+  EXPECT_EQ("", texts.text());
 }
 
 TEST(PullTyped, TextIsRefusedAtItsLimit) {

@@ -10,7 +10,7 @@ namespace Tavrin::text {
 
 /// The elements that are open, for the messages of failures. Most end in the block in which they
 /// begin, so only the others are looked at: measured, reading takes a twentieth longer where each
-/// name and line is kept. A level takes few octets, because a document decides how many there are.
+/// name and line is kept.
 class OpenElements {
  public:
   /// @param octet where the start tag begins in its entity
@@ -26,7 +26,9 @@ class OpenElements {
   /// Where the elements begin that have no name. They are inside of the others.
   const std::vector<std::uint64_t>& unnamed() const { return octets_; }
   /// Names the outermost of them. When all are named, `endNaming` follows.
-  /// @param name a short one; empty where it is not known
+  /// @param name the octets of the start tag from "<" to the end of its name, in the encoding of
+  /// the
+  ///             entity: a failure decodes one of them; empty where they are not known
   void name(std::string_view name, std::uint64_t line) {
     named_.push_back({static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(name.size())});
     names_.append(name);

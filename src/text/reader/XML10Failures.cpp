@@ -1,13 +1,13 @@
+#include <Tavrin/Identifiers.h>
+
 #include <algorithm>
 #include <map>
 #include <string_view>
 #include <utility>
 
-#include <Tavrin/Identifiers.h>
-
 #include "../../xml/Characters.h"
-#include "CharacterEncodings.h"
 #include "ExpatNames.h"
+#include "Markup.h"
 #include "XML10Driver.h"
 
 // What a failure is about: expat tells the kind of a failure and its place, but no names. They are
@@ -20,8 +20,6 @@ namespace {
 
 /// How much of a token without an end is looked at.
 constexpr std::size_t kMostOfToken = 1024;
-
-bool isContinuation(char octet) { return (static_cast<unsigned char>(octet) & 0xC0) == 0x80; }
 
 /// A name as a message has it: a document may have very long ones.
 std::string shortened(std::string_view name) {
@@ -39,38 +37,6 @@ std::string shortened(std::string_view name) {
 std::string namedAs(std::string_view name) {
   return xml::isName(name) ? ": \"" + shortened(name) + '"' : std::string();
 }
-
-bool isBigEndian(std::string_view octets) { return octets.size() > 1 && octets[0] == '\0'; }
-bool isLittleEndian(std::string_view octets) { return octets.size() > 1 && octets[1] == '\0'; }
-bool isWide(std::string_view octets) { return isBigEndian(octets) || isLittleEndian(octets); }
-
-/// Markup in UTF-8. It begins with a character of ASCII.
-/// @param encoding as it was declared, or empty
-std::string decoded(std::string_view octets, const std::string& encoding) {
-  if (isBigEndian(octets)) return toUTF8("UTF-16BE", octets);
-  if (isLittleEndian(octets)) return toUTF8("UTF-16LE", octets);
-  return encoding.empty() ? std::string(octets) : toUTF8(encoding.c_str(), octets);
-}
-
-/// The characters of ASCII among octets in any encoding.
-class Characters {
- public:
-  /// @param octets begin with a character of ASCII
-  explicit Characters(std::string_view octets)
-      : octets_(octets), width_(isWide(octets) ? 2 : 1), low_(isBigEndian(octets) ? 1 : 0) {}
-
-  std::size_t width() const { return width_; }
-  /// The character at an octet; 0 where there is another one, or none.
-  char at(std::size_t i) const {
-    if (i + width_ > octets_.size()) return '\0';
-    return width_ == 1 || octets_[i + 1 - low_] == '\0' ? octets_[i + low_] : '\0';
-  }
-
- private:
-  std::string_view octets_;
-  std::size_t width_;
-  std::size_t low_;
-};
 
 /// Which characters end markup that begins with this one: a reference, tag, literal or name.
 std::string_view endsOf(char first) {
@@ -119,7 +85,8 @@ std::string_view markupAtStart(std::string_view octets) {
 
 /// The markup at which the parser failed, in UTF-8.
 std::string markupHere(const OpenEntity& entity) {
-  return decoded(markupAtStart(octetsFromHere(entity.parser)), entity.encoding);
+  const std::string_view markup = markupAtStart(octetsFromHere(entity.parser));
+  return decoded(markup, markup, entity.encoding);
 }
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
@@ -154,9 +121,23 @@ std::string_view withoutSpace(std::string_view markup) {
   return markup.substr(0, markup.find_first_of(" \t\r\n>"));
 }
 
+constexpr std::string_view kEndsOfName = " \t\r\n/>";
+
 std::string_view elementOf(std::string_view tag) {
-  const std::size_t end = std::min(tag.find_first_of(" \t\r\n/>"), tag.size());
+  const std::size_t end = std::min(tag.find_first_of(kEndsOfName), tag.size());
   return tag.substr(std::min<std::size_t>(1, end), end > 0 ? end - 1 : 0);
+}
+
+/// The octets of a start tag up to the end of its name; empty where there is none.
+std::string_view nameInTag(std::string_view octets) {
+  const Characters characters(octets);
+  if (characters.at(0) != '<') return {};
+  std::size_t end = characters.width();
+  while (end < octets.size() && end <= kMostOfToken &&
+         (characters.at(end) == '\0' || kEndsOfName.find(characters.at(end)) == kEndsOfName.npos)) {
+    end += characters.width();
+  }
+  return cut(octets.substr(0, end));
 }
 
 /// The attributes of a start tag. expat has found that it is one.
@@ -259,12 +240,8 @@ void XML10Driver::nameOpenElements() {
   // The current line less those that end between is that of the outermost.
   std::uint64_t line = 0;
   std::uint64_t place = 0;
-  // Nobody reads the names of more elements in each other than that. Measured: to find all names of
-  // 100,000 takes three times as long as to read the document.
-  constexpr std::size_t kMost = 256;
-  std::size_t left = elements.unnamed().size();
   for (const std::uint64_t octet : elements.unnamed()) {
-    if (left-- > kMost || buffer == nullptr || octet < first || octet > here) {
+    if (buffer == nullptr || octet < first || octet > here) {
       elements.name({}, 0);
       continue;
     }
@@ -275,10 +252,7 @@ void XML10Driver::nameOpenElements() {
       line += countLines({buffer + (place - first), octet - place});
     }
     place = octet;
-    const std::string_view octets(tag, static_cast<std::size_t>(buffer + size - tag));
-    const std::string markup = decoded(markupAtStart(octets), entity.encoding);
-    const std::string_view name = markup.starts_with('<') ? elementOf(markup) : std::string_view();
-    elements.name(xml::isName(name) ? shortened(name) : std::string(), line);
+    elements.name(nameInTag({tag, static_cast<std::size_t>(buffer + size - tag)}), line);
   }
   elements.endNaming();
 }
@@ -287,9 +261,12 @@ void XML10Driver::nameOpenElements() {
 std::string XML10Driver::describeInnermost(const char* before, const char* after) {
   nameOpenElements();
   const OpenElements& elements = document_->elements;
-  if (elements.innermostName().empty()) return {};
+  const std::string_view octets = elements.innermostName();
+  const std::string tag = decoded(octets, octets, document_->current().encoding);
+  const std::string_view name = elementOf(tag);
+  if (!xml::isName(name)) return {};
   return std::string(before)
-      .append(elements.innermostName())
+      .append(shortened(name))
       .append("> of line ")
       .append(std::to_string(elements.innermostLine()))
       .append(after);

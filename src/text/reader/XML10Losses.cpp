@@ -1,5 +1,5 @@
 #include "Callbacks.h"
-#include "CharacterEncodings.h"
+#include "Markup.h"
 #include "XML10Driver.h"
 
 // References in attribute values that expat drops: a start tag is one event, so it cannot report
@@ -11,25 +11,19 @@ namespace {
 
 /// Whether octets begin with a reference, in any encoding. Then the event is in an internal entity.
 bool isReference(std::string_view octets) {
-  const bool isWide = octets.size() > 1 && octets[0] == '\0';
-  const char first = octets.empty() ? '\0' : octets[isWide ? 1 : 0];
+  const char first = Characters(octets).at(0);
   return first == '&' || first == '%';
 }
 
 /// The literal that octets begin with, in UTF-8 and without quotes.
 /// @param encoding as it was declared, or empty
 std::string literalAtStart(std::string_view octets, const std::string& encoding) {
-  const bool isBigEndian = octets.size() > 1 && octets[0] == '\0';
-  const bool isLittleEndian = octets.size() > 1 && octets[1] == '\0';
-  const std::size_t width = isBigEndian || isLittleEndian ? 2 : 1;
+  const std::size_t width = Characters(octets).width();
   const std::string_view quote = octets.substr(0, width);
   std::size_t end = width;
   while (end < octets.size() && octets.substr(end, width) != quote) end += width;
   if (end >= octets.size()) return {};
-  const std::string_view literal = octets.substr(width, end - width);
-  if (isBigEndian) return toUTF8("UTF-16BE", literal);
-  if (isLittleEndian) return toUTF8("UTF-16LE", literal);
-  return encoding.empty() ? std::string(literal) : toUTF8(encoding.c_str(), literal);
+  return decoded(octets.substr(width, end - width), octets, encoding);
 }
 
 /// Moves a position to the end of a text in UTF-8.
@@ -40,7 +34,7 @@ void advance(Position& position, std::string_view text) {
     if (text[i] == '\n' || text[i] == '\r') {
       ++position.line;
       position.column = 1;
-    } else if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) {
+    } else if (!isContinuation(text[i])) {
       ++position.column;
     }
   }

@@ -102,6 +102,32 @@ TEST(XML10FailureMessages, ShortenNames) {
             failed("unclosed token: &" + wide.substr(0, 297) + "..., 1, 4"));
 }
 
+// An element is named by its octets, cut or not, in any encoding and however deep it is.
+TEST(XML10FailureMessages, NameElementsHoweverTheDocumentIsCut) {
+  constexpr int kDepth = 1000;
+  std::string open;
+  std::string close;
+  for (int i = 0; i < kDepth; ++i) {
+    open += "\n<n" + std::to_string(i) + " x='>'>";
+    if (i >= 10) close = "</n" + std::to_string(i) + ">" + close;
+  }
+  const std::string document = open + close + "</m>";
+  const std::string message =
+      failed("mismatched tag: expected </n9> of line 11, 1001, " +
+             std::to_string(std::string(" x='>'>").size() + 5 + close.size() + 3));
+  EXPECT_EQ(failureOf(document), message);
+  const std::u16string wide(document.begin(), document.end());
+  EXPECT_EQ(failureOf(utf16(wide, true)), message);
+  EXPECT_EQ(failureOf(utf16(wide, false)), message);
+
+  // Longer than what is kept of it, which would end within a character.
+  std::string name = "x";
+  for (int i = 0; i < 1000; ++i) name += "\u4E00";
+  const std::string shown = name.substr(0, 1 + 99 * 3) + "...";
+  EXPECT_EQ(failureOf("<a><" + name + "></a>"),
+            failed("mismatched tag: expected </" + shown + "> of line 1, 1, 1009"));
+}
+
 TEST(XML10FailureMessages, OfTokensShowHowTheyBegin) {
   EXPECT_EQ(failureOf("<a><bc d='1'"), failed("unclosed token: <bc, 1, 4"));
   EXPECT_EQ(failureOf("<a>\n</a"), failed("unclosed token: </a, 2, 1"));
