@@ -134,7 +134,8 @@ std::string_view nameInTag(std::string_view octets) {
   if (characters.at(0) != '<') return {};
   std::size_t end = characters.width();
   while (end < octets.size() && end <= kMostOfToken &&
-         (characters.at(end) == '\0' || kEndsOfName.find(characters.at(end)) == kEndsOfName.npos)) {
+         (characters.at(end) == '\0' ||
+          kEndsOfName.find(characters.at(end)) == std::string_view::npos)) {
     end += characters.width();
   }
   return cut(octets.substr(0, end));
