@@ -56,6 +56,7 @@ struct PullMapping {
 /// programs use the accessors.
 struct TAVRIN_API PullState {
   virtual ~PullState();
+  virtual bool next();  ///< As PullReader::next; there is none.
 
   PullEvent event = PullEvent::none;       ///< The event.
   bool needsBlock = false;                 ///< As PullReader::needsBlock.
@@ -140,7 +141,7 @@ class TAVRIN_API PullReader {
   /// @{
 
   /// Goes on to the next event.
-  bool next();
+  bool next() { return state_->next(); }
   /// Goes on to the next start tag, wherever it is.
   bool nextElement();
   /// From a start tag, goes on to its end tag. Where another block is needed, the call is to be

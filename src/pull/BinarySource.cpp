@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "../fastinfoset/DecodePulled.h"
 #include "../fastinfoset/x891/PulledReader.h"
 #include "EventRecorder.h"
 #include "PullSource.h"

@@ -7,6 +7,7 @@
 namespace Tavrin {
 
 PullState::~PullState() = default;
+bool PullState::next() { return false; }
 
 // --- Sources ---
 
@@ -37,7 +38,6 @@ class UnknownSource final : public PullSource {
  public:
   UnknownSource() { needsBlock = true; }
 
-  bool next() override { return false; }
   void supply(std::string_view block, bool) override { beginning += block; }
   XMLReader& reader() override {
     throw SAXException("The encoding of the document is not known yet");
@@ -70,8 +70,6 @@ PullReader::PullReader(const std::string& type) : state_(sourceOf(type)) {}
 PullReader::~PullReader() = default;
 
 XMLReader& PullReader::reader() { return sourceOf(*state_).reader(); }
-
-bool PullReader::next() { return sourceOf(*state_).next(); }
 
 bool PullReader::nextElement() {
   while (next()) {

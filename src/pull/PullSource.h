@@ -23,8 +23,6 @@ class PullSource : public PullState {
   PullSource(const PullSource&) = delete;
   PullSource& operator=(const PullSource&) = delete;
 
-  /// Goes on to the next event, if there is one.
-  virtual bool next() = 0;
   /// Provides a block, which stays where it is until the source needs another one.
   virtual void supply(std::string_view block, bool isFinal) = 0;
   virtual XMLReader& reader() = 0;
