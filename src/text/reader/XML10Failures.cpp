@@ -7,7 +7,7 @@
 
 #include "../../xml/Characters.h"
 #include "ExpatNames.h"
-#include "Markup.h"
+#include "MarkupOctets.h"
 #include "XML10Driver.h"
 
 // What a failure is about: expat tells the kind of a failure and its place, but no names. They are

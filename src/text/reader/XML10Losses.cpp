@@ -1,5 +1,5 @@
 #include "Callbacks.h"
-#include "Markup.h"
+#include "MarkupOctets.h"
 #include "XML10Driver.h"
 
 // References in attribute values that expat drops: a start tag is one event, so it cannot report
