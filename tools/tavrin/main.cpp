@@ -3,9 +3,9 @@
 #include <exception>
 #include <new>
 
-#include "CommandLine.h"
-#include "Failure.h"
-#include "Process.h"
+#include "commands/CommandLine.h"
+#include "files/Failure.h"
+#include "files/Process.h"
 
 namespace {
 

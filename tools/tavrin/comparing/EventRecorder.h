@@ -1,0 +1,100 @@
+#pragma once
+
+#include <Tavrin/Handlers.h>
+#include <Tavrin/TypedData.h>
+#include <Tavrin/XMLReader.h>
+
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "comparing/EventQueue.h"
+#include "files/Input.h"
+
+namespace tool {
+
+/// Records the events that make up the content of a document, so that documents in different
+/// encodings have the same events:
+/// - Text is one event, whatever calls, CDATA sections or typed values it comes in.
+/// - The end of a prefix mapping is left out: it goes without saying where the element ends.
+/// - The document type is left out, with references and comments within it, and its external subset
+///   whole.
+///
+/// A document that is not the first of its input begins with an event of its own.
+///
+/// Document types and the borders of CDATA sections are recorded on demand.
+class EventRecorder : public Tavrin::ContentHandler,
+                      public Tavrin::LexicalHandler,
+                      public Tavrin::EntityResolver,
+                      public Tavrin::EncodingAlgorithmContentHandler {
+ public:
+  /// @param resolver gives the external entities; null leaves them out
+  EventRecorder(EventQueue& queue, const Input& input, bool lexical,
+                Tavrin::EntityResolver* resolver);
+
+  /// Lets a reader report to this recorder.
+  void attachTo(Tavrin::XMLReader& reader);
+  /// Hands over what is left.
+  /// @param isCutOff the document could not be read to its end
+  void finish(bool isCutOff);
+  /// Throws what a handler threw: readers may keep that to themselves.
+  void check() const;
+
+  void setDocumentLocator(const Tavrin::Locator* locator) override;
+  void startDocument() override;
+  void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+  void endPrefixMapping(const std::string& prefix) override;
+  void startElement(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Tavrin::Attributes& attributes) override;
+  void endElement(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void characters(const std::string& text) override;
+  void ignorableWhitespace(const std::string& text) override;
+  void processingInstruction(const std::string& target, const std::string& data) override;
+  void skippedEntity(const std::string& name) override;
+
+  void startDTD(const std::string& name, const std::string& publicId,
+                const std::string& systemId) override;
+  void endDTD() override;
+  void startEntity(const std::string& name) override;
+  void endEntity(const std::string& name) override;
+  void startCDATA() override;
+  void endCDATA() override;
+  void comment(const std::string& text) override;
+
+  std::unique_ptr<std::istream> resolveEntity(const std::string& publicId,
+                                              const std::string& systemId) override;
+
+  void octets(const std::string& uri, int index, const std::string& data) override;
+  void object(const std::string& uri, int index, const Tavrin::EncodedData& data) override;
+
+ private:
+  template <typename Work>
+  void guard(Work work);
+  Event::Position advance();
+  void add(Event event);
+  void flushText(bool isCutOff);
+  void record(Event::Kind kind, std::vector<std::string> arguments,
+              const Tavrin::Attributes* attributes = nullptr);
+  void recordText(const std::string& text);
+  void recordIf(bool wanted, Event::Kind kind, std::vector<std::string> arguments);
+
+  EventQueue& queue_;
+  const Input& input_;
+  bool lexical_;
+  Tavrin::EntityResolver* resolver_;
+  bool readerFollowsStandard_ = false;
+  const Tavrin::Locator* locator_ = nullptr;
+  std::uint64_t end_;  // The last octet of the event before.
+  bool inDTD_ = false;
+  bool inExternalSubset_ = false;
+  std::string text_;  // Not handed over yet: more may follow.
+  Event::Position textPosition_;
+  EventBatch batch_;
+  std::size_t batchOctets_ = 0;
+  std::exception_ptr failure_;
+};
+
+}  // namespace tool

@@ -1,0 +1,136 @@
+#include "copying/Conversion.h"
+
+#include <Tavrin/Factories.h>
+#include <Tavrin/Identifiers.h>
+#include <Tavrin/TypedData.h>
+#include <Tavrin/XMLReader.h>
+#include <Tavrin/XMLWriter.h>
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include "copying/Relay.h"
+#include "files/EntityFiles.h"
+#include "files/Input.h"
+#include "files/Output.h"
+#include "options/TypeChoice.h"
+#include "reading/EntityDeclarations.h"
+#include "reading/Losses.h"
+#include "reading/Reading.h"
+#include "reading/WayBack.h"
+
+namespace tool {
+
+namespace {
+
+std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
+                                                   const ConversionOptions& options) {
+  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
+  if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
+  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  options.reading.limits.applyTo(*writer);
+  return writer;
+}
+
+/// Reads the document into the relay. Of all failures the one is thrown that led to the others.
+void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const EntityFiles& entities) {
+  try {
+    parse(reader, input, &entities);
+  } catch (...) {
+    relay.check();
+    throw;
+  }
+  relay.check();
+}
+
+/// Reads a document that is not to be copied.
+void skip(Tavrin::XMLReader& reader, Input& input) {
+  AnyAlgorithm anyAlgorithm;
+  connect(reader, anyAlgorithm);
+  parse(reader, input);
+}
+
+/// Copies documents from an input, each with a writer of its own.
+class Copier {
+ public:
+  /// @param in, out names of files; that of the copy may tell the type of writer
+  /// @param writer for the first document
+  Copier(const ConversionOptions& options, const std::string& in, Input& input,
+         const std::string& out, Output& output, std::unique_ptr<Tavrin::XMLWriter> writer)
+      : options_(options),
+        out_(out),
+        input_(input),
+        output_(output),
+        entities_(in, options.reading.entityAccess()),
+        writer_(std::move(writer)),
+        isText_(!dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(writer_.get())) {}
+
+  /// @param reader for the first document
+  void copyAll(std::unique_ptr<Tavrin::XMLReader> reader) {
+    for (; reader; reader = nextReader(input_, options_.reading)) {
+      const std::uint64_t number = input_.documentNumber();
+      if (options_.document == 0) {
+        if (isText_ && number > 1) refuseSecond();
+        copy(*reader);
+      } else if (number < options_.document) {
+        skip(*reader, input_);
+      } else {
+        return copy(*reader);
+      }
+    }
+    if (options_.document == 0) return;
+    throw Failure::document(input_.name(),
+                            "There is no document " + std::to_string(options_.document));
+  }
+
+ private:
+  void copy(Tavrin::XMLReader& reader) {
+    if (!writer_) writer_ = createWriterFor(out_, options_);
+    Relay relay(*writer_, &output_, input_, entities_.resolver());
+    relay.expectFrom(reader);
+    EntityDeclarations declarations;
+    if (relay.needsEntityDeclarations()) declarations.findIn(reader, input_);
+    relay.declare(&declarations);
+    WayBack wayBack(reader);
+    if (relay.mayLackWayBack()) relay.watch(&wayBack);
+    relay.attachTo(reader);
+    // What cannot be read to its end is read only for the failure that comes first.
+    if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
+    const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
+      if (options_.lossy) return warn(place, message);
+      throw Failure::document(place, message + " (see --entities and --lossy)");
+    });
+    parseInto(relay, reader, input_, entities_);
+    declarations.check();  // A file may have changed meanwhile.
+    writer_.reset();       // Nothing of a document shall show in the next.
+  }
+
+  [[noreturn]] void refuseSecond() const {
+    throw Failure::document(placeIn(input_.name(), input_.documentStart() + 1),
+                            "A second document begins here, and XML text holds one (see "
+                            "--document)");
+  }
+
+  const ConversionOptions& options_;
+  const std::string& out_;
+  Input& input_;
+  Output& output_;
+  EntityFiles entities_;
+  std::unique_ptr<Tavrin::XMLWriter> writer_;
+  bool isText_;
+};
+
+}  // namespace
+
+void convertFile(const ConversionOptions& options, const std::string& in, const std::string& out) {
+  Output output(out, options.force);
+  auto writer = createWriterFor(out, options);
+  Input input(in, output.isTerminal());
+  auto reader = nextReader(input, options.reading);
+  output.open();
+  Copier(options, in, input, out, output, std::move(writer)).copyAll(std::move(reader));
+  output.commit();
+}
+
+}  // namespace tool

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <streambuf>
+#include <string_view>
+#include <vector>
+
+#include "files/Progress.h"
+
+namespace tool {
+
+/// An open file, closed with the object unless it is one of the three standard ones.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  void reset(int number);
+  /// Closes now. Returns the system's error number, or 0.
+  int close();
+
+ private:
+  int number_ = -1;
+};
+
+class KeptOctets;
+
+/// Reads from a descriptor. A failed read looks like the end of the input to the reading side, so
+/// that it crosses a library of any kind unharmed; afterwards error() tells them apart.
+class InputBuffer : public std::streambuf {
+ public:
+  explicit InputBuffer(const Descriptor& descriptor);
+  ~InputBuffer() override;
+
+  /// The octets that come next, without taking them: at least `size`, unless the input is shorter.
+  std::string_view peek(std::size_t size);
+  /// How many octets the reading side has taken.
+  std::uint64_t taken() const { return received_ - static_cast<std::uint64_t>(egptr() - gptr()); }
+  /// Where to report from now on what has been taken; null for nowhere. A report comes whenever the
+  /// descriptor is read, so an octet that comes out of the buffer costs nothing.
+  void reportTo(Progress* progress) { progress_ = progress; }
+  /// The error number of the read that failed, or 0.
+  int error() const { return error_; }
+
+  /// Makes the octet that comes next the one to go back to. Until then, octets are kept that do not
+  /// come from a file.
+  void mark();
+  /// Goes back to the mark.
+  void returnToMark();
+  /// The error number of what failed about keeping octets, or 0. What could not be kept looks like
+  /// the end of the input.
+  int keepingError() const;
+
+ protected:
+  int_type underflow() override;
+  std::streamsize xsgetn(char* target, std::streamsize size) override;
+
+ private:
+  std::size_t read(char* target, std::size_t size);
+  std::size_t readDescriptor(char* target, std::size_t size);
+  void report();
+
+  const Descriptor& descriptor_;
+  std::vector<char> buffer_;
+  std::uint64_t received_ = 0;        // What has been taken, and what stands in the buffer.
+  std::uint64_t mark_ = 0;            // What had been taken there,
+  std::uint64_t takenTwice_ = 0;      // and what has been taken behind it, before going back.
+  std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
+  bool isKeeping_ = false;
+  Progress* progress_ = nullptr;
+  bool isEnded_ = false;
+  int error_ = 0;
+};
+
+/// Writes to a descriptor, through a buffer of its own. After a failure nothing more is written.
+class OutputBuffer : public std::streambuf {
+ public:
+  explicit OutputBuffer(const Descriptor& descriptor);
+
+  /// The error number of the write that failed, or 0.
+  int error() const { return error_; }
+
+ protected:
+  int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* text, std::streamsize size) override;
+  int sync() override;
+
+ private:
+  bool write(const char* text, std::size_t size);
+  bool writeBuffered();
+
+  const Descriptor& descriptor_;
+  std::vector<char> buffer_;
+  int error_ = 0;
+};
+
+}  // namespace tool

@@ -1,0 +1,67 @@
+#include "files/Input.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "files/Failure.h"
+
+namespace tool {
+
+namespace {
+
+constexpr off_t kLargeFile = 8L * 1024 * 1024;
+constexpr std::size_t kFirstOctets = 256;
+
+std::string systemName(const std::string& name) { return name == "-" ? "standard input" : name; }
+
+int openForReading(const std::string& name) {
+  if (name == "-") return STDIN_FILENO;
+  const int number = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+  if (number == -1) throw Failure::system(name, errno);
+  return number;
+}
+
+}  // namespace
+
+Input::Input(const std::string& name, bool quiet)
+    : name_(name), descriptor_(openForReading(name)), buffer_(descriptor_), stream_(&buffer_) {
+  buffer_.peek(1);
+  checkRead();  // A directory, for one, can be opened but not read.
+  if (!quiet && isatty(STDERR_FILENO)) showProgress();
+}
+
+void Input::showProgress() {
+  struct stat status {};
+  if (fstat(descriptor_.number(), &status) != 0) return;
+  if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
+  sizeToReturn_ = static_cast<std::uint64_t>(status.st_size);
+  progress_.emplace(sizeToReturn_);
+  buffer_.reportTo(&*progress_);
+}
+
+std::string_view Input::firstOctets() { return buffer_.peek(kFirstOctets); }
+
+void Input::beginDocument() {
+  ++documentNumber_;
+  documentStart_ = octetsRead();
+}
+
+void Input::expectToReturn() {
+  if (progress_) progress_->lengthen(std::exchange(sizeToReturn_, 0));
+}
+
+void Input::returnToMark() {
+  buffer_.returnToMark();
+  stream_.clear();
+}
+
+void Input::checkRead() const {
+  if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
+  if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());
+}
+
+}  // namespace tool

@@ -1,0 +1,143 @@
+#include "options/Limits.h"
+
+#include <Tavrin/Exceptions.h>
+#include <Tavrin/Identifiers.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "files/Failure.h"
+
+namespace tool {
+
+namespace {
+
+namespace properties = Tavrin::properties;
+
+constexpr std::size_t kHelpColumn = 34;
+
+/// A number with a unit behind it, or "none". Returns whether it is one.
+bool readValue(std::string_view text, double& value) {
+  if (text == "none") {
+    value = std::numeric_limits<double>::infinity();
+    return true;
+  }
+  constexpr std::string_view kUnits = "KMG";
+  const std::size_t unit = text.empty() ? std::string_view::npos : kUnits.find(text.back());
+  if (unit != std::string_view::npos) text.remove_suffix(1);
+  const auto [end, error] =
+      std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
+  if (error != std::errc() || end != text.end() || !std::isfinite(value) || value < 0) return false;
+  if (unit != std::string_view::npos) value = std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
+  return true;
+}
+
+std::uint64_t asCount(double value) {
+  return value < 0x1p64 ? static_cast<std::uint64_t>(value)
+                        : std::numeric_limits<std::uint64_t>::max();
+}
+
+}  // namespace
+
+struct Limits::Kind {
+  enum class Value { Factor, Count };  // A `double`, a `std::uint64_t`.
+
+  const char* property;
+  Value value;
+  const char* help;
+
+  std::string_view name() const {
+    const std::string_view identifier = property;
+    return identifier.substr(identifier.rfind('/') + 1);
+  }
+};
+
+/// In the order of the help.
+const Limits::Kind Limits::kKinds[] = {
+    {properties::entityAmplificationFactor, Kind::Value::Factor,
+     "text: octets that entities or defaults make of each (100)"},
+    {properties::entityAmplificationThreshold, Kind::Value::Count,
+     "text: so many octets before that factor counts (8M)"},
+    {properties::maximumDepth, Kind::Value::Count, "elements that may be open at a time (none)"},
+    {properties::amplificationFactor, Kind::Value::Factor,
+     "Fast Infoset: octets from tables for each one read (1000)"},
+    {properties::amplificationThreshold, Kind::Value::Count,
+     "Fast Infoset: so many octets before that factor counts (8M)"},
+    {properties::maximumTableOctets, Kind::Value::Count,
+     "Fast Infoset: octets of all tables of a document (512M)"},
+    {properties::maximumLiteralOctets, Kind::Value::Count,
+     "Fast Infoset: octets of one string or typed value (1G)"},
+};
+
+void Limits::add(const std::string& setting) {
+  const std::size_t sign = setting.find('=');
+  const std::string_view name = std::string_view(setting).substr(0, sign);
+  for (const Kind& kind : kKinds) {
+    if (kind.name() != name) continue;
+    double value = 0;
+    if (sign == std::string::npos ||
+        !readValue(std::string_view(setting).substr(sign + 1), value)) {
+      throw Failure::usage("--limit " + setting + ": the value is not a number or none");
+    }
+    return settings_.push_back({&kind, value});
+  }
+  throw Failure::usage("--limit " + setting + ": there is no such limit");
+}
+
+/// Calls with each property and a pointer to its value.
+template <typename Set>
+void Limits::forEach(Set set) const {
+  for (const auto& [kind, value] : settings_) {
+    double factor = value;
+    std::uint64_t count = asCount(value);
+    const bool isFactor = kind->value == Kind::Value::Factor;
+    set(kind->property, isFactor ? static_cast<void*>(&factor) : static_cast<void*>(&count));
+  }
+}
+
+void Limits::applyTo(Tavrin::XMLReader& reader, bool isChosen) const {
+  forEach([&](const char* property, void* value) {
+    try {
+      reader.setProperty(property, value);
+    } catch (const Tavrin::SAXNotRecognizedException&) {
+      if (isChosen) throw;
+    }
+  });
+}
+
+void Limits::applyTo(Tavrin::XMLWriter& writer) const {
+  forEach([&](const char* property, void* value) {
+    try {
+      writer.setProperty(property, value);
+    } catch (const Tavrin::SAXNotRecognizedException&) {
+      // Most of them are for reading.
+    }
+  });
+}
+
+std::string Limits::help() {
+  std::string text;
+  for (const Kind& kind : kKinds) {
+    std::string line = "  " + std::string(kind.name());
+    line.resize(kHelpColumn, ' ');
+    text += line + kind.help + "\n";
+  }
+  return text;
+}
+
+std::string Limits::withOption(const std::string& message) {
+  for (const Kind& kind : kKinds) {
+    // Readers and writers tell which property it is.
+    const std::string name(kind.name());
+    const std::string property = "(property " + name + ")";
+    const std::size_t told = message.find(property);
+    if (told == std::string::npos) continue;
+    return std::string(message).replace(told, property.size(), "(see --limit " + name + ")");
+  }
+  return message;
+}
+
+}  // namespace tool

@@ -1,0 +1,65 @@
+#include "options/ReadingOptions.h"
+
+#include <string_view>
+#include <vector>
+
+#include "commands/Commands.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char kOptionsHelp[] =
+    R"(  --entities        read external entities and the external subset, as far as they are files in
+                    the folder of the document or below it
+  --entities=any    read them wherever the files are: whoever wrote the document then chooses
+                    which of your files are read, and their text shows in the result
+  --limit NAME=VALUE
+                    change a limit to what hostile documents may cost; may stand several times
+)";
+
+constexpr char kLimitsHelp[] =
+    R"(With --entities, an entity that is not a file is passed over, as without the option. So is one
+whose file is missing, no regular file or outside of the folder, with a warning on standard error.
+
+Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
+maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
+
+)";
+
+/// Puts a text in place of a line that stands for it.
+void replaceLine(std::string& help, std::string_view line, const std::string& text) {
+  const std::size_t begin = help.find(line);
+  if (begin != std::string::npos) help.replace(begin, line.size(), text);
+}
+
+}  // namespace
+
+EntityAccess ReadingOptions::entityAccess() const {
+  if (entities.empty()) return EntityAccess::None;
+  return entities == "any" ? EntityAccess::Any : EntityAccess::Folder;
+}
+
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const char* help) {
+  std::string text = help;
+  replaceLine(text, "%options%\n", kOptionsHelp);
+  replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());
+  return addCommand(app, name, text);
+}
+
+void addReadingOptions(CLI::App& command, ReadingOptions& options) {
+  // A flag that may have a value; as an option it would take the name of the document for one.
+  command.add_flag("--entities{folder}", options.entities)
+      ->disable_flag_override(false)
+      ->check(CLI::IsMember({"folder", "any"}));
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--limit",
+          [&options](const std::vector<std::string>& settings) {
+            for (const std::string& setting : settings) options.limits.add(setting);
+          })
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+}
+
+}  // namespace tool
