@@ -83,7 +83,7 @@ Command makeConvert(CLI::App& app) {
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
-  command->add_flag("--indent", options->indent);
+  addLayoutOptions(*command, options->layout);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
   command->add_flag("--lossy", options->lossy);

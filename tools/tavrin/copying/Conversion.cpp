@@ -12,6 +12,7 @@
 
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
+#include "files/Failure.h"
 #include "files/Input.h"
 #include "files/Output.h"
 #include "options/TypeChoice.h"
@@ -27,10 +28,9 @@ namespace {
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options) {
   auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
-  if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);
-  return writer;
+  return options.layout.layOut(std::move(writer));
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
