@@ -83,7 +83,6 @@ Command makeConvert(CLI::App& app) {
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
-  addLayoutOptions(*command, options->layout);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
   command->add_flag("--lossy", options->lossy);
@@ -97,6 +96,8 @@ Command makeConvert(CLI::App& app) {
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
+  addLayoutOptions(*command, options->layout);
+  addCanonicalOptions(*command, options->canonical);
   return {command, [options] { return convert(*options); }};
 }
 

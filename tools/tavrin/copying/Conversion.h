@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "options/CanonicalOptions.h"
 #include "options/LayoutOptions.h"
 #include "options/ReadingOptions.h"
 
@@ -16,6 +17,7 @@ struct ConversionOptions {
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
   LayoutOptions layout;
+  CanonicalOptions canonical;
   ReadingOptions reading;
 };
 

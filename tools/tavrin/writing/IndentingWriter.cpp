@@ -135,7 +135,7 @@ void IndentingWriter::noteClosed() {
 void IndentingWriter::releaseDecided() {
   if (octets_.size() < kMuch) return;
   const std::uint64_t end = std::min(octets_.position(), state_.whiteSpace);
-  for (; state_.outermost != kNone; ) {
+  for (; state_.outermost != kNone;) {
     Element& element = state_.open[state_.outermost];
     if (element.firstBreak == kNone) break;
     const std::uint64_t place = octets_.placeOf(element.firstBreak);
@@ -144,9 +144,8 @@ void IndentingWriter::releaseDecided() {
     const auto next = std::find_if(
         state_.open.begin() + static_cast<std::ptrdiff_t>(state_.outermost), state_.open.end(),
         [](const Element& inner) { return inner.content == Content::Open; });
-    state_.outermost = next == state_.open.end()
-                           ? kNone
-                           : static_cast<std::uint64_t>(next - state_.open.begin());
+    state_.outermost =
+        next == state_.open.end() ? kNone : static_cast<std::uint64_t>(next - state_.open.begin());
   }
   octets_.release(end, out_);
 }

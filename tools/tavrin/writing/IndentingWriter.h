@@ -93,11 +93,11 @@ class IndentingWriter : public Tavrin::XMLWriter {
 
   /// How far the document has come.
   struct State {
-    std::vector<Element> open;          // The innermost is the last.
-    std::uint64_t outermost = kNone;    // The outermost element whose content is Open.
-    std::uint64_t whiteSpace = kNone;   // Where the white space begins with which content ends.
-    bool hasOpenTag = false;            // The start tag has no end yet.
-    bool hasUnwrittenSection = false;   // A CDATA section has begun, and has no text yet.
+    std::vector<Element> open;         // The innermost is the last.
+    std::uint64_t outermost = kNone;   // The outermost element whose content is Open.
+    std::uint64_t whiteSpace = kNone;  // Where the white space begins with which content ends.
+    bool hasOpenTag = false;           // The start tag has no end yet.
+    bool hasUnwrittenSection = false;  // A CDATA section has begun, and has no text yet.
     bool inDTD = false;
     bool hasInternalSubset = false;
   };
