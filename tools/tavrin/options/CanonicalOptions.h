@@ -4,17 +4,18 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tool {
 
 /// What the command line says about Canonical XML.
 struct CanonicalOptions {
-  std::string form;  ///< "1.0", "1.1" or "exclusive"; empty for none.
+  std::optional<std::string> form;  ///< "exclusive", or another one, inclusive.
   bool comments = false;
   std::string inclusivePrefixes;  ///< With commas or blanks between them.
 
-  bool isChosen() const { return !form.empty(); }
+  bool isChosen() const { return form.has_value(); }
   /// @throws Failure where the options contradict each other
   std::unique_ptr<Tavrin::XMLWriter> createWriter() const;
 };

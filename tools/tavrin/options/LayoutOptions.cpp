@@ -10,18 +10,19 @@
 namespace tool {
 
 const char kLayoutOptionsHelp[] =
-    R"(  --indent          begin every tag, comment, instruction and declaration on a line of its own, two
-                    blanks deeper than what it is in; white space that stands there goes
-  --indent=N        by N blanks, up to 16
-  --tabs            by one tab
+    R"(  --indent          begin every tag, comment, instruction and declaration on a line of its own,
+                    two blanks deeper than what it stands in, in place of white space, and end
+                    the last line
+  --indent=N        N blanks deeper, at most 16
+  --tabs            one tab deeper
 )";
 
 const char kLayoutHelp[] =
-    R"(--indent and --tabs lay XML text out anew, whatever its layout was; done twice they change nothing
-any more. They leave an element that has text as it is, with all that is in it, and likewise one
-whose xml:space is "preserve", but for elements in it that say "default". White space alone is text
-where there is nothing else. Memory does not grow with the document: text that begins more than
-64 KiB behind the first child of its element has no effect on what stands in front of it.
+    R"(--indent and --tabs give XML text a new layout, whatever it had; done twice they change nothing any
+more. An element that has text is left as it is, with all that is in it. So is one whose xml:space
+is "preserve", but for elements in it that say "default". White space is text where an element has
+nothing else, and in CDATA sections. Memory does not grow with the document: text that begins more
+than 64 KiB behind the first child of its element does not change what stands in front of it.
 )";
 
 namespace {

@@ -13,6 +13,8 @@ constexpr std::uint64_t kLookAhead = std::uint64_t{64} << 10U;
 /// What is held is looked at when there is so much of it: most can go then.
 constexpr std::size_t kMuch = 4 * kLookAhead;
 
+const std::string kSpace = "xml:space";
+
 bool isWhiteSpace(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
@@ -84,7 +86,7 @@ bool IndentingWriter::isLaidOut() const {
 IndentingWriter::Content IndentingWriter::contentOf(const Tavrin::Attributes& attributes) const {
   const Content around = state_.open.empty() ? Content::Open : state_.open.back().content;
   if (around == Content::Text) return around;
-  const int space = attributes.getLength() > 0 ? attributes.getIndex("xml:space") : -1;
+  const int space = attributes.getLength() > 0 ? attributes.getIndex(kSpace) : -1;
   if (space >= 0) {
     const std::string& value = attributes.getValue(space);
     if (value == "preserve") return Content::Preserved;
