@@ -221,13 +221,13 @@ TEST_F(Indent, TakesLongWhiteSpaceForText) {
 
 TEST_F(Indent, NeedsNoMemoryForTheDocument) {
   std::string document = "<a>", expected = "<a>";
-  while (document.size() < std::size_t{64} << 20U) {
+  while (document.size() < std::size_t{32} << 20U) {
     document += "<b><c>text</c>\n<d e='f'/><g><h/></g></b>";
     expected += "\n\t<b>\n\t\t<c>text</c>\n\t\t<d e='f'/>\n\t\t<g>\n\t\t\t<h/>\n\t\t</g>\n\t</b>";
   }
   writeFile("in.xml", document + "</a>");
   EXPECT_EQ(run({"convert", "--tabs", "--no-declaration", "in.xml", "out.xml"}, "",
-                [] { limitMemory(rlim_t{48} << 20U); }),
+                [] { limitMemory(rlim_t{24} << 20U); }),
             silent(0));
   EXPECT_TRUE(readFile("out.xml") == expected + "\n</a>\n");
 }
@@ -242,10 +242,10 @@ TEST_F(Indent, IsTheSameFromFastInfoset) {
 }
 
 TEST_F(Indent, TakesATypedValueForText) {
-  // One boolean, true.
+  // An integer of 64 bits.
   EXPECT_EQ(run({"convert", "--indent", "--no-declaration", "-"},
-                octets("E0 00 00 01 00 3C 00 'a' 3C 00 'b' 8C 14 00 38 FF FF")),
-            printed("<a>\n  <b>true</b>\n</a>\n"));
+                octets("E0 00 00 01 00 3C 00 'a' 3C 00 'b' 8C 12 05 0000000000000005 FF F0")),
+            printed("<a>\n  <b>5</b>\n</a>\n"));
 }
 
 TEST_F(Indent, IsForTheOtherWriterOfText) {
