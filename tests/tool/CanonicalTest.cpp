@@ -286,14 +286,14 @@ TEST_F(Canonical, IsWrittenWhole) {
 
 TEST_F(Canonical, NeedsNoMemoryForTheDocument) {
   std::string document = "<a>";
-  for (int i = 0; document.size() < std::size_t{32} << 20U; ++i) {
+  for (int i = 0; document.size() < std::size_t{16} << 20U; ++i) {
     const std::string name = "n" + std::to_string(i % 100);
     document += "<b xmlns:" + name + "='u:" + name + "' " + name + ":c='d'>text</b>";
   }
   writeFile("in.xml", document + "</a>");
   for (const std::string option : {"--canonical", "--canonical=exclusive"}) {
     const Result result = run({"convert", option, "in.xml", option.substr(2)}, "",
-                              [] { limitMemory(rlim_t{24} << 20U); });
+                              [] { limitMemory(rlim_t{20} << 20U); });
     EXPECT_EQ(result, silent(0)) << option;
   }
   EXPECT_TRUE(readFile("canonical") == readFile("canonical=exclusive"));

@@ -221,13 +221,13 @@ TEST_F(Indent, TakesLongWhiteSpaceForText) {
 
 TEST_F(Indent, NeedsNoMemoryForTheDocument) {
   std::string document = "<a>", expected = "<a>";
-  while (document.size() < std::size_t{32} << 20U) {
+  while (document.size() < std::size_t{16} << 20U) {
     document += "<b><c>text</c>\n<d e='f'/><g><h/></g></b>";
     expected += "\n\t<b>\n\t\t<c>text</c>\n\t\t<d e='f'/>\n\t\t<g>\n\t\t\t<h/>\n\t\t</g>\n\t</b>";
   }
   writeFile("in.xml", document + "</a>");
   EXPECT_EQ(run({"convert", "--tabs", "--no-declaration", "in.xml", "out.xml"}, "",
-                [] { limitMemory(rlim_t{24} << 20U); }),
+                [] { limitMemory(rlim_t{20} << 20U); }),
             silent(0));
   EXPECT_TRUE(readFile("out.xml") == expected + "\n</a>\n");
 }
