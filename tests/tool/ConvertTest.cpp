@@ -75,12 +75,12 @@ TEST_F(Convert, Indents) {
                                    "\n  </b>"
                                    "\n  <b/>"
                                    "\n</a>"
-                                   "\n<!--d-->"));
+                                   "\n<!--d-->\n"));
 }
 
 TEST_F(Convert, IndentsWithoutADeclaration) {
   EXPECT_EQ(run({"convert", "--indent", "--no-declaration", "-"}, "<a><b/></a>"),
-            printed("<a>\n  <b/>\n</a>"));
+            printed("<a>\n  <b/>\n</a>\n"));
 }
 
 TEST_F(Convert, LeavesNothingBehindOfADocumentThatFails) {

@@ -128,7 +128,7 @@ TEST_F(EntityDeclarations, AreNotMadeUp) {
 
 TEST_F(EntityDeclarations, GoWithTheOtherOptions) {
   EXPECT_EQ(text(one(), {"--indent"}),
-            printed("<!DOCTYPE a [\n    <!ENTITY e SYSTEM \"e.x\">\n]>\n<a>&e;</a>"));
+            printed("<!DOCTYPE a [\n  <!ENTITY e SYSTEM \"e.x\">\n]>\n<a>&e;</a>\n"));
   EXPECT_EQ(text(one(), {"--lossy"}), printed(kOne));
   EXPECT_EQ(text(one(), {"--from", "X891", "--to", "XML10"}), printed(kOne));
   EXPECT_EQ(run({"convert", "--to", "X891", "-"}, one()), printed(one()));

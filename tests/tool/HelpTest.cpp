@@ -66,9 +66,20 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
-  --indent          begin every tag, comment and instruction on a line of its own, but for
-                    elements that have text, and what is within them
-  --no-declaration  write no XML declaration at the beginning; both are for XML text only
+  --indent          begin every tag, comment, instruction and declaration on a line of its own,
+                    two blanks deeper than what it stands in, in place of white space, and end
+                    the last line
+  --indent=N        N blanks deeper, at most 16
+  --tabs            one tab deeper
+  --no-declaration  write no XML declaration at the beginning; these are for XML text only
+  --canonical       write Canonical XML 1.0, without comments
+  --canonical=1.1   the same by version 1.1; for whole documents, as here, there is no difference
+  --canonical=exclusive
+                    write Exclusive XML Canonicalization 1.0, without comments
+  --comments        with --canonical: write comments, too
+  --inclusive-prefixes PREFIXES
+                    with --canonical=exclusive: declare these prefixes as --canonical does; with
+                    commas or blanks between them, and #default for the default namespace
   --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
@@ -101,6 +112,18 @@ document type is read twice, and kept in a temporary file meanwhile if it is not
 reference without identifiers, which nothing outside of the document may declare, cannot be written
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
+
+--indent and --tabs give XML text a new layout, whatever it had; done twice they change nothing any
+more. An element that has text is left as it is, with all that is in it. So is one whose xml:space
+is "preserve", but for elements in it that say "default". White space is text where an element has
+nothing else, and in CDATA sections. Memory does not grow with the document: text that begins more
+than 64 KiB behind the first child of its element does not change what stands in front of it.
+
+--canonical writes documents that mean the same to an application in the same octets, to compare or
+to sign them: in UTF-8, without a document type, with attributes in order and no superfluous
+declarations of namespaces. It needs all of the document: references to entities that are not read
+end the work, and so does an external part of the document type that is not read, unless --lossy
+allows the loss of the defaults of attributes there. Namespace names have to be absolute.
 
 )" + kLimits +
     R"(

@@ -9,8 +9,8 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
-    R"(Copies a document, in the same format or in another.
+std::string helpText() {
+  return R"(Copies a document, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
 
@@ -18,10 +18,10 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
-  --indent          begin every tag, comment and instruction on a line of its own, but for
-                    elements that have text, and what is within them
-  --no-declaration  write no XML declaration at the beginning; both are for XML text only
-  --force           replace OUT if it exists
+)" + std::string(kLayoutOptionsHelp) +
+         R"(  --no-declaration  write no XML declaration at the beginning; these are for XML text only
+)" + kCanonicalOptionsHelp +
+         R"(  --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
@@ -54,6 +54,9 @@ reference without identifiers, which nothing outside of the document may declare
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
 
+)" + kLayoutHelp +
+         "\n" + kCanonicalHelp +
+         R"(
 %limits%
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
@@ -65,6 +68,7 @@ Examples:
   tavrin convert --indent in.xml out.xml
   tavrin convert in.xml out.fi
 )";
+}
 
 struct Options : ConversionOptions {
   std::string in;
@@ -79,11 +83,10 @@ ExitStatus convert(const Options& options) {
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "convert", kHelp);
+  CLI::App* command = addReadingCommand(app, "convert", helpText());
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
-  command->add_flag("--indent", options->indent);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
   command->add_flag("--lossy", options->lossy);
@@ -97,6 +100,8 @@ Command makeConvert(CLI::App& app) {
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
+  addLayoutOptions(*command, options->layout);
+  addCanonicalOptions(*command, options->canonical);
   return {command, [options] { return convert(*options); }};
 }
 

@@ -20,18 +20,28 @@
 #include "reading/Losses.h"
 #include "reading/Reading.h"
 #include "reading/WayBack.h"
+#include "writing/CanonicalWriter.h"
 
 namespace tool {
 
 namespace {
 
+std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& out,
+                                                            const ConversionOptions& options) {
+  if (writerTypeFor(out) != kTextWriter) {
+    throw Failure::usage("Canonical XML is text, and \"" + out +
+                         "\" is the name of another format");
+  }
+  return options.canonical.createWriter();
+}
+
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options) {
+  if (options.canonical.isChosen()) return createCanonicalWriterFor(out, options);
   auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
-  if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);
-  return writer;
+  return options.layout.layOut(std::move(writer));
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
@@ -99,12 +109,27 @@ class Copier {
     // What cannot be read to its end is read only for the failure that comes first.
     if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
     const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
-      if (options_.lossy) return warn(place, message);
-      throw Failure::document(place, message + " (see --entities and --lossy)");
+      reportLoss(place, message);
     });
     parseInto(relay, reader, input_, entities_);
     declarations.check();  // A file may have changed meanwhile.
-    writer_.reset();       // Nothing of a document shall show in the next.
+    checkDeclarations(reader);
+    writer_.reset();  // Nothing of a document shall show in the next.
+  }
+
+  /// Canonical XML has the defaults of attributes, wherever they are declared.
+  void checkDeclarations(Tavrin::XMLReader& reader) const {
+    const auto* const canonical = dynamic_cast<const CanonicalWriter*>(writer_.get());
+    if (canonical == nullptr || !canonical->lacksDeclarations()) return;
+    if (followsStandard(reader) && reader.getFeature(Tavrin::features::isStandalone)) return;
+    reportLoss(input_.name(),
+               "A part of the document type was not read: it may have defaults of "
+               "attributes");
+  }
+
+  void reportLoss(const std::string& place, const std::string& message) const {
+    if (options_.lossy) return warn(place, message);
+    throw Failure::document(place, message + " (see --entities and --lossy)");
   }
 
   [[noreturn]] void refuseSecond() const {

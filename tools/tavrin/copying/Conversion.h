@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "options/CanonicalOptions.h"
+#include "options/LayoutOptions.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -10,11 +12,12 @@ namespace tool {
 /// What the command line says about copying a document.
 struct ConversionOptions {
   std::string to;  ///< The type of writer; empty to go by the name of the copy.
-  bool indent = false;
   bool noDeclaration = false;
   bool force = false;
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
+  LayoutOptions layout;
+  CanonicalOptions canonical;
   ReadingOptions reading;
 };
 

@@ -40,7 +40,7 @@ EntityAccess ReadingOptions::entityAccess() const {
   return entities == "any" ? EntityAccess::Any : EntityAccess::Folder;
 }
 
-CLI::App* addReadingCommand(CLI::App& app, const char* name, const char* help) {
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help) {
   std::string text = help;
   replaceLine(text, "%options%\n", kOptionsHelp);
   replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());

@@ -19,9 +19,8 @@ struct ReadingOptions {
 
 /// Adds a command that reads documents.
 /// @param help all that its --help prints, but for the lines "%options%" and "%limits%": in place
-/// of
-///             them stand the options that addReadingOptions adds, and what they mean
-CLI::App* addReadingCommand(CLI::App& app, const char* name, const char* help);
+///             of them stand the options that addReadingOptions adds, and what they mean
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help);
 
 /// Adds the options that all these commands have, apart from the type of reader.
 void addReadingOptions(CLI::App& command, ReadingOptions& options);

@@ -34,7 +34,7 @@ auto createOf(const std::vector<std::string>& names, Create create) {
 std::string writerTypeFor(std::string_view fileName) {
   const bool isFastInfoset = std::ranges::any_of(
       kEndingsOfFastInfoset, [&](std::string_view ending) { return fileName.ends_with(ending); });
-  return isFastInfoset ? "X891" : "XML10";
+  return isFastInfoset ? "X891" : kTextWriter;
 }
 
 std::unique_ptr<Tavrin::XMLReader> createReader(const std::string& type) {

@@ -8,6 +8,9 @@
 
 namespace tool {
 
+/// The type of writer for XML text.
+inline constexpr char kTextWriter[] = "XML10";
+
 /// The type of writer for a file of this name; "-" is standard output.
 std::string writerTypeFor(std::string_view fileName);
 
