@@ -94,7 +94,7 @@ Command makeConvert(CLI::App& app) {
         const bool isPositive = text.find_first_not_of('0') != std::string::npos;
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
-  addReadingOptions(*command, options->reading);
+  addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   return {command, [options] { return convert(*options); }};

@@ -139,6 +139,7 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
   const OtherEncoding other = otherEncodingOf(reader);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
   options.reading.limits.applyTo(*writer);
+  if (!knowsTypedContent(reader)) options.reading.vocabularies.applyTo(*writer);
   OctetCounter octets;
   std::ostream copy(&octets);
   writer->setOutputStream(&copy);
@@ -196,7 +197,7 @@ Command makeStat(CLI::App& app) {
   CLI::App* command = addReadingCommand(app, "stat", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
-  addReadingOptions(*command, options->reading);
+  addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return stat(*options); }};
 }

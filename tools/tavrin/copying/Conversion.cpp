@@ -31,6 +31,7 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);
+  options.reading.vocabularies.applyTo(*writer);
   return writer;
 }
 
