@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iomanip>
 #include <memory>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "counting/DocumentCounter.h"
 #include "files/EntityFiles.h"
 #include "files/Input.h"
+#include "files/OctetCounter.h"
 #include "files/Output.h"
 #include "options/ReadingOptions.h"
 #include "printing/Text.h"
@@ -67,25 +67,6 @@ Example:
 struct Options {
   std::vector<std::string> files;
   ReadingOptions reading;
-};
-
-/// Takes everything and keeps only the number of octets.
-class OctetCounter : public std::streambuf {
- public:
-  std::uint64_t count() const { return count_; }
-
- protected:
-  int_type overflow(int_type c) override {
-    if (!traits_type::eq_int_type(c, traits_type::eof())) ++count_;
-    return traits_type::not_eof(c);
-  }
-  std::streamsize xsputn(const char*, std::streamsize size) override {
-    count_ += static_cast<std::uint64_t>(size);
-    return size;
-  }
-
- private:
-  std::uint64_t count_ = 0;
 };
 
 /// The encoding that a document is not in: the writer's type, and what it is called.

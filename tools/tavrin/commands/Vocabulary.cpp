@@ -4,6 +4,7 @@
 #include <string>
 
 #include "commands/Commands.h"
+#include "commands/VocabularyLearn.h"
 #include "files/Output.h"
 #include "files/VocabularyFile.h"
 #include "vocabularies/HeaderFile.h"
@@ -145,7 +146,7 @@ Command makeHeader(CLI::App& app) {
 
 Command makeVocabulary(CLI::App& app) {
   CLI::App* command = addCommand(app, "vocabulary", kHelp);
-  return asGroup(*command, {makeShow(*command), makeHeader(*command)});
+  return asGroup(*command, {makeLearn(*command), makeShow(*command), makeHeader(*command)});
 }
 
 }  // namespace tool
