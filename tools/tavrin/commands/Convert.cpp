@@ -54,6 +54,9 @@ reference without identifiers, which nothing outside of the document may declare
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
 
+With --vocabulary FILE --uri URI, a copy in Fast Infoset refers to that vocabulary by the URI and
+holds numbers in place of what is in there; without --uri, it begins with the vocabulary itself.
+
 %limits%
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.

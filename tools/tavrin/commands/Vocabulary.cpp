@@ -35,8 +35,8 @@ vocabulary by that URI is read with it. With the same options, tavrin convert wr
 refer to it, so that they hold numbers in place of names and frequent strings. With --vocabulary
 alone, its copy in Fast Infoset begins with the vocabulary, and any reader understands it.
 
-Both options may stand several times: the first URI is that of the first FILE, and so on. All are for
-reading; convert writes with the last, which may be without a URI.
+Both options may stand several times: the first URI is that of the first FILE, and so on. All are
+for reading; convert writes with the last, which may be without a URI.
 
 The position of an entry is its number, so a vocabulary that documents refer to must never change:
 give one that has other entries another URI.

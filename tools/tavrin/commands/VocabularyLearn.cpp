@@ -99,6 +99,13 @@ struct Outcome {
   std::uint64_t withOthers;
 };
 
+/// Why a text is not a number of at least 1, or nothing.
+std::string whyNotCount(const std::string& text) {
+  const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+  const bool isPositive = text.find_first_not_of('0') != std::string::npos;
+  return isNumber && isPositive ? "" : "\"" + text + "\" is not a number of at least 1";
+}
+
 std::ostream& label(std::ostream& out, const char* text) {
   return out << std::left << std::setw(26) << text;
 }
@@ -203,8 +210,8 @@ Command makeLearn(CLI::App& vocabulary) {
   command->add_flag("--initial", options->choice.isInitial);
   command->add_option("--maximum-entries", options->choice.mostEntries)
       ->type_name("N")
-      ->check(CLI::PositiveNumber);
-  command->add_option("--longest", options->longest)->type_name("N")->check(CLI::PositiveNumber);
+      ->check(whyNotCount);
+  command->add_option("--longest", options->longest)->type_name("N")->check(whyNotCount);
   command->add_option("--memory", options->memory)
       ->type_name("N")
       ->transform(CLI::AsSizeValue(false));
