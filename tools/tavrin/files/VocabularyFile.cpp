@@ -9,6 +9,14 @@ namespace tool {
 
 namespace {
 
+/// The limits of a vocabulary are those of the library: no property of this tool changes them.
+std::string withoutProperty(std::string message) {
+  const std::size_t begin = message.find(" (property ");
+  const std::size_t end = message.find(')', begin);
+  if (begin != std::string::npos && end != std::string::npos) message.erase(begin, end + 1 - begin);
+  return message;
+}
+
 /// @throws Failure, also for a file that could be opened, and not be read to the end
 Tavrin::OwnedVocabulary readFrom(Input& input) {
   try {
@@ -16,10 +24,10 @@ Tavrin::OwnedVocabulary readFrom(Input& input) {
   } catch (const Tavrin::SAXParseException& exception) {
     input.checkRead();
     const auto octet = static_cast<std::uint64_t>(exception.getColumnNumber());
-    throw Failure::document(placeIn(input.name(), octet), exception.getMessage());
+    throw Failure::document(placeIn(input.name(), octet), withoutProperty(exception.getMessage()));
   } catch (const Tavrin::SAXException& exception) {
     input.checkRead();
-    throw Failure::document(input.name(), exception.getMessage());
+    throw Failure::document(input.name(), withoutProperty(exception.getMessage()));
   }
 }
 
