@@ -17,6 +17,7 @@ Commands:
   diff         compare two documents event by event
   vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
+  completion   print what a shell needs to complete all this
 
 Options:
   -h, --help   print this help; after a command, the help of that command
@@ -40,8 +41,8 @@ const std::string kOptions =
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
   --vocabulary FILE
-  --uri URI         a vocabulary, and the name by which documents in Fast Infoset refer to it; both
-                    may stand several times (see tavrin vocabulary --help)
+                    names and strings that documents in Fast Infoset refer to by a URI
+  --uri URI         that URI; both may stand several times (see tavrin vocabulary --help)
 )";
 
 const std::string kLimits =

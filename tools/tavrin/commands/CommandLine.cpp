@@ -28,6 +28,7 @@ Commands:
   diff         compare two documents event by event
   vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
+  completion   print what a shell needs to complete all this
 
 Options:
   -h, --help   print this help; after a command, the help of that command
@@ -115,7 +116,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.option_defaults()->disable_flag_override();
   const Command commands =
       asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeStat(app), makeDiff(app),
-                    makeVocabulary(app), makeTypes(app)});
+                    makeVocabulary(app), makeTypes(app), makeCompletion(app), makeManual(app)});
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

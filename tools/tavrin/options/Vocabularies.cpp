@@ -15,8 +15,8 @@ namespace tool {
 
 const char kVocabularyOptionsHelp[] =
     R"(  --vocabulary FILE
-  --uri URI         a vocabulary, and the name by which documents in Fast Infoset refer to it; both
-                    may stand several times (see tavrin vocabulary --help)
+                    names and strings that documents in Fast Infoset refer to by a URI
+  --uri URI         that URI; both may stand several times (see tavrin vocabulary --help)
 )";
 
 struct Vocabularies::Loaded {
