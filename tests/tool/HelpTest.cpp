@@ -15,6 +15,7 @@ Commands:
   events       show the events that a reader makes of a document
   stat         count what documents hold
   diff         compare two documents event by event
+  vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
   completion   print what a shell needs to complete all this
 
@@ -39,6 +40,9 @@ const std::string kOptions =
                     which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
+  --vocabulary FILE
+                    names and strings that documents in Fast Infoset refer to by a URI
+  --uri URI         that URI; both may stand several times (see tavrin vocabulary --help)
 )";
 
 const std::string kLimits =
@@ -112,6 +116,9 @@ document type is read twice, and kept in a temporary file meanwhile if it is not
 reference without identifiers, which nothing outside of the document may declare, cannot be written
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
+
+With --vocabulary FILE --uri URI, a copy in Fast Infoset refers to that vocabulary by the URI and
+holds numbers in place of what is in there; without --uri, it begins with the vocabulary itself.
 
 --indent and --tabs give XML text a new layout, whatever it had; done twice they change nothing any
 more. An element that has text is left as it is, with all that is in it. So is one whose xml:space

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "commands/Commands.h"
@@ -25,6 +26,7 @@ Commands:
   events       show the events that a reader makes of a document
   stat         count what documents hold
   diff         compare two documents event by event
+  vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
   completion   print what a shell needs to complete all this
 
@@ -75,13 +77,18 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
     output.commit();
     return Done;
   }
-  const auto chosen = app.get_subcommands();
-  const std::string command = chosen.empty() ? "" : " " + chosen[0]->get_name();
+  const CLI::App* command = &app;
+  std::string words = "tavrin";
+  for (auto chosen = app.get_subcommands(); !chosen.empty(); chosen = command->get_subcommands()) {
+    command = chosen[0];
+    words += " " + command->get_name();
+  }
+  const bool lacksCommand = command->get_require_subcommand_min() > 0;
   const auto unknown = app.remaining(true);
   const std::string message = !unknown.empty() ? "unexpected argument \"" + unknown[0] + "\""
-                              : chosen.empty() ? "a command is required"
+                              : lacksCommand   ? "a command is required"
                                                : std::string(error.what());
-  throw Failure::usage(message + " (see tavrin" + command + " --help)");
+  throw Failure::usage(message + " (see " + words + " --help)");
 }
 
 }  // namespace
@@ -92,23 +99,30 @@ CLI::App* addCommand(CLI::App& app, const char* name, const std::string& help) {
   return command;
 }
 
+Command asGroup(CLI::App& app, std::vector<Command> commands) {
+  app.require_subcommand(1);
+  const auto run = [commands = std::move(commands)] {
+    const auto chosen = std::find_if(commands.begin(), commands.end(),
+                                     [](const Command& command) { return command.app->parsed(); });
+    return chosen->run();
+  };
+  return {&app, run};
+}
+
 ExitStatus runCommandLine(int argc, char** argv) {
   CLI::App app("", "tavrin");
   setHelp(app, kHelp);
   app.set_version_flag("--version", versionText());
-  app.require_subcommand(1);
   app.option_defaults()->disable_flag_override();
-  const Command commands[] = {makeConvert(app),    makeCheck(app), makeEvents(app),
-                              makeStat(app),       makeDiff(app),  makeTypes(app),
-                              makeCompletion(app), makeManual(app)};
+  const Command commands =
+      asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeStat(app), makeDiff(app),
+                    makeVocabulary(app), makeTypes(app), makeCompletion(app), makeManual(app)});
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {
     return answer(app, error);
   }
-  const auto chosen = std::find_if(std::begin(commands), std::end(commands),
-                                   [](const Command& command) { return command.app->parsed(); });
-  return chosen->run();
+  return commands.run();
 }
 
 }  // namespace tool

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "files/Failure.h"
 
@@ -21,6 +22,7 @@ Command makeCheck(CLI::App& app);
 Command makeEvents(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
+Command makeVocabulary(CLI::App& app);
 Command makeTypes(CLI::App& app);
 Command makeCompletion(CLI::App& app);
 Command makeManual(CLI::App& app);
@@ -28,5 +30,8 @@ Command makeManual(CLI::App& app);
 /// Adds an empty command.
 /// @param help all that its --help prints
 CLI::App* addCommand(CLI::App& app, const char* name, const std::string& help);
+
+/// The command that has these commands, one of which is to be chosen.
+Command asGroup(CLI::App& app, std::vector<Command> commands);
 
 }  // namespace tool

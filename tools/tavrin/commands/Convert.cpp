@@ -54,6 +54,9 @@ reference without identifiers, which nothing outside of the document may declare
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
 
+With --vocabulary FILE --uri URI, a copy in Fast Infoset refers to that vocabulary by the URI and
+holds numbers in place of what is in there; without --uri, it begins with the vocabulary itself.
+
 )" + kLayoutHelp +
          "\n" + kCanonicalHelp +
          R"(
@@ -97,7 +100,7 @@ Command makeConvert(CLI::App& app) {
         const bool isPositive = text.find_first_not_of('0') != std::string::npos;
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
-  addReadingOptions(*command, options->reading);
+  addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   addLayoutOptions(*command, options->layout);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iomanip>
 #include <memory>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "counting/DocumentCounter.h"
 #include "files/EntityFiles.h"
 #include "files/Input.h"
+#include "files/OctetCounter.h"
 #include "files/Output.h"
 #include "options/ReadingOptions.h"
 #include "printing/Text.h"
@@ -69,25 +69,6 @@ struct Options {
   ReadingOptions reading;
 };
 
-/// Takes everything and keeps only the number of octets.
-class OctetCounter : public std::streambuf {
- public:
-  std::uint64_t count() const { return count_; }
-
- protected:
-  int_type overflow(int_type c) override {
-    if (!traits_type::eq_int_type(c, traits_type::eof())) ++count_;
-    return traits_type::not_eof(c);
-  }
-  std::streamsize xsputn(const char*, std::streamsize size) override {
-    count_ += static_cast<std::uint64_t>(size);
-    return size;
-  }
-
- private:
-  std::uint64_t count_ = 0;
-};
-
 /// The encoding that a document is not in: the writer's type, and what it is called.
 struct OtherEncoding {
   const char* type;
@@ -139,6 +120,7 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
   const OtherEncoding other = otherEncodingOf(reader);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
   options.reading.limits.applyTo(*writer);
+  if (!knowsTypedContent(reader)) options.reading.vocabularies.applyTo(*writer);
   OctetCounter octets;
   std::ostream copy(&octets);
   writer->setOutputStream(&copy);
@@ -196,7 +178,7 @@ Command makeStat(CLI::App& app) {
   CLI::App* command = addReadingCommand(app, "stat", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
-  addReadingOptions(*command, options->reading);
+  addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return stat(*options); }};
 }

@@ -41,6 +41,7 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);
+  options.reading.vocabularies.applyTo(*writer);
   return options.layout.layOut(std::move(writer));
 }
 

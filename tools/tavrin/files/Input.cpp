@@ -59,6 +59,12 @@ void Input::returnToMark() {
   stream_.clear();
 }
 
+void Input::rewind() {
+  returnToMark();
+  documentNumber_ = 0;
+  documentStart_ = 0;
+}
+
 void Input::checkRead() const {
   if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());

@@ -50,6 +50,8 @@ class Input {
   /// All up to the end will be read again, so that a progress bar counts it twice.
   void expectToReturn();
   void returnToMark();
+  /// Goes back to the first octet, which was marked, to read all documents once more.
+  void rewind();
   /// @}
 
   /// Whether a progress bar may come up.

@@ -135,8 +135,13 @@ std::string manualPage(const CLI::App& app, const std::string& version) {
   page.append(help, ".SH");
   for (const CLI::App* command : app.get_subcommands({})) {
     if (command->get_group().empty()) continue;  // Not for users.
-    page.section("\"TAVRIN " + upperCase(command->get_name()) + "\"");
+    const std::string title = "TAVRIN " + upperCase(command->get_name());
+    page.section('"' + title + '"');
     page.append(helpOf(*command), ".SS");
+    for (const CLI::App* below : command->get_subcommands({})) {
+      page.section('"' + title + " " + upperCase(below->get_name()) + '"');
+      page.append(helpOf(*below), ".SS");
+    }
   }
   return page.take();
 }

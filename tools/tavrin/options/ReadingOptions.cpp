@@ -42,12 +42,12 @@ EntityAccess ReadingOptions::entityAccess() const {
 
 CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help) {
   std::string text = help;
-  replaceLine(text, "%options%\n", kOptionsHelp);
+  replaceLine(text, "%options%\n", std::string(kOptionsHelp) + kVocabularyOptionsHelp);
   replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());
   return addCommand(app, name, text);
 }
 
-void addReadingOptions(CLI::App& command, ReadingOptions& options) {
+void addReadingOptions(CLI::App& command, ReadingOptions& options, VocabularyUse use) {
   // A flag that may have a value; as an option it would take the name of the document for one.
   command.add_flag("--entities{folder}", options.entities)
       ->disable_flag_override(false)
@@ -60,6 +60,7 @@ void addReadingOptions(CLI::App& command, ReadingOptions& options) {
           })
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
+  addVocabularyOptions(command, options.vocabularies, use);
 }
 
 }  // namespace tool

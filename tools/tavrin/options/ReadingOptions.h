@@ -5,6 +5,7 @@
 
 #include "files/EntityFiles.h"
 #include "options/Limits.h"
+#include "options/Vocabularies.h"
 
 namespace tool {
 
@@ -13,6 +14,7 @@ struct ReadingOptions {
   std::string from;      ///< The type of reader; empty to go by the document's first octets.
   std::string entities;  ///< What --entities has: nothing without it, "folder" or "any".
   Limits limits;
+  Vocabularies vocabularies;
 
   EntityAccess entityAccess() const;
 };
@@ -23,6 +25,7 @@ struct ReadingOptions {
 CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help);
 
 /// Adds the options that all these commands have, apart from the type of reader.
-void addReadingOptions(CLI::App& command, ReadingOptions& options);
+void addReadingOptions(CLI::App& command, ReadingOptions& options,
+                       VocabularyUse use = VocabularyUse::Reading);
 
 }  // namespace tool

@@ -27,7 +27,7 @@ std::string placeOfOctet(const Input& input, std::int32_t octetOfDocument) {
 
 void parseDocument(Tavrin::XMLReader& reader, Input& input) {
   const auto failure = [](const std::string& place, const std::string& message) {
-    return Failure::document(place, Limits::withOption(message));
+    return Failure::document(place, Vocabularies::withOption(Limits::withOption(message)));
   };
   try {
     reader.parse(input.stream());
@@ -71,6 +71,7 @@ std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions
                             "No Fast Infoset document begins here");
   }
   options.limits.applyTo(*reader, isChosen);
+  options.vocabularies.applyTo(*reader);
   input.beginDocument();
   return reader;
 }
