@@ -23,6 +23,7 @@ Commands:
   convert      copy a document, in the same format or in another
   check        tell whether documents are well-formed
   events       show the events that a reader makes of a document
+  get          print what a path leads to in documents
   stat         count what documents hold
   diff         compare two documents event by event
   types        list the readers and writers there are
@@ -97,7 +98,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.require_subcommand(1);
   app.option_defaults()->disable_flag_override();
-  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app),
+  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app), makeGet(app),
                               makeStat(app),    makeDiff(app),  makeTypes(app)};
   try {
     app.parse(argumentsFrom(argc, argv));

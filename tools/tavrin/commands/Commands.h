@@ -19,6 +19,7 @@ struct Command {
 Command makeConvert(CLI::App& app);
 Command makeCheck(CLI::App& app);
 Command makeEvents(CLI::App& app);
+Command makeGet(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
 Command makeTypes(CLI::App& app);
