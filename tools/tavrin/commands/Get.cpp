@@ -210,7 +210,7 @@ Command makeGet(CLI::App& app) {
   command->add_flag("-0,--null", options->null);
   command->add_option("--max", options->most)
       ->type_name("NUMBER")
-      ->check(CLI::Range(std::uint64_t{1}, Finder::kAll));
+      ->check(CLI::PositiveNumber);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return get(*options); }};

@@ -1,8 +1,9 @@
 #include "paths/ElementForms.h"
 
-#include <Tavrin/Identifiers.h>
+#include <Tavrin/Attributes.h>
 #include <Tavrin/XMLWriter_XML10.h>
 
+#include <cstdint>
 #include <string_view>
 
 #include "printing/Text.h"
@@ -33,13 +34,13 @@ void appendDeclaration(std::string& tag, const std::string& prefix, const std::s
         tag += "&apos;";
         break;
       case '\t':
-        tag += "&#9;";
+        tag += "&#x9;";
         break;
       case '\n':
-        tag += "&#10;";
+        tag += "&#xA;";
         break;
       case '\r':
-        tag += "&#13;";
+        tag += "&#xD;";
         break;
       default:
         tag += c;
@@ -48,33 +49,36 @@ void appendDeclaration(std::string& tag, const std::string& prefix, const std::s
   tag += '\'';
 }
 
+/// To the writer, results are inside of an element that nobody sees, which declares what they
+/// inherit. Where one result inherits what that before did, it is still there.
 class XMLForm : public ElementForm {
  public:
-  explicit XMLForm(std::ostream& out) {
-    writer_.setFeature(Tavrin::features::xmlDeclaration, false);
-    writer_.setOutputStream(&out);
-  }
-
-  void begin(const Tag& tag) override {
-    writer_.reset();
+  explicit XMLForm(std::ostream& out) : out_(out) {
     writer_.startDocument();
-    const auto declare = [this](const std::string& prefix, const std::string& uri) {
-      if (!uri.empty()) writer_.startPrefixMapping(prefix, uri);  // There is none to take back.
-    };
-    tag.scope.forEachInherited(declare);
-    tag.scope.forEachOwn(declare);
-    writer_.startElement(tag.uri, tag.localName, tag.qName, tag.attributes);
+    startUnseen();
+    startUnseen();
+    writer_.setOutputStream(&out_);
   }
 
-  void end() override { writer_.endDocument(); }
+  std::string begin(const NamespaceScope& scope) override {
+    if (scope.inherited() != inherited_) {
+      inherited_ = scope.inherited();
+      writer_.setOutputStream(nullptr);
+      writer_.endElement(defaultURI_, kUnseen, kUnseen);
+      defaultURI_.clear();
+      scope.forEachInherited(true, [this](const std::string& prefix, const std::string& uri) {
+        if (prefix.empty()) defaultURI_ = uri;
+        writer_.startPrefixMapping(prefix, uri);
+      });
+      startUnseen();
+      writer_.setOutputStream(&out_);
+    }
+    return declarationsOf(scope);
+  }
 
-  std::string prepareInner(const NamespaceScope& scope) override {
+  std::string beginInner(const NamespaceScope& scope) override {
     writer_.flush();
-    std::string declarations;
-    scope.forEachInherited([&](const std::string& prefix, const std::string& uri) {
-      appendDeclaration(declarations, prefix, uri);
-    });
-    return declarations;
+    return declarationsOf(scope);
   }
 
   void startElement(const Tag& tag) override {
@@ -98,7 +102,25 @@ class XMLForm : public ElementForm {
   void endCDATA() override { writer_.endCDATA(); }
 
  private:
+  static constexpr char kUnseen[] = "results";
+
+  void startUnseen() {
+    writer_.startElement(defaultURI_, kUnseen, kUnseen, Tavrin::AttributesImpl());
+    writer_.flush();
+  }
+
+  static std::string declarationsOf(const NamespaceScope& scope) {
+    std::string declarations;
+    scope.forEachInherited(false, [&](const std::string& prefix, const std::string& uri) {
+      appendDeclaration(declarations, prefix, uri);
+    });
+    return declarations;
+  }
+
   Tavrin::XMLWriter_XML10 writer_;
+  std::ostream& out_;
+  std::uint64_t inherited_ = 0;  // What the unseen element declares,
+  std::string defaultURI_;       // and the namespace name that it has by that.
 };
 
 // --- JSON ---
@@ -107,12 +129,12 @@ class JSONForm : public ElementForm {
  public:
   explicit JSONForm(std::ostream& out) : out_(out) {}
 
-  void begin(const Tag& tag) override {
+  std::string begin(const NamespaceScope&) override {
     isFirst_ = true;
-    startElement(tag);
+    return {};
   }
 
-  std::string prepareInner(const NamespaceScope&) override {
+  std::string beginInner(const NamespaceScope&) override {
     separate();
     print();
     isFirst_ = true;
@@ -209,8 +231,8 @@ class TextForm : public ElementForm {
  public:
   TextForm(std::ostream& out, bool isJSON) : out_(out), isJSON_(isJSON) {}
 
-  void begin(const Tag&) override {}
-  std::string prepareInner(const NamespaceScope&) override { return {}; }
+  std::string begin(const NamespaceScope&) override { return {}; }
+  std::string beginInner(const NamespaceScope&) override { return {}; }
   void startElement(const Tag&) override {}
   void endElement(const std::string&, const std::string&, const std::string&) override {}
   void characters(const std::string& text) override { writeText(out_, text, isJSON_); }

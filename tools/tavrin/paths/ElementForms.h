@@ -10,7 +10,7 @@
 
 namespace tool {
 
-/// How elements are printed that are results. All elements in them are handed over, too.
+/// How elements are printed that are results, with all that is inside of them.
 class ElementForm {
  public:
   struct Tag {
@@ -23,12 +23,12 @@ class ElementForm {
 
   virtual ~ElementForm() = default;
 
-  /// A result begins: an element that is in no other one that is printed.
-  virtual void begin(const Tag& tag) = 0;
-  virtual void end() {}
-  /// An element comes that is inside of a result and one itself: writes what has to stand in front
-  /// of it. Returns what its tag needs behind its name where it stands alone.
-  virtual std::string prepareInner(const NamespaceScope& scope) = 0;
+  /// An element comes that is a result, and in no other one.
+  /// @return what its tag needs behind its name so that it can stand alone
+  virtual std::string begin(const NamespaceScope& scope) = 0;
+  /// Likewise of one that is inside of another result. Writes what has to stand in front of it.
+  virtual std::string beginInner(const NamespaceScope& scope) = 0;
+  /// Writes the tag in one piece, whichever element it is of.
   virtual void startElement(const Tag& tag) = 0;
   virtual void endElement(const std::string& uri, const std::string& localName,
                           const std::string& qName) = 0;

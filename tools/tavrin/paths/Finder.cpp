@@ -161,7 +161,7 @@ void Finder::endElement(const std::string& uri, const std::string& localName,
 // --- Text ---
 
 void Finder::characters(const std::string& text) {
-  if (text.empty()) return;
+  if (!needsText_ || text.empty()) return;
   guard([&] {
     if (!beginText()) return;
     // In this order, so that what cannot be printed is not kept either.

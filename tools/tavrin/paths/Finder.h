@@ -38,6 +38,7 @@ class Finder : private Tavrin::ContentHandler,
       : paths_(paths),
         matcher_(paths),
         results_(results),
+        needsText_((results && paths.leadTo(NodeKind::Element)) || paths.leadTo(NodeKind::Text)),
         most_(most),
         input_(input),
         resolver_(resolver) {}
@@ -91,6 +92,7 @@ class Finder : private Tavrin::ContentHandler,
   const Paths& paths_;
   PathMatcher matcher_;
   Results* results_;
+  bool needsText_;
   std::uint64_t most_;
   const Input& input_;
   Tavrin::EntityResolver* resolver_;

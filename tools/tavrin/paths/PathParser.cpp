@@ -234,6 +234,7 @@ class PathParser {
   }
 
   std::uint64_t takeNumber() {
+    refuseLast();
     skipSpace();
     const char* const begin = text_.data() + place_;
     std::uint64_t number = 0;
@@ -303,10 +304,15 @@ class PathParser {
     predicate.value = takeLiteral("a value in quotes");
   }
 
+  void refuseLast() {
+    skipSpace();
+    const std::size_t begin = place_;
+    if (!takeOpeningOf("last")) return;
+    failAt(begin, "last() is not supported: what comes later is not known yet");
+  }
+
   [[noreturn]] void refusePredicate() {
-    if (takeOpeningOf("last")) {
-      failAt(place_ - 5, "last() is not supported: what comes later is not known yet");
-    }
+    refuseLast();
     failAt(place_, "a predicate is @NAME, @NAME='VALUE', a number or position()=NUMBER");
   }
 

@@ -13,6 +13,18 @@ std::unique_ptr<ElementForm> makeForm(std::ostream& out, const ResultFormat& for
   return format.isJSON ? makeJSONForm(out) : makeXMLForm(out);
 }
 
+void write(std::ostream& out, std::string_view text) {
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+/// Writes octets that begin with a tag, and declarations behind its name.
+void writeTag(std::ostream& out, std::string_view octets, std::string_view declarations) {
+  const std::size_t behindName = std::min(octets.find_first_of(" />"), octets.size());
+  write(out, octets.substr(0, behindName));
+  write(out, declarations);
+  write(out, octets.substr(behindName));
+}
+
 }  // namespace
 
 Results::Split::int_type Results::Split::overflow(int_type c) {
@@ -21,8 +33,12 @@ Results::Split::int_type Results::Split::overflow(int_type c) {
 }
 
 std::streamsize Results::Split::xsputn(const char* text, std::streamsize size) {
-  if (spool) spool->add(Spool::Record::Piece, {text, static_cast<std::size_t>(size)});
-  return out_.write(text, size) ? size : 0;
+  const std::string_view piece(text, static_cast<std::size_t>(size));
+  if (spool) spool->add(Spool::Record::Piece, piece);
+  if (declarations.empty()) return out_.write(text, size) ? size : 0;
+  writeTag(out_, piece, declarations);
+  declarations.clear();
+  return out_ ? size : 0;
 }
 
 Results::Results(std::ostream& out, const ResultFormat& format)
@@ -41,18 +57,14 @@ Results::Results(std::ostream& out, const ResultFormat& format)
   behind_.insert(0, "}");
 }
 
-void Results::write(std::string_view text) {
-  out_.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
 void Results::open(bool isString) {
-  write(before_);
-  if (isString) write("\"");
+  write(out_, before_);
+  if (isString) write(out_, "\"");
 }
 
 void Results::close(bool isString) {
-  if (isString) write("\"");
-  write(behind_);
+  if (isString) write(out_, "\"");
+  write(out_, behind_);
 }
 
 /// Where results wait. It is there from the first one on that has to.
@@ -89,11 +101,9 @@ void Results::startElement(const ElementForm::Tag& tag, bool isResult) {
   ++depth_;
   if (depth_ == 1) {
     open(elementsAreStrings_);
-    form_->begin(tag);
-    return;
-  }
-  if (isResult) {
-    const std::string declarations = form_->prepareInner(tag.scope);
+    split_.declarations = form_->begin(tag.scope);
+  } else if (isResult) {
+    const std::string declarations = form_->beginInner(tag.scope);
     spool().add(Spool::Record::Start, declarations);
     inner_.push_back(depth_);
   }
@@ -108,7 +118,6 @@ void Results::endElement(const std::string& uri, const std::string& localName,
     inner_.pop_back();
   }
   if (--depth_ > 0) return;
-  form_->end();
   close(elementsAreStrings_);
   if (split_.spool) printWaiting();
 }
@@ -143,10 +152,11 @@ void Results::printInner(const std::string& declarations) {
     if (record == Spool::Record::Start) ++depth;
     if (record == Spool::Record::End) --depth;
     if (record != Spool::Record::Piece) continue;
-    const bool needsMore = isFirst && !declarations.empty();
-    const std::size_t behindName = needsMore ? octets_.find_first_of(" />") : 0;
-    if (needsMore) octets_.insert(std::min(behindName, octets_.size()), declarations);
-    write(octets_);
+    if (isFirst) {
+      writeTag(out_, octets_, declarations);
+    } else {
+      write(out_, octets_);
+    }
     isFirst = false;
   }
   close(elementsAreStrings_);

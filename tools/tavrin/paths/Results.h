@@ -49,6 +49,7 @@ class Results {
    public:
     explicit Split(std::ostream& out) : out_(out) {}
     std::optional<Spool> spool;
+    std::string declarations;  // What goes behind the name of the tag that is written next.
 
    protected:
     int_type overflow(int_type c) override;
@@ -63,7 +64,6 @@ class Results {
   Spool& spool();
   void printWaiting();
   void printInner(const std::string& declarations);
-  void write(std::string_view text);
 
   std::ostream& out_;
   bool isJSON_;
