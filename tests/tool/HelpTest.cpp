@@ -13,6 +13,7 @@ Commands:
   convert      copy a document, in the same format or in another
   check        tell whether documents are well-formed
   events       show the events that a reader makes of a document
+  get          print what a path leads to in documents
   stat         count what documents hold
   diff         compare two documents event by event
   vocabulary   learn what documents have in common, and show it
@@ -241,6 +242,72 @@ Example:
   tavrin events --json in.xml
 )";
 
+const std::string kGet =
+    R"(Prints what a path leads to in documents.
+
+Usage: tavrin get [OPTIONS] PATH FILE...
+
+  PATH              what to look for, in a part of XPath 1.0
+  FILE              a document; - is standard input
+
+Options:
+  --ns PREFIX=URI   a prefix of PATH and its namespace name; may stand several times
+  --ns =URI         the namespace name of elements that have no prefix in PATH
+  --text            print elements as their text
+  --json            print JSON lines
+  --count           print how many results there are in each FILE
+  --max NUMBER      end with so many results in each FILE; the rest of it is not read
+  -0, --null        end each result with a zero octet instead of a line end
+)" + kOptions +
+    R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
+  -h, --help        print this help
+
+PATH begins at the root of a document, and has a step for each level:
+
+  /a/b              elements b directly inside of the root element a
+  //b               elements b anywhere
+  /a//b             elements b anywhere inside of a
+  *, p:b, p:*       any element; b of the namespace of p; any of it
+  *:b               b of any namespace, and of none
+  @x, @p:x, @*      as the last step: attributes
+  text()            as the last step: texts between tags, comments and instructions
+  comment(), processing-instruction(), processing-instruction('TARGET')
+                    as the last step
+  PATH | PATH       what one or the other leads to, once
+
+A step may have predicates behind it, which all have to be true:
+
+  [@x]              it has an attribute x
+  [@x='v']          the value of x is v; in quotes of either kind
+  [@x!='v']         it has an attribute x of another value
+  [2]               it is the second one of its parent that the step, and the predicates in front,
+                    lead to
+  [position()<3]    likewise; also =, !=, <=, > and >=
+
+Every result is printed on a line, in the order of the document: elements as XML text that is
+well-formed by itself, as it declares all namespaces that are in scope there, and anything else as
+its value. A line end that a result holds is printed as it is; --null and --json tell where a result
+ends. An element inside of another one, if both are results, comes in it and once more behind it.
+
+With --json, a value is a string, and so is an element with --text. Other elements are objects:
+"name", "uri" if it has a namespace, "attributes" if it has any, and "content", an array of strings,
+elements, {"comment":...} and {"target":...,"data":...}. Of several FILEs the name stands in every
+line:
+
+  {"file":"a.xml","value":"v"}
+
+An entity that was not read ends a document where a result would lack it. Elsewhere the first one is
+told of on standard error.
+
+)" + kLimits +
+    R"(
+The exit status is 0 if something was found in any FILE, and 1 if not, or if a document cannot be
+read to its end. What was found before is printed.
+
+Example:
+  tavrin get --ns m=urn:menu '//m:dish[@price]/m:name/text()' menu.xml menu.fi
+)";
+
 const std::string kStat =
     R"(Counts what documents hold.
 
@@ -356,6 +423,7 @@ TEST_F(Help, TellsOfTheToolAndOfEveryCommand) {
     EXPECT_EQ(run({"convert", flag}), (Result{0, kConvert, ""}));
     EXPECT_EQ(run({"check", flag}), (Result{0, kCheck, ""}));
     EXPECT_EQ(run({"events", flag}), (Result{0, kEvents, ""}));
+    EXPECT_EQ(run({"get", flag}), (Result{0, kGet, ""}));
     EXPECT_EQ(run({"stat", flag}), (Result{0, kStat, ""}));
     EXPECT_EQ(run({"diff", flag}), (Result{0, kDiff, ""}));
     EXPECT_EQ(run({"types", flag}), (Result{0, kTypes, ""}));
@@ -371,7 +439,7 @@ TEST_F(Help, ComesBeforeAnyWork) {
 
 TEST_F(Help, FitsAPageOf100Columns) {
   for (const std::string& text :
-       {std::string(kTool), kConvert, kCheck, kEvents, kStat, kDiff, std::string(kTypes)}) {
+       {std::string(kTool), kConvert, kCheck, kEvents, kGet, kStat, kDiff, std::string(kTypes)}) {
     for (std::size_t begin = 0; begin < text.size();) {
       const std::size_t end = text.find('\n', begin);
       ASSERT_NE(end, std::string::npos);

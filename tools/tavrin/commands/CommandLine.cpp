@@ -24,6 +24,7 @@ Commands:
   convert      copy a document, in the same format or in another
   check        tell whether documents are well-formed
   events       show the events that a reader makes of a document
+  get          print what a path leads to in documents
   stat         count what documents hold
   diff         compare two documents event by event
   vocabulary   learn what documents have in common, and show it
@@ -115,7 +116,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.option_defaults()->disable_flag_override();
   const Command commands =
-      asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeStat(app), makeDiff(app),
+      asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeGet(app), makeStat(app), makeDiff(app),
                     makeVocabulary(app), makeTypes(app), makeCompletion(app), makeManual(app)});
   try {
     app.parse(argumentsFrom(argc, argv));

@@ -20,6 +20,7 @@ struct Command {
 Command makeConvert(CLI::App& app);
 Command makeCheck(CLI::App& app);
 Command makeEvents(CLI::App& app);
+Command makeGet(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
 Command makeVocabulary(CLI::App& app);

@@ -21,7 +21,9 @@ class KeptOctets {
   /// Takes so many of them without looking.
   void skip(std::size_t size) { position_ += size; }
   /// The first comes next again.
-  void returnToStart() { position_ = 0; }
+  void returnToStart() { goTo(0); }
+  /// That behind so many others comes next.
+  void goTo(std::uint64_t position) { position_ = position; }
   /// The error number of what failed, or 0.
   int error() const { return error_; }
 
