@@ -57,11 +57,13 @@ maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are
 )";
 
 const std::string kConvert =
-    R"(Copies a document, in the same format or in another.
+    R"(Copies documents, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
+       tavrin convert [OPTIONS] -o DIR IN...
 
-  IN                the document to read; - is standard input
+  IN                the document to read; - is standard input. With -o also a folder: all documents
+                    in it and below it
   OUT               where to write it; - or nothing is standard output
 
 Options:
@@ -71,6 +73,9 @@ Options:
   --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
+  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
+  -j, --jobs N      with -o, work on N documents at a time; 0 for as many as there are processors
+  --quiet           no line of progress on a terminal, and no summary
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -105,12 +110,27 @@ standard error. The content of an unknown encoding algorithm cannot be written a
     R"(
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
 
+With -o, any number of documents and folders may be named, and the old names have to be kept apart:
+a document is copied under its own name, and what is in a folder keeps its place below it. Where
+two copies would have the same name, nothing is done at all. Without --to, what has a name of Fast
+Infoset becomes XML text, and all else Fast Infoset. The ending of the name changes with that:
+
+  a.xml   <-> a.fi          a.svg, and any other ending   <-> a.svg.fi
+  a.x3d   <-> a.x3db        a.finf                         -> a.xml
+
+What counts in a folder are the names that end in .xml .fi .finf .x3d .x3db .svg .xsd .xsl .xslt
+.rng .sch .wsdl .xhtml .rdf .rss .atom .gml .kml .gpx .dae .mml .dita .dbk .tei .xmi .xlf .osm
+.musicxml, in upper or lower case. Names that begin with a dot do not, nor does DIR, nor do folders
+behind symbolic links. A document that cannot be copied is told of in a line on standard error, and
+the others are copied all the same. A summary ends the work on more than one.
+
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
 
 Examples:
   tavrin convert --indent in.xml out.xml
   tavrin convert in.xml out.fi
+  tavrin convert -o binary drawings
 )";
 
 const std::string kCheck =

@@ -12,6 +12,7 @@
 
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
+#include "files/Failure.h"
 #include "files/Input.h"
 #include "files/Output.h"
 #include "options/TypeChoice.h"
@@ -23,15 +24,6 @@
 namespace tool {
 
 namespace {
-
-std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
-                                                   const ConversionOptions& options) {
-  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
-  if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
-  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
-  options.reading.limits.applyTo(*writer);
-  return writer;
-}
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
 void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const EntityFiles& entities) {
@@ -64,7 +56,7 @@ class Copier {
         output_(output),
         entities_(in, options.reading.entityAccess()),
         writer_(std::move(writer)),
-        isText_(!dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(writer_.get())) {}
+        isText_(!writesFastInfoset(*writer_)) {}
 
   /// @param reader for the first document
   void copyAll(std::unique_ptr<Tavrin::XMLReader> reader) {
@@ -123,7 +115,21 @@ class Copier {
 
 }  // namespace
 
-void convertFile(const ConversionOptions& options, const std::string& in, const std::string& out) {
+std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
+                                                   const ConversionOptions& options) {
+  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
+  if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
+  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  options.reading.limits.applyTo(*writer);
+  return writer;
+}
+
+bool writesFastInfoset(Tavrin::XMLWriter& writer) {
+  return dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer) != nullptr;
+}
+
+CopiedOctets convertFile(const ConversionOptions& options, const std::string& in,
+                         const std::string& out) {
   Output output(out, options.force);
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
@@ -131,6 +137,7 @@ void convertFile(const ConversionOptions& options, const std::string& in, const 
   output.open();
   Copier(options, in, input, out, output, std::move(writer)).copyAll(std::move(reader));
   output.commit();
+  return {input.octetsRead(), output.octetsWritten()};
 }
 
 }  // namespace tool
