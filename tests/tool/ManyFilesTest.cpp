@@ -339,3 +339,63 @@ TEST_F(ManyFiles, HaveANumberOfJobs) {
                               "\" is not a number from 0 to 256 (see tavrin convert --help)\n");
   }
 }
+
+// --- Commands that print ---
+
+TEST_F(ManyFiles, AreCheckedAndCountedInOrder) {
+  makeFolder("in/b");
+  for (const std::string name : {"in/a.xml", "in/b/c.svg", "in/d.xml", "in/e.txt"}) {
+    writeFile(name, name == "in/d.xml" ? "<a>" : "<a/>");
+  }
+  const std::string failure = "in/d.xml:1:4: no element found: <a> of line 1 is not closed\n";
+  const auto block = [](const std::string& name) {
+    return name +
+           "\n  octets                   4\n  elements                 1\n"
+           "  attributes               0\n  distinct names           1\n"
+           "  text octets              0\n  attribute value octets   0\n"
+           "  comments                 0\n  processing instructions  0\n"
+           "  depth                    1\n  typed values             0\n"
+           "  typed items              0\n  as Fast Infoset          9\n";
+  };
+  for (const std::string jobs : {"1", "3", "0"}) {
+    SCOPED_TRACE(jobs);
+    EXPECT_EQ(run({"check", "-j", jobs, "in", "in/e.txt"}),
+              (Result{1, "in/a.xml: well-formed\nin/b/c.svg: well-formed\nin/e.txt: well-formed\n",
+                      failure}));
+    EXPECT_EQ(run({"check", "--quiet", "-j", jobs, "in", "in/e.txt"}), (Result{1, "", failure}));
+    EXPECT_EQ(run({"stat", "-j", jobs, "in/d.xml", "in", "in/e.txt"}),
+              (Result{1, block("in/a.xml") + "\n" + block("in/b/c.svg") + "\n" + block("in/e.txt"),
+                      failure + failure}));
+  }
+}
+
+// What is printed too early is kept, but not without end.
+TEST_F(ManyFiles, WaitForTheirTurn) {
+  require(mkfifo(path("pipe").c_str(), 0600), "mkfifo");
+  std::string noisy = "<!DOCTYPE a SYSTEM 'd'><a>\n";
+  constexpr int kLosses = 70000;
+  for (int i = 0; i < kLosses; ++i) noisy += "<b c='&e;'/>\n";
+  const std::string name = std::string(180, 'n') + ".xml";
+  writeFile(name, noisy + "</a>");
+  writeFile("small.xml", "<a/>");
+  ToolProcess process({"check", "-j3", "pipe", name, "small.xml"}, directory_);
+  const int pipe = require(open(path("pipe").c_str(), O_WRONLY | O_CLOEXEC), "open");
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // Enough on most days.
+  require(write(pipe, "<a>", 3) == 3 ? 0 : -1, "write");
+  close(pipe);
+  const Result result = process.wait();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, name + ": well-formed\nsmall.xml: well-formed\n");
+  EXPECT_TRUE(result.err.starts_with("pipe:1:4: no element found: <a> of line 1 is not closed\n" +
+                                     name + ":2:7: warning: "));
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), kLosses + 1);
+}
+
+TEST_F(ManyFiles, AreNotReadOnceNothingCanBePrinted) {
+  for (const std::string name : {"a.xml", "b.xml", "c.xml"}) writeFile(name, "<a/>");
+  for (const std::string jobs : {"1", "3"}) {
+    EXPECT_EQ(run({"check", "-j", jobs, "a.xml", "b.xml", "c.xml"}, "",
+                  [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); }),
+              refused("standard output: No space left on device"));
+  }
+}

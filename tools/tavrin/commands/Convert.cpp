@@ -6,6 +6,8 @@
 #include "copying/Conversion.h"
 #include "copying/FolderConversion.h"
 #include "many/Work.h"
+#include "measuring/MeasuredConversion.h"
+#include "measuring/Timing.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -30,8 +32,8 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
-  -j, --jobs N      with -o, work on N documents at a time; 0 for as many as there are processors
-  --quiet           no line of progress on a terminal, and no summary
+%work%
+%timing%
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -66,19 +68,17 @@ standard error. The content of an unknown encoding algorithm cannot be written a
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
 
-With -o, any number of documents and folders may be named, and the old names have to be kept apart:
-a document is copied under its own name, and what is in a folder keeps its place below it. Where
-two copies would have the same name, nothing is done at all. Without --to, what has a name of Fast
-Infoset becomes XML text, and all else Fast Infoset. The ending of the name changes with that:
+With -o, any number of documents and folders may be named. A document is copied under its own name,
+and what is in a folder keeps its place below it. Where two copies would have the same name, nothing
+is done at all. Without --to, what has a name of Fast Infoset becomes XML text, and all else Fast
+Infoset. The ending of the name goes with that, and what was in DIR already is not copied:
 
   a.xml   <-> a.fi          a.svg, and any other ending   <-> a.svg.fi
   a.x3d   <-> a.x3db        a.finf                         -> a.xml
 
-What counts in a folder are the names that end in .xml .fi .finf .x3d .x3db .svg .xsd .xsl .xslt
-.rng .sch .wsdl .xhtml .rdf .rss .atom .gml .kml .gpx .dae .mml .dita .dbk .tei .xmi .xlf .osm
-.musicxml, in upper or lower case. Names that begin with a dot do not, nor does DIR, nor do folders
-behind symbolic links. A document that cannot be copied is told of in a line on standard error, and
-the others are copied all the same. A summary ends the work on more than one.
+%folders%
+A document that cannot be copied is told of in a line on standard error, and the others are copied
+all the same. The last line there sums up the work on more than one.
 
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
@@ -98,20 +98,23 @@ struct Options : ConversionOptions {
 
 ExitStatus convert(const Options& options) {
   const std::vector<std::string>& names = options.names;
+  refuseToRepeat(options.timing,
+                 {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
   if (options.hasFolder) return convertAll(options, names, options.folder, options.work);
   if (names.size() > 2) {
     throw Failure::usage(
         "several documents need a folder for their copies, -o DIR (see tavrin "
         "convert --help)");
   }
-  convertFile(options, names[0], names.size() == 2 ? names[1] : "-");
+  convertMeasured(options, names[0], names.size() == 2 ? names[1] : "-");
   return Done;
 }
 
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "convert", kHelp);
+  CLI::App* command =
+      addReadingCommand(app, "convert", kHelp, Properties::Owners::ReadersAndWriters);
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->names)->required();
   command
@@ -122,6 +125,7 @@ Command makeConvert(CLI::App& app) {
                                          })
       ->type_name("DIR");
   addWorkOptions(*command, options->work);
+  addTimingOptions(*command, options->timing);
   command->add_flag("--indent", options->indent);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);

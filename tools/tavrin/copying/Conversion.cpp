@@ -120,7 +120,7 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
   if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
-  options.reading.limits.applyTo(*writer);
+  options.reading.applyTo(*writer, !options.to.empty());
   return writer;
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "measuring/Timing.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -18,7 +19,8 @@ struct ConversionOptions {
   bool force = false;
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
-  ReadingOptions reading;
+  ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
+  TimingOptions timing;
 };
 
 /// A writer for a copy, as the options want it.

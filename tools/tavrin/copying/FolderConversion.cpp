@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -14,6 +13,7 @@
 #include <utility>
 
 #include "many/CopyNames.h"
+#include "measuring/MeasuredConversion.h"
 #include "printing/Quantities.h"
 
 namespace tool {
@@ -138,19 +138,17 @@ ExitStatus convertAll(const ConversionOptions& options, const std::vector<std::s
   refuseSameNames(documents.all(), placeOf);
   if (options.force) refuseOriginals(documents.all(), placeOf);
 
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point begin = Clock::now();
+  const Stopwatch stopwatch;
   Totals totals;
   const auto copy = [&](const Document& document, std::size_t, Turn&) {
     const std::string place = placeOf(document);
     makeFolderOf(place);
-    totals.add(convertFile(options, document.name, place));
+    totals.add(convertMeasured(options, document.name, place));
     return Done;
   };
   const ExitStatus status = workOnAll(documents.all(), work, copy);
   if (documents.all().size() > 1 && !work.quiet) {
-    summarize(totals, documents.all().size(),
-              std::chrono::duration<double>(Clock::now() - begin).count());
+    summarize(totals, documents.all().size(), stopwatch.seconds());
   }
   return std::max(status, documents.status());
 }

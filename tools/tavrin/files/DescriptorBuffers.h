@@ -45,6 +45,8 @@ class InputBuffer : public std::streambuf {
   /// Where to report from now on what has been taken; null for nowhere. A report comes whenever the
   /// descriptor is read, so an octet that comes out of the buffer costs nothing.
   void reportTo(Meter* meter) { meter_ = meter; }
+  /// Reports now.
+  void report();
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
 
@@ -64,7 +66,6 @@ class InputBuffer : public std::streambuf {
  private:
   std::size_t read(char* target, std::size_t size);
   std::size_t readDescriptor(char* target, std::size_t size);
-  void report();
 
   const Descriptor& descriptor_;
   std::vector<char> buffer_;

@@ -46,6 +46,10 @@ Input::Input(const std::string& name, bool quiet)
   }
 }
 
+Input::~Input() {
+  if (meter_ && !progress_) buffer_.report();  // What was read since the last block.
+}
+
 void Input::showProgress() {
   sizeToReturn_ = sizeOf(descriptor_);
   if (sizeToReturn_ <= kLargeFile) return;

@@ -19,6 +19,9 @@ class Input {
   /// @param quiet no progress bar: the terminal is used for something else
   /// @throws Failure when it cannot be opened or read
   explicit Input(const std::string& name, bool quiet = false);
+  ~Input();
+  Input(const Input&) = delete;
+  Input& operator=(const Input&) = delete;
 
   /// The name for messages about the document.
   const std::string& name() const { return name_; }

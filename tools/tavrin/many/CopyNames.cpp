@@ -12,7 +12,7 @@ using namespace std::string_view_literals;
 
 namespace {
 
-/// In the order of the help of "convert".
+/// In the order of kFoldersHelp.
 constexpr std::string_view kEndings[] = {
     ".xml"sv,  ".fi"sv,   ".finf"sv, ".x3d"sv, ".x3db"sv, ".svg"sv,   ".xsd"sv,
     ".xsl"sv,  ".xslt"sv, ".rng"sv,  ".sch"sv, ".wsdl"sv, ".xhtml"sv, ".rdf"sv,

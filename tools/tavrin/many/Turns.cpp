@@ -15,7 +15,9 @@ constexpr std::size_t kFarthestAhead = 65536;
 
 void Lines::add(Stream stream, const std::string& text) {
   if (text.empty()) return;
-  if (parts_.empty() || parts_.back().first != stream) parts_.emplace_back(stream, "");
+  if (parts_.empty() || parts_.back().first != stream || stream == Stream::Block) {
+    parts_.emplace_back(stream, "");
+  }
   parts_.back().second += text;
   size_ += text.size();
 }
@@ -88,6 +90,9 @@ void Turns::write(const Lines& lines) {
     if (stream == Lines::Stream::Error) {
       std::cerr << text << std::flush;
     } else {
+      if (stream == Lines::Stream::Block && std::exchange(hasBlocks_, true)) {
+        output_.stream() << '\n';
+      }
       output_.stream() << text;
       output_.flush();
     }
@@ -111,6 +116,11 @@ void Turn::message(const std::string& line) {
 }
 
 void Turn::flush() { turns_.show(index_, lines_); }
+
+void Turn::end() {
+  turns_.end(index_, std::move(lines_));
+  if (turns_.line().isDue()) turns_.drawProgress();
+}
 
 void Turn::lengthen(std::uint64_t octets) { turns_.line().lengthen(octets); }
 

@@ -19,7 +19,11 @@ namespace tool {
 /// What the work on an input has printed, and not shown yet.
 class Lines {
  public:
-  enum class Stream { Output, Error };
+  enum class Stream {
+    Output,
+    Block,  ///< Standard output, with an empty line between blocks.
+    Error
+  };
 
   void add(Stream stream, const std::string& text);
   bool empty() const { return parts_.empty(); }
@@ -65,6 +69,7 @@ class Turns {
 
   ProgressLine& line_;
   Output output_;
+  bool hasBlocks_ = false;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::size_t current_ = 0;             // Whose turn it is.
@@ -81,13 +86,16 @@ class Turn : public Listener {
 
   /// Prints to standard output: no later than with what comes next on standard error.
   void print(const std::string& text) { lines_.add(Lines::Stream::Output, text); }
+  /// Prints to standard output as print does, with an empty line in front unless it is the first
+  /// block of all files.
+  void printBlock(const std::string& text) { lines_.add(Lines::Stream::Block, text); }
   void message(const std::string& line) override;
   void lengthen(std::uint64_t octets) override;
   void show(std::uint64_t done) override;
   /// Shows what was printed, if it is its turn.
   void flush();
 
-  void end() { turns_.end(index_, std::move(lines_)); }
+  void end();
   void fail(std::exception_ptr failure) { turns_.fail(index_, std::move(failure)); }
 
  private:

@@ -16,6 +16,18 @@
 
 namespace tool {
 
+const char kWorkHelp[] =
+    R"(  -j, --jobs N      work on N files at a time; 0 for as many as there are processors
+  --quiet           tell only of what is wrong: no line of progress on a terminal, no summary
+)";
+
+const char kFoldersHelp[] =
+    R"(What counts in a folder are the names that end in .xml .fi .finf .x3d .x3db .svg .xsd .xsl .xslt
+.rng .sch .wsdl .xhtml .rdf .rss .atom .gml .kml .gpx .dae .mml .dita .dbk .tei .xmi .xlf .osm
+.musicxml, in upper or lower case. Names that begin with a dot do not, nor do folders behind
+symbolic links.
+)";
+
 namespace {
 
 constexpr unsigned kMostJobs = 256;

@@ -20,6 +20,11 @@ struct WorkOptions {
   bool quiet = false;  ///< No line of progress.
 };
 
+/// The lines of a help text about these options, in place of the line "%work%", and about what is a
+/// document in a folder, in place of "%folders%".
+extern const char kWorkHelp[];
+extern const char kFoldersHelp[];
+
 /// Adds --jobs and --quiet.
 void addWorkOptions(CLI::App& command, WorkOptions& options);
 
