@@ -50,6 +50,7 @@ taken for Fast Infoset. It is well-formed if it could be written as XML text. Ot
 follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
 
 %folders%
+
 %limits%
 
 Example:

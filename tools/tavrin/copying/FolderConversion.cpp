@@ -120,8 +120,8 @@ struct Totals {
 
 void summarize(const Totals& totals, std::size_t documents, double seconds) {
   say("tavrin: " + std::to_string(totals.files) + " of " + std::to_string(documents) +
-      " files converted: " + megabytes(totals.read) + " to " + megabytes(totals.written) + " in " +
-      duration(seconds) + ", " + rate(totals.read, seconds) + "\n");
+      " files converted: " + size(totals.read) + " to " + size(totals.written) + " in " +
+      timeTaken(seconds) + ", " + rate(totals.read, seconds) + "\n");
 }
 
 }  // namespace

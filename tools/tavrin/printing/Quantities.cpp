@@ -19,6 +19,12 @@ std::string megabytes(std::uint64_t octets) {
   return fixed(static_cast<double>(octets) / 1e6, 1) + " MB";
 }
 
+std::string size(std::uint64_t octets) {
+  if (octets < 10'000) return std::to_string(octets) + " octets";
+  if (octets >= 1'000'000) return megabytes(octets);
+  return fixed(static_cast<double>(octets) / 1e3, 1) + " kB";
+}
+
 std::string rate(std::uint64_t octets, double seconds) {
   return (seconds > 0 ? fixed(static_cast<double>(octets) / 1e6 / seconds, 1) : "-") + " MB/s";
 }
@@ -30,6 +36,10 @@ std::string duration(double seconds) {
   const std::uint64_t minutes = whole / 60;
   if (minutes < 60) return std::to_string(minutes) + " min " + std::to_string(whole % 60) + " s";
   return std::to_string(minutes / 60) + " h " + std::to_string(minutes % 60) + " min";
+}
+
+std::string timeTaken(double seconds) {
+  return seconds < 60 ? fixed(seconds, 3) + " s" : duration(seconds);
 }
 
 std::string milliseconds(double seconds) { return fixed(seconds * 1e3, 3) + " ms"; }
