@@ -45,7 +45,7 @@ TEST_F(CommandLine, NamesTheHelpOfWhatIsMisused) {
       {{"convert"}, "IN is required (see tavrin convert --help)"},
       {{"convert", "--force"}, "IN is required (see tavrin convert --help)"},
       {{"convert", "a.xml", "b.xml", "c.xml"},
-       "unexpected argument \"c.xml\" (see tavrin convert --help)"},
+       "several documents need a folder for their copies, -o DIR (see tavrin convert --help)"},
       {{"convert", "a.xml", "--bogus"},
        "unexpected argument \"--bogus\" (see tavrin convert --help)"},
       {{"convert", "-x", "a.xml"}, "unexpected argument \"-x\" (see tavrin convert --help)"},

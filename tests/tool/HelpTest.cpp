@@ -41,6 +41,10 @@ const std::string kOptions =
                     which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
+  --property NAME=VALUE
+                    change a property of the reader or the writer; may stand several times
+  --feature NAME    turn a feature of the reader or the writer on; NAME=off turns it off; may stand
+                    several times
   --vocabulary FILE
                     names and strings that documents in Fast Infoset refer to by a URI
   --uri URI         that URI; both may stand several times (see tavrin vocabulary --help)
@@ -60,14 +64,72 @@ maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are
   amplification-threshold         Fast Infoset: so many octets before that factor counts (8M)
   maximum-table-octets            Fast Infoset: octets of all tables of a document (512M)
   maximum-literal-octets          Fast Infoset: octets of one string or typed value (1G)
+  maximum-coalesced-octets        octets of text that --feature coalesce-characters joins (1G)
+
+Properties and features are those of the library that bear these names. What the reader or the
+writer of a document does not have is passed over, unless its type was chosen by name. VALUE is on
+or off, a number as above, or a text. Unless it is changed, it is that in brackets:
+
+  base-uri                        text: what relative system identifiers count from (none)
+  reparse-deferral                text: where a token is cut, wait for twice as much (on)
+  raw-octets                      Fast Infoset: read on if a vocabulary is unknown (off)
+)";
+
+const std::string kWriterProperties =
+    R"(  indent-width                    text: spaces for each level (2)
+  quote-character                 text: around attribute values, ' or " (')
+  indexed-attribute-value-length  Fast Infoset: octets of a value in a table, at most (32)
+  indexed-chunk-length            Fast Infoset: octets of a text in a table, at most (32)
+)";
+
+const std::string kFeatures =
+    R"(
+The features, with what they are otherwise:
+
+  coalesce-characters             all text between two events is one event (off)
+  namespaces                      text: split names, and report prefix mappings (on)
+  namespace-prefixes              text: declarations of namespaces are attributes, too (off)
+  xmlns-uris                      text: these attributes have a namespace (off)
+  external-general-entities       text: read them, with --entities (on)
+  external-parameter-entities     text: and those of the document type (on)
+)";
+
+const std::string kWriterFeatures =
+    R"(  auto-indent                     text: begin tags on lines of their own (off)
+  empty-tags                      text: one tag for an element without content (on)
+  xml-declaration                 text: begin with an XML declaration (on)
+)";
+
+/// Of commands that only read.
+const std::string kNames = kLimits + kFeatures;
+/// Of commands that write copies, too.
+const std::string kAllNames = kLimits + kWriterProperties + kFeatures + kWriterFeatures;
+
+const std::string kWork =
+    R"(  -j, --jobs N      work on N files at a time; 0 for as many as there are processors
+  --quiet           tell only of what is wrong: no line of progress on a terminal, no summary
+)";
+
+const std::string kFolders =
+    R"(What counts in a folder are the names that end in .xml .fi .finf .x3d .x3db .svg .xsd .xsl .xslt
+.rng .sch .wsdl .xhtml .rdf .rss .atom .gml .kml .gpx .dae .mml .dita .dbk .tei .xmi .xlf .osm
+.musicxml, in upper or lower case. Names that begin with a dot do not, nor do folders behind
+symbolic links.
+)";
+
+const std::string kTiming =
+    R"(  --timing          tell on standard error how long the work on each file took
+  --repeat N        then do it N times again, up to 10000, and tell the least and the median time
 )";
 
 const std::string kConvert =
-    R"(Copies a document, in the same format or in another.
+    R"(Copies documents, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
+       tavrin convert [OPTIONS] -o DIR IN...
 
-  IN                the document to read; - is standard input
+  IN                the document to read; - is standard input. With -o also a folder: all documents
+                    in it and below it
   OUT               where to write it; - or nothing is standard output
 
 Options:
@@ -88,7 +150,10 @@ Options:
   --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
-  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
+)" + kWork +
+    kTiming +
+    R"(  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -133,9 +198,21 @@ declarations of namespaces. It needs all of the document: references to entities
 end the work, and so does an external part of the document type that is not read, unless --lossy
 allows the loss of the defaults of attributes there. Namespace names have to be absolute.
 
-)" + kLimits +
+)" + kAllNames +
     R"(
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
+
+With -o, any number of documents and folders may be named. A document is copied under its own name,
+and what is in a folder keeps its place below it. Where two copies would have the same name, nothing
+is done at all. Without --to, what has a name of Fast Infoset becomes XML text, and all else Fast
+Infoset. The ending of the name goes with that, and what was in DIR already is not copied:
+
+  a.xml   <-> a.fi          a.svg, and any other ending   <-> a.svg.fi
+  a.x3d   <-> a.x3db        a.finf                         -> a.xml
+
+)" + kFolders +
+    R"(A document that cannot be copied is told of in a line on standard error, and the others are copied
+all the same. The last line there sums up the work on more than one.
 
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
@@ -143,6 +220,7 @@ less: the README tells what.
 Examples:
   tavrin convert --indent in.xml out.xml
   tavrin convert in.xml out.fi
+  tavrin convert -o binary drawings
 )";
 
 const std::string kCheck =
@@ -150,10 +228,11 @@ const std::string kCheck =
 
 Usage: tavrin check [OPTIONS] FILE...
 
-  FILE              a document; - is standard input
+  FILE              a document, or a folder: all documents in it and below it; - is standard input
 
 Options:
-)" + kOptions +
+)" + kWork +
+    kTiming + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -162,7 +241,7 @@ Every FILE is checked. A well-formed one is named on standard output:
   FILE: well-formed
   FILE: well-formed (3 documents)
 
-Any other is named on standard error, with what is wrong:
+--quiet leaves these lines out. Any other is named on standard error, with what is wrong:
 
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
@@ -176,7 +255,8 @@ A document that begins with the octets E0 00, or with an XML declaration of the 
 taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
 follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
 
-)" + kLimits +
+)" + kFolders +
+    "\n" + kNames +
     R"(
 Example:
   tavrin check chapter-*.xml
@@ -236,7 +316,7 @@ line tells its number and its first octet, in JSON {"document":2,"octet":72}:
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
 
-)" + kLimits +
+)" + kNames +
     R"(
 Example:
   tavrin events --json in.xml
@@ -313,10 +393,11 @@ const std::string kStat =
 
 Usage: tavrin stat [OPTIONS] FILE...
 
-  FILE              a document; - is standard input
+  FILE              a document, or a folder: all documents in it and below it; - is standard input
 
 Options:
-)" + kOptions +
+)" + kWork +
+    kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -342,7 +423,8 @@ count where they are referred to; comments and instructions of the external subs
 Where documents follow each other in FILE, as they may in Fast Infoset, there is a block for each:
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
-)" + kLimits +
+)" + kFolders +
+    "\n" + kAllNames +
     R"(
 Example:
   tavrin stat in.xml in.fi
@@ -391,7 +473,7 @@ does not keep them as they are, and so are the types of attributes. Instructions
 subset are compared. Not looked at is what a document states of its version of XML, of its encoding
 and of being standalone.
 
-)" + kLimits +
+)" + kNames +
     R"(
 The exit status is 0 if the documents are the same, and 1 if they differ, if one of them cannot be
 read, or if nobody can tell: an attribute value refers to an entity that is not read. Whatever the

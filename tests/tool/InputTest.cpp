@@ -57,8 +57,17 @@ TEST_F(Input, IsRefusedWhereThereIsNoFile) {
 
 TEST_F(Input, IsRefusedWhereItIsADirectory) {
   std::filesystem::create_directory(path("directory"));
-  expectRefused("directory", "directory: Is a directory");
-  expectRefused(".", ".: Is a directory");
+  for (const std::string name : {"directory", "."}) {
+    SCOPED_TRACE(name);
+    const Result refused = {2, "", "tavrin: " + name + ": Is a directory\n"};
+    EXPECT_EQ(run({"events", name}), refused);
+    EXPECT_EQ(run({"convert", name}), refused);
+    EXPECT_EQ(run({"convert", name, "out.xml"}), refused);
+    // These look into it.
+    const Result empty = {0, "", name + ": warning: there are no documents in this folder\n"};
+    EXPECT_EQ(run({"check", name}), empty);
+    EXPECT_EQ(run({"stat", name}), empty);
+  }
   expectRefused("-", "standard input: Is a directory",
                 [] { dup2(open(".", O_RDONLY), STDIN_FILENO); });
 }

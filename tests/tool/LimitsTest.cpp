@@ -141,7 +141,12 @@ TEST_F(Limits, AreLimitsThatThereAre) {
   };
   for (const std::string setting : {"bogus=1", "bogus", "=1", "", "Maximum-table-octets=1"}) {
     EXPECT_EQ(misused(setting),
-              (Result{2, "", "tavrin: --limit " + setting + ": there is no such limit\n"}));
+              (Result{2, "",
+                      "tavrin: --limit " + setting +
+                          ": there is no such limit (there are entity-amplification-factor, "
+                          "entity-amplification-threshold, maximum-depth, amplification-factor, "
+                          "amplification-threshold, maximum-table-octets, maximum-literal-octets, "
+                          "maximum-coalesced-octets)\n"}));
   }
   for (const std::string value : {"", "=", "=x", "=-1", "=1k", "=1KK", "=K", "=1e3", "=0x10",
                                   "=inf", "=nan", "= 1", "=1 ", "=NONE", "=1,5"}) {

@@ -54,6 +54,15 @@ bool isBarThen(const std::string& shown, const std::string& message) {
          match.suffix() == message;
 }
 
+/// Whether a text holds the line about many files, which is cleared, and a message beside it.
+bool areLinesAround(const std::string& shown, const std::string& message) {
+  static const std::regex line(
+      "\r\x1B\\[K[0-9]+ of [0-9]+ files, [0-9.]+ MB of [0-9.]+ MB, [0-9.-]+ MB/s, "
+      "[0-9a-z ]+ left|\r\x1B\\[K");
+  return shown.starts_with("\r\x1B[K") && shown.find("MB/s") != std::string::npos &&
+         std::regex_replace(shown, line, "") == message;
+}
+
 class ProgressBar : public Workplace {
  protected:
   /// A document of a certain size.
@@ -139,18 +148,37 @@ TEST_F(ProgressBar, IsShownForOneOfTwoDocuments) {
   EXPECT_PRED2(isBarThen, terminal_.shown(), "");
 }
 
-TEST_F(ProgressBar, IsShownForEveryLargeFile) {
+// --- The line about many files ---
+
+TEST_F(ProgressBar, IsALineForManyFiles) {
   writeFile("large.xml", document(kLimit + 1));
   writeFile("small.xml", "<a/>");
-  EXPECT_EQ(
-      runOnTerminal({"check", "large.xml", "small.xml", "missing.xml", "large.xml"}),
-      (Result{2, "large.xml: well-formed\nsmall.xml: well-formed\nlarge.xml: well-formed\n", ""}));
-  const std::string shown = terminal_.shown();
-  const std::string message = "tavrin: missing.xml: No such file or directory\n";
-  const std::size_t middle = shown.find(message);
-  ASSERT_NE(middle, std::string::npos);
-  EXPECT_PRED2(isBarThen, shown.substr(0, middle), "");
-  EXPECT_PRED2(isBarThen, shown.substr(middle + message.size()), "");
+  const ToolProcess::Arguments names = {"large.xml", "small.xml", "missing.xml", "large.xml"};
+  for (const std::string jobs : {"1", "3"}) {
+    SCOPED_TRACE(jobs);
+    ToolProcess::Arguments arguments = {"check", "-j", jobs};
+    arguments.insert(arguments.end(), names.begin(), names.end());
+    EXPECT_EQ(runOnTerminal(arguments),
+              (Result{2, "large.xml: well-formed\nsmall.xml: well-formed\nlarge.xml: well-formed\n",
+                      ""}));
+    EXPECT_PRED2(areLinesAround, terminal_.shown(),
+                 "tavrin: missing.xml: No such file or directory\n");
+    arguments.insert(arguments.begin() + 1, "--quiet");
+    EXPECT_EQ(runOnTerminal(arguments), silent(2));
+    EXPECT_EQ(terminal_.shown(), "tavrin: missing.xml: No such file or directory\n");
+  }
+}
+
+TEST_F(ProgressBar, IsALineForFilesThatAreMany) {
+  const auto checkFiles = [&](int number) {
+    while (static_cast<int>(files().size()) < number) {
+      writeFile(std::to_string(files().size()) + ".xml", "<a/>");
+    }
+    EXPECT_EQ(runOnTerminal({"check", "-j2", "."}).status, 0);
+    return terminal_.shown();
+  };
+  EXPECT_EQ(checkFiles(100), "");
+  EXPECT_PRED2(areLinesAround, checkFiles(101), "");
 }
 
 TEST_F(ProgressBar, IsShownForStandardInputThatIsAFile) {

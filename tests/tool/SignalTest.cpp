@@ -25,6 +25,30 @@ TEST_F(Signal, LeavesNothingBehind) {
   }
 }
 
+// Each is in the middle of its work, in a thread of its own.
+TEST_F(Signal, LeavesNothingBehindOfManyFiles) {
+  const Names pipes = {"a.xml", "b.xml", "c.xml", "d.xml"};
+  for (const std::string& name : pipes) require(mkfifo(path(name).c_str(), 0600), "mkfifo");
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    SCOPED_TRACE(signal);
+    std::vector<int> ends;
+    for (const std::string& name : pipes) {
+      ends.push_back(require(open(path(name).c_str(), O_RDWR | O_CLOEXEC), "open"));
+      require(write(ends.back(), "<a>text", 7) == 7 ? 0 : -1, "write");
+      // The first octets are awaited before a file is begun.
+      const std::string more(1000, ' ');
+      require(write(ends.back(), more.data(), more.size()) > 0 ? 0 : -1, "write");
+    }
+    ToolProcess process({"convert", "-j4", "-o", ".", "a.xml", "b.xml", "c.xml", "d.xml"},
+                        directory_);
+    waitForFiles(8);
+    process.signal(signal);
+    EXPECT_EQ(process.wait(), silent(-signal));
+    EXPECT_EQ(files(), pipes);
+    for (const int end : ends) close(end);
+  }
+}
+
 TEST_F(Signal, LeavesAnOldFileAlone) {
   writeFile("out.xml", "old");
   expectClean(SIGTERM, {"convert", "--force", "-", "out.xml"}, {"out.xml"});

@@ -1,20 +1,16 @@
-#include <Tavrin/TypedData.h>
-#include <Tavrin/XMLReader.h>
-
 #include <algorithm>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "commands/Commands.h"
-#include "files/EntityFiles.h"
-#include "files/Input.h"
-#include "files/Output.h"
+#include "files/Listener.h"
+#include "many/Work.h"
+#include "measuring/Timing.h"
 #include "options/ReadingOptions.h"
+#include "printing/Quantities.h"
 #include "printing/Text.h"
-#include "reading/Losses.h"
-#include "reading/Reading.h"
+#include "reading/ReadThrough.h"
 
 namespace tool {
 
@@ -25,9 +21,11 @@ constexpr char kHelp[] =
 
 Usage: tavrin check [OPTIONS] FILE...
 
-  FILE              a document; - is standard input
+  FILE              a document, or a folder: all documents in it and below it; - is standard input
 
 Options:
+%work%
+%timing%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
@@ -37,7 +35,7 @@ Every FILE is checked. A well-formed one is named on standard output:
   FILE: well-formed
   FILE: well-formed (3 documents)
 
-Any other is named on standard error, with what is wrong:
+--quiet leaves these lines out. Any other is named on standard error, with what is wrong:
 
   FILE:LINE:COLUMN: MESSAGE     in XML text
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
@@ -51,6 +49,8 @@ A document that begins with the octets E0 00, or with an XML declaration of the 
 taken for Fast Infoset. It is well-formed if it could be written as XML text. Others like it may
 follow it in FILE, and nothing else. NUMBER is the last octet of FILE that was read, counted from 1.
 
+%folders%
+
 %limits%
 
 Example:
@@ -60,47 +60,41 @@ Example:
 struct Options {
   std::vector<std::string> files;
   ReadingOptions reading;
+  WorkOptions work;
+  TimingOptions timing;
 };
 
-/// Reads every document of a file. Returns how many there are.
-/// @throws Failure when one of them is not well-formed
-std::uint64_t readAll(const std::string& name, const ReadingOptions& options) {
-  Input input(name);
-  EntityFiles entities(name, options.entityAccess());
-  while (const auto reader = nextReader(input, options)) {
-    reader->setEntityResolver(entities.resolver());
-    AnyAlgorithm anyAlgorithm;
-    connect(*reader, anyAlgorithm);
-    const Losses losses(*reader, input, warn);
-    parse(*reader, input, &entities);
-  }
-  return input.documentNumber();
+/// Returns the line about a file that is well-formed.
+std::string lineAbout(const std::string& name, const ReadThrough& read) {
+  const std::string number = " (" + std::to_string(read.documents) + " documents)";
+  return escaped(name) + ": well-formed" + (read.documents > 1 ? number : "") + "\n";
 }
 
-/// Returns the line about a file that is well-formed.
-std::string lineAbout(const std::string& name, const ReadingOptions& options) {
-  const std::uint64_t documents = readAll(name, options);
-  const std::string number = " (" + std::to_string(documents) + " documents)";
-  return escaped(name) + ": well-formed" + (documents > 1 ? number : "") + "\n";
+ExitStatus checkFile(const std::string& name, const Options& options, Turn& turn) {
+  const Stopwatch stopwatch;
+  const ReadThrough read = readThrough(name, options.reading);
+  const double seconds = stopwatch.seconds();
+  if (!options.work.quiet) turn.print(lineAbout(name, read));
+  turn.flush();
+  if (options.timing.isAsked()) {
+    say(escaped(name) + ": read " + std::to_string(read.octets) + " octets in " +
+        milliseconds(seconds) + ", " + rate(read.octets, seconds) + "\n");
+  }
+  if (options.timing.repeat > 0) {
+    measure(name, "reading", options.timing.repeat, read.octets,
+            [&] { readThrough(name, options.reading); });
+  }
+  return Done;
 }
 
 ExitStatus check(const Options& options) {
-  Output output("-", false);
-  output.open();
-  ExitStatus worst = Done;
-  for (const std::string& file : options.files) {
-    std::string line;
-    try {
-      line = lineAbout(file, options.reading);
-    } catch (const Failure& failure) {
-      // By now a progress bar is gone.
-      failure.report();
-      worst = std::max(worst, failure.status());
-    }
-    output.stream() << line;
-    output.flush();  // Both streams may end in one place, where the order of the lines counts.
-  }
-  return worst;
+  refuseToRepeat(options.timing, options.files);
+  Documents documents;
+  for (const std::string& file : options.files) documents.add(file);
+  const auto work = [&](const Document& document, std::size_t, Turn& turn) {
+    return checkFile(document.name, options, turn);
+  };
+  return std::max(workOnAll(documents.all(), options.work, work), documents.status());
 }
 
 }  // namespace
@@ -109,6 +103,8 @@ Command makeCheck(CLI::App& app) {
   CLI::App* command = addReadingCommand(app, "check", kHelp);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
+  addWorkOptions(*command, options->work);
+  addTimingOptions(*command, options->timing);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return check(*options); }};

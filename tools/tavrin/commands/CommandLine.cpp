@@ -116,8 +116,9 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.option_defaults()->disable_flag_override();
   const Command commands =
-      asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeGet(app), makeStat(app), makeDiff(app),
-                    makeVocabulary(app), makeTypes(app), makeCompletion(app), makeManual(app)});
+      asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeGet(app), makeStat(app),
+                    makeDiff(app), makeVocabulary(app), makeTypes(app), makeCompletion(app),
+                    makeManual(app)});
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

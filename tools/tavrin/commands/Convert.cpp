@@ -1,8 +1,13 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "commands/Commands.h"
 #include "copying/Conversion.h"
+#include "copying/FolderConversion.h"
+#include "many/Work.h"
+#include "measuring/MeasuredConversion.h"
+#include "measuring/Timing.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -10,11 +15,13 @@ namespace tool {
 namespace {
 
 std::string helpText() {
-  return R"(Copies a document, in the same format or in another.
+  return R"(Copies documents, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
+       tavrin convert [OPTIONS] -o DIR IN...
 
-  IN                the document to read; - is standard input
+  IN                the document to read; - is standard input. With -o also a folder: all documents
+                    in it and below it
   OUT               where to write it; - or nothing is standard output
 
 Options:
@@ -24,6 +31,9 @@ Options:
          R"(  --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
+  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
+%work%
+%timing%
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -64,32 +74,65 @@ holds numbers in place of what is in there; without --uri, it begins with the vo
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
 
+With -o, any number of documents and folders may be named. A document is copied under its own name,
+and what is in a folder keeps its place below it. Where two copies would have the same name, nothing
+is done at all. Without --to, what has a name of Fast Infoset becomes XML text, and all else Fast
+Infoset. The ending of the name goes with that, and what was in DIR already is not copied:
+
+  a.xml   <-> a.fi          a.svg, and any other ending   <-> a.svg.fi
+  a.x3d   <-> a.x3db        a.finf                         -> a.xml
+
+%folders%
+A document that cannot be copied is told of in a line on standard error, and the others are copied
+all the same. The last line there sums up the work on more than one.
+
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
 less: the README tells what.
 
 Examples:
   tavrin convert --indent in.xml out.xml
   tavrin convert in.xml out.fi
+  tavrin convert -o binary drawings
 )";
 }
 
 struct Options : ConversionOptions {
-  std::string in;
-  std::string out = "-";
+  std::vector<std::string> names;
+  std::string folder;
+  bool hasFolder = false;
+  WorkOptions work;
 };
 
 ExitStatus convert(const Options& options) {
-  convertFile(options, options.in, options.out);
+  const std::vector<std::string>& names = options.names;
+  refuseToRepeat(options.timing,
+                 {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
+  if (options.hasFolder) return convertAll(options, names, options.folder, options.work);
+  if (names.size() > 2) {
+    throw Failure::usage(
+        "several documents need a folder for their copies, -o DIR (see tavrin "
+        "convert --help)");
+  }
+  convertMeasured(options, names[0], names.size() == 2 ? names[1] : "-");
   return Done;
 }
 
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "convert", helpText());
+  CLI::App* command =
+      addReadingCommand(app, "convert", helpText(), Properties::Owners::ReadersAndWriters);
   const auto options = std::make_shared<Options>();
-  command->add_option("IN", options->in)->required();
-  command->add_option("OUT", options->out);
+  command->add_option("IN", options->names)->required();
+  command
+      ->add_option_function<std::string>("-o,--output",
+                                         [options](const std::string& folder) {
+                                           options->folder = folder;
+                                           options->hasFolder = true;
+                                         })
+      ->type_name("DIR");
+  addWorkOptions(*command, options->work);
+  addTimingOptions(*command, options->timing);
   command->add_flag("--no-declaration", options->noDeclaration);
   command->add_flag("--force", options->force);
   command->add_flag("--lossy", options->lossy);

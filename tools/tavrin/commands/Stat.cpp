@@ -3,7 +3,6 @@
 #include <Tavrin/XMLWriter.h>
 
 #include <algorithm>
-#include <iomanip>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,7 +13,7 @@
 #include "files/EntityFiles.h"
 #include "files/Input.h"
 #include "files/OctetCounter.h"
-#include "files/Output.h"
+#include "many/Work.h"
 #include "options/ReadingOptions.h"
 #include "printing/Text.h"
 #include "reading/Losses.h"
@@ -29,9 +28,10 @@ constexpr char kHelp[] =
 
 Usage: tavrin stat [OPTIONS] FILE...
 
-  FILE              a document; - is standard input
+  FILE              a document, or a folder: all documents in it and below it; - is standard input
 
 Options:
+%work%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
@@ -58,6 +58,8 @@ count where they are referred to; comments and instructions of the external subs
 Where documents follow each other in FILE, as they may in Fast Infoset, there is a block for each:
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
+%folders%
+
 %limits%
 
 Example:
@@ -66,7 +68,8 @@ Example:
 
 struct Options {
   std::vector<std::string> files;
-  ReadingOptions reading;
+  ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
+  WorkOptions work;
 };
 
 /// The encoding that a document is not in: the writer's type, and what it is called.
@@ -80,12 +83,18 @@ OtherEncoding otherEncodingOf(Tavrin::XMLReader& reader) {
                                    : OtherEncoding{"X891", "as Fast Infoset"};
 }
 
-template <typename Value>
-void printLine(std::ostream& out, const char* label, const Value& value) {
-  out << "  " << std::left << std::setw(25) << label << value << '\n';
+void printLine(std::string& out, const char* label, const std::string& value) {
+  constexpr std::size_t kValues = 25;
+  std::string column = label;
+  column.resize(std::max(column.size(), kValues), ' ');
+  out += "  " + column + value + "\n";
 }
 
-void print(std::ostream& out, const Input& input, const DocumentCounter& counter,
+void printLine(std::string& out, const char* label, std::uint64_t value) {
+  printLine(out, label, std::to_string(value));
+}
+
+void print(std::string& out, const Input& input, const DocumentCounter& counter,
            const char* otherLabel, std::uint64_t otherSize) {
   const DocumentCounter::Counts& counts = counter.counts();
   printLine(out, "octets", input.octetsRead() - input.documentStart());
@@ -113,13 +122,12 @@ std::string headOf(Input& input) {
   return escaped(input.name()) + (isOnly ? "" : number) + "\n";
 }
 
-/// Reads a document and prints a block about it, with an empty line in front unless it is the
-/// first.
-void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& options,
-                  EntityFiles& entities, std::ostream& out, bool& isFirst) {
+/// Reads a document and returns a block about it.
+std::string statDocument(Tavrin::XMLReader& reader, Input& input, const Options& options,
+                         EntityFiles& entities) {
   const OtherEncoding other = otherEncodingOf(reader);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
-  options.reading.limits.applyTo(*writer);
+  options.reading.applyTo(*writer, false);
   if (!knowsTypedContent(reader)) options.reading.vocabularies.applyTo(*writer);
   OctetCounter octets;
   std::ostream copy(&octets);
@@ -141,43 +149,37 @@ void statDocument(Tavrin::XMLReader& reader, Input& input, const Options& option
     if (counter.refusal().empty()) relay.check();  // The reader may have kept it to itself.
     throw;
   }
-  out << (isFirst ? "" : "\n") << headOf(input);
-  isFirst = false;
-  print(out, input, counter, other.label, octets.count());
+  std::string block = headOf(input);
+  print(block, input, counter, other.label, octets.count());
+  return block;
 }
 
-void statFile(const std::string& name, const Options& options, Output& output, bool& isFirst) {
+ExitStatus statFile(const std::string& name, const Options& options, Turn& turn) {
   Input input(name);
   EntityFiles entities(name, options.reading.entityAccess());
   while (const auto reader = nextReader(input, options.reading)) {
-    statDocument(*reader, input, options, entities, output.stream(), isFirst);
+    turn.printBlock(statDocument(*reader, input, options, entities));
+    turn.flush();
   }
+  return Done;
 }
 
 ExitStatus stat(const Options& options) {
-  Output output("-", false);
-  output.open();
-  ExitStatus worst = Done;
-  bool isFirst = true;
-  for (const std::string& file : options.files) {
-    try {
-      statFile(file, options, output, isFirst);
-    } catch (const Failure& failure) {
-      // By now a progress bar is gone.
-      failure.report();
-      worst = std::max(worst, failure.status());
-    }
-    output.flush();  // Both streams may end in one place, where the order of the lines counts.
-  }
-  return worst;
+  Documents documents;
+  for (const std::string& file : options.files) documents.add(file);
+  const auto work = [&](const Document& document, std::size_t, Turn& turn) {
+    return statFile(document.name, options, turn);
+  };
+  return std::max(workOnAll(documents.all(), options.work, work), documents.status());
 }
 
 }  // namespace
 
 Command makeStat(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "stat", kHelp);
+  CLI::App* command = addReadingCommand(app, "stat", kHelp, Properties::Owners::ReadersAndWriters);
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
+  addWorkOptions(*command, options->work);
   addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return stat(*options); }};

@@ -35,16 +35,6 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
   return options.canonical.createWriter();
 }
 
-std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
-                                                   const ConversionOptions& options) {
-  if (options.canonical.isChosen()) return createCanonicalWriterFor(out, options);
-  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
-  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
-  options.reading.limits.applyTo(*writer);
-  options.reading.vocabularies.applyTo(*writer);
-  return options.layout.layOut(std::move(writer));
-}
-
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
 void parseInto(Relay& relay, Tavrin::XMLReader& reader, Input& input, const EntityFiles& entities) {
   try {
@@ -76,7 +66,7 @@ class Copier {
         output_(output),
         entities_(in, options.reading.entityAccess()),
         writer_(std::move(writer)),
-        isText_(!dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(writer_.get())) {}
+        isText_(!writesFastInfoset(*writer_)) {}
 
   /// @param reader for the first document
   void copyAll(std::unique_ptr<Tavrin::XMLReader> reader) {
@@ -150,7 +140,22 @@ class Copier {
 
 }  // namespace
 
-void convertFile(const ConversionOptions& options, const std::string& in, const std::string& out) {
+std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
+                                                   const ConversionOptions& options) {
+  if (options.canonical.isChosen()) return createCanonicalWriterFor(out, options);
+  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
+  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  options.reading.applyTo(*writer, !options.to.empty());
+  options.reading.vocabularies.applyTo(*writer);
+  return options.layout.layOut(std::move(writer));
+}
+
+bool writesFastInfoset(Tavrin::XMLWriter& writer) {
+  return dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer) != nullptr;
+}
+
+CopiedOctets convertFile(const ConversionOptions& options, const std::string& in,
+                         const std::string& out) {
   Output output(out, options.force);
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
@@ -158,6 +163,7 @@ void convertFile(const ConversionOptions& options, const std::string& in, const 
   output.open();
   Copier(options, in, input, out, output, std::move(writer)).copyAll(std::move(reader));
   output.commit();
+  return {input.octetsRead(), output.octetsWritten()};
 }
 
 }  // namespace tool

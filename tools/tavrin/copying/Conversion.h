@@ -1,8 +1,12 @@
 #pragma once
 
+#include <Tavrin/XMLWriter.h>
+
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "measuring/Timing.h"
 #include "options/CanonicalOptions.h"
 #include "options/LayoutOptions.h"
 #include "options/ReadingOptions.h"
@@ -18,12 +22,29 @@ struct ConversionOptions {
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
   LayoutOptions layout;
   CanonicalOptions canonical;
-  ReadingOptions reading;
+  ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
+  TimingOptions timing;
+};
+
+/// A writer for a copy, as the options want it.
+/// @param out the name of the copy, which may tell the type
+/// @throws Tavrin::SAXException when there is no such type, or an option is none of its
+std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
+                                                   const ConversionOptions& options);
+
+/// Whether a writer writes Fast Infoset: it takes typed content.
+bool writesFastInfoset(Tavrin::XMLWriter& writer);
+
+/// How many octets went in and out.
+struct CopiedOctets {
+  std::uint64_t read = 0;
+  std::uint64_t written = 0;
 };
 
 /// Copies the documents of a file to another, each with a writer of its own.
 /// @param in, out names of files; "-" is standard input or output
 /// @throws Failure when the copy cannot be made; Tavrin::SAXException when there is no such type
-void convertFile(const ConversionOptions& options, const std::string& in, const std::string& out);
+CopiedOctets convertFile(const ConversionOptions& options, const std::string& in,
+                         const std::string& out);
 
 }  // namespace tool

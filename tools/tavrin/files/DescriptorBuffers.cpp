@@ -74,7 +74,7 @@ std::size_t InputBuffer::readDescriptor(char* target, std::size_t size) {
 }
 
 void InputBuffer::report() {
-  if (progress_) progress_->show(takenTwice_ + taken());
+  if (meter_) meter_->show(takenTwice_ + taken());
 }
 
 void InputBuffer::mark() {
@@ -162,6 +162,7 @@ bool OutputBuffer::write(const char* text, std::size_t size) {
     if (count >= 0) {
       text += count;
       size -= static_cast<std::size_t>(count);
+      written_ += static_cast<std::uint64_t>(count);
     } else if (errno != EINTR) {
       error_ = errno;
     }

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "files/Progress.h"
+#include "files/Listener.h"
 
 namespace tool {
 
@@ -44,7 +44,9 @@ class InputBuffer : public std::streambuf {
   std::uint64_t taken() const { return received_ - static_cast<std::uint64_t>(egptr() - gptr()); }
   /// Where to report from now on what has been taken; null for nowhere. A report comes whenever the
   /// descriptor is read, so an octet that comes out of the buffer costs nothing.
-  void reportTo(Progress* progress) { progress_ = progress; }
+  void reportTo(Meter* meter) { meter_ = meter; }
+  /// Reports now.
+  void report();
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
 
@@ -64,7 +66,6 @@ class InputBuffer : public std::streambuf {
  private:
   std::size_t read(char* target, std::size_t size);
   std::size_t readDescriptor(char* target, std::size_t size);
-  void report();
 
   const Descriptor& descriptor_;
   std::vector<char> buffer_;
@@ -73,7 +74,7 @@ class InputBuffer : public std::streambuf {
   std::uint64_t takenTwice_ = 0;      // and what has been taken behind it, before going back.
   std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
   bool isKeeping_ = false;
-  Progress* progress_ = nullptr;
+  Meter* meter_ = nullptr;
   bool isEnded_ = false;
   int error_ = 0;
 };
@@ -83,6 +84,8 @@ class OutputBuffer : public std::streambuf {
  public:
   explicit OutputBuffer(const Descriptor& descriptor);
 
+  /// How many octets have left the buffer.
+  std::uint64_t written() const { return written_; }
   /// The error number of the write that failed, or 0.
   int error() const { return error_; }
 
@@ -97,6 +100,7 @@ class OutputBuffer : public std::streambuf {
 
   const Descriptor& descriptor_;
   std::vector<char> buffer_;
+  std::uint64_t written_ = 0;
   int error_ = 0;
 };
 

@@ -1,9 +1,8 @@
 #include "files/Failure.h"
 
-#include <iostream>
 #include <system_error>
 
-#include "files/Process.h"
+#include "files/Listener.h"
 #include "printing/Text.h"
 
 namespace tool {
@@ -29,11 +28,10 @@ Failure Failure::document(const std::string& place, const std::string& message) 
   return {DocumentFailed, place + ": " + message};
 }
 
-void Failure::report() const { std::cerr << line_ + "\n" << std::flush; }
+void Failure::report() const { say(line_ + "\n"); }
 
 void warn(const std::string& name, const std::string& message) {
-  const std::string line = forMessage(name + ": warning: " + message);
-  std::cerr << (isProgressShown() ? kClearLine : "") + line + "\n" << std::flush;
+  say(forMessage(name + ": warning: " + message) + "\n");
 }
 
 }  // namespace tool

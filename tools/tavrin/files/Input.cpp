@@ -13,7 +13,7 @@ namespace tool {
 
 namespace {
 
-constexpr off_t kLargeFile = 8L * 1024 * 1024;
+constexpr std::uint64_t kLargeFile = 8 * 1024 * 1024;
 constexpr std::size_t kFirstOctets = 256;
 
 std::string systemName(const std::string& name) { return name == "-" ? "standard input" : name; }
@@ -25,22 +25,41 @@ int openForReading(const std::string& name) {
   return number;
 }
 
+/// The size of a file; 0 of anything else.
+std::uint64_t sizeOf(const Descriptor& descriptor) {
+  struct stat status {};
+  const bool isFile = fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
+  return isFile ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
 }  // namespace
 
 Input::Input(const std::string& name, bool quiet)
     : name_(name), descriptor_(openForReading(name)), buffer_(descriptor_), stream_(&buffer_) {
   buffer_.peek(1);
   checkRead();  // A directory, for one, can be opened but not read.
-  if (!quiet && isatty(STDERR_FILENO)) showProgress();
+  if (Listener* const listener = currentListener()) {
+    sizeToReturn_ = sizeOf(descriptor_);
+    reportTo(*listener);
+  } else if (!quiet && isatty(STDERR_FILENO)) {
+    showProgress();
+  }
+}
+
+Input::~Input() {
+  if (meter_ && !progress_) buffer_.report();  // What was read since the last block.
 }
 
 void Input::showProgress() {
-  struct stat status {};
-  if (fstat(descriptor_.number(), &status) != 0) return;
-  if (!S_ISREG(status.st_mode) || status.st_size <= kLargeFile) return;
-  sizeToReturn_ = static_cast<std::uint64_t>(status.st_size);
+  sizeToReturn_ = sizeOf(descriptor_);
+  if (sizeToReturn_ <= kLargeFile) return;
   progress_.emplace(sizeToReturn_);
-  buffer_.reportTo(&*progress_);
+  reportTo(*progress_);
+}
+
+void Input::reportTo(Meter& meter) {
+  meter_ = &meter;
+  buffer_.reportTo(meter_);
 }
 
 std::string_view Input::firstOctets() { return buffer_.peek(kFirstOctets); }
@@ -51,7 +70,7 @@ void Input::beginDocument() {
 }
 
 void Input::expectToReturn() {
-  if (progress_) progress_->lengthen(std::exchange(sizeToReturn_, 0));
+  if (meter_) meter_->lengthen(std::exchange(sizeToReturn_, 0));
 }
 
 void Input::returnToMark() {

@@ -12,12 +12,16 @@
 namespace tool {
 
 /// What to read: a file, or standard input by the name "-". Documents of Fast Infoset may follow
-/// each other in it. On a terminal a large file shows a progress bar while the object lives.
+/// each other in it. On a terminal a large file shows a progress bar while the object lives, unless
+/// the thread has a listener, who hears of the progress then.
 class Input {
  public:
   /// @param quiet no progress bar: the terminal is used for something else
   /// @throws Failure when it cannot be opened or read
   explicit Input(const std::string& name, bool quiet = false);
+  ~Input();
+  Input(const Input&) = delete;
+  Input& operator=(const Input&) = delete;
 
   /// The name for messages about the document.
   const std::string& name() const { return name_; }
@@ -61,12 +65,14 @@ class Input {
 
  private:
   void showProgress();
+  void reportTo(Meter& meter);
 
   std::string name_;
   Descriptor descriptor_;
   InputBuffer buffer_;
   std::optional<Progress> progress_;
-  std::uint64_t sizeToReturn_ = 0;  // That of the file, until a progress bar counts it twice.
+  Meter* meter_ = nullptr;          // That bar, or the listener.
+  std::uint64_t sizeToReturn_ = 0;  // That of the file, until the meter counts it twice.
   std::uint64_t documentNumber_ = 0;
   std::uint64_t documentStart_ = 0;
   std::istream stream_;

@@ -34,7 +34,7 @@ std::string behindLinks(const std::string& name) {
 
 /// A name in the same directory that no other process uses.
 std::string temporaryBeside(const std::string& target) {
-  static std::random_device random;
+  thread_local std::random_device random;
   char name[64];
   std::snprintf(name, sizeof name, ".tavrin-%ld-%08x.tmp", static_cast<long>(getpid()), random());
   const std::size_t slash = target.rfind('/');
@@ -62,7 +62,7 @@ Output::~Output() {
   if (temporary_.empty()) return;
   const SignalsHeld held;
   unlink(temporary_.c_str());
-  setUnfinishedFile(nullptr);
+  forgetUnfinishedFile(temporary_.c_str());
 }
 
 void Output::refuse() const {
@@ -113,7 +113,7 @@ void Output::openTemporary() {
     }
   }
   if (descriptor_.number() == -1) fail(errno);
-  setUnfinishedFile(temporary_.c_str());
+  if (!noteUnfinishedFile(temporary_.c_str())) fail(EMFILE);
   // The file mode creation mask has no say in the mode of a file that is replaced.
   if (replaces_ && fchmod(descriptor_.number(), mode_) != 0) fail(errno);
 }
@@ -145,8 +145,8 @@ void Output::putInPlace() {
     if (error == EEXIST) refuse();
     fail(error);
   }
+  forgetUnfinishedFile(temporary_.c_str());
   temporary_.clear();
-  setUnfinishedFile(nullptr);
 }
 
 }  // namespace tool

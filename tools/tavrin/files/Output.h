@@ -27,6 +27,8 @@ class Output {
   /// @throws Failure when it cannot be opened
   void open();
   std::ostream& stream() { return stream_; }
+  /// How many octets have been written: all of them once it is flushed or committed.
+  std::uint64_t octetsWritten() const { return buffer_.written(); }
   /// Whether this is standard output and that a terminal.
   bool isTerminal() const;
   /// @throws Failure when something could not be written

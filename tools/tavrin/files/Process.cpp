@@ -3,8 +3,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <ctime>
 #include <iostream>
+#include <iterator>
 
 namespace tool {
 
@@ -13,10 +16,18 @@ namespace {
 constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 // A signal handler may touch lock-free atomics only.
-std::atomic<const char*> unfinishedFile = nullptr;
+std::atomic<const char*> unfinishedFiles[kMostUnfinishedFiles] = {};
 std::atomic<bool> progressShown = false;
+std::atomic<int> holders = 0;  // Threads that hold signals back.
+std::atomic<bool> isEnding = false;
 static_assert(std::atomic<const char*>::is_always_lock_free);
 static_assert(std::atomic<bool>::is_always_lock_free);
+static_assert(std::atomic<int>::is_always_lock_free);
+
+void sleepAMoment() {
+  const timespec moment = {0, 1000000};
+  nanosleep(&moment, nullptr);
+}
 
 sigset_t endingSignals() {
   sigset_t set;
@@ -28,7 +39,13 @@ sigset_t endingSignals() {
 // SA_RESETHAND has put the default action back, so the process dies of the signal once this
 // returns, and its parent sees how it died.
 void endBySignal(int signal) {
-  if (const char* path = unfinishedFile) unlink(path);
+  // No thread begins to hold signals back from here on, and those that do it finish soon. This
+  // thread is none of them, or the signal would not have come.
+  isEnding = true;
+  while (holders > 0) sleepAMoment();
+  for (const auto& file : unfinishedFiles) {
+    if (const char* path = file) unlink(path);
+  }
   if (progressShown) {
     // Nothing is left to do about a terminal that cannot be written to.
     [[maybe_unused]] const ssize_t written =
@@ -70,7 +87,19 @@ Process::Process() : standardOutput_(std::cout.rdbuf(std::cerr.rdbuf())) {
 
 Process::~Process() { std::cout.rdbuf(standardOutput_); }
 
-void setUnfinishedFile(const char* path) { unfinishedFile = path; }
+bool noteUnfinishedFile(const char* path) {
+  return std::any_of(std::begin(unfinishedFiles), std::end(unfinishedFiles), [path](auto& file) {
+    const char* none = nullptr;
+    return file.compare_exchange_strong(none, path);
+  });
+}
+
+void forgetUnfinishedFile(const char* path) {
+  for (auto& file : unfinishedFiles) {
+    const char* noted = path;
+    if (file.compare_exchange_strong(noted, nullptr)) return;
+  }
+}
 
 void setProgressShown(bool shown) { progressShown = shown; }
 
@@ -78,9 +107,16 @@ bool isProgressShown() { return progressShown; }
 
 SignalsHeld::SignalsHeld() {
   const sigset_t set = endingSignals();
-  sigprocmask(SIG_BLOCK, &set, &before_);
+  pthread_sigmask(SIG_BLOCK, &set, &before_);
+  ++holders;
+  if (!isEnding) return;
+  --holders;
+  for (;;) sleepAMoment();  // Another thread is ending the process.
 }
 
-SignalsHeld::~SignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+SignalsHeld::~SignalsHeld() {
+  --holders;
+  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
 
 }  // namespace tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <csignal>
+#include <cstddef>
 #include <streambuf>
 
 namespace tool {
@@ -13,7 +14,7 @@ inline constexpr char kClearLine[] = "\r\x1B[K";
 /// - The descriptors 0 to 2 are taken, so that no file opened later stands in for a standard
 /// stream.
 /// - What the library prints to std::cout goes to standard error, never into a document.
-/// - SIGINT, SIGTERM and SIGHUP remove the unfinished file and clear the progress bar before they
+/// - SIGINT, SIGTERM and SIGHUP remove the unfinished files and clear the progress bar before they
 ///   end the process.
 class Process {
  public:
@@ -26,14 +27,22 @@ class Process {
   std::streambuf* standardOutput_;
 };
 
-/// The file to remove when a signal ends the process; null for none. The text is not copied. Call
-/// it while signals are held.
-void setUnfinishedFile(const char* path);
+/// How many files may be unfinished at a time.
+inline constexpr std::size_t kMostUnfinishedFiles = 512;
+
+/// Notes a file that is to be removed when a signal ends the process. The text is not copied, and
+/// has to stay until the file is forgotten. Call both while signals are held.
+/// @return whether there was room for the note
+bool noteUnfinishedFile(const char* path);
+/// Takes the note of that very text back.
+void forgetUnfinishedFile(const char* path);
 /// Whether there is a progress bar to clear.
 void setProgressShown(bool shown);
 bool isProgressShown();
 
 /// Holds the signals back that end the process, so that a file and the note of it change together.
+/// A signal that another thread receives waits for this one. Once such a signal has been received,
+/// the constructor does not return.
 class SignalsHeld {
  public:
   SignalsHeld();

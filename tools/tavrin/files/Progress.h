@@ -3,21 +3,21 @@
 #include <chrono>
 #include <cstdint>
 
+#include "files/Listener.h"
+
 namespace tool {
 
 /// A progress bar on the terminal behind standard error. It goes away with the object.
-class Progress {
+class Progress : public Meter {
  public:
   explicit Progress(std::uint64_t total) : total_(total) {}
-  ~Progress();
+  ~Progress() override;
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// There is so much more to do than was known.
-  void lengthen(std::uint64_t total) { total_ += total; }
+  void lengthen(std::uint64_t octets) override { total_ += octets; }
   /// Draws the bar, unless it was drawn a moment ago.
-  /// @param done so many octets of the total
-  void show(std::uint64_t done);
+  void show(std::uint64_t done) override;
 
  private:
   std::uint64_t total_;

@@ -8,6 +8,7 @@
 
 #include "manual/HelpText.h"
 #include "options/Limits.h"
+#include "options/Properties.h"
 
 namespace tool {
 
@@ -47,6 +48,9 @@ Words valuesOf(const std::string& name, const std::string& placeholder) {
   if (placeholder == "TYPE" && name == "--to") return Tavrin::XMLWriterFactory::getTypeNames();
   if (placeholder == "TYPE") return Tavrin::XMLReaderFactory::getTypeNames();
   if (name == "--limit") return Limits::names();
+  if (name == "--property" || name == "--feature") {
+    return Properties::names(Properties::Owners::ReadersAndWriters, name == "--feature");
+  }
   return {};
 }
 

@@ -3,13 +3,13 @@
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Identifiers.h>
 
-#include <charconv>
-#include <cmath>
 #include <cstdint>
-#include <limits>
+#include <optional>
 #include <string_view>
 
 #include "files/Failure.h"
+#include "options/Numbers.h"
+#include "printing/Text.h"
 
 namespace tool {
 
@@ -18,27 +18,6 @@ namespace {
 namespace properties = Tavrin::properties;
 
 constexpr std::size_t kHelpColumn = 34;
-
-/// A number with a unit behind it, or "none". Returns whether it is one.
-bool readValue(std::string_view text, double& value) {
-  if (text == "none") {
-    value = std::numeric_limits<double>::infinity();
-    return true;
-  }
-  constexpr std::string_view kUnits = "KMG";
-  const std::size_t unit = text.empty() ? std::string_view::npos : kUnits.find(text.back());
-  if (unit != std::string_view::npos) text.remove_suffix(1);
-  const auto [end, error] =
-      std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
-  if (error != std::errc() || end != text.end() || !std::isfinite(value) || value < 0) return false;
-  if (unit != std::string_view::npos) value = std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
-  return true;
-}
-
-std::uint64_t asCount(double value) {
-  return value < 0x1p64 ? static_cast<std::uint64_t>(value)
-                        : std::numeric_limits<std::uint64_t>::max();
-}
 
 }  // namespace
 
@@ -70,6 +49,8 @@ const Limits::Kind Limits::kKinds[] = {
      "Fast Infoset: octets of all tables of a document (512M)"},
     {properties::maximumLiteralOctets, Kind::Value::Count,
      "Fast Infoset: octets of one string or typed value (1G)"},
+    {properties::maximumCoalescedOctets, Kind::Value::Count,
+     "octets of text that --feature coalesce-characters joins (1G)"},
 };
 
 void Limits::add(const std::string& setting) {
@@ -77,14 +58,16 @@ void Limits::add(const std::string& setting) {
   const std::string_view name = std::string_view(setting).substr(0, sign);
   for (const Kind& kind : kKinds) {
     if (kind.name() != name) continue;
-    double value = 0;
-    if (sign == std::string::npos ||
-        !readValue(std::string_view(setting).substr(sign + 1), value)) {
+    const auto value = sign == std::string::npos
+                           ? std::nullopt
+                           : numberFrom(std::string_view(setting).substr(sign + 1));
+    if (!value) {
       throw Failure::usage("--limit " + setting + ": the value is not a number or none");
     }
-    return settings_.push_back({&kind, value});
+    return settings_.push_back({&kind, *value});
   }
-  throw Failure::usage("--limit " + setting + ": there is no such limit");
+  throw Failure::usage("--limit " + setting + ": there is no such limit (there are " +
+                       listed(names()) + ")");
 }
 
 /// Calls with each property and a pointer to its value.
@@ -92,7 +75,7 @@ template <typename Set>
 void Limits::forEach(Set set) const {
   for (const auto& [kind, value] : settings_) {
     double factor = value;
-    std::uint64_t count = asCount(value);
+    std::uint64_t count = countFrom(value);
     const bool isFactor = kind->value == Kind::Value::Factor;
     set(kind->property, isFactor ? static_cast<void*>(&factor) : static_cast<void*>(&count));
   }

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "commands/Commands.h"
+#include "many/Work.h"
+#include "measuring/Timing.h"
 
 namespace tool {
 
@@ -27,6 +29,14 @@ maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are
 
 )";
 
+constexpr char kPropertyNamesHelp[] =
+    R"(
+Properties and features are those of the library that bear these names. What the reader or the
+writer of a document does not have is passed over, unless its type was chosen by name. VALUE is on
+or off, a number as above, or a text. Unless it is changed, it is that in brackets:
+
+)";
+
 /// Puts a text in place of a line that stands for it.
 void replaceLine(std::string& help, std::string_view line, const std::string& text) {
   const std::size_t begin = help.find(line);
@@ -40,10 +50,27 @@ EntityAccess ReadingOptions::entityAccess() const {
   return entities == "any" ? EntityAccess::Any : EntityAccess::Folder;
 }
 
-CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help) {
+void ReadingOptions::applyTo(Tavrin::XMLReader& reader) const {
+  const bool isChosen = !from.empty();
+  limits.applyTo(reader, isChosen);
+  properties.applyTo(reader, isChosen);
+}
+
+void ReadingOptions::applyTo(Tavrin::XMLWriter& writer, bool isChosen) const {
+  limits.applyTo(writer);
+  properties.applyTo(writer, isChosen);
+}
+
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help,
+                            Properties::Owners owners) {
   std::string text = help;
-  replaceLine(text, "%options%\n", std::string(kOptionsHelp) + kVocabularyOptionsHelp);
-  replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());
+  replaceLine(text, "%options%\n",
+              std::string(kOptionsHelp) + kPropertiesHelp + kVocabularyOptionsHelp);
+  replaceLine(text, "%limits%\n",
+              kLimitsHelp + Limits::help() + kPropertyNamesHelp + Properties::help(owners));
+  replaceLine(text, "%work%\n", kWorkHelp);
+  replaceLine(text, "%folders%\n", kFoldersHelp);
+  replaceLine(text, "%timing%\n", kTimingHelp);
   return addCommand(app, name, text);
 }
 
@@ -52,6 +79,7 @@ void addReadingOptions(CLI::App& command, ReadingOptions& options, VocabularyUse
   command.add_flag("--entities{folder}", options.entities)
       ->disable_flag_override(false)
       ->check(CLI::IsMember({"folder", "any"}));
+  addPropertyOptions(command, options.properties);
   command
       .add_option_function<std::vector<std::string>>(
           "--limit",

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "printing/Text.h"
+
 namespace tool {
 
 using namespace std::string_view_literals;
@@ -13,12 +15,6 @@ namespace {
 
 /// Names of files that end otherwise are those of text.
 constexpr std::string_view kEndingsOfFastInfoset[] = {".fi"sv, ".finf"sv, ".x3db"sv};
-
-std::string listed(const std::vector<std::string>& names) {
-  std::string list;
-  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
-  return list;
-}
 
 template <typename Create>
 auto createOf(const std::vector<std::string>& names, Create create) {

@@ -164,6 +164,12 @@ std::string escaped(std::string_view text) {
   return line;
 }
 
+std::string listed(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
 std::string forMessage(std::string_view text) {
   std::string line;
   while (!text.empty()) {

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -27,6 +28,9 @@ void appendValue(std::string& out, Integer value) {
 /// turn the direction of text stands as \n, \r, \t, \xNN or \uXXXX, and an octet that is not part
 /// of valid UTF-8 as \xNN.
 std::string escaped(std::string_view text);
+
+/// Names with commas between them.
+std::string listed(const std::vector<std::string>& names);
 
 /// A message for people, which may hold names of any length: as escaped, and the middle is left out
 /// of words longer than 200 characters, and of the whole if that is still longer than 1000.

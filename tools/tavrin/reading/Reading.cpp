@@ -70,7 +70,7 @@ std::unique_ptr<Tavrin::XMLReader> nextReader(Input& input, const ReadingOptions
     throw Failure::document(placeIn(input.name(), input.octetsRead() + 1),
                             "No Fast Infoset document begins here");
   }
-  options.limits.applyTo(*reader, isChosen);
+  options.applyTo(*reader);
   options.vocabularies.applyTo(*reader);
   input.beginDocument();
   return reader;

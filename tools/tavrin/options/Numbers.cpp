@@ -1,0 +1,28 @@
+#include "options/Numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace tool {
+
+std::optional<double> numberFrom(std::string_view text) {
+  if (text == "none") return std::numeric_limits<double>::infinity();
+  constexpr std::string_view kUnits = "KMG";
+  const std::size_t unit = text.empty() ? std::string_view::npos : kUnits.find(text.back());
+  if (unit != std::string_view::npos) text.remove_suffix(1);
+  double value = 0;
+  const auto [end, error] =
+      std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
+  const bool isNumber = error == std::errc() && end == text.end();
+  if (!isNumber || !std::isfinite(value) || value < 0) return std::nullopt;
+  return unit == std::string_view::npos ? value
+                                        : std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
+}
+
+std::uint64_t countFrom(double number) {
+  return number < 0x1p64 ? static_cast<std::uint64_t>(number)
+                         : std::numeric_limits<std::uint64_t>::max();
+}
+
+}  // namespace tool

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace tool {
+
+/// Reads a decimal number that is not negative, maybe with K, M or G behind it, or "none", which is
+/// infinite. Returns nothing for any other text.
+std::optional<double> numberFrom(std::string_view text);
+/// Such a number as a count: the whole part, and the largest count for all that is larger.
+std::uint64_t countFrom(double number);
+
+}  // namespace tool
