@@ -38,6 +38,7 @@ const std::string kOptions =
                     which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
+  --explain         show what is around the place of a failure, as is done on a terminal
 )";
 
 const std::string kLimits =

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <streambuf>
 #include <string_view>
 #include <vector>
 
 #include "files/Progress.h"
+#include "files/RecentOctets.h"
 
 namespace tool {
 
@@ -47,6 +49,10 @@ class InputBuffer : public std::streambuf {
   void reportTo(Progress* progress) { progress_ = progress; }
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
+  /// Keeps from now on what was read last.
+  void keepRecent() { recent_.emplace(); }
+  /// What was read last, or null where it is not kept. It may go further than what was taken.
+  const RecentOctets* recent() const { return recent_ ? &*recent_ : nullptr; }
 
   /// Makes the octet that comes next the one to go back to. Until then, octets are kept that do not
   /// come from a file.
@@ -63,6 +69,7 @@ class InputBuffer : public std::streambuf {
 
  private:
   std::size_t read(char* target, std::size_t size);
+  std::size_t readKept(char* target, std::size_t size);
   std::size_t readDescriptor(char* target, std::size_t size);
   void report();
 
@@ -74,6 +81,7 @@ class InputBuffer : public std::streambuf {
   std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
   bool isKeeping_ = false;
   Progress* progress_ = nullptr;
+  std::optional<RecentOctets> recent_;
   bool isEnded_ = false;
   int error_ = 0;
 };

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "files/Failure.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
@@ -84,7 +85,11 @@ void Limits::add(const std::string& setting) {
     }
     return settings_.push_back({&kind, value});
   }
-  throw Failure::usage("--limit " + setting + ": there is no such limit");
+  std::vector<std::string> names;
+  for (const Kind& kind : kKinds) names.emplace_back(kind.name());
+  const std::string meant = suggestion(name, names);
+  throw Failure::usage("--limit " + setting + ": there is no such limit" +
+                       (meant.empty() ? "" : " (" + meant.substr(0, meant.size() - 1) + ")"));
 }
 
 /// Calls with each property and a pointer to its value.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,12 @@ void appendValue(std::string& out, Integer value) {
 /// turn the direction of text stands as \n, \r, \t, \xNN or \uXXXX, and an octet that is not part
 /// of valid UTF-8 as \xNN.
 std::string escaped(std::string_view text);
+
+/// How many octets the first character of a text takes; 1 for an octet that is not part of valid
+/// UTF-8.
+std::size_t characterSize(std::string_view text);
+/// How many columns a text that shows as it is takes on a terminal.
+std::size_t columnsOf(std::string_view text);
 
 /// A message for people, which may hold names of any length: as escaped, and the middle is left out
 /// of words longer than 200 characters, and of the whole if that is still longer than 1000.
