@@ -219,6 +219,10 @@ Usage: tavrin stat [OPTIONS] FILE...
   FILE              a document; - is standard input
 
 Options:
+  --html OUT        write a page that shows where the octets of FILE go, instead of the counts: by
+                    kind and by element, as XML text and as Fast Infoset, and the strings that cost
+                    most; there is one FILE then, and its documents are taken together
+  --force           replace OUT if it exists
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
@@ -245,10 +249,15 @@ count where they are referred to; comments and instructions of the external subs
 Where documents follow each other in FILE, as they may in Fast Infoset, there is a block for each:
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
+The page of --html stands alone and needs neither scripts nor the network. OUT appears when it is
+complete; - is standard output. Memory does not grow with the document: at most 10000 paths, of 64
+levels, and 20000 strings are counted apart, by their first octets; the page tells of the others.
+
 )" + kLimits +
     R"(
-Example:
+Examples:
   tavrin stat in.xml in.fi
+  tavrin stat --html octets.html in.xml
 )";
 
 const std::string kDiff =

@@ -177,8 +177,8 @@ void BinarySorter::takeHead(const Expected& next) {
         expectStrings(1 + ((first >> 1) & 1U) + (first & 1U), OctetKind::Names,
                       Item::AttributeName);
       }
-      return countFor(Item::AttributeName,
-                      isSpelledOut ? OctetKind::Structure : OctetKind::Tables, headSize_);
+      return countFor(Item::AttributeName, isSpelledOut ? OctetKind::Structure : OctetKind::Tables,
+                      headSize_);
     }
     case Part::Identifying:
       --expectedCount_;
@@ -222,13 +222,13 @@ void BinarySorter::takeChild() {
     if ((first & 0x20U) != 0) return countFor(Item::Text, OctetKind::Tables, headSize_);
     const unsigned format = (first >> 2) & 3U;
     const std::size_t at = format < 2 ? 0 : 1;
-    const bool isSection =
-        format == 3 && ((first & 3U) << 6 | octet(1) >> 2) == kCDATAAlgorithm;
+    const bool isSection = format == 3 && ((first & 3U) << 6 | octet(1) >> 2) == kCDATAAlgorithm;
     const Item item = format == 3 && !isSection ? Item::None : Item::Text;
     return takeLiteral({Part::Children, OctetKind::Text, item}, isSection ? 0 : format,
                        lengthOnSeventhBit(octet(at)).least + number(at + 1, headSize_ - at - 1));
   }
-  if (first != kTerminator && first != kTwoTerminators) isPending_ = false;
+  // What precedes the root element is kept back until it begins.
+  if (first < 0x80) isPending_ = false;
   if (first < 0x80) {
     if ((first & 0x40U) != 0) expect(Part::Attributes);
     if ((first & 0x3FU) == 0x38) {

@@ -6,9 +6,9 @@
 
 namespace tool {
 
-/// Tells what the octets of Fast Infoset are for (ITU-T X.891, clause 12 and annex C), as the writer
-/// "X891" writes them without a vocabulary. It follows the syntax alone and knows no tables, so it
-/// keeps nothing of the document.
+/// Tells what the octets of Fast Infoset are for (ITU-T X.891, clause 12 and annex C), as the
+/// writer "X891" writes them without a vocabulary. It follows the syntax alone and knows no tables,
+/// so it keeps nothing of the document.
 class BinarySorter : public OctetSorter {
  protected:
   void take(std::string_view octets) override;

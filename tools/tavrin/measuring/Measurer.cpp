@@ -47,8 +47,8 @@ class Measurer::Side {
  public:
   Side(Encoding which, const Input& input, const ReadingOptions& options)
       : encoding(which),
-        writer(Tavrin::XMLWriterFactory::createXMLWriter(which == Encoding::Text ? "XML10"
-                                                                                 : "X891")),
+        writer(
+            Tavrin::XMLWriterFactory::createXMLWriter(which == Encoding::Text ? "XML10" : "X891")),
         relay(*writer, nullptr, input) {
     if (which == Encoding::Text) {
       sorter = std::make_unique<TextSorter>();
@@ -301,8 +301,7 @@ void Measurer::internalEntityDecl(const std::string& name, const std::string& va
 
 void Measurer::externalEntityDecl(const std::string& name, const std::string& publicId,
                                   const std::string& systemId) {
-  pass(OctetKind::Other,
-       [&](Relay& relay) { relay.externalEntityDecl(name, publicId, systemId); });
+  pass(OctetKind::Other, [&](Relay& relay) { relay.externalEntityDecl(name, publicId, systemId); });
 }
 
 std::unique_ptr<std::istream> Measurer::resolveEntity(const std::string& publicId,

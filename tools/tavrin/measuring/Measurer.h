@@ -87,8 +87,9 @@ class Measurer : public Tavrin::ContentHandler,
   template <typename Event>
   void passTo(Side& side, OctetKind content, Event event);
   void passText(const std::string& text, void (Tavrin::ContentHandler::*event)(const std::string&));
-  std::array<std::uint64_t, kEncodingCount> ofBoth(
-      std::uint64_t (*octetsOf)(const EventOctets&, std::size_t), std::size_t i) const;
+  std::array<std::uint64_t, kEncodingCount> ofBoth(std::uint64_t (*octetsOf)(const EventOctets&,
+                                                                             std::size_t),
+                                                   std::size_t i) const;
   void addText();
   void addStringsOf(const Tavrin::Attributes& attributes);
 

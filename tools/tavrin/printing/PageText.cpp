@@ -47,14 +47,16 @@ std::string percent(std::uint64_t part, std::uint64_t whole) {
 }
 
 const char* nameOf(OctetKind kind) {
-  constexpr const char* kNames[kOctetKinds] = {
-      "names", "values of attributes", "text", "typed content", "references to tables",
-      "structure", "comments, instructions, document type"};
+  constexpr const char* kNames[kOctetKinds] = {"names",
+                                               "values of attributes",
+                                               "text",
+                                               "typed content",
+                                               "references to tables",
+                                               "structure",
+                                               "comments, instructions, document type"};
   return kNames[static_cast<std::size_t>(kind)];
 }
 
-std::string classOf(OctetKind kind) {
-  return "k" + std::to_string(static_cast<std::size_t>(kind));
-}
+std::string classOf(OctetKind kind) { return "k" + std::to_string(static_cast<std::size_t>(kind)); }
 
 }  // namespace tool

@@ -75,9 +75,9 @@ class Page {
       if (!isThere(encoding)) {
         writeSize(head, "impossible", forPage(about_.refusalOf(encoding)));
       } else if (encoding == Encoding::Binary && isThere(Encoding::Text)) {
-        writeSize(head, grouped(sizeOf(encoding)),
-                  "octets, " + percent(sizeOf(encoding), sizeOf(Encoding::Text)) +
-                      " of the XML text");
+        writeSize(
+            head, grouped(sizeOf(encoding)),
+            "octets, " + percent(sizeOf(encoding), sizeOf(Encoding::Text)) + " of the XML text");
       } else {
         writeSize(head, grouped(sizeOf(encoding)), "octets");
       }
@@ -90,13 +90,14 @@ class Page {
     forEach([&](Encoding encoding) { writeBar(encoding); });
     out_ << "<div class=\"scroll\"><table>\n<thead><tr><th></th>";
     forEach([&](Encoding encoding) {
-      out_ << "<th class=\"n\" colspan=\"2\">" << nameOf(encoding) << "</th><th></th>";
+      out_ << "<th class=\"n\" colspan=\"2\">" << nameOf(encoding)
+           << "</th><th class=\"wide\"></th>";
     });
     out_ << "</tr></thead>\n<tbody>\n";
     for (std::size_t i = 0; i < kOctetKinds; ++i) writeKind(static_cast<OctetKind>(i));
     out_ << "<tr><th>all</th>";
     forEach([&](Encoding encoding) {
-      out_ << cell(grouped(sizeOf(encoding))) << cell("") << "<td></td>";
+      out_ << cell(grouped(sizeOf(encoding))) << cell("") << "<td class=\"wide\"></td>";
     });
     out_ << "</tr>\n</tbody>\n</table></div>\n</section>\n";
   }
@@ -131,17 +132,16 @@ class Page {
          << "</th>";
     forEach([&](Encoding encoding) {
       const std::uint64_t octets = about_.kindsOf(encoding)[number];
-      out_ << cell(grouped(octets)) << "<td class=\"n share\">"
-           << percent(octets, sizeOf(encoding)) << "</td><td><div class=\"track\"><div class=\""
-           << classOf(kind) << "\" style=\"width:" << width(octets, most)
-           << "\"></div></div></td>";
+      out_ << cell(grouped(octets)) << "<td class=\"n share\">" << percent(octets, sizeOf(encoding))
+           << "</td><td class=\"wide\"><div class=\"track\"><div class=\"" << classOf(kind)
+           << "\" style=\"width:" << width(octets, most) << "\"></div></div></td>";
     });
     out_ << "</tr>\n";
   }
 
   void writeMaps() {
-    out_ << "<section>\n<h2>By element</h2>\n<p>Areas are octets. A box has the colour of what most "
-            "of its octets are for; point at it for its path.</p>\n";
+    out_ << "<section>\n<h2>By element</h2>\n<p>Areas are octets, and colours what they are for. "
+            "Point at a box for its path.</p>\n";
     forEach([&](Encoding encoding) {
       out_ << "<h3>" << nameOf(encoding) << "</h3>\n";
       writeTreemap(out_, about_.paths, encoding);
@@ -219,9 +219,9 @@ class Page {
       const auto use = static_cast<std::size_t>(entry.use);
       const std::string rest =
           entry.size > entry.text.size() ? "... (" + grouped(entry.size) + " octets)" : "";
-      out_ << "<tr><td><span class=\"swatch " << classOf(kKinds[use]) << "\" title=\""
-           << kUses[use] << "\"></span><code>" << forPage(quoted(entry)) << "</code>"
-           << rest << " <span class=\"share\">" << kUses[use] << "</span></td>"
+      out_ << "<tr><td><span class=\"swatch " << classOf(kKinds[use]) << "\" title=\"" << kUses[use]
+           << "\"></span><code>" << forPage(quoted(entry)) << "</code>" << rest
+           << " <span class=\"share\">" << kUses[use] << "</span></td>"
            << cell(grouped(entry.times));
       forEach([&](Encoding encoding) {
         writeShare(encoding, entry.octets[static_cast<std::size_t>(encoding)]);
@@ -233,8 +233,8 @@ class Page {
 
   /// A name as it is; other strings in quotes, so that white space shows.
   static std::string quoted(const CostlyStrings::Entry& entry) {
-    const bool isName = entry.use == CostlyStrings::Use::Element ||
-                        entry.use == CostlyStrings::Use::Attribute;
+    const bool isName =
+        entry.use == CostlyStrings::Use::Element || entry.use == CostlyStrings::Use::Attribute;
     return isName ? entry.text : "\"" + entry.text + "\"";
   }
 

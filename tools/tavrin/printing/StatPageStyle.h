@@ -5,7 +5,7 @@ namespace tool {
 /// The style sheet of the page about octets.
 inline constexpr char kStatPageStyle[] = R"(
 :root{color-scheme:light dark;--back:#f6f7f9;--card:#fff;--ink:#1b2330;--soft:#5b6676;--line:#dfe3e9;--track:#eceff3;
---k0:#3f7fd8;--k1:#2a9d8f;--k2:#e0a02c;--k3:#c2507e;--k4:#7d6bd0;--k5:#98a2b0;--k6:#b98a66;--in:#fff;--on:rgba(255,255,255,.55)}
+--k0:#3f7fd8;--k1:#2a9d8f;--k2:#d9971c;--k3:#c2507e;--k4:#7d6bd0;--k5:#98a2b0;--k6:#b98a66;--in:#fff;--on:rgba(255,255,255,.55)}
 @media(prefers-color-scheme:dark){:root{--back:#12161c;--card:#1b2129;--ink:#e6eaf0;--soft:#98a3b3;--line:#2d3540;--track:#28303a;
 --k0:#3a6fbd;--k1:#23877b;--k2:#a97a1e;--k3:#a5446b;--k4:#6a5ab8;--k5:#5d6876;--k6:#8d6a4f;--in:#161b22;--on:rgba(0,0,0,.4)}}
 *{box-sizing:border-box}
@@ -36,16 +36,16 @@ td.n:last-child,th.n:last-child{padding-right:0}
 .track div{height:7px;border-radius:3px}
 code{font:.92em/1.45 ui-monospace,"DejaVu Sans Mono",Menlo,Consolas,monospace;overflow-wrap:anywhere;white-space:pre-wrap}
 .map{position:relative;height:560px;border-radius:5px;overflow:hidden;background:var(--track)}
-.box{position:absolute;overflow:hidden;border:1px solid var(--card);border-radius:3px;container-type:size;color:#fff;font-size:12px;line-height:18px}
+.box{position:absolute;overflow:hidden;border:1px solid var(--card);border-radius:3px;container-type:size;color:#fff;text-shadow:0 1px 2px rgba(0,0,0,.5);font-size:12px;line-height:18px}
 .box b{display:block;padding:0 5px;font-weight:500;white-space:nowrap;overflow:hidden;text-overflow:ellipsis}
 .box i{font-style:normal;opacity:.8}
-.box.has{background:var(--track);color:var(--ink);border-color:var(--line)}
+.box.has{background:var(--track);color:var(--ink);text-shadow:none;border-color:var(--line)}
 .in{position:absolute;left:2px;right:2px;top:19px;bottom:2px}
 @container(max-height:17px){.box>b{display:none}}
 @container(max-width:26px){.box>b{display:none}}
 .key{display:flex;flex-wrap:wrap;gap:4px 18px;color:var(--soft);font-size:.9rem;margin:10px 0 0;padding:0;list-style:none}
 footer{margin-top:22px;font-size:.87rem}
-@media(max-width:640px){main{padding:18px 12px 32px}section{padding:14px 12px}.map{height:420px}th,td{padding-right:8px}}
+@media(max-width:640px){.wide{display:none}main{padding:18px 12px 32px}section{padding:14px 12px}.map{height:420px}th,td{padding-right:8px}}
 @media print{section{break-inside:avoid}}
 )";
 

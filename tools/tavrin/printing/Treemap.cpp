@@ -27,9 +27,9 @@ struct Rectangle {
 
 struct Box {
   std::string name;
-  std::uint64_t octets;
+  OctetsByKind kinds;
   std::uint32_t node;  // The node whose children stand in it; 0 for none.
-  OctetKind kind;      // That most of its own octets are of.
+  std::uint64_t octets = sumOf(kinds);
   Rectangle place{};
 };
 
@@ -74,8 +74,24 @@ void layOut(std::vector<Box>& boxes, Rectangle room) {
   }
 }
 
-OctetKind mostOf(const OctetsByKind& octets) {
-  return static_cast<OctetKind>(std::max_element(octets.begin(), octets.end()) - octets.begin());
+void add(OctetsByKind& sum, const OctetsByKind& octets) {
+  for (std::size_t i = 0; i < kOctetKinds; ++i) sum[i] += octets[i];
+}
+
+/// The colours of all kinds side by side, in proportion.
+std::string background(const Box& box) {
+  std::string stripes;
+  std::uint64_t done = 0;
+  for (std::size_t i = 0; i < kOctetKinds; ++i) {
+    if (box.kinds[i] == 0) continue;
+    char stripe[64];
+    const double all = static_cast<double>(box.octets) / 100;
+    std::snprintf(stripe, sizeof stripe, ",var(--k%zu) %.1f%% %.1f%%", i,
+                  static_cast<double>(done) / all, static_cast<double>(done + box.kinds[i]) / all);
+    stripes += stripe;
+    done += box.kinds[i];
+  }
+  return ";background:linear-gradient(90deg" + stripes + ")";
 }
 
 class Treemap {
@@ -84,12 +100,13 @@ class Treemap {
       : out_(out),
         nodes_(paths.nodes()),
         encoding_(static_cast<std::size_t>(encoding)),
-        octets_(nodes_.size()) {
+        kinds_(nodes_.size()) {
     // Children come behind their parents.
     for (std::size_t i = nodes_.size(); i-- > 0;) {
-      octets_[i] += sumOf(nodes_[i].own[encoding_]);
-      if (i > 0) octets_[nodes_[i].parent] += octets_[i];
+      add(kinds_[i], nodes_[i].own[encoding_]);
+      if (i > 0) add(kinds_[nodes_[i].parent], kinds_[i]);
     }
+    all_ = sumOf(kinds_[0]);
   }
 
   void write() {
@@ -103,10 +120,10 @@ class Treemap {
     std::vector<Box> boxes;
     for (const std::uint32_t child : nodes_[parent].children) {
       const std::string name = nodes_[child].name.empty() ? "(others)" : nodes_[child].name;
-      boxes.push_back({name, octets_[child], child, mostOf(nodes_[child].own[encoding_])});
+      boxes.push_back({name, kinds_[child], child});
     }
-    const OctetsByKind& own = nodes_[parent].own[encoding_];
-    boxes.push_back({parent == 0 ? "(outside of the root)" : "(itself)", sumOf(own), 0, mostOf(own)});
+    boxes.push_back(
+        {parent == 0 ? "(outside of the root)" : "(itself)", nodes_[parent].own[encoding_], 0});
     std::erase_if(boxes, [](const Box& box) { return box.octets == 0; });
     std::stable_sort(boxes.begin(), boxes.end(),
                      [](const Box& a, const Box& b) { return a.octets > b.octets; });
@@ -122,8 +139,9 @@ class Treemap {
       return static_cast<double>(box.octets) < least;
     });
     if (boxes.end() - small < 2) return;
-    Box rest{"(" + std::to_string(boxes.end() - small) + " others)", 0, 0, OctetKind::Other};
-    for (auto box = small; box != boxes.end(); ++box) rest.octets += box->octets;
+    OctetsByKind kinds{};
+    for (auto box = small; box != boxes.end(); ++box) add(kinds, box->kinds);
+    const Box rest{"(" + std::to_string(boxes.end() - small) + " others)", kinds, 0};
     boxes.erase(small, boxes.end());
     boxes.push_back(rest);
   }
@@ -154,16 +172,18 @@ class Treemap {
     std::snprintf(place, sizeof place, "left:%.2f%%;top:%.2f%%;width:%.2f%%;height:%.2f%%",
                   100 * box.place.x / room.width, 100 * box.place.y / room.height,
                   100 * box.place.width / room.width, 100 * box.place.height / room.height);
-    const std::string share = percent(box.octets, octets_[0]);
-    out_ << "<div class=\"box " << (hasBoxes ? "has" : classOf(box.kind)) << "\" style=\"" << place
-         << "\" title=\"" << forPage(path) << ": " << grouped(box.octets) << " octets, " << share
-         << "\"><b>" << forPage(box.name) << " <i>" << share << "</i></b>";
+    const std::string share = percent(box.octets, all_);
+    out_ << "<div class=\"box" << (hasBoxes ? " has" : "") << "\" style=\"" << place
+         << (hasBoxes ? "" : background(box)) << "\" title=\"" << forPage(path) << ": "
+         << grouped(box.octets) << " octets, " << share << "\"><b>" << forPage(box.name) << " <i>"
+         << share << "</i></b>";
   }
 
   std::ostream& out_;
   const std::vector<PathTree::Node>& nodes_;
   std::size_t encoding_;
-  std::vector<std::uint64_t> octets_;  // Of each node, with all within.
+  std::vector<OctetsByKind> kinds_;  // Of each node, with all within.
+  std::uint64_t all_ = 0;
 };
 
 }  // namespace
