@@ -17,7 +17,7 @@ TEST_F(Check, TellsWhereADocumentIsNot) {
     const char* document;
     const char* message;
   } cases[] = {
-      {"", "1:1: no element found"},
+      {"", "1:1: no element found (the input is empty)"},
       {" ", "1:2: no element found"},
       {"text", "1:1: syntax error"},
       {"<a>", "1:4: no element found: <a> of line 1 is not closed"},
@@ -60,7 +60,7 @@ TEST_F(Check, ChecksEveryFileAndEndsWithTheWorst) {
 
 TEST_F(Check, FindsStandardInputUsedUpTheSecondTime) {
   EXPECT_EQ(run({"check", "-", "-"}, "<a/>"),
-            (Result{1, "-: well-formed\n", "-:1:1: no element found\n"}));
+            (Result{1, "-: well-formed\n", "-:1:1: no element found (the input is empty)\n"}));
 }
 
 TEST_F(Check, PrintsTheLinesInTheOrderOfTheFiles) {

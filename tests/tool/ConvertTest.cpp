@@ -113,7 +113,8 @@ TEST_F(Convert, MayHavePrintedTheBeginningOfADocumentThatFails) {
 }
 
 TEST_F(Convert, FailsOnAnEmptyDocument) {
-  EXPECT_EQ(run({"convert", "-", "out.xml"}), (Result{1, "", "-:1:1: no element found\n"}));
+  EXPECT_EQ(run({"convert", "-", "out.xml"}),
+            (Result{1, "", "-:1:1: no element found (the input is empty)\n"}));
   EXPECT_EQ(run({"convert", "-", "out.xml"}, "\n"), (Result{1, "", "-:2:1: no element found\n"}));
   EXPECT_EQ(files(), Names{});
 }

@@ -246,7 +246,7 @@ TEST_F(Diff, ReportsADocumentThatCannotBeRead) {
             (Result{1, "", "b:1:7: no element found: <b> of line 1 is not closed\n"}));
   EXPECT_EQ(diff(binary("3C 00 'a'"), "<a/>"),
             (Result{1, "", "a: octet 8: Unexpected end of document\n"}));
-  EXPECT_EQ(diff("", "<a/>"), (Result{1, "", "a:1:1: no element found\n"}));
+  EXPECT_EQ(diff("", "<a/>"), (Result{1, "", "a:1:1: no element found (the input is empty)\n"}));
   EXPECT_EQ(diff("<a>", binary("3C 00 'a'")),
             (Result{1, "",
                     "a:1:4: no element found: <a> of line 1 is not closed\nb: octet 8: Unexpected "

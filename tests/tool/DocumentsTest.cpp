@@ -81,7 +81,7 @@ TEST_F(Documents, MayBeVeryMany) {
 TEST_F(Documents, HaveOctetsThatAreCountedThroughTheFile) {
   // The 16th octet begins a second document, whose 8th is no beginning of a name.
   writeFile("bad.fi", one() + octets("E0 00 00 01 00 3C 00 '1' FF"));
-  const std::string line = "bad.fi: octet 23: Invalid name \"1\"";
+  const std::string line = "bad.fi: octet 23 (document 2): Invalid name \"1\"";
   EXPECT_EQ(run({"check", "bad.fi"}), failed(line));
   EXPECT_EQ(run({"convert", "bad.fi", "out.fi"}), failed(line));
   EXPECT_EQ(run({"convert", "--document", "2", "bad.fi", "out.xml"}), failed(line));
@@ -95,9 +95,9 @@ TEST_F(Documents, HaveOctetsThatAreCountedThroughTheFile) {
   EXPECT_EQ(files(), (Names{"bad.fi", "one.fi", "three.fi"}));
   // Cut off, by the reader whose failures have no place of their own, too.
   EXPECT_EQ(run({"check", "-"}, one() + one().substr(0, 9)),
-            failed("-: octet 24: Unexpected end of document"));
+            failed("-: octet 24 (document 2): Unexpected end of document"));
   EXPECT_EQ(run({"check", "--from", "FI", "-"}, one() + one().substr(0, 9)),
-            failed("-: octet 24: Unexpected end of document"));
+            failed("-: octet 24 (document 2): Unexpected end of document"));
 }
 
 TEST_F(Documents, AreAllThatMayStandInAFile) {
@@ -117,9 +117,9 @@ TEST_F(Documents, AreAllThatMayStandInAFile) {
               (Result{1, block("bad.fi, document 1", 15, 4, 49), line + "\n"}));
   }
   EXPECT_EQ(run({"check", "-"}, one() + std::string("\xE0\0\0\0", 4)),
-            failed("-: octet 19: Not a Fast Infoset document"));
+            failed("-: octet 19 (document 2): Not a Fast Infoset document"));
   EXPECT_EQ(run({"check", "--from", "FI", "-"}, one() + "\n"),
-            failed("-: octet 16: Not a Fast Infoset document"));
+            failed("-: octet 16 (document 2): Not a Fast Infoset document"));
   EXPECT_EQ(files(), (Names{"bad.fi", "one.fi", "three.fi"}));
 }
 

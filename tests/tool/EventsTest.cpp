@@ -239,8 +239,8 @@ TEST_F(Events, ArePrintedUpToAFailure) {
                                             "characters(\"\\n\")\n"
                                             "startElement(\"\", \"b\", \"b\", [])\n",
                                             "-:2:6: mismatched tag: expected </b> of line 2\n"}));
-  EXPECT_EQ(events("", {"--json"}),
-            (Result{1, "{\"event\":\"startDocument\"}\n", "-:1:1: no element found\n"}));
+  EXPECT_EQ(events("", {"--json"}), (Result{1, "{\"event\":\"startDocument\"}\n",
+                                            "-:1:1: no element found (the input is empty)\n"}));
 }
 
 TEST_F(Events, ComeBeforeTheFailureWhereBothGoToOnePlace) {

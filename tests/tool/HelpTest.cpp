@@ -41,6 +41,7 @@ const std::string kOptions =
                     which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
+  --explain         show what is around the place of a failure, as is done on a terminal
   --property NAME=VALUE
                     change a property of the reader or the writer; may stand several times
   --feature NAME    turn a feature of the reader or the writer on; NAME=off turns it off; may stand
@@ -397,7 +398,11 @@ Usage: tavrin stat [OPTIONS] FILE...
 
 Options:
 )" + kWork +
-    kOptions +
+    R"(  --html OUT        write a page that shows where the octets of FILE go, instead of the counts: by
+                    kind and by element, as XML text and as Fast Infoset, and the strings that cost
+                    most; there is one FILE then, and its documents are taken together
+  --force           replace OUT if it exists
+)" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
 
@@ -424,10 +429,16 @@ Where documents follow each other in FILE, as they may in Fast Infoset, there is
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
 )" + kFolders +
-    "\n" + kAllNames +
     R"(
-Example:
+The page of --html stands alone and needs neither scripts nor the network. OUT appears when it is
+complete; - is standard output. Memory does not grow with the document: at most 10000 paths, of 64
+levels, and 20000 strings are counted apart, by their first octets; the page tells of the others.
+
+)" + kAllNames +
+    R"(
+Examples:
   tavrin stat in.xml in.fi
+  tavrin stat --html octets.html in.xml
 )";
 
 const std::string kDiff =

@@ -72,8 +72,7 @@ TEST_F(Output, ReportsAPipeThatNobodyReads) {
     int ends[2];
     require(pipe2(ends, O_CLOEXEC), "pipe2");
     close(ends[0]);
-    EXPECT_EQ(run({"convert", in}, "", [&] { dup2(ends[1], STDOUT_FILENO); }),
-              failed("standard output: Broken pipe"));
+    EXPECT_EQ(run({"convert", in}, "", [&] { dup2(ends[1], STDOUT_FILENO); }), silent(2));
     close(ends[1]);
   }
 }

@@ -113,9 +113,13 @@ TEST_F(ProgressBar, IsShownForFastInfoset) {
   EXPECT_PRED2(isBarThen, terminal_.shown(), "");
   writeFile("cut.fi", document.substr(0, document.size() - 1));
   EXPECT_EQ(runOnTerminal({"check", "cut.fi"}).status, 1);
-  EXPECT_PRED2(
-      isBarThen, terminal_.shown(),
-      "cut.fi: octet " + std::to_string(document.size() - 1) + ": Unexpected end of document\n");
+  EXPECT_PRED2(isBarThen, terminal_.shown(),
+               "cut.fi: octet " + std::to_string(document.size() - 1) +
+                   ": Unexpected end of document\n"
+                   "  in /a\n"
+                   "10485761  F0 01 F0 01 F0 01 F0 01  F0 01 F0 01 F0 01 F0 01  ................\n"
+                   "10485777  F0                                                .\n"
+                   "          ^^\n");
 }
 
 // For text, a document with a document type is read twice: the bar does not go back.
@@ -197,7 +201,10 @@ TEST_F(ProgressBar, IsClearedBeforeAFailureIsReported) {
   std::string text = document(kLimit + 1);
   text.replace(text.size() - 4, 4, "</b>");
   writeFile("large.xml", text);
-  const std::string message = "large.xml:1:8388608: mismatched tag: expected </a> of line 1\n";
+  const std::string message =
+      "large.xml:1:8388608: mismatched tag: expected </a> of line 1\n"
+      "     1 | ..." +
+      std::string(63, 'x') + "</b>\n" + "       | " + std::string(68, ' ') + "^\n";
   for (const std::string command : {"check", "convert", "events"}) {
     SCOPED_TRACE(command);
     EXPECT_EQ(runOnTerminal({command, "large.xml"}).status, 1);

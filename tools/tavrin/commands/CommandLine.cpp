@@ -10,6 +10,7 @@
 
 #include "commands/Commands.h"
 #include "files/Output.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
@@ -69,6 +70,32 @@ std::vector<std::string> argumentsFrom(int argc, char** argv) {
   return arguments;
 }
 
+bool isOption(const std::string& argument) { return argument.size() > 1 && argument[0] == '-'; }
+
+/// An argument without the value that an option may have.
+std::string nameOf(const std::string& argument) {
+  return isOption(argument) ? argument.substr(0, argument.find('=')) : argument;
+}
+
+std::string messageAbout(const std::string& unknown, bool hasCommand) {
+  const char* const what = isOption(unknown) ? "unknown option"
+                           : hasCommand      ? "unexpected argument"
+                                             : "unknown command";
+  return std::string(what) + " \"" + unknown + "\"";
+}
+
+/// All commands and options that there are in a place.
+std::vector<std::string> namesOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
 /// Prints help or the version where that was asked for; else says what is wrong.
 ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
@@ -86,10 +113,12 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
   }
   const bool lacksCommand = command->get_require_subcommand_min() > 0;
   const auto unknown = app.remaining(true);
-  const std::string message = !unknown.empty() ? "unexpected argument \"" + unknown[0] + "\""
+  const std::string message = !unknown.empty() ? messageAbout(unknown[0], command != &app)
                               : lacksCommand   ? "a command is required"
                                                : std::string(error.what());
-  throw Failure::usage(message + " (see " + words + " --help)");
+  const std::string meant =
+      unknown.empty() ? "" : suggestion(nameOf(unknown[0]), namesOf(*command));
+  throw Failure::usage(message + " (" + meant + "see " + words + " --help)");
 }
 
 }  // namespace

@@ -13,8 +13,12 @@
 #include "files/EntityFiles.h"
 #include "files/Input.h"
 #include "files/OctetCounter.h"
+#include "files/Output.h"
 #include "many/Work.h"
+#include "measuring/Measurement.h"
+#include "measuring/Measurer.h"
 #include "options/ReadingOptions.h"
+#include "printing/StatPage.h"
 #include "printing/Text.h"
 #include "reading/Losses.h"
 #include "reading/Reading.h"
@@ -32,6 +36,10 @@ Usage: tavrin stat [OPTIONS] FILE...
 
 Options:
 %work%
+  --html OUT        write a page that shows where the octets of FILE go, instead of the counts: by
+                    kind and by element, as XML text and as Fast Infoset, and the strings that cost
+                    most; there is one FILE then, and its documents are taken together
+  --force           replace OUT if it exists
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of FILE
   -h, --help        print this help
@@ -59,15 +67,21 @@ Where documents follow each other in FILE, as they may in Fast Infoset, there is
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
 %folders%
+The page of --html stands alone and needs neither scripts nor the network. OUT appears when it is
+complete; - is standard output. Memory does not grow with the document: at most 10000 paths, of 64
+levels, and 20000 strings are counted apart, by their first octets; the page tells of the others.
 
 %limits%
 
-Example:
+Examples:
   tavrin stat in.xml in.fi
+  tavrin stat --html octets.html in.xml
 )";
 
 struct Options {
   std::vector<std::string> files;
+  std::string page;
+  bool force = false;
   ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
   WorkOptions work;
 };
@@ -164,7 +178,29 @@ ExitStatus statFile(const std::string& name, const Options& options, Turn& turn)
   return Done;
 }
 
+/// Measures all documents of a file, and writes a page about them.
+void writePage(const std::string& name, const Options& options) {
+  Output output(options.page, options.force);
+  Input input(name, output.isTerminal());
+  EntityFiles entities(name, options.reading.entityAccess());
+  Measurement measurement;
+  measurement.name = name;
+  while (const auto reader = nextReader(input, options.reading)) {
+    measurement.encoding = knowsTypedContent(*reader) ? Encoding::Binary : Encoding::Text;
+    Measurer(measurement, input, options.reading, entities).measure(*reader);
+  }
+  measurement.octets = input.octetsRead();
+  output.open();
+  writeStatPage(output.stream(), measurement);
+  output.commit();
+}
+
 ExitStatus stat(const Options& options) {
+  if (!options.page.empty()) {
+    if (options.files.size() > 1) throw Failure::usage("--html takes one FILE");
+    writePage(options.files[0], options);
+    return Done;
+  }
   Documents documents;
   for (const std::string& file : options.files) documents.add(file);
   const auto work = [&](const Document& document, std::size_t, Turn& turn) {
@@ -180,6 +216,8 @@ Command makeStat(CLI::App& app) {
   const auto options = std::make_shared<Options>();
   command->add_option("FILE", options->files)->required();
   addWorkOptions(*command, options->work);
+  command->add_option("--html", options->page)->type_name("OUT");
+  command->add_flag("--force", options->force);
   addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return stat(*options); }};

@@ -83,8 +83,7 @@ void Relay::pass(Event event) {
 
 void Relay::fail(const std::string& message) {
   check();
-  const Failure failure =
-      Failure::document(placeReached(input_, locator_), message + entityAt(locator_));
+  const Failure failure = failureReached(input_, locator_, message + entityAt(locator_));
   failure_ = std::make_exception_ptr(failure);
   throw failure;
 }

@@ -47,6 +47,12 @@ InputBuffer::~InputBuffer() = default;
 
 /// Reads once; 0 octets at the end of the input and on failure.
 std::size_t InputBuffer::read(char* target, std::size_t size) {
+  const std::size_t count = readKept(target, size);
+  if (recent_) recent_->append({target, count});
+  return count;
+}
+
+std::size_t InputBuffer::readKept(char* target, std::size_t size) {
   if (!kept_) return readDescriptor(target, size);
   std::size_t count = kept_->read(target, size);
   received_ += count;
@@ -104,6 +110,7 @@ void InputBuffer::returnToMark() {
     error_ = 0;
   }
   received_ = mark_;
+  if (recent_) recent_->restartAt(mark_);
   setg(buffer_.data(), buffer_.data(), buffer_.data());
 }
 

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <streambuf>
 #include <string_view>
 #include <vector>
 
 #include "files/Listener.h"
+#include "files/RecentOctets.h"
 
 namespace tool {
 
@@ -49,6 +51,10 @@ class InputBuffer : public std::streambuf {
   void report();
   /// The error number of the read that failed, or 0.
   int error() const { return error_; }
+  /// Keeps from now on what was read last.
+  void keepRecent() { recent_.emplace(); }
+  /// What was read last, or null where it is not kept. It may go further than what was taken.
+  const RecentOctets* recent() const { return recent_ ? &*recent_ : nullptr; }
 
   /// Makes the octet that comes next the one to go back to. Until then, octets are kept that do not
   /// come from a file.
@@ -65,6 +71,7 @@ class InputBuffer : public std::streambuf {
 
  private:
   std::size_t read(char* target, std::size_t size);
+  std::size_t readKept(char* target, std::size_t size);
   std::size_t readDescriptor(char* target, std::size_t size);
 
   const Descriptor& descriptor_;
@@ -75,6 +82,7 @@ class InputBuffer : public std::streambuf {
   std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
   bool isKeeping_ = false;
   Meter* meter_ = nullptr;
+  std::optional<RecentOctets> recent_;
   bool isEnded_ = false;
   int error_ = 0;
 };

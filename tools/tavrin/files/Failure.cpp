@@ -24,11 +24,18 @@ Failure Failure::system(const std::string& name, int errorNumber) {
   return usage(name + ": " + std::generic_category().message(errorNumber));
 }
 
-Failure Failure::document(const std::string& place, const std::string& message) {
-  return {DocumentFailed, place + ": " + message};
+Failure Failure::document(const std::string& place, const std::string& message,
+                          const std::string& explanation) {
+  Failure failure(DocumentFailed, place + ": " + message);
+  failure.explanation_ = explanation;
+  return failure;
 }
 
-void Failure::report() const { say(line_ + "\n"); }
+Failure Failure::nobodyReads() { return {NotPossible, ""}; }
+
+void Failure::report() const {
+  if (!line_.empty()) say(line_ + "\n" + explanation_);
+}
 
 void warn(const std::string& name, const std::string& message) {
   say(forMessage(name + ": warning: " + message) + "\n");

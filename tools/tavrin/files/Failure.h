@@ -26,19 +26,24 @@ class Failure : public std::exception {
   /// "tavrin: NAME: REASON", the reason being the system's.
   static Failure system(const std::string& name, int errorNumber);
   /// "PLACE: MESSAGE", about a place in a document.
-  static Failure document(const std::string& place, const std::string& message);
+  /// @param explanation lines to stand below it, each with its end; empty for none
+  static Failure document(const std::string& place, const std::string& message,
+                          const std::string& explanation = {});
+  /// Whoever read the output went away: they asked for no more, and are told nothing.
+  static Failure nobodyReads();
 
   ExitStatus status() const { return status_; }
   const char* what() const noexcept override { return line_.c_str(); }
 
-  /// Writes the line to standard error.
+  /// Writes the line, and what explains it, to standard error.
   void report() const;
 
  private:
   Failure(ExitStatus status, const std::string& line);
 
   ExitStatus status_;
-  std::string line_;
+  std::string line_;  // Empty for nothing to say.
+  std::string explanation_;
 };
 
 /// Writes a line to standard error about what does not end the work: "NAME: warning: MESSAGE". A

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "explaining/Explaining.h"
 #include "files/Failure.h"
 
 namespace tool {
@@ -36,6 +37,7 @@ std::uint64_t sizeOf(const Descriptor& descriptor) {
 
 Input::Input(const std::string& name, bool quiet)
     : name_(name), descriptor_(openForReading(name)), buffer_(descriptor_), stream_(&buffer_) {
+  if (explains()) buffer_.keepRecent();
   buffer_.peek(1);
   checkRead();  // A directory, for one, can be opened but not read.
   if (Listener* const listener = currentListener()) {

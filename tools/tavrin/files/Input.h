@@ -11,6 +11,8 @@
 
 namespace tool {
 
+class ElementPath;
+
 /// What to read: a file, or standard input by the name "-". Documents of Fast Infoset may follow
 /// each other in it. On a terminal a large file shows a progress bar while the object lives, unless
 /// the thread has a listener, who hears of the progress then.
@@ -58,6 +60,16 @@ class Input {
   void rewind();
   /// @}
 
+  /// @name Explaining failures
+  /// @{
+
+  /// What was read last; null where failures are not explained.
+  const RecentOctets* recent() const { return buffer_.recent(); }
+  /// Sets who tells which elements are open; null for nobody.
+  void setPath(const ElementPath* path) { path_ = path; }
+  const ElementPath* path() const { return path_; }
+  /// @}
+
   /// Whether a progress bar may come up.
   bool hasProgress() const { return progress_.has_value(); }
   /// @throws Failure when what looked like the end of the document was a failed read
@@ -75,6 +87,7 @@ class Input {
   std::uint64_t sizeToReturn_ = 0;  // That of the file, until the meter counts it twice.
   std::uint64_t documentNumber_ = 0;
   std::uint64_t documentStart_ = 0;
+  const ElementPath* path_ = nullptr;
   std::istream stream_;
 };
 

@@ -70,6 +70,7 @@ void Output::refuse() const {
 }
 
 void Output::fail(int errorNumber) const {
+  if (errorNumber == EPIPE && name_ == "-") throw Failure::nobodyReads();
   throw Failure::system(name_ == "-" ? "standard output" : name_, errorNumber);
 }
 

@@ -9,6 +9,7 @@
 
 #include "files/Failure.h"
 #include "options/Numbers.h"
+#include "options/Suggestion.h"
 #include "printing/Text.h"
 
 namespace tool {
@@ -66,8 +67,8 @@ void Limits::add(const std::string& setting) {
     }
     return settings_.push_back({&kind, *value});
   }
-  throw Failure::usage("--limit " + setting + ": there is no such limit (there are " +
-                       listed(names()) + ")");
+  throw Failure::usage("--limit " + setting + ": there is no such limit (" +
+                       suggestion(name, names()) + "there are " + listed(names()) + ")");
 }
 
 /// Calls with each property and a pointer to its value.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "commands/Commands.h"
+#include "explaining/Explaining.h"
 #include "many/Work.h"
 #include "measuring/Timing.h"
 
@@ -18,6 +19,7 @@ constexpr char kOptionsHelp[] =
                     which of your files are read, and their text shows in the result
   --limit NAME=VALUE
                     change a limit to what hostile documents may cost; may stand several times
+  --explain         show what is around the place of a failure, as is done on a terminal
 )";
 
 constexpr char kLimitsHelp[] =
@@ -79,6 +81,7 @@ void addReadingOptions(CLI::App& command, ReadingOptions& options, VocabularyUse
   command.add_flag("--entities{folder}", options.entities)
       ->disable_flag_override(false)
       ->check(CLI::IsMember({"folder", "any"}));
+  command.add_flag_callback("--explain", alwaysExplain);
   addPropertyOptions(command, options.properties);
   command
       .add_option_function<std::vector<std::string>>(

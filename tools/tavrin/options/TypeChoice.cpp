@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "options/Suggestion.h"
 #include "printing/Text.h"
 
 namespace tool {
@@ -17,11 +18,12 @@ namespace {
 constexpr std::string_view kEndingsOfFastInfoset[] = {".fi"sv, ".finf"sv, ".x3db"sv};
 
 template <typename Create>
-auto createOf(const std::vector<std::string>& names, Create create) {
+auto createOf(const std::string& type, const std::vector<std::string>& names, Create create) {
   try {
     return create();
   } catch (const Tavrin::SAXException& exception) {
-    throw Tavrin::SAXException(exception.getMessage() + " (there are " + listed(names) + ")");
+    throw Tavrin::SAXException(exception.getMessage() + " (" + suggestion(type, names) +
+                               "there are " + listed(names) + ")");
   }
 }
 
@@ -35,12 +37,12 @@ std::string writerTypeFor(std::string_view fileName) {
 
 std::unique_ptr<Tavrin::XMLReader> createReader(const std::string& type) {
   using Factory = Tavrin::XMLReaderFactory;
-  return createOf(Factory::getTypeNames(), [&] { return Factory::createXMLReader(type); });
+  return createOf(type, Factory::getTypeNames(), [&] { return Factory::createXMLReader(type); });
 }
 
 std::unique_ptr<Tavrin::XMLWriter> createWriter(const std::string& type) {
   using Factory = Tavrin::XMLWriterFactory;
-  return createOf(Factory::getTypeNames(), [&] { return Factory::createXMLWriter(type); });
+  return createOf(type, Factory::getTypeNames(), [&] { return Factory::createXMLWriter(type); });
 }
 
 }  // namespace tool

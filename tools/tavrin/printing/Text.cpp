@@ -1,5 +1,8 @@
 #include "printing/Text.h"
 
+#include <locale.h>
+#include <wchar.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -168,6 +171,25 @@ std::string listed(const std::vector<std::string>& names) {
   std::string list;
   for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
   return list;
+}
+
+std::size_t characterSize(std::string_view text) {
+  return std::max<std::size_t>(decodeFirst(text).size, 1);
+}
+
+std::size_t columnsOf(std::string_view text) {
+  // The program's own locale is "C", in which numbers look the same everywhere.
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const locale_t before = locale ? uselocale(locale) : nullptr;
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const Character character = decodeFirst(text);
+    const int width = locale ? wcwidth(static_cast<wchar_t>(character.code)) : 1;
+    columns += static_cast<std::size_t>(width < 0 ? 1 : width);
+    text.remove_prefix(std::max<std::size_t>(character.size, 1));
+  }
+  if (before) uselocale(before);
+  return columns;
 }
 
 std::string forMessage(std::string_view text) {

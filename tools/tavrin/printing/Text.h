@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,11 @@ std::string escaped(std::string_view text);
 
 /// Names with commas between them.
 std::string listed(const std::vector<std::string>& names);
+/// How many octets the first character of a text takes; 1 for an octet that is not part of valid
+/// UTF-8.
+std::size_t characterSize(std::string_view text);
+/// How many columns a text that shows as it is takes on a terminal.
+std::size_t columnsOf(std::string_view text);
 
 /// A message for people, which may hold names of any length: as escaped, and the middle is left out
 /// of words longer than 200 characters, and of the whole if that is still longer than 1000.

@@ -8,7 +8,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <optional>
 
+#include "explaining/ElementPath.h"
+#include "explaining/Explaining.h"
+#include "explaining/FileKinds.h"
+#include "explaining/Surroundings.h"
 #include "files/Failure.h"
 #include "options/TypeChoice.h"
 
@@ -16,31 +21,76 @@ namespace tool {
 
 namespace {
 
-/// The place of a failure in a document without lines: the octet in the file.
-std::string placeOfOctet(const Input& input, std::int32_t octetOfDocument) {
+constexpr char kInEntity[] = " (in the entity ";
+
+/// An octet of a file, by its number in the document that is being read.
+std::uint64_t octetOf(const Input& input, std::int32_t octetOfDocument) {
   // Readers count no further.
   const bool isCounted = octetOfDocument < std::numeric_limits<std::int32_t>::max();
   const auto octet = static_cast<std::uint64_t>(octetOfDocument);
-  return placeIn(input.name(),
-                 isCounted ? input.documentStart() + octet : std::max(input.octetsRead(), octet));
+  return isCounted ? input.documentStart() + octet : std::max(input.octetsRead(), octet);
 }
 
+std::string placeOf(const Input& input, std::uint64_t octet) {
+  const std::uint64_t number = input.documentNumber();
+  return placeIn(input.name(), octet) +
+         (number > 1 ? " (document " + std::to_string(number) + ")" : "");
+}
+
+Failure failureAt(const Input& input, std::int32_t line, std::int32_t column,
+                  const std::string& message) {
+  // The lines of an entity are not those that were read last.
+  const bool isShown = input.recent() && message.find(kInEntity) == std::string::npos;
+  return Failure::document(placeIn(input.name(), line, column), message,
+                           isShown && line > 0 && column > 0
+                               ? lineAround(*input.recent(), static_cast<std::uint64_t>(line),
+                                            static_cast<std::uint64_t>(column), explanationWidth())
+                               : "");
+}
+
+Failure failureAt(const Input& input, std::uint64_t octet, const std::string& message) {
+  const std::string path = input.path() ? input.path()->text() : std::string();
+  return Failure::document(placeOf(input, octet), message,
+                           input.recent() ? octetsAround(*input.recent(), octet, path) : "");
+}
+
+/// Shows which elements are open to whoever explains a failure of the input.
+class PathShown {
+ public:
+  PathShown(Tavrin::XMLReader& reader, Input& input) : input_(input) {
+    if (input.recent() && knowsTypedContent(reader)) path_.emplace(reader);
+    input_.setPath(path_ ? &*path_ : nullptr);
+  }
+  ~PathShown() { input_.setPath(nullptr); }
+  PathShown(const PathShown&) = delete;
+  PathShown& operator=(const PathShown&) = delete;
+
+ private:
+  Input& input_;
+  std::optional<ElementPath> path_;
+};
+
 void parseDocument(Tavrin::XMLReader& reader, Input& input) {
-  const auto failure = [](const std::string& place, const std::string& message) {
-    return Failure::document(place, Vocabularies::withOption(Limits::withOption(message)));
+  const bool isFirst = input.documentNumber() == 1;
+  const FileKind* kind = isFirst ? kindOf(input.firstOctets()) : nullptr;
+  const auto messageOf = [kind](const auto& exception) {
+    const std::string message =
+        Vocabularies::withOption(Limits::withOption(exception.getMessage()));
+    return kind ? messageAbout(*kind, message) : message;
   };
+  const PathShown path(reader, input);
   try {
     reader.parse(input.stream());
   } catch (const Tavrin::SAXParseException& exception) {
     // A binary format has no lines; the column is the number of the octet.
-    const int line = exception.getLineNumber();
-    const int column = exception.getColumnNumber();
-    throw failure(line < 0 ? placeOfOctet(input, column) : placeIn(input.name(), line, column),
-                  exception.getMessage());
+    const std::int32_t line = exception.getLineNumber();
+    const std::int32_t column = exception.getColumnNumber();
+    throw line < 0 ? failureAt(input, octetOf(input, column), messageOf(exception))
+                   : failureAt(input, line, column, messageOf(exception));
   } catch (const Tavrin::SAXException& exception) {
-    throw failure(placeReached(input, nullptr), exception.getMessage());
+    throw failureReached(input, nullptr, messageOf(exception));
   } catch (const Tavrin::FastInfosetException& exception) {
-    throw failure(placeReached(input, nullptr), exception.getMessage());
+    throw failureReached(input, nullptr, messageOf(exception));
   }
 }
 
@@ -106,7 +156,13 @@ bool followsStandard(Tavrin::XMLReader& reader) {
 
 std::string placeReached(const Input& input, const Tavrin::Locator* locator) {
   return locator ? placeIn(input.name(), locator->getLineNumber(), locator->getColumnNumber())
-                 : placeIn(input.name(), input.octetsRead());
+                 : placeOf(input, input.octetsRead());
+}
+
+Failure failureReached(const Input& input, const Tavrin::Locator* locator,
+                       const std::string& message) {
+  return locator ? failureAt(input, locator->getLineNumber(), locator->getColumnNumber(), message)
+                 : failureAt(input, input.octetsRead(), message);
 }
 
 const Tavrin::Locator* withLines(const Tavrin::Locator* locator) {
@@ -115,7 +171,7 @@ const Tavrin::Locator* withLines(const Tavrin::Locator* locator) {
 
 std::string entityAt(const Tavrin::Locator* locator) {
   const std::string systemId = locator ? locator->getSystemId() : std::string();
-  return systemId.empty() ? systemId : " (in the entity \"" + systemId + "\")";
+  return systemId.empty() ? systemId : kInEntity + ("\"" + systemId) + "\")";
 }
 
 void parse(Tavrin::XMLReader& reader, Input& input, const EntityFiles* entities) {

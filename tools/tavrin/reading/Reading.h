@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "files/EntityFiles.h"
+#include "files/Failure.h"
 #include "files/Input.h"
 #include "options/ReadingOptions.h"
 
@@ -39,8 +40,12 @@ bool knowsTypedContent(Tavrin::XMLReader& reader);
 bool followsStandard(Tavrin::XMLReader& reader);
 
 /// How far reading has come, for messages: the locator's place, or without one the last octet that
-/// was read.
+/// was read, with the number of the document if it is not the first.
 std::string placeReached(const Input& input, const Tavrin::Locator* locator);
+
+/// A failure at that place.
+Failure failureReached(const Input& input, const Tavrin::Locator* locator,
+                       const std::string& message);
 
 /// The locator, or null for one of a document without lines: the input counts octets itself, over
 /// all documents.
