@@ -72,6 +72,11 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  --typed RULES     in Fast Infoset, write the text of the elements and attributes that the file
+                    RULES names as the values that it tells
+  --typed=auto      write all text as values that is printed from them octet for octet
+  --typed-exact     leave text as it is where its value would be printed in another form
+  --typed-lenient   leave text as it is where it is not what RULES says
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -100,6 +105,25 @@ document type is read twice, and kept in a temporary file meanwhile if it is not
 reference without identifiers, which nothing outside of the document may declare, cannot be written
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
+
+Each line of RULES is a path and a type, with white space between; # begins a comment. Of the
+rules that match, the first one counts:
+
+  # PATH          TYPE
+  shape/@points   float
+  /scene/*/image  base64
+  visible         boolean
+  @*              auto
+
+A path ends with the name of an element, or with @ and that of an attribute; the elements in front
+of it are those around it, and a slash at the beginning is the document. A name is a local name,
+{URI}NAME, PREFIX:NAME or *. Types are short, int, long, float, double, boolean, uuid, base64,
+hexadecimal, cdata and auto. Text that is something else is an error, and white space, signs and
+zeros may take another form when a value becomes text again: 1.50 comes back as 1.5. auto types
+text of more than 32 octets, and only where each octet of it comes back and the value is shorter.
+
+Only an element that has nothing but text is typed; its text is kept until its end tag. In XML text
+values are text: there the copy is the same with --typed and without it.
 
 )" + kLimits +
     R"(

@@ -3,7 +3,9 @@
 
 #include "commands/Commands.h"
 #include "copying/Conversion.h"
+#include "files/Failure.h"
 #include "options/ReadingOptions.h"
+#include "options/TypingOptions.h"
 
 namespace tool {
 
@@ -25,6 +27,7 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+%typing options%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -54,6 +57,8 @@ reference without identifiers, which nothing outside of the document may declare
 in XML text: the work fails, and when the copy in Fast Infoset was made there was a warning on
 standard error. The content of an unknown encoding algorithm cannot be written at all.
 
+%typing%
+
 %limits%
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
@@ -66,12 +71,22 @@ Examples:
   tavrin convert in.xml out.fi
 )";
 
+std::string helpText() {
+  std::string help = kHelp;
+  replaceLine(help, "%typing options%\n", kTypingOptionsHelp);
+  replaceLine(help, "%typing%\n", kTypingHelp);
+  return help;
+}
+
 struct Options : ConversionOptions {
   std::string in;
   std::string out = "-";
 };
 
 ExitStatus convert(const Options& options) {
+  if (options.in == "-" && options.typing.rules == "-") {
+    throw Failure::usage("only one of the document and the rules can be standard input");
+  }
   convertFile(options, options.in, options.out);
   return Done;
 }
@@ -79,7 +94,7 @@ ExitStatus convert(const Options& options) {
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "convert", kHelp);
+  CLI::App* command = addReadingCommand(app, "convert", helpText());
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
@@ -94,6 +109,7 @@ Command makeConvert(CLI::App& app) {
         const bool isPositive = text.find_first_not_of('0') != std::string::npos;
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
+  addTypingOptions(*command, options->typing);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "options/ReadingOptions.h"
+#include "options/TypingOptions.h"
 
 namespace tool {
 
@@ -16,6 +17,7 @@ struct ConversionOptions {
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
   ReadingOptions reading;
+  TypingOptions typing;
 };
 
 /// Copies the documents of a file to another, each with a writer of its own.
