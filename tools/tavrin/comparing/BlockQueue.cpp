@@ -52,7 +52,8 @@ std::unique_ptr<Block> BlockQueue::pop() {
   auto block = std::move(blocks_.front());
   blocks_.pop_front();
   octets_ -= block->size;
-  changed_.notify_one();
+  // The reading thread is woken for more than one block.
+  if (blocks_.size() <= kMaximumBlocks / 2) changed_.notify_one();
   return block;
 }
 

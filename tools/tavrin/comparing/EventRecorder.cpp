@@ -15,7 +15,7 @@ EventRecorder::EventRecorder(BlockQueue& queue, const Input& input, bool lexical
       end_(input.documentStart()),
       records_(queue, input.documentNumber()) {
   if (input.documentNumber() == 1) return;
-  records_.begin(RecordKind::Border, {0, 0, end_ + 1}, {});
+  records_.begin(RecordKind::Border, {0, end_ + 1}, {});
   records_.end();
 }
 
@@ -47,30 +47,35 @@ void EventRecorder::guard(Work work) {
 /// Where the event that comes now began. A locator says so. Without one it is the octet behind the
 /// event before, unless one octet brought both.
 Place EventRecorder::advance() {
-  if (locator_) return {locator_->getLineNumber(), locator_->getColumnNumber(), 0};
+  if (locator_) {
+    return {locator_->getLineNumber(), static_cast<std::uint64_t>(locator_->getColumnNumber())};
+  }
   const std::uint64_t read = input_.octetsRead();
   const std::uint64_t begin = std::min(end_ + 1, read);
   end_ = read;
-  return {0, 0, begin};
+  return {0, begin};
 }
 
 void EventRecorder::begin(RecordKind kind) {
   records_.endText();
-  records_.begin(kind, advance(), entityAt(locator_));
+  const Place place = advance();
+  if (resolver_) entity_ = entityAt(locator_);  // Without a resolver no entity is read.
+  records_.begin(kind, place, entity_);
 }
 
-void EventRecorder::record(RecordKind kind, std::initializer_list<std::string_view> strings) {
+template <typename... Strings>
+void EventRecorder::record(RecordKind kind, const Strings&... strings) {
   guard([&] {
     begin(kind);
-    for (const std::string_view text : strings) records_.add(text);
+    (records_.add(strings), ...);
     records_.end();
   });
 }
 
-void EventRecorder::recordIf(bool wanted, RecordKind kind,
-                             std::initializer_list<std::string_view> strings) {
+template <typename... Strings>
+void EventRecorder::recordIf(bool wanted, RecordKind kind, const Strings&... strings) {
   if (wanted) {
-    record(kind, strings);
+    record(kind, strings...);
   } else {
     guard([this] { advance(); });
   }
@@ -83,13 +88,13 @@ void EventRecorder::noteTextBegins() {
   const Place place = advance();
   if (!isFirst) return;
   textPlace_ = place;
-  textEntity_ = entityAt(locator_);
+  if (resolver_) entity_ = entityAt(locator_);
 }
 
 void EventRecorder::recordText(const std::string& text) {
   guard([&] {
     noteTextBegins();
-    records_.addText(text, textPlace_, textEntity_);
+    records_.addText(text, textPlace_, entity_);
   });
 }
 
@@ -104,7 +109,7 @@ void EventRecorder::startDocument() {
 }
 
 void EventRecorder::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  record(RecordKind::StartPrefixMapping, {prefix, uri});
+  record(RecordKind::StartPrefixMapping, prefix, uri);
 }
 
 void EventRecorder::endPrefixMapping(const std::string&) {
@@ -133,7 +138,7 @@ void EventRecorder::startElement(const std::string& uri, const std::string& loca
 
 void EventRecorder::endElement(const std::string& uri, const std::string& localName,
                                const std::string& qName) {
-  record(RecordKind::EndElement, {uri, localName, qName});
+  record(RecordKind::EndElement, uri, localName, qName);
 }
 
 void EventRecorder::characters(const std::string& text) { recordText(text); }
@@ -145,7 +150,7 @@ void EventRecorder::object(const std::string&, int index, const Tavrin::EncodedD
   if (numbers.size == 0) return recordText(data.toString());
   guard([&] {
     noteTextBegins();
-    records_.addNumbers(numbers, textPlace_, textEntity_);
+    records_.addNumbers(numbers, textPlace_, entity_);
   });
 }
 
@@ -163,15 +168,15 @@ void EventRecorder::octets(const std::string& uri, int index, const std::string&
 }
 
 void EventRecorder::processingInstruction(const std::string& target, const std::string& data) {
-  recordIf(lexical_ || !inExternalSubset_, RecordKind::ProcessingInstruction, {target, data});
+  recordIf(lexical_ || !inExternalSubset_, RecordKind::ProcessingInstruction, target, data);
 }
 
 void EventRecorder::comment(const std::string& text) {
-  recordIf(lexical_ || !inDTD_, RecordKind::Comment, {text});
+  recordIf(lexical_ || !inDTD_, RecordKind::Comment, text);
 }
 
 void EventRecorder::skippedEntity(const std::string& name) {
-  recordIf(lexical_ || !inDTD_, RecordKind::SkippedEntity, {name});
+  recordIf(lexical_ || !inDTD_, RecordKind::SkippedEntity, name);
 }
 
 std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& publicId,
@@ -182,7 +187,7 @@ std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& pu
   });
   // A reader that follows the standard goes on to say that the entity was skipped.
   if (!entity && !readerFollowsStandard_) {
-    recordIf(lexical_ || !inDTD_, RecordKind::ResolveEntity, {publicId, systemId});
+    recordIf(lexical_ || !inDTD_, RecordKind::ResolveEntity, publicId, systemId);
   }
   return entity;
 }
@@ -190,12 +195,12 @@ std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& pu
 void EventRecorder::startDTD(const std::string& name, const std::string& publicId,
                              const std::string& systemId) {
   inDTD_ = true;
-  recordIf(lexical_, RecordKind::StartDTD, {name, publicId, systemId});
+  recordIf(lexical_, RecordKind::StartDTD, name, publicId, systemId);
 }
 
 void EventRecorder::endDTD() {
   inDTD_ = false;
-  recordIf(lexical_, RecordKind::EndDTD, {});
+  recordIf(lexical_, RecordKind::EndDTD);
 }
 
 void EventRecorder::startEntity(const std::string& name) {
@@ -206,8 +211,8 @@ void EventRecorder::endEntity(const std::string& name) {
   if (name == kExternalSubset) inExternalSubset_ = false;
 }
 
-void EventRecorder::startCDATA() { recordIf(lexical_, RecordKind::StartCDATA, {}); }
+void EventRecorder::startCDATA() { recordIf(lexical_, RecordKind::StartCDATA); }
 
-void EventRecorder::endCDATA() { recordIf(lexical_, RecordKind::EndCDATA, {}); }
+void EventRecorder::endCDATA() { recordIf(lexical_, RecordKind::EndCDATA); }
 
 }  // namespace tool

@@ -5,10 +5,8 @@
 #include <Tavrin/XMLReader.h>
 
 #include <exception>
-#include <initializer_list>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "comparing/RecordWriter.h"
 #include "files/Input.h"
@@ -76,8 +74,10 @@ class EventRecorder : public Tavrin::ContentHandler,
   Place advance();
   void begin(RecordKind kind);
   void end();
-  void record(RecordKind kind, std::initializer_list<std::string_view> strings);
-  void recordIf(bool wanted, RecordKind kind, std::initializer_list<std::string_view> strings);
+  template <typename... Strings>
+  void record(RecordKind kind, const Strings&... strings);
+  template <typename... Strings>
+  void recordIf(bool wanted, RecordKind kind, const Strings&... strings);
   void recordText(const std::string& text);
   void noteTextBegins();
 
@@ -91,7 +91,7 @@ class EventRecorder : public Tavrin::ContentHandler,
   bool inExternalSubset_ = false;
   RecordWriter records_;
   Place textPlace_;
-  std::string textEntity_;
+  std::string entity_;  // In which the last record is, or the text to which it belongs.
   std::exception_ptr failure_;
 };
 

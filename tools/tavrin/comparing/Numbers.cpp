@@ -3,6 +3,7 @@
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Identifiers.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -69,6 +70,16 @@ Numbers::Array Numbers::of(int algorithm, const Tavrin::EncodedData& data) {
 void Numbers::putHeader(char* to, char mark, bool isContinued) {
   to[0] = mark;
   to[1] = isContinued ? 1 : 0;
+}
+
+std::string Numbers::lastOf(std::string_view body, std::size_t count) {
+  std::string last(body.substr(0, kHeaderSize));
+  withHolder(body[0] & ~kExact, [&]<typename Holder>(const Holder& holder) {
+    const std::size_t size = std::min(count * sizeof holder.data_[0], body.size() - kHeaderSize);
+    if (size < body.size() - kHeaderSize) last[1] = 1;  // The others stand before.
+    last += body.substr(body.size() - size);
+  });
+  return last;
 }
 
 void Numbers::appendText(std::string& text, std::string_view body) {

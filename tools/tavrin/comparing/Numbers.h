@@ -27,6 +27,9 @@ class Numbers {
 
   /// @param isContinued other numbers of the value stand before
   static void putHeader(char* to, char mark, bool isContinued);
+  /// The body of a record of the last of many numbers.
+  /// @param body  of the record with all of them
+  static std::string lastOf(std::string_view body, std::size_t count);
   /// Appends the text of a record's body.
   static void appendText(std::string& text, std::string_view body);
 };

@@ -19,6 +19,7 @@ bool RecordReader::hasBlock(std::size_t index) {
 void RecordReader::dropBlock() {
   queue_.giveBack(std::move(blocks_.front()));
   blocks_.pop_front();
+  isNew_ = true;
   offset_ = 0;
   number_ = 0;
 }
@@ -27,17 +28,6 @@ void RecordReader::dropBlock() {
 bool RecordReader::load() {
   if (!blocks_.empty() && offset_ == blocks_.front()->size) dropBlock();
   return hasBlock(0);
-}
-
-bool RecordReader::find(Record& record) {
-  if (!load()) return false;
-  record = recordAt(*blocks_.front(), offset_, number_);
-  return true;
-}
-
-void RecordReader::advance(const Record& record) {
-  offset_ += Block::kHeaderSize + record.body.size();
-  ++number_;
 }
 
 bool RecordReader::findNext(Position& position, Record& record) {
@@ -52,26 +42,50 @@ bool RecordReader::findNext(Position& position, Record& record) {
 }
 
 bool RecordReader::passEqualBlocks(RecordReader& a, RecordReader& b) {
-  if (!a.load() || !b.load() || a.offset_ != 0 || b.offset_ != 0) return false;
+  if (!a.load() || !b.load() || (!a.isNew_ && !b.isNew_)) return false;
+  a.isNew_ = b.isNew_ = false;
   const Block& inA = *a.blocks_.front();
   const Block& inB = *b.blocks_.front();
-  // Of a text that differs further on, what is in front of that is shown.
-  if (inA.size != inB.size || inA.endsInText) return false;
-  if (std::memcmp(inA.octets.data(), inB.octets.data(), inA.size) != 0) return false;
-  a.dropBlock();
-  b.dropBlock();
+  const std::size_t left = inA.size - a.offset_;
+  if (inB.size - b.offset_ != left || inA.size - inA.lastText != inB.size - inB.lastText ||
+      inA.lastText <= a.offset_) {
+    return false;
+  }
+  if (std::memcmp(inA.octets.data() + a.offset_, inB.octets.data() + b.offset_, left) != 0) {
+    return false;
+  }
+  a.passToLastText();
+  b.passToLastText();
   return true;
+}
+
+void RecordReader::passToLastText() {
+  const Block& block = *blocks_.front();
+  offset_ = block.lastText;
+  number_ = block.lastTextNumber;
 }
 
 // --- Texts ---
 
-std::string_view TextPieces::rest() {
-  while (rest_.empty()) {
-    if (hasRecord_) records_.advance(record_);
-    hasRecord_ = records_.find(record_) && isPartOfText(record_.kind);
-    if (!hasRecord_) return {};
-    rest_ = record_.body;
-    if (record_.kind != RecordKind::Numbers) continue;
+bool TextPieces::findRecord() {
+  if (hasRecord_) records_.advance(record_);
+  hasRecord_ = records_.find(record_) && isPartOfText(record_.kind);
+  return hasRecord_;
+}
+
+const Record* TextPieces::numbers() {
+  if (!rest_.empty()) return nullptr;
+  if (!isWhole_) {
+    if (!findRecord()) return nullptr;
+    isWhole_ = record_.kind == RecordKind::Numbers;
+    if (!isWhole_) rest_ = record_.body;
+  }
+  return isWhole_ ? &record_ : nullptr;
+}
+
+std::string_view TextPieces::findRest() {
+  while (numbers() != nullptr) {
+    isWhole_ = false;
     numbers_.clear();
     Numbers::appendText(numbers_, record_.body);
     rest_ = numbers_;
@@ -81,9 +95,8 @@ std::string_view TextPieces::rest() {
 
 void TextPieces::skip() {
   rest_ = {};
-  if (hasRecord_) records_.advance(record_);
-  for (hasRecord_ = false; records_.find(record_) && isPartOfText(record_.kind);) {
-    records_.advance(record_);
+  isWhole_ = false;
+  while (findRecord()) {
   }
 }
 

@@ -15,7 +15,7 @@ std::unique_ptr<Block> RecordWriter::newBlock() {
 }
 
 void RecordWriter::enlarge(Block& block, std::size_t size) {
-  block.octets.resize(std::max({Block::kSize, size, block.octets.size() * 2}));
+  block.octets.resize(std::max({Block::kRoom, size, block.octets.size() * 2}));
 }
 
 void RecordWriter::startRecord(Block& block, RecordKind kind, const Place& place,
@@ -56,7 +56,7 @@ void RecordWriter::moveToNextBlock() {
     next->remarks.push_back({0, remarks.back().attribute, std::move(remarks.back().text)});
     remarks.pop_back();
   }
-  block_->size = start_;
+  block_->size = block_->lastText = start_;
   block_->places.pop_back();
   block_->entityOf.resize(std::min(block_->entityOf.size(), block_->places.size()));
   queue_.push(std::exchange(block_, std::move(next)));
@@ -65,16 +65,26 @@ void RecordWriter::moveToNextBlock() {
 
 void RecordWriter::handOver() {
   isOpenText_ = false;
-  block_->endsInText = isInText_;
+  if (!isInText_) block_->lastText = block_->size;
   queue_.push(std::exchange(block_, newBlock()));
+}
+
+/// Begins a part of a text, the first one or the next.
+void RecordWriter::beginText(RecordKind kind, const Place& place, const std::string& entity) {
+  if (!isInText_ || block_->size == 0) {
+    block_->lastText = block_->size;
+    block_->lastTextNumber = static_cast<std::uint32_t>(block_->places.size());
+  }
+  isInText_ = true;
+  begin(kind, place, entity);
 }
 
 void RecordWriter::addText(std::string_view text, const Place& place, const std::string& entity) {
   if (!isInText_) isOpenText_ = false;
   while (!text.empty()) {
     if (room() <= (isOpenText_ ? 0 : Block::kHeaderSize)) handOver();
-    if (!isOpenText_) begin(RecordKind::Text, place, entity);
-    isInText_ = isOpenText_ = true;
+    if (!isOpenText_) beginText(RecordKind::Text, place, entity);
+    isOpenText_ = true;
     const std::size_t size = std::min(room(), text.size());
     copy(grow(*block_, size), text.substr(0, size));
     setSize();
@@ -90,12 +100,11 @@ void RecordWriter::addNumbers(const Numbers::Array& numbers, const Place& place,
     if (room() < kHeader + numbers.size) handOver();
     const std::size_t whole = (room() - kHeader) / numbers.size * numbers.size;
     const std::string_view part = octets.substr(0, whole);
-    begin(RecordKind::Numbers, place, entity);
+    beginText(RecordKind::Numbers, place, entity);
     Numbers::putHeader(grow(*block_, Numbers::kHeaderSize), numbers.mark, isContinued);
     copy(grow(*block_, part.size()), part);
     setSize();
     octets.remove_prefix(part.size());
-    isInText_ = true;
   }
   isOpenText_ = false;
 }

@@ -63,6 +63,7 @@ class RecordWriter {
   }
   void startRecord(Block& block, RecordKind kind, const Place& place, const std::string& entity);
   std::unique_ptr<Block> newBlock();
+  void beginText(RecordKind kind, const Place& place, const std::string& entity);
   void setSize();
   void moveToNextBlock();
   void handOver();

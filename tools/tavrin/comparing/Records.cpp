@@ -9,9 +9,10 @@ void Block::clear() {
   entities.clear();
   remarks.clear();
   document = 1;
-  endsInText = false;
+  lastText = 0;
+  lastTextNumber = 0;
   isCutOff = false;
-  if (octets.size() > kSize) octets = {};  // A long record is rare.
+  if (octets.size() > 2 * kRoom) octets = {};  // A long record is rare.
 }
 
 std::string Record::entity() const {

@@ -39,9 +39,8 @@ inline bool isPartOfText(RecordKind kind) {
 
 /// Where a record began: a line and a column, or in documents without lines an octet.
 struct Place {
-  std::int32_t line = 0;
-  std::int32_t column = 0;
-  std::uint64_t octet = 0;
+  std::int32_t line = 0;  ///< 0 in documents without lines.
+  std::uint64_t at = 0;   ///< The column, or the octet.
 };
 
 /// Where a record began, for messages.
@@ -72,15 +71,20 @@ struct Block {
   /// Makes it as new, and keeps the storage.
   void clear();
 
+  /// How many octets storage has from the start: most records end in it that begin in time.
+  static constexpr std::size_t kRoom = kSize + std::size_t{4} * 1024;
+
   std::vector<char> octets;  ///< Of which `size` count.
   std::size_t size = 0;
   std::vector<Place> places;            ///< One for each record.
   std::vector<std::uint32_t> entityOf;  ///< Of each record, from the first in an entity on.
   std::vector<std::string> entities;    ///< What entityOf counts, from 1.
   std::vector<Remark> remarks;
-  std::uint64_t document = 1;  ///< The number of the document, the same for all records.
-  bool endsInText = false;     ///< The text at the end may go on in the next block.
-  bool isCutOff = false;       ///< The document could not be read on in the text at the end.
+  std::uint64_t document = 1;        ///< The number of the document, the same for all records.
+  std::size_t lastText = 0;          ///< Where the text at the end begins, which may go on in the
+                                     ///< next block; without one, the size.
+  std::uint32_t lastTextNumber = 0;  ///< The number of its first record.
+  bool isCutOff = false;             ///< The document could not be read on in the text at the end.
 };
 
 /// A record in a block, valid while that is.

@@ -1,7 +1,9 @@
 #include "comparing/TextComparison.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "comparing/Numbers.h"
 #include "printing/Text.h"
 
 namespace tool {
@@ -79,6 +81,24 @@ void TextComparison::keep(std::string_view common) {
   if (common_.size() > kKept) common_.erase(0, common_.size() - kKept);
 }
 
+/// Of many numbers, text is made of the last alone, and that only where it is shown.
+void TextComparison::keepNumbers(std::string_view common) {
+  constexpr std::size_t kEnough = kKept / 2;  // A number is a digit, and a blank.
+  std::string last = Numbers::lastOf(common, kEnough);
+  const bool areMany = last.size() < common.size();
+  if (!areMany) makeText();
+  isContinuation_ = isContinuation_ || areMany;
+  numbers_ = std::move(last);
+}
+
+void TextComparison::makeText() {
+  if (numbers_.empty()) return;
+  std::string text;
+  Numbers::appendText(text, numbers_);
+  numbers_.clear();
+  keep(text);
+}
+
 Excerpt TextComparison::excerpt(TextPieces& pieces) const {
   Excerpt excerpt{common_, common_.size(), isContinuation_, false};
   excerpt.isContinued = appendBeginning(pieces, excerpt.text);
@@ -87,12 +107,21 @@ Excerpt TextComparison::excerpt(TextPieces& pieces) const {
 
 bool TextComparison::areSame() {
   for (;;) {
+    const Record* const numbersA = a_.numbers();
+    const Record* const numbersB = b_.numbers();
+    if (numbersA && numbersB && numbersA->body == numbersB->body) {
+      keepNumbers(numbersA->body);
+      a_.takeNumbers();
+      b_.takeNumbers();
+      continue;
+    }
     const std::string_view a = a_.rest();
     const std::string_view b = b_.rest();
     const std::size_t size = std::min(a.size(), b.size());
     if (size == 0) break;
     const bool isEqual = std::memcmp(a.data(), b.data(), size) == 0;
     const std::size_t same = isEqual ? size : firstDifference(a, b);
+    makeText();
     keep(a.substr(0, same));
     a_.take(same);
     b_.take(same);
@@ -100,6 +129,7 @@ bool TextComparison::areSame() {
   }
   const bool isAtEnd = a_.rest().empty() || b_.rest().empty();
   if (isAtEnd && a_.rest().empty() && b_.rest().empty()) return true;
+  makeText();
   excerptA_ = excerpt(a_);
   excerptB_ = excerpt(b_);
   if (!isAtEnd) return false;

@@ -48,11 +48,14 @@ class TextComparison {
 
  private:
   void keep(std::string_view common);
+  void keepNumbers(std::string_view common);
+  void makeText();
   Excerpt excerpt(TextPieces& pieces) const;
 
   TextPieces a_;
   TextPieces b_;
-  std::string common_;  // The last octets that both have.
+  std::string common_;   // The last octets that both have.
+  std::string numbers_;  // The last numbers behind these, as a record has them.
   bool isContinuation_ = false;
   Excerpt excerptA_;
   Excerpt excerptB_;
