@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "commands/Commands.h"
+#include "comparing/AllDifferences.h"
 #include "comparing/Comparison.h"
 #include "comparing/Documents.h"
 #include "files/Output.h"
@@ -23,6 +24,8 @@ Usage: tavrin diff [OPTIONS] A B
 Options:
   --lexical         also compare the borders of CDATA sections, and document types but for
                     their declarations
+  --text            show differences as XML text, and not as tavrin events shows it
+  --all             show all differences, each below its path
 %options%
   --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
@@ -37,6 +40,27 @@ A place is a line and a column in XML text, in Fast Infoset the number of an oct
 
 Where one document has come to its end, the line says so. Of long texts the part around the
 first difference is shown, with ... for what is left out.
+
+With --text, the lines tell what stands there as it would in XML text:
+
+  a.xml:2:4: <b>
+  b.fi: octet 9: </a>
+
+With --all, every difference has its path on a line of its own, then what A has there behind "- ",
+and what B has behind "+ "; one of them where the other has nothing like it. A number in a path
+counts those of that name in an element. Of attributes the values are shown, and of an element that
+only one document has, its start tag:
+
+  /list/item[2]/@id
+  - a.xml:3:3: "2"
+  + b.fi: octet 40: "3"
+  /list/item[5]
+  + b.fi: octet 72: startElement("", "item", "item", [])
+
+Behind a difference the comparison goes on where both are the same again. It looks ahead, in the
+element that has the difference, over 32 siblings or 256 KiB: the nearest element or text that both
+have unchanged ends the difference. In front of it, those of one kind and name are taken for the
+same one, changed; anything else is in one document only.
 
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever
@@ -72,6 +96,7 @@ struct Options {
   std::string fromA;
   std::string fromB;
   bool lexical = false;
+  bool all = false;
   Form form = Form::Events;
   ReadingOptions reading;
 };
@@ -84,26 +109,35 @@ ExitStatus diff(const Options& options) {
   ReadingOptions optionsB = options.reading;
   optionsA.from = options.fromA;
   optionsB.from = options.fromB;
-  std::string difference;
+  Output output("-", false);
+  output.open();
+  bool isDifferent = false;
+  const auto sink = [&](const std::string& lines) {
+    isDifferent = isDifferent || !lines.empty();
+    output.stream() << lines;
+    output.checkWritten();
+  };
   std::vector<Failure> failures;
   {
-    Documents a(options.a, optionsA, options.lexical, false);
+    const bool isQuiet = options.all && output.isTerminal();
+    Documents a(options.a, optionsA, options.lexical, isQuiet);
     // There is room for one progress bar.
-    Documents b(options.b, optionsB, options.lexical, a.hasProgress());
+    Documents b(options.b, optionsB, options.lexical, isQuiet || a.hasProgress());
     a.start();
     b.start();
-    difference = findDifference(a, b, options.form);
-    if (difference.empty()) failures = failuresOf(a, b);
+    if (options.all) {
+      AllDifferences(a, b, options.form, sink).find();
+    } else {
+      sink(findDifference(a, b, options.form));
+    }
+    if (options.all || !isDifferent) failures = failuresOf(a, b);
   }
   // By now a progress bar is gone.
-  ExitStatus worst = difference.empty() ? Done : DocumentFailed;
+  ExitStatus worst = isDifferent ? DocumentFailed : Done;
   for (const Failure& failure : failures) {
     failure.report();
     worst = std::max(worst, failure.status());
   }
-  Output output("-", false);
-  output.open();
-  output.stream() << difference;
   output.commit();
   return worst;
 }
@@ -116,6 +150,8 @@ Command makeDiff(CLI::App& app) {
   command->add_option("A", options->a)->required();
   command->add_option("B", options->b)->required();
   command->add_flag("--lexical", options->lexical);
+  command->add_flag("--all", options->all);
+  command->add_flag_callback("--text", [options] { options->form = Form::Markup; });
   addReadingOptions(*command, options->reading);
   command->add_option("--from-a", options->fromA)->type_name("TYPE");
   command->add_option("--from-b", options->fromB)->type_name("TYPE");
