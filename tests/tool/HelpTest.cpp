@@ -285,6 +285,8 @@ Usage: tavrin diff [OPTIONS] A B
 Options:
   --lexical         also compare the borders of CDATA sections, and document types but for
                     their declarations
+  --text            show differences as XML text, and not as tavrin events shows it
+  --all             show all differences, each below its path
 )" + kOptions +
     R"(  --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
@@ -299,6 +301,27 @@ A place is a line and a column in XML text, in Fast Infoset the number of an oct
 
 Where one document has come to its end, the line says so. Of long texts the part around the
 first difference is shown, with ... for what is left out.
+
+With --text, the lines tell what stands there as it would in XML text:
+
+  a.xml:2:4: <b>
+  b.fi: octet 9: </a>
+
+With --all, every difference has its path on a line of its own, then what A has there behind "- ",
+and what B has behind "+ "; one of them where the other has nothing like it. A number in a path
+counts those of that name in an element. Of attributes the values are shown, and of an element that
+only one document has, its start tag:
+
+  /list/item[2]/@id
+  - a.xml:3:3: "2"
+  + b.fi: octet 40: "3"
+  /list/item[5]
+  + b.fi: octet 72: startElement("", "item", "item", [])
+
+Behind a difference the comparison goes on where both are the same again. It looks ahead, in the
+element that has the difference, over 32 siblings or 256 KiB: the nearest element or text that both
+have unchanged ends the difference. In front of it, those of one kind and name are taken for the
+same one, changed; anything else is in one document only.
 
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever
