@@ -93,10 +93,10 @@ TEST_F(AllDifferences, FindsWhatOneDocumentHasMore) {
   EXPECT_EQ(diff("<a>" + items(0, 9) + "</a>", "<a>" + items(0, 3) + "<item id='new'><b/></item>" +
                                                    items(3, 5) + items(6, 9) + "</a>"),
             differences("/a/item[4]\n"
-                        "+ b:1:85: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
+                        "+ b:1:82: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
                         "\"CDATA\", \"new\"}])\n"
                         "/a/item[6]\n"
-                        "- a:1:139: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
+                        "- a:1:134: startElement(\"\", \"item\", \"item\", [{\"\", \"id\", \"id\", "
                         "\"CDATA\", \"5\"}])\n"));
   EXPECT_EQ(diff("<a/>", "<a>t<b/></a>"),
             differences("/a/text()[1]\n"
@@ -115,6 +115,14 @@ TEST_F(AllDifferences, KeepWhatIsChangedTogether) {
   EXPECT_EQ(diff("<a/>", "<b>t</b>"),
             differences("/a\n- a:1:1: startElement(\"\", \"a\", \"a\", [])\n"
                         "/b\n+ b:1:1: startElement(\"\", \"b\", \"b\", [])\n"));
+}
+
+TEST_F(AllDifferences, RecognizeElementsByTheirAttributes) {
+  EXPECT_EQ(diff("<a><b id='1'>one</b><b id='2'>two</b></a>",
+                 "<a><b id='0'/><b id='1'>One</b><b id='2'>Two</b></a>", {"--all", "--text"}),
+            differences("/a/b[1]\n+ b:1:4: <b id=\"0\">\n"
+                        "/a/b[1]/text()[1]\n- a:1:14: \"one\"\n+ b:1:25: \"One\"\n"
+                        "/a/b[2]/text()[1]\n- a:1:31: \"two\"\n+ b:1:42: \"Two\"\n"));
 }
 
 TEST_F(AllDifferences, KnowNamespaces) {

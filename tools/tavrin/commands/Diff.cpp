@@ -59,8 +59,8 @@ only one document has, its start tag:
 
 Behind a difference the comparison goes on where both are the same again. It looks ahead, in the
 element that has the difference, over 32 siblings or 256 KiB: the nearest element or text that both
-have unchanged ends the difference. In front of it, those of one kind and name are taken for the
-same one, changed; anything else is in one document only.
+have unchanged, or with the same attributes, ends the difference. In front of it, those of one kind
+and name are taken for the same one, changed; anything else is in one document only.
 
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever

@@ -43,7 +43,11 @@ class Summary {
   }
   void begin(const Record& record) {
     sibling_.kind = isPartOfText(record.kind) ? RecordKind::Text : record.kind;
-    if (record.kind == RecordKind::StartElement) sibling_.name = stringsOf(record)[2];
+    if (record.kind == RecordKind::StartElement) {
+      const auto strings = stringsOf(record);
+      sibling_.name = strings[2];
+      if (strings.size() > kNameStrings) mix(sibling_.tag, record.body);
+    }
     if (record.kind == RecordKind::ProcessingInstruction) sibling_.name = stringsOf(record)[0];
   }
   Siblings::Sibling finish() {
@@ -55,6 +59,7 @@ class Summary {
   /// @param record the last one of it that was seen
   Siblings::Sibling finishEarly(const Record& record) {
     if (sibling_.size == 0 && text_.empty()) begin(record);
+    sibling_.isWhole = false;
     return std::move(sibling_);
   }
 
@@ -139,6 +144,22 @@ std::size_t findLike(const List& list, const Siblings::Sibling& other, std::size
   return found == end ? limit : static_cast<std::size_t>(found - list.begin());
 }
 
+/// Finds what both lists have, in front of limits, and so nearest that as few as can be stand in
+/// front of it in both. Moves the limits there.
+template <typename Relation>
+void findNearest(const List& a, const List& b, std::size_t& untilA, std::size_t& untilB,
+                 Relation relation) {
+  const std::size_t endA = untilA;
+  const std::size_t endB = untilB;
+  for (std::size_t i = 0; i < endA && i < untilA + untilB; ++i) {
+    for (std::size_t j = 0; j < endB && i + j < untilA + untilB; ++j) {
+      if (i + j == 0 || !(a[i].*relation)(b[j])) continue;
+      untilA = i;
+      untilB = j;
+    }
+  }
+}
+
 }  // namespace
 
 Step chooseStep(const Siblings& a, const Siblings& b) {
@@ -146,21 +167,17 @@ Step chooseStep(const Siblings& a, const Siblings& b) {
   const List& inB = b.list();
   if (inA[0].isEnd) return Step::OnlyB;
   if (inB[0].isEnd) return Step::OnlyA;
-  // How far it is to what both have.
   std::size_t untilA = inA.size();
   std::size_t untilB = inB.size();
-  for (std::size_t i = 0; i < inA.size() && i < untilA + untilB; ++i) {
-    for (std::size_t j = 0; j < inB.size() && i + j < untilA + untilB; ++j) {
-      if (i + j == 0 || !inA[i].equals(inB[j])) continue;
-      untilA = i;
-      untilB = j;
-    }
-  }
+  findNearest(inA, inB, untilA, untilB, &Siblings::Sibling::equals);
+  findNearest(inA, inB, untilA, untilB, &Siblings::Sibling::hasTagOf);
   if (untilA == 0) return Step::OnlyB;
   if (untilB == 0) return Step::OnlyA;
   if (inA[0].isLike(inB[0])) return Step::Pair;
   if (findLike(inB, inA[0], untilB) < untilB) return Step::OnlyB;
   if (findLike(inA, inB[0], untilA) < untilA) return Step::OnlyA;
+  // Nobody knows what is behind a long one.
+  if (inA[0].isWhole != inB[0].isWhole) return inA[0].isWhole ? Step::OnlyB : Step::OnlyA;
   return Step::Neither;
 }
 

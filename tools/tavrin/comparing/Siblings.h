@@ -22,10 +22,14 @@ class Siblings {
     std::string name;        ///< Of an element or an instruction.
     std::size_t hash = 0;    ///< Of all that it is, but for the declarations in front of it.
     std::uint64_t size = 0;  ///< Likewise, in octets.
+    std::size_t tag = 0;     ///< A hash of a start tag that has attributes; else 0.
     bool isEnd = false;      ///< Nothing: the element ends, or the document.
+    bool isWhole = true;     ///< It was seen up to its end.
     bool isKnown = false;    ///< It can be recognised: it is no white space, and was seen whole.
 
     bool equals(const Sibling& other) const;
+    /// Whether they begin with the same tag, which has attributes.
+    bool hasTagOf(const Sibling& other) const { return tag != 0 && tag == other.tag; }
     /// Whether one may be the other, changed.
     bool isLike(const Sibling& other) const;
   };
@@ -47,8 +51,8 @@ enum class Step {
   Neither  ///< Both.
 };
 
-/// Chooses by what follows: the nearest sibling that both have, unchanged, or else of the same kind
-/// and name.
+/// Chooses by what follows: the nearest sibling that both have, unchanged, or else with the same
+/// attributes, or else of the same kind and name.
 Step chooseStep(const Siblings& a, const Siblings& b);
 
 }  // namespace tool
