@@ -50,11 +50,13 @@ class TAVRIN_API TypingRules {
 
   /// Appends a rule.
   /// @throws SAXException for a path that is none, and for an unknown type, with those that are
+  ///         known and the one that was meant, where a name is near
   void add(const std::string& path, const std::string& type);
 
   /// Reads rules, one in a line: `PATH TYPE`, with white space between. What begins with `#` at the
   /// beginning of a line or after white space is a comment.
-  /// @throws SAXException `Line N: ` and what is wrong
+  /// @throws SAXParseException with the line and the column, in characters, of what is wrong;
+  ///         SAXException where the stream cannot be read
   static TypingRules read(std::istream& stream);
 
   /// The rules in their order.

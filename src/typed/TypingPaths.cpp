@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 #include "TextForms.h"
 
 namespace Tavrin {
 
 namespace {
+
+constexpr std::string_view kAutomaticName = "auto";
 
 std::string_view afterColon(std::string_view qName) {
   const std::size_t colon = qName.find(':');
@@ -23,11 +26,43 @@ std::string_view localNameOf(const std::string& localName, const std::string& qN
   throw SAXException("The path \"" + path + "\" " + reason);
 }
 
-int typeNamed(const std::string& name) {
-  if (name == "auto") return kAutomaticType;
-  const int algorithm = algorithmNamed(name);
-  if (algorithm >= 0) return algorithm;
-  throw SAXException("Unknown type \"" + name + "\"; known are " + algorithmNames() + ", auto");
+char toLower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// How many letters have to be added, left out or replaced to make one name of another; capitals
+/// do not count.
+std::size_t distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t replaced = diagonal + (toLower(a[i]) == toLower(b[j]) ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+/// The type whose name somebody may have mistyped so; empty where none is near.
+std::string nearestTypeTo(std::string_view name) {
+  constexpr std::size_t kLongestName = 16;  // Nobody mistypes that much.
+  if (name.size() > kLongestName) return {};
+  std::string nearest;
+  std::size_t least = std::min<std::size_t>(2, name.size() / 2) + 1;
+  std::string known = algorithmNames() + ", " + std::string(kAutomaticName);
+  std::string_view rest = known;
+  while (!rest.empty()) {
+    const std::string_view candidate = rest.substr(0, rest.find(','));
+    rest.remove_prefix(std::min(rest.size(), candidate.size() + 2));
+    const std::size_t away = distance(name, candidate);
+    if (away >= least) continue;
+    least = away;
+    nearest = candidate;
+  }
+  return nearest;
 }
 
 /// Takes the next step off a path. A slash in braces belongs to a URI.
@@ -64,6 +99,16 @@ NamePattern parseName(const std::string& path, const std::string& step) {
 }
 
 }  // namespace
+
+int typeNamed(const std::string& name) {
+  if (name == kAutomaticName) return kAutomaticType;
+  const int algorithm = algorithmNamed(name);
+  if (algorithm >= 0) return algorithm;
+  const std::string meant = nearestTypeTo(name);
+  throw SAXException("Unknown type \"" + name + "\"" +
+                     (meant.empty() ? "; known" : ", did you mean \"" + meant + "\"? Known") +
+                     " are " + algorithmNames() + ", auto");
+}
 
 std::string_view NamePattern::localName() const {
   return kind == asWritten ? afterColon(name) : std::string_view(name);

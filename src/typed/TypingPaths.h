@@ -17,6 +17,10 @@ inline constexpr int kAutomaticType = -1;
 /// What stays text.
 inline constexpr int kNoType = -2;
 
+/// The type that rules call so.
+/// @throws SAXException for an unknown name, with those that are known and the one that is meant
+int typeNamed(const std::string& name);
+
 /// What a name in a path matches.
 struct NamePattern {
   enum Kind { anyNamespace, oneNamespace, asWritten };

@@ -155,6 +155,11 @@ Options:
 )" + kWork +
     kTiming +
     R"(  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  --typed RULES     in Fast Infoset, write the text of the elements and attributes that the file
+                    RULES names as the values that it tells
+  --typed=auto      write all text as values that is printed from them octet for octet
+  --typed-exact     leave text as it is where its value would be printed in another form
+  --typed-lenient   leave text as it is where it is not what RULES says
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -186,6 +191,25 @@ standard error. The content of an unknown encoding algorithm cannot be written a
 
 With --vocabulary FILE --uri URI, a copy in Fast Infoset refers to that vocabulary by the URI and
 holds numbers in place of what is in there; without --uri, it begins with the vocabulary itself.
+
+Each line of RULES is a path and a type, with white space between; # begins a comment. Of the
+rules that match, the first one counts:
+
+  # PATH          TYPE
+  shape/@points   float
+  /scene/*/image  base64
+  visible         boolean
+  @*              auto
+
+A path ends with the name of an element, or with @ and that of an attribute; the elements in front
+of it are those around it, and a slash at the beginning is the document. A name is a local name,
+{URI}NAME, PREFIX:NAME or *. Types are short, int, long, float, double, boolean, uuid, base64,
+hexadecimal, cdata and auto. Text that is something else is an error, and white space, signs and
+zeros may take another form when a value becomes text again: 1.50 comes back as 1.5. auto types
+text of more than 32 octets, and only where each octet of it comes back and the value is shorter.
+
+Only an element that has nothing but text is typed; its text is kept until its end tag. In XML text
+values are text: there the copy is the same with --typed and without it.
 
 --indent and --tabs give XML text a new layout, whatever it had; done twice they change nothing any
 more. An element that has text is left as it is, with all that is in it. So is one whose xml:space
@@ -451,6 +475,8 @@ Usage: tavrin diff [OPTIONS] A B
 Options:
   --lexical         also compare the borders of CDATA sections, and document types but for
                     their declarations
+  --text            show differences as XML text, and not as tavrin events shows it
+  --all             show all differences, each below its path
 )" + kOptions +
     R"(  --from-a TYPE     the type of reader of A, instead of going by its first octets
   --from-b TYPE     the type of reader of B
@@ -465,6 +491,27 @@ A place is a line and a column in XML text, in Fast Infoset the number of an oct
 
 Where one document has come to its end, the line says so. Of long texts the part around the
 first difference is shown, with ... for what is left out.
+
+With --text, the lines tell what stands there as it would in XML text:
+
+  a.xml:2:4: <b>
+  b.fi: octet 9: </a>
+
+With --all, every difference has its path on a line of its own, then what A has there behind "- ",
+and what B has behind "+ "; one of them where the other has nothing like it. A number in a path
+counts those of that name in an element. Of attributes the values are shown, and of an element that
+only one document has, its start tag:
+
+  /list/item[2]/@id
+  - a.xml:3:3: "2"
+  + b.fi: octet 40: "3"
+  /list/item[5]
+  + b.fi: octet 72: startElement("", "item", "item", [])
+
+Behind a difference the comparison goes on where both are the same again. It looks ahead, in the
+element that has the difference, over 32 siblings or 256 KiB: the nearest element or text that both
+have unchanged, or with the same attributes, ends the difference. In front of it, those of one kind
+and name are taken for the same one, changed; anything else is in one document only.
 
 Compared are prefix mappings, elements, attributes in their order, text, comments, processing
 instructions, and references to entities that were not read. Text is the same in whatever

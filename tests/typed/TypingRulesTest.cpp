@@ -75,10 +75,26 @@ TEST(TypingRules, TypesAreThoseThatAreKnown) {
                            "hexadecimal", "cdata", "auto"}) {
     EXPECT_EQ("added", refusal("a", type));
   }
-  for (const std::string type : {"", "Int", "flot", "ints", "3", "AUTO"}) {
-    EXPECT_EQ("SAXException: Unknown type \"" + type +
-                  "\"; known are hexadecimal, base64, short, int, long, boolean, float, double, "
-                  "uuid, cdata, auto",
+  const struct {
+    const char* type;
+    const char* meant;
+  } unknown[] = {
+      {"", "; known"},
+      {"3", "; known"},
+      {"xy", "; known"},
+      {"number", "; known"},
+      {"integer", "; known"},
+      {"Int", ", did you mean \"int\"? Known"},
+      {"ints", ", did you mean \"int\"? Known"},
+      {"flot", ", did you mean \"float\"? Known"},
+      {"AUTO", ", did you mean \"auto\"? Known"},
+      {"HexaDezimal", ", did you mean \"hexadecimal\"? Known"},
+      {"aVeryLongNameThatIsNoTypeAtAll", "; known"},
+  };
+  for (const auto& [type, meant] : unknown) {
+    EXPECT_EQ(std::string("SAXException: Unknown type \"") + type + "\"" + meant +
+                  " are hexadecimal, base64, short, int, long, boolean, float, double, uuid, "
+                  "cdata, auto",
               refusal("a", type));
   }
 }
@@ -100,15 +116,30 @@ TEST(TypingRules, AreReadLineByLine) {
             read("# scene\r\n\ta/@x \t float # points\r\n{http://x/#y}b auto #\n*\tauto"));
 }
 
-TEST(TypingRules, AFailureNamesItsLine) {
-  EXPECT_EQ("SAXException: Line 1: A rule is a path and a type", read("a"));
-  EXPECT_EQ("SAXException: Line 3: A rule is a path and a type", read("#\na int\na int b\n"));
-  EXPECT_EQ("SAXException: Line 2: A rule is a path and a type", read("a int\na #int"));
-  EXPECT_EQ("SAXException: Line 2: The path \"a//b\" lacks a name", read("a int\r\na//b int"));
+/// A failure with its place.
+std::string failure(const std::string& text) {
+  std::istringstream stream(text);
+  try {
+    TypingRules::read(stream);
+  } catch (const SAXParseException& exception) {
+    return std::to_string(exception.getLineNumber()) + ":" +
+           std::to_string(exception.getColumnNumber()) + ": " + exception.getMessage();
+  }
+  return "nothing";
+}
+
+TEST(TypingRules, AFailureNamesItsPlace) {
+  EXPECT_EQ("1:2: A rule is a path and a type", failure("a"));
+  EXPECT_EQ("3:7: A rule is a path and a type", failure("#\na int\na int b\n"));
+  EXPECT_EQ("2:2: A rule is a path and a type", failure("a int\na #int"));
+  EXPECT_EQ("2:2: The path \"a//b\" lacks a name", failure("a int\r\n\ta//b int"));
+  EXPECT_EQ("1:3: The path \"@a/b\" goes on behind an attribute",
+            failure("\xEF\xBB\xBF  @a/b int"));
+  // Columns are characters.
   EXPECT_EQ(
-      "SAXException: Line 4: Unknown type \"integer\"; known are hexadecimal, base64, short, int, "
-      "long, boolean, float, double, uuid, cdata, auto",
-      read("a int\n\n\nb integer\n"));
+      "4:3: Unknown type \"integer\"; known are hexadecimal, base64, short, int, long, boolean, "
+      "float, double, uuid, cdata, auto",
+      failure("a int\n\n\n\xC3\xA4 integer\n"));
 }
 
 TEST(TypingRules, AStreamThatCannotBeReadIsAFailure) {

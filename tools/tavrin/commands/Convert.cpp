@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -5,17 +6,20 @@
 #include "commands/Commands.h"
 #include "copying/Conversion.h"
 #include "copying/FolderConversion.h"
+#include "files/Failure.h"
 #include "many/Work.h"
 #include "measuring/MeasuredConversion.h"
 #include "measuring/Timing.h"
 #include "options/ReadingOptions.h"
+#include "options/TypingOptions.h"
 
 namespace tool {
 
 namespace {
 
 std::string helpText() {
-  return R"(Copies documents, in the same format or in another.
+  std::string help =
+      R"(Copies documents, in the same format or in another.
 
 Usage: tavrin convert [OPTIONS] IN [OUT]
        tavrin convert [OPTIONS] -o DIR IN...
@@ -26,15 +30,16 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
 
 Options:
 )" + std::string(kLayoutOptionsHelp) +
-         R"(  --no-declaration  write no XML declaration at the beginning; these are for XML text only
+      R"(  --no-declaration  write no XML declaration at the beginning; these are for XML text only
 )" + kCanonicalOptionsHelp +
-         R"(  --force           replace OUT if it exists
+      R"(  --force           replace OUT if it exists
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
 %work%
 %timing%
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+%typing options%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -67,9 +72,11 @@ standard error. The content of an unknown encoding algorithm cannot be written a
 With --vocabulary FILE --uri URI, a copy in Fast Infoset refers to that vocabulary by the URI and
 holds numbers in place of what is in there; without --uri, it begins with the vocabulary itself.
 
+%typing%
+
 )" + kLayoutHelp +
-         "\n" + kCanonicalHelp +
-         R"(
+      "\n" + kCanonicalHelp +
+      R"(
 %limits%
 
 --limit maximum-table-octets counts for the tables of a copy in Fast Infoset, too.
@@ -94,6 +101,9 @@ Examples:
   tavrin convert in.xml out.fi
   tavrin convert -o binary drawings
 )";
+  replaceLine(help, "%typing options%\n", kTypingOptionsHelp);
+  replaceLine(help, "%typing%\n", kTypingHelp);
+  return help;
 }
 
 struct Options : ConversionOptions {
@@ -105,6 +115,9 @@ struct Options : ConversionOptions {
 
 ExitStatus convert(const Options& options) {
   const std::vector<std::string>& names = options.names;
+  if (options.typing.rules == "-" && std::ranges::count(names, "-") > 0) {
+    throw Failure::usage("only one of the document and the rules can be standard input");
+  }
   refuseToRepeat(options.timing,
                  {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
   if (options.hasFolder) return convertAll(options, names, options.folder, options.work);
@@ -143,6 +156,7 @@ Command makeConvert(CLI::App& app) {
         const bool isPositive = text.find_first_not_of('0') != std::string::npos;
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
+  addTypingOptions(*command, options->typing);
   addReadingOptions(*command, options->reading, VocabularyUse::Copying);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");

@@ -1,30 +1,22 @@
 #include "comparing/EventRecorder.h"
 
 #include <algorithm>
-#include <utility>
+#include <cstdint>
 
 #include "reading/Reading.h"
 
 namespace tool {
 
-namespace {
-
-// A batch is full with so many events, or with so many octets of text.
-constexpr std::size_t kMaximumEvents = 256;
-constexpr std::size_t kMaximumOctets = std::size_t{64} * 1024;
-
-}  // namespace
-
-EventRecorder::EventRecorder(EventQueue& queue, const Input& input, bool lexical,
+EventRecorder::EventRecorder(BlockQueue& queue, const Input& input, bool lexical,
                              Tavrin::EntityResolver* resolver)
-    : queue_(queue),
-      input_(input),
+    : input_(input),
       lexical_(lexical),
       resolver_(resolver),
-      end_(input.documentStart()) {
-  if (input.documentNumber() > 1) {
-    add({Event::Kind::Border, {0, 0, end_ + 1, input.documentNumber(), {}}, {}, {}});
-  }
+      end_(input.documentStart()),
+      records_(queue, input.documentNumber()) {
+  if (input.documentNumber() == 1) return;
+  records_.begin(RecordKind::Border, {0, end_ + 1}, {});
+  records_.end();
 }
 
 void EventRecorder::attachTo(Tavrin::XMLReader& reader) {
@@ -32,10 +24,7 @@ void EventRecorder::attachTo(Tavrin::XMLReader& reader) {
   attach(reader, *this, false);
 }
 
-void EventRecorder::finish(bool isCutOff) {
-  flushText(isCutOff);
-  if (!batch_.empty()) queue_.push(std::exchange(batch_, {}));
-}
+void EventRecorder::finish(bool isCutOff) { records_.finish(isCutOff); }
 
 void EventRecorder::check() const {
   if (failure_) std::rethrow_exception(failure_);
@@ -57,62 +46,56 @@ void EventRecorder::guard(Work work) {
 
 /// Where the event that comes now began. A locator says so. Without one it is the octet behind the
 /// event before, unless one octet brought both.
-Event::Position EventRecorder::advance() {
+Place EventRecorder::advance() {
   if (locator_) {
-    return {locator_->getLineNumber(), locator_->getColumnNumber(), 0, input_.documentNumber(),
-            entityAt(locator_)};
+    return {locator_->getLineNumber(), static_cast<std::uint64_t>(locator_->getColumnNumber())};
   }
-  const std::uint64_t begin = std::min(end_ + 1, input_.octetsRead());
-  end_ = input_.octetsRead();
-  return {0, 0, begin, input_.documentNumber(), {}};
+  const std::uint64_t read = input_.octetsRead();
+  const std::uint64_t begin = std::min(end_ + 1, read);
+  end_ = read;
+  return {0, begin};
 }
 
-void EventRecorder::add(Event event) {
-  for (const std::string& argument : event.arguments) batchOctets_ += argument.size();
-  for (const auto& attribute : event.attributes) batchOctets_ += attribute.value.size();
-  batch_.push_back(std::move(event));
-  if (batch_.size() < kMaximumEvents && batchOctets_ < kMaximumOctets) return;
-  batchOctets_ = 0;
-  queue_.push(std::exchange(batch_, {}));
+void EventRecorder::begin(RecordKind kind) {
+  records_.endText();
+  const Place place = advance();
+  if (resolver_) entity_ = entityAt(locator_);  // Without a resolver no entity is read.
+  records_.begin(kind, place, entity_);
 }
 
-void EventRecorder::flushText(bool isCutOff) {
-  if (text_.empty()) return;
-  Event event{Event::Kind::Characters, textPosition_, {}, {}, isCutOff};
-  event.arguments.push_back(std::exchange(text_, {}));
-  add(std::move(event));
-}
-
-void EventRecorder::record(Event::Kind kind, std::vector<std::string> arguments,
-                           const Tavrin::Attributes* attributes) {
+template <typename... Strings>
+void EventRecorder::record(RecordKind kind, const Strings&... strings) {
   guard([&] {
-    flushText(false);
-    Event event{kind, advance(), std::move(arguments), {}, false};
-    const int length = attributes ? attributes->getLength() : 0;
-    event.attributes.reserve(static_cast<std::size_t>(length));
-    for (int i = 0; i < length; ++i) {
-      event.attributes.push_back({attributes->getURI(i), attributes->getLocalName(i),
-                                  attributes->getQName(i), attributes->getType(i),
-                                  attributes->getValue(i)});
-    }
-    add(std::move(event));
+    begin(kind);
+    (records_.add(strings), ...);
+    records_.end();
   });
+}
+
+template <typename... Strings>
+void EventRecorder::recordIf(bool wanted, RecordKind kind, const Strings&... strings) {
+  if (wanted) {
+    record(kind, strings...);
+  } else {
+    guard([this] { advance(); });
+  }
+}
+
+/// A text is where its first piece is that is not empty.
+void EventRecorder::noteTextBegins() {
+  const bool isFirst = !records_.isInText();
+  if (!isFirst && locator_) return;  // Lines take time to count.
+  const Place place = advance();
+  if (!isFirst) return;
+  textPlace_ = place;
+  if (resolver_) entity_ = entityAt(locator_);
 }
 
 void EventRecorder::recordText(const std::string& text) {
   guard([&] {
-    const Event::Position position = advance();
-    if (text_.empty()) textPosition_ = position;
-    text_ += text;
+    noteTextBegins();
+    records_.addText(text, textPlace_, entity_);
   });
-}
-
-void EventRecorder::recordIf(bool wanted, Event::Kind kind, std::vector<std::string> arguments) {
-  if (wanted) {
-    record(kind, std::move(arguments));
-  } else {
-    guard([this] { advance(); });
-  }
 }
 
 // --- Events ---
@@ -126,7 +109,7 @@ void EventRecorder::startDocument() {
 }
 
 void EventRecorder::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-  record(Event::Kind::StartPrefixMapping, {prefix, uri});
+  record(RecordKind::StartPrefixMapping, prefix, uri);
 }
 
 void EventRecorder::endPrefixMapping(const std::string&) {
@@ -135,36 +118,65 @@ void EventRecorder::endPrefixMapping(const std::string&) {
 
 void EventRecorder::startElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const Tavrin::Attributes& attributes) {
-  record(Event::Kind::StartElement, {uri, localName, qName}, &attributes);
+  guard([&] {
+    begin(RecordKind::StartElement);
+    records_.add(uri);
+    records_.add(localName);
+    records_.add(qName);
+    const int length = attributes.getLength();
+    for (int i = 0; i < length; ++i) {
+      records_.add(attributes.getURI(i));
+      records_.add(attributes.getLocalName(i));
+      records_.add(attributes.getQName(i));
+      records_.add(attributes.getValue(i));
+      const std::string& type = attributes.getType(i);
+      if (type != kUsualType) records_.remark(static_cast<std::uint32_t>(i), type);
+    }
+    records_.end();
+  });
 }
 
 void EventRecorder::endElement(const std::string& uri, const std::string& localName,
                                const std::string& qName) {
-  record(Event::Kind::EndElement, {uri, localName, qName});
+  record(RecordKind::EndElement, uri, localName, qName);
 }
 
 void EventRecorder::characters(const std::string& text) { recordText(text); }
 
 void EventRecorder::ignorableWhitespace(const std::string& text) { recordText(text); }
 
-void EventRecorder::object(const std::string&, int, const Tavrin::EncodedData& data) {
-  recordText(data.toString());
+void EventRecorder::object(const std::string&, int index, const Tavrin::EncodedData& data) {
+  const Numbers::Array numbers = Numbers::of(index, data);
+  if (numbers.size == 0) return recordText(data.toString());
+  guard([&] {
+    noteTextBegins();
+    records_.addNumbers(numbers, textPlace_, entity_);
+  });
 }
 
+// The number of an algorithm is a matter of the document's table where a URI names it.
 void EventRecorder::octets(const std::string& uri, int index, const std::string& data) {
-  record(Event::Kind::Octets, {uri, std::to_string(index), data});
+  guard([&] {
+    const std::string number = std::to_string(index);
+    begin(RecordKind::Octets);
+    records_.add(uri);
+    records_.add(uri.empty() ? number : std::string());
+    records_.add(data);
+    records_.remark(0, number);
+    records_.end();
+  });
 }
 
 void EventRecorder::processingInstruction(const std::string& target, const std::string& data) {
-  recordIf(lexical_ || !inExternalSubset_, Event::Kind::ProcessingInstruction, {target, data});
+  recordIf(lexical_ || !inExternalSubset_, RecordKind::ProcessingInstruction, target, data);
 }
 
 void EventRecorder::comment(const std::string& text) {
-  recordIf(lexical_ || !inDTD_, Event::Kind::Comment, {text});
+  recordIf(lexical_ || !inDTD_, RecordKind::Comment, text);
 }
 
 void EventRecorder::skippedEntity(const std::string& name) {
-  recordIf(lexical_ || !inDTD_, Event::Kind::SkippedEntity, {name});
+  recordIf(lexical_ || !inDTD_, RecordKind::SkippedEntity, name);
 }
 
 std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& publicId,
@@ -175,7 +187,7 @@ std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& pu
   });
   // A reader that follows the standard goes on to say that the entity was skipped.
   if (!entity && !readerFollowsStandard_) {
-    recordIf(lexical_ || !inDTD_, Event::Kind::ResolveEntity, {publicId, systemId});
+    recordIf(lexical_ || !inDTD_, RecordKind::ResolveEntity, publicId, systemId);
   }
   return entity;
 }
@@ -183,12 +195,12 @@ std::unique_ptr<std::istream> EventRecorder::resolveEntity(const std::string& pu
 void EventRecorder::startDTD(const std::string& name, const std::string& publicId,
                              const std::string& systemId) {
   inDTD_ = true;
-  recordIf(lexical_, Event::Kind::StartDTD, {name, publicId, systemId});
+  recordIf(lexical_, RecordKind::StartDTD, name, publicId, systemId);
 }
 
 void EventRecorder::endDTD() {
   inDTD_ = false;
-  recordIf(lexical_, Event::Kind::EndDTD, {});
+  recordIf(lexical_, RecordKind::EndDTD);
 }
 
 void EventRecorder::startEntity(const std::string& name) {
@@ -199,8 +211,8 @@ void EventRecorder::endEntity(const std::string& name) {
   if (name == kExternalSubset) inExternalSubset_ = false;
 }
 
-void EventRecorder::startCDATA() { recordIf(lexical_, Event::Kind::StartCDATA, {}); }
+void EventRecorder::startCDATA() { recordIf(lexical_, RecordKind::StartCDATA); }
 
-void EventRecorder::endCDATA() { recordIf(lexical_, Event::Kind::EndCDATA, {}); }
+void EventRecorder::endCDATA() { recordIf(lexical_, RecordKind::EndCDATA); }
 
 }  // namespace tool

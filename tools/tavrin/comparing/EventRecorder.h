@@ -4,20 +4,18 @@
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 
-#include <cstddef>
 #include <exception>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "comparing/EventQueue.h"
+#include "comparing/RecordWriter.h"
 #include "files/Input.h"
 
 namespace tool {
 
 /// Records the events that make up the content of a document, so that documents in different
 /// encodings have the same events:
-/// - Text is one event, whatever calls, CDATA sections or typed values it comes in.
+/// - Text is one run of records, whatever calls, CDATA sections or typed values it comes in.
 /// - The end of a prefix mapping is left out: it goes without saying where the element ends.
 /// - The document type is left out, with references and comments within it, and its external subset
 ///   whole.
@@ -31,7 +29,7 @@ class EventRecorder : public Tavrin::ContentHandler,
                       public Tavrin::EncodingAlgorithmContentHandler {
  public:
   /// @param resolver gives the external entities; null leaves them out
-  EventRecorder(EventQueue& queue, const Input& input, bool lexical,
+  EventRecorder(BlockQueue& queue, const Input& input, bool lexical,
                 Tavrin::EntityResolver* resolver);
 
   /// Lets a reader report to this recorder.
@@ -73,15 +71,16 @@ class EventRecorder : public Tavrin::ContentHandler,
  private:
   template <typename Work>
   void guard(Work work);
-  Event::Position advance();
-  void add(Event event);
-  void flushText(bool isCutOff);
-  void record(Event::Kind kind, std::vector<std::string> arguments,
-              const Tavrin::Attributes* attributes = nullptr);
+  Place advance();
+  void begin(RecordKind kind);
+  void end();
+  template <typename... Strings>
+  void record(RecordKind kind, const Strings&... strings);
+  template <typename... Strings>
+  void recordIf(bool wanted, RecordKind kind, const Strings&... strings);
   void recordText(const std::string& text);
-  void recordIf(bool wanted, Event::Kind kind, std::vector<std::string> arguments);
+  void noteTextBegins();
 
-  EventQueue& queue_;
   const Input& input_;
   bool lexical_;
   Tavrin::EntityResolver* resolver_;
@@ -90,10 +89,9 @@ class EventRecorder : public Tavrin::ContentHandler,
   std::uint64_t end_;  // The last octet of the event before.
   bool inDTD_ = false;
   bool inExternalSubset_ = false;
-  std::string text_;  // Not handed over yet: more may follow.
-  Event::Position textPosition_;
-  EventBatch batch_;
-  std::size_t batchOctets_ = 0;
+  RecordWriter records_;
+  Place textPlace_;
+  std::string entity_;  // In which the last record is, or the text to which it belongs.
   std::exception_ptr failure_;
 };
 

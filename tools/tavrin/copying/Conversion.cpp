@@ -2,12 +2,14 @@
 
 #include <Tavrin/Factories.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/TypedContentFilter.h>
 #include <Tavrin/TypedData.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "copying/Relay.h"
@@ -58,6 +60,7 @@ class Copier {
  public:
   /// @param in, out names of files; that of the copy may tell the type of writer
   /// @param writer for the first document
+  /// @throws Failure when there are to be typed values, and their rules cannot be read
   Copier(const ConversionOptions& options, const std::string& in, Input& input,
          const std::string& out, Output& output, std::unique_ptr<Tavrin::XMLWriter> writer)
       : options_(options),
@@ -66,6 +69,7 @@ class Copier {
         output_(output),
         entities_(in, options.reading.entityAccess()),
         writer_(std::move(writer)),
+        rules_(options.typing.readRules()),
         isText_(!writesFastInfoset(*writer_)) {}
 
   /// @param reader for the first document
@@ -96,13 +100,20 @@ class Copier {
     relay.declare(&declarations);
     WayBack wayBack(reader);
     if (relay.mayLackWayBack()) relay.watch(&wayBack);
-    relay.attachTo(reader);
+    // In text, a value is text.
+    std::optional<Tavrin::TypedContentFilter> typing;
+    if (options_.typing.isWanted() && !isText_) {
+      typing.emplace(rules_, options_.typing.filterOptions());
+      typing->setParent(&reader);
+    }
+    Tavrin::XMLReader& source = typing ? *typing : reader;
+    attach(source, relay, relay.takesDeclarations());
     // What cannot be read to its end is read only for the failure that comes first.
     if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
-    const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
+    const Losses losses(source, input_, [this](const auto& place, const auto& message) {
       reportLoss(place, message);
     });
-    parseInto(relay, reader, input_, entities_);
+    parseInto(relay, source, input_, entities_);
     declarations.check();  // A file may have changed meanwhile.
     checkDeclarations(reader);
     writer_.reset();  // Nothing of a document shall show in the next.
@@ -135,6 +146,7 @@ class Copier {
   Output& output_;
   EntityFiles entities_;
   std::unique_ptr<Tavrin::XMLWriter> writer_;
+  Tavrin::TypingRules rules_;
   bool isText_;
 };
 

@@ -10,6 +10,7 @@
 #include "options/CanonicalOptions.h"
 #include "options/LayoutOptions.h"
 #include "options/ReadingOptions.h"
+#include "options/TypingOptions.h"
 
 namespace tool {
 
@@ -23,6 +24,7 @@ struct ConversionOptions {
   LayoutOptions layout;
   CanonicalOptions canonical;
   ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
+  TypingOptions typing;
   TimingOptions timing;
 };
 

@@ -54,11 +54,6 @@ bool Relay::mayLackWayBack() const {
   return takesDeclarations() && !readerIsTyped_ && typedWriter_ != nullptr;
 }
 
-void Relay::attachTo(Tavrin::XMLReader& reader) {
-  expectFrom(reader);
-  attach(reader, *this, takesDeclarations());
-}
-
 void Relay::check() const {
   if (failure_) std::rethrow_exception(failure_);
 }

@@ -45,9 +45,8 @@ class Relay : public Tavrin::ContentHandler,
   Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input,
         Tavrin::EntityResolver* resolver = nullptr);
 
-  /// Lets a reader report to this relay: declarations only where they are passed on.
-  void attachTo(Tavrin::XMLReader& reader);
-  /// Names the reader whose events come, by way of another handler.
+  /// Names the reader whose events come, maybe by way of another handler. They are attached to the
+  /// relay with declarations only where these are passed on.
   void expectFrom(Tavrin::XMLReader& reader);
   /// Whether declarations are passed on.
   bool takesDeclarations() const { return readerFollowsStandard_ && writerFollowsStandard_; }

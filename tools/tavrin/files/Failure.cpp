@@ -20,6 +20,10 @@ Failure::Failure(ExitStatus status, const std::string& line)
 
 Failure Failure::usage(const std::string& message) { return {NotPossible, "tavrin: " + message}; }
 
+Failure Failure::usageAt(const std::string& place, const std::string& message) {
+  return {NotPossible, place + ": " + message};
+}
+
 Failure Failure::system(const std::string& name, int errorNumber) {
   return usage(name + ": " + std::generic_category().message(errorNumber));
 }

@@ -23,6 +23,8 @@ class Failure : public std::exception {
  public:
   /// "tavrin: MESSAGE"
   static Failure usage(const std::string& message);
+  /// "PLACE: MESSAGE", about a place in a file that tells the tool what to do.
+  static Failure usageAt(const std::string& place, const std::string& message);
   /// "tavrin: NAME: REASON", the reason being the system's.
   static Failure system(const std::string& name, int errorNumber);
   /// "PLACE: MESSAGE", about a place in a document.

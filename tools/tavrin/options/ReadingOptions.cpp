@@ -39,13 +39,12 @@ or off, a number as above, or a text. Unless it is changed, it is that in bracke
 
 )";
 
-/// Puts a text in place of a line that stands for it.
+}  // namespace
+
 void replaceLine(std::string& help, std::string_view line, const std::string& text) {
   const std::size_t begin = help.find(line);
   if (begin != std::string::npos) help.replace(begin, line.size(), text);
 }
-
-}  // namespace
 
 EntityAccess ReadingOptions::entityAccess() const {
   if (entities.empty()) return EntityAccess::None;

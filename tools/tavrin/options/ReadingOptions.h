@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <string_view>
 
 #include "files/EntityFiles.h"
 #include "options/Limits.h"
@@ -28,6 +29,9 @@ struct ReadingOptions {
   /// @param isChosen the type of writer was chosen by name
   void applyTo(Tavrin::XMLWriter& writer, bool isChosen) const;
 };
+
+/// Puts a text in the place of a line of a help text, if it has that line.
+void replaceLine(std::string& help, std::string_view line, const std::string& text);
 
 /// Adds a command that reads documents.
 /// @param help all that its --help prints, but for the lines "%options%" and "%limits%": in place

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "comparing/Records.h"
+
+namespace tool {
+
+/// Hands blocks of records from the thread that reads a document to the one that looks at them, and
+/// back when they are done with. It holds a few at most: the reading thread waits.
+class BlockQueue {
+ public:
+  /// What push throws once nobody wants blocks any more.
+  struct Stopped {};
+
+  /// @name For the reading thread
+  /// @{
+
+  /// An empty block, which may have storage already.
+  std::unique_ptr<Block> take();
+  void push(std::unique_ptr<Block> block);
+  /// There will be no more blocks.
+  /// @param failure why the document could not be read to its end, or null
+  void close(std::exception_ptr failure);
+  /// @}
+
+  /// @name For the other thread
+  /// @{
+
+  /// Waits for the next block. Returns null when there is none left.
+  std::unique_ptr<Block> pop();
+  /// Gives a block back.
+  void giveBack(std::unique_ptr<Block> block);
+  /// Why there are no more blocks; null at the end of the document. Call it after pop said so.
+  std::exception_ptr failure() const { return failure_; }
+  /// Lets the reading thread end early.
+  void stop();
+  /// @}
+
+ private:
+  bool hasRoomFor(const Block& block) const;
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::unique_ptr<Block>> blocks_;
+  std::size_t octets_ = 0;  // Of all blocks.
+  std::vector<std::unique_ptr<Block>> free_;
+  bool closed_ = false;
+  bool stopped_ = false;
+  std::exception_ptr failure_;
+};
+
+}  // namespace tool

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <Tavrin/XMLReader.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "comparing/BlockQueue.h"
+#include "comparing/RecordReader.h"
+#include "files/EntityFiles.h"
+#include "files/Input.h"
+#include "options/ReadingOptions.h"
+
+namespace tool {
+
+/// A file of documents that a thread of its own reads; its events come as records.
+class Documents {
+ public:
+  /// @param lexical whether document types and the borders of CDATA sections count
+  /// @param quiet   no progress bar
+  Documents(const std::string& name, const ReadingOptions& options, bool lexical, bool quiet);
+  ~Documents();
+  Documents(const Documents&) = delete;
+  Documents& operator=(const Documents&) = delete;
+
+  const std::string& name() const { return input_.name(); }
+  bool hasProgress() const { return input_.hasProgress(); }
+  /// How many documents there are. Call it behind the last record.
+  std::uint64_t number() const { return input_.documentNumber(); }
+
+  void start();
+  RecordReader& records() { return records_; }
+
+  /// @throws what ended the reading before the last document did. Call it behind the last record
+  void check() const;
+
+ private:
+  void run();
+  void read();
+
+  Input input_;
+  ReadingOptions options_;
+  bool lexical_;
+  EntityFiles entities_;
+  std::unique_ptr<Tavrin::XMLReader> reader_;
+  BlockQueue queue_;
+  RecordReader records_;
+  std::thread thread_;
+};
+
+}  // namespace tool

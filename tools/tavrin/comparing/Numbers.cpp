@@ -1,0 +1,102 @@
+#include "comparing/Numbers.h"
+
+#include <Tavrin/EncodingAlgorithms.h>
+#include <Tavrin/Identifiers.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <typeinfo>
+
+namespace tool {
+
+namespace {
+
+/// A value prints as its class does: some readers make values that print exactly, others not.
+constexpr char kExact = 0x40;
+
+/// Calls a function with the class of arrays of an algorithm, as a value of it.
+template <typename Work>
+void withHolder(int algorithm, Work work) {
+  switch (algorithm) {
+    case Tavrin::algorithms::shortInteger:
+      return work(Tavrin::ShortData());
+    case Tavrin::algorithms::integer:
+      return work(Tavrin::IntData());
+    case Tavrin::algorithms::longInteger:
+      return work(Tavrin::LongData());
+    case Tavrin::algorithms::floatNumber:
+      return work(Tavrin::FloatData());
+    case Tavrin::algorithms::doubleNumber:
+      return work(Tavrin::DoubleData());
+    default:
+      return;
+  }
+}
+
+/// Whether a value prints exactly: it is of the class that has exact texts parsed.
+bool isExact(int algorithm, const Tavrin::EncodedData& data) {
+  using Types = std::array<const std::type_info*, Tavrin::algorithms::doubleNumber + 1>;
+  static const Types types = [] {
+    Types result{};
+    for (int i = 0; i <= Tavrin::algorithms::doubleNumber; ++i) {
+      withHolder(i, [&](const auto&) {
+        const auto exact = Tavrin::encodedDataFromText(i, "0");
+        const Tavrin::EncodedData& value = *exact;
+        result[static_cast<std::size_t>(i)] = &typeid(value);
+      });
+    }
+    return result;
+  }();
+  return typeid(data) == *types[static_cast<std::size_t>(algorithm)];
+}
+
+}  // namespace
+
+Numbers::Array Numbers::of(int algorithm, const Tavrin::EncodedData& data) {
+  Array array;
+  withHolder(algorithm, [&]<typename Holder>(const Holder&) {
+    const bool isPlain = typeid(data) == typeid(Holder);
+    if (!isPlain && !isExact(algorithm, data)) return;
+    const auto& numbers = static_cast<const Holder&>(data).data_;
+    array.mark = static_cast<char>(algorithm | (isPlain ? 0 : kExact));
+    array.size = sizeof numbers[0];
+    array.octets = {reinterpret_cast<const char*>(numbers.data()), numbers.size() * array.size};
+  });
+  return array;
+}
+
+void Numbers::putHeader(char* to, char mark, bool isContinued) {
+  to[0] = mark;
+  to[1] = isContinued ? 1 : 0;
+}
+
+std::string Numbers::lastOf(std::string_view body, std::size_t count) {
+  std::string last(body.substr(0, kHeaderSize));
+  withHolder(body[0] & ~kExact, [&]<typename Holder>(const Holder& holder) {
+    const std::size_t size = std::min(count * sizeof holder.data_[0], body.size() - kHeaderSize);
+    if (size < body.size() - kHeaderSize) last[1] = 1;  // The others stand before.
+    last += body.substr(body.size() - size);
+  });
+  return last;
+}
+
+void Numbers::appendText(std::string& text, std::string_view body) {
+  const char mark = body[0];
+  if (body[1] != 0) text += ' ';
+  body.remove_prefix(kHeaderSize);
+  const int algorithm = mark & ~kExact;
+  withHolder(algorithm, [&]<typename Holder>(Holder plain) {
+    const auto take = [&](Holder& holder) {
+      holder.data_.resize(body.size() / sizeof holder.data_[0]);
+      std::memcpy(holder.data_.data(), body.data(), body.size());
+      text += holder.toString();
+    };
+    if ((mark & kExact) == 0) return take(plain);
+    const auto exact = Tavrin::encodedDataFromText(algorithm, "0");
+    take(static_cast<Holder&>(*exact));
+  });
+}
+
+}  // namespace tool

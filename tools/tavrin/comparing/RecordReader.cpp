@@ -1,0 +1,108 @@
+#include "comparing/RecordReader.h"
+
+#include <utility>
+
+#include "comparing/Numbers.h"
+
+namespace tool {
+
+bool RecordReader::hasBlock(std::size_t index) {
+  while (blocks_.size() <= index) {
+    auto block = queue_.pop();
+    if (!block) return false;
+    isCutOff_ = block->isCutOff;
+    if (block->size > 0) blocks_.push_back(std::move(block));
+  }
+  return true;
+}
+
+void RecordReader::dropBlock() {
+  queue_.giveBack(std::move(blocks_.front()));
+  blocks_.pop_front();
+  isNew_ = true;
+  offset_ = 0;
+  number_ = 0;
+}
+
+/// Makes the first block the one with the current record.
+bool RecordReader::load() {
+  if (!blocks_.empty() && offset_ == blocks_.front()->size) dropBlock();
+  return hasBlock(0);
+}
+
+bool RecordReader::findNext(Position& position, Record& record) {
+  if (!hasBlock(position.block)) return false;
+  if (position.offset == blocks_[position.block]->size) {
+    if (!hasBlock(position.block + 1)) return false;
+    position = {position.block + 1, 0, 0};
+  }
+  record = recordAt(*blocks_[position.block], position.offset, position.number++);
+  position.offset += Block::kHeaderSize + record.body.size();
+  return true;
+}
+
+bool RecordReader::passEqualBlocks(RecordReader& a, RecordReader& b) {
+  if (!a.load() || !b.load() || (!a.isNew_ && !b.isNew_)) return false;
+  a.isNew_ = b.isNew_ = false;
+  const Block& inA = *a.blocks_.front();
+  const Block& inB = *b.blocks_.front();
+  const std::size_t left = inA.size - a.offset_;
+  if (inB.size - b.offset_ != left || inA.size - inA.lastText != inB.size - inB.lastText ||
+      inA.lastText <= a.offset_) {
+    return false;
+  }
+  if (std::memcmp(inA.octets.data() + a.offset_, inB.octets.data() + b.offset_, left) != 0) {
+    return false;
+  }
+  a.passToLastText();
+  b.passToLastText();
+  return true;
+}
+
+void RecordReader::passToLastText() {
+  const Block& block = *blocks_.front();
+  offset_ = block.lastText;
+  number_ = block.lastTextNumber;
+}
+
+// --- Texts ---
+
+bool TextPieces::findRecord() {
+  if (hasRecord_) records_.advance(record_);
+  hasRecord_ = records_.find(record_) && isPartOfText(record_.kind);
+  return hasRecord_;
+}
+
+const Record* TextPieces::numbers() {
+  if (!rest_.empty()) return nullptr;
+  if (!isWhole_) {
+    if (!findRecord()) return nullptr;
+    isWhole_ = record_.kind == RecordKind::Numbers;
+    if (!isWhole_) rest_ = record_.body;
+  }
+  return isWhole_ ? &record_ : nullptr;
+}
+
+std::string_view TextPieces::findRest() {
+  while (numbers() != nullptr) {
+    isWhole_ = false;
+    numbers_.clear();
+    Numbers::appendText(numbers_, record_.body);
+    rest_ = numbers_;
+  }
+  return rest_;
+}
+
+void TextPieces::skip() {
+  rest_ = {};
+  isWhole_ = false;
+  while (findRecord()) {
+  }
+}
+
+bool TextPieces::isCutOff() {
+  Record next{};
+  return !records_.find(next) && records_.isCutOff();
+}
+
+}  // namespace tool

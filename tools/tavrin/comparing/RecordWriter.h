@@ -1,0 +1,80 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "comparing/BlockQueue.h"
+#include "comparing/Numbers.h"
+
+namespace tool {
+
+/// Writes records into blocks and hands these over when they are full. Where a block ends depends
+/// on the records alone, so that equal documents have equal blocks.
+class RecordWriter {
+ public:
+  /// @param document its number
+  RecordWriter(BlockQueue& queue, std::uint64_t document);
+
+  /// @name One record
+  /// @{
+  void begin(RecordKind kind, const Place& place, const std::string& entity) {
+    start_ = block_->size;
+    startRecord(*block_, kind, place, entity);
+  }
+  void add(std::string_view text) {
+    const auto size = static_cast<std::uint32_t>(text.size());
+    char* const to = grow(*block_, sizeof size + text.size());
+    std::memcpy(to, &size, sizeof size);
+    copy(to + sizeof size, text);
+  }
+  /// Remarks something of the record that is not compared.
+  void remark(std::uint32_t attribute, std::string_view text);
+  void end();
+  /// @}
+
+  /// @name A text, piece by piece
+  /// @{
+  void addText(std::string_view text, const Place& place, const std::string& entity);
+  /// Numbers, which print with blanks between.
+  void addNumbers(const Numbers::Array& numbers, const Place& place, const std::string& entity);
+  /// Whether the last record belongs to a text.
+  bool isInText() const { return isInText_; }
+  void endText() { isInText_ = false; }
+  /// @}
+
+  /// Hands over what is left.
+  /// @param isCutOff the text at the end could not be read on
+  void finish(bool isCutOff);
+
+ private:
+  static char* grow(Block& block, std::size_t size) {
+    const std::size_t end = block.size + size;
+    if (end > block.octets.size()) enlarge(block, end);
+    char* const to = block.octets.data() + block.size;
+    block.size = end;
+    return to;
+  }
+  static void enlarge(Block& block, std::size_t size);
+  static void copy(char* to, std::string_view text) {
+    if (!text.empty()) std::memcpy(to, text.data(), text.size());
+  }
+  void startRecord(Block& block, RecordKind kind, const Place& place, const std::string& entity);
+  std::unique_ptr<Block> newBlock();
+  void beginText(RecordKind kind, const Place& place, const std::string& entity);
+  void setSize();
+  void moveToNextBlock();
+  void handOver();
+  std::size_t room() const { return Block::kSize - std::min(Block::kSize, block_->size); }
+
+  BlockQueue& queue_;
+  const std::uint64_t document_;
+  std::unique_ptr<Block> block_;
+  std::size_t start_ = 0;    // Where the last record begins.
+  bool isInText_ = false;    // The last record is a part of a text that may go on.
+  bool isOpenText_ = false;  // It is one of octets, to which others may be added.
+};
+
+}  // namespace tool
