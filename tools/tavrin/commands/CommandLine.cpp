@@ -25,6 +25,8 @@ Commands:
   events       show the events that a reader makes of a document
   stat         count what documents hold
   diff         compare two documents event by event
+  inspect      show what every octet of a Fast Infoset document is
+  assemble     make the octets of a document of what inspect shows
   types        list the readers and writers there are
 
 Options:
@@ -97,8 +99,9 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.require_subcommand(1);
   app.option_defaults()->disable_flag_override();
-  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app),
-                              makeStat(app),    makeDiff(app),  makeTypes(app)};
+  const Command commands[] = {makeConvert(app),  makeCheck(app), makeEvents(app),
+                              makeStat(app),     makeDiff(app),  makeInspect(app),
+                              makeAssemble(app), makeTypes(app)};
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

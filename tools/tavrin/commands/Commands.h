@@ -21,6 +21,8 @@ Command makeCheck(CLI::App& app);
 Command makeEvents(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
+Command makeInspect(CLI::App& app);
+Command makeAssemble(CLI::App& app);
 Command makeTypes(CLI::App& app);
 
 /// Adds an empty command.

@@ -12,6 +12,7 @@
 
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
+#include "files/Failure.h"
 #include "files/Input.h"
 #include "files/Output.h"
 #include "options/TypeChoice.h"
