@@ -11,7 +11,6 @@
 #include "files/Input.h"
 #include "files/Output.h"
 #include "octets/Inspection.h"
-#include "options/Limits.h"
 
 namespace tool {
 
@@ -105,8 +104,7 @@ ExitStatus inspect(const Options& options) {
     throw Failure::usage(options.file + " has " + std::to_string(inspection.octets()) + " octets");
   }
   if (finding) {
-    throw Failure::document(placeIn(options.file, finding->octet),
-                            Limits::withOption(finding->message));
+    throw Failure::document(placeIn(options.file, finding->octet), finding->message);
   }
   return Done;
 }

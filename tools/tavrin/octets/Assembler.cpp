@@ -14,6 +14,7 @@ constexpr std::size_t kMostOffsetDigits = 16;
 constexpr char kColour = '\x1B';
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr char kTwoDigits[] = "an octet has two hexadecimal digits";
+constexpr char kHalf[] = "half of a surrogate pair";
 constexpr char kNotClosed[] = "the text that begins here is not closed on its line";
 
 /// The value of a hexadecimal digit, or -1.
@@ -73,7 +74,7 @@ void Assembler::end() {
       if (state_ != State::Digit) break;
       [[fallthrough]];
     case State::Digit:
-      failAt(column_ - 1, kTwoDigits);
+      failAt(digitColumn_, kTwoDigits);
     case State::Text:
     case State::Escape:
     case State::EscapeDigits:
@@ -92,7 +93,7 @@ void Assembler::take(char c) {
     case State::Between:
       return takeBetween(c);
     case State::Digit:
-      if (valueOf(c) < 0) failAt(column_ - 1, kTwoDigits);
+      if (valueOf(c) < 0) failAt(digitColumn_, kTwoDigits);
       put(static_cast<char>(digit_ << 4 | static_cast<unsigned>(valueOf(c))));
       state_ = State::Between;
       return;
@@ -141,18 +142,19 @@ void Assembler::endFirst() {
     put(static_cast<char>(valueOf(first_[i]) << 4 | valueOf(first_[i + 1])));
   }
   if (first_.size() % 2 != 0) {
-    digit_ = static_cast<unsigned>(valueOf(first_.back()));
-    state_ = State::Digit;
+    beginPair(first_.back(), column_ - 1);
   }
   first_.clear();
 }
 
+void Assembler::beginPair(char digit, std::uint64_t column) {
+  digit_ = static_cast<unsigned>(valueOf(digit));
+  digitColumn_ = column;
+  state_ = State::Digit;
+}
+
 void Assembler::takeBetween(char c) {
-  if (const int value = valueOf(c); value >= 0) {
-    digit_ = static_cast<unsigned>(value);
-    state_ = State::Digit;
-    return;
-  }
+  if (valueOf(c) >= 0) return beginPair(c, column_);
   switch (c) {
     case ' ':
     case '\t':
@@ -230,17 +232,18 @@ void Assembler::endEscape() {
   if (!isCode_) return put(static_cast<char>(code_));
   if (code_ >= 0xD800 && code_ <= 0xDBFF) {
     half_ = code_;
+    halfColumn_ = escapeColumn_;
   } else if (!isLow) {
     putCharacter(code_);
   } else if (code_ >= 0xDC80 && code_ <= 0xDCFF) {
     put(static_cast<char>(code_ & 0xFF));  // How texts show an octet that is not UTF-8.
   } else {
-    failAt(escapeColumn_, "half of a surrogate pair");
+    failAt(escapeColumn_, kHalf);
   }
 }
 
 void Assembler::checkNoHalf() {
-  if (half_ != 0) failAt(escapeColumn_, "half of a surrogate pair");
+  if (half_ != 0) failAt(halfColumn_, kHalf);
 }
 
 void Assembler::putCharacter(char32_t code) {

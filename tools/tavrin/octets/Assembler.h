@@ -45,6 +45,7 @@ class Assembler {
   void take(char c);
   void takeFirst(char c);
   void takeBetween(char c);
+  void beginPair(char digit, std::uint64_t column);
   void takeText(char c);
   void takeEscape(char c);
   void takeEscapeDigit(char c);
@@ -67,8 +68,10 @@ class Assembler {
   unsigned digit_ = 0;
   std::uint64_t line_ = 1;
   std::uint64_t column_ = 0;
-  std::uint64_t textColumn_ = 0;  // Where a text or an escape began.
+  std::uint64_t digitColumn_ = 0;  // Where the first of a pair stands.
+  std::uint64_t textColumn_ = 0;   // Where a text began, an escape, and a half of a pair.
   std::uint64_t escapeColumn_ = 0;
+  std::uint64_t halfColumn_ = 0;
   std::size_t digitsLeft_ = 0;
   bool isCode_ = false;  // The escape is that of a character, not of an octet.
   char32_t code_ = 0;

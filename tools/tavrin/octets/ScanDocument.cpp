@@ -45,7 +45,7 @@ void Scanner::scanDocument() {
   scanHeader();
   scanComponents();
   for (bool ended = false; !ended;) {
-    const bool isInside = !open_.empty();
+    const bool isInside = open_.count() > 0;
     ended = isInside ? scanContentItem() : scanChild();
   }
 }
@@ -223,7 +223,7 @@ bool Scanner::scanDocumentType(unsigned octet) {
 // --- Items ---
 
 void Scanner::scanInstruction() {
-  note_.begin("processing instruction", "C.5").path(path());
+  note_.begin("processing instruction", "C.5").path(open_.path());
   write(1);
   ++extraLevels_;
   scanIdentifier("target", kOtherNCNames);
@@ -232,7 +232,7 @@ void Scanner::scanInstruction() {
 }
 
 void Scanner::scanComment() {
-  note_.begin("comment", "C.8").path(path());
+  note_.begin("comment", "C.8").path(open_.path());
   write(1);
   ++extraLevels_;
   scanString("content", "C.14", kOtherStrings, kNoPath);
@@ -240,7 +240,7 @@ void Scanner::scanComment() {
 }
 
 void Scanner::scanEntityReference(unsigned octet) {
-  note_.begin("unexpanded entity reference", "C.6").path(path());
+  note_.begin("unexpanded entity reference", "C.6").path(open_.path());
   write(1);
   ++extraLevels_;
   scanIdentifier("name", kOtherNCNames);

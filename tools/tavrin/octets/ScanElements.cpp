@@ -8,14 +8,6 @@
 
 namespace tool::octets {
 
-namespace {
-
-/// A path is shown from its end, as far as there is room.
-constexpr std::size_t kLongestPath = 80;
-constexpr char kCut[] = "...";
-
-}  // namespace
-
 // --- Content (C.3.7) ---
 
 /// @return true when it ended the document
@@ -46,13 +38,13 @@ bool Scanner::scanContentItem() {
 bool Scanner::endElements(unsigned octet) {
   const std::size_t level = this->level() - 1;
   const bool isDouble = octet == format::kDoubleTerminator;
-  const bool endsDocument = isDouble && open_.size() == 1;
-  note_.begin("end of the element", endsDocument ? "C.3.8, C.2.12" : "C.3.8").path(path());
-  closeElement();
+  const bool endsDocument = isDouble && open_.count() == 1;
+  note_.begin("end of the element", endsDocument ? "C.3.8, C.2.12" : "C.3.8").path(open_.path());
+  open_.close();
   if (endsDocument) note_.add(" and of the document");
   if (isDouble && !endsDocument) {
-    note_.add(" and of").path(path());
-    closeElement();
+    note_.add(" and of").path(open_.path());
+    open_.close();
   }
   writeAt(level, 1);
   return endsDocument;
@@ -114,16 +106,16 @@ void Scanner::scanElementName(const char* what, const std::string& clauses, unsi
     LiteralName literal = peekLiteralName(bits, tables_.elements);
     --extraLevels_;
     // Of an external vocabulary nobody knows where its entries end and those of the document begin.
-    openElement(tables_.hasUnknownEntries ? 0 : literal.index, literal.name);
-    note_.path(path());
+    open_.open(tables_.hasUnknownEntries ? 0 : literal.index, literal.name);
+    note_.path(open_.path());
     return writeIdentifier(std::move(literal.localName));
   }
   const Number index = numberAhead(format::kElementNumber, 0, "the name of an element");
   const Name name = findName(tables_.elements, index.value);
   note_.begin(what, clauses + ", C.27").entry(tables_.elements.name(), index.value).add(words);
   const std::size_t level = this->level();
-  openElement(static_cast<std::uint32_t>(index.value), name);
-  note_.path(path());
+  open_.open(tables_.hasUnknownEntries ? 0 : static_cast<std::uint32_t>(index.value), name);
+  note_.path(open_.path());
   writeAt(level, index.size);
 }
 
@@ -174,8 +166,8 @@ void Scanner::scanAttributes() {
     }
     if (octet == format::kDoubleTerminator) {
       const std::size_t level = this->level() - 1;
-      note_.begin("end of the attributes and of the element", "C.3.6, C.3.8").path(path());
-      closeElement();
+      note_.begin("end of the attributes and of the element", "C.3.6, C.3.8").path(open_.path());
+      open_.close();
       return writeAt(level, 1);
     }
     const bool isLiteral = (octet & ~format::kPartBits) == format::kLiteralAttributeName;
@@ -185,7 +177,7 @@ void Scanner::scanAttributes() {
 }
 
 void Scanner::scanAttribute(unsigned octet, bool isLiteral) {
-  std::string attributePath = path() + "/@";
+  std::string attributePath = open_.path() + "/@";
   if (isLiteral) {
     checkParts(octet);
     note_.begin("attribute", "C.4, C.17").add(", with a literal name");
@@ -206,44 +198,6 @@ void Scanner::scanAttribute(unsigned octet, bool isLiteral) {
   }
   scanString("value", "C.14", kAttributeValues, {});
   --extraLevels_;
-}
-
-// --- Open elements ---
-
-/// @param index of the name; 0 where it is in no table
-void Scanner::openElement(std::uint32_t index, const Name& name) {
-  open_.push_back(index);
-  if (index == 0) unlisted_.push_back(name);
-  isPathKnown_ = false;
-}
-
-void Scanner::closeElement() {
-  if (open_.back() == 0) unlisted_.pop_back();
-  open_.pop_back();
-  isPathKnown_ = false;
-}
-
-/// The path of the innermost open element; nothing outside of the root element.
-const std::string& Scanner::path() {
-  if (isPathKnown_) return path_;
-  isPathKnown_ = true;
-  path_.clear();
-  std::size_t unlisted = unlisted_.size();
-  for (std::size_t i = open_.size(); i-- > 0;) {
-    Name name;
-    if (open_[i] == 0) {
-      name = unlisted_[--unlisted];
-    } else {
-      name = findName(tables_.elements, open_[i]);
-    }
-    const std::string step = "/" + escaped(tables_.qualifiedNameOf(name));
-    if (!path_.empty() && path_.size() + step.size() > kLongestPath) {
-      path_.insert(0, kCut);
-      break;
-    }
-    path_.insert(0, step);
-  }
-  return path_;
 }
 
 }  // namespace tool::octets

@@ -134,7 +134,7 @@ void Scanner::scanChunk(unsigned octet) {
     const Number index = numberAhead(format::kChunkNumber, 0, "an index");
     note_.begin(kWhat, "C.7, C.15, C.28");
     noteEntry(kChunks, index.value);
-    note_.path(path());
+    note_.path(open_.path());
     return write(index.size);
   }
   Encoded encoded{static_cast<Encoding>(octet >> 2 & 3), 0, {}, 1, "C.24"};
@@ -145,7 +145,7 @@ void Scanner::scanChunk(unsigned octet) {
   encoded.length = numberAhead(format::kChunkLength, encoded.head - 1, "a length");
   encoded.head += encoded.length.size - 1;
   scanEncoded(kWhat, "C.7, C.15, C.20", encoded, kChunks, (octet & format::kChunkAdds) != 0,
-              path());
+              open_.path());
 }
 
 // --- Encoding formats ---

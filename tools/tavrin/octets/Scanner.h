@@ -13,6 +13,7 @@
 #include "octets/Cursor.h"
 #include "octets/Format.h"
 #include "octets/Note.h"
+#include "octets/OpenElements.h"
 #include "octets/Tables.h"
 #include "octets/TextForm.h"
 
@@ -78,7 +79,7 @@ class Scanner {
   /// Writes octets that are in view, with the note.
   void write(std::size_t size) { writeAt(level(), size); }
   void writeAt(std::size_t level, std::size_t size);
-  std::size_t level() const { return 1 + open_.size() + extraLevels_; }
+  std::size_t level() const { return 1 + open_.count() + extraLevels_; }
   void writeRest(const Break& broken);
   void writeTables();
   void writeTable(const StringTable& table);
@@ -134,9 +135,6 @@ class Scanner {
   Name findName(const NameTable& names, std::uint64_t index);
   void scanAttributes();
   void scanAttribute(unsigned octet, bool isLiteral);
-  void openElement(std::uint32_t index, const Name& name);
-  void closeElement();
-  const std::string& path();
 
   // --- Strings (ScanStrings.cpp) ---
 
@@ -180,13 +178,7 @@ class Scanner {
   bool hasRoot_ = false;
   bool hasDocumentType_ = false;
   std::size_t extraLevels_ = 0;
-
-  /// The open elements, by the indexes of their names. Those of names in no table, which may be
-  /// where the table is full, stand in a list of their own.
-  std::vector<std::uint32_t> open_;
-  std::vector<Name> unlisted_;
-  std::string path_;
-  bool isPathKnown_ = false;
+  OpenElements open_{tables_};
 };
 
 }  // namespace tool::octets

@@ -10,6 +10,9 @@
 namespace tool::octets {
 
 Verdict::Verdict() {
+  Tavrin::XMLReader_X891::Limits limits = reader_.getLimits();
+  limits.maximumLiteralOctets = std::numeric_limits<std::uint64_t>::max();  // See stop.
+  reader_.setLimits(limits);
   reader_.setContentHandler(&end_);
   reader_.setProperty(Tavrin::properties::encodingAlgorithmContentHandler, &anyAlgorithm_);
 }

@@ -28,7 +28,8 @@ class Verdict {
   void read(std::string_view block);
   /// No octets are left.
   void end();
-  /// Judges no further.
+  /// Judges no further. To be called before a literal that would take too much memory: the reader
+  /// needs it whole.
   void stop() { isOver_ = true; }
   const std::optional<Refusal>& refusal() const { return refusal_; }
 
