@@ -24,6 +24,8 @@ Command makeDiff(CLI::App& app);
 Command makeInspect(CLI::App& app);
 Command makeAssemble(CLI::App& app);
 Command makeTypes(CLI::App& app);
+Command makeCompletion(CLI::App& app);
+Command makeManual(CLI::App& app);
 
 /// Adds an empty command.
 /// @param help all that its --help prints
