@@ -15,6 +15,8 @@ Commands:
   events       show the events that a reader makes of a document
   stat         count what documents hold
   diff         compare two documents event by event
+  inspect      show what every octet of a Fast Infoset document is
+  assemble     make the octets of a document of what inspect shows
   types        list the readers and writers there are
   completion   print what a shell needs to complete all this
 

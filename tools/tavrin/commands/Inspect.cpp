@@ -31,26 +31,25 @@ Options:
                     option, does on a terminal unless the environment has NO_COLOR
   -h, --help        print this help
 
-Every line has an offset, octets in hexadecimal and a comment:
+Every line has an offset, octets in hexadecimal and a comment, which tells what the octets are, with
+the clauses of ITU-T X.891 that say so; then the value, the entry of a table that an index names,
+behind =, the entry that is added to a table, behind ->, and the path of the element:
 
-  0000000b: 92 01 74 65 78 74         #     characters (C.7, C.15, C.20, C.24): "text" -> CONTENT
-  CHARACTER CHUNK[1]  /a
+    00000014: 40 31                    #       value (C.14, C.19, C.23): "1" -> ATTRIBUTE VALUE[1]
 
-A comment tells what the octets are, with the clauses of ITU-T X.891 that say so; then the value; the
-entry of a table that an index names, behind =; the entry that is added to a table, behind ->; and
-the path of the element. Octets of a long string or typed value follow on lines of their own. Typed
-values are decoded.
+Octets of a long text or typed value follow on lines of their own. Typed values are decoded. Lines
+that begin with "# !" tell what is wrong.
 
 Of a document that is broken, the octets up to the break are shown so, then what was expected, and
-the other octets as they are. The work fails then. It also fails where the octets can be followed,
-but the reader X891 refuses what they say, such as a character that XML does not allow: a line tells
-so behind the octets, which are shown to the end. So the work fails where check does, but for XML
-text, which is no Fast Infoset. Strings of more than 16M octets are not judged, nor is what follows
-them.
+then the other octets as they are. The work fails then. It also fails where the octets can be
+followed, but the reader X891 refuses what they say, such as a character that XML does not allow; all
+octets are shown as what they are then. So it fails where check does, but for XML text, which is no
+Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets alone
+are judged.
 
 The command assemble makes the same octets of the lines again.
 
-Example:
+Examples:
   tavrin inspect --tables in.fi
   tavrin inspect --at 1042 broken.fi
 )";

@@ -47,6 +47,7 @@ Words valuesOf(const std::string& name, const std::string& placeholder) {
   if (placeholder == "TYPE" && name == "--to") return Tavrin::XMLWriterFactory::getTypeNames();
   if (placeholder == "TYPE") return Tavrin::XMLReaderFactory::getTypeNames();
   if (name == "--limit") return Limits::names();
+  if (name == "--color") return {"auto", "always", "never"};
   return {};
 }
 
