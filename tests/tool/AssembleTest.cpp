@@ -125,3 +125,35 @@ TEST_F(Assemble, MakesADocumentOfATextThatWasChanged) {
   EXPECT_EQ(run({"convert", "--no-declaration", "-"}, made.out),
             (Result{0, "<a>new text</a>", ""}));
 }
+
+TEST_F(Assemble, IsExplained) {
+  EXPECT_EQ(run({"assemble", "--help"}), (Result{0, R"help(Makes the octets of a document of the text that inspect shows.
+
+Usage: tavrin assemble [OPTIONS] [IN [OUT]]
+
+  IN                the text; - or nothing is standard input
+  OUT               where to write the octets; - or nothing is standard output
+
+Options:
+  --force           replace OUT if it exists
+  -h, --help        print this help
+
+Of what inspect shows of a file, whatever it is, assemble makes the octets of that file. The text
+may be changed, or written by hand. On each line there are, and each may be missing:
+
+  OFFSET:           hexadecimal digits and a colon; they may be wrong, nobody reads them
+  OCTETS            pairs of hexadecimal digits, and texts in quotes, which become their UTF-8; in
+                    texts, \" \\ \n \r \t \xNN and \uNNNN stand for a quote, a backslash, controls,
+                    an octet and a character
+  # COMMENT         anything, up to the end of the line
+
+Lengths and indexes are octets like any others: whoever changes a text changes its length, too.
+
+A text of another form is refused with its line and column, FILE:LINE:COLUMN. OUT appears when it is
+complete, and not at all if the work fails.
+
+Example:
+  tavrin inspect in.fi > in.txt
+  tavrin assemble in.txt out.fi
+)help", ""}));
+}

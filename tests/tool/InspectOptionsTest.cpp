@@ -110,3 +110,44 @@ TEST_F(InspectOptions, ShowsDeepDocumentsInShortLines) {
   EXPECT_LT(result.out.size(), document.size() * 250);
   EXPECT_EQ(run({"assemble"}, result.out).out, document);
 }
+
+TEST_F(InspectOptions, IsExplained) {
+  EXPECT_EQ(run({"inspect", "--help"}),
+            (Result{0, R"help(Shows what every octet of a Fast Infoset document is.
+
+Usage: tavrin inspect [OPTIONS] FILE
+
+  FILE              the document; - is standard input
+
+Options:
+  --at OCTET        show the lines around an octet, and read no further. OCTET is a number as
+                    messages have it, counted from 1, or an offset as the lines have it behind 0x
+  --tables          show the tables of the vocabulary behind each document
+  --color WHEN      auto, always or never: whether to use colours. auto, which is so without the
+                    option, does on a terminal unless the environment has NO_COLOR
+  -h, --help        print this help
+
+Every line has an offset, octets in hexadecimal and a comment, which tells what the octets are, with
+the clauses of ITU-T X.891 that say so; then the value, the entry of a table that an index names,
+behind =, the entry that is added to a table, behind ->, and the path of the element:
+
+    00000014: 40 31                    #       value (C.14, C.19, C.23): "1" -> ATTRIBUTE VALUE[1]
+
+Octets of a long text or typed value follow on lines of their own. Typed values are decoded. Lines
+that begin with "# !" tell what is wrong.
+
+Of a document that is broken, the octets up to the break are shown so, then what was expected, and
+then the other octets as they are. The work fails then. It also fails where the octets can be
+followed, but the reader X891 refuses what they say, such as a character that XML does not allow.
+All octets are shown as what they are then. So it fails where check does, but for XML text, which is
+no Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets
+alone are judged.
+
+The command assemble makes the same octets of the lines again.
+
+Examples:
+  tavrin inspect --tables in.fi
+  tavrin inspect --at 1042 broken.fi
+)help",
+                    ""}));
+}

@@ -23,8 +23,8 @@ Options:
   --force           replace OUT if it exists
   -h, --help        print this help
 
-Of what inspect shows of a file, whatever it is, assemble makes the octets of that file. The text may
-be changed, or written by hand. On each line there are, and each may be missing:
+Of what inspect shows of a file, whatever it is, assemble makes the octets of that file. The text
+may be changed, or written by hand. On each line there are, and each may be missing:
 
   OFFSET:           hexadecimal digits and a colon; they may be wrong, nobody reads them
   OCTETS            pairs of hexadecimal digits, and texts in quotes, which become their UTF-8; in

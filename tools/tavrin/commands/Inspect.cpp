@@ -42,10 +42,10 @@ that begin with "# !" tell what is wrong.
 
 Of a document that is broken, the octets up to the break are shown so, then what was expected, and
 then the other octets as they are. The work fails then. It also fails where the octets can be
-followed, but the reader X891 refuses what they say, such as a character that XML does not allow; all
-octets are shown as what they are then. So it fails where check does, but for XML text, which is no
-Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets alone
-are judged.
+followed, but the reader X891 refuses what they say, such as a character that XML does not allow.
+All octets are shown as what they are then. So it fails where check does, but for XML text, which is
+no Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets
+alone are judged.
 
 The command assemble makes the same octets of the lines again.
 
