@@ -127,7 +127,8 @@ TEST_F(Assemble, MakesADocumentOfATextThatWasChanged) {
 }
 
 TEST_F(Assemble, IsExplained) {
-  EXPECT_EQ(run({"assemble", "--help"}), (Result{0, R"help(Makes the octets of a document of the text that inspect shows.
+  EXPECT_EQ(run({"assemble", "--help"}),
+            (Result{0, R"help(Makes the octets of a document of the text that inspect shows.
 
 Usage: tavrin assemble [OPTIONS] [IN [OUT]]
 
@@ -155,5 +156,6 @@ complete, and not at all if the work fails.
 Example:
   tavrin inspect in.fi > in.txt
   tavrin assemble in.txt out.fi
-)help", ""}));
+)help",
+                    ""}));
 }
