@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/Failure.h"
+#include "printing/Text.h"
 
 namespace tool::octets {
 
@@ -93,10 +94,7 @@ void Assembler::take(char c) {
     case State::Between:
       return takeBetween(c);
     case State::Digit:
-      if (valueOf(c) < 0) failAt(digitColumn_, kTwoDigits);
-      put(static_cast<char>(digit_ << 4 | static_cast<unsigned>(valueOf(c))));
-      state_ = State::Between;
-      return;
+      return takeSecondDigit(c);
     case State::Comment:
       return;
     case State::Text:
@@ -131,7 +129,8 @@ void Assembler::takeFirst(char c) {
     state_ = State::Colour;
   } else if (!first_.empty() || (c != ' ' && c != '\t')) {
     endFirst();
-    take(c);
+    if (state_ == State::Digit) return takeSecondDigit(c);
+    takeBetween(c);
   }
 }
 
@@ -151,6 +150,12 @@ void Assembler::beginPair(char digit, std::uint64_t column) {
   digit_ = static_cast<unsigned>(valueOf(digit));
   digitColumn_ = column;
   state_ = State::Digit;
+}
+
+void Assembler::takeSecondDigit(char c) {
+  if (valueOf(c) < 0) failAt(digitColumn_, kTwoDigits);
+  put(static_cast<char>(digit_ << 4 | static_cast<unsigned>(valueOf(c))));
+  state_ = State::Between;
 }
 
 void Assembler::takeBetween(char c) {
@@ -247,19 +252,9 @@ void Assembler::checkNoHalf() {
 }
 
 void Assembler::putCharacter(char32_t code) {
-  const auto append = [this](char32_t octet) { put(static_cast<char>(octet)); };
-  if (code < 0x80) return append(code);
-  if (code < 0x800) {
-    append(0xC0 | code >> 6);
-  } else if (code < 0x10000) {
-    append(0xE0 | code >> 12);
-    append(0x80 | (code >> 6 & 0x3F));
-  } else {
-    append(0xF0 | code >> 18);
-    append(0x80 | (code >> 12 & 0x3F));
-    append(0x80 | (code >> 6 & 0x3F));
-  }
-  append(0x80 | (code & 0x3F));
+  std::string octets;
+  appendUTF8(octets, code);
+  for (const char octet : octets) put(octet);
 }
 
 }  // namespace tool::octets

@@ -46,6 +46,7 @@ class Assembler {
   void takeFirst(char c);
   void takeBetween(char c);
   void beginPair(char digit, std::uint64_t column);
+  void takeSecondDigit(char c);
   void takeText(char c);
   void takeEscape(char c);
   void takeEscapeDigit(char c);

@@ -7,6 +7,8 @@
 #include <concepts>
 #include <iterator>
 
+#include "printing/Text.h"
+
 namespace tool::octets {
 
 namespace {
@@ -38,22 +40,6 @@ std::size_t cutAtEnd(std::string_view text) {
     return size > back ? back : 0;
   }
   return 0;
-}
-
-void appendUTF8(char32_t code, std::string& text) {
-  const auto append = [&text](char32_t octet) { text += static_cast<char>(octet); };
-  if (code < 0x80) return append(code);
-  if (code < 0x800) {
-    append(0xC0 | code >> 6);
-  } else if (code < 0x10000) {
-    append(0xE0 | code >> 12);
-    append(0x80 | (code >> 6 & 0x3F));
-  } else {
-    append(0xF0 | code >> 18);
-    append(0x80 | (code >> 12 & 0x3F));
-    append(0x80 | (code >> 6 & 0x3F));
-  }
-  append(0x80 | (code & 0x3F));
 }
 
 void appendWord(std::string& text, std::string_view word) {
@@ -222,11 +208,11 @@ void Content::appendUTF16(std::string_view piece, std::string& text) const {
     const bool isHigh = unit >= 0xD800 && unit <= 0xDBFF;
     const bool isPair = isHigh && next >= 0xDC00 && next <= 0xDFFF;
     if (isPair) {
-      appendUTF8(0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00), text);
+      appendUTF8(text, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
       i += 2;
     } else {
       const bool isCut = i + 1 == piece.size();
-      appendUTF8(isCut || (unit >= 0xD800 && unit <= 0xDFFF) ? kReplacement : unit, text);
+      appendUTF8(text, isCut || (unit >= 0xD800 && unit <= 0xDFFF) ? kReplacement : unit);
     }
   }
 }

@@ -33,7 +33,7 @@ const std::string kNoPath;
 void Scanner::scanDocument() {
   tables_ = {};
   alphabets_.clear();
-  for (const unsigned number : {1U, 2U}) {
+  for (unsigned number = 1; number <= format::kLastBuiltInAlphabet; ++number) {
     alphabets_.emplace(number, Alphabet(tables_.strings(kAlphabets).find(number)->text));
   }
   hasRoot_ = false;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "octets/Scanner.h"
@@ -182,7 +181,7 @@ Content Scanner::contentOf(const Encoded& encoded, std::string& clauses, std::st
   }
   const unsigned number = encoded.number + 1;
   clauses += ", C.29";
-  if (number == 1 || number == 2) clauses += number == 1 ? ", 9.1" : ", 9.2";
+  if (number <= format::kLastBuiltInAlphabet) clauses += number == 1 ? ", 9.1" : ", 9.2";
   format = ", restricted alphabet " + std::to_string(number);
   const auto found = alphabets_.find(number);
   if (found != alphabets_.end()) return Content(found->second);

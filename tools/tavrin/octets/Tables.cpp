@@ -1,7 +1,5 @@
 #include "octets/Tables.h"
 
-#include "octets/Format.h"
-
 namespace tool::octets {
 
 StringTable::StringTable(std::string_view name, std::uint32_t first,

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "octets/Format.h"
 #include "octets/Note.h"
 
 namespace tool::octets {
@@ -39,7 +40,7 @@ class StringTable {
   std::uint32_t add(const Excerpt& text);
   /// The entry of an index, or null.
   const Excerpt* find(std::uint64_t index) const;
-  /// Whether an index may be that of an entry; see Tables::hasUnknownEntries.
+  /// Whether an index names an entry that every document has.
   bool isBuiltIn(std::uint64_t index) const { return index >= 1 && index <= builtIn_.size(); }
   std::uint32_t first() const { return first_; }
   const std::vector<Excerpt>& builtIn() const { return builtIn_; }
@@ -85,9 +86,9 @@ struct Tables {
   std::string qualifiedNameOf(const Name& name) const;
 
   std::array<StringTable, kStringTables> all = {{
-      {"RESTRICTED ALPHABET", 16, {"0123456789-+.E ", "0123456789-:TZ "}},
+      {"RESTRICTED ALPHABET", format::kFirstOwnAlphabet, {"0123456789-+.E ", "0123456789-:TZ "}},
       {"ENCODING ALGORITHM",
-       32,
+       format::kFirstOwnAlgorithm,
        {"hexadecimal", "base64", "short", "int", "long", "boolean", "float", "double", "uuid",
         "cdata"}},
       {"PREFIX", 2, {"xml"}},
