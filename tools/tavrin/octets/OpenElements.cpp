@@ -1,6 +1,7 @@
 #include "octets/OpenElements.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "printing/Text.h"
 
@@ -51,9 +52,9 @@ void OpenElements::fillWindow() {
   }
   window_.clear();
   begins_.clear();
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+  for (const std::string& step : std::ranges::reverse_view(steps)) {
     begins_.push_back(window_.size());
-    window_ += *step;
+    window_ += step;
   }
 }
 

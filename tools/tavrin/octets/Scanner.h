@@ -65,9 +65,9 @@ class Scanner {
 
   /// An identifying string that is not written yet; the note tells what it is.
   struct Identifier {
-    std::uint32_t index;             // Of its entry, or Name::kUnknown.
-    std::optional<Literal> literal;  // Or an index,
-    std::size_t size;                // of so many octets.
+    std::uint32_t index = Name::kUnknown;  // Of its entry.
+    std::optional<Literal> literal;        // Or an index,
+    std::size_t size = 0;                  // of so many octets.
   };
 
   // --- What the parts have in common (Scanner.cpp) ---
@@ -120,7 +120,7 @@ class Scanner {
 
   struct LiteralName {
     Name name;
-    std::uint32_t index;  // In the table of names, or 0.
+    std::uint32_t index = 0;  // In the table of names, or 0.
     Identifier localName;
   };
 
