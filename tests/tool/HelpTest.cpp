@@ -16,6 +16,8 @@ Commands:
   get          print what a path leads to in documents
   stat         count what documents hold
   diff         compare two documents event by event
+  inspect      show what every octet of a Fast Infoset document is
+  assemble     make the octets of a document of what inspect shows
   vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
   completion   print what a shell needs to complete all this

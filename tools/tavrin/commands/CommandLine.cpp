@@ -28,6 +28,8 @@ Commands:
   get          print what a path leads to in documents
   stat         count what documents hold
   diff         compare two documents event by event
+  inspect      show what every octet of a Fast Infoset document is
+  assemble     make the octets of a document of what inspect shows
   vocabulary   learn what documents have in common, and show it
   types        list the readers and writers there are
   completion   print what a shell needs to complete all this
@@ -146,8 +148,8 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.option_defaults()->disable_flag_override();
   const Command commands =
       asGroup(app, {makeConvert(app), makeCheck(app), makeEvents(app), makeGet(app), makeStat(app),
-                    makeDiff(app), makeVocabulary(app), makeTypes(app), makeCompletion(app),
-                    makeManual(app)});
+                    makeDiff(app), makeInspect(app), makeAssemble(app), makeVocabulary(app),
+                    makeTypes(app), makeCompletion(app), makeManual(app)});
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

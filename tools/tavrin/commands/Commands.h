@@ -23,6 +23,8 @@ Command makeEvents(CLI::App& app);
 Command makeGet(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
+Command makeInspect(CLI::App& app);
+Command makeAssemble(CLI::App& app);
 Command makeVocabulary(CLI::App& app);
 Command makeTypes(CLI::App& app);
 Command makeCompletion(CLI::App& app);

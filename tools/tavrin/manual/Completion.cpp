@@ -51,6 +51,7 @@ Words valuesOf(const std::string& name, const std::string& placeholder) {
   if (name == "--property" || name == "--feature") {
     return Properties::names(Properties::Owners::ReadersAndWriters, name == "--feature");
   }
+  if (name == "--color") return {"auto", "always", "never"};
   return {};
 }
 

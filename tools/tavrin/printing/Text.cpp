@@ -117,6 +117,22 @@ void appendFloating(std::string& out, Floating value) {
 
 }  // namespace
 
+void appendUTF8(std::string& out, char32_t code) {
+  const auto append = [&out](char32_t octet) { out += static_cast<char>(octet); };
+  if (code < 0x80) return append(code);
+  if (code < 0x800) {
+    append(0xC0 | code >> 6);
+  } else if (code < 0x10000) {
+    append(0xE0 | code >> 12);
+    append(0x80 | (code >> 6 & 0x3F));
+  } else {
+    append(0xF0 | code >> 18);
+    append(0x80 | (code >> 12 & 0x3F));
+    append(0x80 | (code >> 6 & 0x3F));
+  }
+  append(0x80 | (code & 0x3F));
+}
+
 void appendValue(std::string& out, bool value) { out += value ? "true" : "false"; }
 
 void appendValue(std::string& out, float value) { appendFloating(out, value); }

@@ -15,6 +15,9 @@ namespace tool {
 /// NN that is not part of valid UTF-8 becomes \uDCNN, which no valid text holds: nothing is lost.
 void appendQuoted(std::string& out, std::string_view text);
 
+/// Appends a character as UTF-8.
+void appendUTF8(std::string& out, char32_t code);
+
 /// Appends a JSON value: a number in its shortest form that reads back as the same number, "nan",
 /// "inf" or "-inf" in quotes, true or false.
 void appendValue(std::string& out, bool value);
