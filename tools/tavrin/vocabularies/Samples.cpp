@@ -68,7 +68,7 @@ std::uint64_t Samples::octetsWith(const Preparation& prepare) {
     prepare(writer, number++);
     writer.setOutputStream(&copy);
     Relay relay(writer, nullptr, input, entities.resolver());
-    relay.attachTo(reader);
+    attach(reader, relay, relay.takesDeclarations());
     try {
       parse(reader, input, &entities);
     } catch (...) {
