@@ -20,7 +20,7 @@ namespace tool {
 /// form. The document type is left out, with what stands in it. Nothing is kept but namespaces in
 /// scope, and a part of the text that is still to be written.
 ///
-/// A carriage return in a comment or an instruction, which only an entity or Fast Infoset can hold,
+/// A carriage return in a comment or an instruction, which only Fast Infoset can hold,
 /// is written as "&#xD;": the recommendations are silent about it, and other implementations do so.
 class CanonicalWriter : public Tavrin::XMLWriter {
  public:

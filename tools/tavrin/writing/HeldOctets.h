@@ -59,7 +59,7 @@ class HeldOctets : public std::streambuf {
   const Break& at(std::uint64_t number) const {
     return breaks_[static_cast<std::size_t>(number - firstBreak_)];
   }
-  void reserve(std::size_t size);
+  void reserve(std::size_t more);
   void setSize(std::size_t size);
 
   const std::string unit_;
