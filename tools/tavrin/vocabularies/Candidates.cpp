@@ -39,9 +39,8 @@ Candidates::Uses Candidates::Candidate::usesWithout(unsigned leftOut) const {
 }
 
 Candidates::Uses& Candidates::Candidate::usesIn(unsigned fold) {
-  // The last one is that of the sample, once it has begun.
-  for (auto uses = byFold_.rbegin(); uses != byFold_.rend(); ++uses) {
-    if (uses->fold == fold) return *uses;
+  for (Uses& uses : byFold_) {
+    if (uses.fold == fold) return uses;
   }
   byFold_.emplace_back().fold = fold;
   return byFold_.back();

@@ -26,9 +26,9 @@ constexpr std::size_t kMostEntriesOfTable = std::size_t{1} << 18;
 /// A candidate with what the samples that are looked at have used it for.
 struct Scored {
   std::string_view key;
-  Uses uses;
-  std::uint64_t kept;  // Octets that its entry takes in the documents themselves.
-  std::int64_t saved;  // With the shortest index.
+  Uses uses{};
+  std::uint64_t kept = 0;  // Octets that its entry takes in the documents themselves.
+  std::int64_t saved = 0;  // With the shortest index.
 };
 
 std::int64_t asSigned(std::uint64_t value) { return static_cast<std::int64_t>(value); }
