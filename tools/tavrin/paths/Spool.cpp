@@ -54,7 +54,7 @@ void Spool::read(std::uint64_t position, char* target, std::size_t size) {
       if (count == 0) fail();
       window_.resize(count);
     }
-    const std::size_t offset = static_cast<std::size_t>(position - windowStart_);
+    const auto offset = static_cast<std::size_t>(position - windowStart_);
     const std::size_t count = std::min(size, window_.size() - offset);
     std::memcpy(target, window_.data() + offset, count);
     target += count;
