@@ -1,4 +1,5 @@
 #include "InspectSupport.h"
+#include "Terminal.h"
 
 namespace {
 
@@ -83,6 +84,28 @@ TEST_F(InspectOptions, UsesColoursWhereThatIsAskedFor) {
   EXPECT_EQ(run({"inspect", "--color=auto", "in.fi"}).out, plain);
   EXPECT_EQ(run({"inspect", "--color=never", "in.fi"}).out, plain);
   EXPECT_EQ(run({"inspect", "--color=maybe", "in.fi"}).status, 2);
+}
+
+TEST_F(InspectOptions, UsesColoursOnATerminalUnlessTheEnvironmentForbidsThem) {
+  writeFile("in.fi", octets("E0 00 00 01 00 3C 00 'a' FF"));
+  const std::string plain = run({"inspect", "in.fi"}).out;
+  const std::string coloured = run({"inspect", "--color=always", "in.fi"}).out;
+  EXPECT_NE(plain, coloured);
+  const auto shown = [&](const char* noColor, const ToolProcess::Arguments& arguments) {
+    Terminal terminal;
+    EXPECT_EQ(run(arguments, "",
+                  [&] {
+                    dup2(terminal.program(), STDOUT_FILENO);
+                    noColor ? setenv("NO_COLOR", noColor, 1) : unsetenv("NO_COLOR");
+                  }),
+              silent(0));
+    return terminal.shown();
+  };
+  EXPECT_EQ(shown(nullptr, {"inspect", "in.fi"}), coloured);
+  EXPECT_EQ(shown("", {"inspect", "in.fi"}), coloured);
+  EXPECT_EQ(shown("1", {"inspect", "in.fi"}), plain);
+  EXPECT_EQ(shown("1", {"inspect", "--color=always", "in.fi"}), coloured);
+  EXPECT_EQ(shown(nullptr, {"inspect", "--color=never", "in.fi"}), plain);
 }
 
 TEST_F(InspectOptions, ReadsStandardInputAndRefusesWhatCannotBeRead) {

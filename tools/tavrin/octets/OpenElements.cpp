@@ -1,7 +1,6 @@
 #include "octets/OpenElements.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "printing/Text.h"
 
@@ -52,7 +51,8 @@ void OpenElements::fillWindow() {
   }
   window_.clear();
   begins_.clear();
-  for (const std::string& step : std::ranges::reverse_view(steps)) {
+  std::ranges::reverse(steps);
+  for (const std::string& step : steps) {
     begins_.push_back(window_.size());
     window_ += step;
   }
