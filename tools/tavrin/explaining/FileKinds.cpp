@@ -8,8 +8,10 @@ using namespace std::string_view_literals;
 
 namespace {
 
+/// Octets that a function can be made for.
 template <std::size_t Size>
 struct Octets {
+  // A string stands where they are expected: NOLINTNEXTLINE(google-explicit-constructor)
   constexpr Octets(const char (&literal)[Size]) { std::copy_n(literal, Size, octets); }
   constexpr std::string_view view() const { return {octets, Size - 1}; }
   char octets[Size]{};

@@ -16,7 +16,9 @@ char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 0x20) :
 /// word of another.
 std::size_t distanceOf(std::string_view a, std::string_view b) {
   using Row = std::vector<std::size_t>;
-  Row beforeLast(b.size() + 1), last(b.size() + 1), current(b.size() + 1);
+  Row beforeLast(b.size() + 1);
+  Row last(b.size() + 1);
+  Row current(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) current[j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
     beforeLast.swap(last);

@@ -33,40 +33,48 @@ struct Box {
   Rectangle place{};
 };
 
+/// Where the row ends that begins with a box: one box more would make its boxes longer.
+/// @param side  of the room, along which the row stands
+/// @param scale area of an octet
+std::size_t endOfRow(const std::vector<Box>& boxes, std::size_t first, double side, double scale) {
+  double sum = 0;
+  double worst = 0;
+  for (std::size_t end = first; end < boxes.size(); ++end) {
+    sum += static_cast<double>(boxes[end].octets) * scale;
+    const double thickness = sum / side;
+    const auto ratio = [&](std::size_t i) {
+      const double length = static_cast<double>(boxes[i].octets) * scale / thickness;
+      return std::max(length / thickness, thickness / length);
+    };
+    const double ratios = std::max(ratio(first), ratio(end));
+    if (end > first && ratios > worst) return end;
+    worst = ratios;
+  }
+  return boxes.size();
+}
+
 /// Lays boxes out, the largest first, in rows along the shorter side, so that they come near to
 /// squares.
 void layOut(std::vector<Box>& boxes, Rectangle room) {
+  constexpr double kLeast = 1e-9;  // Sums of parts may be a little more than the whole.
   double left = 0;
   for (const Box& box : boxes) left += static_cast<double>(box.octets);
   for (std::size_t first = 0; first < boxes.size();) {
     const bool isUpright = room.width >= room.height;
-    const double side = isUpright ? room.height : room.width;
-    const double scale = left > 0 ? room.area() / left : 0;
-    double sum = 0, worst = 0;
-    std::size_t end = first;
-    while (end < boxes.size()) {
-      const double next = sum + static_cast<double>(boxes[end].octets) * scale;
-      const double thickness = side > 0 ? next / side : 0;
-      const auto ratio = [&](std::size_t i) {
-        const double length = static_cast<double>(boxes[i].octets) * scale / thickness;
-        return std::max(length / thickness, thickness / length);
-      };
-      const double ratios = thickness > 0 ? std::max(ratio(first), ratio(end)) : 0;
-      if (end > first && ratios > worst) break;
-      worst = ratios;
-      sum = next;
-      ++end;
-    }
-    const double thickness = side > 0 ? sum / side : 0;
+    const double side = std::max(isUpright ? room.height : room.width, kLeast);
+    const double scale = std::max(room.area(), kLeast) / std::max(left, 1.0);
+    const std::size_t end = endOfRow(boxes, first, side, scale);
+    double sum = 0;
+    for (std::size_t i = first; i < end; ++i) sum += static_cast<double>(boxes[i].octets);
+    const double thickness = sum * scale / side;
     double along = 0;
     for (std::size_t i = first; i < end; ++i) {
-      const double length =
-          thickness > 0 ? static_cast<double>(boxes[i].octets) * scale / thickness : 0;
+      const double length = static_cast<double>(boxes[i].octets) * scale / thickness;
       boxes[i].place = isUpright ? Rectangle{room.x, room.y + along, thickness, length}
                                  : Rectangle{room.x + along, room.y, length, thickness};
       along += length;
-      left -= static_cast<double>(boxes[i].octets);
     }
+    left -= sum;
     (isUpright ? room.x : room.y) += thickness;
     double& shrunk = isUpright ? room.width : room.height;
     shrunk = std::max(0.0, shrunk - thickness);
@@ -146,7 +154,8 @@ class Treemap {
     boxes.push_back(rest);
   }
 
-  /// It calls itself on each level, of which there are at most PathTree::kMaximumLevels.
+  /// It calls itself on each level, of which there are at most PathTree::kMaximumLevels:
+  /// NOLINTNEXTLINE(misc-no-recursion)
   void writeWithin(std::uint32_t parent, const Rectangle& room, const std::string& path) {
     std::vector<Box> boxes = boxesWithin(parent);
     gather(boxes, room);
