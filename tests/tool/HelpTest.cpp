@@ -72,6 +72,7 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  --compress FORM   compress the copy: gzip, zstd or none, instead of going by the name of OUT
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -83,6 +84,10 @@ holds one alone: if there are more, the work fails unless --document tells which
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
+
+OUT is compressed if its name ends in .gz (gzip) or .zst (zstd); the name in front of that tells the
+type of writer, as in out.fi.zst. FORM may have a level behind a colon, from 1 (fast) to 9 for gzip
+and to 22 for zstd: gzip:9. IN is decompressed whatever its name is: its first octets tell.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
@@ -200,6 +205,8 @@ In Fast Infoset, documents may follow each other in one file. In front of each b
 line tells its number and its first octet, in JSON {"document":2,"octet":72}:
 
   --- document 2: octet 72 ---
+
+Where FILE comes through a pipe, events show as it comes.
 
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.

@@ -25,6 +25,7 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+%compression option%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -36,6 +37,8 @@ holds one alone: if there are more, the work fails unless --document tells which
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
+
+%compression%
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
@@ -79,7 +82,10 @@ ExitStatus convert(const Options& options) {
 }  // namespace
 
 Command makeConvert(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "convert", kHelp);
+  std::string help = kHelp;
+  replaceLine(help, "%compression option%\n", kCompressionOptionHelp);
+  replaceLine(help, "%compression%\n", kCompressionHelp);
+  CLI::App* command = addReadingCommand(app, "convert", help);
   const auto options = std::make_shared<Options>();
   command->add_option("IN", options->in)->required();
   command->add_option("OUT", options->out);
@@ -95,6 +101,7 @@ Command makeConvert(CLI::App& app) {
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
   addReadingOptions(*command, options->reading);
+  addCompressionOptions(*command, options->compression);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   return {command, [options] { return convert(*options); }};

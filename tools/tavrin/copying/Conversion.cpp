@@ -12,6 +12,7 @@
 
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
+#include "files/Failure.h"
 #include "files/Input.h"
 #include "files/Output.h"
 #include "options/TypeChoice.h"
@@ -124,7 +125,7 @@ class Copier {
 }  // namespace
 
 void convertFile(const ConversionOptions& options, const std::string& in, const std::string& out) {
-  Output output(out, options.force);
+  Output output(out, options.force, options.compression.choiceFor(out));
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
   auto reader = nextReader(input, options.reading);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "options/CompressionOptions.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -16,6 +17,7 @@ struct ConversionOptions {
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
   ReadingOptions reading;
+  CompressionOptions compression;
 };
 
 /// Copies the documents of a file to another, each with a writer of its own.

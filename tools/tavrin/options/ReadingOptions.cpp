@@ -27,20 +27,19 @@ maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are
 
 )";
 
-/// Puts a text in place of a line that stands for it.
+}  // namespace
+
 void replaceLine(std::string& help, std::string_view line, const std::string& text) {
   const std::size_t begin = help.find(line);
   if (begin != std::string::npos) help.replace(begin, line.size(), text);
 }
-
-}  // namespace
 
 EntityAccess ReadingOptions::entityAccess() const {
   if (entities.empty()) return EntityAccess::None;
   return entities == "any" ? EntityAccess::Any : EntityAccess::Folder;
 }
 
-CLI::App* addReadingCommand(CLI::App& app, const char* name, const char* help) {
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help) {
   std::string text = help;
   replaceLine(text, "%options%\n", kOptionsHelp);
   replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());

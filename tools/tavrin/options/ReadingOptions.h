@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <string_view>
 
 #include "files/EntityFiles.h"
 #include "options/Limits.h"
@@ -17,11 +18,14 @@ struct ReadingOptions {
   EntityAccess entityAccess() const;
 };
 
+/// Puts a text in place of a line that stands for it.
+void replaceLine(std::string& help, std::string_view line, const std::string& text);
+
 /// Adds a command that reads documents.
 /// @param help all that its --help prints, but for the lines "%options%" and "%limits%": in place
 /// of
 ///             them stand the options that addReadingOptions adds, and what they mean
-CLI::App* addReadingCommand(CLI::App& app, const char* name, const char* help);
+CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& help);
 
 /// Adds the options that all these commands have, apart from the type of reader.
 void addReadingOptions(CLI::App& command, ReadingOptions& options);

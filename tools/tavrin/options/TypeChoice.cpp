@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "files/Compression.h"
+
 namespace tool {
 
 using namespace std::string_view_literals;
@@ -32,6 +34,7 @@ auto createOf(const std::vector<std::string>& names, Create create) {
 }  // namespace
 
 std::string writerTypeFor(std::string_view fileName) {
+  fileName = withoutCompression(fileName);
   const bool isFastInfoset = std::ranges::any_of(
       kEndingsOfFastInfoset, [&](std::string_view ending) { return fileName.ends_with(ending); });
   return isFastInfoset ? "X891" : "XML10";
