@@ -1,4 +1,5 @@
-// Prints the elements of a document as an outline: read_elements < document.xml
+// Prints the elements of a document, XML text or Fast Infoset, as an outline:
+// read_elements < document.xml
 #include <Tavrin/Tavrin.h>
 
 #include <iostream>
@@ -25,10 +26,11 @@ class Outline : public Tavrin::ContentHandler {
 };
 
 int main() {
+  std::ios::sync_with_stdio(false);
   Outline outline;
-  const auto reader = Tavrin::XMLReaderFactory::createXMLReader("XML10");
-  reader->setContentHandler(&outline);
   try {
+    const auto reader = Tavrin::createReaderFor(std::cin);
+    Tavrin::connect(*reader, outline);
     reader->parse(std::cin);
   } catch (const Tavrin::SAXParseException& failure) {
     std::cerr << failure.getLineNumber() << ':' << failure.getColumnNumber() << ": "

@@ -1,5 +1,6 @@
 #include <Tavrin/Factories.h>
 
+#include "BuiltInTypes.h"
 #include "Registry.h"
 
 namespace Tavrin {
@@ -11,6 +12,8 @@ namespace {
 
 using Readers = Registry<XMLReaderType>;
 using Writers = Registry<XMLWriterType>;
+
+[[gnu::used]] const auto* const keptByPrograms = builtInTypes;
 
 }  // namespace
 

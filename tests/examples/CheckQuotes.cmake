@@ -1,8 +1,9 @@
-# Every program in the folder EXAMPLES stands in README.md or in a page of docs, below ROOT, to the
+# Every program in the folder EXAMPLES stands in README.md or in a page below docs, below ROOT, to the
 # letter, as a block of C++.
 cmake_minimum_required(VERSION 3.25)
 
-file(GLOB pages ${ROOT}/README.md ${ROOT}/docs/*.md)
+file(GLOB_RECURSE pages ${ROOT}/docs/*.md)
+list(APPEND pages ${ROOT}/README.md)
 set(documentation "")
 foreach(page ${pages})
   file(READ ${page} text)

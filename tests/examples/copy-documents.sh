@@ -61,6 +61,13 @@ examine() {
     copy_well "$binary" "$back" 'from Fast Infoset' X891 XML10
     rm -f "$binary"
   fi
+  if "$examples/pack" <"$document" >"$binary" 2>"$said"; then
+    run "$tool" diff "$document" "$binary" || fail 'differs as packed'
+    rm -f "$binary"
+  else
+    refused=$((refused + 1))
+    [[ -s $said ]] || fail 'is refused by pack without a word'
+  fi
   "$examples/read_elements" <"$document" >/dev/null 2>"$said" || fail 'is refused by read_elements'
 }
 

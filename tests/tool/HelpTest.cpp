@@ -16,6 +16,7 @@ Commands:
   stat         count what documents hold
   diff         compare two documents event by event
   types        list the readers and writers there are
+  completion   print what a shell needs to complete all this
 
 Options:
   -h, --help   print this help; after a command, the help of that command

@@ -1,6 +1,7 @@
 #include <EventLog.h>
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLReader_XML10.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -83,7 +84,9 @@ TEST(XML10Prompt, ReportsATagThatWasCutWithItsLastOctetIfAskedTo) {
   deferral = true;
   const Lines deferred = reportedOf(pieces, &deferral);
   EXPECT_EQ(reportedOf(pieces), deferred);
-  EXPECT_EQ("", deferred[5]);  // The tag is complete, but comes later.
+  // The tag is complete, but comes later, if this is an expat that defers.
+  const bool isDeferring = dlsym(RTLD_DEFAULT, "XML_SetReparseDeferralEnabled") != nullptr;
+  EXPECT_EQ(isDeferring ? "" : "startElement(, b, b, [{, c, c, CDATA, d}])\n", deferred[5]);
 }
 
 TEST(XML10Prompt, TheDeferralIsAPropertyWithADefault) {

@@ -26,6 +26,7 @@ Commands:
   stat         count what documents hold
   diff         compare two documents event by event
   types        list the readers and writers there are
+  completion   print what a shell needs to complete all this
 
 Options:
   -h, --help   print this help; after a command, the help of that command
@@ -97,8 +98,9 @@ ExitStatus runCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", versionText());
   app.require_subcommand(1);
   app.option_defaults()->disable_flag_override();
-  const Command commands[] = {makeConvert(app), makeCheck(app), makeEvents(app),
-                              makeStat(app),    makeDiff(app),  makeTypes(app)};
+  const Command commands[] = {makeConvert(app),    makeCheck(app), makeEvents(app),
+                              makeStat(app),       makeDiff(app),  makeTypes(app),
+                              makeCompletion(app), makeManual(app)};
   try {
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {

@@ -22,6 +22,8 @@ Command makeEvents(CLI::App& app);
 Command makeStat(CLI::App& app);
 Command makeDiff(CLI::App& app);
 Command makeTypes(CLI::App& app);
+Command makeCompletion(CLI::App& app);
+Command makeManual(CLI::App& app);
 
 /// Adds an empty command.
 /// @param help all that its --help prints

@@ -118,6 +118,12 @@ void Limits::applyTo(Tavrin::XMLWriter& writer) const {
   });
 }
 
+std::vector<std::string> Limits::names() {
+  std::vector<std::string> names;
+  for (const Kind& kind : kKinds) names.emplace_back(kind.name());
+  return names;
+}
+
 std::string Limits::help() {
   std::string text;
   for (const Kind& kind : kKinds) {

@@ -23,6 +23,8 @@ class Limits {
   /// Sets what was added where a writer has such a limit.
   void applyTo(Tavrin::XMLWriter& writer) const;
 
+  /// The names of all.
+  static std::vector<std::string> names();
   /// The part of a help text that lists them.
   static std::string help();
   /// The message of a failure and, where a limit brought it about, the option that changes that.
