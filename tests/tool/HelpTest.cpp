@@ -73,6 +73,7 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  --encoding NAME   write XML text in this encoding instead of UTF-8
   --compress FORM   compress the copy: gzip, zstd or none, instead of going by the name of OUT
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -89,6 +90,11 @@ received a part of the document by then.
 OUT is compressed if its name ends in .gz (gzip) or .zst (zstd); the name in front of that tells the
 type of writer, as in out.fi.zst. FORM may have a level behind a colon, from 1 (fast) to 9 for gzip
 and to 22 for zstd: gzip:9. IN is decompressed whatever its name is: its first octets tell.
+
+NAME is any encoding that iconv knows: ISO-8859-1, Shift_JIS, UTF-16, ... Its name is in the XML
+declaration. Characters that it lacks are written as references in text and in values, and between
+two CDATA sections. In names, comments, processing instructions and identifiers there are no
+references: the work fails. IN may be in any of these encodings, too.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its

@@ -3,6 +3,7 @@
 
 #include "commands/Commands.h"
 #include "copying/Conversion.h"
+#include "options/EncodingOption.h"
 #include "options/ReadingOptions.h"
 
 namespace tool {
@@ -25,6 +26,7 @@ Options:
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+%encoding option%
 %compression option%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
@@ -39,6 +41,8 @@ OUT appears when it is complete, and not at all if the work fails. Standard outp
 received a part of the document by then.
 
 %compression%
+
+%encoding%
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
@@ -83,6 +87,8 @@ ExitStatus convert(const Options& options) {
 
 Command makeConvert(CLI::App& app) {
   std::string help = kHelp;
+  replaceLine(help, "%encoding option%\n", kEncodingOptionHelp);
+  replaceLine(help, "%encoding%\n", kEncodingHelp);
   replaceLine(help, "%compression option%\n", kCompressionOptionHelp);
   replaceLine(help, "%compression%\n", kCompressionHelp);
   CLI::App* command = addReadingCommand(app, "convert", help);
@@ -101,6 +107,7 @@ Command makeConvert(CLI::App& app) {
         return isNumber && isPositive ? "" : "\"" + text + "\" is not the number of a document";
       });
   addReadingOptions(*command, options->reading);
+  addEncodingOption(*command, options->encoding);
   addCompressionOptions(*command, options->compression);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");

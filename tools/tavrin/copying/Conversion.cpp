@@ -8,8 +8,10 @@
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <utility>
 
+#include "copying/EncodedStream.h"
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
 #include "files/Failure.h"
@@ -25,9 +27,22 @@ namespace tool {
 
 namespace {
 
+void checkEncoding(const std::string& type, const ConversionOptions& options) {
+  const std::string option = "--encoding " + options.encoding;
+  if (type != "XML10") throw Failure::usage(option + ": the writer " + type + " has no encodings");
+  if (options.noDeclaration) {
+    throw Failure::usage(option + ": without an XML declaration nothing tells the encoding");
+  }
+  if (!EncodingBuffer::isUsable(options.encoding)) {
+    throw Failure::usage(option + ": there is no such encoding for XML text");
+  }
+}
+
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options) {
-  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
+  const std::string type = options.to.empty() ? writerTypeFor(out) : options.to;
+  auto writer = createWriter(type);
+  if (!options.encoding.empty()) checkEncoding(type, options);
   if (options.indent) writer->setFeature(Tavrin::features::autoIndent, true);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.limits.applyTo(*writer);
@@ -97,14 +112,18 @@ class Copier {
     if (relay.mayLackWayBack()) relay.watch(&wayBack);
     relay.attachTo(reader);
     // What cannot be read to its end is read only for the failure that comes first.
-    if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
+    std::optional<EncodedStream> encoded;
+    if (!options_.encoding.empty()) encoded.emplace(options_.encoding, output_.stream());
+    std::ostream* const stream = encoded ? &*encoded : &output_.stream();
+    if (declarations.areComplete()) writer_->setOutputStream(stream);
     const Losses losses(reader, input_, [this](const auto& place, const auto& message) {
       if (options_.lossy) return warn(place, message);
       throw Failure::document(place, message + " (see --entities and --lossy)");
     });
     parseInto(relay, reader, input_, entities_);
     declarations.check();  // A file may have changed meanwhile.
-    writer_.reset();       // Nothing of a document shall show in the next.
+    if (encoded) encoded->finish();
+    writer_.reset();  // Nothing of a document shall show in the next.
   }
 
   [[noreturn]] void refuseSecond() const {

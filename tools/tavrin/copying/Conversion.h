@@ -13,6 +13,7 @@ struct ConversionOptions {
   std::string to;  ///< The type of writer; empty to go by the name of the copy.
   bool indent = false;
   bool noDeclaration = false;
+  std::string encoding;  ///< Of text; empty for UTF-8.
   bool force = false;
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
