@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <new>
-#include <sstream>
 #include <stdexcept>
 
 namespace tool {
@@ -62,6 +61,22 @@ std::string_view describe(MarkupScanner::Place place) {
   }
 }
 
+/// Keeps what is written.
+class Collected : public std::streambuf {
+ public:
+  std::string octets;
+
+ protected:
+  int_type overflow(int_type c) override {
+    if (!traits_type::eq_int_type(c, traits_type::eof())) octets += traits_type::to_char_type(c);
+    return traits_type::not_eof(c);
+  }
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    octets.append(text, static_cast<std::size_t>(size));
+    return size;
+  }
+};
+
 std::string declaration(const std::string& encoding) {
   return "<?xml version=\"1.0\" encoding=\"" + encoding + "\"";
 }
@@ -81,12 +96,13 @@ bool EncodingBuffer::isUsable(const std::string& encoding) {
   if (!isOpen(handle)) return false;
   iconv_close(handle);
   // A reader has to see what it is. Of UTF-7, for one, "<" is written in a way that none expects.
-  std::stringstream document;
-  EncodedStream stream(encoding, document);
+  Collected document;
+  std::ostream collecting(&document);
+  EncodedStream stream(encoding, collecting);
   stream << declaration("UTF-8") + "?>\n<a b='c'/>";
   stream.finish();
   try {
-    Tavrin::XMLReader_XML10().parse(document);
+    Tavrin::XMLReader_XML10().parse(document.octets.data(), document.octets.size(), true);
     return true;
   } catch (const Tavrin::SAXException&) {
     return false;
