@@ -3,7 +3,6 @@
 #include <Tavrin/EncodingAlgorithms.h>
 
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <system_error>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "ExactNumbers.h"
+#include "FromChars.h"
 
 namespace Tavrin {
 
@@ -34,7 +34,7 @@ std::string_view withoutPlus(std::string_view item) {
 template <typename Number>
 const char* parseNumber(std::string_view digits, const char* whyNot, Number& number) {
   const char* const last = digits.data() + digits.size();
-  const auto [end, failure] = std::from_chars(digits.data(), last, number);
+  const auto [end, failure] = fromChars(digits.data(), last, number);
   if (failure == std::errc::invalid_argument || end != last) return whyNot;
   return failure == std::errc() ? nullptr : kOutOfRange;
 }
