@@ -81,7 +81,8 @@ bool isTakenByExpat(const XML_Encoding& encoding) {
     const int character = encoding.map[octet];
     if (character > 0xFFFF) return false;
     if (character >= 0 && character < 0x80 && character != octet) return false;
-    const bool isFree = octet > 0x7E || kOthers.find(static_cast<char>(octet)) != kOthers.npos ||
+    const bool isFree = octet > 0x7E ||
+                        kOthers.find(static_cast<char>(octet)) != std::string_view::npos ||
                         (octet < 0x20 && octet != '\t' && octet != '\n' && octet != '\r');
     if (!isFree && character != octet) return false;
   }

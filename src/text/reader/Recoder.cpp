@@ -1,7 +1,6 @@
 #include "Recoder.h"
 
 #include <algorithm>
-#include <array>
 
 namespace Tavrin::text {
 
@@ -29,27 +28,27 @@ std::string_view Recoder::convert(std::string_view octets, bool areLast) {
   converted_.clear();
   if (hasFailed_) return converted_;
   pending_ += octets;
-  std::array<char, 4096> block;
+  char block[4096];
   char* from = pending_.data();
-  std::size_t left = pending_.size();
+  std::size_t fromLeft = pending_.size();
   int error = E2BIG;
   while (error == E2BIG) {
-    char* to = block.data();
-    std::size_t room = block.size();
-    error = iconv_.convert(from, left, to, room);
-    converted_.append(block.data(), block.size() - room);
+    char* to = block;
+    std::size_t toLeft = sizeof block;
+    error = iconv_.convert(from, fromLeft, to, toLeft);
+    converted_.append(block, sizeof block - toLeft);
   }
-  const bool isCut = error == EINVAL && left <= kMostPending;
+  const bool isCut = error == EINVAL && fromLeft <= kMostPending;
   if (error != 0 && (!isCut || areLast)) {
-    fail({from, left}, isCut);
+    fail({from, fromLeft}, isCut);
     return converted_;
   }
-  pending_.erase(0, pending_.size() - left);
+  pending_.erase(0, pending_.size() - fromLeft);
   if (areLast) {
-    char* to = block.data();
-    std::size_t room = block.size();
-    iconv_.finish(to, room);
-    converted_.append(block.data(), block.size() - room);
+    char* to = block;
+    std::size_t toLeft = sizeof block;
+    iconv_.finish(to, toLeft);
+    converted_.append(block, sizeof block - toLeft);
   }
   return converted_;
 }
@@ -57,11 +56,11 @@ std::string_view Recoder::convert(std::string_view octets, bool areLast) {
 /// @param areAll whether only what follows is missing
 void Recoder::fail(std::string_view octets, bool areAll) {
   // What a converter keeps comes before the failure.
-  std::array<char, 64> block;
-  char* to = block.data();
-  std::size_t room = block.size();
+  char block[64];
+  char* to = block;
+  std::size_t room = sizeof block;
   iconv_.finish(to, room);
-  converted_.append(block.data(), block.size() - room);
+  converted_.append(block, sizeof block - room);
   hasFailed_ = true;
   failedAt_ = before_ + converted_.size();
   // Of a character that is wrong, what follows may not have come yet.

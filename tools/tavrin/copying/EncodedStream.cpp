@@ -4,7 +4,6 @@
 #include <Tavrin/XMLReader_XML10.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -21,7 +20,7 @@ namespace {
 bool isOpen(iconv_t handle) { return reinterpret_cast<std::ptrdiff_t>(handle) != -1; }
 
 iconv_t openConversion(const std::string& encoding) {
-  const iconv_t handle = iconv_open(encoding.c_str(), "UTF-8");
+  iconv_t handle = iconv_open(encoding.c_str(), "UTF-8");
   if (!isOpen(handle) && errno == ENOMEM) throw std::bad_alloc();
   return handle;
 }
@@ -92,7 +91,7 @@ EncodingBuffer::~EncodingBuffer() { iconv_close(iconv_); }
 
 bool EncodingBuffer::isUsable(const std::string& encoding) {
   if (!isEncodingName(encoding)) return false;
-  const iconv_t handle = openConversion(encoding);
+  iconv_t handle = openConversion(encoding);
   if (!isOpen(handle)) return false;
   iconv_close(handle);
   // A reader has to see what it is. Of UTF-7, for one, "<" is written in a way that none expects.
@@ -140,20 +139,23 @@ void EncodingBuffer::convertBeginning(std::string_view octets) {
   pending_ = octets.substr(convert(octets));
 }
 
+// A reference has no characters that an encoding lacks, so it is not replaced again.
+// NOLINTBEGIN(misc-no-recursion)
+
 /// Converts all but the part of a character at the end. Returns how many octets that are.
 std::size_t EncodingBuffer::convert(std::string_view octets) {
-  std::array<char, 4096> block;
+  char block[4096];
   const std::string_view all = octets;
   std::size_t scanned = 0;
   for (;;) {
-    char* to = block.data();
-    std::size_t room = block.size();
+    char* to = block;
+    std::size_t room = sizeof block;
     // iconv does not change it, whatever the type says.
     char* from = const_cast<char*>(octets.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
     std::size_t left = octets.size();
     const bool failed = iconv(iconv_, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
     const int error = failed ? errno : 0;
-    out_.write(block.data(), static_cast<std::streamsize>(block.size() - room));
+    out_.write(block, static_cast<std::streamsize>(sizeof block - room));
     octets.remove_prefix(octets.size() - left);
     if (error == E2BIG) continue;
     const std::size_t done = all.size() - octets.size();
@@ -186,12 +188,14 @@ void EncodingBuffer::replace(std::string_view character) {
   scanner_.take("x");
 }
 
+// NOLINTEND(misc-no-recursion)
+
 void EncodingBuffer::finish() {
-  std::array<char, 64> block;
-  char* to = block.data();
-  std::size_t room = block.size();
+  char block[64];
+  char* to = block;
+  std::size_t room = sizeof block;
   iconv(iconv_, nullptr, nullptr, &to, &room);
-  out_.write(block.data(), static_cast<std::streamsize>(block.size() - room));
+  out_.write(block, static_cast<std::streamsize>(sizeof block - room));
 }
 
 EncodedStream::EncodedStream(const std::string& encoding, std::ostream& target)
