@@ -65,9 +65,20 @@ namespace Tavrin {
 /// - A document of another version than 1.0 is read by the rules of 1.0, after a call of
 ///   ErrorHandler::warning (section 2.8). A version that is not "1." and digits is a failure.
 ///
-/// Encodings: those of expat, UTF-8 by all names that iconv has for it ("utf8"), and through iconv
-/// those in which every character is one octet and those of ASCII have their own octets. Others are
-/// refused. The name must stand in the first 1,024 octets of a document or entity.
+/// Encodings: those of expat, UTF-8 by all names that iconv has for it ("utf8"), and whatever else
+/// iconv knows: Shift_JIS, EUC-JP, GB18030, Big5, ISO-2022-JP, windows-1252, UTF-32, ... The name
+/// must stand in the first 1,024 octets of a document or entity, in octets of ASCII; UTF-32 and
+/// EBCDIC are told by their first octets (XML 1.0, appendix F). Each external entity has its own
+/// encoding.
+/// - Encodings in which every character is one octet, and those of ASCII have their own octets, are
+///   read by expat. Others are converted to UTF-8 before, piece by piece: lines and columns count
+///   characters as ever, and OctetLocator::getOctetOffset counts the octets of the document as it
+///   is in UTF-8.
+/// - Octets that are no character are a failure at their place: `not well-formed (invalid token):
+///   octet FF is not part of a character of "EUC-JP"`.
+/// - An encoding that iconv does not know is an `unknown encoding "x-none"`. So is one in which the
+///   declaration that names it cannot be read: `unknown encoding "UTF-32": the declaration is in
+///   another one`.
 ///
 /// Features (see Tavrin::features; a change applies from the next document on): namespaces,
 /// namespacePrefixes, externalGeneralEntities, externalParameterEntities, xmlnsURIs,

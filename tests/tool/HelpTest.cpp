@@ -162,6 +162,8 @@ Options:
   --typed=auto      write all text as values that is printed from them octet for octet
   --typed-exact     leave text as it is where its value would be printed in another form
   --typed-lenient   leave text as it is where it is not what RULES says
+  --encoding NAME   write XML text in this encoding instead of UTF-8
+  --compress FORM   compress the copy: gzip, zstd or none, instead of going by the name of OUT
 )" + kOptions +
     R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -173,6 +175,15 @@ holds one alone: if there are more, the work fails unless --document tells which
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
+
+OUT is compressed if its name ends in .gz (gzip) or .zst (zstd); the name in front of that tells the
+type of writer, as in out.fi.zst. FORM may have a level behind a colon, from 1 (fast) to 9 for gzip
+and to 22 for zstd: gzip:9. IN is decompressed whatever its name is: its first octets tell.
+
+NAME is any encoding that iconv knows: ISO-8859-1, Shift_JIS, UTF-16, ... Its name is in the XML
+declaration. Characters that it lacks are written as references in text and in values, and between
+two CDATA sections. In names, comments, processing instructions and identifiers there are no
+references: the work fails. IN may be in any of these encodings, too.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
@@ -339,6 +350,8 @@ In Fast Infoset, documents may follow each other in one file. In front of each b
 line tells its number and its first octet, in JSON {"document":2,"octet":72}:
 
   --- document 2: octet 72 ---
+
+Where FILE comes through a pipe, events show as it comes.
 
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.

@@ -34,7 +34,12 @@ void XML10Driver::xmlDecl(const XML_Char* version, const XML_Char* encoding, int
   }
   // guard announces the document, with its version.
   guard([&] {
-    document.open.back().encoding = textOrEmpty(encoding);
+    OpenEntity& entity = document.current();
+    if (!entity.recoder) {
+      entity.encoding = textOrEmpty(encoding);
+    } else if (entity.recoder->isFourOctets() && encoding && !isFourOctets(encoding)) {
+      fail(XML_ErrorString(XML_ERROR_INCORRECT_ENCODING));
+    }
     if (encoding && strcasecmp(encoding, "ISO-8859-1") == 0) document.checksNames = true;
     if (document.isInExternalEntity()) return;
     const std::string reason = xml::whyNotVersion(document.version);

@@ -207,7 +207,7 @@ bool isKnownToEnd(std::streambuf& source) {
 }
 
 bool showsEncoding(std::string_view start) {
-  return declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).has_value();
+  return encodingOfEntity(start.substr(0, kLongestDeclaration)).has_value();
 }
 
 }  // namespace
@@ -233,25 +233,45 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, boo
     // After a block that is not the last one, expat counts its lines. Measured: small documents are
     // read in a tenth less time where the last one is known.
     const bool isLast = isKnownToEnd(*stream.rdbuf());
-    const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(octets.size()), isLast);
+    Recoder* const recoder = document_->current().recoder.get();
+    const XML_Status status =
+        recoder ? parseRecoded(parser, *recoder, octets, isLast)
+                : XML_ParseBuffer(parser, static_cast<int>(octets.size()), isLast);
     if (status != XML_STATUS_OK || isLast) return status;
     if (isPaused() && !document_->isInExternalEntity()) return XML_STATUS_SUSPENDED;
     gate_.settle();
     nameOpenElements();
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
-  return XML_Parse(parser, "", 0, XML_TRUE);
+  Recoder* const recoder = document_->current().recoder.get();
+  return recoder ? parseRecoded(parser, *recoder, {}, true) : XML_Parse(parser, "", 0, XML_TRUE);
+}
+
+XML_Status XML10Driver::parseRecoded(XML_Parser parser, Recoder& recoder, std::string_view octets,
+                                     bool areLast) {
+  const std::string_view text = recoder.convert(octets, areLast);
+  // Where the octets were not valid, expat fails here and now.
+  const bool isLast = areLast || recoder.hasFailed();
+  return XML_Parse(parser, text.data(), static_cast<int>(text.size()),
+                   isLast ? XML_TRUE : XML_FALSE);
 }
 
 void XML10Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
+  const std::string_view first = start.substr(0, kLongestDeclaration);
+  const EntityEncoding encoding = encodingOfEntity(first).value_or(EntityEncoding{});
+  if (encoding.way == EntityEncoding::Way::Recoded) {
+    document_->current().recoder = std::make_unique<Recoder>(encoding.name);
+  }
+  if (encoding.way != EntityEncoding::Way::Expat) {
+    if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
+    return;
+  }
   const auto isAt = [start](std::size_t i, char octet) {
     return i < start.size() && start[i] == octet;
   };
   // UTF-16, with a byte order mark or without.
   const bool isUTF16 = isAt(0, '\xFE') || isAt(0, '\xFF') || isAt(0, '\0') || isAt(1, '\0');
   if (isUTF16) document_->checksNames = true;
-  if (!declaresUTF8ByAnotherName(start.substr(0, kLongestDeclaration)).value_or(false)) return;
-  if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
 }
 
 XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, bool isFinal) {
@@ -280,6 +300,15 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
 }
 
 XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool isFinal) {
+  Recoder* const recoder = document_->current().recoder.get();
+  for (; recoder && size > kMostRead; size -= kMostRead, block += kMostRead) {
+    const XML_Status status = parseRecoded(parser_.get(), *recoder, {block, kMostRead}, false);
+    if (status == XML_STATUS_SUSPENDED) {
+      document_->rest.assign(block + kMostRead, size - kMostRead);
+    }
+    if (status != XML_STATUS_OK) return status;
+    nameOpenElements();
+  }
   // To expat, the size is an int.
   constexpr unsigned long kMost = 1UL << 30;
   for (; size > kMost; size -= kMost, block += kMost) {
@@ -288,7 +317,9 @@ XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool i
     if (status != XML_STATUS_OK) return status;
     nameOpenElements();
   }
-  const XML_Status status = XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
+  const XML_Status status = recoder
+                                ? parseRecoded(parser_.get(), *recoder, {block, size}, isFinal)
+                                : XML_Parse(parser_.get(), block, static_cast<int>(size), isFinal);
   if (status == XML_STATUS_OK && !isFinal) nameOpenElements();
   return status;
 }

@@ -22,6 +22,7 @@
 #include "GeneralEntities.h"
 #include "OpenElements.h"
 #include "Parser.h"
+#include "Recoder.h"
 
 namespace Tavrin::text {
 
@@ -62,8 +63,10 @@ struct DeclaredEntity {
 struct OpenEntity {
   XML_Parser parser;
   const DeclaredEntity* entity;
-  std::string encoding = {};  ///< As it is declared.
+  std::string encoding = {};  ///< As it is declared; empty where expat gets UTF-8.
   std::size_t depth = 0;      ///< How many elements contain it.
+  /// Makes UTF-8 of it; null where expat reads its octets.
+  std::unique_ptr<Recoder> recoder = nullptr;
 
   std::uint64_t octetsRead() const;
 };
@@ -81,10 +84,11 @@ struct UnprocessedDeclarations {
 /// The state of the document that is being read.
 struct XML10Document {
   XML10Document(XML_Parser parser, const XML10Settings& current)
-      : settings(current),
-        self{{}, {}, settings.baseURI.value_or(std::string())},
-        open{{parser, &self}} {}
+      : settings(current), self{{}, {}, settings.baseURI.value_or(std::string())} {
+    open.push_back({.parser = parser, .entity = &self});
+  }
 
+  OpenEntity& current() { return open.back(); }
   const OpenEntity& current() const { return open.back(); }
   bool isInExternalEntity() const { return open.size() > 1; }
   /// Records that there are declarations which some readers do not read: entities need not be
@@ -204,6 +208,9 @@ class XML10Driver : public EventTarget {
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
+  /// Likewise, for an entity that expat does not get as it is.
+  XML_Status parseRecoded(XML_Parser parser, Recoder& recoder, std::string_view octets,
+                          bool areLast);
   /// Gives a whole entity to its parser, in blocks of what has arrived: where a stream waits, as a
   /// socket does, all events of the octets before have been reported.
   /// @param isFirst whether the entity begins with the octets that come

@@ -90,10 +90,9 @@ int XML10Driver::unknownEncoding(const XML_Char* name, XML_Encoding* encoding) {
   try {
     std::string& problem = document_->encodingProblem;
     problem = std::string(" \"") + name + '"';
-    const EncodingSupport support = describeEncoding(name, *encoding);
-    // expat refuses the table where characters of ASCII have other octets.
-    if (support == EncodingSupport::singleByte) return XML_STATUS_OK;
-    if (support == EncodingSupport::multiByte) problem += ": its characters are not single octets";
+    if (describeEncoding(name, *encoding)) return XML_STATUS_OK;
+    // If the declaration were in that encoding, its entity would have been converted.
+    if (isKnownEncoding(name)) problem += ": the declaration is in another one";
   } catch (...) {
     handlerThrew();
   }

@@ -352,6 +352,9 @@ std::string XML10Driver::describeFailure(XML_Error code) {
       if (!inEntity.empty()) return inEntity;
       return markup.starts_with("&#") ? ": " + shortened(markup.substr(0, markup.find(';') + 1))
                                       : std::string();
+    case XML_ERROR_INVALID_TOKEN:
+      return current.recoder ? current.recoder->describeFailure(current.octetsRead())
+                             : std::string();
     default:
       return {};
   }

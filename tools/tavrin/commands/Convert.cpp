@@ -10,6 +10,7 @@
 #include "many/Work.h"
 #include "measuring/MeasuredConversion.h"
 #include "measuring/Timing.h"
+#include "options/EncodingOption.h"
 #include "options/ReadingOptions.h"
 #include "options/TypingOptions.h"
 
@@ -40,6 +41,8 @@ Options:
 %timing%
   --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
 %typing options%
+%encoding option%
+%compression option%
 %options%
   --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
@@ -51,6 +54,10 @@ holds one alone: if there are more, the work fails unless --document tells which
 
 OUT appears when it is complete, and not at all if the work fails. Standard output may have
 received a part of the document by then.
+
+%compression%
+
+%encoding%
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its
@@ -103,6 +110,10 @@ Examples:
 )";
   replaceLine(help, "%typing options%\n", kTypingOptionsHelp);
   replaceLine(help, "%typing%\n", kTypingHelp);
+  replaceLine(help, "%encoding option%\n", kEncodingOptionHelp);
+  replaceLine(help, "%encoding%\n", kEncodingHelp);
+  replaceLine(help, "%compression option%\n", kCompressionOptionHelp);
+  replaceLine(help, "%compression%\n", kCompressionHelp);
   return help;
 }
 
@@ -158,6 +169,8 @@ Command makeConvert(CLI::App& app) {
       });
   addTypingOptions(*command, options->typing);
   addReadingOptions(*command, options->reading, VocabularyUse::Copying);
+  addEncodingOption(*command, options->encoding);
+  addCompressionOptions(*command, options->compression);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   command->add_option("--to", options->to)->type_name("TYPE");
   addLayoutOptions(*command, options->layout);

@@ -70,6 +70,8 @@ line tells its number and its first octet, in JSON {"document":2,"octet":72}:
 
   --- document 2: octet 72 ---
 
+Where FILE comes through a pipe, events show as it comes.
+
 With --declarations the reader Expat stops at a declaration with a system identifier: that
 of a notation, of an external entity or of an unparsed entity.
 
@@ -110,6 +112,8 @@ ExitStatus events(const Options& options) {
   Output output("-", false);
   output.open();
   Input input(options.file, output.isTerminal());
+  // A failure to write shows at the next line.
+  input.callBeforeWaiting([&output] { output.stream().flush(); });
   try {
     printAll(input, options, output.stream());
   } catch (...) {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <utility>
 
+#include "copying/EncodedStream.h"
 #include "copying/Relay.h"
 #include "files/EntityFiles.h"
 #include "files/Failure.h"
@@ -35,6 +36,17 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
                          "\" is the name of another format");
   }
   return options.canonical.createWriter();
+}
+
+void checkEncoding(const std::string& type, const ConversionOptions& options) {
+  const std::string option = "--encoding " + options.encoding;
+  if (type != "XML10") throw Failure::usage(option + ": the writer " + type + " has no encodings");
+  if (options.noDeclaration) {
+    throw Failure::usage(option + ": without an XML declaration nothing tells the encoding");
+  }
+  if (!EncodingBuffer::isUsable(options.encoding)) {
+    throw Failure::usage(option + ": there is no such encoding for XML text");
+  }
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
@@ -109,12 +121,16 @@ class Copier {
     Tavrin::XMLReader& source = typing ? *typing : reader;
     attach(source, relay, relay.takesDeclarations());
     // What cannot be read to its end is read only for the failure that comes first.
-    if (declarations.areComplete()) writer_->setOutputStream(&output_.stream());
+    std::optional<EncodedStream> encoded;
+    if (!options_.encoding.empty()) encoded.emplace(options_.encoding, output_.stream());
+    std::ostream* const stream = encoded ? &*encoded : &output_.stream();
+    if (declarations.areComplete()) writer_->setOutputStream(stream);
     const Losses losses(source, input_, [this](const auto& place, const auto& message) {
       reportLoss(place, message);
     });
     parseInto(relay, source, input_, entities_);
     declarations.check();  // A file may have changed meanwhile.
+    if (encoded) encoded->finish();
     checkDeclarations(reader);
     writer_.reset();  // Nothing of a document shall show in the next.
   }
@@ -155,7 +171,9 @@ class Copier {
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options) {
   if (options.canonical.isChosen()) return createCanonicalWriterFor(out, options);
-  auto writer = createWriter(options.to.empty() ? writerTypeFor(out) : options.to);
+  const std::string type = options.to.empty() ? writerTypeFor(out) : options.to;
+  auto writer = createWriter(type);
+  if (!options.encoding.empty()) checkEncoding(type, options);
   if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
   options.reading.applyTo(*writer, !options.to.empty());
   options.reading.vocabularies.applyTo(*writer);
@@ -168,7 +186,7 @@ bool writesFastInfoset(Tavrin::XMLWriter& writer) {
 
 CopiedOctets convertFile(const ConversionOptions& options, const std::string& in,
                          const std::string& out) {
-  Output output(out, options.force);
+  Output output(out, options.force, options.compression.choiceFor(out));
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
   auto reader = nextReader(input, options.reading);

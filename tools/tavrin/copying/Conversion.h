@@ -8,6 +8,7 @@
 
 #include "measuring/Timing.h"
 #include "options/CanonicalOptions.h"
+#include "options/CompressionOptions.h"
 #include "options/LayoutOptions.h"
 #include "options/ReadingOptions.h"
 #include "options/TypingOptions.h"
@@ -18,6 +19,7 @@ namespace tool {
 struct ConversionOptions {
   std::string to;  ///< The type of writer; empty to go by the name of the copy.
   bool noDeclaration = false;
+  std::string encoding;  ///< Of text; empty for UTF-8.
   bool force = false;
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
@@ -25,6 +27,7 @@ struct ConversionOptions {
   CanonicalOptions canonical;
   ReadingOptions reading = ReadingOptions(Properties::Owners::ReadersAndWriters);
   TypingOptions typing;
+  CompressionOptions compression;
   TimingOptions timing;
 };
 

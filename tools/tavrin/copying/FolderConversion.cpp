@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "files/Compression.h"
 #include "many/CopyNames.h"
 #include "measuring/MeasuredConversion.h"
 #include "printing/Quantities.h"
@@ -26,21 +27,24 @@ namespace fs = std::filesystem;
 class CopyPlaces {
  public:
   CopyPlaces(const ConversionOptions& options, const std::string& folder)
-      : folder_(folder.ends_with('/') ? folder : folder + "/"), goesByName_(options.to.empty()) {
+      : folder_(folder.ends_with('/') ? folder : folder + "/"),
+        goesByName_(options.to.empty() && !options.canonical.isChosen()) {
     // What is wrong about the options of a writer shows here.
     isBinary_ = !goesByName_ && writesFastInfoset(*createWriterFor("", options));
+    if (options.compression.chosen) ending_ = endingOf(options.compression.chosen->compression);
   }
 
   std::string operator()(const Document& document) const {
-    const std::string_view name = document.keptName();
+    const std::string_view name = withoutCompression(document.keptName());
     const bool isBinary = goesByName_ ? !isNameOfFastInfoset(name) : isBinary_;
-    return folder_ + (isBinary ? nameInFastInfoset(name) : nameInText(name));
+    return folder_ + (isBinary ? nameInFastInfoset(name) : nameInText(name)) + ending_;
   }
 
  private:
   std::string folder_;
   bool goesByName_;
   bool isBinary_;
+  std::string ending_;  // Of a compressed file.
 };
 
 /// Refuses copies that would have the same name.

@@ -82,8 +82,6 @@ constexpr auto kProbable = FileKind::Certainty::Probable;
 /// The first that fits counts.
 constexpr FileKind kKinds[] = {
     {"the input is empty", kProbable, isEmpty},
-    {"a gzip file", kSure, beginsWith<"\x1F\x8B">},
-    {"a zstd file", kSure, beginsWith<"\x28\xB5\x2F\xFD">},
     {"a bzip2 file", kSure, beginsWith<"BZh">},
     {"an xz file", kSure,
      beginsWith<"\xFD"

@@ -41,7 +41,7 @@ int Descriptor::close() {
 // --- InputBuffer ---
 
 InputBuffer::InputBuffer(const Descriptor& descriptor)
-    : descriptor_(descriptor), buffer_(kBufferSize) {}
+    : descriptor_(descriptor), source_(descriptor), buffer_(kBufferSize) {}
 
 InputBuffer::~InputBuffer() = default;
 
@@ -53,39 +53,44 @@ std::size_t InputBuffer::read(char* target, std::size_t size) {
 }
 
 std::size_t InputBuffer::readKept(char* target, std::size_t size) {
-  if (!kept_) return readDescriptor(target, size);
+  if (!kept_) return readSource(target, size);
   std::size_t count = kept_->read(target, size);
   received_ += count;
   if (count > 0 || kept_->error() != 0) return count;
   if (!isKeeping_) kept_.reset();
-  count = readDescriptor(target, size);
+  count = readSource(target, size);
   if (!kept_) return count;
-  isEnded_ = !kept_->append({target, count}) || isEnded_;
+  isStopped_ = !kept_->append({target, count});
   if (kept_->error() != 0) return 0;
   kept_->skip(count);
   return count;
 }
 
-std::size_t InputBuffer::readDescriptor(char* target, std::size_t size) {
-  if (isEnded_) return 0;
-  ssize_t count = 0;
-  do {
-    count = ::read(descriptor_.number(), target, size);
-  } while (count < 0 && errno == EINTR);
-  if (count < 0) error_ = errno;
-  isEnded_ = count <= 0;  // A terminal would begin anew.
-  if (isEnded_) return 0;
-  received_ += static_cast<std::uint64_t>(count);
-  return static_cast<std::size_t>(count);
+std::size_t InputBuffer::readSource(char* target, std::size_t size) {
+  if (isStopped_) return 0;
+  const std::size_t count = source_.read(target, size);
+  received_ += count;
+  return count;
+}
+
+/// How many octets of the descriptor make what has been taken.
+std::uint64_t InputBuffer::used() const {
+  if (!source_.isCompressed()) return taken();
+  // What has been kept is not decompressed again: it counts in proportion.
+  if (!kept_ || isKeeping_ || keptEnd_ <= mark_) return source_.used();
+  const double part = static_cast<double>(taken() - mark_) / static_cast<double>(keptEnd_ - mark_);
+  return usedAtMark_ +
+         static_cast<std::uint64_t>(part * static_cast<double>(source_.used() - usedAtMark_));
 }
 
 void InputBuffer::report() {
-  if (meter_) meter_->show(takenTwice_ + taken());
+  if (meter_) meter_->show(usedTwice_ + used());
 }
 
 void InputBuffer::mark() {
   mark_ = taken();
-  if (isFile(descriptor_)) return;
+  usedAtMark_ = used();
+  if (isFile(descriptor_) && !source_.isCompressed()) return;
   // The last document may have been kept, and with it what was read of this one.
   const auto rest = std::exchange(kept_, std::make_unique<KeptOctets>());
   const auto buffered = static_cast<std::size_t>(egptr() - gptr());
@@ -99,15 +104,13 @@ void InputBuffer::mark() {
 }
 
 void InputBuffer::returnToMark() {
-  takenTwice_ += taken() - mark_;
+  usedTwice_ += used() - usedAtMark_;
   isKeeping_ = false;
-  if (kept_) kept_->returnToStart();
-  // A read that failed on a file fails once more.
-  if (!kept_) {
-    lseek(descriptor_.number(), static_cast<off_t>(mark_) - static_cast<off_t>(received_),
-          SEEK_CUR);
-    isEnded_ = false;
-    error_ = 0;
+  keptEnd_ = received_;
+  if (kept_) {
+    kept_->returnToStart();
+  } else {
+    source_.goBack(received_ - mark_);
   }
   received_ = mark_;
   if (recent_) recent_->restartAt(mark_);
@@ -140,6 +143,7 @@ InputBuffer::int_type InputBuffer::underflow() {
 // A block goes straight to the caller. Pipes give less than was asked for, so reading goes on until
 // the block is full: readers take a short block for the last one.
 std::streamsize InputBuffer::xsgetn(char* target, std::streamsize size) {
+  if (received_ == 0) peek(1);  // By the buffer, which has room for as many as tell their form.
   const std::streamsize buffered = std::min<std::streamsize>(size, egptr() - gptr());
   if (buffered > 0) std::memcpy(target, gptr(), static_cast<std::size_t>(buffered));
   setg(eback(), gptr() + buffered, egptr());
@@ -158,17 +162,18 @@ std::streamsize InputBuffer::xsgetn(char* target, std::streamsize size) {
 
 // --- OutputBuffer ---
 
-OutputBuffer::OutputBuffer(const Descriptor& descriptor)
-    : descriptor_(descriptor), buffer_(kBufferSize) {
+OutputBuffer::OutputBuffer(const Descriptor& descriptor, const CompressionChoice& compression)
+    : descriptor_(descriptor), compressor_(Compressor::create(compression)), buffer_(kBufferSize) {
   setp(buffer_.data(), buffer_.data() + buffer_.size());
 }
 
-bool OutputBuffer::write(const char* text, std::size_t size) {
-  while (size > 0 && error_ == 0) {
-    const ssize_t count = ::write(descriptor_.number(), text, size);
+OutputBuffer::~OutputBuffer() = default;
+
+bool OutputBuffer::write(std::string_view octets) {
+  while (!octets.empty() && error_ == 0) {
+    const ssize_t count = ::write(descriptor_.number(), octets.data(), octets.size());
     if (count >= 0) {
-      text += count;
-      size -= static_cast<std::size_t>(count);
+      octets.remove_prefix(static_cast<std::size_t>(count));
       written_ += static_cast<std::uint64_t>(count);
     } else if (errno != EINTR) {
       error_ = errno;
@@ -177,14 +182,20 @@ bool OutputBuffer::write(const char* text, std::size_t size) {
   return error_ == 0;
 }
 
-bool OutputBuffer::writeBuffered() {
-  const bool written = write(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+bool OutputBuffer::put(std::string_view octets, Compressor::Upto upto) {
+  if (!compressor_) return write(octets);
+  compressor_->compress(octets, upto, [this](std::string_view made) { return write(made); });
+  return error_ == 0;
+}
+
+bool OutputBuffer::putBuffered(Compressor::Upto upto) {
+  const bool written = put({pbase(), static_cast<std::size_t>(pptr() - pbase())}, upto);
   setp(buffer_.data(), buffer_.data() + buffer_.size());
   return written;
 }
 
 OutputBuffer::int_type OutputBuffer::overflow(int_type c) {
-  if (!writeBuffered()) return traits_type::eof();
+  if (!putBuffered(Compressor::Upto::Full)) return traits_type::eof();
   if (!traits_type::eq_int_type(c, traits_type::eof())) sputc(traits_type::to_char_type(c));
   return traits_type::not_eof(c);
 }
@@ -192,14 +203,16 @@ OutputBuffer::int_type OutputBuffer::overflow(int_type c) {
 std::streamsize OutputBuffer::xsputn(const char* text, std::streamsize size) {
   const auto count = static_cast<std::size_t>(size);
   if (size > epptr() - pptr()) {
-    if (!writeBuffered()) return 0;
-    if (count >= buffer_.size()) return write(text, count) ? size : 0;
+    if (!putBuffered(Compressor::Upto::Full)) return 0;
+    if (count >= buffer_.size()) return put({text, count}, Compressor::Upto::Full) ? size : 0;
   }
   std::copy_n(text, count, pptr());  // An empty text may be a null pointer.
   pbump(static_cast<int>(size));
   return size;
 }
 
-int OutputBuffer::sync() { return writeBuffered() ? 0 : -1; }
+int OutputBuffer::sync() { return putBuffered(Compressor::Upto::Here) ? 0 : -1; }
+
+void OutputBuffer::finish() { putBuffered(Compressor::Upto::End); }
 
 }  // namespace tool

@@ -2,13 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <streambuf>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "files/Compressor.h"
 #include "files/Listener.h"
+#include "files/OctetSource.h"
 #include "files/RecentOctets.h"
 
 namespace tool {
@@ -33,8 +37,9 @@ class Descriptor {
 
 class KeptOctets;
 
-/// Reads from a descriptor. A failed read looks like the end of the input to the reading side, so
-/// that it crosses a library of any kind unharmed; afterwards error() tells them apart.
+/// Reads from a descriptor, and decompresses what is compressed. A failed read, or compressed data
+/// that is damaged, looks like the end of the input to the reading side, so that it crosses a
+/// library of any kind unharmed; afterwards error() and problem() tell them apart.
 class InputBuffer : public std::streambuf {
  public:
   explicit InputBuffer(const Descriptor& descriptor);
@@ -44,13 +49,18 @@ class InputBuffer : public std::streambuf {
   std::string_view peek(std::size_t size);
   /// How many octets the reading side has taken.
   std::uint64_t taken() const { return received_ - static_cast<std::uint64_t>(egptr() - gptr()); }
-  /// Where to report from now on what has been taken; null for nowhere. A report comes whenever the
-  /// descriptor is read, so an octet that comes out of the buffer costs nothing.
+  /// Sets what to do before it waits for octets that are still to come; nothing by default.
+  void callBeforeWaiting(std::function<void()> call) { source_.callBeforeWaiting(std::move(call)); }
+  /// Where to report from now on how much of the descriptor's octets has been taken; null for
+  /// nowhere. A report comes whenever the descriptor is read, so an octet that comes out of the
+  /// buffer costs nothing.
   void reportTo(Meter* meter) { meter_ = meter; }
   /// Reports now.
   void report();
   /// The error number of the read that failed, or 0.
-  int error() const { return error_; }
+  int error() const { return source_.error(); }
+  /// What is wrong with the compressed data; empty for nothing.
+  const std::string& problem() const { return source_.problem(); }
   /// Keeps from now on what was read last.
   void keepRecent() { recent_.emplace(); }
   /// What was read last, or null where it is not kept. It may go further than what was taken.
@@ -72,28 +82,35 @@ class InputBuffer : public std::streambuf {
  private:
   std::size_t read(char* target, std::size_t size);
   std::size_t readKept(char* target, std::size_t size);
-  std::size_t readDescriptor(char* target, std::size_t size);
+  std::size_t readSource(char* target, std::size_t size);
+  std::uint64_t used() const;
 
   const Descriptor& descriptor_;
+  OctetSource source_;
   std::vector<char> buffer_;
   std::uint64_t received_ = 0;        // What has been taken, and what stands in the buffer.
   std::uint64_t mark_ = 0;            // What had been taken there,
-  std::uint64_t takenTwice_ = 0;      // and what has been taken behind it, before going back.
+  std::uint64_t usedAtMark_ = 0;      // with so many octets of the descriptor.
+  std::uint64_t keptEnd_ = 0;         // What had been received when it went back.
+  std::uint64_t usedTwice_ = 0;       // Octets of the descriptor, because it went back.
   std::unique_ptr<KeptOctets> kept_;  // What comes from no file.
   bool isKeeping_ = false;
+  bool isStopped_ = false;  // There is no place for what comes from the descriptor.
   Meter* meter_ = nullptr;
   std::optional<RecentOctets> recent_;
-  bool isEnded_ = false;
-  int error_ = 0;
 };
 
-/// Writes to a descriptor, through a buffer of its own. After a failure nothing more is written.
+/// Writes to a descriptor, through a buffer of its own, and compresses where that is asked for.
+/// After a failure nothing more is written.
 class OutputBuffer : public std::streambuf {
  public:
-  explicit OutputBuffer(const Descriptor& descriptor);
+  explicit OutputBuffer(const Descriptor& descriptor, const CompressionChoice& compression = {});
+  ~OutputBuffer() override;
 
   /// How many octets have left the buffer.
   std::uint64_t written() const { return written_; }
+  /// Writes what is in the buffer, and ends what is compressed. Nothing may follow.
+  void finish();
   /// The error number of the write that failed, or 0.
   int error() const { return error_; }
 
@@ -103,10 +120,12 @@ class OutputBuffer : public std::streambuf {
   int sync() override;
 
  private:
-  bool write(const char* text, std::size_t size);
-  bool writeBuffered();
+  bool write(std::string_view octets);
+  bool put(std::string_view octets, Compressor::Upto upto);
+  bool putBuffered(Compressor::Upto upto);
 
   const Descriptor& descriptor_;
+  std::unique_ptr<Compressor> compressor_;  // Null where nothing is compressed.
   std::vector<char> buffer_;
   std::uint64_t written_ = 0;
   int error_ = 0;

@@ -110,8 +110,12 @@ class EntityFiles::File : public std::istream {
     rdbuf(&buffer_);
   }
   ~File() override {
-    if (buffer_.error() == 0 || owner_.failure_) return;
-    owner_.failure_ = std::make_exception_ptr(Failure::system(name_, buffer_.error()));
+    if (owner_.failure_) return;
+    if (buffer_.error() != 0) {
+      owner_.failure_ = std::make_exception_ptr(Failure::system(name_, buffer_.error()));
+    } else if (!buffer_.problem().empty()) {
+      owner_.failure_ = std::make_exception_ptr(Failure::document(name_, buffer_.problem()));
+    }
   }
   File(const File&) = delete;
   File& operator=(const File&) = delete;

@@ -33,6 +33,16 @@ std::uint64_t sizeOf(const Descriptor& descriptor) {
   return isFile ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
+/// Whether octets, at least two of them, are enough to tell one format from another: behind an XML
+/// declaration a document of Fast Infoset may begin.
+bool tellFormat(std::string_view octets) {
+  constexpr std::string_view kDeclaration = "<?xml";
+  if (octets.substr(0, kDeclaration.size()) != kDeclaration.substr(0, octets.size())) return true;
+  constexpr std::size_t kHeader = 4;
+  const std::size_t end = octets.find('>');
+  return end != std::string_view::npos && octets.size() > end + kHeader;
+}
+
 }  // namespace
 
 Input::Input(const std::string& name, bool quiet)
@@ -64,7 +74,14 @@ void Input::reportTo(Meter& meter) {
   buffer_.reportTo(meter_);
 }
 
-std::string_view Input::firstOctets() { return buffer_.peek(kFirstOctets); }
+// It does not wait for more of them than it takes.
+std::string_view Input::firstOctets() {
+  for (std::size_t size = 2;; ++size) {
+    const std::string_view octets = buffer_.peek(size);
+    if (octets.size() < size || octets.size() >= kFirstOctets || tellFormat(octets)) return octets;
+    size = octets.size();
+  }
+}
 
 void Input::beginDocument() {
   ++documentNumber_;
@@ -87,6 +104,7 @@ void Input::rewind() {
 }
 
 void Input::checkRead() const {
+  if (!buffer_.problem().empty()) throw Failure::document(name_, buffer_.problem());
   if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());
   if (buffer_.error() != 0) throw Failure::system(systemName(name_), buffer_.error());
 }

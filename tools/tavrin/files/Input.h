@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <optional>
 #include <string>
@@ -13,9 +14,10 @@ namespace tool {
 
 class ElementPath;
 
-/// What to read: a file, or standard input by the name "-". Documents of Fast Infoset may follow
-/// each other in it. On a terminal a large file shows a progress bar while the object lives, unless
-/// the thread has a listener, who hears of the progress then.
+/// What to read: a file, or standard input by the name "-". What is compressed is decompressed, and
+/// its octets are those that count here. Documents of Fast Infoset may follow each other in it. On
+/// a terminal a large file shows a progress bar while the object lives, unless the thread has a
+/// listener, who hears of the progress then.
 class Input {
  public:
   /// @param quiet no progress bar: the terminal is used for something else
@@ -31,6 +33,8 @@ class Input {
   /// the stream's buffer has them at hand then.
   std::string_view firstOctets();
   std::istream& stream() { return stream_; }
+  /// Sets what to do before it waits for octets that are still to come; nothing by default.
+  void callBeforeWaiting(std::function<void()> call) { buffer_.callBeforeWaiting(std::move(call)); }
   /// How many octets have been read, whoever read them.
   std::uint64_t octetsRead() const { return buffer_.taken(); }
   /// Whether nothing is left to read. It may wait for octets that are still to come.
@@ -72,7 +76,8 @@ class Input {
 
   /// Whether a progress bar may come up.
   bool hasProgress() const { return progress_.has_value(); }
-  /// @throws Failure when what looked like the end of the document was a failed read
+  /// @throws Failure when what looked like the end of the document was a failed read, or compressed
+  ///         data that is damaged
   void checkRead() const;
 
  private:

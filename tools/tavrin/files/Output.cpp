@@ -53,8 +53,8 @@ int renameToFreeName(const char* from, const char* to) {
 
 }  // namespace
 
-Output::Output(const std::string& name, bool force)
-    : name_(name), force_(force), buffer_(descriptor_), stream_(&buffer_) {
+Output::Output(const std::string& name, bool force, const CompressionChoice& compression)
+    : name_(name), force_(force), buffer_(descriptor_, compression), stream_(&buffer_) {
   if (name_ != "-") examine();
 }
 
@@ -131,7 +131,8 @@ void Output::flush() {
 }
 
 void Output::commit() {
-  flush();
+  buffer_.finish();
+  checkWritten();
   // Not every kind of file can be synchronised; those that cannot say EINVAL.
   if (isFile_ && fsync(descriptor_.number()) != 0 && errno != EINVAL) fail(errno);
   if (const int error = descriptor_.close()) fail(error);

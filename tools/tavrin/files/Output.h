@@ -19,7 +19,7 @@ class Output {
   /// Looks at what stands at the place, and opens nothing yet.
   /// @param force whether a file that exists may be replaced
   /// @throws Failure when there is one and it may not
-  Output(const std::string& name, bool force);
+  Output(const std::string& name, bool force, const CompressionChoice& compression = {});
   ~Output();
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -33,7 +33,8 @@ class Output {
   bool isTerminal() const;
   /// @throws Failure when something could not be written
   void checkWritten() const;
-  /// Writes what is still in the buffer. @throws Failure when that cannot be written
+  /// Writes what is still in the buffer, so that it can be read now. @throws Failure when that
+  /// cannot be written
   void flush();
   /// Ends the document: flushes it and puts the file in its place.
   /// @throws Failure when that fails, or when another file has come to stand there meanwhile

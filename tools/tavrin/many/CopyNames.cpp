@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "files/Compression.h"
 #include "many/Documents.h"
 
 namespace tool {
@@ -34,6 +35,7 @@ std::optional<std::string_view> without(std::string_view name, std::string_view 
 }  // namespace
 
 bool isDocumentName(std::string_view name) {
+  name = withoutCompression(name);
   return std::ranges::any_of(kEndings,
                              [&](auto ending) { return without(name, ending).has_value(); });
 }

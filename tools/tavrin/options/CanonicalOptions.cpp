@@ -60,7 +60,7 @@ void addCanonicalOptions(CLI::App& command, CanonicalOptions& options) {
   CLI::Option* const canonical = command.add_flag("--canonical{1.0}", options.form)
                                      ->disable_flag_override(false)
                                      ->check(CLI::IsMember({"1.0", "1.1", "exclusive"}));
-  for (const char* const other : {"--to", "--no-declaration", "--indent", "--tabs"}) {
+  for (const char* const other : {"--to", "--no-declaration", "--indent", "--tabs", "--encoding"}) {
     canonical->excludes(command.get_option(other));
   }
   command.add_flag("--comments", options.comments)->needs(canonical);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "files/Compression.h"
 #include "options/Suggestion.h"
 #include "printing/Text.h"
 
@@ -30,6 +31,7 @@ auto createOf(const std::string& type, const std::vector<std::string>& names, Cr
 }  // namespace
 
 std::string writerTypeFor(std::string_view fileName) {
+  fileName = withoutCompression(fileName);
   const bool isFastInfoset = std::ranges::any_of(
       kEndingsOfFastInfoset, [&](std::string_view ending) { return fileName.ends_with(ending); });
   return isFastInfoset ? "X891" : kTextWriter;
