@@ -116,8 +116,8 @@ const std::string kWork =
 const std::string kFolders =
     R"(What counts in a folder are the names that end in .xml .fi .finf .x3d .x3db .svg .xsd .xsl .xslt
 .rng .sch .wsdl .xhtml .rdf .rss .atom .gml .kml .gpx .dae .mml .dita .dbk .tei .xmi .xlf .osm
-.musicxml, in upper or lower case. Names that begin with a dot do not, nor do folders behind
-symbolic links.
+.musicxml, in upper or lower case, maybe with .gz or .zst behind. Names that begin with a dot do
+not, nor do folders behind symbolic links.
 )";
 
 const std::string kTiming =

@@ -6,7 +6,7 @@
 #include "commands/Commands.h"
 #include "comparing/AllDifferences.h"
 #include "comparing/Comparison.h"
-#include "comparing/Documents.h"
+#include "comparing/ComparedDocuments.h"
 #include "files/Output.h"
 #include "options/ReadingOptions.h"
 
@@ -120,9 +120,9 @@ ExitStatus diff(const Options& options) {
   std::vector<Failure> failures;
   {
     const bool isQuiet = options.all && output.isTerminal();
-    Documents a(options.a, optionsA, options.lexical, isQuiet);
+    ComparedDocuments a(options.a, optionsA, options.lexical, isQuiet);
     // There is room for one progress bar.
-    Documents b(options.b, optionsB, options.lexical, isQuiet || a.hasProgress());
+    ComparedDocuments b(options.b, optionsB, options.lexical, isQuiet || a.hasProgress());
     a.start();
     b.start();
     if (options.all) {

@@ -18,7 +18,7 @@
 #include "vocabularies/Candidates.h"
 #include "vocabularies/Choice.h"
 #include "vocabularies/Samples.h"
-#include "vocabularies/Tables.h"
+#include "vocabularies/VocabularyTables.h"
 
 namespace tool {
 

@@ -31,7 +31,7 @@ struct AllDifferences::Tag {
   }
 };
 
-AllDifferences::AllDifferences(Documents& a, Documents& b, Form form, Sink sink)
+AllDifferences::AllDifferences(ComparedDocuments& a, ComparedDocuments& b, Form form, Sink sink)
     : a_{a, "- ", {}}, b_{b, "+ ", {}}, form_(form), sink_(std::move(sink)) {}
 
 bool AllDifferences::Side::isAtEnd() const {
@@ -112,14 +112,14 @@ void AllDifferences::compareFirst() {
   a_.next();
   b_.next();
   switch (chooseStep(inA, inB)) {
-    case Step::OnlyA:
+    case SiblingStep::OnlyA:
       return showOnly(a_);
-    case Step::OnlyB:
+    case SiblingStep::OnlyB:
       return showOnly(b_);
-    case Step::Neither:
+    case SiblingStep::Neither:
       showOnly(a_);
       return showOnly(b_);
-    case Step::Pair:
+    case SiblingStep::Pair:
       break;
   }
   if (inA.list()[0].kind == RecordKind::StartElement) return compareTags();

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "comparing/ComparedDocuments.h"
+#include "comparing/ComparedPath.h"
 #include "comparing/Description.h"
-#include "comparing/Documents.h"
-#include "comparing/ElementPath.h"
 
 namespace tool {
 
@@ -18,7 +18,7 @@ class AllDifferences {
   /// Takes the lines about a difference.
   using Sink = std::function<void(const std::string& lines)>;
 
-  AllDifferences(Documents& a, Documents& b, Form form, Sink sink);
+  AllDifferences(ComparedDocuments& a, ComparedDocuments& b, Form form, Sink sink);
 
   /// Goes through both up to their ends, or to where one cannot be read on.
   void find();
@@ -26,9 +26,9 @@ class AllDifferences {
  private:
   /// One of the files, and where it is.
   struct Side {
-    Documents& documents;
+    ComparedDocuments& documents;
     const char* mark;  // In front of its lines.
-    ElementPath path;
+    ComparedPath path;
     Record record{};
     bool isRecord = false;  // There is one.
 

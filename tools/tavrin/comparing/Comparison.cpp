@@ -6,7 +6,7 @@ namespace tool {
 
 namespace {
 
-void collectFailure(Documents& documents, std::vector<Failure>& failures) {
+void collectFailure(ComparedDocuments& documents, std::vector<Failure>& failures) {
   Record record{};
   if (documents.records().find(record)) return;
   try {
@@ -17,7 +17,7 @@ void collectFailure(Documents& documents, std::vector<Failure>& failures) {
 }
 
 /// The line about what comes next.
-std::string describeNext(Documents& documents, const Record* record, const Record* other,
+std::string describeNext(ComparedDocuments& documents, const Record* record, const Record* other,
                          Form form) {
   if (record == nullptr) return describeEnd(documents);
   if (!isPartOfText(record->kind)) return describe(documents, *record, other, form);
@@ -28,14 +28,14 @@ std::string describeNext(Documents& documents, const Record* record, const Recor
 
 }  // namespace
 
-std::vector<Failure> failuresOf(Documents& a, Documents& b) {
+std::vector<Failure> failuresOf(ComparedDocuments& a, ComparedDocuments& b) {
   std::vector<Failure> failures;
   collectFailure(a, failures);
   collectFailure(b, failures);
   return failures;
 }
 
-std::string findDifference(Documents& a, Documents& b, Form form) {
+std::string findDifference(ComparedDocuments& a, ComparedDocuments& b, Form form) {
   for (;;) {
     while (RecordReader::passEqualBlocks(a.records(), b.records())) {
     }

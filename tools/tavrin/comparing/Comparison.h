@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "comparing/ComparedDocuments.h"
 #include "comparing/Description.h"
-#include "comparing/Documents.h"
 #include "files/Failure.h"
 
 namespace tool {
@@ -16,9 +16,9 @@ inline bool isSame(const Record& a, const Record& b) {
 
 /// Finds the first difference of two files of documents.
 /// @return a line about each side; nothing where there is none up to where both can be read
-std::string findDifference(Documents& a, Documents& b, Form form);
+std::string findDifference(ComparedDocuments& a, ComparedDocuments& b, Form form);
 
 /// Why files of documents could not be read to their ends, behind the last record of both.
-std::vector<Failure> failuresOf(Documents& a, Documents& b);
+std::vector<Failure> failuresOf(ComparedDocuments& a, ComparedDocuments& b);
 
 }  // namespace tool

@@ -116,7 +116,7 @@ std::string markupOf(const Record& record) {
   }
 }
 
-std::string describe(const Documents& documents, const Location& location) {
+std::string describe(const ComparedDocuments& documents, const Location& location) {
   const auto& [place, document, entity] = location;
   const std::string& name = documents.name();
   const std::string at = place.line > 0 ? placeIn(name, place.line, static_cast<int>(place.at))
@@ -125,20 +125,20 @@ std::string describe(const Documents& documents, const Location& location) {
   return escaped(at + entity + (document > 1 ? number : "")) + ": ";
 }
 
-std::string describeEnd(const Documents& documents) {
+std::string describeEnd(const ComparedDocuments& documents) {
   const std::string number = std::to_string(documents.number());
   return escaped(documents.name()) + ": end of " +
          (documents.number() > 1 ? "document " + number + ", the last" : "the document") + "\n";
 }
 
-std::string describeText(const Documents& documents, const Location& location,
+std::string describeText(const ComparedDocuments& documents, const Location& location,
                          const Excerpt& excerpt, Form form) {
   const bool isEvent = form == Form::Events;
   return describe(documents, location) + (isEvent ? "characters(" : "") + excerpt.quoted() +
          (isEvent ? ")\n" : "\n");
 }
 
-std::string describe(const Documents& documents, const Record& record, const Record* other,
+std::string describe(const ComparedDocuments& documents, const Record& record, const Record* other,
                      Form form) {
   if (record.kind == RecordKind::Border) {
     return escaped(placeIn(documents.name(), record.place().at)) + ": document " +

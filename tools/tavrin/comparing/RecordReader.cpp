@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "comparing/Numbers.h"
+#include "comparing/NumberText.h"
 
 namespace tool {
 

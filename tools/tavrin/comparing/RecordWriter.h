@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "comparing/BlockQueue.h"
-#include "comparing/Numbers.h"
+#include "comparing/NumberText.h"
 
 namespace tool {
 

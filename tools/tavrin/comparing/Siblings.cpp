@@ -4,7 +4,7 @@
 #include <functional>
 #include <utility>
 
-#include "comparing/Numbers.h"
+#include "comparing/NumberText.h"
 
 namespace tool {
 
@@ -162,23 +162,24 @@ void findNearest(const List& a, const List& b, std::size_t& untilA, std::size_t&
 
 }  // namespace
 
-Step chooseStep(const Siblings& a, const Siblings& b) {
+SiblingStep chooseStep(const Siblings& a, const Siblings& b) {
   const List& inA = a.list();
   const List& inB = b.list();
-  if (inA[0].isEnd) return Step::OnlyB;
-  if (inB[0].isEnd) return Step::OnlyA;
+  if (inA[0].isEnd) return SiblingStep::OnlyB;
+  if (inB[0].isEnd) return SiblingStep::OnlyA;
   std::size_t untilA = inA.size();
   std::size_t untilB = inB.size();
   findNearest(inA, inB, untilA, untilB, &Siblings::Sibling::equals);
   findNearest(inA, inB, untilA, untilB, &Siblings::Sibling::hasTagOf);
-  if (untilA == 0) return Step::OnlyB;
-  if (untilB == 0) return Step::OnlyA;
-  if (inA[0].isLike(inB[0])) return Step::Pair;
-  if (findLike(inB, inA[0], untilB) < untilB) return Step::OnlyB;
-  if (findLike(inA, inB[0], untilA) < untilA) return Step::OnlyA;
+  if (untilA == 0) return SiblingStep::OnlyB;
+  if (untilB == 0) return SiblingStep::OnlyA;
+  if (inA[0].isLike(inB[0])) return SiblingStep::Pair;
+  if (findLike(inB, inA[0], untilB) < untilB) return SiblingStep::OnlyB;
+  if (findLike(inA, inB[0], untilA) < untilA) return SiblingStep::OnlyA;
   // Nobody knows what is behind a long one.
-  if (inA[0].isWhole != inB[0].isWhole) return inA[0].isWhole ? Step::OnlyB : Step::OnlyA;
-  return Step::Neither;
+  if (inA[0].isWhole != inB[0].isWhole)
+    return inA[0].isWhole ? SiblingStep::OnlyB : SiblingStep::OnlyA;
+  return SiblingStep::Neither;
 }
 
 }  // namespace tool

@@ -44,7 +44,7 @@ class Siblings {
 };
 
 /// What to do about a difference between siblings.
-enum class Step {
+enum class SiblingStep {
   Pair,   ///< The first of both are the same one, changed.
   OnlyA,  ///< The first of A has nothing like it in B.
   OnlyB,
@@ -53,6 +53,6 @@ enum class Step {
 
 /// Chooses by what follows: the nearest sibling that both have, unchanged, or else with the same
 /// attributes, or else of the same kind and name.
-Step chooseStep(const Siblings& a, const Siblings& b);
+SiblingStep chooseStep(const Siblings& a, const Siblings& b);
 
 }  // namespace tool

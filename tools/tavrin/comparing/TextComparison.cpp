@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "comparing/Numbers.h"
+#include "comparing/NumberText.h"
 #include "printing/Text.h"
 
 namespace tool {

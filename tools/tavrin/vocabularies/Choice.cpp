@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "vocabularies/Tables.h"
+#include "vocabularies/VocabularyTables.h"
 
 namespace tool {
 

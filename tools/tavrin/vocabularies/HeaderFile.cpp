@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "files/Failure.h"
-#include "vocabularies/Tables.h"
+#include "vocabularies/VocabularyTables.h"
 
 namespace tool {
 

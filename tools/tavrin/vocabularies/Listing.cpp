@@ -3,7 +3,7 @@
 #include <iomanip>
 
 #include "printing/Text.h"
-#include "vocabularies/Tables.h"
+#include "vocabularies/VocabularyTables.h"
 
 namespace tool {
 

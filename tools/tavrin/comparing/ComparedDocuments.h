@@ -16,14 +16,15 @@
 namespace tool {
 
 /// A file of documents that a thread of its own reads; its events come as records.
-class Documents {
+class ComparedDocuments {
  public:
   /// @param lexical whether document types and the borders of CDATA sections count
   /// @param quiet   no progress bar
-  Documents(const std::string& name, const ReadingOptions& options, bool lexical, bool quiet);
-  ~Documents();
-  Documents(const Documents&) = delete;
-  Documents& operator=(const Documents&) = delete;
+  ComparedDocuments(const std::string& name, const ReadingOptions& options, bool lexical,
+                    bool quiet);
+  ~ComparedDocuments();
+  ComparedDocuments(const ComparedDocuments&) = delete;
+  ComparedDocuments& operator=(const ComparedDocuments&) = delete;
 
   const std::string& name() const { return input_.name(); }
   bool hasProgress() const { return input_.hasProgress(); }

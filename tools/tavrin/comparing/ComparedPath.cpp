@@ -1,11 +1,11 @@
-#include "comparing/ElementPath.h"
+#include "comparing/ComparedPath.h"
 
 #include <utility>
 
 namespace tool {
 
 /// What a record is counted as; nothing for one that is not counted.
-std::string ElementPath::nameOf(const Record& record) {
+std::string ComparedPath::nameOf(const Record& record) {
   switch (record.kind) {
     case RecordKind::StartElement:
       return std::string(stringsOf(record)[2]);
@@ -22,7 +22,7 @@ std::string ElementPath::nameOf(const Record& record) {
   }
 }
 
-void ElementPath::pass(const Record& record) {
+void ComparedPath::pass(const Record& record) {
   if (record.kind == RecordKind::Border) {
     levels_.resize(1);
     counts().clear();
@@ -45,7 +45,7 @@ void ElementPath::pass(const Record& record) {
   levels_.push_back({path_.size(), {}});
 }
 
-std::string ElementPath::of(const Record& next) const {
+std::string ComparedPath::of(const Record& next) const {
   const std::string name = nameOf(next);
   if (name.empty()) return path_.empty() ? "/" : path_;
   std::string path = path_ + "/" + name;

@@ -1,4 +1,4 @@
-#include "vocabularies/Tables.h"
+#include "vocabularies/VocabularyTables.h"
 
 namespace tool {
 

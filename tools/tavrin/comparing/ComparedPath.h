@@ -13,9 +13,9 @@ namespace tool {
 
 /// Where reading is in the elements of a document, as a path: names as they are written, each with
 /// its number among those of its name in the same element.
-class ElementPath {
+class ComparedPath {
  public:
-  ElementPath() : levels_(1) {}
+  ComparedPath() : levels_(1) {}
 
   /// Takes note of a record that is no part of a text, and so of the elements that are open.
   void pass(const Record& record);

@@ -1,4 +1,4 @@
-#include "comparing/Numbers.h"
+#include "comparing/NumberText.h"
 
 #include <Tavrin/EncodingAlgorithms.h>
 #include <Tavrin/Identifiers.h>

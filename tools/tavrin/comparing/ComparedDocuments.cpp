@@ -1,4 +1,4 @@
-#include "comparing/Documents.h"
+#include "comparing/ComparedDocuments.h"
 
 #include <exception>
 #include <system_error>
@@ -10,8 +10,8 @@
 
 namespace tool {
 
-Documents::Documents(const std::string& name, const ReadingOptions& options, bool lexical,
-                     bool quiet)
+ComparedDocuments::ComparedDocuments(const std::string& name, const ReadingOptions& options,
+                                     bool lexical, bool quiet)
     : input_(name, quiet),
       options_(options),
       lexical_(lexical),
@@ -19,12 +19,12 @@ Documents::Documents(const std::string& name, const ReadingOptions& options, boo
       reader_(nextReader(input_, options_)),
       records_(queue_) {}
 
-Documents::~Documents() {
+ComparedDocuments::~ComparedDocuments() {
   queue_.stop();
   if (thread_.joinable()) thread_.join();
 }
 
-void Documents::start() {
+void ComparedDocuments::start() {
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error& error) {
@@ -32,11 +32,11 @@ void Documents::start() {
   }
 }
 
-void Documents::check() const {
+void ComparedDocuments::check() const {
   if (queue_.failure()) std::rethrow_exception(queue_.failure());
 }
 
-void Documents::run() {
+void ComparedDocuments::run() {
   std::exception_ptr failure;
   try {
     for (; reader_; reader_ = nextReader(input_, options_)) read();
@@ -46,7 +46,7 @@ void Documents::run() {
   queue_.close(failure);
 }
 
-void Documents::read() {
+void ComparedDocuments::read() {
   EventRecorder recorder(queue_, input_, lexical_, entities_.resolver());
   recorder.attachTo(*reader_);
   const Losses losses(*reader_, input_, [](const auto& place, const auto& message) {
