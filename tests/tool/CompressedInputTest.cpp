@@ -102,7 +102,7 @@ TEST_F(CompressedInput, MayBeLarge) {
 
 // As for any other document: in that what has no octets lacks.
 TEST_F(CompressedInput, MayBeEmpty) {
-  const Result empty{1, "", "in:1:1: no element found\n"};
+  const Result empty{1, "", "in:1:1: no element found (the input is empty)\n"};
   expectBoth(gzipOf(""), empty);
   expectBoth(zstdOf(""), empty);
   expectBoth(kSkipped, empty);

@@ -419,7 +419,7 @@ line:
 An entity that was not read ends a document where a result would lack it. Elsewhere the first one is
 told of on standard error.
 
-)" + kLimits +
+)" + kNames +
     R"(
 The exit status is 0 if something was found in any FILE, and 1 if not, or if a document cannot be
 read to its end. What was found before is printed.

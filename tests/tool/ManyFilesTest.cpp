@@ -268,7 +268,7 @@ TEST_F(ManyFiles, DoNotMindThoseThatFail) {
   writeFile("in/e.xml", "<a/>");
   const std::string messages =
       "in/a.xml:1:4: no element found: <a> of line 1 is not closed\n"
-      "in/d.xml:1:1: no element found\n"
+      "in/d.xml:1:1: no element found (the input is empty)\n"
       "in/folder/c.fi: octet 6: Unexpected end of document\n";
   for (const std::string jobs : {"1", "2", "7", "0"}) {
     SCOPED_TRACE(jobs);
@@ -285,7 +285,7 @@ TEST_F(ManyFiles, DoNotMindThoseThatFail) {
   const std::string exist =
       "in/a.xml:1:4: no element found: <a> of line 1 is not closed\n"
       "tavrin: out/b.fi: already exists; --force replaces it\n"
-      "in/d.xml:1:1: no element found\n"
+      "in/d.xml:1:1: no element found (the input is empty)\n"
       "tavrin: out/e.fi: already exists; --force replaces it\n"
       "in/folder/c.fi: octet 6: Unexpected end of document\n"
       "tavrin: 0 of 5 files converted: 0 octets to 0 octets in ";

@@ -88,10 +88,11 @@ TEST_F(Properties, OfReadersShowInTheEvents) {
 }
 
 TEST_F(Properties, LetADocumentBeReadWithoutItsVocabulary) {
-  EXPECT_EQ(run({"check", "unknown.fi"}),
-            (Result{1, "",
-                    "unknown.fi: octet 13: Unknown external vocabulary - urn:x (add it to the "
-                    "property external-vocabularies)\n"}));
+  EXPECT_EQ(
+      run({"check", "unknown.fi"}),
+      (Result{1, "",
+              "unknown.fi: octet 13: Unknown external vocabulary - urn:x (see --vocabulary and "
+              "--uri)\n"}));
   EXPECT_EQ(run({"check", "--property", "raw-octets=on", "unknown.fi"}),
             done("unknown.fi: well-formed\n"));
   EXPECT_EQ(

@@ -246,7 +246,7 @@ TEST_F(VocabularyLearn, WritesAWholeFileOrNone) {
   EXPECT_EQ(run({"vocabulary", "learn", "-o", "new.fi", "a.xml", "missing.xml"}),
             (Result{2, "", "tavrin: missing.xml: No such file or directory\n"}));
   EXPECT_EQ(run({"vocabulary", "learn", "-o", "new.fi", "-"}),
-            (Result{1, "", "-:1:1: no element found\n"}));
+            (Result{1, "", "-:1:1: no element found (the input is empty)\n"}));
   EXPECT_EQ(files(), (Names{"a.xml", "b.xml", "old.fi"}));
   EXPECT_EQ(readFile("old.fi"), "old");
 }

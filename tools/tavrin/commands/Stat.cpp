@@ -67,6 +67,7 @@ Where documents follow each other in FILE, as they may in Fast Infoset, there is
 its head is "FILE, document 1", "FILE, document 2" and so on.
 
 %folders%
+
 The page of --html stands alone and needs neither scripts nor the network. OUT appears when it is
 complete; - is standard output. Memory does not grow with the document: at most 10000 paths, of 64
 levels, and 20000 strings are counted apart, by their first octets; the page tells of the others.

@@ -67,8 +67,11 @@ void Limits::add(const std::string& setting) {
     }
     return settings_.push_back({&kind, *value});
   }
+  const std::string meant = suggestion(name, names());
   throw Failure::usage("--limit " + setting + ": there is no such limit (" +
-                       suggestion(name, names()) + "there are " + listed(names()) + ")");
+                       (meant.empty() ? "there are " + listed(names())
+                                      : meant.substr(0, meant.size() - 1)) +
+                       ")");
 }
 
 /// Calls with each property and a pointer to its value.
