@@ -12,9 +12,9 @@
 namespace Tavrin {
 
 // The type information of each stands in the object file that registers it.
-const std::type_info* const builtInTypes[] = {
-    &typeid(XMLReader_Expat), &typeid(XMLReader_FI), &typeid(XMLReader_X891),
-    &typeid(XMLReader_XML10), &typeid(XMLWriter_FI), &typeid(XMLWriter_X891),
-    &typeid(XMLWriter_XML),   &typeid(XMLWriter_XML10)};
+const std::type_info* const builtInTypes[] = {&typeid(XMLReader_Expat), &typeid(XMLReader_FI),
+                                              &typeid(XMLReader_X891),  &typeid(XMLReader_XML10),
+                                              &typeid(XMLWriter_FI),    &typeid(XMLWriter_X891),
+                                              &typeid(XMLWriter_XML),   &typeid(XMLWriter_XML10)};
 
 }  // namespace Tavrin

@@ -5,8 +5,8 @@
 
 #include "commands/Commands.h"
 #include "comparing/AllDifferences.h"
-#include "comparing/Comparison.h"
 #include "comparing/ComparedDocuments.h"
+#include "comparing/Comparison.h"
 #include "files/Output.h"
 #include "options/ReadingOptions.h"
 

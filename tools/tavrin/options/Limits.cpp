@@ -68,10 +68,9 @@ void Limits::add(const std::string& setting) {
     return settings_.push_back({&kind, *value});
   }
   const std::string meant = suggestion(name, names());
-  throw Failure::usage("--limit " + setting + ": there is no such limit (" +
-                       (meant.empty() ? "there are " + listed(names())
-                                      : meant.substr(0, meant.size() - 1)) +
-                       ")");
+  throw Failure::usage(
+      "--limit " + setting + ": there is no such limit (" +
+      (meant.empty() ? "there are " + listed(names()) : meant.substr(0, meant.size() - 1)) + ")");
 }
 
 /// Calls with each property and a pointer to its value.
