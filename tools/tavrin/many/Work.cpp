@@ -80,7 +80,8 @@ class Worker {
       // By now a progress bar is gone.
       return reported(failure);
     } catch (const std::bad_alloc&) {
-      return reported(Failure::usage(document.name + ": not enough memory"));
+      const std::string which = documents_.size() > 1 ? document.name + ": " : "";
+      return reported(Failure::usage(which + "not enough memory"));
     }
   }
 

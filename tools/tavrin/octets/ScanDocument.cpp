@@ -57,7 +57,7 @@ void Scanner::scanHeader() {
         format::kDeclarations, [&](const auto& each) { return octets.starts_with(each); });
     if (found == format::kDeclarations.end()) {
       const auto length = [&](std::string_view each) -> std::size_t {
-        return std::ranges::mismatch(each, octets).in1 - each.begin();
+        return static_cast<std::size_t>(std::ranges::mismatch(each, octets).in1 - each.begin());
       };
       std::size_t longest = 0;
       for (const auto each : format::kDeclarations) longest = std::max(longest, length(each));
