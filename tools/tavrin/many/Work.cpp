@@ -128,17 +128,19 @@ ExitStatus workOnAll(const std::vector<Document>& documents, const WorkOptions& 
   Worker worker(documents, turns, work);
 
   const unsigned jobs = options.jobs > 0 ? options.jobs : std::thread::hardware_concurrency();
-  std::vector<std::jthread> threads;
+  const std::size_t count = std::min<std::size_t>(jobs, documents.size());
+  std::vector<std::thread> threads;
+  threads.reserve(count);  // Nothing fails between the beginning of a thread and its end.
   try {
     // This thread works, too.
-    for (std::size_t i = 1; i < std::min<std::size_t>(jobs, documents.size()); ++i) {
+    for (std::size_t i = 1; i < count; ++i) {
       threads.emplace_back([&worker] { worker.run(); });
     }
   } catch (const std::system_error&) {
     // The system allows no more of them; those that there are do all of the work.
   }
   worker.run();
-  threads.clear();
+  for (std::thread& thread : threads) thread.join();
   turns.check();
   return worker.worst();
 }
