@@ -26,12 +26,15 @@ class Desktop : public Workplace {
     return system(("command -v " + program + " >/dev/null").c_str()) == 0;
   }
 
-  /// The first words of the rows below a heading of a help text.
+  /// The first words of the rows below the headings of a help text that begin so.
   static Names rowsOf(const std::string& help, const std::string& heading) {
     Names rows;
-    std::istringstream lines(help.substr(help.find("\n" + heading + ":\n") + heading.size() + 3));
-    for (std::string line; std::getline(lines, line) && !line.empty();) {
-      if (line.starts_with("  ") && line[2] != ' ') {
+    bool isBelow = false;
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.empty()) isBelow = false;
+      if (line.starts_with(heading) && line.ends_with(':')) isBelow = true;
+      if (isBelow && line.starts_with("  ") && line[2] != ' ') {
         rows.push_back(line.substr(2, line.find_first_of(" =[", 2) - 2));
       }
     }

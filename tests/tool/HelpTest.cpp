@@ -136,12 +136,26 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
+  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
+  --force           replace OUT if it exists
+  --compress FORM   compress the copy: gzip, zstd or none, instead of going by the name of OUT
+  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+  --lossy           go on, with a warning, where an attribute value refers to an entity that is not
+                    read: the copy has nothing in its place
+  --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
+                    .x3db mean Fast Infoset, any other name means XML text
+)" + kWork +
+    kTiming +
+    R"(  -h, --help        print this help
+
+Options of XML text:
   --indent          begin every tag, comment, instruction and declaration on a line of its own,
                     two blanks deeper than what it stands in, in place of white space, and end
                     the last line
   --indent=N        N blanks deeper, at most 16
   --tabs            one tab deeper
-  --no-declaration  write no XML declaration at the beginning; these are for XML text only
+  --no-declaration  write no XML declaration at the beginning
+  --encoding NAME   write XML text in this encoding instead of UTF-8
   --canonical       write Canonical XML 1.0, without comments
   --canonical=1.1   the same by version 1.1; for whole documents, as here, there is no difference
   --canonical=exclusive
@@ -150,26 +164,18 @@ Options:
   --inclusive-prefixes PREFIXES
                     with --canonical=exclusive: declare these prefixes as --canonical does; with
                     commas or blanks between them, and #default for the default namespace
-  --force           replace OUT if it exists
-  --lossy           go on, with a warning, where an attribute value refers to an entity that is not
-                    read: the copy has nothing in its place
-  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
-)" + kWork +
-    kTiming +
-    R"(  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
+
+Options of Fast Infoset:
   --typed RULES     in Fast Infoset, write the text of the elements and attributes that the file
                     RULES names as the values that it tells
   --typed=auto      write all text as values that is printed from them octet for octet
   --typed-exact     leave text as it is where its value would be printed in another form
   --typed-lenient   leave text as it is where it is not what RULES says
-  --encoding NAME   write XML text in this encoding instead of UTF-8
-  --compress FORM   compress the copy: gzip, zstd or none, instead of going by the name of OUT
-)" + kOptions +
-    R"(  --from TYPE       the type of reader, instead of going by the first octets of IN
-  --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
-                    .x3db mean Fast Infoset, any other name means XML text
-  -h, --help        print this help
 
+Options of reading, and vocabularies:
+  --from TYPE       the type of reader, instead of going by the first octets of IN
+)" + kOptions +
+    R"(
 In Fast Infoset, documents may follow each other in IN. All are copied to Fast Infoset. XML text
 holds one alone: if there are more, the work fails unless --document tells which to copy.
 

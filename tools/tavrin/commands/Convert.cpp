@@ -30,24 +30,30 @@ Usage: tavrin convert [OPTIONS] IN [OUT]
   OUT               where to write it; - or nothing is standard output
 
 Options:
-)" + std::string(kLayoutOptionsHelp) +
-      R"(  --no-declaration  write no XML declaration at the beginning; these are for XML text only
-)" + kCanonicalOptionsHelp +
-      R"(  --force           replace OUT if it exists
+  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
+  --force           replace OUT if it exists
+%compression option%
+  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
   --lossy           go on, with a warning, where an attribute value refers to an entity that is not
                     read: the copy has nothing in its place
-  -o, --output DIR  write the copies into the folder DIR, which is made if it is not there
-%work%
-%timing%
-  --document N      copy the Nth of the documents in IN alone; what stands behind it is not read
-%typing options%
-%encoding option%
-%compression option%
-%options%
-  --from TYPE       the type of reader, instead of going by the first octets of IN
   --to TYPE         the type of writer, instead of going by the name of OUT: .fi, .finf and
                     .x3db mean Fast Infoset, any other name means XML text
+%work%
+%timing%
   -h, --help        print this help
+
+Options of XML text:
+)" + std::string(kLayoutOptionsHelp) +
+      R"(  --no-declaration  write no XML declaration at the beginning
+%encoding option%
+)" + kCanonicalOptionsHelp +
+      R"(
+Options of Fast Infoset:
+%typing options%
+
+Options of reading, and vocabularies:
+  --from TYPE       the type of reader, instead of going by the first octets of IN
+%options%
 
 In Fast Infoset, documents may follow each other in IN. All are copied to Fast Infoset. XML text
 holds one alone: if there are more, the work fails unless --document tells which to copy.
