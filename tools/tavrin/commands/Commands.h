@@ -1,11 +1,14 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "files/Failure.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

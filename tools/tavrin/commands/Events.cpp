@@ -1,5 +1,6 @@
 #include <Tavrin/XMLReader.h>
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <ostream>
 #include <stdexcept>

@@ -1,5 +1,6 @@
 #include <Tavrin/XMLReader.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <memory>

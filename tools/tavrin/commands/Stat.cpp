@@ -2,6 +2,7 @@
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <string>

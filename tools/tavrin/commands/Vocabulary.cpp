@@ -1,5 +1,6 @@
 #include <Tavrin/OwnedVocabulary.h>
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 

@@ -3,6 +3,7 @@
 #include <Tavrin/OwnedVocabulary.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

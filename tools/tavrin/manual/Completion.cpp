@@ -2,6 +2,7 @@
 
 #include <Tavrin/Factories.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "manual/ManualPage.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
 

@@ -1,6 +1,7 @@
 #include "measuring/Timing.h"
 
 #include <sys/stat.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>

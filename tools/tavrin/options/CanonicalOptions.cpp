@@ -1,5 +1,6 @@
 #include "options/CanonicalOptions.h"
 
+#include <CLI/CLI.hpp>
 #include <string_view>
 #include <utility>
 #include <vector>

@@ -2,10 +2,13 @@
 
 #include <Tavrin/XMLWriter.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <optional>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

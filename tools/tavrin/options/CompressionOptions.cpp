@@ -1,5 +1,6 @@
 #include "options/CompressionOptions.h"
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 #include <string_view>
 

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 
 #include "files/Compressor.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

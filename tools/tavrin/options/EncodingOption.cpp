@@ -1,5 +1,6 @@
 #include "options/EncodingOption.h"
 
+#include <CLI/CLI.hpp>
 namespace tool {
 
 const char kEncodingOptionHelp[] =

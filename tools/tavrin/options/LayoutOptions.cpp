@@ -2,6 +2,7 @@
 
 #include <Tavrin/Identifiers.h>
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 #include <utility>
 

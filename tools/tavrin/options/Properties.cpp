@@ -3,6 +3,7 @@
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Identifiers.h>
 
+#include <CLI/CLI.hpp>
 #include <cmath>
 #include <functional>
 #include <limits>

@@ -3,12 +3,15 @@
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -1,5 +1,6 @@
 #include "options/ReadingOptions.h"
 
+#include <CLI/CLI.hpp>
 #include <string_view>
 #include <vector>
 

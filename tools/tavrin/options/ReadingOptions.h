@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <string_view>
 
@@ -8,6 +7,10 @@
 #include "options/Limits.h"
 #include "options/Properties.h"
 #include "options/Vocabularies.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -1,5 +1,7 @@
 #include "options/TypingOptions.h"
 
+#include <CLI/CLI.hpp>
+
 #include "files/Failure.h"
 #include "files/Input.h"
 

@@ -2,8 +2,11 @@
 
 #include <Tavrin/TypedContentFilter.h>
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -6,6 +6,7 @@
 #include <Tavrin/XMLReader_X891.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <CLI/CLI.hpp>
 #include <list>
 
 #include "files/Failure.h"

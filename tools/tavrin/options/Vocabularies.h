@@ -3,10 +3,13 @@
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 
