@@ -20,7 +20,7 @@ int main() {
   while (std::cin) {
     std::cin.read(block, sizeof block);
     const int size = static_cast<int>(std::cin.gcount());
-    if (XML_Parse(parser.get(), block, size, std::cin.eof()) == XML_STATUS_ERROR) {
+    if (XML_Parse(parser.get(), block, size, !std::cin) == XML_STATUS_ERROR) {
       std::cerr << XML_GetCurrentLineNumber(parser.get()) << ':'
                 << XML_GetCurrentColumnNumber(parser.get()) + 1 << ": "
                 << XML_ErrorString(XML_GetErrorCode(parser.get())) << '\n';

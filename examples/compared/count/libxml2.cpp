@@ -4,11 +4,22 @@
 
 #include <iostream>
 #include <memory>
+#include <string>
+
+// Failures follow each other, and the first one tells what is wrong.
+template <typename Error>
+void keepFirst(void* first, Error* failure) {
+  std::string& text = *static_cast<std::string*>(first);
+  if (!text.empty() || failure->level < XML_ERR_ERROR) return;
+  text =
+      std::to_string(failure->line) + ':' + std::to_string(failure->int2) + ": " + failure->message;
+}
 
 int main() {
   const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
-      xmlReaderForFd(STDIN_FILENO, nullptr, nullptr, XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-      xmlFreeTextReader);
+      xmlReaderForFd(STDIN_FILENO, nullptr, nullptr, 0), xmlFreeTextReader);
+  std::string failure;
+  xmlTextReaderSetStructuredErrorHandler(reader.get(), keepFirst, &failure);
   unsigned long elements = 0;
   int status = 0;
   while ((status = xmlTextReaderRead(reader.get())) == 1) {
@@ -16,8 +27,7 @@ int main() {
     if (++elements % 1000 == 0) std::cerr << elements << " elements\n";
   }
   if (status < 0) {
-    const auto* failure = xmlGetLastError();
-    std::cerr << failure->line << ':' << failure->int2 << ": " << failure->message;
+    std::cerr << failure;
     return 1;
   }
   std::cout << elements << " elements\n";

@@ -10,13 +10,14 @@ int main() {
   std::ios::sync_with_stdio(false);
   unsigned long elements = 0;
   try {
-    XMLStreamParser parser(std::cin, "standard input");
+    XMLStreamParser parser(std::cin, "standard input", XMLStreamParser::RECEIVE_ELEMENTS);
     for (const XMLStreamParser::EventType event : parser) {
       if (event != XMLStreamParser::EV_START_ELEMENT) continue;
       if (++elements % 1000 == 0) std::cerr << elements << " elements\n";
     }
   } catch (const Poco::XML::XMLStreamParserException& failure) {
-    std::cerr << failure.line() << ':' << failure.column() << ": " << failure.description() << '\n';
+    std::cerr << failure.line() << ':' << failure.column() + 1 << ": " << failure.description()
+              << '\n';
     return 1;
   }
   std::cout << elements << " elements\n";

@@ -16,7 +16,8 @@ using Poco::XML::XMLWriter;
 // The text of an element, or nothing.
 std::string textOf(const std::string& message, const std::string& uri, const std::string& name) {
   const Poco::XML::QName sought(uri, name);
-  XMLStreamParser parser(message.data(), message.size(), "message");
+  XMLStreamParser parser(message.data(), message.size(), "message",
+                         XMLStreamParser::RECEIVE_ELEMENTS | XMLStreamParser::RECEIVE_CHARACTERS);
   std::string text;
   for (const XMLStreamParser::EventType event : parser) {
     if (event == XMLStreamParser::EV_START_ELEMENT && parser.getQName() == sought) {

@@ -5,6 +5,20 @@
 #include <cstdio>
 #include <iostream>
 
+// The namespaces are written first, because the writer makes up prefixes that it does not know yet.
+void copyStart(const QXmlStreamReader& reader, QXmlStreamWriter& writer) {
+  for (const QXmlStreamNamespaceDeclaration& declaration : reader.namespaceDeclarations()) {
+    const QString uri = declaration.namespaceUri().toString();
+    if (declaration.prefix().isEmpty()) {
+      writer.writeDefaultNamespace(uri);
+    } else {
+      writer.writeNamespace(uri, declaration.prefix().toString());
+    }
+  }
+  writer.writeStartElement(reader.namespaceUri().toString(), reader.name().toString());
+  writer.writeAttributes(reader.attributes());
+}
+
 int main() {
   QFile input;
   QFile output;
@@ -19,7 +33,11 @@ int main() {
   while (!reader.atEnd()) {
     reader.readNext();
     if (reader.hasError() || reader.isWhitespace()) continue;
-    writer.writeCurrentToken(reader);
+    if (reader.isStartElement()) {
+      copyStart(reader, writer);
+    } else {
+      writer.writeCurrentToken(reader);
+    }
   }
   if (reader.hasError()) {
     std::cerr << reader.lineNumber() << ':' << reader.columnNumber() + 1 << ": "

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 void check(int result) {
   if (result < 0) throw std::runtime_error("The output cannot be written");
@@ -53,11 +54,20 @@ void copyNode(xmlTextReaderPtr reader, xmlTextWriterPtr writer) {
   }
 }
 
-bool copyDocument() {
+// Failures follow each other, and the first one tells what is wrong.
+template <typename Error>
+void keepFirst(void* first, Error* failure) {
+  std::string& text = *static_cast<std::string*>(first);
+  if (!text.empty() || failure->level < XML_ERR_ERROR) return;
+  text =
+      std::to_string(failure->line) + ':' + std::to_string(failure->int2) + ": " + failure->message;
+}
+
+// Writes failures of the document to a string.
+bool copyDocument(std::string& failure) {
   const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
-      xmlReaderForFd(STDIN_FILENO, nullptr, nullptr,
-                     XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-      xmlFreeTextReader);
+      xmlReaderForFd(STDIN_FILENO, nullptr, nullptr, XML_PARSE_NOENT), xmlFreeTextReader);
+  xmlTextReaderSetStructuredErrorHandler(reader.get(), keepFirst, &failure);
   const std::unique_ptr<xmlTextWriter, decltype(&xmlFreeTextWriter)> writer(
       xmlNewTextWriter(xmlOutputBufferCreateFd(STDOUT_FILENO, nullptr)), xmlFreeTextWriter);
   check(xmlTextWriterStartDocument(writer.get(), nullptr, "UTF-8", nullptr));
@@ -69,11 +79,15 @@ bool copyDocument() {
   return true;
 }
 
+// Failures are told by this program alone.
+void ignore(void* /*context*/, const char* /*format*/, ...) {}
+
 int main() {
+  xmlSetGenericErrorFunc(nullptr, ignore);
   try {
-    if (copyDocument()) return 0;
-    const auto* failure = xmlGetLastError();
-    std::cerr << failure->line << ':' << failure->int2 << ": " << failure->message;
+    std::string failure;
+    if (copyDocument(failure)) return 0;
+    std::cerr << failure;
   } catch (const std::runtime_error& failure) {
     std::cerr << failure.what() << '\n';
   }

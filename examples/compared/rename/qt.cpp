@@ -5,15 +5,19 @@
 #include <cstdio>
 #include <iostream>
 
-void copyToken(const QXmlStreamReader& reader, QXmlStreamWriter& writer) {
-  if (!reader.isStartElement() || reader.qualifiedName() != QStringLiteral("dish")) {
-    writer.writeCurrentToken(reader);
-    return;
-  }
-  writer.writeStartElement(reader.namespaceUri().toString(), QStringLiteral("meal"));
+// The namespaces are written first, because the writer makes up prefixes that it does not know yet.
+void copyStart(const QXmlStreamReader& reader, QXmlStreamWriter& writer) {
+  const bool isDish = reader.qualifiedName() == QStringLiteral("dish");
   for (const QXmlStreamNamespaceDeclaration& declaration : reader.namespaceDeclarations()) {
-    writer.writeNamespace(declaration.namespaceUri().toString(), declaration.prefix().toString());
+    const QString uri = declaration.namespaceUri().toString();
+    if (declaration.prefix().isEmpty()) {
+      writer.writeDefaultNamespace(uri);
+    } else {
+      writer.writeNamespace(uri, declaration.prefix().toString());
+    }
   }
+  writer.writeStartElement(reader.namespaceUri().toString(),
+                           isDish ? "meal" : reader.name().toString());
   writer.writeAttributes(reader.attributes());
 }
 
@@ -28,7 +32,12 @@ int main() {
   QXmlStreamWriter writer(&output);
   while (!reader.atEnd()) {
     reader.readNext();
-    if (!reader.hasError()) copyToken(reader, writer);
+    if (reader.hasError()) continue;
+    if (reader.isStartElement()) {
+      copyStart(reader, writer);
+    } else {
+      writer.writeCurrentToken(reader);
+    }
   }
   if (reader.hasError()) {
     std::cerr << reader.lineNumber() << ':' << reader.columnNumber() + 1 << ": "
