@@ -19,7 +19,7 @@ fail() {
 # expect STATUS INPUT [ARGUMENT...]: runs the program.
 expect() {
   local status=0
-  "$program" "${@:3}" <"$2" >"$output" 2>"$errors" || status=$?
+  timeout 20 "$program" "${@:3}" <"$2" >"$output" 2>"$errors" || status=$?
   ((status == $1)) || fail "$2 ${*:3}: the exit status is $status, not $1: $(cat "$errors")"
 }
 
@@ -42,7 +42,7 @@ expect_refusals() {
 # A device that takes nothing.
 expect_full() {
   local status=0
-  "$program" "${@:2}" <"$1" >/dev/full 2>"$errors" || status=$?
+  timeout 20 "$program" "${@:2}" <"$1" >/dev/full 2>"$errors" || status=$?
   ((status == 1)) || fail "a full device: the exit status is $status, not 1"
   expect_errors 'The output cannot be written\n'
 }

@@ -12,7 +12,7 @@ int main() {
   }
   QXmlStreamReader reader(&input);
   unsigned long elements = 0;
-  while (!reader.atEnd()) {
+  while (!reader.atEnd() && !reader.hasError()) {
     if (reader.readNext() != QXmlStreamReader::StartElement) continue;
     if (++elements % 1000 == 0) std::cerr << elements << " elements\n";
   }

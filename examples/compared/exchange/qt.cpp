@@ -11,7 +11,7 @@
 std::string textOf(const std::string& message, const QString& uri, const QString& name) {
   QXmlStreamReader reader(QByteArray::fromStdString(message));
   QString text;
-  while (!reader.atEnd()) {
+  while (!reader.atEnd() && !reader.hasError()) {
     reader.readNext();
     if (!reader.isStartElement()) continue;
     if (reader.namespaceUri() == uri && reader.name() == name) text = reader.readElementText();

@@ -19,7 +19,7 @@ std::vector<float> read(const QByteArray& document) {
   QXmlStreamReader reader(document);
   reader.readNextStartElement();
   const QString text = reader.readElementText();
-  while (!reader.atEnd()) reader.readNext();
+  while (!reader.atEnd() && !reader.hasError()) reader.readNext();
   if (reader.hasError()) throw std::runtime_error(reader.errorString().toStdString());
   std::vector<float> numbers;
   for (const QString& number : text.split(' ', Qt::SkipEmptyParts)) {

@@ -30,7 +30,7 @@ int main() {
   QXmlStreamWriter writer(&output);
   writer.setAutoFormatting(true);
   writer.setAutoFormattingIndent(2);
-  while (!reader.atEnd()) {
+  while (!reader.atEnd() && !reader.hasError()) {
     reader.readNext();
     if (reader.hasError() || reader.isWhitespace()) continue;
     if (reader.isStartElement()) {

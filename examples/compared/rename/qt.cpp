@@ -30,7 +30,7 @@ int main() {
   }
   QXmlStreamReader reader(&input);
   QXmlStreamWriter writer(&output);
-  while (!reader.atEnd()) {
+  while (!reader.atEnd() && !reader.hasError()) {
     reader.readNext();
     if (reader.hasError()) continue;
     if (reader.isStartElement()) {
