@@ -58,7 +58,7 @@ case $task in
     expect_output '2501 elements\n'
     expect_errors '1000 elements\n2000 elements\n'
     expect 0 dense.xml
-    expect_output '8 elements\n'
+    expect_output '7 elements\n'
     expect_errors ''
     expect_refusals
     expect_full dense.xml

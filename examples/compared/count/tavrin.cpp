@@ -15,6 +15,9 @@ int main() {
     std::cerr << failure.getLineNumber() << ':' << failure.getColumnNumber() << ": "
               << failure.getMessage() << '\n';
     return 1;
+  } catch (const std::ios_base::failure& failure) {  // What the stream's buffer throws.
+    std::cerr << failure.what() << '\n';
+    return 1;
   }
   std::cout << elements << " elements\n";
   if (std::cout.flush()) return 0;

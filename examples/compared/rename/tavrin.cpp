@@ -42,6 +42,9 @@ int main() {
   } catch (const Tavrin::SAXException& failure) {
     std::cerr << failure.getMessage() << '\n';
     return 1;
+  } catch (const std::ios_base::failure& failure) {  // What the stream's buffer throws.
+    std::cerr << failure.what() << '\n';
+    return 1;
   }
   if (std::cout.flush()) return 0;
   std::cerr << "The output cannot be written\n";
