@@ -259,7 +259,7 @@ Infoset. The ending of the name goes with that, and what was in DIR already is n
 all the same. The last line there sums up the work on more than one.
 
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
-less: the README tells what.
+less: their pages in the manual tell what.
 
 Examples:
   tavrin convert --indent in.xml out.xml

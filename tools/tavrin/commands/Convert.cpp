@@ -108,7 +108,7 @@ A document that cannot be copied is told of in a line on standard error, and the
 all the same. The last line there sums up the work on more than one.
 
 All that is so for the types XML10 and X891, which are used where no other is named. Others keep
-less: the README tells what.
+less: their pages in the manual tell what.
 
 Examples:
   tavrin convert --indent in.xml out.xml

@@ -1,5 +1,6 @@
 #include "options/LayoutOptions.h"
 
+#include <Tavrin/Exceptions.h>
 #include <Tavrin/Identifiers.h>
 
 #include <CLI/CLI.hpp>
@@ -49,7 +50,12 @@ std::unique_ptr<Tavrin::XMLWriter> LayoutOptions::layOut(
   if (!indent && !tabs) return writer;
   // An empty value is not checked on the command line.
   const std::size_t blanks = indent && !indent->empty() ? std::stoul(*indent) : 2;
-  writer->setFeature(Tavrin::features::autoIndent, false);  // Only writers of text know it.
+  try {
+    writer->setFeature(Tavrin::features::autoIndent, false);  // Only writers of text know it.
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    throw Tavrin::SAXException(std::string(tabs ? "--tabs" : "--indent") +
+                               ": the copy is not XML text, and has no lines");
+  }
   const std::string unit = tabs ? "\t" : std::string(blanks, ' ');
   return std::make_unique<IndentingWriter>(std::move(writer), unit);
 }

@@ -18,7 +18,7 @@ struct LayoutOptions {
   bool tabs = false;                  ///< One for each level, instead of blanks.
 
   /// The writer that lays out what a writer of XML text writes, or that writer itself.
-  /// @throws Tavrin::SAXNotRecognizedException for a writer that knows no lines
+  /// @throws Tavrin::SAXException for a writer that knows no lines
   std::unique_ptr<Tavrin::XMLWriter> layOut(std::unique_ptr<Tavrin::XMLWriter> writer) const;
 };
 
