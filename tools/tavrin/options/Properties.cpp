@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -159,6 +160,14 @@ void Properties::addFeature(const std::string& setting) {
     throw Failure::usage("--feature " + setting + ": the value is not " + kind.values());
   }
   settings_.emplace_back(&kind, *value);
+}
+
+bool Properties::sets(const char* feature, bool value) const {
+  bool isSet = false;
+  for (const auto& [kind, given] : settings_) {
+    if (std::strcmp(kind->identifier, feature) == 0) isSet = std::get<bool>(given) == value;
+  }
+  return isSet;
 }
 
 template <typename Owner>

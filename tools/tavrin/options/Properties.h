@@ -39,6 +39,10 @@ class Properties {
   void applyTo(Tavrin::XMLReader& reader, bool isChosen) const;
   void applyTo(Tavrin::XMLWriter& writer, bool isChosen) const;
 
+  /// Whether a feature was given this value, and no other one behind it.
+  /// @param feature its identifier
+  bool sets(const char* feature, bool value) const;
+
   /// The part of a help text that lists them.
   static std::string help(Owners owners);
   /// The names of all properties, or of all features.
