@@ -1,6 +1,6 @@
 #pragma once
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is not of C.
 
 #include <cerrno>
 #include <charconv>

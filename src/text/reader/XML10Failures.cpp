@@ -227,6 +227,11 @@ std::uint64_t countLines(std::string_view octets) {
   return lines;
 }
 
+/// Octets that are none of the encoding, where it was converted.
+std::string describeOctets(const OpenEntity& entity) {
+  return entity.recoder ? entity.recoder->describeFailure(entity.octetsRead()) : std::string();
+}
+
 }  // namespace
 
 void XML10Driver::nameOpenElements() {
@@ -353,8 +358,7 @@ std::string XML10Driver::describeFailure(XML_Error code) {
       return markup.starts_with("&#") ? ": " + shortened(markup.substr(0, markup.find(';') + 1))
                                       : std::string();
     case XML_ERROR_INVALID_TOKEN:
-      return current.recoder ? current.recoder->describeFailure(current.octetsRead())
-                             : std::string();
+      return describeOctets(current);
     default:
       return {};
   }

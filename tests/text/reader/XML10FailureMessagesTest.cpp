@@ -95,7 +95,7 @@ TEST(XML10FailureMessages, ShortenNames) {
   EXPECT_EQ(failureOf("<" + hundred + "n>"),
             failed("no element found: <" + hundred + "...> of line 1 is not closed, 1, 104"));
   std::string wide;
-  for (int i = 0; i < 100000; ++i) wide += "\u4E00";
+  for (int i = 0; i < 5000; ++i) wide += "\u4E00";
   EXPECT_EQ(failureOf("<a>&" + wide + ";</a>"),
             failed("undefined entity: \"" + wide.substr(0, 300) + "...\", 1, 4"));
   EXPECT_EQ(failureOf("<a>&" + wide),
