@@ -4,6 +4,7 @@
 #include <Tavrin/Identifiers.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -159,6 +160,13 @@ void Properties::addFeature(const std::string& setting) {
     throw Failure::usage("--feature " + setting + ": the value is not " + kind.values());
   }
   settings_.emplace_back(&kind, *value);
+}
+
+bool Properties::sets(const char* feature, bool value) const {
+  const auto last = std::find_if(settings_.rbegin(), settings_.rend(), [&](const auto& setting) {
+    return setting.first->isFeature() && std::string_view(setting.first->identifier) == feature;
+  });
+  return last != settings_.rend() && std::get<bool>(last->second) == value;
 }
 
 template <typename Owner>

@@ -33,6 +33,10 @@ class Properties {
   /// @throws Failure likewise
   void addFeature(const std::string& setting);
 
+  /// Whether a feature has a value by what was added. The last setting of it counts.
+  /// @param feature its identifier
+  bool sets(const char* feature, bool value) const;
+
   /// Sets what was added where a reader or writer has it.
   /// @param isChosen the type was chosen by name, so it has to have all that is its own
   /// @throws Tavrin::SAXException where it has not, and for a value that it refuses
