@@ -83,8 +83,8 @@ namespace shop::orders {
 /// The URI by which documents refer to the vocabulary that make makes.
 inline constexpr char makeURI[] = "urn:o:1";
 
-inline Tavrin::OwnedVocabulary make() {
-  Tavrin::OwnedVocabulary vocabulary;
+inline ::Tavrin::OwnedVocabulary make() {
+  ::Tavrin::OwnedVocabulary vocabulary;
   {
     static const char* const entries[] = {
         "urn:p",
@@ -149,8 +149,8 @@ TEST_F(VocabularyFile, BecomesAHeaderWithoutEntries) {
 
 #include <Tavrin/OwnedVocabulary.h>
 
-inline Tavrin::OwnedVocabulary makeVocabulary() {
-  Tavrin::OwnedVocabulary vocabulary;
+inline ::Tavrin::OwnedVocabulary makeVocabulary() {
+  ::Tavrin::OwnedVocabulary vocabulary;
   return vocabulary;
 }
 )",

@@ -131,11 +131,12 @@ struct Options : ConversionOptions {
   WorkOptions work;
 };
 
-ExitStatus convert(const Options& options) {
+ExitStatus convert(Options& options) {
   const std::vector<std::string>& names = options.names;
   if (options.typing.rules == "-" && std::ranges::count(names, "-") > 0) {
     throw Failure::usage("only one of the document and the rules can be standard input");
   }
+  options.typing.load();
   refuseToRepeat(options.timing,
                  {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
   if (options.hasFolder) return convertAll(options, names, options.folder, options.work);

@@ -14,6 +14,7 @@
 #include "files/EntityFiles.h"
 #include "files/Input.h"
 #include "files/Output.h"
+#include "options/Numbers.h"
 #include "options/ReadingOptions.h"
 #include "paths/Finder.h"
 #include "paths/PathParser.h"
@@ -209,7 +210,7 @@ Command makeGet(CLI::App& app) {
   command->add_flag("--json", options->isJSON);
   command->add_flag("--count", options->count);
   command->add_flag("-0,--null", options->null);
-  command->add_option("--max", options->most)->type_name("NUMBER")->check(CLI::PositiveNumber);
+  command->add_option("--max", options->most)->type_name("NUMBER")->check(whyNotCount);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return get(*options); }};

@@ -15,6 +15,7 @@
 
 #include "files/OctetCounter.h"
 #include "files/Output.h"
+#include "options/Numbers.h"
 #include "options/ReadingOptions.h"
 #include "vocabularies/Candidates.h"
 #include "vocabularies/Choice.h"
@@ -99,13 +100,6 @@ struct Outcome {
   std::uint64_t with;
   std::uint64_t withOthers;
 };
-
-/// Why a text is not a number of at least 1, or nothing.
-std::string whyNotCount(const std::string& text) {
-  const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
-  const bool isPositive = text.find_first_not_of('0') != std::string::npos;
-  return isNumber && isPositive ? "" : "\"" + text + "\" is not a number of at least 1";
-}
 
 std::ostream& label(std::ostream& out, const char* text) {
   return out << std::left << std::setw(26) << text;

@@ -35,6 +35,13 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
     throw Failure::usage("Canonical XML is text, and \"" + out +
                          "\" is the name of another format");
   }
+  // Otherwise declarations of namespaces would come as attributes, or not be told apart from them.
+  const Properties& properties = options.reading.properties;
+  if (properties.sets(Tavrin::features::namespaces, false) ||
+      properties.sets(Tavrin::features::namespacePrefixes, true)) {
+    throw Failure::usage(
+        "--canonical needs the feature namespaces, and does without namespace-prefixes");
+  }
   return options.canonical.createWriter();
 }
 
@@ -82,7 +89,7 @@ class Copier {
         output_(output),
         entities_(in, options.reading.entityAccess()),
         writer_(std::move(writer)),
-        rules_(options.typing.readRules()),
+        rules_(options.typing.loadedRules()),
         isText_(!writesFastInfoset(*writer_)) {}
 
   /// @param reader for the first document
@@ -163,7 +170,7 @@ class Copier {
   Output& output_;
   EntityFiles entities_;
   std::unique_ptr<Tavrin::XMLWriter> writer_;
-  Tavrin::TypingRules rules_;
+  const Tavrin::TypingRules& rules_;
   bool isText_;
 };
 
@@ -172,10 +179,16 @@ class Copier {
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options) {
   if (options.canonical.isChosen()) return createCanonicalWriterFor(out, options);
-  const std::string type = options.to.empty() ? writerTypeFor(out) : options.to;
+  const std::string usual = options.usualType.empty() ? writerTypeFor(out) : options.usualType;
+  const std::string type = options.to.empty() ? usual : options.to;
   auto writer = createWriter(type);
   if (!options.encoding.empty()) checkEncoding(type, options);
-  if (options.noDeclaration) writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  if (options.noDeclaration) {
+    if (writesFastInfoset(*writer)) {
+      throw Tavrin::SAXException("--no-declaration: the copy is not XML text");
+    }
+    writer->setFeature(Tavrin::features::xmlDeclaration, false);
+  }
   options.reading.applyTo(*writer, !options.to.empty());
   options.reading.vocabularies.applyTo(*writer);
   return options.layout.layOut(std::move(writer));

@@ -17,7 +17,8 @@ namespace tool {
 
 /// What the command line says about copying a document.
 struct ConversionOptions {
-  std::string to;  ///< The type of writer; empty to go by the name of the copy.
+  std::string to;         ///< The type of writer; empty to go by the name of the copy.
+  std::string usualType;  ///< If not empty, that without `to`, whatever the name of the copy.
   bool noDeclaration = false;
   std::string encoding;  ///< Of text; empty for UTF-8.
   bool force = false;

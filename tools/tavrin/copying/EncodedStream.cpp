@@ -88,7 +88,7 @@ bool EncodingBuffer::isUsable(const std::string& encoding) {
   if (!isEncodingName(encoding)) return false;
   FaithfulCharacters faithful(encoding);
   return faithful.areKnown() && faithful.lengthOfRun(kNeeded) == kNeeded.size() &&
-         isReadable(encoding);
+         faithful.comeBackTogether() && isReadable(encoding);
 }
 
 EncodingBuffer::int_type EncodingBuffer::overflow(int_type c) {

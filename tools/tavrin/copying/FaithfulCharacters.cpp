@@ -43,7 +43,7 @@ FaithfulCharacters::FaithfulCharacters(const std::string& encoding)
   tried_.resize(kCodePoints / kTriesInOctet);
   for (unsigned code = 1; code < ascii_.size(); ++code) {
     const char character = static_cast<char>(code);
-    ascii_[code] = comeBack({&character, 1});
+    ascii_[code] = comeBackWhole({&character, 1});
   }
 }
 
@@ -57,7 +57,7 @@ bool FaithfulCharacters::contain(std::string_view character) {
   const unsigned shift = 2 * (code % kTriesInOctet);
   std::uint8_t& tries = tried_[code / kTriesInOctet];
   if ((tries >> shift & kTried) == 0) {
-    const unsigned result = kTried | (comeBack(character) ? kCameBack : 0);
+    const unsigned result = kTried | (comeBackWhole(character) ? kCameBack : 0);
     tries = static_cast<std::uint8_t>(tries | result << shift);
   }
   return (tries >> shift & kCameBack) != 0;
@@ -80,13 +80,27 @@ std::size_t FaithfulCharacters::lengthOfRun(std::string_view text) {
   return i;
 }
 
-bool FaithfulCharacters::comeBack(std::string_view character) {
+bool FaithfulCharacters::comeBackTogether() {
+  if (areAll_) return true;
+  // Chinese of two sets, as ISO-2022-CN switches between them, and Tamil, a vowel sign of which
+  // TSCII has in front of a consonant.
+  constexpr std::string_view kTexts[] = {"\u4EF4\u4E5C", "\u0BC7\u0BA9"};
+  return std::ranges::all_of(kTexts, [this](std::string_view text) {
+    return lengthOfRun(text) < text.size() || comeBack(text);
+  });
+}
+
+bool FaithfulCharacters::comeBack(std::string_view text) {
   std::array<char, kMostOctets> there;
-  const std::string_view octets = recoded(encoder_, character, there);
-  if (octets.empty()) return false;
   std::array<char, kMostOctets> back;
-  if (recoded(decoder_, octets, back) != character) return false;
+  return recoded(decoder_, recoded(encoder_, text, there), back) == text;
+}
+
+bool FaithfulCharacters::comeBackWhole(std::string_view character) {
+  std::array<char, kMostOctets> there;
+  if (!comeBack(character)) return false;
   // A base and a mark may be one character, or two to a reader that takes octets one by one.
+  const std::string_view octets = recoded(encoder_, character, there);
   return octets.size() == 1 || saysNothing(octets.substr(0, 1));
 }
 

@@ -25,12 +25,17 @@ class FaithfulCharacters {
   /// @param character in UTF-8
   bool contain(std::string_view character);
 
+  /// Whether characters that come back alone do so together. What some encodings switch with
+  /// between sets of characters is written wrongly, and others order characters anew.
+  bool comeBackTogether();
+
   /// How many octets stand before the first character that is not one of these.
   /// @param text whole characters in UTF-8
   std::size_t lengthOfRun(std::string_view text);
 
  private:
-  bool comeBack(std::string_view character);
+  bool comeBack(std::string_view text);
+  bool comeBackWhole(std::string_view character);
   bool saysNothing(std::string_view octets);
 
   Recoding encoder_;

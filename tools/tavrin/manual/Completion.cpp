@@ -45,18 +45,19 @@ std::string join(const Words& words, std::string_view separator) {
 }
 
 /// The values that an option may have, by its name and what stands for its value in the help.
-Words valuesOf(const std::string& name, const std::string& placeholder) {
+Words valuesOf(const std::string& name, const std::string& placeholder, Properties::Owners owners) {
   if (placeholder == "TYPE" && name == "--to") return Tavrin::XMLWriterFactory::getTypeNames();
   if (placeholder == "TYPE") return Tavrin::XMLReaderFactory::getTypeNames();
   if (name == "--limit") return Limits::names();
   if (name == "--property" || name == "--feature") {
-    return Properties::names(Properties::Owners::ReadersAndWriters, name == "--feature");
+    return Properties::names(owners, name == "--feature");
   }
   if (name == "--color") return {"auto", "always", "never"};
   return {};
 }
 
-OptionWords wordsOf(const CLI::Option& option, const std::vector<HelpBlock>& help) {
+OptionWords wordsOf(const CLI::Option& option, const std::vector<HelpBlock>& help,
+                    Properties::Owners owners) {
   OptionWords words;
   for (const std::string& name : option.get_snames()) words.names.push_back("-" + name);
   for (const std::string& name : option.get_lnames()) words.names.push_back("--" + name);
@@ -64,21 +65,33 @@ OptionWords wordsOf(const CLI::Option& option, const std::vector<HelpBlock>& hel
     if (words.summary.empty()) words.summary = summaryOf(help, name);
   }
   words.takesValue = option.get_items_expected_min() > 0;
-  if (words.takesValue) words.values = valuesOf(words.names.back(), option.get_type_name());
+  if (words.takesValue) words.values = valuesOf(words.names.back(), option.get_type_name(), owners);
   return words;
+}
+
+void addOptions(const CLI::App& command, CommandWords& words) {
+  const std::vector<HelpBlock> help = helpOf(command);
+  // Only a help text that tells of writers' properties is of a command that has use of them.
+  const bool hasWriters = !summaryOf(help, "indent-width").empty();
+  const auto owners =
+      hasWriters ? Properties::Owners::ReadersAndWriters : Properties::Owners::Readers;
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_name() == "SHELL") words.arguments = {"bash", "zsh", "fish"};
+    if (option->get_positional()) continue;
+    const OptionWords added = wordsOf(*option, help, owners);
+    const bool isThere = std::ranges::any_of(
+        words.options, [&](const OptionWords& other) { return other.names == added.names; });
+    if (!isThere) words.options.push_back(added);
+  }
+  for (const CLI::App* below : command.get_subcommands({})) {
+    words.arguments.push_back(below->get_name());
+    addOptions(*below, words);  // Shells are told of all of them together.
+  }
 }
 
 CommandWords wordsOf(const CLI::App& command, std::string summary) {
   CommandWords words{command.get_name(), std::move(summary), {}, {}};
-  const std::vector<HelpBlock> help = helpOf(command);
-  for (const CLI::Option* option : command.get_options()) {
-    if (option->get_name() == "SHELL") words.arguments = {"bash", "zsh", "fish"};
-    if (option->get_positional()) continue;
-    words.options.push_back(wordsOf(*option, help));
-  }
-  for (const CLI::App* below : command.get_subcommands({})) {
-    words.arguments.push_back(below->get_name());
-  }
+  addOptions(command, words);
   return words;
 }
 

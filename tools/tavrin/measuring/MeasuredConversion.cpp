@@ -23,7 +23,9 @@ CopiedOctets convertMeasured(const ConversionOptions& options, const std::string
   measure(in, "reading", options.timing.repeat, octets.read,
           [&] { readThrough(in, options.reading); });
   ConversionOptions toNowhere = options;
-  if (toNowhere.to.empty()) toNowhere.to = writerTypeFor(out);
+  // The name of the copy tells nothing there.
+  toNowhere.usualType = writerTypeFor(out);
+  toNowhere.compression.chosen = options.compression.choiceFor(out);
   measure(in, "copying", options.timing.repeat, octets.read,
           [&] { convertFile(toNowhere, in, "/dev/null"); });
   return octets;

@@ -57,7 +57,8 @@ class Measurer::Side {
     }
     stream.rdbuf(sorter.get());
     writer->setOutputStream(&stream);
-    options.limits.applyTo(*writer);
+    options.applyTo(*writer, false);
+    if (which == Encoding::Binary) options.vocabularies.applyTo(*writer);
   }
 
   Encoding encoding;

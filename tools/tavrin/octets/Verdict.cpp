@@ -43,8 +43,10 @@ void Verdict::parse(std::string_view block, bool isFinal) {
     // Readers count octets as columns, and no further than fits.
     const std::int32_t column = exception.getColumnNumber();
     const bool isCounted = column < std::numeric_limits<std::int32_t>::max();
+    // What a program could do about a vocabulary, a command line cannot.
+    const std::string& message = exception.getMessage();
     refuse(isCounted ? documentStart_ + static_cast<std::uint64_t>(std::max(column, 0)) : read_,
-           exception.getMessage());
+           message.substr(0, message.find(" (add it to the property")));
   } catch (const Tavrin::SAXException& exception) {
     refuse(read_, exception.getMessage());
   } catch (const Tavrin::FastInfosetException& exception) {

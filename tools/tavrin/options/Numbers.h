@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tool {
@@ -11,5 +12,8 @@ namespace tool {
 std::optional<double> numberFrom(std::string_view text);
 /// Such a number as a count: the whole part, and the largest count for all that is larger.
 std::uint64_t countFrom(double number);
+
+/// Why a text is not a number of at least 1; empty where it is one.
+std::string whyNotCount(const std::string& text);
 
 }  // namespace tool

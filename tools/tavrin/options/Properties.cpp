@@ -4,8 +4,8 @@
 #include <Tavrin/Identifiers.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -163,10 +163,11 @@ void Properties::addFeature(const std::string& setting) {
 }
 
 bool Properties::sets(const char* feature, bool value) const {
-  const auto last = std::find_if(settings_.rbegin(), settings_.rend(), [&](const auto& setting) {
-    return setting.first->isFeature() && std::string_view(setting.first->identifier) == feature;
-  });
-  return last != settings_.rend() && std::get<bool>(last->second) == value;
+  bool isSet = false;
+  for (const auto& [kind, given] : settings_) {
+    if (std::strcmp(kind->identifier, feature) == 0) isSet = std::get<bool>(given) == value;
+  }
+  return isSet;
 }
 
 template <typename Owner>

@@ -33,15 +33,15 @@ class Properties {
   /// @throws Failure likewise
   void addFeature(const std::string& setting);
 
-  /// Whether a feature has a value by what was added. The last setting of it counts.
-  /// @param feature its identifier
-  bool sets(const char* feature, bool value) const;
-
   /// Sets what was added where a reader or writer has it.
   /// @param isChosen the type was chosen by name, so it has to have all that is its own
   /// @throws Tavrin::SAXException where it has not, and for a value that it refuses
   void applyTo(Tavrin::XMLReader& reader, bool isChosen) const;
   void applyTo(Tavrin::XMLWriter& writer, bool isChosen) const;
+
+  /// Whether a feature was given this value, and no other one behind it.
+  /// @param feature its identifier
+  bool sets(const char* feature, bool value) const;
 
   /// The part of a help text that lists them.
   static std::string help(Owners owners);

@@ -50,19 +50,17 @@ Tavrin::TypingRules automaticRules() {
 
 }  // namespace
 
-Tavrin::TypingRules TypingOptions::readRules() const {
-  if (!isWanted()) return {};
-  if (rules == kAutomatic) return automaticRules();
+void TypingOptions::load() {
+  if (rules == kAutomatic) loaded_ = automaticRules();
+  if (!isWanted() || rules == kAutomatic) return;
   Input input(rules, true);
-  Tavrin::TypingRules result;
   try {
-    result = Tavrin::TypingRules::read(input.stream());
+    loaded_ = Tavrin::TypingRules::read(input.stream());
   } catch (const Tavrin::SAXParseException& failure) {
     throw Failure::usageAt(placeIn(rules, failure.getLineNumber(), failure.getColumnNumber()),
                            failure.getMessage());
   }
   input.checkRead();
-  return result;
 }
 
 Tavrin::TypedContentFilter::Options TypingOptions::filterOptions() const {

@@ -17,10 +17,16 @@ struct TypingOptions {
   bool isLenient = false;  ///< What is not of its type stays text.
 
   bool isWanted() const { return !rules.empty(); }
-  /// The rules of the file, or those of "auto"; none where no text is to be typed.
+  /// Reads the rules of the file, or makes those of "auto". It is done once, for all documents: the
+  /// file may be a pipe.
   /// @throws Failure when the file cannot be read, or has a line that is no rule
-  Tavrin::TypingRules readRules() const;
+  void load();
+  /// What was loaded; none where no text is to be typed.
+  const Tavrin::TypingRules& loadedRules() const { return loaded_; }
   Tavrin::TypedContentFilter::Options filterOptions() const;
+
+ private:
+  Tavrin::TypingRules loaded_;
 };
 
 /// The part of a help text that lists these options, and the part that explains them.

@@ -131,6 +131,8 @@ std::pair<std::string_view, std::string_view> splitName(std::string_view name) {
 }  // namespace
 
 bool isFunctionName(const std::string& text) {
+  // Names that others have already.
+  if (text == "main" || text == "Tavrin" || text == "Tavrin::OwnedVocabulary") return false;
   std::string_view rest = text;
   for (;;) {
     const std::size_t colons = rest.find("::");
@@ -158,8 +160,8 @@ void printHeader(std::ostream& out, const HeaderNames& names, const std::string&
         << " makes.\ninline constexpr char " << function << "URI[] = " << literal(names.uri)
         << ";\n\n";
   }
-  out << "inline Tavrin::OwnedVocabulary " << function << "() {\n";
-  out << "  Tavrin::OwnedVocabulary vocabulary;\n";
+  out << "inline ::Tavrin::OwnedVocabulary " << function << "() {\n";
+  out << "  ::Tavrin::OwnedVocabulary vocabulary;\n";
   for (const auto& form : kStringTables) printTable(out, form, (*tables).*form.table);
   for (const auto& form : kNameTables) printTable(out, form, (*tables).*form.table);
   out << "  return vocabulary;\n}\n";
