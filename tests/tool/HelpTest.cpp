@@ -186,10 +186,10 @@ OUT is compressed if its name ends in .gz (gzip) or .zst (zstd); the name in fro
 type of writer, as in out.fi.zst. FORM may have a level behind a colon, from 1 (fast) to 9 for gzip
 and to 22 for zstd: gzip:9. IN is decompressed whatever its name is: its first octets tell.
 
-NAME is any encoding that iconv knows: ISO-8859-1, Shift_JIS, UTF-16, ... Its name is in the XML
-declaration. Characters that it lacks are written as references in text and in values, and between
-two CDATA sections. In names, comments, processing instructions and identifiers there are no
-references: the work fails. IN may be in any of these encodings, too.
+NAME is an encoding that iconv knows, if it has the characters of markup: ISO-8859-1, Shift_JIS,
+UTF-16, ... Its name is in the XML declaration. Characters that it lacks are written as references
+in text and in values, and between two CDATA sections. In names, comments, processing instructions
+and identifiers there are no references: the work fails. IN may be in any encoding of iconv.
 
 The copy has the elements, attributes, namespace declarations, text, comments, processing
 instructions and CDATA sections, the document type, and in XML text the declarations of its

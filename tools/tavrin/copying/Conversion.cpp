@@ -48,7 +48,8 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
 void checkEncoding(const std::string& type, const ConversionOptions& options) {
   const std::string option = "--encoding " + options.encoding;
   if (type != "XML10") throw Failure::usage(option + ": the writer " + type + " has no encodings");
-  if (options.noDeclaration) {
+  if (options.noDeclaration ||
+      options.reading.properties.sets(Tavrin::features::xmlDeclaration, false)) {
     throw Failure::usage(option + ": without an XML declaration nothing tells the encoding");
   }
   if (!EncodingBuffer::isUsable(options.encoding)) {

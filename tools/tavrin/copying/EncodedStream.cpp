@@ -4,11 +4,11 @@
 #include <Tavrin/XMLReader_XML10.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
-#include <new>
 #include <stdexcept>
+
+#include "copying/Characters.h"
 
 namespace tool {
 
@@ -16,14 +16,9 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// iconv_open fails with the pointer that is all ones.
-bool isOpen(iconv_t handle) { return reinterpret_cast<std::ptrdiff_t>(handle) != -1; }
-
-iconv_t openConversion(const std::string& encoding) {
-  iconv_t handle = iconv_open(encoding.c_str(), "UTF-8");
-  if (!isOpen(handle) && errno == ENOMEM) throw std::bad_alloc();
-  return handle;
-}
+/// What markup, declarations and references are written with.
+constexpr std::string_view kNeeded =
+    "\t\n !\"#%&'()*+,-./0123456789:;<=>?ABCDEFGHIJKLMNOPQRSTUVWXYZ[]_abcdefghijklmnopqrstuvwxyz|";
 
 /// The name of an encoding (XML 1.0, production 81). To iconv, options follow a slash.
 bool isEncodingName(std::string_view name) {
@@ -31,20 +26,6 @@ bool isEncodingName(std::string_view name) {
   return !name.empty() && isLetter(name[0]) && std::ranges::all_of(name, [&](char c) {
     return isLetter(c) || (c >= '0' && c <= '9') || c == '.' || c == '_' || c == '-';
   });
-}
-
-/// How many octets the first character has.
-std::size_t lengthOf(std::string_view octets) {
-  const auto first = static_cast<unsigned char>(octets[0]);
-  const std::size_t length = first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-  return std::min(length, octets.size());
-}
-
-unsigned codePointOf(std::string_view character) {
-  constexpr unsigned kFirstBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-  unsigned code = static_cast<unsigned char>(character[0]) & kFirstBits[character.size()];
-  for (const char c : character.substr(1)) code = code << 6 | (static_cast<unsigned>(c) & 0x3F);
-  return code;
 }
 
 std::string_view describe(MarkupScanner::Place place) {
@@ -80,32 +61,34 @@ std::string declaration(const std::string& encoding) {
   return "<?xml version=\"1.0\" encoding=\"" + encoding + "\"";
 }
 
-}  // namespace
-
-EncodingBuffer::EncodingBuffer(const std::string& encoding, std::ostream& out)
-    : encoding_(encoding), out_(out), iconv_(openConversion(encoding)) {
-  if (!isOpen(iconv_)) throw std::invalid_argument(encoding);
-}
-
-EncodingBuffer::~EncodingBuffer() { iconv_close(iconv_); }
-
-bool EncodingBuffer::isUsable(const std::string& encoding) {
-  if (!isEncodingName(encoding)) return false;
-  iconv_t handle = openConversion(encoding);
-  if (!isOpen(handle)) return false;
-  iconv_close(handle);
-  // A reader has to see what it is. Of UTF-7, for one, "<" is written in a way that none expects.
+/// Whether a reader sees what a document in an encoding is. Of UTF-7, for one, "<" is written in a
+/// way that none expects.
+bool isReadable(const std::string& encoding) {
   Collected document;
   std::ostream collecting(&document);
   EncodedStream stream(encoding, collecting);
-  stream << declaration("UTF-8") + "?>\n<a b='c'/>";
-  stream.finish();
   try {
+    stream << declaration("UTF-8") + "?>\n<a b='c'/>";
+    stream.finish();
     Tavrin::XMLReader_XML10().parse(document.octets.data(), document.octets.size(), true);
     return true;
   } catch (const Tavrin::SAXException&) {
     return false;
   }
+}
+
+}  // namespace
+
+EncodingBuffer::EncodingBuffer(const std::string& encoding, std::ostream& out)
+    : encoding_(encoding), out_(out), recoding_("UTF-8", encoding), faithful_(encoding) {
+  if (!recoding_.isKnown() || !faithful_.areKnown()) throw std::invalid_argument(encoding);
+}
+
+bool EncodingBuffer::isUsable(const std::string& encoding) {
+  if (!isEncodingName(encoding)) return false;
+  FaithfulCharacters faithful(encoding);
+  return faithful.areKnown() && faithful.lengthOfRun(kNeeded) == kNeeded.size() &&
+         faithful.comeBackTogether() && isReadable(encoding);
 }
 
 EncodingBuffer::int_type EncodingBuffer::overflow(int_type c) {
@@ -139,36 +122,42 @@ void EncodingBuffer::convertBeginning(std::string_view octets) {
   pending_ = octets.substr(convert(octets));
 }
 
-// A reference has no characters that an encoding lacks, so it is not replaced again.
-// NOLINTBEGIN(misc-no-recursion)
-
 /// Converts all but the part of a character at the end. Returns how many octets that are.
 std::size_t EncodingBuffer::convert(std::string_view octets) {
-  char block[4096];
-  const std::string_view all = octets;
-  std::size_t scanned = 0;
-  for (;;) {
-    char* to = block;
-    std::size_t room = sizeof block;
-    // iconv does not change it, whatever the type says.
-    char* from = const_cast<char*>(octets.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
-    std::size_t left = octets.size();
-    const bool failed = iconv(iconv_, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
-    const int error = failed ? errno : 0;
-    out_.write(block, static_cast<std::streamsize>(sizeof block - room));
-    octets.remove_prefix(octets.size() - left);
-    if (error == E2BIG) continue;
-    const std::size_t done = all.size() - octets.size();
-    scanner_.take(all.substr(scanned, done - scanned));
-    if (error != EILSEQ) return done;
-    const std::string_view character = octets.substr(0, lengthOf(octets));
-    replace(character);
+  octets = wholeOf(octets);
+  const std::size_t size = octets.size();
+  while (!octets.empty()) {
+    const std::string_view run = octets.substr(0, faithful_.lengthOfRun(octets));
+    write(run);
+    scanner_.take(run);
+    octets.remove_prefix(run.size());
+    if (octets.empty()) break;
+    const std::string_view character = firstOf(octets);
+    write(replacementOf(character));
+    // The scanner need not see that, but what came before is no part of what follows.
+    scanner_.take("x");
     octets.remove_prefix(character.size());
-    scanned = done + character.size();
   }
+  return size;
 }
 
-void EncodingBuffer::replace(std::string_view character) {
+/// Passes on characters that the encoding has.
+void EncodingBuffer::write(std::string_view octets) {
+  using Outcome = Recoding::Outcome;
+  char block[4096];
+  Outcome outcome = octets.empty() ? Outcome::Done : Outcome::NoRoom;
+  while (outcome == Outcome::NoRoom) {
+    char* to = block;
+    std::size_t room = sizeof block;
+    outcome = recoding_.convert(octets, to, room);
+    out_.write(block, static_cast<std::streamsize>(sizeof block - room));
+  }
+  if (outcome == Outcome::Done) return;
+  throw Tavrin::SAXException("Text that cannot be written in " + encoding_);
+}
+
+/// What stands for a character that the encoding lacks.
+std::string EncodingBuffer::replacementOf(std::string_view character) const {
   using Place = MarkupScanner::Place;
   const unsigned code = codePointOf(character);
   const Place place = scanner_.place();
@@ -179,22 +168,15 @@ void EncodingBuffer::replace(std::string_view character) {
                                std::string(describe(place)) + " cannot have references");
   }
   std::snprintf(number, sizeof number, "&#x%X;", code);
-  std::string reference = number;
-  if (place == Place::Section) reference = "]]>" + reference + "<![CDATA[";
-  // The scanner need not see it, but what came before is no part of what follows.
-  const MarkupScanner before = scanner_;
-  convert(reference);
-  scanner_ = before;
-  scanner_.take("x");
+  const std::string reference = number;
+  return place == Place::Section ? "]]>" + reference + "<![CDATA[" : reference;
 }
-
-// NOLINTEND(misc-no-recursion)
 
 void EncodingBuffer::finish() {
   char block[64];
   char* to = block;
   std::size_t room = sizeof block;
-  iconv(iconv_, nullptr, nullptr, &to, &room);
+  recoding_.finish(to, room);
   out_.write(block, static_cast<std::streamsize>(sizeof block - room));
 }
 

@@ -1,27 +1,24 @@
 #pragma once
 
-#include <iconv.h>
-
 #include <ostream>
 #include <streambuf>
 #include <string>
 #include <string_view>
 
+#include "copying/FaithfulCharacters.h"
 #include "copying/MarkupScanner.h"
+#include "copying/Recoding.h"
 
 namespace tool {
 
 /// Takes XML text in UTF-8, as a writer makes it, and passes it on in another encoding. Its
-/// declaration names that. A character that the encoding lacks becomes a reference to it where
-/// there can be one; a CDATA section ends before it and begins anew behind it. Anywhere else it is
-/// a failure.
+/// declaration names that. A character that the encoding does not give back becomes a reference to
+/// it where there can be one; a CDATA section ends before it and begins anew behind it. Anywhere
+/// else it is a failure.
 class EncodingBuffer : public std::streambuf {
  public:
   /// @param out where failures are known: none is reported here
   EncodingBuffer(const std::string& encoding, std::ostream& out);
-  ~EncodingBuffer() override;
-  EncodingBuffer(const EncodingBuffer&) = delete;
-  EncodingBuffer& operator=(const EncodingBuffer&) = delete;
 
   /// Passes on what the document's end needs.
   void finish();
@@ -37,11 +34,13 @@ class EncodingBuffer : public std::streambuf {
  private:
   std::size_t convert(std::string_view octets);
   void convertBeginning(std::string_view octets);
-  void replace(std::string_view character);
+  void write(std::string_view octets);
+  std::string replacementOf(std::string_view character) const;
 
   std::string encoding_;
   std::ostream& out_;
-  iconv_t iconv_;
+  Recoding recoding_;
+  FaithfulCharacters faithful_;
   bool hasBegun_ = false;
   std::string pending_;  // The part of a character.
   MarkupScanner scanner_;
