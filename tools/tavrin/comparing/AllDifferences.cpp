@@ -65,11 +65,10 @@ bool AllDifferences::step() {
   if ((!a_.isRecord && !b_.isRecord) || hasFailed(a_) || hasFailed(b_)) return false;
   if (a_.isAtText() && b_.isAtText()) {
     compareTexts();
-  } else if (a_.isRecord && b_.isRecord && isSame(a_.record, b_.record)) {
+  } else if ((a_.isRecord && b_.isRecord && isSame(a_.record, b_.record)) ||
+             // Or their start tags differ, and have been shown.
+             (a_.isAt(RecordKind::EndElement) && b_.isAt(RecordKind::EndElement))) {
     a_.pass();
-    b_.pass();
-  } else if (a_.isAt(RecordKind::EndElement) && b_.isAt(RecordKind::EndElement)) {
-    a_.pass();  // Their start tags differ, and have been shown.
     b_.pass();
   } else if (a_.isAtEnd() && b_.isAtEnd()) {
     showEnd(a_.isRecord ? a_ : b_);
