@@ -91,13 +91,13 @@ bool FaithfulCharacters::comeBackTogether() {
 }
 
 bool FaithfulCharacters::comeBack(std::string_view text) {
-  std::array<char, kMostOctets> there;
-  std::array<char, kMostOctets> back;
+  std::array<char, kMostOctets> there{};
+  std::array<char, kMostOctets> back{};
   return recoded(decoder_, recoded(encoder_, text, there), back) == text;
 }
 
 bool FaithfulCharacters::comeBackWhole(std::string_view character) {
-  std::array<char, kMostOctets> there;
+  std::array<char, kMostOctets> there{};
   if (!comeBack(character)) return false;
   // A base and a mark may be one character, or two to a reader that takes octets one by one.
   const std::string_view octets = recoded(encoder_, character, there);
@@ -105,7 +105,7 @@ bool FaithfulCharacters::comeBackWhole(std::string_view character) {
 }
 
 bool FaithfulCharacters::saysNothing(std::string_view octets) {
-  std::array<char, kMostOctets> text;
+  std::array<char, kMostOctets> text{};
   char* to = text.data();
   std::size_t room = text.size();
   decoder_.reset();
