@@ -14,7 +14,7 @@ namespace tool {
 
 namespace {
 
-constexpr std::uint64_t kLargeFile = 8 * 1024 * 1024;
+constexpr std::uint64_t kLargeFile = std::uint64_t{8} << 20;
 constexpr std::size_t kFirstOctets = 256;
 
 std::string systemName(const std::string& name) { return name == "-" ? "standard input" : name; }

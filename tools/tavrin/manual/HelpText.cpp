@@ -76,14 +76,15 @@ class Parser {
     const std::string_view line = lines_[next_];
     const std::size_t start = indentationOf(line);
     const std::size_t gap = line.find("  ", start);
-    const bool isRow = start == kIndentation && (gap != line.npos || continues(next_ + 1));
+    const bool isRow =
+        start == kIndentation && (gap != std::string_view::npos || continues(next_ + 1));
     ++next_;
     if (!isRow) {
       blocks_.push_back({Kind::Literal, "", std::string(line)});
       return;
     }
     HelpBlock row{Kind::Row, std::string(line.substr(start, gap - start)), ""};
-    if (gap != line.npos) appendLine(row.text, line.substr(gap));
+    if (gap != std::string_view::npos) appendLine(row.text, line.substr(gap));
     for (; continues(next_); ++next_) appendLine(row.text, lines_[next_]);
     blocks_.push_back(std::move(row));
   }
@@ -95,10 +96,12 @@ class Parser {
 
 /// Whether the term of a row names an option, maybe beside others and with a value.
 bool names(std::string_view term, std::string_view option) {
-  for (std::size_t at = term.find(option); at != term.npos; at = term.find(option, at + 1)) {
+  for (std::size_t at = term.find(option); at != std::string_view::npos;
+       at = term.find(option, at + 1)) {
     const std::size_t end = at + option.size();
     const bool begins = at == 0 || term[at - 1] == ' ';
-    const bool ends = end == term.size() || std::string_view(" ,=[").find(term[end]) != term.npos;
+    const bool ends =
+        end == term.size() || std::string_view(" ,=[").find(term[end]) != std::string_view::npos;
     if (begins && ends) return true;
   }
   return false;
@@ -112,7 +115,7 @@ std::string summaryOf(const std::vector<HelpBlock>& help, std::string_view optio
   for (const HelpBlock& block : help) {
     if (block.kind != Kind::Row || !names(block.term, option)) continue;
     std::size_t end = std::min(block.text.find_first_of(":;"), block.text.find(". "));
-    if (end == block.text.npos && block.text.ends_with('.')) end = block.text.size() - 1;
+    if (end == std::string::npos && block.text.ends_with('.')) end = block.text.size() - 1;
     return block.text.substr(0, end);
   }
   return {};
