@@ -35,7 +35,7 @@ static_assert(kMostJobs <= kMostUnfinishedFiles);
 
 // From so many files, or octets of them, on there is a line of progress.
 constexpr std::size_t kManyFiles = 100;
-constexpr std::uint64_t kManyOctets = 8 * 1024 * 1024;
+constexpr std::uint64_t kManyOctets = std::uint64_t{8} << 20;
 
 std::uint64_t octetsOf(const std::vector<Document>& documents) {
   std::uint64_t octets = 0;
@@ -54,7 +54,7 @@ class Worker {
       : documents_(documents), turns_(turns), work_(work) {}
 
   void run() {
-    for (std::size_t index; (index = next_++) < documents_.size();) {
+    for (std::size_t index = next_++; index < documents_.size(); index = next_++) {
       if (!turns_.mayBegin(index)) return;
       Turn turn(turns_, index);
       // A file alone has the terminal to itself.
