@@ -3,7 +3,7 @@
 namespace tool::octets {
 
 StringTable::StringTable(std::string_view name, std::uint32_t first,
-                         std::vector<std::string_view> builtIn)
+                         const std::vector<std::string_view>& builtIn)
     : name_(name), first_(first) {
   for (const std::string_view entry : builtIn) builtIn_.push_back({std::string(entry)});
 }

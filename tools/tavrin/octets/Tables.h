@@ -33,7 +33,7 @@ class StringTable {
   /// @param first   the index of the first entry that a document adds
   /// @param builtIn the entries in front of it
   StringTable(std::string_view name, std::uint32_t first,
-              std::vector<std::string_view> builtIn = {});
+              const std::vector<std::string_view>& builtIn = {});
 
   std::string_view name() const { return name_; }
   /// Adds an entry. Returns its index, or 0 where the table is full.
