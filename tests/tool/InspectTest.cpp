@@ -200,10 +200,9 @@ TEST_F(Inspect, ShowsLongValuesInPieces) {
 }
 
 TEST_F(Inspect, CannotKnowTheEntriesOfAnExternalVocabulary) {
-  expectFailure(
-      octets("E0 00 00 01 20 10 80 02 'u:v' 00 00 'a' 05 92 01 'text' 3C 82 A0 FF F0"),
-      kHeader +
-          R"(00000004: 20                       # document (C.2): initial vocabulary
+  expectFailure(octets("E0 00 00 01 20 10 80 02 'u:v' 00 00 'a' 05 92 01 'text' 3C 82 A0 FF F0"),
+                kHeader +
+                    R"(00000004: 20                       # document (C.2): initial vocabulary
 00000005: 10 80                    #   initial vocabulary (C.2.5)
 00000007: 02 75 3a 76              #     external vocabulary (C.22): "u:v"
 # ! octet 11: Unknown external vocabulary - u:v
@@ -217,7 +216,7 @@ TEST_F(Inspect, CannotKnowTheEntriesOfAnExternalVocabulary) {
 00000018: ff                       #     end of the element (C.3.8)  /?/? and of  /?
 00000019: f0                       # end of the document (C.2.12)
 )",
-      "octet 11: Unknown external vocabulary - u:v");
+                "octet 11: Unknown external vocabulary - u:v");
 }
 
 TEST_F(Inspect, ShowsSeveralDocuments) {

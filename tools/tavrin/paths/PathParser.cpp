@@ -112,7 +112,7 @@ class PathParser {
   }
 
   std::string takeNCName(const char* expected) {
-    const std::string name(nameHere());
+    std::string name(nameHere());
     if (name.empty()) failAt(place_, std::string(expected) + " is expected");
     if (!isNCName(name)) failAt(place_, "\"" + name + "\" is not a name");
     place_ += name.size();

@@ -1,7 +1,9 @@
 #include "printing/Text.h"
 
+// NOLINTBEGIN(modernize-deprecated-headers): uselocale and wcwidth are not of C.
 #include <locale.h>
 #include <wchar.h>
+// NOLINTEND(modernize-deprecated-headers)
 
 #include <algorithm>
 #include <charconv>

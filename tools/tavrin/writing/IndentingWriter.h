@@ -87,7 +87,7 @@ class IndentingWriter : public Tavrin::XMLWriter {
   };
 
   struct Element {
-    Content content;
+    Content content = Content::Elements;
     std::uint64_t firstBreak = kNone;  // In front of its first child.
   };
 
