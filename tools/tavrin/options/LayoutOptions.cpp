@@ -2,6 +2,7 @@
 
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Identifiers.h>
+#include <Tavrin/TypedData.h>
 
 #include <CLI/CLI.hpp>
 #include <charconv>
@@ -53,6 +54,8 @@ std::unique_ptr<Tavrin::XMLWriter> LayoutOptions::layOut(
   try {
     writer->setFeature(Tavrin::features::autoIndent, false);  // Only writers of text know it.
   } catch (const Tavrin::SAXNotRecognizedException&) {
+    const bool isBinary = dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(writer.get());
+    if (!isBinary) throw;
     throw Tavrin::SAXException(std::string(tabs ? "--tabs" : "--indent") +
                                ": the copy is not XML text, and has no lines");
   }
