@@ -20,7 +20,7 @@ using Words = std::vector<std::string>;
 struct OptionWords {
   Words names;  ///< With their dashes.
   std::string summary;
-  bool takesValue;
+  bool takesValue = false;
   Words values;  ///< Empty for a file or any text.
 };
 
@@ -69,7 +69,7 @@ OptionWords wordsOf(const CLI::Option& option, const std::vector<HelpBlock>& hel
   return words;
 }
 
-void addOptions(const CLI::App& command, CommandWords& words) {
+void addOwnOptions(const CLI::App& command, CommandWords& words) {
   const std::vector<HelpBlock> help = helpOf(command);
   // Only a help text that tells of writers' properties is of a command that has use of them.
   const bool hasWriters = !summaryOf(help, "indent-width").empty();
@@ -83,9 +83,14 @@ void addOptions(const CLI::App& command, CommandWords& words) {
         words.options, [&](const OptionWords& other) { return other.names == added.names; });
     if (!isThere) words.options.push_back(added);
   }
+}
+
+/// Shells are told of the options of all commands below this one together. They have none below.
+void addOptions(const CLI::App& command, CommandWords& words) {
+  addOwnOptions(command, words);
   for (const CLI::App* below : command.get_subcommands({})) {
     words.arguments.push_back(below->get_name());
-    addOptions(*below, words);  // Shells are told of all of them together.
+    addOwnOptions(*below, words);
   }
 }
 
@@ -194,8 +199,8 @@ std::string zshCompletion(const std::vector<CommandWords>& commands) {
                                     ? ":value:_files"
                                     : ":value:(" + join(option.values, " ") + ")";
       for (const std::string& name : option.names) {
-        cases +=
-            " \\\n        " + shellQuoted("*" + name + "[" + zshText(option.summary) + "]" + value);
+        cases += " \\\n        ";
+        cases += shellQuoted("*" + name + "[" + zshText(option.summary) + "]" + value);
       }
     }
     if (!command.arguments.empty()) {

@@ -212,7 +212,7 @@ std::string Properties::help(Owners owners) {
 
 void addPropertyOptions(CLI::App& command, Properties& properties) {
   const auto add = [&command](const char* option, const char* placeholder,
-                              std::function<void(const std::string&)> setting) {
+                              const std::function<void(const std::string&)>& setting) {
     command
         .add_option_function<std::vector<std::string>>(
             option,
