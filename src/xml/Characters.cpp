@@ -129,6 +129,15 @@ std::size_t findInvalid(std::string_view text) {
   }
 }
 
+FirstCharacter firstCharacter(std::string_view text) {
+  const auto announced =
+      static_cast<std::size_t>(std::countl_one(static_cast<std::uint8_t>(octetAt(text, 0))));
+  if (announced >= 2 && announced <= 4 && text.size() < announced) return {.isCut = true};
+  const Decoded decoded = decode(text, 0);
+  if (!isCharacter(decoded.character)) return {};
+  return {decoded.character, decoded.octets};
+}
+
 std::string describeInvalid(std::string_view text, std::size_t position) {
   const char32_t character = decode(text, position).character;
   char description[32];

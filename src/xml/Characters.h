@@ -14,6 +14,15 @@ inline constexpr std::size_t kAllValid = std::string_view::npos;
 /// kAllValid.
 std::size_t findInvalid(std::string_view text);
 
+/// The character that octets begin with.
+struct FirstCharacter {
+  char32_t character = 0;
+  std::size_t octets = 0;  ///< 0 where they begin with no character of XML 1.0.
+  bool isCut = false;      ///< Whether there are fewer than its first octet announces.
+};
+/// @param text not empty
+FirstCharacter firstCharacter(std::string_view text);
+
 /// What a message calls what stands at a position that findInvalid returns: "character U+0001" or
 /// "UTF-8 octet 0xFF".
 std::string describeInvalid(std::string_view text, std::size_t position);

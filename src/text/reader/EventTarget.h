@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "../../sax/HandlerPlaces.h"
@@ -71,10 +72,7 @@ class EventTarget {
 
   void characterData(const XML_Char* data, int length) {
     deliver(handlers.content, [&](ContentHandler& handler) {
-      const auto size = static_cast<std::size_t>(length);
-      if (size > kMostKept) return handler.characters(std::string(data, size));
-      text_.assign(data, size);
-      handler.characters(text_);
+      passOn(handler, {data, static_cast<std::size_t>(length)});
     });
   }
   void endNamespace(const XML_Char* prefix) {
@@ -98,6 +96,13 @@ class EventTarget {
   void releaseMemory() {
     const std::string released(std::move(text_));  // Assigning an empty string frees nothing.
     element_.release();
+  }
+
+  /// Delivers text.
+  void passOn(ContentHandler& handler, std::string_view text) {
+    if (text.size() > kMostKept) return handler.characters(std::string(text));
+    text_ = text;
+    handler.characters(text_);
   }
 
   /// Whether events are delivered. While it is false, makeReady is called before each event.

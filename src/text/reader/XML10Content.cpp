@@ -113,10 +113,6 @@ void XML10Driver::processingInstruction(const XML_Char* target, const XML_Char* 
   EventTarget::processingInstruction(target, data);
 }
 
-std::uint64_t OpenEntity::octetsRead() const {
-  return static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(parser), XML_Index{0}));
-}
-
 void XML10Driver::addDefaults(std::uint64_t octets) {
   XML10Document& document = *document_;
   document.defaultOctets += octets;

@@ -24,8 +24,8 @@ class Locator_XML10 : public OctetLocator {
 
   std::string getPublicId() const override { return document_.current().entity->publicId; }
   std::string getSystemId() const override { return document_.current().entity->systemId; }
-  std::int32_t getLineNumber() const override { return lineOf(document_.current().parser); }
-  std::int32_t getColumnNumber() const override { return columnOf(document_.current().parser); }
+  std::int32_t getLineNumber() const override { return document_.current().position().line; }
+  std::int32_t getColumnNumber() const override { return document_.current().position().column; }
   std::uint64_t getOctetOffset() const override { return document_.current().octetsRead(); }
 
  private:
@@ -51,10 +51,10 @@ void XML10Driver::parse(std::istream& stream) {
   const ParseScope scope(parsing_);
   checkNotPaused("parse");
   guardParse([&] {
-    setupParser();
+    beginDocument();
     setReparseDeferral();
     document_->stream = &stream;
-    finishParse(parseEntity(parser_.get(), stream, true), true);
+    finishParse(parseEntity(stream, true), true);
   });
 }
 
@@ -62,7 +62,7 @@ void XML10Driver::parse(const void* data, unsigned long size, bool isFinal) {
   const ParseScope scope(parsing_);
   checkNotPaused("parse");
   guardParse([&] {
-    if (!parser_) setupParser();
+    if (!document_) beginDocument();
     if (data == nullptr) size = 0;
     if (size == 0 && !isFinal) return;
     setReparseDeferral();
@@ -89,7 +89,7 @@ void XML10Driver::checkNotPaused(const char* operation) const {
 }
 
 void XML10Driver::stop() {
-  if (!parser_) return;
+  if (!document_) return;
   gate_.stop();
   if (parsing_) {
     stopParser(XML_FALSE);
@@ -108,10 +108,12 @@ void XML10Driver::pause() {
 /// does not check that the elements of that entity end in it. The gate keeps what follows in an
 /// entity of either kind, and the document's parser is suspended when the entity has been left.
 void XML10Driver::suspendOutsideOfEntities() {
+  if (document_->scanner) return document_->scanner->halt();
   if (!document_->isInExternalEntity() && !isInInternalEntity()) stopParser(XML_TRUE);
 }
 
 void XML10Driver::stopParser(XML_Bool isResumable) {
+  if (document_->scanner) return document_->scanner->halt();
   XML_Parser parser = document_->current().parser;
   XML_ParsingStatus status = {};
   XML_GetParsingStatus(parser, &status);
@@ -131,45 +133,75 @@ void XML10Driver::resume() {
 }
 
 XML_Status XML10Driver::continueParse() {
-  XML_ParsingStatus parsing = {};
-  XML_GetParsingStatus(parser_.get(), &parsing);
-  // Where what was read has ended in an entity, expat was not suspended.
-  const bool isSuspended = parsing.parsing == XML_SUSPENDED;
-  const XML_Status status = isSuspended ? XML_ResumeParser(parser_.get()) : XML_STATUS_OK;
-  if (status != XML_STATUS_OK) return status;
-  XML_GetParsingStatus(parser_.get(), &parsing);
-  if (parsing.parsing == XML_FINISHED) return status;
-  nameOpenElements();
-  if (document_->stream != nullptr) return parseEntity(parser_.get(), *document_->stream, false);
+  XML_Status status = XML_STATUS_OK;
+  const bool isStream = document_->stream != nullptr;
+  if (document_->scanner) {
+    const bool areLast = !isStream && document_->isFinal && document_->rest.empty();
+    status = scan(document_->waiting.all(), areLast);
+    if (status != XML_STATUS_OK) return status;
+  } else {
+    XML_ParsingStatus parsing = {};
+    XML_GetParsingStatus(parser_.get(), &parsing);
+    // Where what was read has ended in an entity, expat was not suspended.
+    if (parsing.parsing == XML_SUSPENDED) status = XML_ResumeParser(parser_.get());
+    if (status != XML_STATUS_OK) return status;
+    XML_GetParsingStatus(parser_.get(), &parsing);
+    if (parsing.parsing == XML_FINISHED) return status;
+    nameOpenElements();
+  }
+  if (isStream) return parseEntity(*document_->stream, false);
   const std::string rest = std::exchange(document_->rest, {});
   return rest.empty() ? status : parseBlock(rest.data(), rest.size(), document_->isFinal);
 }
 
-void XML10Driver::setupParser() {
+void XML10Driver::beginDocument() {
   releaseParser();  // An abandoned document may still be open.
   maximumCoalescedOctets_ = settings.limits.maximumCoalescedOctets;
   gate_.begin(settings.features.coalesceCharacters, maximumCoalescedOctets_);
-  parser_.reset(settings.features.namespaces ? XML_ParserCreateNS(nullptr, kXML10Separator)
-                                             : XML_ParserCreate(nullptr));
+  document_ = std::make_unique<XML10Document>(settings);
+  locator_ = std::make_unique<Locator_XML10>(*document_);
+  if (settings.textScanner == XML10Settings::kExpat) {
+    createParser();
+  } else {
+    const XML10Settings::Features& features = settings.features;
+    const XML10Scanner::Settings ways = {.splitsNames = features.namespaces,
+                                         .listsDeclarations = features.namespacePrefixes,
+                                         .namesXmlns = features.xmlnsURIs};
+    document_->scanner = std::make_unique<XML10Scanner>(*this, ways);
+    document_->current().scanner = document_->scanner.get();
+  }
+  // makeReady announces the document, at its XML declaration or the first other event.
+  ready_ = false;
+}
+
+/// The document's parser, instead of the scanner.
+void XML10Driver::createParser() {
+  const XML10Settings& current = document_->settings;
+  parser_.reset(current.features.namespaces ? XML_ParserCreateNS(nullptr, kXML10Separator)
+                                            : XML_ParserCreate(nullptr));
   if (!parser_) throw std::bad_alloc();
   XML_Parser parser = parser_.get();
-  document_ = std::make_unique<XML10Document>(parser, settings);
-  locator_ = std::make_unique<Locator_XML10>(*document_);
-  installCallbacks(parser, *this);
-  XML_SetXmlDeclHandler(parser, on<&XML10Driver::xmlDecl>);
-  setUnknownEncodingHandler(parser);
-  const XMLReader_XML10::Limits& limits = settings.limits;
+  document_->open.front().parser = parser;
+  document_->open.front().scanner = nullptr;
+  document_->scanner.reset();
+  installDocumentCallbacks();
+  const XMLReader_XML10::Limits& limits = current.limits;
   const double factor =
       std::min<double>(limits.entityAmplificationFactor, std::numeric_limits<float>::max());
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(factor));
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser,
                                                           limits.entityAmplificationThreshold);
-  // makeReady announces the document, at its XML declaration or the first other event.
-  ready_ = false;
+}
+
+void XML10Driver::installDocumentCallbacks() {
+  installCallbacks(parser_.get(), *this);
+  XML_SetXmlDeclHandler(parser_.get(), on<&XML10Driver::xmlDecl>);
+  setUnknownEncodingHandler(parser_.get());
 }
 
 void XML10Driver::setReparseDeferral() {
 #ifdef TAVRIN_HAS_REPARSE_DEFERRAL
+  if (parser_ == nullptr) return;  // The scanner never waits.
   XML_SetReparseDeferralEnabled(parser_.get(), settings.reparseDeferral ? XML_TRUE : XML_FALSE);
 #endif
 }
@@ -212,14 +244,14 @@ bool showsEncoding(std::string_view start) {
 
 }  // namespace
 
-XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, bool isFirst) {
+XML_Status XML10Driver::parseEntity(std::istream& stream, bool isFirst) {
   gate_.settle();  // The stream may throw.
   // The stream's buffer is read, so that the stream's state has no influence.
   std::streamsize arrived = countArrived(stream.rdbuf(), kMostRead);
   for (; arrived > 0; isFirst = false) {
     // Room for no more than that: to allocate it takes longer than to read a small document.
     const auto size = std::max<std::streamsize>(arrived, kLongestDeclaration);
-    auto* const block = static_cast<char*>(XML_GetBuffer(parser, static_cast<int>(size)));
+    char* const block = roomFor(static_cast<int>(size));
     if (block == nullptr) return XML_STATUS_ERROR;
     std::string_view octets;
     do {
@@ -229,22 +261,42 @@ XML_Status XML10Driver::parseEntity(XML_Parser parser, std::istream& stream, boo
       const bool needsMore = isFirst && !showsEncoding(octets);
       arrived = needsMore ? countArrived(stream.rdbuf(), block + size - octets.end()) : 0;
     } while (arrived > 0);
-    if (isFirst) chooseEncoding(parser, octets);
+    const bool wasScanned = isScanned();
+    if (isFirst) chooseEncoding(octets);
     // After a block that is not the last one, expat counts its lines. Measured: small documents are
     // read in a tenth less time where the last one is known.
     const bool isLast = isKnownToEnd(*stream.rdbuf());
-    Recoder* const recoder = document_->current().recoder.get();
-    const XML_Status status =
-        recoder ? parseRecoded(parser, *recoder, octets, isLast)
-                : XML_ParseBuffer(parser, static_cast<int>(octets.size()), isLast);
+    const XML_Status status = wasScanned ? parseScanned(octets, isLast) : parseRoom(octets, isLast);
     if (status != XML_STATUS_OK || isLast) return status;
     if (isPaused() && !document_->isInExternalEntity()) return XML_STATUS_SUSPENDED;
     gate_.settle();
     nameOpenElements();
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
-  Recoder* const recoder = document_->current().recoder.get();
-  return recoder ? parseRecoded(parser, *recoder, {}, true) : XML_Parse(parser, "", 0, XML_TRUE);
+  if (isScanned()) return scan(document_->waiting.all(), true);
+  const OpenEntity& entity = document_->current();
+  return entity.recoder ? parseRecoded(entity.parser, *entity.recoder, {}, true)
+                        : XML_Parse(entity.parser, "", 0, XML_TRUE);
+}
+
+/// Room for the next octets of the current entity, or null.
+char* XML10Driver::roomFor(int size) {
+  if (isScanned()) return document_->waiting.roomFor(static_cast<std::size_t>(size));
+  return static_cast<char*>(XML_GetBuffer(document_->current().parser, size));
+}
+
+/// Parses what has been written there.
+XML_Status XML10Driver::parseRoom(std::string_view octets, bool areLast) {
+  const OpenEntity& entity = document_->current();
+  return entity.recoder ? parseRecoded(entity.parser, *entity.recoder, octets, areLast)
+                        : XML_ParseBuffer(entity.parser, static_cast<int>(octets.size()), areLast);
+}
+
+/// Likewise, if it was to be scanned.
+XML_Status XML10Driver::parseScanned(std::string_view octets, bool areLast) {
+  if (!isScanned()) return parseBlock(octets.data(), octets.size(), areLast);
+  document_->waiting.add(octets.size());
+  return scan(document_->waiting.all(), areLast);
 }
 
 XML_Status XML10Driver::parseRecoded(XML_Parser parser, Recoder& recoder, std::string_view octets,
@@ -256,13 +308,15 @@ XML_Status XML10Driver::parseRecoded(XML_Parser parser, Recoder& recoder, std::s
                    isLast ? XML_TRUE : XML_FALSE);
 }
 
-void XML10Driver::chooseEncoding(XML_Parser parser, std::string_view start) {
+void XML10Driver::chooseEncoding(std::string_view start) {
   const std::string_view first = start.substr(0, kLongestDeclaration);
   const EntityEncoding encoding = encodingOfEntity(first).value_or(EntityEncoding{});
+  if (isScanned() && encoding.way != EntityEncoding::Way::Expat) createParser();
   if (encoding.way == EntityEncoding::Way::Recoded) {
     document_->current().recoder = std::make_unique<Recoder>(encoding.name);
   }
   if (encoding.way != EntityEncoding::Way::Expat) {
+    XML_Parser parser = document_->current().parser;
     if (XML_SetEncoding(parser, "UTF-8") != XML_STATUS_OK) throw std::bad_alloc();
     return;
   }
@@ -285,7 +339,7 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
     if (isFirst) start = front;
     return XML_STATUS_OK;
   }
-  chooseEncoding(parser_.get(), known);
+  chooseEncoding(known);
   const std::string kept = std::move(start);
   document_->start.reset();
   if (isFirst) return parseBlock(block, size, isFinal);
@@ -300,6 +354,7 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
 }
 
 XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool isFinal) {
+  if (isScanned()) return scanBlock(block, size, isFinal);
   Recoder* const recoder = document_->current().recoder.get();
   for (; recoder && size > kMostRead; size -= kMostRead, block += kMostRead) {
     const XML_Status status = parseRecoded(parser_.get(), *recoder, {block, kMostRead}, false);

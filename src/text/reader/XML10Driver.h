@@ -15,6 +15,8 @@
 #include <vector>
 
 #include "../../sax/EventGate.h"
+#include "../scanner/WaitingOctets.h"
+#include "../scanner/XML10Scanner.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
 #include "ElementAttributes.h"
@@ -38,10 +40,13 @@ struct XML10Settings {
   };
 
   static constexpr bool kReparseDeferral = true;
+  static constexpr char kAutomatic[] = "automatic";
+  static constexpr char kExpat[] = "expat";
 
   Features features;
   std::optional<std::string> baseURI;
   bool reparseDeferral = kReparseDeferral;
+  std::string textScanner = kAutomatic;
   XMLReader_XML10::Limits limits;
 };
 
@@ -61,14 +66,26 @@ struct DeclaredEntity {
 
 /// An external entity that is being read, or the document itself.
 struct OpenEntity {
-  XML_Parser parser;
+  XML_Parser parser;  ///< Null while the document is scanned.
   const DeclaredEntity* entity;
   std::string encoding = {};  ///< As it is declared; empty where expat gets UTF-8.
   std::size_t depth = 0;      ///< How many elements contain it.
   /// Makes UTF-8 of it; null where expat reads its octets.
   std::unique_ptr<Recoder> recoder = nullptr;
+  const XML10Scanner* scanner = nullptr;
 
+  /// Where the document goes on that expat reads after another one: a place in both.
+  struct Junction {
+    std::uint64_t octets = 0;
+    Place place = {};
+  };
+  Junction inDocument = {};
+  Junction inParser = {};
+
+  /// Where the current event begins.
   std::uint64_t octetsRead() const;
+  std::uint64_t line() const;
+  Position position() const;
 };
 
 /// What a document declares after a parameter entity that was not read, where expat processes no
@@ -83,9 +100,9 @@ struct UnprocessedDeclarations {
 
 /// The state of the document that is being read.
 struct XML10Document {
-  XML10Document(XML_Parser parser, const XML10Settings& current)
+  explicit XML10Document(const XML10Settings& current)
       : settings(current), self{{}, {}, settings.baseURI.value_or(std::string())} {
-    open.push_back({.parser = parser, .entity = &self});
+    open.push_back({.parser = nullptr, .entity = &self});
   }
 
   OpenEntity& current() { return open.back(); }
@@ -103,6 +120,9 @@ struct XML10Document {
   std::optional<std::string> start = std::string();
   const DeclaredEntity self;
   std::vector<OpenEntity> open;
+  /// Reads the document; null where expat does.
+  std::unique_ptr<XML10Scanner> scanner;
+  WaitingOctets waiting;  ///< For the scanner.
 
   // While the document is paused: what has not been given to expat.
   std::istream* stream = nullptr;
@@ -147,7 +167,7 @@ struct XML10Document {
 };
 
 /// Reads documents for the reader "XML10".
-class XML10Driver : public EventTarget {
+class XML10Driver : public EventTarget, public ScannedEvents {
  public:
   using EventTarget::EventTarget;
 
@@ -196,7 +216,9 @@ class XML10Driver : public EventTarget {
   template <typename Parse>
   void guardParse(Parse parse);
   void checkNotPaused(const char* operation) const;
-  void setupParser();
+  void beginDocument();
+  void createParser();
+  void installDocumentCallbacks();
   /// Reports the end of the document, or its failure, unless it is paused or stopped.
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
@@ -215,11 +237,14 @@ class XML10Driver : public EventTarget {
   /// socket does, all events of the octets before have been reported.
   /// @param isFirst whether the entity begins with the octets that come
   /// @return the parser's last status; XML_STATUS_ERROR also where it has no memory for a block
-  XML_Status parseEntity(XML_Parser parser, std::istream& stream, bool isFirst);
+  XML_Status parseEntity(std::istream& stream, bool isFirst);
+  char* roomFor(int size);
+  XML_Status parseRoom(std::string_view octets, bool areLast);
+  XML_Status parseScanned(std::string_view octets, bool areLast);
   /// So much is read at a time: entities are often small, and several may be open.
   static constexpr int kMostRead = 64 * 1024;
-  /// Prepares a parser for the encoding of an entity, by the entity's first octets.
-  void chooseEncoding(XML_Parser parser, std::string_view start);
+  /// Prepares for the encoding of an entity, by the entity's first octets.
+  void chooseEncoding(std::string_view start);
   bool makeReady() override;
   void handlerThrew() override;
   void endDocument();
@@ -228,7 +253,7 @@ class XML10Driver : public EventTarget {
   /// Frees what belongs to the open document.
   void releaseParser();
 
-  Position positionHere() const { return positionOf(document_->current().parser); }
+  Position positionHere() const { return document_->current().position(); }
   /// The exception for a failure or warning in the current entity.
   SAXParseException exceptionAt(const std::string& message, const Position& position) const;
   /// Ends the document with a failure in the current entity.
@@ -236,6 +261,29 @@ class XML10Driver : public EventTarget {
   [[noreturn]] void fail(const std::string& message) { failAt(message, positionHere()); }
   /// Ends the document with expat's failure in the current entity.
   [[noreturn]] void failAsParser();
+
+  // Documents that are scanned: XML10Scanned.cpp.
+  bool isScanned() const { return document_->current().scanner != nullptr; }
+  XML_Status scanBlock(const char* block, unsigned long size, bool isFinal);
+  XML_Status scan(std::string_view octets, bool areLast);
+  /// Has expat go on where the scanner has stopped.
+  XML_Status passToExpat(std::string_view rest, bool areLast);
+  XML_Status leadParserHere();
+  void announce() {
+    if (!ready_) makeReady();
+  }
+  void scannedDeclaration(std::string_view encoding, std::optional<bool> standalone) override;
+  void scannedPrefix(const std::string& prefix, const std::string& uri) override;
+  void scannedStart(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Attributes& attributes) override;
+  void scannedEnd(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override;
+  void scannedPrefixEnd(const std::string& prefix) override;
+  void scannedText(std::string_view text) override;
+  void scannedStartOfCDATA() override;
+  void scannedEndOfCDATA() override;
+  void scannedInstruction(const std::string& target, const std::string& data) override;
+  void scannedComment(const std::string& text) override;
 
   // What expat's messages do not tell: XML10Failures.cpp.
   /// The name that a failure of the current entity is about, as it follows expat's message.

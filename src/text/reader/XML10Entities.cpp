@@ -72,7 +72,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
     const EntityScope scope(document, child.get(), entity);
     if (handlers.lexical) handlers.lexical->startEntity(entity.name);
     if (isStopped()) return;
-    const XML_Status status = parseEntity(child.get(), *stream, true);
+    const XML_Status status = parseEntity(*stream, true);
     if (document.failure || isStopped()) return;
     if (status == XML_STATUS_ERROR) failAsParser();
     document.entityOctets += document.current().octetsRead();

@@ -236,7 +236,7 @@ std::string describeOctets(const OpenEntity& entity) {
 
 void XML10Driver::nameOpenElements() {
   OpenElements& elements = document_->elements;
-  if (elements.unnamed().empty()) return;
+  if (elements.unnamed().empty()) return;  // As it is while the document is scanned.
   const OpenEntity& entity = document_->current();
   int offset = 0;
   int size = 0;
@@ -253,7 +253,7 @@ void XML10Driver::nameOpenElements() {
     }
     const char* const tag = buffer + (octet - first);
     if (line == 0) {
-      line = XML_GetCurrentLineNumber(entity.parser) - countLines({tag, here - octet});
+      line = entity.line() - countLines({tag, here - octet});
     } else {
       line += countLines({buffer + (place - first), octet - place});
     }

@@ -21,6 +21,14 @@ bool* find(const std::string& name, XML10Settings::Features& switches) {
   return nullptr;
 }
 
+void checkTextScanner(const void* value) {
+  if (value == nullptr) return;
+  const std::string& scanner = *static_cast<const std::string*>(value);
+  if (scanner == XML10Settings::kAutomatic || scanner == XML10Settings::kExpat) return;
+  throw SAXException(std::string("Property \"") + properties::textScanner + "\" must be \"" +
+                     XML10Settings::kAutomatic + "\" or \"" + XML10Settings::kExpat + '"');
+}
+
 }  // namespace
 
 class XMLReader_XML10::Driver : public text::XML10Driver {
@@ -36,6 +44,8 @@ class XMLReader_XML10::Driver : public text::XML10Driver {
            access(properties::baseURI, settings.baseURI) ||
            access(properties::reparseDeferral, settings.reparseDeferral,
                   text::XML10Settings::kReparseDeferral) ||
+           access(properties::textScanner, settings.textScanner,
+                  std::string(XML10Settings::kAutomatic)) ||
            access(properties::entityAmplificationFactor, limits.entityAmplificationFactor,
                   kStandard.entityAmplificationFactor) ||
            access(properties::entityAmplificationThreshold, limits.entityAmplificationThreshold,
@@ -96,6 +106,7 @@ bool XMLReader_XML10::getFeature(const std::string& name) {
 
 void XMLReader_XML10::setProperty(const std::string& name, void* value) {
   if (name == properties::entityAmplificationFactor) checkFactor(name, value);
+  if (name == properties::textScanner) checkTextScanner(value);
   const bool isKnown = driver_->accessProperty(PropertySetter{name, value});
   if (!isKnown) XMLReader::setProperty(name, value);
 }

@@ -1,0 +1,149 @@
+#include <algorithm>
+#include <new>
+
+#include "../../sax/AtLimit.h"
+#include "XML10Driver.h"
+
+// Documents that are scanned: the scanner's events, and what follows when it stops.
+
+namespace Tavrin::text {
+
+// --- Positions ---
+
+std::uint64_t OpenEntity::octetsRead() const {
+  if (scanner != nullptr) return scanner->octetsBefore();
+  const auto octets =
+      static_cast<std::uint64_t>(std::max(XML_GetCurrentByteIndex(parser), XML_Index{0}));
+  return octets - inParser.octets + inDocument.octets;
+}
+
+std::uint64_t OpenEntity::line() const {
+  if (scanner != nullptr) return scanner->place().line;
+  return XML_GetCurrentLineNumber(parser) - inParser.place.line + inDocument.place.line;
+}
+
+Position OpenEntity::position() const {
+  std::uint64_t column = 0;
+  if (scanner != nullptr) {
+    column = scanner->place().column;
+  } else {
+    column = static_cast<std::uint64_t>(columnOf(parser));
+    // The line in which the document goes on may have begun elsewhere.
+    if (XML_GetCurrentLineNumber(parser) == inParser.place.line) {
+      column += inDocument.place.column - inParser.place.column;
+    }
+  }
+  return {static_cast<std::int32_t>(line()), static_cast<std::int32_t>(column)};
+}
+
+// --- Blocks ---
+
+XML_Status XML10Driver::scanBlock(const char* block, unsigned long size, bool isFinal) {
+  WaitingOctets& waiting = document_->waiting;
+  if (waiting.isEmpty()) return scan({block, size}, isFinal);
+  waiting.append(block, size);
+  return scan(waiting.all(), isFinal);
+}
+
+XML_Status XML10Driver::scan(std::string_view octets, bool areLast) {
+  XML10Scanner& scanner = *document_->scanner;
+  const XML10Scanner::Outcome outcome = scanner.scan(octets, areLast);
+  if (outcome == XML10Scanner::Outcome::refused) return passToExpat(scanner.rest(), areLast);
+  const bool isHalted = outcome == XML10Scanner::Outcome::halted;
+  if (isHalted || !areLast) document_->waiting.keep(scanner.rest());
+  return isHalted ? XML_STATUS_SUSPENDED : XML_STATUS_OK;
+}
+
+XML_Status XML10Driver::passToExpat(std::string_view rest, bool areLast) {
+  XML_Status status = leadParserHere();
+  if (status == XML_STATUS_OK) status = parseBlock(rest.data(), rest.size(), areLast);
+  document_->waiting = {};
+  return status;
+}
+
+/// Replaces the scanner by a parser in the same state.
+XML_Status XML10Driver::leadParserHere() {
+  XML10Document& document = *document_;
+  const std::unique_ptr<XML10Scanner> scanner = std::move(document.scanner);
+  OpenEntity& entity = document.current();
+  entity.inDocument = {scanner->octetsBefore(), scanner->place()};
+  createParser();
+  setReparseDeferral();
+  XML_Parser parser = parser_.get();
+  // What has been reported already is not reported again.
+  XML_SetXmlDeclHandler(parser, nullptr);
+  XML_SetNamespaceDeclHandler(parser, nullptr, nullptr);
+  XML_SetElementHandler(parser, nullptr, nullptr);
+  XML_SetCdataSectionHandler(parser, nullptr, nullptr);
+  XML_Status status = XML_STATUS_OK;
+  scanner->describeContext([&](std::string_view piece) {
+    if (piece.empty() || status != XML_STATUS_OK) return;
+    status = XML_Parse(parser, piece.data(), static_cast<int>(piece.size()), XML_FALSE);
+    entity.inParser.octets += piece.size();
+    entity.inParser.place.advance(piece.data(), piece.data() + piece.size());
+  });
+  installDocumentCallbacks();
+  scanner->forEachElement(
+      [&](std::string_view start, std::uint64_t line) { document.elements.name(start, line); });
+  const xml::NamespaceBindings& bindings = scanner->bindings();
+  for (std::size_t i = 0; i < bindings.count(); ++i) {
+    document.bindings.push(bindings.prefixAt(i), bindings.uriAt(i));
+  }
+  return status;
+}
+
+// --- Events ---
+
+void XML10Driver::scannedDeclaration(std::string_view encoding, std::optional<bool> standalone) {
+  document_->standalone = standalone;
+  document_->current().encoding = encoding;
+  announce();
+}
+
+void XML10Driver::scannedPrefix(const std::string& prefix, const std::string& uri) {
+  announce();
+  if (handlers.content) handlers.content->startPrefixMapping(prefix, uri);
+}
+
+void XML10Driver::scannedStart(const std::string& uri, const std::string& localName,
+                               const std::string& qName, const Attributes& attributes) {
+  announce();
+  const std::uint64_t maximumDepth = document_->settings.limits.maximumDepth;
+  if (document_->scanner->depth() > maximumDepth) fail(tooDeep(maximumDepth));
+  if (handlers.content) handlers.content->startElement(uri, localName, qName, attributes);
+}
+
+void XML10Driver::scannedEnd(const std::string& uri, const std::string& localName,
+                             const std::string& qName) {
+  if (handlers.content) handlers.content->endElement(uri, localName, qName);
+}
+
+void XML10Driver::scannedPrefixEnd(const std::string& prefix) {
+  if (handlers.content) handlers.content->endPrefixMapping(prefix);
+}
+
+void XML10Driver::scannedText(std::string_view text) {
+  if (handlers.content) passOn(*handlers.content, text);
+}
+
+void XML10Driver::scannedStartOfCDATA() {
+  if (handlers.lexical) handlers.lexical->startCDATA();
+}
+
+void XML10Driver::scannedEndOfCDATA() {
+  if (handlers.lexical) handlers.lexical->endCDATA();
+}
+
+void XML10Driver::scannedInstruction(const std::string& target, const std::string& data) {
+  if (!handlers.content) return;
+  announce();
+  if (handlers.content) handlers.content->processingInstruction(target, data);
+}
+
+void XML10Driver::scannedComment(const std::string& text) {
+  if (!handlers.lexical) return;
+  announce();
+  if (handlers.lexical) handlers.lexical->comment(text);
+}
+
+}  // namespace Tavrin::text

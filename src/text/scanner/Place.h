@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "../../xml/simd/Search.h"
+
+namespace Tavrin::text {
+
+/// A place in a document, counted from 1.
+struct Place {
+  std::uint64_t line = 1;
+  std::uint64_t column = 1;
+
+  /// Goes to the end of a text. A carriage return at its end is a line end of its own.
+  void advance(const char* at, const char* end) {
+    if (xml::countOctet('\r', at, end) != 0) return advanceOverReturns(at, end);
+    const std::size_t lines = xml::countOctet('\n', at, end);
+    if (lines != 0) {
+      line += lines;
+      column = 1;
+      const std::string_view text(at, static_cast<std::size_t>(end - at));
+      at += text.rfind('\n') + 1;
+    }
+    column += xml::countCharacters(at, end);
+  }
+
+ private:
+  void advanceOverReturns(const char* at, const char* end) {
+    while (at != end) {
+      const char octet = *at++;
+      if (octet == '\n' || octet == '\r') {
+        if (octet == '\r' && at != end && *at == '\n') ++at;
+        ++line;
+        column = 1;
+      } else if ((static_cast<unsigned char>(octet) & 0xC0) != 0x80) {
+        ++column;
+      }
+    }
+  }
+};
+
+}  // namespace Tavrin::text

@@ -1,0 +1,341 @@
+#include <strings.h>
+
+#include <algorithm>
+
+#include "../../xml/Characters.h"
+#include "../../xml/Declarations.h"
+#include "../../xml/simd/OctetClasses.h"
+#include "../../xml/simd/Search.h"
+#include "XML10Scanner.h"
+
+// Content: text, sections, references. A line end is reported by itself, as expat does.
+
+namespace Tavrin::text {
+
+namespace {
+
+bool isBeyondASCII(char c) { return static_cast<unsigned char>(c) >= 0x80; }
+
+}  // namespace
+
+/// [43] content ::= CharData? ((element | Reference | CDSect | PI | Comment) CharData?)*
+XML10Scanner::Step XML10Scanner::content() {
+  Step step = Step::done;
+  while (step == Step::done && phase_ == Phase::content && !isHalted_) {
+    event_ = at_;
+    if (at_ == end_) return Step::cut;
+    switch (*at_) {
+      case '<':
+        step = markup();
+        break;
+      case '&':
+        step = contentReference();
+        break;
+      case '\n':
+      case '\r':
+        step = lineEnd();
+        break;
+      default:
+        step = charData();
+    }
+  }
+  return step;
+}
+
+XML10Scanner::Step XML10Scanner::markup() {
+  if (left(at_) < 2) return Step::cut;
+  switch (at_[1]) {
+    case '/':
+      return endTag();
+    case '?':
+      return instruction();
+    case '!':
+      return left(at_) > 2 && at_[2] == '[' ? beginSection() : comment();
+    default:
+      return startTag();
+  }
+}
+
+/// [14] CharData ::= [^<&]* - ([^<&]* ']]>' [^<&]*)
+XML10Scanner::Step XML10Scanner::charData() {
+  const char* to = at_;
+  for (;;) {
+    to = xml::findOctet<true, '<', '&', '>'>(to, end_);
+    if (to == end_) break;
+    if (isBeyondASCII(*to)) {
+      const char* const next = overCharacters(to);
+      if (next == to) break;
+      to = next;
+    } else if (*to == '>') {
+      if (to - at_ >= 2 && to[-1] == ']' && to[-2] == ']') return Step::refused;
+      ++to;
+    } else {
+      break;
+    }
+  }
+  // What may be "]]>" waits.
+  if (to == end_ && to[-1] == ']') to -= to - at_ >= 2 && to[-2] == ']' ? 2 : 1;
+  if (to == at_) {
+    const bool isCut =
+        *at_ == ']' || (isBeyondASCII(*at_) && xml::firstCharacter({at_, left(at_)}).isCut);
+    return isCut ? Step::cut : Step::refused;
+  }
+  report({at_, static_cast<std::size_t>(to - at_)});
+  at_ = to;
+  return Step::done;
+}
+
+/// Goes over characters, the first of which is beyond ASCII. Some ASCII may follow, but nothing
+/// that ends a text.
+/// @return where it began, if there is no such character
+const char* XML10Scanner::overCharacters(const char* at) const {
+#ifdef TAVRIN_HAS_AVX2
+  static constexpr xml::OctetClasses kClasses = [] {
+    xml::OctetClasses classes;
+    for (const char c : {'<', '&', '>', '\n'}) classes.addFault(c);
+    return classes;
+  }();
+  if (left(at) >= 32 && xml::hasAVX2()) {
+    const std::string_view text(at, std::min<std::size_t>(left(at), 4096));
+    std::size_t end = xml::findFault(kClasses, text, 0);
+    // The last character may be cut.
+    for (std::size_t i = 1; i <= std::min<std::size_t>(end, 2); ++i) {
+      const auto octet = static_cast<unsigned char>(text[end - i]);
+      if (octet < 0xC0) continue;
+      if (octet >= (i == 1 ? 0xC0 : 0xE0)) end -= i;
+      break;
+    }
+    if (end > 0) return at + end;
+  }
+#endif
+  return at + xml::firstCharacter({at, left(at)}).octets;
+}
+
+/// [66] CharRef, and [68] EntityRef of the entities that need no declaration.
+XML10Scanner::Reference XML10Scanner::reference(const char* at) const {
+  // A longer one is strange, but may be right.
+  constexpr std::size_t kLongest = 16;
+  const std::string_view octets(at, std::min(left(at), kLongest));
+  const Reference refused = {Step::refused};
+  const std::size_t end = octets.find(';');
+  const std::string_view inside = octets.substr(1, end - 1);
+  const bool isNumber = inside.starts_with('#');
+  const bool isHexadecimal = inside.starts_with("#x");
+  const std::string_view digits = inside.substr(isNumber ? (isHexadecimal ? 2 : 1) : 0);
+  std::uint32_t number = 0;
+  for (const char c : digits) {
+    const bool isDigit = c >= '0' && c <= '9';
+    const char lower = static_cast<char>(c | 0x20);
+    if (!isNumber) {
+      if (c < 'a' || c > 'z') return refused;
+    } else if (isHexadecimal && lower >= 'a' && lower <= 'f') {
+      number = number * 16 + static_cast<std::uint32_t>(lower - 'a' + 10);
+    } else if (isDigit) {
+      number = number * (isHexadecimal ? 16 : 10) + static_cast<std::uint32_t>(c - '0');
+    } else {
+      return refused;
+    }
+    if (number > 0x10FFFF) return refused;
+  }
+  if (end == std::string_view::npos)
+    return octets.size() < kLongest ? Reference{Step::cut} : refused;
+  Reference found = {Step::done, end + 1};
+  if (!isNumber) {
+    const char character = xml::predefinedCharacter(inside);
+    if (character == '\0') return refused;
+    found.text = character;
+  } else {
+    if (digits.empty()) return refused;
+    xml::appendUTF8(number, found.text);
+    if (xml::firstCharacter(found.text).octets == 0) return refused;
+  }
+  return found;
+}
+
+XML10Scanner::Step XML10Scanner::contentReference() {
+  const Reference found = reference(at_);
+  if (found.step != Step::done) return found.step;
+  report(found.text);
+  at_ += found.octets;
+  return Step::done;
+}
+
+/// Section 2.11.
+XML10Scanner::Step XML10Scanner::lineEnd() {
+  const bool isReturn = *at_ == '\r';
+  if (isReturn && left(at_) == 1) return Step::cut;
+  report("\n");
+  at_ += isReturn && at_[1] == '\n' ? 2 : 1;
+  return Step::done;
+}
+
+namespace {
+
+/// Whether octets begin with some; where they are fewer, whether they may.
+bool mayBegin(std::string_view octets, std::string_view sought) {
+  return octets.substr(0, sought.size()) == sought.substr(0, octets.size());
+}
+
+constexpr std::string_view kSectionStart = "<![CDATA[";
+constexpr std::string_view kCommentStart = "<!--";
+
+}  // namespace
+
+/// [19] CDStart ::= '<![CDATA['
+XML10Scanner::Step XML10Scanner::beginSection() {
+  const std::string_view octets(at_, left(at_));
+  if (!mayBegin(octets, kSectionStart)) return Step::refused;
+  if (octets.size() < kSectionStart.size()) return Step::cut;
+  events_.scannedStartOfCDATA();
+  at_ += kSectionStart.size();
+  phase_ = Phase::section;
+  return Step::done;
+}
+
+/// [20] CData ::= (Char* - (Char* ']]>' Char*))
+/// [21] CDEnd ::= ']]>'
+XML10Scanner::Step XML10Scanner::section() {
+  event_ = at_;
+  if (at_ == end_) return Step::cut;
+  if (*at_ == '\n' || *at_ == '\r') return lineEnd();
+  const char* to = at_;
+  if (*at_ == ']') {
+    if (left(at_) < 2 || (at_[1] == ']' && left(at_) < 3)) return Step::cut;
+    if (at_[1] == ']' && at_[2] == '>') {
+      events_.scannedEndOfCDATA();
+      at_ += 3;
+      phase_ = Phase::content;
+      return Step::done;
+    }
+    ++to;
+  }
+  // As expat does, a piece ends in front of each bracket.
+  for (;;) {
+    to = xml::findOctet<true, ']'>(to, end_);
+    if (to == end_ || !isBeyondASCII(*to)) break;
+    const std::size_t octets = xml::firstCharacter({to, left(to)}).octets;
+    if (octets == 0) break;
+    to += octets;
+  }
+  if (to == at_) {
+    const bool isCut = isBeyondASCII(*at_) && xml::firstCharacter({at_, left(at_)}).isCut;
+    return isCut ? Step::cut : Step::refused;
+  }
+  report({at_, static_cast<std::size_t>(to - at_)});
+  at_ = to;
+  return Step::done;
+}
+
+// --- Comments and processing instructions ---
+
+namespace {
+
+/// With each line end as a line feed (section 2.11).
+void assignWithLines(std::string& text, const char* at, const char* end) {
+  text.assign(at, end);
+  const std::size_t first = text.find('\r');
+  if (first == std::string::npos) return;
+  std::size_t to = first;
+  for (std::size_t from = first; from < text.size(); ++from) {
+    if (text[from] != '\r') {
+      text[to++] = text[from];
+    } else if (from + 1 == text.size() || text[from + 1] != '\n') {
+      text[to++] = '\n';
+    }
+  }
+  text.resize(to);
+}
+
+}  // namespace
+
+XML10Scanner::Step XML10Scanner::overCharacter(const char*& at) const {
+  if (*at == '\n' || *at == '\r') {
+    ++at;
+    return Step::done;
+  }
+  const xml::FirstCharacter first = xml::firstCharacter({at, left(at)});
+  if (first.isCut) return Step::cut;
+  if (first.octets == 0) return Step::refused;
+  at += first.octets;
+  return Step::done;
+}
+
+/// [15] Comment ::= '<!--' ((Char - '-') | ('-' (Char - '-')))* '-->'
+XML10Scanner::Step XML10Scanner::comment() {
+  const std::string_view octets(at_, left(at_));
+  if (!mayBegin(octets, kCommentStart)) return Step::refused;
+  if (octets.size() < kCommentStart.size()) return Step::cut;
+  const char* const text = at_ + kCommentStart.size();
+  const char* to = at_ + std::max(resume_, kCommentStart.size());
+  const auto cut = [&] {
+    resume_ = static_cast<std::size_t>(to - at_);
+    return Step::cut;
+  };
+  for (;;) {
+    to = xml::findOctet<true, '-'>(to, end_);
+    if (to == end_) return cut();
+    if (*to == '-') {
+      if (left(to) < 2) return cut();
+      if (to[1] != '-') {
+        ++to;
+        continue;
+      }
+      if (left(to) < 3) return cut();
+      if (to[2] != '>') return Step::refused;
+      break;
+    }
+    const Step step = overCharacter(to);
+    if (step == Step::cut) return cut();
+    if (step == Step::refused) return step;
+  }
+  assignWithLines(text_, text, to);
+  resume_ = 0;
+  events_.scannedComment(text_);
+  at_ = to + 3;
+  return Step::done;
+}
+
+/// [16] PI ::= '<?' PITarget (S (Char* - (Char* '?>' Char*)))? '?>'
+XML10Scanner::Step XML10Scanner::instruction() {
+  const char* to = at_ + std::max<std::size_t>(resume_, 2);
+  const auto cut = [&] {
+    resume_ = static_cast<std::size_t>(to - at_);
+    return Step::cut;
+  };
+  if (targetEnd_ == 0) {
+    const Step step = nameOctets(to, at_ + 2, nullptr);
+    if (step == Step::cut) return cut();
+    if (step == Step::refused) return step;
+    const bool hasData = isSpace(*to);
+    if (!hasData && *to != '?') return Step::refused;
+    if (!hasData && left(to) < 2) return cut();
+    if (!hasData && to[1] != '>') return Step::refused;
+    target_.assign(at_ + 2, to);
+    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
+    targetEnd_ = static_cast<std::size_t>(to - at_);
+    if (hasData) ++to;
+  }
+  for (;;) {
+    to = xml::findOctet<true, '?'>(to, end_);
+    if (to == end_) return cut();
+    if (*to == '?') {
+      if (left(to) < 2) return cut();
+      if (to[1] == '>') break;
+      ++to;
+      continue;
+    }
+    const Step step = overCharacter(to);
+    if (step == Step::cut) return cut();
+    if (step == Step::refused) return step;
+  }
+  const char* data = at_ + targetEnd_;
+  while (data != to && isSpace(*data)) ++data;
+  assignWithLines(text_, data, to);
+  resume_ = 0;
+  targetEnd_ = 0;
+  events_.scannedInstruction(target_, text_);
+  at_ = to + 2;
+  return Step::done;
+}
+
+}  // namespace Tavrin::text

@@ -1,0 +1,208 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "../../xml/NamespaceBindings.h"
+#include "../../xml/UniqueAttributes.h"
+#include "Place.h"
+#include "ScannedAttributes.h"
+#include "ScannedEvents.h"
+#include "ScannedNames.h"
+
+namespace Tavrin::text {
+
+/// Reads a well-formed document in UTF-8 without a document type, by the grammar of XML 1.0 (fourth
+/// edition; its numbers stand with the operations), block by block. It keeps nothing of the
+/// document but the elements that are open and their namespace declarations.
+///
+/// What it does not take for certain, it refuses before anything of it has been reported: a
+/// document type, another encoding, and whatever is not well-formed. Another parser then goes on
+/// from that very token, and has the last word. `describeContext` writes a document for it that
+/// leads to the same state.
+class XML10Scanner {
+ public:
+  struct Settings {
+    bool splitsNames = true;         ///< By Namespaces in XML.
+    bool listsDeclarations = false;  ///< Those of namespaces are attributes, too,
+    bool namesXmlns = false;         ///< in the namespace of `xmlns`.
+  };
+
+  XML10Scanner(ScannedEvents& events, const Settings& settings)
+      : events_(events), settings_(settings), names_(settings.splitsNames) {}
+  XML10Scanner(const XML10Scanner&) = delete;
+  XML10Scanner& operator=(const XML10Scanner&) = delete;
+
+  enum class Outcome {
+    read,     ///< All octets were read, but for a token that is not complete.
+    halted,   ///< So were those up to a call of `halt`.
+    refused,  ///< The token that the rest begins with is nothing for the scanner.
+  };
+  /// Reads the next octets. They begin with the rest of the call before.
+  /// @param areLast whether the document ends with them; where that is no failure, nothing is left
+  Outcome scan(std::string_view octets, bool areLast);
+  /// What the last call has not read, in its octets.
+  std::string_view rest() const { return rest_; }
+  /// Ends the call of `scan` that is under way, after the current token.
+  void halt() { isHalted_ = true; }
+
+  /// Where the markup or text of the current event begins.
+  std::uint64_t octetsBefore() const {
+    return octets_ + static_cast<std::uint64_t>(event_ - begin_);
+  }
+  const Place& place() const;
+  std::size_t depth() const { return open_.size(); }
+
+  // After a refusal.
+
+  /// Calls a function with the pieces of a document that leads to the current state.
+  void describeContext(const std::function<void(std::string_view piece)>& append) const;
+  /// Calls a function with each open element, the outermost first: "<" and its name, and the line
+  /// where it begins.
+  void forEachElement(
+      const std::function<void(std::string_view start, std::uint64_t line)>& visit) const;
+  const xml::NamespaceBindings& bindings() const { return bindings_; }
+
+ private:
+  enum class Phase : std::uint8_t { start, prolog, content, section, epilog };
+  /// What becomes of a token.
+  enum class Step : std::uint8_t {
+    done,
+    cut,     ///< It needs more octets.
+    refused  ///< It is nothing for the scanner.
+  };
+  /// What a start tag goes on with.
+  enum class Part : std::uint8_t {
+    elementName,
+    attributeOrEnd,  ///< After a name or a value.
+    spaceInTag,
+    attributeName,
+    equals,
+    quote,
+    value,
+    emptyEnd
+  };
+
+  struct WrittenAttribute {
+    ScannedName* name;
+    std::size_t begin = 0;  ///< Of the value, from the beginning of the tag.
+    std::size_t end = 0;
+    bool isPlain = true;  ///< No reference, and no white space but blanks.
+  };
+
+  /// The start tag that is being read.
+  struct Tag {
+    std::size_t at = 1;         ///< How many of its octets have been looked at.
+    std::size_t nameBegin = 1;  ///< Of the current name.
+    std::size_t colon = 0;      ///< In the current name, or 0.
+    ScannedName* element = nullptr;
+    std::vector<WrittenAttribute> attributes;
+    bool declares = false;  ///< Whether one of them declares a namespace.
+    char quote = '\0';
+    Part part = Part::elementName;
+
+    void clear();
+  };
+
+  struct OpenElement {
+    const ScannedName* name;
+    const std::string* uri;
+    std::uint32_t declarations;  ///< How many its tag has.
+    std::uint64_t octet;         ///< Where it begins,
+    std::uint64_t line;          ///< and the line; 0 until the end of the block.
+  };
+
+  /// A character that is written as a reference.
+  struct Reference {
+    Step step;
+    std::size_t octets = 0;  ///< Of the reference.
+    std::string text = {};
+  };
+
+  Step scanPhase();
+  void endBlock();
+
+  // Document and prolog: ScannedProlog.cpp.
+  Step startOfDocument();
+  Step declaration();
+  Step misc();
+  Step whiteSpace();
+
+  // Content: ScannedContent.cpp.
+  Step content();
+  Step markup();
+  Step charData();
+  Step contentReference();
+  Step lineEnd();
+  Step section();
+  Step beginSection();
+  const char* endOfCharacters(const char* at) const;
+  const char* overCharacters(const char* at) const;
+  Reference reference(const char* at) const;
+  void report(std::string_view text) { events_.scannedText(text); }
+
+  // Comments and processing instructions: ScannedContent.cpp.
+  Step comment();
+  Step instruction();
+  /// Where a text in markup goes on, or why not.
+  Step overCharacter(const char*& at) const;
+
+  // Tags: ScannedTags.cpp.
+  Step startTag();
+  Step cutTag(const char* at);
+  Step name(const char*& at);
+  Step nameOctets(const char*& at, const char* begin, std::size_t* colon) const;
+  Step value(const char*& at);
+  Step endOfStartTag(const char* end, bool isEmpty);
+  bool declare(std::size_t outside);
+  bool listAttributes();
+  void assignValue(std::string& value, const WrittenAttribute& written) const;
+  const std::string* meaningOf(ScannedName& element);
+  const ScannedName::Meaning& meaningOfAttribute(ScannedName& attribute);
+  Step endTag();
+  void reportEnd(const OpenElement& element);
+
+  std::size_t left(const char* at) const { return static_cast<std::size_t>(end_ - at); }
+
+  ScannedEvents& events_;
+  const Settings settings_;
+  ScannedNames names_;
+  xml::NamespaceBindings bindings_;
+  xml::UniqueAttributes unique_;
+  std::vector<OpenElement> open_;
+  ScannedAttributes attributes_;
+  Tag tag_;
+
+  Phase phase_ = Phase::start;
+  bool isHalted_ = false;
+  bool isLast_ = false;
+  bool hasMisc_ = false;    ///< Whether anything stands in front of the root element but `start_`.
+  std::string start_;       ///< A byte order mark and the XML declaration.
+  std::size_t resume_ = 0;  ///< How much of a token that is not complete has been looked at.
+  std::size_t targetEnd_ = 0;  ///< Of a processing instruction that is not complete.
+  std::string target_;
+  std::string text_;  ///< Of a comment or processing instruction.
+
+  // The octets of the current call, where the current token begins and the current event.
+  const char* begin_ = nullptr;
+  const char* end_ = nullptr;
+  const char* at_ = nullptr;
+  const char* event_ = nullptr;
+  std::string_view rest_;
+
+  std::uint64_t octets_ = 0;  ///< Before these.
+  Place blockPlace_;          ///< Of these.
+  std::size_t numbered_ = 0;  ///< How many open elements have a line.
+  // How far lines and columns have been counted.
+  mutable Place place_;
+  mutable const char* counted_ = nullptr;
+};
+
+/// White space (production 3).
+inline bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
+}  // namespace Tavrin::text
