@@ -130,9 +130,10 @@ std::size_t findInvalid(std::string_view text) {
 }
 
 FirstCharacter firstCharacter(std::string_view text) {
+  const unsigned first = octetAt(text, 0);
   const auto announced =
-      static_cast<std::size_t>(std::countl_one(static_cast<std::uint8_t>(octetAt(text, 0))));
-  if (announced >= 2 && announced <= 4 && text.size() < announced) return {.isCut = true};
+      static_cast<std::size_t>(std::countl_one(static_cast<std::uint8_t>(first)));
+  if (first >= 0xC0 && first <= 0xF4 && text.size() < announced) return {.isCut = true};
   const Decoded decoded = decode(text, 0);
   if (!isCharacter(decoded.character)) return {};
   return {decoded.character, decoded.octets};

@@ -43,8 +43,9 @@ class Pieces : public std::streambuf {
 };
 
 /// @param deferral null for the default
+/// @param scanner  likewise
 std::vector<std::string> reportedOf(const std::vector<std::string>& pieces,
-                                    bool* deferral = nullptr) {
+                                    bool* deferral = nullptr, const char* scanner = nullptr) {
   EventLog log;
   log.showLocator = false;
   Pieces buffer(pieces, log);
@@ -52,6 +53,8 @@ std::vector<std::string> reportedOf(const std::vector<std::string>& pieces,
   XMLReader_XML10 reader;
   log.attachTo(reader);
   reader.setProperty(properties::reparseDeferral, deferral);
+  std::string name = scanner != nullptr ? scanner : "";
+  reader.setProperty(properties::textScanner, scanner != nullptr ? &name : nullptr);
   reader.parse(stream);
   return buffer.reported;
 }
@@ -74,16 +77,28 @@ TEST(XML10Prompt, ReportsTheFirstOctetsThatShowNoOtherEncoding) {
             reportedOf({"<?xml version='1.0' ", "encoding='utf8'?>", "<a></a>"}));
 }
 
-TEST(XML10Prompt, ReportsATagThatWasCutWithItsLastOctetIfAskedTo) {
+const Lines kCutTags = {"<a>", "<", "b", " c='d'", ">", "</b", ">", "</a>"};
+const Lines kPromptTags = {"",
+                           "startDocument()\nstartElement(, a, a, [])\n",
+                           "",
+                           "",
+                           "",
+                           "startElement(, b, b, [{, c, c, CDATA, d}])\n",
+                           "",
+                           "endElement(, b, b)\n",
+                           "endElement(, a, a)\n"};
+
+TEST(XML10Prompt, ReportsATagThatWasCutWithItsLastOctet) {
+  EXPECT_EQ(kPromptTags, reportedOf(kCutTags));
+  for (bool deferral : {false, true}) EXPECT_EQ(kPromptTags, reportedOf(kCutTags, &deferral));
+}
+
+TEST(XML10Prompt, ReportsATagThatWasCutWithItsLastOctetThroughExpatIfAskedTo) {
   bool deferral = false;
-  const Lines pieces = {"<a>", "<", "b", " c='d'", ">", "</b", ">", "</a>"};
-  EXPECT_EQ((Lines{"", "startDocument()\nstartElement(, a, a, [])\n", "", "", "",
-                   "startElement(, b, b, [{, c, c, CDATA, d}])\n", "", "endElement(, b, b)\n",
-                   "endElement(, a, a)\n"}),
-            reportedOf(pieces, &deferral));
+  EXPECT_EQ(kPromptTags, reportedOf(kCutTags, &deferral, "expat"));
   deferral = true;
-  const Lines deferred = reportedOf(pieces, &deferral);
-  EXPECT_EQ(reportedOf(pieces), deferred);
+  const Lines deferred = reportedOf(kCutTags, &deferral, "expat");
+  EXPECT_EQ(reportedOf(kCutTags, nullptr, "expat"), deferred);
   // The tag is complete, but comes later, if this is an expat that defers.
   const bool isDeferring = dlsym(RTLD_DEFAULT, "XML_SetReparseDeferralEnabled") != nullptr;
   EXPECT_EQ(isDeferring ? "" : "startElement(, b, b, [{, c, c, CDATA, d}])\n", deferred[5]);
