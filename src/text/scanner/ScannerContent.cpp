@@ -306,12 +306,12 @@ XML10Scanner::Step XML10Scanner::instruction() {
     const Step step = nameOctets(to, at_ + 2, nullptr);
     if (step == Step::cut) return cut();
     if (step == Step::refused) return step;
+    target_.assign(at_ + 2, to);
+    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
     const bool hasData = isSpace(*to);
     if (!hasData && *to != '?') return Step::refused;
     if (!hasData && left(to) < 2) return cut();
     if (!hasData && to[1] != '>') return Step::refused;
-    target_.assign(at_ + 2, to);
-    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
     targetEnd_ = static_cast<std::size_t>(to - at_);
     if (hasData) ++to;
   }
