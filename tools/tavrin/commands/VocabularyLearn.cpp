@@ -168,6 +168,7 @@ Outcome measure(Samples& samples, const Candidates& candidates,
 }
 
 ExitStatus learn(const Options& options) {
+  options.reading.properties.requireNamespaces("vocabulary learn");
   const bool writes = !options.out.empty();
   Output file(writes ? options.out : "-", options.force);
   Samples samples(options.samples, options.reading);

@@ -35,13 +35,7 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
     throw Failure::usage("Canonical XML is text, and \"" + out +
                          "\" is the name of another format");
   }
-  // Otherwise declarations of namespaces would come as attributes, or not be told apart from them.
-  const Properties& properties = options.reading.properties;
-  if (properties.sets(Tavrin::features::namespaces, false) ||
-      properties.sets(Tavrin::features::namespacePrefixes, true)) {
-    throw Failure::usage(
-        "--canonical needs the feature namespaces, and does without namespace-prefixes");
-  }
+  options.reading.properties.requireNamespaces("--canonical");
   return options.canonical.createWriter();
 }
 
@@ -182,6 +176,10 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   const std::string usual = options.usualType.empty() ? writerTypeFor(out) : options.usualType;
   const std::string type = options.to.empty() ? usual : options.to;
   auto writer = createWriter(type);
+  if (writesFastInfoset(*writer) &&
+      options.reading.properties.sets(Tavrin::features::namespaces, false)) {
+    throw Failure::usage("a copy in Fast Infoset needs the feature namespaces");
+  }
   if (!options.encoding.empty()) checkEncoding(type, options);
   if (options.noDeclaration) {
     if (writesFastInfoset(*writer)) {
