@@ -8,8 +8,10 @@
 #include <Tavrin/XMLWriter.h>
 
 #include <exception>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "copying/EncodedStream.h"
@@ -49,6 +51,13 @@ void checkEncoding(const std::string& type, const ConversionOptions& options) {
   if (!EncodingBuffer::isUsable(options.encoding)) {
     throw Failure::usage(option + ": there is no such encoding for XML text");
   }
+}
+
+void makeFolderOf(const std::string& out) {
+  const std::filesystem::path folder = std::filesystem::path(out).parent_path();
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw Failure::system(folder.string(), error.value());
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
@@ -192,6 +201,12 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   return options.layout.layOut(std::move(writer));
 }
 
+void checkOptions(const std::string& out, const ConversionOptions& options) {
+  createWriterFor(out, options);
+  const std::string& from = options.reading.from;
+  if (!from.empty()) options.reading.applyTo(*createReader(from));
+}
+
 bool writesFastInfoset(Tavrin::XMLWriter& writer) {
   return dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer) != nullptr;
 }
@@ -202,6 +217,7 @@ CopiedOctets convertFile(const ConversionOptions& options, const std::string& in
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
   auto reader = nextReader(input, options.reading);
+  if (options.makesFolders) makeFolderOf(out);
   output.open();
   Copier(options, in, input, out, output, std::move(writer)).copyAll(std::move(reader));
   output.commit();
