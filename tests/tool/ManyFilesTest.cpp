@@ -217,7 +217,7 @@ TEST_F(ManyFiles, NeedAFolder) {
   EXPECT_EQ(convert({"-o", "", "a.xml"}), refused(": No such file or directory"));
   EXPECT_EQ(convert({"-o", "out", "-"}), refused("-o DIR: a copy of standard input has no name"));
   EXPECT_EQ(convert({"a.xml", "b.fi", "-o"}),
-            refused("--output: 1 required DIR missing (see tavrin convert --help)"));
+            refused("--output: DIR is missing (see tavrin convert --help)"));
   EXPECT_EQ(convert({"-o", "out"}), refused("IN is required (see tavrin convert --help)"));
   EXPECT_EQ(files(), (Names{"a.xml", "file"}));
 }
