@@ -31,10 +31,6 @@ struct CommandWords {
   Words arguments;  ///< What the first argument may be; empty for files.
 };
 
-std::vector<HelpBlock> helpOf(const CLI::App& app) {
-  return parseHelp(app.get_formatter()->make_help(&app, "", CLI::AppFormatMode::Normal));
-}
-
 std::string join(const Words& words, std::string_view separator) {
   std::string text;
   for (const std::string& word : words) {
