@@ -196,7 +196,7 @@ std::string zshCompletion(const std::vector<CommandWords>& commands) {
                                     : ":value:(" + join(option.values, " ") + ")";
       for (const std::string& name : option.names) {
         cases += " \\\n        ";
-        cases += shellQuoted("*" + name + "[" + zshText(option.summary) + "]" + value);
+        cases += shellQuoted(join({"*", name, "[", zshText(option.summary), "]", value}, ""));
       }
     }
     if (!command.arguments.empty()) {
