@@ -168,7 +168,8 @@ TEST(ExactNumbers, ClonesAreExact) {
   const auto check = [](auto data, auto value, const std::string& expected) {
     data.data_ = value;
     const std::unique_ptr<EncodedData> clone = data.clone();
-    EXPECT_EQ(typeid(data), typeid(*clone));
+    const EncodedData& cloned = *clone;
+    EXPECT_EQ(typeid(data), typeid(cloned));
     EXPECT_EQ(expected, clone->toString());
     EXPECT_TRUE(data.data_.empty());
   };

@@ -7,7 +7,7 @@ namespace tool {
 namespace {
 
 constexpr std::size_t kMaximumBlocks = 8;
-constexpr std::size_t kMaximumOctets = kMaximumBlocks * Block::kSize;
+constexpr std::size_t kMaximumQueued = kMaximumBlocks * Block::kSize;
 constexpr std::size_t kBlocksAtOnce = kMaximumBlocks / 2;
 
 }  // namespace
@@ -26,7 +26,7 @@ std::unique_ptr<Block> BlockQueue::take() {
 /// A block that is longer than all others may be has the queue for itself.
 bool BlockQueue::hasRoomFor(const Block& block) const {
   return blocks_.empty() ||
-         (blocks_.size() < kMaximumBlocks && octets_ + block.size <= kMaximumOctets);
+         (blocks_.size() < kMaximumBlocks && octets_ + block.size <= kMaximumQueued);
 }
 
 void BlockQueue::push(std::unique_ptr<Block> block) {
