@@ -1,6 +1,8 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <charconv>
+#include <utility>
 
 #include "../../xml/Characters.h"
 #include "../../xml/Declarations.h"
@@ -103,45 +105,42 @@ const char* XML10Scanner::overCharacters(const char* at) const {
   return at + xml::firstCharacter({at, left(at)}).octets;
 }
 
-/// [66] CharRef, and [68] EntityRef of the entities that need no declaration.
 XML10Scanner::Reference XML10Scanner::reference(const char* at) const {
   // A longer one is strange, but may be right.
   constexpr std::size_t kLongest = 16;
   const std::string_view octets(at, std::min(left(at), kLongest));
-  const Reference refused = {Step::refused};
   const std::size_t end = octets.find(';');
   const std::string_view inside = octets.substr(1, end - 1);
-  const bool isNumber = inside.starts_with('#');
-  const bool isHexadecimal = inside.starts_with("#x");
-  const std::string_view digits = inside.substr(isNumber ? (isHexadecimal ? 2 : 1) : 0);
-  std::uint32_t number = 0;
-  for (const char c : digits) {
-    const bool isDigit = c >= '0' && c <= '9';
-    const char lower = static_cast<char>(c | 0x20);
-    if (!isNumber) {
-      if (c < 'a' || c > 'z') return refused;
-    } else if (isHexadecimal && lower >= 'a' && lower <= 'f') {
-      number = number * 16 + static_cast<std::uint32_t>(lower - 'a' + 10);
-    } else if (isDigit) {
-      number = number * (isHexadecimal ? 16 : 10) + static_cast<std::uint32_t>(c - '0');
-    } else {
-      return refused;
-    }
-    if (number > 0x10FFFF) return refused;
-  }
-  if (end == std::string_view::npos)
-    return octets.size() < kLongest ? Reference{Step::cut} : refused;
-  Reference found = {Step::done, end + 1};
-  if (!isNumber) {
-    const char character = xml::predefinedCharacter(inside);
-    if (character == '\0') return refused;
-    found.text = character;
-  } else {
-    if (digits.empty()) return refused;
-    xml::appendUTF8(number, found.text);
-    if (xml::firstCharacter(found.text).octets == 0) return refused;
-  }
+  const bool isCut = end == std::string_view::npos;
+  Reference found = inside.starts_with('#') ? characterReference(inside.substr(1), isCut)
+                                            : entityReference(inside, isCut);
+  found.octets = end + 1;
+  if (found.step == Step::cut && octets.size() == kLongest) found.step = Step::refused;
   return found;
+}
+
+/// [68] EntityRef ::= '&' Name ';'. The entities that need no declaration (section 4.6).
+XML10Scanner::Reference XML10Scanner::entityReference(std::string_view name, bool isCut) {
+  const bool mayBeOne = std::ranges::all_of(name, [](char c) { return c >= 'a' && c <= 'z'; });
+  if (isCut) return {mayBeOne ? Step::cut : Step::refused};
+  const char character = xml::predefinedCharacter(name);
+  if (character == '\0') return {Step::refused};
+  return {Step::done, 0, std::string(1, character)};
+}
+
+/// [66] CharRef ::= '&#' [0-9]+ ';' | '&#x' [0-9a-fA-F]+ ';'
+XML10Scanner::Reference XML10Scanner::characterReference(std::string_view number, bool isCut) {
+  const bool isHexadecimal = number.starts_with('x');
+  if (isHexadecimal) number.remove_prefix(1);
+  std::uint32_t value = 0;
+  const char* const end = number.data() + number.size();
+  const auto [digits, error] = std::from_chars(number.data(), end, value, isHexadecimal ? 16 : 10);
+  const bool hasDigits = error == std::errc() && digits == end && value <= 0x10FFFF;
+  if (isCut) return {hasDigits || number.empty() ? Step::cut : Step::refused};
+  std::string character;
+  if (hasDigits) xml::appendUTF8(value, character);
+  if (character.empty() || xml::firstCharacter(character).octets == 0) return {Step::refused};
+  return {Step::done, 0, std::move(character)};
 }
 
 XML10Scanner::Step XML10Scanner::contentReference() {
@@ -290,36 +289,21 @@ XML10Scanner::Step XML10Scanner::comment() {
 /// [16] PI ::= '<?' PITarget (S (Char* - (Char* '?>' Char*)))? '?>'
 XML10Scanner::Step XML10Scanner::instruction() {
   const char* to = at_ + std::max<std::size_t>(resume_, 2);
-  const auto cut = [&] {
-    resume_ = static_cast<std::size_t>(to - at_);
-    return Step::cut;
-  };
-  if (targetEnd_ == 0) {
-    const Step step = nameOctets(to, at_ + 2, nullptr);
-    if (step == Step::cut) return cut();
-    if (step == Step::refused) return step;
-    target_.assign(at_ + 2, to);
-    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
-    const bool hasData = isSpace(*to);
-    if (!hasData && *to != '?') return Step::refused;
-    if (!hasData && left(to) < 2) return cut();
-    if (!hasData && to[1] != '>') return Step::refused;
-    targetEnd_ = static_cast<std::size_t>(to - at_);
-    if (hasData) ++to;
-  }
-  for (;;) {
+  Step step = targetEnd_ == 0 ? instructionTarget(to) : Step::done;
+  while (step == Step::done) {
     to = xml::findOctet<true, '?'>(to, end_);
-    if (to == end_) return cut();
-    if (*to == '?') {
-      if (left(to) < 2) return cut();
-      if (to[1] == '>') break;
+    if (to == end_ || (*to == '?' && left(to) < 2)) {
+      step = Step::cut;
+    } else if (*to != '?') {
+      step = overCharacter(to);
+    } else if (to[1] == '>') {
+      break;
+    } else {
       ++to;
-      continue;
     }
-    const Step step = overCharacter(to);
-    if (step == Step::cut) return cut();
-    if (step == Step::refused) return step;
   }
+  if (step == Step::cut) resume_ = static_cast<std::size_t>(to - at_);
+  if (step != Step::done) return step;
   const char* data = at_ + targetEnd_;
   while (data != to && isSpace(*data)) ++data;
   assignWithLines(text_, data, to);
@@ -327,6 +311,21 @@ XML10Scanner::Step XML10Scanner::instruction() {
   targetEnd_ = 0;
   events_.scannedInstruction(target_, text_);
   at_ = to + 2;
+  return Step::done;
+}
+
+/// [17] PITarget ::= Name - (('X' | 'x') ('M' | 'm') ('L' | 'l'))
+XML10Scanner::Step XML10Scanner::instructionTarget(const char*& at) {
+  const Step step = nameOctets(at, at_ + 2, nullptr);
+  if (step != Step::done) return step;
+  target_.assign(at_ + 2, at);
+  if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
+  const bool hasData = isSpace(*at);
+  if (!hasData && *at != '?') return Step::refused;
+  if (!hasData && left(at) < 2) return Step::cut;
+  if (!hasData && at[1] != '>') return Step::refused;
+  targetEnd_ = static_cast<std::size_t>(at - at_);
+  if (hasData) ++at;
   return Step::done;
 }
 

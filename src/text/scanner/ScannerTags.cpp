@@ -46,6 +46,7 @@ void XML10Scanner::Tag::clear() {
 /// [40] STag ::= '<' Name (S Attribute)* S? '>'
 /// [41] Attribute ::= Name Eq AttValue
 /// [44] EmptyElemTag ::= '<' Name (S Attribute)* S? '/>'
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): a part after the other, each short.
 XML10Scanner::Step XML10Scanner::startTag() {
   const char* at = at_ + tag_.at;
   const auto skipSpace = [&] {
@@ -169,6 +170,18 @@ XML10Scanner::Step XML10Scanner::nameOctets(const char*& at, const char* begin,
     ++at;
   }
   return Step::cut;
+}
+
+/// Goes over a character beyond ASCII.
+XML10Scanner::Step XML10Scanner::overNameCharacter(const char*& at, bool isFirst) const {
+  const xml::FirstCharacter character = xml::firstCharacter({at, left(at)});
+  if (character.isCut) return Step::cut;
+  const xml::NamePlace place = xml::namePlace(character.character);
+  const bool fits =
+      place == xml::NamePlace::anywhere || (place == xml::NamePlace::afterFirst && !isFirst);
+  if (character.octets == 0 || !fits) return Step::refused;
+  at += character.octets;
+  return Step::done;
 }
 
 /// [10] AttValue ::= '"' ([^<&"] | Reference)* '"' | "'" ([^<&'] | Reference)* "'"

@@ -88,7 +88,7 @@ class XML10Scanner {
   };
 
   struct WrittenAttribute {
-    ScannedName* name;
+    ScannedName* name = nullptr;
     std::size_t begin = 0;  ///< Of the value, from the beginning of the tag.
     std::size_t end = 0;
     bool isPlain = true;  ///< No reference, and no white space but blanks.
@@ -120,7 +120,7 @@ class XML10Scanner {
   struct Reference {
     Step step;
     std::size_t octets = 0;  ///< Of the reference.
-    std::string text = {};
+    std::string text = {};   ///< The character.
   };
 
   Step scanPhase();
@@ -143,11 +143,14 @@ class XML10Scanner {
   const char* endOfCharacters(const char* at) const;
   const char* overCharacters(const char* at) const;
   Reference reference(const char* at) const;
+  static Reference entityReference(std::string_view name, bool isCut);
+  static Reference characterReference(std::string_view number, bool isCut);
   void report(std::string_view text) { events_.scannedText(text); }
 
   // Comments and processing instructions: ScannedContent.cpp.
   Step comment();
   Step instruction();
+  Step instructionTarget(const char*& at);
   /// Where a text in markup goes on, or why not.
   Step overCharacter(const char*& at) const;
 
@@ -156,6 +159,7 @@ class XML10Scanner {
   Step cutTag(const char* at);
   Step name(const char*& at);
   Step nameOctets(const char*& at, const char* begin, std::size_t* colon) const;
+  Step overNameCharacter(const char*& at, bool isFirst) const;
   Step value(const char*& at);
   Step endOfStartTag(const char* end, bool isEmpty);
   bool declare(std::size_t outside);
