@@ -155,7 +155,8 @@ XML10Scanner::Reference XML10Scanner::reference(const char* at) const {
 XML10Scanner::Step XML10Scanner::contentReference() {
   const Reference found = reference(at_);
   if (found.step != Step::done) return found.step;
-  report(found.text);
+  text_ = found.text;
+  report(text_);
   at_ += found.octets;
   return Step::done;
 }

@@ -9,17 +9,25 @@ XML10Scanner::Outcome XML10Scanner::scan(std::string_view octets, bool areLast) 
   begin_ = counted_ = event_ = at_ = octets.data();
   end_ = begin_ + octets.size();
   blockPlace_ = place_;
-  isHalted_ = false;
   isLast_ = areLast;
+  return goOn();
+}
+
+XML10Scanner::Outcome XML10Scanner::goOn() {
+  isHalted_ = isHaltedHere_ = false;
   // Afterwards the octets may be gone, also where a handler throws.
   struct Scope {
     const XML10Scanner& scanner;
-    ~Scope() { scanner.place(); }
+    ~Scope() {
+      if (!scanner.isHaltedHere_) scanner.place();
+    }
   } const scope = {*this};
+  if (isEmptyTag_ || declarationsToLeave_ > 0) completeTag();
   Step step = Step::done;
   while (step == Step::done && !isHalted_) step = scanPhase();
   rest_ = {at_, left(at_)};
-  if (step == Step::cut && areLast) {
+  if (isHaltedHere_) return Outcome::halted;
+  if (step == Step::cut && isLast_) {
     if (phase_ == Phase::epilog && at_ == end_) return Outcome::read;
     step = Step::refused;
   }

@@ -45,10 +45,28 @@ class XML10Scanner {
   /// Reads the next octets. They begin with the rest of the call before.
   /// @param areLast whether the document ends with them; where that is no failure, nothing is left
   Outcome scan(std::string_view octets, bool areLast);
+  /// Goes on with the same octets after `haltHere`.
+  Outcome goOn();
+  /// The part of `goOn` that is enough for most events.
+  /// @return false where it is not
+  bool pull() {
+    isHalted_ = isHaltedHere_ = false;
+    if (isEmptyTag_ || declarationsToLeave_ > 0) {
+      completeTag();
+    } else if (phase_ == Phase::content) {
+      content();
+    }
+    return isHaltedHere_;
+  }
+  /// Whether `goOn` is to be called.
+  bool isHaltedHere() const { return isHaltedHere_; }
   /// What the last call has not read, in its octets.
   std::string_view rest() const { return rest_; }
   /// Ends the call of `scan` that is under way, after the current token.
   void halt() { isHalted_ = true; }
+  /// Ends the call of `scan` or `goOn` that is under way, after the current event. Its strings stay
+  /// valid, and the octets must stay where they are, until the next call of `goOn`.
+  void haltHere() { isHalted_ = isHaltedHere_ = true; }
 
   /// Where the markup or text of the current event begins.
   std::uint64_t octetsBefore() const {
@@ -124,6 +142,7 @@ class XML10Scanner {
   };
 
   Step scanPhase();
+  void completeTag();
   void endBlock();
 
   // Document and prolog: ScannedProlog.cpp.
@@ -164,7 +183,8 @@ class XML10Scanner {
   const std::string* meaningOf(ScannedName& element);
   const ScannedName::Meaning& meaningOfAttribute(ScannedName& attribute);
   Step endTag();
-  void reportEnd(const OpenElement& element);
+  void reportEnd(OpenElement element);
+  void leaveScope();
 
   std::size_t left(const char* at) const { return static_cast<std::size_t>(end_ - at); }
 
@@ -179,6 +199,9 @@ class XML10Scanner {
 
   Phase phase_ = Phase::start;
   bool isHalted_ = false;
+  bool isHaltedHere_ = false;
+  bool isEmptyTag_ = false;  ///< The end of the last element is that of its start tag.
+  std::uint32_t declarationsToLeave_ = 0;  ///< Of an element that has ended.
   bool isLast_ = false;
   bool hasMisc_ = false;    ///< Whether anything stands in front of the root element but `start_`.
   std::string start_;       ///< A byte order mark and the XML declaration.
