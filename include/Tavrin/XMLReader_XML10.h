@@ -13,8 +13,13 @@
 
 namespace Tavrin {
 
-/// Reads XML 1.0 text through expat and loses nothing that SAX2 reports; registered as "XML10". It
-/// is the reader of XML text to choose, unless a program relies on the oddities of XMLReader_Expat.
+/// Reads XML 1.0 text and loses nothing that SAX2 reports; registered as "XML10". It is the reader
+/// of XML text to choose, unless a program relies on the oddities of XMLReader_Expat.
+///
+/// Documents in UTF-8 without a document type are scanned by the library itself; all others are
+/// read by expat, and so is the rest of a document that is not well-formed, from where the scanner
+/// meets the failure. The events and the failures are those of expat, whoever reads. The property
+/// Tavrin::properties::textScanner has expat read all.
 ///
 /// @code
 /// struct Text : ContentHandler {
@@ -89,8 +94,9 @@ namespace Tavrin {
 /// `xmlns-uris` is on, too.
 ///
 /// Properties (see Tavrin::properties): lexicalHandler and declarationHandler apply from the next
-/// event on; reparseDeferral from the next block on; baseURI, entityAmplificationFactor,
-/// entityAmplificationThreshold, maximumDepth and maximumCoalescedOctets from the next document on;
+/// event on; reparseDeferral from the next block on; baseURI, textScanner,
+/// entityAmplificationFactor, entityAmplificationThreshold, maximumDepth and maximumCoalescedOctets
+/// from the next document on;
 /// documentXMLVersion ("1.0" where the document has no declaration), standalone and lossCount are
 /// read-only, and concern the last document that has begun.
 ///
@@ -148,9 +154,10 @@ class TAVRIN_API XMLReader_XML10 : public XMLReader {
   void setLimits(const Limits& limits);
   Limits getLimits() const;  ///< Also those that were set as properties.
 
-  /// Sets whether a tag that was cut in two may wait for more octets than its last, as the property
-  /// Tavrin::properties::reparseDeferral, which tells what it costs if it may not. A program that
-  /// reads from a connection, and answers before that ends, sets it to false.
+  /// Sets whether a tag that was cut in two may wait for more octets than its last where expat
+  /// reads the document, as the property Tavrin::properties::reparseDeferral, which tells what it
+  /// costs if it may not. A program that reads from a connection, and answers before that ends,
+  /// sets it to false.
   void setReparseDeferral(bool value);
   bool getReparseDeferral() const;  ///< True by default.
 

@@ -91,21 +91,13 @@ XML10Scanner::Step XML10Scanner::charData() {
 const char* XML10Scanner::overCharacters(const char* at) const {
 #ifdef TAVRIN_HAS_AVX2
   static constexpr xml::OctetClasses kClasses = [] {
-    xml::OctetClasses classes;
-    for (const char c : {'<', '&', '>', '\n'}) classes.addFault(c);
+    xml::OctetClasses classes(xml::OctetClasses::Characters::all);
+    for (const char c : {'<', '&', '>', '\n', '\r'}) classes.addFault(c);
     return classes;
   }();
-  if (left(at) >= 32 && xml::hasAVX2()) {
-    const std::string_view text(at, std::min<std::size_t>(left(at), 4096));
-    std::size_t end = xml::findFault(kClasses, text, 0);
-    // The last character may be cut.
-    for (std::size_t i = 1; i <= std::min<std::size_t>(end, 2); ++i) {
-      const auto octet = static_cast<unsigned char>(text[end - i]);
-      if (octet < 0xC0) continue;
-      if (octet >= (i == 1 ? 0xC0 : 0xE0)) end -= i;
-      break;
-    }
-    if (end > 0) return at + end;
+  if (left(at) >= xml::kLeastTogether && xml::hasAVX2()) {
+    const std::size_t octets = xml::findInCharacters(kClasses, {at, left(at)});
+    if (octets > 0) return at + octets;
   }
 #endif
   return at + xml::firstCharacter({at, left(at)}).octets;
@@ -307,12 +299,12 @@ XML10Scanner::Step XML10Scanner::instruction() {
     const Step step = nameOctets(to, at_ + 2, nullptr);
     if (step == Step::cut) return cut();
     if (step == Step::refused) return step;
+    target_.assign(at_ + 2, to);
+    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
     const bool hasData = isSpace(*to);
     if (!hasData && *to != '?') return Step::refused;
     if (!hasData && left(to) < 2) return cut();
     if (!hasData && to[1] != '>') return Step::refused;
-    target_.assign(at_ + 2, to);
-    if (strcasecmp(target_.c_str(), "xml") == 0) return Step::refused;
     targetEnd_ = static_cast<std::size_t>(to - at_);
     if (hasData) ++to;
   }

@@ -102,8 +102,10 @@ class WrongPairs {
 constexpr OctetClasses kOctets(OctetClasses::Characters::all);
 constexpr WrongPairs kWrongPairs;
 
-/// By the characters of XML.
+/// By the characters of XML. All are of no class that is a fault, but for those that were added.
 struct Exact {
+  const OctetClasses& classes;
+
   TAVRIN_AVX2 __m256i faults(__m256i octets, __m256i before, __m256i twoBefore,
                              __m256i threeBefore) const {
     const __m256i wanted = _mm256_or_si256(
@@ -116,7 +118,7 @@ struct Exact {
     const __m256i last = _mm256_and_si256(_mm256_and_si256(_mm256_cmpeq_epi8(twoBefore, each(0xEF)),
                                                            _mm256_cmpeq_epi8(before, each(0xBF))),
                                           _mm256_subs_epu8(octets, each(0xBD)));
-    return _mm256_or_si256(strays(classesOf(kOctets, octets), wanted),
+    return _mm256_or_si256(strays(classesOf(classes, octets), wanted),
                            _mm256_or_si256(wrongPairs, last));
   }
 };
@@ -187,17 +189,11 @@ TAVRIN_AVX2 inline std::uint64_t positions(__m256i faults) {
   return ~static_cast<unsigned>(_mm256_movemask_epi8(none));
 }
 
-}  // namespace
-
-TAVRIN_AVX2 bool areFaultless(const OctetClasses& classes, std::string_view text) {
-  return areFaultless(Easy{classes}, text);
-}
-
-TAVRIN_AVX2 bool areCharacters(std::string_view text) { return areFaultless(Exact{}, text); }
-
-TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view text,
-                                  std::size_t begin) {
-  const Easy check{classes};
+/// The first fault, or the end.
+/// @param begin there is no fault before it
+template <typename Check>
+TAVRIN_AVX2 inline std::size_t findFault(const Check& check, std::string_view text,
+                                         std::size_t begin) {
   const char* const octets = text.data();
   const std::size_t size = text.size();
   std::size_t i = begin;
@@ -221,6 +217,32 @@ TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view 
     i = at + 16;
   }
   return size;
+}
+
+}  // namespace
+
+TAVRIN_AVX2 bool areFaultless(const OctetClasses& classes, std::string_view text) {
+  return areFaultless(Easy{classes}, text);
+}
+
+TAVRIN_AVX2 bool areCharacters(std::string_view text) { return areFaultless(Exact{kOctets}, text); }
+
+TAVRIN_AVX2 std::size_t findFault(const OctetClasses& classes, std::string_view text,
+                                  std::size_t begin) {
+  return findFault(Easy{classes}, text, begin);
+}
+
+TAVRIN_AVX2 std::size_t findInCharacters(const OctetClasses& classes, std::string_view text) {
+  const std::size_t found = findFault(Exact{classes}, text, 0);
+  // A character is missing a continuation, or one of its continuations is the fault.
+  for (std::size_t i = 1; i <= std::min<std::size_t>(found, 3); ++i) {
+    const auto octet = static_cast<unsigned char>(text[found - i]);
+    if (octet < 0x80) break;
+    if (octet < 0xC0) continue;
+    const auto announced = static_cast<std::size_t>(std::countl_one(octet));
+    return announced > i ? found - i : found;
+  }
+  return found;
 }
 
 }  // namespace Tavrin::xml

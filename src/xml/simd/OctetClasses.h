@@ -102,6 +102,12 @@ bool areFaultless(const OctetClasses& classes, std::string_view text);
 /// @param begin there is no fault before it
 std::size_t findFault(const OctetClasses& classes, std::string_view text, std::size_t begin);
 
+/// The first octet of a text that is of a class of faults or is not part of a character of XML, or
+/// the end. A character that is cut off or wrong is found by its first octet.
+/// @param classes of all characters, with some faults added
+/// @param text    of at least sixteen octets
+std::size_t findInCharacters(const OctetClasses& classes, std::string_view text);
+
 /// Whether a text consists of characters of XML. It takes twice as long as areFaultless.
 bool areCharacters(std::string_view text);
 
