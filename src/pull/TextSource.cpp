@@ -55,9 +55,13 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
   bool next() override;
   void supply(std::string_view block, bool isFinal) override;
   XMLReader& reader() override { return reader_; }
-  void trackPositions() override { recorder_.trackPositions(); }
+  void trackPositions() override {
+    tracks_ = true;
+    recorder_.trackPositions();
+  }
   EventPosition position() const override {
-    return isInPlace_ ? recorder_.positionHere() : queue_.position();
+    if (!isInPlace_) return queue_.position();
+    return tracks_ ? recorder_.positionHere() : EventPosition();
   }
 
  private:
@@ -135,7 +139,8 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
   std::unique_ptr<char[]> piece_;  // Of a stream.
   std::string_view rest_;          // What has not been parsed of the block.
   bool isFinal_ = false;
-  bool isHalted_ = false;         // The scanner is, within the piece.
+  bool isHalted_ = false;  // The scanner is, within the piece.
+  bool tracks_ = false;
   bool isInPlace_ = false;        // The current event was not recorded.
   std::size_t withoutEvent_ = 0;  // Octets since the last event.
   PulledReader_XML10 reader_;

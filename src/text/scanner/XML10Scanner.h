@@ -45,27 +45,28 @@ class XML10Scanner {
   /// Reads the next octets. They begin with the rest of the call before.
   /// @param areLast whether the document ends with them; where that is no failure, nothing is left
   Outcome scan(std::string_view octets, bool areLast);
-  /// Goes on with the same octets after `haltHere`.
-  Outcome goOn();
-  /// The part of `goOn` that is enough for most events.
-  /// @return false where it is not
+  /// After `haltHere`, reads the same octets up to the next event, where that takes a token or
+  /// less. Otherwise it has to be followed by `goOn`.
+  /// @return whether it has come to an event that has called `haltHere`
   bool pull() {
     isHalted_ = isHaltedHere_ = false;
+    step_ = Step::done;
     if (isEmptyTag_ || declarationsToLeave_ > 0) {
       completeTag();
     } else if (phase_ == Phase::content) {
-      content();
+      step_ = content();
     }
     return isHaltedHere_;
   }
-  /// Whether `goOn` is to be called.
+  /// Reads on after that, as `scan` does.
+  Outcome goOn();
   bool isHaltedHere() const { return isHaltedHere_; }
   /// What the last call has not read, in its octets.
   std::string_view rest() const { return rest_; }
   /// Ends the call of `scan` that is under way, after the current token.
   void halt() { isHalted_ = true; }
-  /// Ends the call of `scan` or `goOn` that is under way, after the current event. Its strings stay
-  /// valid, and the octets must stay where they are, until the next call of `goOn`.
+  /// Ends the call of `scan`, `pull` or `goOn` that is under way, after the current event. Its
+  /// strings stay valid, and the octets must stay where they are, until the next call of `pull`.
   void haltHere() { isHalted_ = isHaltedHere_ = true; }
 
   /// Where the markup or text of the current event begins.
@@ -198,6 +199,7 @@ class XML10Scanner {
   Tag tag_;
 
   Phase phase_ = Phase::start;
+  Step step_ = Step::done;  ///< What became of the last token.
   bool isHalted_ = false;
   bool isHaltedHere_ = false;
   bool isEmptyTag_ = false;  ///< The end of the last element is that of its start tag.
