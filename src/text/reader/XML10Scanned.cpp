@@ -71,6 +71,7 @@ XML_Status XML10Driver::leadParserHere() {
   const std::unique_ptr<XML10Scanner> scanner = std::move(document.scanner);
   OpenEntity& entity = document.current();
   entity.inDocument = {scanner->octetsBefore(), scanner->place()};
+  entity.scanner = nullptr;
   createParser();
   setReparseDeferral();
   XML_Parser parser = parser_.get();

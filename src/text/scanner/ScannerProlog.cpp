@@ -50,6 +50,8 @@ bool isUTF8(std::string_view encoding) {
 XML10Scanner::Step XML10Scanner::startOfDocument() {
   const std::string_view octets(at_, left(at_));
   if (start_.empty()) {
+    // UTF-16.
+    if (octets.substr(0, 2).find('\0') != std::string_view::npos) return Step::refused;
     if (octets.size() < kByteOrderMark.size() && kByteOrderMark.starts_with(octets)) {
       return Step::cut;
     }

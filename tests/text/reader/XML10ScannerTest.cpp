@@ -277,6 +277,9 @@ const std::vector<std::string>& samples() {
       "<a/><![CDATA[]]>",
       "text",
       "\xFE\xFF\0<",
+      std::string("\t\0<\0a\0/\0>\0", 10),
+      std::string("\0\t\0<\0a\0/\0>", 10),
+      std::string("<\0a\0/\0>\0", 8),
       "<a>\n\t\t<b>x</b>\n\t</a>",
   };
   return all;
@@ -289,6 +292,46 @@ TEST(XML10Scanner, TellsTheSameAsExpat) {
       if (HasFatalFailure()) return;
     }
   }
+}
+
+TEST(XML10Scanner, TakesTheNamesThatExpatTakes) {
+  XMLReader_XML10 own;
+  XMLReader_XML10 expat;
+  std::string name = kExpat;
+  expat.setProperty(properties::textScanner, &name);
+  for (unsigned c = 0x80; c < 0x10000; ++c) {
+    if (c >= 0xD800 && c < 0xE000) continue;
+    std::string character;
+    if (c >= 0x800) {
+      character += static_cast<char>(0xE0 | c >> 12);
+      character += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+    } else {
+      character += static_cast<char>(0xC0 | c >> 6);
+    }
+    character += static_cast<char>(0x80 | (c & 0x3F));
+    for (const std::string& tag : {"<" + character + "/>", "<a" + character + "/>"}) {
+      ASSERT_EQ(parseText(expat, tag), parseText(own, tag)) << std::hex << c;
+    }
+  }
+}
+
+TEST(XML10Scanner, IsAProperty) {
+  XMLReader_XML10 reader;
+  const auto scanner = [&] {
+    return *static_cast<std::string*>(reader.getProperty(properties::textScanner));
+  };
+  EXPECT_EQ("automatic", scanner());
+  std::string value = "expat";
+  reader.setProperty(properties::textScanner, &value);
+  EXPECT_EQ("expat", scanner());
+  value = "none";
+  EXPECT_EQ(
+      "SAXException(Property \"http://tavrin/sax/properties/text-scanner\" must be \"automatic\" "
+      "or \"expat\")",
+      outcomeOf([&] { reader.setProperty(properties::textScanner, &value); }));
+  EXPECT_EQ("expat", scanner());
+  reader.setProperty(properties::textScanner, nullptr);
+  EXPECT_EQ("automatic", scanner());
 }
 
 TEST(XML10Scanner, TellsTheSameOfLongTokens) {
