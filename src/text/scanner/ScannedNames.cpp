@@ -1,6 +1,8 @@
 #include "ScannedNames.h"
 
 #include "../../xml/Rules.h"
+#include "../../xml/SaltedHash.h"
+#include "../../xml/SameText.h"
 
 namespace Tavrin::text {
 
@@ -12,11 +14,14 @@ ScannedName& ScannedNames::find(std::string_view qName) {
     number = static_cast<std::uint32_t>(names_.size());
     ScannedName& name = names_.emplace_back();
     name.qName = qName;
-    if (splits_) {
-      const xml::QNameParts parts = xml::split(name.qName);
-      name.localName = parts.localName;
-      name.prefixSize = parts.prefix.size();
-      name.declares = xml::isDeclarationName(qName);
+    const std::string_view prefix = splits_ ? xml::split(qName).prefix : std::string_view();
+    name.prefixSize = static_cast<std::uint32_t>(prefix.size());
+    if (!splits_) {
+      name.localName = &kNoName;
+    } else if (prefix.empty()) {
+      name.localName = &name.qName;
+    } else {
+      name.localName = &localNames_.emplace_back(qName.substr(prefix.size() + 1));
     }
     index_.add(hash, number);
   }

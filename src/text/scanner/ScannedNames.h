@@ -7,34 +7,26 @@
 #include <string_view>
 
 #include "../../xml/HashIndex.h"
-#include "../../xml/NamespaceBindings.h"
-#include "../../xml/SaltedHash.h"
-#include "../../xml/SameText.h"
-#include "../../xml/UniqueAttributes.h"
 
 namespace Tavrin::text {
 
-/// A qualified name of a document. What it means is found once for all places with the same
-/// namespace declarations.
+/// A qualified name of a document. There may be many, so each is small.
 struct ScannedName {
   std::string qName;
-  std::string localName;        ///< Empty where names are not split.
-  std::size_t prefixSize = 0;   ///< Likewise.
-  bool declares = false;        ///< Whether an attribute of this name declares a namespace.
-  ScannedName* next = nullptr;  ///< The name that came after it.
+  const std::string* localName = nullptr;
+  ScannedName* next = nullptr;       ///< The name that came after it.
+  const std::string* uri = nullptr;  ///< The namespace name, or null where the prefix has none,
+  std::uint64_t version = 0;         ///< for this version of the declarations.
+  std::uint32_t prefixSize = 0;
+  /// Finds attributes that are given twice: of a name without a prefix, the last tag that had it;
+  /// of another one, its number among the expanded names, or 0.
+  std::uint32_t mark = 0;
 
   std::string_view prefix() const { return std::string_view(qName).substr(0, prefixSize); }
-
-  /// The namespace name for some version of the declarations; null where there is none for the
-  /// prefix.
-  struct Meaning {
-    std::uint64_t version = 0;
-    const std::string* uri = nullptr;
-    std::size_t number = 0;  ///< Of an attribute, as UniqueAttributes gives it.
-  };
-  Meaning asElement;
-  Meaning asAttribute;
 };
+
+/// An empty name.
+inline const std::string kNoName;
 
 /// The names of a document, by their octets.
 class ScannedNames {
@@ -52,6 +44,7 @@ class ScannedNames {
  private:
   const bool splits_;
   std::deque<ScannedName> names_;
+  std::deque<std::string> localNames_;  ///< Of those that have a prefix.
   xml::HashIndex index_;
   ScannedName* last_ = nullptr;
 };

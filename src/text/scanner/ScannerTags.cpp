@@ -16,7 +16,6 @@ namespace Tavrin::text {
 
 namespace {
 
-const std::string kNone;
 const std::string kXmlns = namespaces::xmlns;
 
 enum class NameOctet : std::uint8_t { none, afterFirst, first };
@@ -131,7 +130,7 @@ XML10Scanner::Step XML10Scanner::name(const char*& at) {
   if (tag_.part == Part::elementName) {
     tag_.element = found;
   } else {
-    tag_.declares = tag_.declares || found->declares;
+    tag_.declares = tag_.declares || declaresNamespace(*found);
     tag_.attributes.push_back({found});
   }
   return Step::done;
@@ -231,7 +230,7 @@ XML10Scanner::Step XML10Scanner::endOfStartTag(const char* end, bool isEmpty) {
   attributes_.clear();
   const std::string* uri = nullptr;
   if ((tag_.declares && !declare(outside)) || !listAttributes() ||
-      (uri = meaningOf(*tag_.element)) == nullptr) {
+      (uri = uriOf(*tag_.element)) == nullptr) {
     bindings_.undo(bindings_.count() - outside);
     return Step::refused;
   }
@@ -242,7 +241,7 @@ XML10Scanner::Step XML10Scanner::endOfStartTag(const char* end, bool isEmpty) {
     events_.scannedPrefix(bindings_.prefixAt(i), bindings_.uriAt(i));
   }
   open_.push_back(element);
-  events_.scannedStart(*uri, element.name->localName, element.name->qName, attributes_);
+  events_.scannedStart(*uri, *element.name->localName, element.name->qName, attributes_);
   at_ = end;
   isEmptyTag_ = isEmpty;
   if (isEmpty && !isHaltedHere_) completeTag();
@@ -264,7 +263,7 @@ bool XML10Scanner::declare(std::size_t outside) {
   std::string value;
   for (const WrittenAttribute& written : tag_.attributes) {
     const ScannedName& name = *written.name;
-    if (!name.declares) continue;
+    if (!declaresNamespace(name)) continue;
     const std::string_view prefix = xml::declaredPrefix(name.qName);
     assignValue(value, written);
     // That of "xml" is allowed, and has no effect.
@@ -275,7 +274,8 @@ bool XML10Scanner::declare(std::size_t outside) {
     bindings_.declare(prefix, value);
     if (!settings_.listsDeclarations) continue;
     const bool isNamed = settings_.namesXmlns;
-    attributes_.add(isNamed ? kXmlns : kNone, isNamed ? name.localName : kNone, name.qName) = value;
+    attributes_.add(isNamed ? kXmlns : kNoName, isNamed ? *name.localName : kNoName, name.qName) =
+        value;
   }
   return true;
 }
@@ -283,12 +283,13 @@ bool XML10Scanner::declare(std::size_t outside) {
 /// @return false where the attributes may be wrong
 bool XML10Scanner::listAttributes() {
   unique_.beginTag();
+  ++tags_;
   for (const WrittenAttribute& written : tag_.attributes) {
     ScannedName& name = *written.name;
-    if (name.declares) continue;
-    const ScannedName::Meaning& meaning = meaningOfAttribute(name);
-    if (meaning.uri == nullptr || !unique_.take(meaning.number)) return false;
-    std::string& value = attributes_.add(*meaning.uri, name.localName, name.qName);
+    if (tag_.declares && declaresNamespace(name)) continue;
+    const std::string* const uri = name.prefixSize == 0 ? &kNoName : uriOf(name);
+    if (uri == nullptr || !isFirst(name)) return false;
+    std::string& value = attributes_.add(*uri, *name.localName, name.qName);
     if (written.isPlain) {
       value.assign(at_ + written.begin, written.end - written.begin);
     } else {
@@ -298,30 +299,26 @@ bool XML10Scanner::listAttributes() {
   return true;
 }
 
-/// The namespace name of an element, or null.
-const std::string* XML10Scanner::meaningOf(ScannedName& element) {
-  ScannedName::Meaning& meaning = element.asElement;
-  if (meaning.version == bindings_.version()) return meaning.uri;
-  const std::string& bound = settings_.splitsNames ? bindings_.find(element.prefix()) : kNone;
-  const bool isUnbound = bound.empty() && element.prefixSize > 0;
-  meaning.uri = isUnbound ? nullptr : bound.empty() ? &kNone : &bound;
-  meaning.version = bindings_.version();
-  return meaning.uri;
+/// Whether an attribute is the first of its name in the tag (Namespaces in XML, section 6.3). After
+/// very many tags the answer may be no by mistake.
+bool XML10Scanner::isFirst(ScannedName& attribute) {
+  if (attribute.prefixSize == 0) return std::exchange(attribute.mark, tags_) != tags_;
+  if (attribute.mark == 0) {
+    const std::size_t number = unique_.number(*attribute.uri, *attribute.localName);
+    attribute.mark = static_cast<std::uint32_t>(number);
+  }
+  return unique_.take(attribute.mark);
 }
 
-const ScannedName::Meaning& XML10Scanner::meaningOfAttribute(ScannedName& attribute) {
-  ScannedName::Meaning& meaning = attribute.asAttribute;
-  if (meaning.version == bindings_.version()) return meaning;
-  if (attribute.prefixSize > 0) {
-    const std::string& bound = bindings_.find(attribute.prefix());
-    meaning.uri = bound.empty() ? nullptr : &bound;
-    meaning.number = bound.empty() ? 0 : unique_.number(bound, attribute.localName);
-  } else if (meaning.number == 0) {
-    meaning.uri = &kNone;
-    meaning.number = unique_.number({}, attribute.qName);
-  }
-  meaning.version = bindings_.version();
-  return meaning;
+/// The namespace name of an element, or of an attribute that has a prefix; null where the prefix is
+/// not declared.
+const std::string* XML10Scanner::uriOf(ScannedName& name) const {
+  if (name.version == bindings_.version()) return name.uri;
+  const std::string& bound = settings_.splitsNames ? bindings_.find(name.prefix()) : kNoName;
+  name.version = bindings_.version();
+  name.uri = bound.empty() && name.prefixSize > 0 ? nullptr : &bound;
+  if (name.prefixSize > 0) name.mark = 0;
+  return name.uri;
 }
 
 /// [42] ETag ::= '</' Name S? '>'
@@ -356,11 +353,11 @@ void XML10Scanner::reportEnd(OpenElement element) {
   numbered_ = std::min(numbered_, open_.size());
   if (open_.empty()) phase_ = Phase::epilog;
   declarationsToLeave_ = element.declarations;
-  events_.scannedEnd(*element.uri, element.name->localName, element.name->qName);
+  events_.scannedEnd(*element.uri, *element.name->localName, element.name->qName);
   if (!isHaltedHere_) leaveScope();
 }
 
-/// Leaves the scope of the declarations of an element that has element.
+/// Leaves the scope of the declarations of an element that has ended.
 void XML10Scanner::leaveScope() {
   for (; declarationsToLeave_ > 0; --declarationsToLeave_) {
     events_.scannedPrefixEnd(bindings_.prefixAt(bindings_.count() - 1));

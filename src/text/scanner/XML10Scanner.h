@@ -181,8 +181,11 @@ class XML10Scanner {
   bool declare(std::size_t outside);
   bool listAttributes();
   void assignValue(std::string& value, const WrittenAttribute& written) const;
-  const std::string* meaningOf(ScannedName& element);
-  const ScannedName::Meaning& meaningOfAttribute(ScannedName& attribute);
+  const std::string* uriOf(ScannedName& name) const;
+  bool declaresNamespace(const ScannedName& attribute) const {
+    return settings_.splitsNames && xml::isDeclarationName(attribute.qName);
+  }
+  bool isFirst(ScannedName& attribute);
   Step endTag();
   void reportEnd(OpenElement element);
   void leaveScope();
@@ -193,7 +196,8 @@ class XML10Scanner {
   const Settings settings_;
   ScannedNames names_;
   xml::NamespaceBindings bindings_;
-  xml::UniqueAttributes unique_;
+  xml::UniqueAttributes unique_;  ///< Those that have a prefix.
+  std::uint32_t tags_ = 0;        ///< How many there were.
   std::vector<OpenElement> open_;
   ScannedAttributes attributes_;
   Tag tag_;
