@@ -160,7 +160,8 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
     command = chosen[0];
   }
   const bool lacksCommand = command->get_require_subcommand_min() > 0;
-  const auto unknown = app.remaining(true);
+  auto unknown = app.remaining(true);
+  std::erase(unknown, "--");  // Arguments may follow it.
   const std::string message = !unknown.empty() ? messageAbout(unknown[0], lacksCommand)
                               : lacksCommand   ? "a command is required"
                                                : messageOf(*command, error);
