@@ -17,7 +17,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kCommandLineHelp[] =
     R"(Reads, checks, compares and converts XML documents, in XML text and in Fast Infoset.
 
 Usage: tavrin COMMAND [OPTIONS] ...
@@ -190,7 +190,7 @@ Command asGroup(CLI::App& app, std::vector<Command> commands) {
 
 ExitStatus runCommandLine(int argc, char** argv) {
   CLI::App app("", "tavrin");
-  setHelp(app, kHelp);
+  setHelp(app, kCommandLineHelp);
   app.set_version_flag("--version", versionText());
   app.option_defaults()->disable_flag_override();
   const Command commands =

@@ -124,13 +124,13 @@ Examples:
   return help;
 }
 
-struct Options : ConversionOptions {
+struct ConvertOptions : ConversionOptions {
   std::vector<std::string> names;
   std::string folder;
   WorkOptions work;
 };
 
-ExitStatus convert(Options& options) {
+ExitStatus convert(ConvertOptions& options) {
   const std::vector<std::string>& names = options.names;
   if (options.typing.rules == "-" && std::ranges::count(names, "-") > 0) {
     throw Failure::usage("only one of the document and the rules can be standard input");
@@ -153,7 +153,7 @@ ExitStatus convert(Options& options) {
 Command makeConvert(CLI::App& app) {
   CLI::App* command =
       addReadingCommand(app, "convert", helpText(), Properties::Owners::ReadersAndWriters);
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ConvertOptions>();
   command->add_option("IN", options->names)->required();
   command
       ->add_option_function<std::string>("-o,--output",

@@ -19,7 +19,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kInspectHelp[] =
     R"(Shows what every octet of a Fast Infoset document is.
 
 Usage: tavrin inspect [OPTIONS] FILE
@@ -63,14 +63,14 @@ Examples:
   tavrin inspect --at 1042 broken.fi
 )";
 
-std::string helpText() {
-  std::string text = kHelp;
+std::string inspectHelpText() {
+  std::string text = kInspectHelp;
   replaceLine(text, "%options%\n", std::string(kLimitOptionHelp) + kVocabularyOptionsHelp);
   replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());
   return text;
 }
 
-struct Options {
+struct InspectOptions {
   std::string file;
   octets::InspectionOptions inspection;
   std::string colour = "auto";
@@ -97,7 +97,7 @@ std::uint64_t offsetOf(const std::string& text) {
   return isOffset ? number : number - 1;
 }
 
-ExitStatus inspect(const Options& options) {
+ExitStatus inspect(const InspectOptions& options) {
   Output output("-", false);
   Input input(options.file, output.isTerminal());
   output.open();
@@ -127,8 +127,8 @@ ExitStatus inspect(const Options& options) {
 }  // namespace
 
 Command makeInspect(CLI::App& app) {
-  CLI::App* command = addCommand(app, "inspect", helpText());
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addCommand(app, "inspect", inspectHelpText());
+  const auto options = std::make_shared<InspectOptions>();
   command->add_option("FILE", options->file)->required();
   command->add_flag("--tables", options->inspection.hasTables);
   command

@@ -22,7 +22,6 @@ namespace {
 namespace features = Tavrin::features;
 namespace properties = Tavrin::properties;
 
-constexpr std::size_t kHelpColumn = 34;
 constexpr double kWidestIndentation = 1000;
 
 }  // namespace
@@ -210,9 +209,7 @@ std::string Properties::help(Owners owners) {
     if (kind.isFeature() && !wasFeature)
       text += "\nThe features, with what they are otherwise:\n\n";
     wasFeature = kind.isFeature();
-    std::string line = "  " + std::string(kind.name());
-    line.resize(kHelpColumn, ' ');
-    text += line + kind.help + "\n";
+    text += helpRow(kind.name(), kind.help);
   }
   return text;
 }
