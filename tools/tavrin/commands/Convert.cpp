@@ -127,7 +127,6 @@ Examples:
 struct ConvertOptions : ConversionOptions {
   std::vector<std::string> names;
   std::string folder;
-  bool hasFolder = false;
   WorkOptions work;
 };
 
@@ -138,8 +137,8 @@ ExitStatus convert(ConvertOptions& options) {
   }
   options.typing.load();
   refuseToRepeat(options.timing,
-                 {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
-  if (options.hasFolder) return convertAll(options, names, options.folder, options.work);
+                 {names.begin(), options.makesFolders ? names.end() : names.begin() + 1});
+  if (options.makesFolders) return convertAll(options, names, options.folder, options.work);
   if (names.size() > 2) {
     throw Failure::usage(
         "several documents need a folder for their copies, -o DIR (see tavrin "
@@ -160,7 +159,7 @@ Command makeConvert(CLI::App& app) {
       ->add_option_function<std::string>("-o,--output",
                                          [options](const std::string& folder) {
                                            options->folder = folder;
-                                           options->hasFolder = true;
+                                           options->makesFolders = true;
                                          })
       ->type_name("DIR");
   addWorkOptions(*command, options->work);

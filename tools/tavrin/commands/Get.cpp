@@ -169,6 +169,7 @@ class Getter {
 };
 
 ExitStatus get(const GetOptions& options) {
+  options.reading.properties.requireNamespaces("get");
   Output output("-", false);
   Getter getter(options, output);
   output.open();

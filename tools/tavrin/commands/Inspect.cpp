@@ -12,6 +12,7 @@
 #include "files/Input.h"
 #include "files/Output.h"
 #include "octets/Inspection.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
@@ -122,7 +123,7 @@ Command makeInspect(CLI::App& app) {
       ->type_name("OCTET");
   command->add_option("--color", options->colour)
       ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}));
+      ->check(oneOf({"auto", "always", "never"}));
   return {command, [options] { return inspect(*options); }};
 }
 

@@ -198,6 +198,7 @@ void writePage(const std::string& name, const StatOptions& options) {
 }
 
 ExitStatus stat(const StatOptions& options) {
+  options.reading.properties.requireNamespaces("stat");
   if (!options.page.empty()) {
     if (options.files.size() > 1) throw Failure::usage("--html takes one FILE");
     writePage(options.files[0], options);

@@ -168,6 +168,7 @@ Outcome measure(Samples& samples, const Candidates& candidates,
 }
 
 ExitStatus learn(const VocabularyLearnOptions& options) {
+  options.reading.properties.requireNamespaces("vocabulary learn");
   const bool writes = !options.out.empty();
   Output file(writes ? options.out : "-", options.force);
   Samples samples(options.samples, options.reading);
@@ -207,9 +208,12 @@ Command makeLearn(CLI::App& vocabulary) {
       ->type_name("N")
       ->check(whyNotCount);
   command->add_option("--longest", options->longest)->type_name("N")->check(whyNotCount);
-  command->add_option("--memory", options->memory)
+  command
+      ->add_option_function<std::string>(
+          "--memory",
+          [options](const std::string& text) { options->memory = countFrom(*numberFrom(text)); })
       ->type_name("N")
-      ->transform(CLI::AsSizeValue(false));
+      ->check(whyNotNumber);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return learn(*options); }};

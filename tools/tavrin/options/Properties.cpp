@@ -169,6 +169,13 @@ bool Properties::sets(const char* feature, bool value) const {
   return isSet;
 }
 
+void Properties::requireNamespaces(const std::string& user) const {
+  if (sets(features::namespaces, false) || sets(features::namespacePrefixes, true)) {
+    throw Failure::usage(user +
+                         " needs the feature namespaces, and does without namespace-prefixes");
+  }
+}
+
 template <typename Owner>
 void Properties::apply(Owner& owner, bool ofReaders, bool isChosen) const {
   for (const auto& [kind, value] : settings_) {
