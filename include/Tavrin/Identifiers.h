@@ -121,6 +121,15 @@ constexpr char indexedAttributeValueLength[] =
 /// Writer "X891": the greatest length in octets of character chunks that are added to their table,
 /// a `std::uint64_t`. Default 32.
 constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/indexed-chunk-length";
+/// Writer "X891": whether attribute values, character chunks and other strings of these lengths are
+/// added to their tables, a `std::string`: `always`, `never` (those of the vocabularies are used
+/// all the same), or `adaptive`, the default. That judges the values of each attribute, and the
+/// chunks of each element, by 256 that might be added or are in the table. Where fewer than 32 of
+/// them were there already, none of the next 256 is added; then the next 256 decide again. Each
+/// time in a row that they are too few, twice as many are passed over as the last time, up to
+/// 16384. Those that are in the table are written by their index at all times. So a document with
+/// fewer than 257 values of a name has the same octets as with `always`.
+constexpr char valueIndexing[] = "http://tavrin/fastinfoset/properties/value-indexing";
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.
 constexpr char initialVocabulary[] = "http://tavrin/fastinfoset/properties/initial-vocabulary";

@@ -49,6 +49,7 @@ struct ExternalItem {
 /// Which values and strings are added to the tables. Names and identifiers always are. Lengths are
 /// in octets.
 struct WriterLimits {
+  bool addsValues = true;                                          // None of these, if not.
   std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Also of other strings.
   std::uint64_t indexedChunkLength = kIndexedLength - 1;
   std::uint64_t maximumTableOctets = UINT64_MAX;
@@ -104,6 +105,7 @@ class Encoder {
   Encoder(const Dialect& dialect, const Shared& shared);
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
+  virtual ~Encoder() = default;
 
   /// Buffers what an event writes, and sends it at the end of the event, also where the event is
   /// refused. Before code of an application runs within the event, sendOctets is called.
@@ -188,6 +190,11 @@ class Encoder {
   bool isIndexed(unsigned table, const std::string& text) const;
 
  protected:
+  /// Whether a chunk that is going to be written is added to its table.
+  /// @param isFound whether it is there already
+  virtual bool addsChunk(const std::string& text, bool isFound) {
+    return !isFound && isIndexed(kContentCharacterChunks, text);
+  }
   unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
   void encodeNamePart(unsigned table, const std::string& part, unsigned index);
   void encodeIdentifiers(const ExternalItem& item);
@@ -256,7 +263,8 @@ inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
   const std::uint64_t longest = table == kContentCharacterChunks
                                     ? limits.indexedChunkLength
                                     : limits.indexedAttributeValueLength;
-  return text.size() <= longest && strings(table).positions() < dialect_.maximumEntries &&
+  return limits.addsValues && text.size() <= longest &&
+         strings(table).positions() < dialect_.maximumEntries &&
          limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 

@@ -131,12 +131,14 @@ void Encoder::encodeLiteralString(bool adds, const std::string& text) {
 void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = strings(kContentCharacterChunks);
-  if (const unsigned* const index = table.find(text)) {
+  const unsigned* const index = table.find(text);
+  const bool adds = addsChunk(text, index != nullptr);
+  if (index != nullptr) {
     writeInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
     return;
   }
   unsigned bits = kChunk | kChunkUTF8;
-  if (isIndexed(kContentCharacterChunks, text)) {
+  if (adds) {
     addEntry(table, text);
     bits |= kChunkAddToTable;
   }

@@ -16,6 +16,7 @@
 #include "../Encoder.h"
 #include "../InitialVocabulary.h"
 #include "../SharedVocabulary.h"
+#include "ValueTally.h"
 
 namespace Tavrin {
 
@@ -94,6 +95,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void beginDocument();
   template <typename Access>
   bool accessProperty(Access access);
+  void setValueIndexing(const std::string& mode);
 
   // --- Start tags ---
 
@@ -103,7 +105,14 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void classifyAttributes(const Attributes& attributes);
   void checkAttributes(const Attributes& attributes);
   void encodeAttributes(const Attributes& attributes);
-  void encodeNewAttributeName(const EventName& name);
+  unsigned encodeNewAttributeName(const EventName& name);
+  template <typename Record>
+  unsigned encodeUnlistedName(unsigned bits, unsigned table, const NameParts& name,
+                              NameRecords<Record>& records);
+  template <typename Record>
+  fastinfoset::ValueTally& tallyOf(NameRecords<Record>& records, unsigned index) {
+    return index != fastinfoset::kNoIndex ? records[index].tally : document_.unlisted;
+  }
   void declare(const std::string& prefix, const std::string& uri);
   void declareByAttributes(const Attributes& attributes);
   void checkElementName(const EventName& name, unsigned index, bool isKnown);
@@ -111,6 +120,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void checkNewName(const EventName& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
+  bool adds(unsigned table, const std::string& text, bool isFound, fastinfoset::ValueTally& tally);
   /// Refuses what would make the tables larger than a reader allows.
   void checkTableOctets(std::uint64_t octets, std::uint64_t entries) const;
 
@@ -132,6 +142,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   // --- Text and typed values ---
 
   void addText(const std::string& text);
+  bool addsChunk(const std::string& text, bool isFound) override;
   void checkTypedContent() const;
   template <typename Algorithm, typename Value>
   void encodeTypedContent(Algorithm& algorithm, const Value& value, std::uint64_t octets);
@@ -146,6 +157,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   unsigned fieldOf(const std::string& uri, int index) const;
   [[noreturn]] void refuseAlgorithm(const std::string& uri, int index) const;
 
+  static constexpr char kAdaptive[] = "adaptive";
+  static constexpr char kAlways[] = "always";
+  static constexpr char kNever[] = "never";
   static constexpr std::uint64_t kIndexedLengthDefault = 32;
   static constexpr std::uint64_t kMaximumTableOctetsDefault = std::uint64_t{64} << 20;
 
@@ -165,6 +179,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   EncodingAlgorithmMap* registeredAlgorithms_ = nullptr;
   std::optional<std::vector<std::string>> algorithmURIs_;
   std::uint64_t maximumDepth_ = UINT64_MAX;
+  std::string valueIndexing_ = kAdaptive;
+  bool isAdaptive_ = true;  // As this says.
 
   // --- The document ---
   enum class Kind { comment, processingInstruction, documentType, endOfDocumentType };
@@ -176,10 +192,19 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::string first;
     std::string second;
   };
-  /// The result of checking the name of an attribute.
+  /// What is known of a name.
+  struct ElementRecord {
+    std::uint64_t bindings = 0;     // The version of the bindings for which the prefix was checked.
+    fastinfoset::ValueTally tally;  // Of its chunks.
+  };
   struct AttributeRecord {
-    std::uint64_t bindings = 0;  // The version of the bindings for which the prefix was checked.
+    std::uint64_t bindings = 0;
     std::size_t number = xml::UniqueAttributes::kUnknown;
+    fastinfoset::ValueTally tally;  // Of its values.
+  };
+  struct OpenElement {
+    std::size_t declarations;
+    unsigned name;  // Its index, or kNoIndex.
   };
 
   struct Document {
@@ -192,8 +217,10 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
-    std::set<std::string> declared;          // Prefixes, for the next start tag.
-    std::vector<std::size_t> declaredCount;  // Of each open element.
+    std::set<std::string> declared;  // Prefixes, for the next start tag.
+    std::vector<OpenElement> openElements;
+    unsigned textElement = fastinfoset::kNoIndex;  // The name of the innermost, which has the text.
+    fastinfoset::ValueTally unlisted;              // Of names that are in no table.
 
     std::shared_ptr<const SharedVocabulary> vocabulary;  // With which the tables begin, or null.
     unsigned loadedValues = 0;            // The number of values in the vocabularies.
@@ -201,7 +228,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
-  NameRecords<std::uint64_t> elementBindings_;  // As AttributeRecord::bindings.
+  NameRecords<ElementRecord> elementRecords_;
   NameRecords<AttributeRecord> attributeRecords_;
 
   // --- Of the current event ---

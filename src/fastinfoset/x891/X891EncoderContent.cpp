@@ -25,6 +25,11 @@ void XMLWriter_X891::Encoder::addText(const std::string& text) {
   characters += text;
 }
 
+bool XMLWriter_X891::Encoder::addsChunk(const std::string& text, bool isFound) {
+  return adds(kContentCharacterChunks, text, isFound,
+              tallyOf(elementRecords_, document_.textElement));
+}
+
 void XMLWriter_X891::characters(const std::string& text) {
   std::string& buffer = encoder_->characters;
   // The most frequent event; sections and unusual characters need more.

@@ -107,8 +107,9 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
       encoder.isWriting_ = elements_.size() < depth;  // Otherwise it was refused.
       throw;
     }
-    document.bindings.undo(document.declaredCount.back());
-    document.declaredCount.pop_back();
+    document.bindings.undo(document.openElements.back().declarations);
+    document.openElements.pop_back();
+    if (depth > 1) document.textElement = document.openElements.back().name;
   });
 }
 
@@ -127,7 +128,7 @@ void XMLWriter_X891::Encoder::prepareStartTag(const EventName& name, const Attri
 
 void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attributes& attributes) {
   prepareStartTag(name, attributes);
-  document_.declaredCount.push_back(document_.declared.size());
+  document_.openElements.push_back({document_.declared.size(), kNoIndex});
   isWriting_ = true;
   if (!document_.childrenBegan) beginChildren(*header_);
   flushCharacters();
@@ -144,8 +145,10 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
     if (elementIndex_ != kNoIndex) {
       writeInteger(kElementIndex, flag, elementIndex_);
     } else {
-      encodeNewName(kLiteralElementName | flag, kElementNames, elementName_);
+      elementIndex_ = encodeUnlistedName(kLiteralElementName | flag, kElementNames, elementName_,
+                                         elementRecords_);
     }
+    document_.openElements.back().name = document_.textElement = elementIndex_;
     if (hasAttributes) encodeAttributes(attributes);
   }
   namespaces_.clear();
@@ -197,10 +200,10 @@ void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned i
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   if (index == kNoIndex) checkNewName(name);
   std::uint64_t fresh = 0;
-  std::uint64_t& bindings = index != kNoIndex ? elementBindings_.at(index) : fresh;
+  std::uint64_t& bindings = index != kNoIndex ? elementRecords_.at(index).bindings : fresh;
   if (bindings == document.bindings.version()) return;
   xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), document.bindings));
-  if (index != kNoIndex && bindings == 0) elementBindings_.use(index);
+  if (index != kNoIndex && bindings == 0) elementRecords_.use(index);
   bindings = document.bindings.version();
 }
 
@@ -285,38 +288,69 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
 void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
   const unsigned positions = strings(kAttributeValues).positions();
-  for (const auto& [i, index, valueIndex, isKnown] : attributes_) {
+  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
     if (index != kNoIndex) {
       encodeIndex(0, index);
     } else {
-      encodeNewAttributeName(
+      index = encodeNewAttributeName(
           {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
-    } else if (valueIndex != kNoIndex) {
+      continue;
+    }
+    const std::string& value = attributes.getValue(i);
+    StringIndexMap& values = strings(kAttributeValues);
+    if (valueIndex == kNoIndex && values.positions() != positions && !value.empty()) {
+      // An attribute before it may have added it.
+      if (const unsigned* const added = values.find(value)) valueIndex = *added;
+    }
+    const bool isFound = valueIndex != kNoIndex;
+    const bool isAdded =
+        !value.empty() && adds(kAttributeValues, value, isFound, tallyOf(attributeRecords_, index));
+    if (isFound) {
       encodeIndex(kStringIndex, valueIndex);
     } else {
-      const std::string& value = attributes.getValue(i);
-      const bool adds = isIndexed(kAttributeValues, value);
-      if (strings(kAttributeValues).positions() == positions) {
-        encodeNewString(kAttributeValues, adds, value);
-      } else {
-        encodeString(kAttributeValues, adds, value);  // An attribute before it may have added it.
-      }
+      encodeNewString(kAttributeValues, isAdded, value);
     }
   }
 }
 
 /// Writes a name that was not in the table when the tag began. An attribute before it may have
 /// added it.
-void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
+/// @return its index, or kNoIndex where the table is full
+unsigned XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
   if (const unsigned* const index = names(kAttributeNames).find(name_)) {
     encodeIndex(0, *index);
-  } else {
-    encodeNewName(kLiteralAttributeName, kAttributeNames, name_);
+    return *index;
   }
+  return encodeUnlistedName(kLiteralAttributeName, kAttributeNames, name_, attributeRecords_);
+}
+
+/// Writes a name that has been checked and is not in its table, and adds it.
+/// @return its index, or kNoIndex where the table is full
+template <typename Record>
+unsigned XMLWriter_X891::Encoder::encodeUnlistedName(unsigned bits, unsigned table,
+                                                     const NameParts& name,
+                                                     NameRecords<Record>& records) {
+  const unsigned index = names(table).positions();
+  encodeNewName(bits, table, name);
+  if (names(table).positions() == index) return kNoIndex;
+  records.at(index).bindings = document_.bindings.version();
+  records.use(index);
+  return index;
+}
+
+/// Whether a value or chunk is added to its table. It is counted.
+/// @param isFound whether it is there already
+bool XMLWriter_X891::Encoder::adds(unsigned table, const std::string& text, bool isFound,
+                                   ValueTally& tally) {
+  if (!isFound && !isIndexed(table, text)) return false;
+  if (!isAdaptive_) return !isFound;
+  const bool adds = !isFound && tally.adds();
+  tally.count(isFound);
+  return adds;
 }
 
 void XMLWriter_X891::Encoder::checkValue(const std::string& value, unsigned index) const {
