@@ -6,7 +6,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <ostream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 #include <typeinfo>
@@ -116,8 +118,16 @@ class Encoder {
 
   // --- Octets and integers (Primitives.cpp) ---
 
-  void put(unsigned octet);
-  void write(std::string_view octets);
+  void put(unsigned octet) {
+    if (at_ == end_) return putBeyond(octet);
+    *at_++ = static_cast<char>(octet);
+  }
+  void write(std::string_view octets) {
+    if (octets.size() > static_cast<std::size_t>(end_ - at_)) return writeBeyond(octets);
+    if (octets.empty()) return;
+    std::memcpy(at_, octets.data(), octets.size());
+    at_ += octets.size();
+  }
   void encodeNumberOfItems(std::uint32_t count);
   void encodeIndex(int bits, unsigned index);
   /// Writes an integer in its shortest form.
@@ -222,7 +232,21 @@ class Encoder {
   WriterLimits limits_;
   NameParts name_;  // Reused for each name.
   bool isBuffering_ = false;
-  std::string buffer_;  // Octets of an event that are not in the stream yet.
+  bool isInPlace_ = false;  // Octets are composed in the put area of the stream, where they fit.
+
+ private:
+  void putBeyond(unsigned octet);
+  void writeBeyond(std::string_view octets);
+  bool enterPutArea(std::size_t size);
+  void growBy(std::size_t size);
+  std::size_t composed() const { return static_cast<std::size_t>(at_ - begin_); }
+
+  // The octets of an event that are not in the stream yet, and the room for more.
+  char* begin_ = nullptr;
+  char* at_ = nullptr;
+  char* end_ = nullptr;
+  std::streambuf* area_ = nullptr;  // Has them in its put area; null: the string has them.
+  std::string buffer_;
 };
 
 template <typename Body>

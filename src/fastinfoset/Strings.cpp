@@ -54,11 +54,12 @@ std::uint64_t Encoder::lengthOf(const std::string& text) const {
 
 void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
   StringIndexMap& entries = strings(table);
-  if (const unsigned* const index = entries.find(text)) {
+  const bool adds = entries.positions() < dialect_.maximumEntries;
+  if (const unsigned* const index = adds ? entries.findOrAdd(text) : entries.find(text)) {
     encodeIndex(kStringIndex, *index);
     return;
   }
-  addEntry(entries, text);
+  if (adds) limits_.tableOctets += countedOctets(text);
   encodeLiteralIdentifier(text);
 }
 

@@ -3,6 +3,7 @@
 #include <Tavrin/Vocabulary.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <memory>
@@ -52,7 +53,7 @@ class NameRecords {
   Record& operator[](std::size_t index) { return records_[index]; }
   /// The record of an index, which is a new one at first.
   Record& at(std::size_t index) {
-    if (index >= records_.size()) records_.resize(index + index / 2 + 1);
+    if (index >= records_.size()) records_.resize(std::max(kFirst, index + index / 2 + 1));
     return records_[index];
   }
   /// Comes before a new record is changed.
@@ -69,6 +70,7 @@ class NameRecords {
 
  private:
   static constexpr std::size_t kFew = 8;
+  static constexpr std::size_t kFirst = 32;
 
   std::vector<Record> records_;
   std::vector<std::size_t> used_;
@@ -117,6 +119,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void declareByAttributes(const Attributes& attributes);
   void checkElementName(const EventName& name, unsigned index, bool isKnown);
   void checkAttributeName(const EventName& name, unsigned index, bool isKnown);
+  struct AttributeRecord;
+  bool isFirst(const EventName& name, AttributeRecord& record);
+  void checkNewAttribute(const Attributes& attributes, std::size_t number);
   void checkNewName(const EventName& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
@@ -199,7 +204,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   };
   struct AttributeRecord {
     std::uint64_t bindings = 0;
-    std::size_t number = xml::UniqueAttributes::kUnknown;
+    std::size_t number = xml::UniqueAttributes::kUnknown;  // Of one in a namespace.
+    std::uint64_t lastTag = 0;      // Of another one: its index tells it apart.
     fastinfoset::ValueTally tally;  // Of its values.
   };
   struct OpenElement {
@@ -238,6 +244,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     unsigned valueIndex;  // Of its text, or kNoIndex.
     bool isKnown;         // Its name is one of known_.
   };
+  bool isClear_ = true;     // There has been no event of a document.
   bool isWriting_ = false;  // Some of its octets may be written.
   NameParts elementName_;
   unsigned elementIndex_ = 0;                 // Of its name, or kNoIndex.

@@ -2,6 +2,8 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <algorithm>
+
 #include "../../sax/AtLimit.h"
 #include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
@@ -211,10 +213,8 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
                                                  bool isKnown) {
   Document& document = document_;
   if (isKnown) {  // It has been checked, so that it has a record.
-    const AttributeRecord& record = attributeRecords_[index];
-    if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
-      return;
-    }
+    AttributeRecord& record = attributeRecords_[index];
+    if (record.bindings == document.bindings.version() && isFirst(name, record)) return;
   }
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   AttributeRecord fresh;
@@ -226,10 +226,43 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
     if (index != kNoIndex && record.bindings == 0) attributeRecords_.use(index);
     record.bindings = document.bindings.version();
   }
+  // Those that are new are compared later.
+  const bool isLater = index == kNoIndex && name.uri.empty();
+  if (!isLater && !isFirst(name, record)) throw SAXException(xml::givenTwice(spelling(name)));
+}
+
+/// Whether a name is the first with its namespace name and local name in the tag. Without a
+/// namespace, it is the only one with these.
+bool XMLWriter_X891::Encoder::isFirst(const EventName& name, AttributeRecord& record) {
+  xml::UniqueAttributes& unique = document_.attributes;
+  if (name.uri.empty()) return unique.isFirst(record.lastTag);
   if (record.number == xml::UniqueAttributes::kUnknown) {
-    record.number = document.attributes.number(name.uri, name.localName);
+    record.number = unique.number(name.uri, name.localName);
   }
-  if (!document.attributes.take(record.number)) throw SAXException(xml::givenTwice(spelling(name)));
+  return unique.take(record.number);
+}
+
+/// Checks that no other new name without a namespace is the same as the last one, which name_ has.
+/// The few of most tags are compared with each other, as a search would add each to a table first.
+void XMLWriter_X891::Encoder::checkNewAttribute(const Attributes& attributes, std::size_t number) {
+  constexpr std::size_t kFew = 16;
+  const int position = attributes_[number].position;
+  bool isGiven = false;
+  if (attributes_.size() > kFew) {
+    xml::UniqueAttributes& unique = document_.attributes;
+    isGiven = !unique.take(unique.number({}, name_.localName));
+  } else {
+    isGiven =
+        std::any_of(attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
+                    [&](const CheckedAttribute& other) {
+                      return other.index == kNoIndex &&
+                             attributes.getLocalName(other.position) == name_.localName &&
+                             attributes.getURI(other.position).empty();
+                    });
+  }
+  if (!isGiven) return;
+  const std::string& qName = attributes.getQName(position);
+  throw SAXException(xml::givenTwice(qName.empty() ? name_.localName : qName));
 }
 
 // --- Attributes ---
@@ -263,6 +296,7 @@ void XMLWriter_X891::Encoder::classifyAttributes(const Attributes& attributes) {
 void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
   if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
+  std::size_t number = 0;
   for (auto& [i, index, valueIndex, isKnown] : attributes_) {
     const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
                             attributes.getQName(i)};
@@ -271,6 +305,8 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
       if (const unsigned* const found = names(kAttributeNames).find(name_)) index = *found;
     }
     checkAttributeName(name, index, isKnown);
+    if (index == kNoIndex && name_.namespaceName.empty()) checkNewAttribute(attributes, number);
+    ++number;
     if (!isKnown && index != kNoIndex) {
       known_.attributes.put(name.uri, name.localName, name.qName, index);
     }
@@ -316,15 +352,11 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
   }
 }
 
-/// Writes a name that was not in the table when the tag began. An attribute before it may have
-/// added it.
+/// Writes a name that was not in the table when the tag began. None of the attributes before it has
+/// added it: it would be given twice.
 /// @return its index, or kNoIndex where the table is full
 unsigned XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
-  if (const unsigned* const index = names(kAttributeNames).find(name_)) {
-    encodeIndex(0, *index);
-    return *index;
-  }
   return encodeUnlistedName(kLiteralAttributeName, kAttributeNames, name_, attributeRecords_);
 }
 

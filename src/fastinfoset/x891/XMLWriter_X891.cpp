@@ -29,6 +29,7 @@ XMLWriter_X891::Encoder::Encoder(XMLWriter_X891& writer)
   limits_.indexedAttributeValueLength = kIndexedLengthDefault;
   limits_.indexedChunkLength = kIndexedLengthDefault;
   limits_.maximumTableOctets = kMaximumTableOctetsDefault;
+  isInPlace_ = true;
   isBuffering_ = true;  // Also between events: each sends its octets at its end.
 }
 
@@ -99,15 +100,18 @@ void XMLWriter_X891::startDocument() {
     if (state_ == Initial) encoder.findExternalVocabulary();
     XMLWriter::startDocument();
     encoder.beginDocument();
+    encoder.isClear_ = false;
   });
 }
 
 void XMLWriter_X891::Encoder::beginDocument() {
+  if (isClear_) return;
   clearTables();
   document_ = {};
   pendingTerminator = false;
   characters.clear();
   namespaces_.clear();
+  isClear_ = true;
 }
 
 void XMLWriter_X891::endDocument() {
