@@ -125,7 +125,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void checkNewName(const EventName& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
-  bool adds(unsigned table, const std::string& text, bool isFound, fastinfoset::ValueTally& tally);
+  bool addsNew(unsigned table, const std::string& text, fastinfoset::ValueTally& tally);
   /// Refuses what would make the tables larger than a reader allows.
   void checkTableOctets(std::uint64_t octets, std::uint64_t entries) const;
 

@@ -26,8 +26,10 @@ void XMLWriter_X891::Encoder::addText(const std::string& text) {
 }
 
 bool XMLWriter_X891::Encoder::addsChunk(const std::string& text, bool isFound) {
-  return adds(kContentCharacterChunks, text, isFound,
-              tallyOf(elementRecords_, document_.textElement));
+  ValueTally& tally = tallyOf(elementRecords_, document_.textElement);
+  if (!isFound) return addsNew(kContentCharacterChunks, text, tally);
+  if (isAdaptive_) tally.count(true);
+  return false;
 }
 
 void XMLWriter_X891::characters(const std::string& text) {

@@ -335,19 +335,24 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
       continue;
     }
+    ValueTally& tally = tallyOf(attributeRecords_, index);
+    const auto refer = [&](unsigned value) {
+      if (isAdaptive_) tally.count(true);
+      encodeIndex(kStringIndex, value);
+    };
+    if (valueIndex != kNoIndex) {
+      refer(valueIndex);
+      continue;
+    }
     const std::string& value = attributes.getValue(i);
     StringIndexMap& values = strings(kAttributeValues);
-    if (valueIndex == kNoIndex && values.positions() != positions && !value.empty()) {
-      // An attribute before it may have added it.
-      if (const unsigned* const added = values.find(value)) valueIndex = *added;
-    }
-    const bool isFound = valueIndex != kNoIndex;
-    const bool isAdded =
-        !value.empty() && adds(kAttributeValues, value, isFound, tallyOf(attributeRecords_, index));
-    if (isFound) {
-      encodeIndex(kStringIndex, valueIndex);
+    // An attribute before it may have added it.
+    const bool mayBeKnown = values.positions() != positions && !value.empty();
+    if (const unsigned* const added = mayBeKnown ? values.find(value) : nullptr) {
+      refer(*added);
     } else {
-      encodeNewString(kAttributeValues, isAdded, value);
+      encodeNewString(kAttributeValues, !value.empty() && addsNew(kAttributeValues, value, tally),
+                      value);
     }
   }
 }
@@ -374,14 +379,12 @@ unsigned XMLWriter_X891::Encoder::encodeUnlistedName(unsigned bits, unsigned tab
   return index;
 }
 
-/// Whether a value or chunk is added to its table. It is counted.
-/// @param isFound whether it is there already
-bool XMLWriter_X891::Encoder::adds(unsigned table, const std::string& text, bool isFound,
-                                   ValueTally& tally) {
-  if (!isFound && !isIndexed(table, text)) return false;
-  if (!isAdaptive_) return !isFound;
-  const bool adds = !isFound && tally.adds();
-  tally.count(isFound);
+/// Whether a value or chunk that is not in its table is added. It is counted.
+bool XMLWriter_X891::Encoder::addsNew(unsigned table, const std::string& text, ValueTally& tally) {
+  if (!isIndexed(table, text)) return false;
+  if (!isAdaptive_) return true;
+  const bool adds = tally.adds();
+  tally.count(false);
   return adds;
 }
 
