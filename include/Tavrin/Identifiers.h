@@ -122,13 +122,14 @@ constexpr char indexedAttributeValueLength[] =
 /// a `std::uint64_t`. Default 32.
 constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/indexed-chunk-length";
 /// Writer "X891": whether attribute values, character chunks and other strings of these lengths are
-/// added to their tables, a `std::string`: `always`, `never` (those of the vocabularies are used
-/// all the same), or `adaptive`, the default. That judges the values of each attribute, and the
-/// chunks of each element, by 256 that might be added or are in the table. Where fewer than 32 of
-/// them were there already, none of the next 256 is added; then the next 256 decide again. Each
-/// time in a row that they are too few, twice as many are passed over as the last time, up to
-/// 16384. Those that are in the table are written by their index at all times. So a document with
-/// fewer than 257 values of a name has the same octets as with `always`.
+/// added to their tables, a `std::string`: `always`, `never` (entries of vocabularies are used all
+/// the same) or `adaptive`, the default. That judges the values of each attribute, and the chunks of
+/// each element, by windows of 2048 that are in the table or might be added. Of the first window, 8
+/// must be in the table when they come, in each window after it 16 more, up to 256. Where they are
+/// fewer, none of the next 2048 is added; then the windows begin again. Each pause is twice as long
+/// as the one before, up to 131072 values, until a window has found 256. So the first 2048 of a name
+/// are written as with `always`. What is in a table is written as its index at all times. A change
+/// applies from the next value on.
 constexpr char valueIndexing[] = "http://tavrin/fastinfoset/properties/value-indexing";
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.

@@ -130,6 +130,14 @@ unsigned run(Tally& tally, bool isFound) {
   return count;
 }
 
+TEST(ValueTally, HasTheNumbersOfItsDocumentation) {
+  EXPECT_EQ(Tally::kWindow, 2048U);
+  EXPECT_EQ(Tally::kFewest, 8U);
+  EXPECT_EQ(Tally::kMore, 16U);
+  EXPECT_EQ(Tally::kMost, 256U);
+  EXPECT_EQ(Tally::kLongestPause, 131072U);
+}
+
 TEST(ValueTally, HasALongestPause) {
   Tally tally;
   for (unsigned pause = kWindow; pause < Tally::kLongestPause; pause *= 2) {
