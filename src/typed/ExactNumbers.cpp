@@ -5,11 +5,18 @@ namespace Tavrin {
 template <typename Holder>
 std::string ExactNumbers<Holder>::toString() const {
   std::string text;
-  std::array<char, kLongestNumber> digits{};
+  std::array<char, 16 * (1 + kLongestNumber)> some{};
+  char* end = some.data();
   for (const auto number : this->data_) {
-    if (!text.empty()) text += ' ';
-    text.append(digits.data(), printExactly(digits.data(), number));
+    if (static_cast<std::size_t>(some.data() + some.size() - end) <= kLongestNumber) {
+      text.append(some.data(), end);
+      end = some.data();
+    }
+    *end++ = ' ';
+    end = printExactly(end, number);
   }
+  text.append(some.data(), end);
+  if (!text.empty()) text.erase(0, 1);
   return text;
 }
 

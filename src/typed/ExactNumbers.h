@@ -7,6 +7,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "ShortDecimals.h"
 #include "TakeOver.h"
 
 namespace Tavrin {
@@ -29,6 +30,7 @@ char* printExactly(char* digits, Number number) {
     };
     if (std::isnan(number)) return print(kNotANumber);
     if (std::isinf(number)) return print(number < 0 ? kMinusInfinity : kInfinity);
+    if (char* const end = ShortDecimals<Number>::print(digits, number)) return end;
   }
   return std::to_chars(digits, digits + kLongestNumber, number).ptr;
 }

@@ -1,3 +1,4 @@
+#include "HexOctets.h"
 #include "Workplace.h"
 
 namespace {
@@ -112,4 +113,17 @@ TEST_F(Check, StopsWhereTheListCannotBeWritten) {
   EXPECT_EQ(run({"check", "good.xml", "bad.xml"}, "",
                 [] { dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO); }),
             (Result{2, "", "tavrin: standard output: No space left on device\n"}));
+}
+
+// What other commands make of such a document is the same as of one of 1.0.
+TEST_F(Check, WarnsOfOtherVersions) {
+  const std::string warning = "warning: XML 1.1 is read by the rules of XML 1.0\n";
+  writeFile("in.xml", "<?xml version='1.1'?>\n<a/>");
+  EXPECT_EQ(run({"check", "in.xml"}),
+            (Result{0, "in.xml: well-formed\n", "in.xml:1:1: " + warning}));
+  EXPECT_EQ(run({"check", "--quiet", "in.xml"}), (Result{0, "", "in.xml:1:1: " + warning}));
+  const std::string document = octets("E0 00 00 01 01 02 '1.1' 3C 00 'a' FF");
+  EXPECT_EQ(run({"check", "-"}, document + document),
+            (Result{0, "-: well-formed (2 documents)\n",
+                    "-: octet 9: " + warning + "-: octet 22 (document 2): " + warning}));
 }

@@ -115,7 +115,8 @@ TEST_F(Desktop, FishCompletes) {
 
 TEST_F(Desktop, CompletionIsForThreeShells) {
   EXPECT_EQ(
-      (Result{2, "", "tavrin: SHELL: csh not in {bash,zsh,fish} (see tavrin completion --help)\n"}),
+      (Result{2, "",
+              "tavrin: SHELL: \"csh\" is not bash, zsh or fish (see tavrin completion --help)\n"}),
       run({"completion", "csh"}));
 }
 

@@ -162,17 +162,43 @@ TEST_F(Explanations, TellKindsOfFiles) {
     return line.substr(0, line.size() - 1);
   };
   const std::string neither = ", and neither XML nor Fast Infoset";
-  EXPECT_EQ(message("PK\x03\x04"), "-:1:3: This is a zip file, as those of offices are" + neither);
-  EXPECT_EQ(message("$EXI\x80"), "-:1:1: This is an EXI document" + neither);
-  EXPECT_EQ(message("%PDF-1.7\n"), "-:1:9: This is a PDF document" + neither);
-  EXPECT_EQ(message(" {\"a\": 1}"), "-:1:2: This is JSON" + neither);
-  EXPECT_EQ(message("[[1]]"), "-:1:1: This is JSON" + neither);
+  EXPECT_EQ(message("PK\x03\x04"), "-: This is a zip file, as those of offices are" + neither);
+  EXPECT_EQ(message("$EXI\x80"), "-: This is an EXI document" + neither);
+  EXPECT_EQ(message("%PDF-1.7\n"), "-: This is a PDF document" + neither);
+  EXPECT_EQ(message(" {\"a\": 1}"), "-: This is JSON" + neither);
+  EXPECT_EQ(message("BZh91AY&SY"), "-: This is a bzip2 file" + neither);
+  EXPECT_EQ(message("[[1]]"), "-: This is JSON" + neither);
   EXPECT_EQ(message("<!doctype HTML><p></p>"), "-:1:1: syntax error (this may be HTML)");
   EXPECT_EQ(message("<HTML><br></HTML>"),
             "-:1:13: mismatched tag: expected </br> of line 1 (this may be HTML)");
   EXPECT_EQ(message(""), "-:1:1: no element found (the input is empty)");
   EXPECT_EQ(message("{x}"), "-:1:1: not well-formed (invalid token)");
   EXPECT_EQ(run({"check", "-"}, "<!DOCTYPE html><html/>"), (Result{0, "-: well-formed\n", ""}));
+}
+
+// Whatever reads it, at the same place: none.
+TEST_F(Explanations, TellKindsOfFilesToAllCommands) {
+  writeFile("in.png", "\x89PNG\r\n");
+  writeFile("in.xml", "<a/>");
+  writeFile("empty", "");
+  const Result image{1, "", "in.png: This is a PNG image, and neither XML nor Fast Infoset\n"};
+  for (const ToolProcess::Arguments& arguments :
+       {ToolProcess::Arguments{"check", "in.png"},
+        {"check", "--from", "X891", "in.png"},
+        {"check", "--from", "Expat", "in.png"},
+        {"check", "--explain", "in.png"},
+        {"get", "//a", "in.png"},
+        {"convert", "in.png", "out.fi"},
+        {"vocabulary", "show", "in.png"},
+        {"vocabulary", "header", "-o", "out.h", "in.png"},
+        {"check", "--vocabulary", "in.png", "--uri", "urn:v", "in.xml"}}) {
+    EXPECT_EQ(run(arguments), image) << arguments[0];
+  }
+  const Result empty{1, "", "empty: Not a Fast Infoset document (the input is empty)\n"};
+  EXPECT_EQ(run({"vocabulary", "show", "empty"}), empty);
+  EXPECT_EQ(run({"vocabulary", "header", "empty"}), empty);
+  EXPECT_EQ(run({"check", "--from", "X891", "empty"}), empty);
+  EXPECT_EQ(files(), (Names{"empty", "in.png", "in.xml"}));
 }
 
 // As head does: whoever has seen enough closes the pipe.

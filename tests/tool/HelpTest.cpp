@@ -292,7 +292,8 @@ Every FILE is checked. A well-formed one is named on standard output:
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
 A reference in an attribute value to an entity that is not read is no error. It is told of on
-standard error, because no reader can tell it to a program:
+standard error, because no reader can tell it to a program; so is a version of XML other than 1.0,
+which is read by the rules of 1.0:
 
   FILE:LINE:COLUMN: warning: MESSAGE
 

@@ -217,7 +217,7 @@ TEST_F(ManyFiles, NeedAFolder) {
   EXPECT_EQ(convert({"-o", "", "a.xml"}), refused(": No such file or directory"));
   EXPECT_EQ(convert({"-o", "out", "-"}), refused("-o DIR: a copy of standard input has no name"));
   EXPECT_EQ(convert({"a.xml", "b.fi", "-o"}),
-            refused("--output: 1 required DIR missing (see tavrin convert --help)"));
+            refused("--output: DIR is missing (see tavrin convert --help)"));
   EXPECT_EQ(convert({"-o", "out"}), refused("IN is required (see tavrin convert --help)"));
   EXPECT_EQ(files(), (Names{"a.xml", "file"}));
 }
@@ -255,6 +255,26 @@ TEST_F(ManyFiles, AreNotBegunWithOptionsThatNoWriterHas) {
             refused("--indent: the copy is not XML text, and has no lines"));
   EXPECT_EQ(convert({"--indent", "-o", "out", "a.xml", "b.xml"}),
             refused("--indent: the copy is not XML text, and has no lines"));
+  // Once, whatever the first of them is.
+  writeFile("c.fi", kElement);
+  EXPECT_EQ(convert({"--encoding", "UTF-16", "-o", "out", "c.fi", "a.xml", "b.xml"}),
+            refused("--encoding UTF-16: the writer X891 has no encodings"));
+  EXPECT_EQ(convert({"--no-declaration", "-o", "out", "a.xml", "b.xml"}),
+            refused("--no-declaration: the copy is not XML text"));
+  EXPECT_EQ(convert({"--to", "XML", "--property=quote-character='", "-o", "out", "a.xml", "b.xml"}),
+            refused("Property \"http://tavrin/sax/properties/quote-character\" not recognized"));
+  EXPECT_EQ(convert({"--from", "Other", "-o", "out", "a.xml", "b.xml"}),
+            refused("Unknown XML Reader: \"Other\" (there are Expat, FI, X891, XML10)"));
+  EXPECT_EQ(convert({"--from", "Expat", "--feature", "namespaces", "-o", "out", "a.xml"}),
+            refused("Feature \"http://xml.org/sax/features/namespaces\" not recognized"));
+  EXPECT_EQ(convert({"--from", "FI", "--limit", "maximum-depth=1", "-o", "out", "a.xml"}),
+            refused("Property \"http://tavrin/sax/properties/maximum-depth\" not recognized"));
+  EXPECT_EQ(files(), (Names{"a.xml", "b.xml", "c.fi"}));
+}
+
+TEST_F(ManyFiles, LeaveNoFolderWhereNoneCanBeOpened) {
+  EXPECT_EQ(convert({"-o", "out", "none.xml"}), refused("none.xml: No such file or directory"));
+  EXPECT_EQ(files(), Names());
 }
 
 // --- What fails ---

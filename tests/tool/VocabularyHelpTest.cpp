@@ -191,7 +191,7 @@ TEST_F(VocabularyHelp, IsNamedWhereACommandIsMisused) {
     const char* message;
   } cases[] = {
       {{"vocabulary"}, "a command is required (see tavrin vocabulary --help)"},
-      {{"vocabulary", "bogus"}, "unexpected argument \"bogus\" (see tavrin vocabulary --help)"},
+      {{"vocabulary", "bogus"}, "unknown command \"bogus\" (see tavrin vocabulary --help)"},
       {{"vocabulary", "show"}, "FILE is required (see tavrin vocabulary show --help)"},
       {{"vocabulary", "header"}, "FILE is required (see tavrin vocabulary header --help)"},
       {{"vocabulary", "learn"}, "SAMPLE is required (see tavrin vocabulary learn --help)"},

@@ -152,7 +152,7 @@ TEST_F(VocabularyOptions, TellWhereAVocabularyIsBroken) {
     std::string vocabulary;
     const char* message;
   } cases[] = {
-      {"no document", "", "octet 0: Not a Fast Infoset document"},
+      {"no document", "", "Not a Fast Infoset document (the input is empty)"},
       {"text", "<a/>", "octet 2: Not a Fast Infoset document"},
       {"cut off", octets("E0000001 20 0080 00 05'a'"), "octet 10: Unexpected end of document"},
       {"a million entries that do not come", octets("E0000001 20 0080 8FFF7F 00'a'"),

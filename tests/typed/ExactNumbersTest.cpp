@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <initializer_list>
@@ -94,6 +96,53 @@ TEST(ExactNumbers, FloatingPointNumbersReadBack) {
   }
 }
 
+/// Whether a number prints as the standard library prints it.
+template <typename Data, typename Number>
+void expectShortest(Number number) {
+  std::array<char, 64> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  EXPECT_EQ(std::string(digits.data(), end), textOf<Data>(std::vector<Number>{number}));
+}
+
+template <typename Data, typename Number>
+void expectShortestAround(Number number) {
+  for (const Number sign : {Number{1}, Number{-1}}) {
+    expectShortest<Data>(sign * number);
+    expectShortest<Data>(sign * std::nextafter(number, Number{0}));
+    expectShortest<Data>(sign * std::nextafter(number, std::numeric_limits<Number>::max()));
+  }
+}
+
+TEST(ExactNumbers, NumbersOfFewDigitsHaveTheFewest) {
+  std::mt19937_64 random(1);
+  for (int digits = 1; digits <= 17; ++digits) {
+    const auto bound = static_cast<std::uint64_t>(std::pow(10.0, digits));
+    for (int decimals = 0; decimals <= 20; ++decimals) {
+      const double power = std::pow(10.0, decimals);
+      expectShortestAround<ExactDoubleData>(1 / power);
+      expectShortestAround<ExactFloatData>(static_cast<float>(1 / power));
+      expectShortestAround<ExactDoubleData>(static_cast<double>(bound) / power);
+      expectShortestAround<ExactFloatData>(static_cast<float>(static_cast<double>(bound) / power));
+      for (int i = 0; i < 20; ++i) {
+        const double number = static_cast<double>(random() % bound) / power;
+        expectShortestAround<ExactDoubleData>(number);
+        expectShortestAround<ExactFloatData>(static_cast<float>(number));
+      }
+    }
+  }
+}
+
+TEST(ExactNumbers, OfAnyNumberAreOneText) {
+  std::string expected;
+  std::vector<double> numbers;
+  for (int i = 0; i < 1000; ++i) {
+    if (i > 0) expected += ' ';
+    expected += "2.2250738585072014e-308";
+    numbers.push_back(std::numeric_limits<double>::min());
+    ASSERT_EQ(expected, textOf<ExactDoubleData>(numbers));
+  }
+}
+
 TEST(ExactNumbers, IntegersAreCanonicalDecimals) {
   EXPECT_EQ("-32768 -1 0 7 32767",
             textOf<ExactShortData>(std::vector<short>{-32768, -1, 0, 7, 32767}));
@@ -119,7 +168,8 @@ TEST(ExactNumbers, ClonesAreExact) {
   const auto check = [](auto data, auto value, const std::string& expected) {
     data.data_ = value;
     const std::unique_ptr<EncodedData> clone = data.clone();
-    EXPECT_EQ(typeid(data), typeid(*clone));
+    const EncodedData& cloned = *clone;
+    EXPECT_EQ(typeid(data), typeid(cloned));
     EXPECT_EQ(expected, clone->toString());
     EXPECT_TRUE(data.data_.empty());
   };

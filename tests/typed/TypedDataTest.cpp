@@ -60,7 +60,8 @@ TYPED_TEST(EveryHolder, GivesItsValueToAClone) {
     Holder holder(value);
     EncodedData& base = holder;
     const std::unique_ptr<EncodedData> clone = base.clone();
-    ASSERT_EQ(typeid(*clone.get()), typeid(Holder));
+    const EncodedData& cloned = *clone;
+    ASSERT_EQ(typeid(cloned), typeid(Holder));
     EXPECT_EQ(showData<TypeParam>(dynamic_cast<Holder&>(*clone).data_), showData<TypeParam>(value));
     EXPECT_TRUE(holder.data_.empty());
     EXPECT_EQ(holder.toString(), "");
@@ -72,7 +73,8 @@ TYPED_TEST(EveryHolder, HasNothingForASecondClone) {
   Holder holder(someItems<TypeParam>(3));
   const std::unique_ptr<EncodedData> first = holder.clone();
   const std::unique_ptr<EncodedData> second = holder.clone();
-  ASSERT_EQ(typeid(*second.get()), typeid(Holder));
+  const EncodedData& cloned = *second;
+  ASSERT_EQ(typeid(cloned), typeid(Holder));
   EXPECT_TRUE(dynamic_cast<Holder&>(*second).data_.empty());
   EXPECT_TRUE(holder.data_.empty());
   EXPECT_EQ(showData<TypeParam>(dynamic_cast<Holder&>(*first).data_),

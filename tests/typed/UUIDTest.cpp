@@ -47,7 +47,8 @@ TEST(UUIDs, TextIsInFiveGroups) {
 TEST(UUIDs, CloneTakesTheValueOver) {
   UUIDData data({kHigh, kCounted});
   const std::unique_ptr<EncodedData> clone = data.clone();
-  EXPECT_EQ(typeid(UUIDData), typeid(*clone));
+  const EncodedData& cloned = *clone;
+  EXPECT_EQ(typeid(UUIDData), typeid(cloned));
   EXPECT_EQ(std::string(kHighText) + " " + kCountedText, clone->toString());
   EXPECT_TRUE(data.data_.empty());
   EXPECT_EQ("", data.clone()->toString());

@@ -7,8 +7,8 @@ namespace Tavrin::fastinfoset {
 
 namespace {
 
-constexpr const char* kInvalidElementName = "Error when decoding element name - invalid index";
-constexpr const char* kInvalidAttributeName = "Error when decoding attribute name - invalid index";
+constexpr const char* kNoSuchElementName = "Error when decoding element name - invalid index";
+constexpr const char* kNoSuchAttributeName = "Error when decoding attribute name - invalid index";
 
 }  // namespace
 
@@ -89,12 +89,12 @@ FIDecoder::QualifiedName& FIDecoder::decodeQualifiedName(unsigned octet, NameTab
 }
 
 FIDecoder::QualifiedName FIDecoder::getElementName(unsigned long index) {
-  const Name& name = nameAt(index, names(kElementNames), kInvalidElementName);
+  const Name& name = nameAt(index, names(kElementNames), kNoSuchElementName);
   return {name.prefix, name.namespaceName, name.localName};
 }
 
 FIDecoder::QualifiedName FIDecoder::getAttributeName(unsigned long index) {
-  const Name& name = nameAt(index, names(kAttributeNames), kInvalidAttributeName);
+  const Name& name = nameAt(index, names(kAttributeNames), kNoSuchAttributeName);
   return {name.prefix, name.namespaceName, name.localName};
 }
 

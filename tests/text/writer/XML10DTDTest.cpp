@@ -127,7 +127,9 @@ TEST(XML10PredefinedEntity, CanOnlyBeDeclaredAsItsCharacter) {
             "  <!ENTITY apos \"'\">  <!ENTITY quot \"&#34;\">  <!ENTITY gt \"&#38;#x3E;\">]");
   for (const auto& [name, value] :
        {std::pair("lt", "<"), {"amp", "&"}, {"lt", "&#62;"}, {"gt", ""}, {"quot", "'"}}) {
-    EXPECT_EQ(refusedInDTD([&](XML10Writer& w) { w.internalEntityDecl(name, value); }),
+    EXPECT_EQ(refusedInDTD([entity = name, text = value](XML10Writer& w) {
+                w.internalEntityDecl(entity, text);
+              }),
               refusal(std::string("The entity \"") + name + "\" cannot be declared otherwise"));
   }
 }

@@ -12,7 +12,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kAssembleHelp[] =
     R"(Makes the octets of a document of the text that inspect shows.
 
 Usage: tavrin assemble [OPTIONS] [IN [OUT]]
@@ -43,13 +43,13 @@ Example:
   tavrin assemble in.txt out.fi
 )";
 
-struct Options {
+struct AssembleOptions {
   std::string in = "-";
   std::string out = "-";
   bool force = false;
 };
 
-ExitStatus assemble(const Options& options) {
+ExitStatus assemble(const AssembleOptions& options) {
   constexpr std::size_t kBlock = 65536;
   Output output(options.out, options.force);
   Input input(options.in, output.isTerminal());
@@ -72,8 +72,8 @@ ExitStatus assemble(const Options& options) {
 }  // namespace
 
 Command makeAssemble(CLI::App& app) {
-  CLI::App* command = addCommand(app, "assemble", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addCommand(app, "assemble", kAssembleHelp);
+  const auto options = std::make_shared<AssembleOptions>();
   command->add_option("IN", options->in);
   command->add_option("OUT", options->out);
   command->add_flag("--force", options->force);

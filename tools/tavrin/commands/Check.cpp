@@ -17,7 +17,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kCheckHelp[] =
     R"(Tells whether documents are well-formed.
 
 Usage: tavrin check [OPTIONS] FILE...
@@ -42,7 +42,8 @@ Every FILE is checked. A well-formed one is named on standard output:
   FILE: octet NUMBER: MESSAGE   in Fast Infoset
 
 A reference in an attribute value to an entity that is not read is no error. It is told of on
-standard error, because no reader can tell it to a program:
+standard error, because no reader can tell it to a program; so is a version of XML other than 1.0,
+which is read by the rules of 1.0:
 
   FILE:LINE:COLUMN: warning: MESSAGE
 
@@ -58,7 +59,7 @@ Example:
   tavrin check chapter-*.xml
 )";
 
-struct Options {
+struct CheckOptions {
   std::vector<std::string> files;
   ReadingOptions reading;
   WorkOptions work;
@@ -71,7 +72,7 @@ std::string lineAbout(const std::string& name, const ReadThrough& read) {
   return escaped(name) + ": well-formed" + (read.documents > 1 ? number : "") + "\n";
 }
 
-ExitStatus checkFile(const std::string& name, const Options& options, Turn& turn) {
+ExitStatus checkFile(const std::string& name, const CheckOptions& options, Turn& turn) {
   const Stopwatch stopwatch;
   const ReadThrough read = readThrough(name, options.reading);
   const double seconds = stopwatch.seconds();
@@ -88,7 +89,7 @@ ExitStatus checkFile(const std::string& name, const Options& options, Turn& turn
   return Done;
 }
 
-ExitStatus check(const Options& options) {
+ExitStatus check(const CheckOptions& options) {
   refuseToRepeat(options.timing, options.files);
   Documents documents;
   for (const std::string& file : options.files) documents.add(file);
@@ -101,8 +102,8 @@ ExitStatus check(const Options& options) {
 }  // namespace
 
 Command makeCheck(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "check", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addReadingCommand(app, "check", kCheckHelp);
+  const auto options = std::make_shared<CheckOptions>();
   command->add_option("FILE", options->files)->required();
   addWorkOptions(*command, options->work);
   addTimingOptions(*command, options->timing);

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,7 +17,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kCommandLineHelp[] =
     R"(Reads, checks, compares and converts XML documents, in XML text and in Fast Infoset.
 
 Usage: tavrin COMMAND [OPTIONS] ...
@@ -79,10 +80,10 @@ std::string nameOf(const std::string& argument) {
   return isOption(argument) ? argument.substr(0, argument.find('=')) : argument;
 }
 
-std::string messageAbout(const std::string& unknown, bool hasCommand) {
+std::string messageAbout(const std::string& unknown, bool lacksCommand) {
   const char* const what = isOption(unknown) ? "unknown option"
-                           : hasCommand      ? "unexpected argument"
-                                             : "unknown command";
+                           : lacksCommand    ? "unknown command"
+                                             : "unexpected argument";
   return std::string(what) + " \"" + unknown + "\"";
 }
 
@@ -98,6 +99,53 @@ std::vector<std::string> namesOf(const CLI::App& app) {
   return names;
 }
 
+bool takesNoValue(const CLI::Option& option) {
+  return option.get_expected_min() == 0 && option.get_disable_flag_override();
+}
+
+/// What the parser says, but for what it says of options that have too many values or too few.
+std::string messageOf(const CLI::App& command, const CLI::ParseError& error) {
+  const std::string words = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return words;
+  std::string name = words.substr(0, words.find_first_of(": "));
+  if (!name.starts_with('-')) name.insert(0, "--");
+  const CLI::Option* const option = command.get_option_no_throw(name);
+  if (option == nullptr) return words;
+  if (takesNoValue(*option)) return name + " takes no value";
+  const bool isTooMany = static_cast<int>(option->count()) > option->get_items_expected_max();
+  return name +
+         (isTooMany ? ": it may stand once" : ": " + option->get_type_name() + " is missing");
+}
+
+/// The command that an argument leads to from another, or that one.
+const CLI::App& commandAt(const CLI::App& app, const std::string& argument) {
+  const auto named = app.get_subcommands(
+      [&argument](const CLI::App* command) { return command->check_name(argument); });
+  return named.empty() ? app : *named[0];
+}
+
+/// The words that call a command.
+std::string wordsOf(const CLI::App& command) {
+  const CLI::App* const group = command.get_parent();
+  return (group ? wordsOf(*group) + " " : "") + command.get_name();
+}
+
+/// The parser would take the next word for the value of "--name=".
+void refuseEmptyValues(const CLI::App& app, int argc, char** argv) {
+  const CLI::App* command = &app;
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    const std::string argument = argv[i];
+    command = &commandAt(*command, argument);
+    const std::string name = nameOf(argument);
+    if (!argument.starts_with("--") || argument != name + "=") continue;
+    const CLI::Option* const option = command->get_option_no_throw(name);
+    if (option == nullptr) continue;
+    throw Failure::usage(name +
+                         (takesNoValue(*option) ? " takes no value" : ": the value is missing") +
+                         " (see " + wordsOf(*command) + " --help)");
+  }
+}
+
 /// Prints help or the version where that was asked for; else says what is wrong.
 ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
@@ -108,19 +156,17 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
     return Done;
   }
   const CLI::App* command = &app;
-  std::string words = "tavrin";
   for (auto chosen = app.get_subcommands(); !chosen.empty(); chosen = command->get_subcommands()) {
     command = chosen[0];
-    words += " " + command->get_name();
   }
   const bool lacksCommand = command->get_require_subcommand_min() > 0;
   const auto unknown = app.remaining(true);
-  const std::string message = !unknown.empty() ? messageAbout(unknown[0], command != &app)
+  const std::string message = !unknown.empty() ? messageAbout(unknown[0], lacksCommand)
                               : lacksCommand   ? "a command is required"
-                                               : std::string(error.what());
+                                               : messageOf(*command, error);
   const std::string meant =
       unknown.empty() ? "" : suggestion(nameOf(unknown[0]), namesOf(*command));
-  throw Failure::usage(message + " (" + meant + "see " + words + " --help)");
+  throw Failure::usage(message + " (" + meant + "see " + wordsOf(*command) + " --help)");
 }
 
 }  // namespace
@@ -143,7 +189,7 @@ Command asGroup(CLI::App& app, std::vector<Command> commands) {
 
 ExitStatus runCommandLine(int argc, char** argv) {
   CLI::App app("", "tavrin");
-  setHelp(app, kHelp);
+  setHelp(app, kCommandLineHelp);
   app.set_version_flag("--version", versionText());
   app.option_defaults()->disable_flag_override();
   const Command commands =
@@ -151,6 +197,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
                     makeDiff(app), makeInspect(app), makeAssemble(app), makeVocabulary(app),
                     makeTypes(app), makeCompletion(app), makeManual(app)});
   try {
+    refuseEmptyValues(app, argc, argv);
     app.parse(argumentsFrom(argc, argv));
   } catch (const CLI::ParseError& error) {
     return answer(app, error);

@@ -124,22 +124,21 @@ Examples:
   return help;
 }
 
-struct Options : ConversionOptions {
+struct ConvertOptions : ConversionOptions {
   std::vector<std::string> names;
   std::string folder;
-  bool hasFolder = false;
   WorkOptions work;
 };
 
-ExitStatus convert(Options& options) {
+ExitStatus convert(ConvertOptions& options) {
   const std::vector<std::string>& names = options.names;
   if (options.typing.rules == "-" && std::ranges::count(names, "-") > 0) {
     throw Failure::usage("only one of the document and the rules can be standard input");
   }
   options.typing.load();
   refuseToRepeat(options.timing,
-                 {names.begin(), options.hasFolder ? names.end() : names.begin() + 1});
-  if (options.hasFolder) return convertAll(options, names, options.folder, options.work);
+                 {names.begin(), options.makesFolders ? names.end() : names.begin() + 1});
+  if (options.makesFolders) return convertAll(options, names, options.folder, options.work);
   if (names.size() > 2) {
     throw Failure::usage(
         "several documents need a folder for their copies, -o DIR (see tavrin "
@@ -154,13 +153,13 @@ ExitStatus convert(Options& options) {
 Command makeConvert(CLI::App& app) {
   CLI::App* command =
       addReadingCommand(app, "convert", helpText(), Properties::Owners::ReadersAndWriters);
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ConvertOptions>();
   command->add_option("IN", options->names)->required();
   command
       ->add_option_function<std::string>("-o,--output",
                                          [options](const std::string& folder) {
                                            options->folder = folder;
-                                           options->hasFolder = true;
+                                           options->makesFolders = true;
                                          })
       ->type_name("DIR");
   addWorkOptions(*command, options->work);

@@ -15,7 +15,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kDiffHelp[] =
     R"(Compares two documents event by event, whatever their encodings.
 
 Usage: tavrin diff [OPTIONS] A B
@@ -91,7 +91,7 @@ Example:
   tavrin diff in.xml in.fi
 )";
 
-struct Options {
+struct DiffOptions {
   std::string a;
   std::string b;
   std::string fromA;
@@ -102,7 +102,7 @@ struct Options {
   ReadingOptions reading;
 };
 
-ExitStatus diff(const Options& options) {
+ExitStatus diff(const DiffOptions& options) {
   if (options.a == "-" && options.b == "-") {
     throw Failure::usage("only one of the documents can be standard input");
   }
@@ -146,8 +146,8 @@ ExitStatus diff(const Options& options) {
 }  // namespace
 
 Command makeDiff(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "diff", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addReadingCommand(app, "diff", kDiffHelp);
+  const auto options = std::make_shared<DiffOptions>();
   command->add_option("A", options->a)->required();
   command->add_option("B", options->b)->required();
   command->add_flag("--lexical", options->lexical);

@@ -20,7 +20,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kEventsHelp[] =
     R"(Shows the events that a reader makes of a document.
 
 Usage: tavrin events [OPTIONS] FILE
@@ -82,14 +82,14 @@ Example:
   tavrin events --json in.xml
 )";
 
-struct Options {
+struct EventsOptions {
   std::string file;
   bool json = false;
   bool declarations = false;
   ReadingOptions reading;
 };
 
-void printAll(Input& input, const Options& options, std::ostream& out) {
+void printAll(Input& input, const EventsOptions& options, std::ostream& out) {
   const auto write = [&out](const std::string& line) {
     out.write(line.data(), static_cast<std::streamsize>(line.size()));
     // There is no use in reading on. The output knows why.
@@ -109,7 +109,7 @@ void printAll(Input& input, const Options& options, std::ostream& out) {
   }
 }
 
-ExitStatus events(const Options& options) {
+ExitStatus events(const EventsOptions& options) {
   Output output("-", false);
   output.open();
   Input input(options.file, output.isTerminal());
@@ -128,8 +128,8 @@ ExitStatus events(const Options& options) {
 }  // namespace
 
 Command makeEvents(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "events", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addReadingCommand(app, "events", kEventsHelp);
+  const auto options = std::make_shared<EventsOptions>();
   command->add_option("FILE", options->file)->required();
   command->add_flag("--json", options->json);
   command->add_flag("--declarations", options->declarations);

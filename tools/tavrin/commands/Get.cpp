@@ -27,7 +27,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kGetHelp[] =
     R"(Prints what a path leads to in documents.
 
 Usage: tavrin get [OPTIONS] PATH FILE...
@@ -93,7 +93,7 @@ Example:
   tavrin get --ns m=urn:menu '//m:dish[@price]/m:name/text()' menu.xml menu.fi
 )";
 
-struct Options {
+struct GetOptions {
   std::string path;
   std::vector<std::string> files;
   PathNamespaces namespaces;
@@ -120,7 +120,7 @@ void parseInto(Finder& finder, Tavrin::XMLReader& reader, Input& input,
 /// What is done for every file.
 class Getter {
  public:
-  Getter(const Options& options, Output& output)
+  Getter(const GetOptions& options, Output& output)
       : options_(options), paths_(parsePaths(options.path, options.namespaces)), output_(output) {}
 
   /// Prints what a file holds. Returns whether it holds anything.
@@ -163,12 +163,13 @@ class Getter {
     output_.stream() << line << end();
   }
 
-  const Options& options_;
+  const GetOptions& options_;
   Paths paths_;
   Output& output_;
 };
 
-ExitStatus get(const Options& options) {
+ExitStatus get(const GetOptions& options) {
+  options.reading.properties.requireNamespaces("get");
   Output output("-", false);
   Getter getter(options, output);
   output.open();
@@ -194,8 +195,8 @@ ExitStatus get(const Options& options) {
 }  // namespace
 
 Command makeGet(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "get", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addReadingCommand(app, "get", kGetHelp);
+  const auto options = std::make_shared<GetOptions>();
   command->add_option("PATH", options->path)->required();
   command->add_option("FILE", options->files)->required();
   command

@@ -12,12 +12,13 @@
 #include "files/Input.h"
 #include "files/Output.h"
 #include "octets/Inspection.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kInspectHelp[] =
     R"(Shows what every octet of a Fast Infoset document is.
 
 Usage: tavrin inspect [OPTIONS] FILE
@@ -55,7 +56,7 @@ Examples:
   tavrin inspect --at 1042 broken.fi
 )";
 
-struct Options {
+struct InspectOptions {
   std::string file;
   octets::InspectionOptions inspection;
   std::string colour = "auto";
@@ -82,7 +83,7 @@ std::uint64_t offsetOf(const std::string& text) {
   return isOffset ? number : number - 1;
 }
 
-ExitStatus inspect(const Options& options) {
+ExitStatus inspect(const InspectOptions& options) {
   Output output("-", false);
   Input input(options.file, output.isTerminal());
   output.open();
@@ -112,8 +113,8 @@ ExitStatus inspect(const Options& options) {
 }  // namespace
 
 Command makeInspect(CLI::App& app) {
-  CLI::App* command = addCommand(app, "inspect", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addCommand(app, "inspect", kInspectHelp);
+  const auto options = std::make_shared<InspectOptions>();
   command->add_option("FILE", options->file)->required();
   command->add_flag("--tables", options->inspection.hasTables);
   command
@@ -122,7 +123,7 @@ Command makeInspect(CLI::App& app) {
       ->type_name("OCTET");
   command->add_option("--color", options->colour)
       ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}));
+      ->check(oneOf({"auto", "always", "never"}));
   return {command, [options] { return inspect(*options); }};
 }
 

@@ -6,6 +6,7 @@
 #include "files/Output.h"
 #include "manual/Completion.h"
 #include "manual/ManualPage.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
@@ -57,7 +58,7 @@ ExitStatus print(const std::string& text) {
 Command makeCompletion(CLI::App& app) {
   CLI::App* command = addCommand(app, "completion", kCompletionHelp);
   const auto shell = std::make_shared<std::string>();
-  command->add_option("SHELL", *shell)->required()->check(CLI::IsMember({"bash", "zsh", "fish"}));
+  command->add_option("SHELL", *shell)->required()->check(oneOf({"bash", "zsh", "fish"}));
   return {command, [&app, shell] { return print(completionFor(app, *shell)); }};
 }
 

@@ -28,7 +28,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kStatHelp[] =
     R"(Counts what documents hold.
 
 Usage: tavrin stat [OPTIONS] FILE...
@@ -80,7 +80,7 @@ Examples:
   tavrin stat --html octets.html in.xml
 )";
 
-struct Options {
+struct StatOptions {
   std::vector<std::string> files;
   std::string page;
   bool force = false;
@@ -139,7 +139,7 @@ std::string headOf(Input& input) {
 }
 
 /// Reads a document and returns a block about it.
-std::string statDocument(Tavrin::XMLReader& reader, Input& input, const Options& options,
+std::string statDocument(Tavrin::XMLReader& reader, Input& input, const StatOptions& options,
                          EntityFiles& entities) {
   const OtherEncoding other = otherEncodingOf(reader);
   const auto writer = Tavrin::XMLWriterFactory::createXMLWriter(other.type);
@@ -170,7 +170,7 @@ std::string statDocument(Tavrin::XMLReader& reader, Input& input, const Options&
   return block;
 }
 
-ExitStatus statFile(const std::string& name, const Options& options, Turn& turn) {
+ExitStatus statFile(const std::string& name, const StatOptions& options, Turn& turn) {
   Input input(name);
   EntityFiles entities(name, options.reading.entityAccess());
   while (const auto reader = nextReader(input, options.reading)) {
@@ -181,7 +181,7 @@ ExitStatus statFile(const std::string& name, const Options& options, Turn& turn)
 }
 
 /// Measures all documents of a file, and writes a page about them.
-void writePage(const std::string& name, const Options& options) {
+void writePage(const std::string& name, const StatOptions& options) {
   Output output(options.page, options.force);
   Input input(name, output.isTerminal());
   EntityFiles entities(name, options.reading.entityAccess());
@@ -197,7 +197,8 @@ void writePage(const std::string& name, const Options& options) {
   output.commit();
 }
 
-ExitStatus stat(const Options& options) {
+ExitStatus stat(const StatOptions& options) {
+  options.reading.properties.requireNamespaces("stat");
   if (!options.page.empty()) {
     if (options.files.size() > 1) throw Failure::usage("--html takes one FILE");
     writePage(options.files[0], options);
@@ -214,8 +215,9 @@ ExitStatus stat(const Options& options) {
 }  // namespace
 
 Command makeStat(CLI::App& app) {
-  CLI::App* command = addReadingCommand(app, "stat", kHelp, Properties::Owners::ReadersAndWriters);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command =
+      addReadingCommand(app, "stat", kStatHelp, Properties::Owners::ReadersAndWriters);
+  const auto options = std::make_shared<StatOptions>();
   command->add_option("FILE", options->files)->required();
   addWorkOptions(*command, options->work);
   command->add_option("--html", options->page)->type_name("OUT");

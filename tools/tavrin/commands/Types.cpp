@@ -7,7 +7,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kTypesHelp[] =
     R"(Lists the readers and writers there are.
 
 Usage: tavrin types [OPTIONS]
@@ -37,7 +37,7 @@ ExitStatus types() {
 }  // namespace
 
 Command makeTypes(CLI::App& app) {
-  CLI::App* command = addCommand(app, "types", kHelp);
+  CLI::App* command = addCommand(app, "types", kTypesHelp);
   return {command, types};
 }
 

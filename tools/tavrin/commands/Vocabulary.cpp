@@ -15,7 +15,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kVocabularyHelp[] =
     R"(Makes and shows vocabularies: names and strings that documents in Fast Infoset have in common.
 
 Usage: tavrin vocabulary COMMAND [OPTIONS] ...
@@ -147,7 +147,7 @@ Command makeHeader(CLI::App& app) {
 }  // namespace
 
 Command makeVocabulary(CLI::App& app) {
-  CLI::App* command = addCommand(app, "vocabulary", kHelp);
+  CLI::App* command = addCommand(app, "vocabulary", kVocabularyHelp);
   return asGroup(*command, {makeLearn(*command), makeShow(*command), makeHeader(*command)});
 }
 

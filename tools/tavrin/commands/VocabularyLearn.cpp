@@ -26,7 +26,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kVocabularyLearnHelp[] =
     R"(Makes a vocabulary of what samples have in common, and tells what it saves.
 
 Usage: tavrin vocabulary learn [OPTIONS] SAMPLE...
@@ -81,7 +81,7 @@ Example:
 
 constexpr char kURI[] = "urn:vocabulary:1";
 
-struct Options {
+struct VocabularyLearnOptions {
   std::vector<std::string> samples;
   std::string out;
   bool force = false;
@@ -167,7 +167,8 @@ Outcome measure(Samples& samples, const Candidates& candidates,
   return outcome;
 }
 
-ExitStatus learn(const Options& options) {
+ExitStatus learn(const VocabularyLearnOptions& options) {
+  options.reading.properties.requireNamespaces("vocabulary learn");
   const bool writes = !options.out.empty();
   Output file(writes ? options.out : "-", options.force);
   Samples samples(options.samples, options.reading);
@@ -197,8 +198,8 @@ ExitStatus learn(const Options& options) {
 }  // namespace
 
 Command makeLearn(CLI::App& vocabulary) {
-  CLI::App* command = addReadingCommand(vocabulary, "learn", kHelp);
-  const auto options = std::make_shared<Options>();
+  CLI::App* command = addReadingCommand(vocabulary, "learn", kVocabularyLearnHelp);
+  const auto options = std::make_shared<VocabularyLearnOptions>();
   command->add_option("SAMPLE", options->samples)->required();
   command->add_option("-o", options->out)->type_name("OUT");
   command->add_flag("--force", options->force);
@@ -207,9 +208,12 @@ Command makeLearn(CLI::App& vocabulary) {
       ->type_name("N")
       ->check(whyNotCount);
   command->add_option("--longest", options->longest)->type_name("N")->check(whyNotCount);
-  command->add_option("--memory", options->memory)
+  command
+      ->add_option_function<std::string>(
+          "--memory",
+          [options](const std::string& text) { options->memory = countFrom(*numberFrom(text)); })
       ->type_name("N")
-      ->transform(CLI::AsSizeValue(false));
+      ->check(whyNotNumber);
   addReadingOptions(*command, options->reading);
   command->add_option("--from", options->reading.from)->type_name("TYPE");
   return {command, [options] { return learn(*options); }};

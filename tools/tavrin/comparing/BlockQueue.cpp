@@ -7,35 +7,39 @@ namespace tool {
 namespace {
 
 constexpr std::size_t kMaximumBlocks = 8;
-constexpr std::size_t kMaximumOctets = kMaximumBlocks * Block::kSize;
+constexpr std::size_t kMaximumQueued = kMaximumBlocks * Block::kSize;
+constexpr std::size_t kBlocksAtOnce = kMaximumBlocks / 2;
 
 }  // namespace
 
 std::unique_ptr<Block> BlockQueue::take() {
-  {
+  if (toFill_.empty()) {
     const std::lock_guard lock(mutex_);
-    if (!free_.empty()) {
-      auto block = std::move(free_.back());
-      free_.pop_back();
-      return block;
-    }
+    toFill_.swap(free_);
   }
-  return std::make_unique<Block>();
+  if (toFill_.empty()) return std::make_unique<Block>();
+  auto block = std::move(toFill_.back());
+  toFill_.pop_back();
+  return block;
 }
 
 /// A block that is longer than all others may be has the queue for itself.
 bool BlockQueue::hasRoomFor(const Block& block) const {
   return blocks_.empty() ||
-         (blocks_.size() < kMaximumBlocks && octets_ + block.size <= kMaximumOctets);
+         (blocks_.size() < kMaximumBlocks && octets_ + block.size <= kMaximumQueued);
 }
 
 void BlockQueue::push(std::unique_ptr<Block> block) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [&] { return stopped_ || hasRoomFor(*block); });
+  if (!hasRoomFor(*block)) {
+    isFull_ = true;
+    changed_.notify_one();
+    changed_.wait(lock, [&] { return stopped_ || hasRoomFor(*block); });
+  }
   if (stopped_) throw Stopped();
   octets_ += block->size;
   blocks_.push_back(std::move(block));
-  changed_.notify_one();
+  if (blocks_.size() == kBlocksAtOnce) changed_.notify_one();
 }
 
 void BlockQueue::close(std::exception_ptr failure) {
@@ -46,21 +50,26 @@ void BlockQueue::close(std::exception_ptr failure) {
 }
 
 std::unique_ptr<Block> BlockQueue::pop() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return closed_ || !blocks_.empty(); });
-  if (blocks_.empty()) return nullptr;
-  auto block = std::move(blocks_.front());
-  blocks_.pop_front();
-  octets_ -= block->size;
-  // The reading thread is woken for more than one block.
-  if (blocks_.size() <= kMaximumBlocks / 2) changed_.notify_one();
+  if (toLookAt_.empty()) {
+    std::unique_lock lock(mutex_);
+    while (!done_.empty()) {
+      free_.push_back(std::move(done_.back()));
+      done_.pop_back();
+    }
+    changed_.wait(lock, [this] { return closed_ || isFull_ || blocks_.size() >= kBlocksAtOnce; });
+    toLookAt_.swap(blocks_);
+    octets_ = 0;
+    if (std::exchange(isFull_, false)) changed_.notify_one();
+  }
+  if (toLookAt_.empty()) return nullptr;
+  auto block = std::move(toLookAt_.front());
+  toLookAt_.pop_front();
   return block;
 }
 
 void BlockQueue::giveBack(std::unique_ptr<Block> block) {
   block->clear();
-  const std::lock_guard lock(mutex_);
-  free_.push_back(std::move(block));
+  done_.push_back(std::move(block));
 }
 
 void BlockQueue::stop() {

@@ -6,14 +6,14 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 #include "comparing/Records.h"
 
 namespace tool {
 
 /// Hands blocks of records from the thread that reads a document to the one that looks at them, and
-/// back when they are done with. It holds a few at most: the reading thread waits.
+/// back when they are done with. Either way several go at once, as waking a thread takes as long as
+/// reading a block. It holds a few at most: the reading thread waits.
 class BlockQueue {
  public:
   /// What push throws once nobody wants blocks any more.
@@ -44,16 +44,23 @@ class BlockQueue {
   /// @}
 
  private:
+  using Blocks = std::deque<std::unique_ptr<Block>>;
+
   bool hasRoomFor(const Block& block) const;
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::unique_ptr<Block>> blocks_;
-  std::size_t octets_ = 0;  // Of all blocks.
-  std::vector<std::unique_ptr<Block>> free_;
+  Blocks blocks_;
+  std::size_t octets_ = 0;  // Of all of them.
+  Blocks free_;
+  bool isFull_ = false;  // The reading thread waits, and nobody has made room yet.
   bool closed_ = false;
   bool stopped_ = false;
   std::exception_ptr failure_;
+
+  Blocks toFill_;    // Of the reading thread: free ones.
+  Blocks toLookAt_;  // Of the other thread: those that come next,
+  Blocks done_;      // and those that it is done with.
 };
 
 }  // namespace tool

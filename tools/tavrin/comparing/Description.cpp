@@ -119,8 +119,8 @@ std::string markupOf(const Record& record) {
 std::string describe(const ComparedDocuments& documents, const Location& location) {
   const auto& [place, document, entity] = location;
   const std::string& name = documents.name();
-  const std::string at = place.line > 0 ? placeIn(name, place.line, static_cast<int>(place.at))
-                                        : placeIn(name, place.at);
+  const std::string at =
+      place.hasLine() ? placeIn(name, place.line(), place.column()) : placeIn(name, place.octet());
   const std::string number = " (document " + std::to_string(document) + ")";
   return escaped(at + entity + (document > 1 ? number : "")) + ": ";
 }
@@ -141,7 +141,7 @@ std::string describeText(const ComparedDocuments& documents, const Location& loc
 std::string describe(const ComparedDocuments& documents, const Record& record, const Record* other,
                      Form form) {
   if (record.kind == RecordKind::Border) {
-    return escaped(placeIn(documents.name(), record.place().at)) + ": document " +
+    return escaped(placeIn(documents.name(), record.place().octet())) + ": document " +
            std::to_string(record.block->document) + " begins\n";
   }
   const std::string place = describe(documents, record.location());

@@ -15,7 +15,7 @@ EventRecorder::EventRecorder(BlockQueue& queue, const Input& input, bool lexical
       end_(input.documentStart()),
       records_(queue, input.documentNumber()) {
   if (input.documentNumber() == 1) return;
-  records_.begin(RecordKind::Border, {0, end_ + 1}, {});
+  records_.begin(RecordKind::Border, Place::ofOctet(end_ + 1), {});
   records_.end();
 }
 
@@ -47,13 +47,11 @@ void EventRecorder::guard(Work work) {
 /// Where the event that comes now began. A locator says so. Without one it is the octet behind the
 /// event before, unless one octet brought both.
 Place EventRecorder::advance() {
-  if (locator_) {
-    return {locator_->getLineNumber(), static_cast<std::uint64_t>(locator_->getColumnNumber())};
-  }
+  if (locator_) return Place::inLine(locator_->getLineNumber(), locator_->getColumnNumber());
   const std::uint64_t read = input_.octetsRead();
   const std::uint64_t begin = std::min(end_ + 1, read);
   end_ = read;
-  return {0, begin};
+  return Place::ofOctet(begin);
 }
 
 void EventRecorder::begin(RecordKind kind) {
@@ -67,7 +65,7 @@ template <typename... Strings>
 void EventRecorder::record(RecordKind kind, const Strings&... strings) {
   guard([&] {
     begin(kind);
-    (records_.add(strings), ...);
+    records_.add(strings...);
     records_.end();
   });
 }
@@ -120,15 +118,11 @@ void EventRecorder::startElement(const std::string& uri, const std::string& loca
                                  const std::string& qName, const Tavrin::Attributes& attributes) {
   guard([&] {
     begin(RecordKind::StartElement);
-    records_.add(uri);
-    records_.add(localName);
-    records_.add(qName);
+    records_.add(uri, localName, qName);
     const int length = attributes.getLength();
     for (int i = 0; i < length; ++i) {
-      records_.add(attributes.getURI(i));
-      records_.add(attributes.getLocalName(i));
-      records_.add(attributes.getQName(i));
-      records_.add(attributes.getValue(i));
+      records_.add(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i),
+                   attributes.getValue(i));
       const std::string& type = attributes.getType(i);
       if (type != kUsualType) records_.remark(static_cast<std::uint32_t>(i), type);
     }
@@ -159,9 +153,7 @@ void EventRecorder::octets(const std::string& uri, int index, const std::string&
   guard([&] {
     const std::string number = std::to_string(index);
     begin(RecordKind::Octets);
-    records_.add(uri);
-    records_.add(uri.empty() ? number : std::string());
-    records_.add(data);
+    records_.add(uri, uri.empty() ? number : std::string(), data);
     records_.remark(0, number);
     records_.end();
   });

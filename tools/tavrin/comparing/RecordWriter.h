@@ -24,11 +24,10 @@ class RecordWriter {
     start_ = block_->size;
     startRecord(*block_, kind, place, entity);
   }
-  void add(std::string_view text) {
-    const auto size = static_cast<std::uint32_t>(text.size());
-    char* const to = grow(*block_, sizeof size + text.size());
-    std::memcpy(to, &size, sizeof size);
-    copy(to + sizeof size, text);
+  template <typename... Strings>
+  void add(const Strings&... texts) {
+    [[maybe_unused]] char* to = grow(*block_, ((sizeof(std::uint32_t) + texts.size()) + ... + 0));
+    ((to = put(to, texts)), ...);
   }
   /// Remarks something of the record that is not compared.
   void remark(std::uint32_t attribute, std::string_view text);
@@ -58,8 +57,37 @@ class RecordWriter {
     return to;
   }
   static void enlarge(Block& block, std::size_t size);
+  /// Puts a string with its size in front.
+  /// @return what follows it
+  static char* put(char* to, std::string_view text) {
+    const auto size = static_cast<std::uint32_t>(text.size());
+    std::memcpy(to, &size, sizeof size);
+    copy(to + sizeof size, text);
+    return to + sizeof size + size;
+  }
   static void copy(char* to, std::string_view text) {
-    if (!text.empty()) std::memcpy(to, text.data(), text.size());
+    const char* const from = text.data();
+    const std::size_t size = text.size();
+    // Names and most values are short. Two copies of a fixed size, which may overlap, are faster
+    // than a call.
+    if (size > 2 * sizeof(std::uint64_t)) {
+      std::memcpy(to, from, size);
+    } else if (size >= sizeof(std::uint64_t)) {
+      copyEnds<std::uint64_t>(to, from, size);
+    } else if (size >= sizeof(std::uint32_t)) {
+      copyEnds<std::uint32_t>(to, from, size);
+    } else {
+      for (std::size_t i = 0; i < size; ++i) to[i] = from[i];
+    }
+  }
+  template <typename Word>
+  static void copyEnds(char* to, const char* from, std::size_t size) {
+    Word first;
+    Word last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + size - sizeof last, sizeof last);
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + size - sizeof last, &last, sizeof last);
   }
   void startRecord(Block& block, RecordKind kind, const Place& place, const std::string& entity);
   std::unique_ptr<Block> newBlock();

@@ -37,10 +37,29 @@ inline bool isPartOfText(RecordKind kind) {
   return kind == RecordKind::Text || kind == RecordKind::Numbers;
 }
 
-/// Where a record began: a line and a column, or in documents without lines an octet.
-struct Place {
-  std::int32_t line = 0;  ///< 0 in documents without lines.
-  std::uint64_t at = 0;   ///< The column, or the octet.
+/// Where a record began: a line and a column, or in documents without lines an octet. There is one
+/// for each record, which is why it is small.
+class Place {
+ public:
+  Place() = default;
+  static Place ofOctet(std::uint64_t octet) { return Place(octet); }
+  static Place inLine(std::int32_t line, std::int32_t column) {
+    return Place(kHasLine | static_cast<std::uint64_t>(line) << kLineShift |
+                 static_cast<std::uint32_t>(column));
+  }
+
+  bool hasLine() const { return (bits_ & kHasLine) != 0; }
+  std::int32_t line() const { return static_cast<std::int32_t>((bits_ & ~kHasLine) >> kLineShift); }
+  std::int32_t column() const { return static_cast<std::int32_t>(bits_); }
+  std::uint64_t octet() const { return bits_; }
+
+ private:
+  static constexpr std::uint64_t kHasLine = std::uint64_t{1} << 63;
+  static constexpr int kLineShift = 32;
+
+  explicit Place(std::uint64_t bits) : bits_(bits) {}
+
+  std::uint64_t bits_ = 0;
 };
 
 /// Where a record began, for messages.

@@ -8,8 +8,10 @@
 #include <Tavrin/XMLWriter.h>
 
 #include <exception>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "copying/EncodedStream.h"
@@ -35,13 +37,7 @@ std::unique_ptr<Tavrin::XMLWriter> createCanonicalWriterFor(const std::string& o
     throw Failure::usage("Canonical XML is text, and \"" + out +
                          "\" is the name of another format");
   }
-  // Otherwise declarations of namespaces would come as attributes, or not be told apart from them.
-  const Properties& properties = options.reading.properties;
-  if (properties.sets(Tavrin::features::namespaces, false) ||
-      properties.sets(Tavrin::features::namespacePrefixes, true)) {
-    throw Failure::usage(
-        "--canonical needs the feature namespaces, and does without namespace-prefixes");
-  }
+  options.reading.properties.requireNamespaces("--canonical");
   return options.canonical.createWriter();
 }
 
@@ -55,6 +51,13 @@ void checkEncoding(const std::string& type, const ConversionOptions& options) {
   if (!EncodingBuffer::isUsable(options.encoding)) {
     throw Failure::usage(option + ": there is no such encoding for XML text");
   }
+}
+
+void makeFolderOf(const std::string& out) {
+  const std::filesystem::path folder = std::filesystem::path(out).parent_path();
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw Failure::system(folder.string(), error.value());
 }
 
 /// Reads the document into the relay. Of all failures the one is thrown that led to the others.
@@ -182,6 +185,10 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   const std::string usual = options.usualType.empty() ? writerTypeFor(out) : options.usualType;
   const std::string type = options.to.empty() ? usual : options.to;
   auto writer = createWriter(type);
+  if (writesFastInfoset(*writer) &&
+      options.reading.properties.sets(Tavrin::features::namespaces, false)) {
+    throw Failure::usage("a copy in Fast Infoset needs the feature namespaces");
+  }
   if (!options.encoding.empty()) checkEncoding(type, options);
   if (options.noDeclaration) {
     if (writesFastInfoset(*writer)) {
@@ -194,6 +201,12 @@ std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
   return options.layout.layOut(std::move(writer));
 }
 
+void checkOptions(const std::string& out, const ConversionOptions& options) {
+  createWriterFor(out, options);
+  const std::string& from = options.reading.from;
+  if (!from.empty()) options.reading.applyTo(*createReader(from));
+}
+
 bool writesFastInfoset(Tavrin::XMLWriter& writer) {
   return dynamic_cast<Tavrin::EncodingAlgorithmContentHandler*>(&writer) != nullptr;
 }
@@ -204,6 +217,7 @@ CopiedOctets convertFile(const ConversionOptions& options, const std::string& in
   auto writer = createWriterFor(out, options);
   Input input(in, output.isTerminal());
   auto reader = nextReader(input, options.reading);
+  if (options.makesFolders) makeFolderOf(out);
   output.open();
   Copier(options, in, input, out, output, std::move(writer)).copyAll(std::move(reader));
   output.commit();

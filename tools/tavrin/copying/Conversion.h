@@ -22,6 +22,7 @@ struct ConversionOptions {
   bool noDeclaration = false;
   std::string encoding;  ///< Of text; empty for UTF-8.
   bool force = false;
+  bool makesFolders = false;  ///< That of the copy is made where it is not there.
   bool lossy = false;
   std::uint64_t document = 0;  ///< The one to copy, counted from 1; 0 for all.
   LayoutOptions layout;
@@ -37,6 +38,10 @@ struct ConversionOptions {
 /// @throws Tavrin::SAXException when there is no such type, or an option is none of its
 std::unique_ptr<Tavrin::XMLWriter> createWriterFor(const std::string& out,
                                                    const ConversionOptions& options);
+
+/// Refuses what readers and writers of this kind would refuse for every document.
+/// @throws Tavrin::SAXException, Failure likewise
+void checkOptions(const std::string& out, const ConversionOptions& options);
 
 /// Whether a writer writes Fast Infoset: it takes typed content.
 bool writesFastInfoset(Tavrin::XMLWriter& writer);

@@ -6,22 +6,20 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <map>
-#include <system_error>
+#include <set>
 #include <utility>
 
 #include "files/Compression.h"
 #include "many/CopyNames.h"
 #include "measuring/MeasuredConversion.h"
+#include "options/TypeChoice.h"
 #include "printing/Quantities.h"
 
 namespace tool {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// What the copies of documents are called.
 class CopyPlaces {
@@ -94,19 +92,21 @@ void refuseOriginals(const std::vector<Document>& documents, const CopyPlaces& p
   }
 }
 
-void makeFolderOf(const std::string& place) {
-  const fs::path folder = fs::path(place).parent_path();
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) throw Failure::system(folder.string(), error.value());
+/// Refuses options that would not do for any copy of one of the formats, before one is made.
+void checkOptionsForAll(const ConversionOptions& options, const std::vector<Document>& documents,
+                        const CopyPlaces& placeOf) {
+  std::set<std::string> types;
+  for (const Document& document : documents) {
+    const std::string place = placeOf(document);
+    if (types.insert(writerTypeFor(place)).second) checkOptions(place, options);
+  }
 }
 
 void checkFolder(const std::string& folder) {
-  std::error_code error;
   if (folder.empty()) throw Failure::system(folder, ENOENT);
-  if (fs::exists(folder, error) && !fs::is_directory(folder, error)) {
-    throw Failure::system(folder, ENOTDIR);
-  }
+  struct stat status {};
+  const bool exists = stat(folder.c_str(), &status) == 0;
+  if (exists ? !S_ISDIR(status.st_mode) : errno == ENOTDIR) throw Failure::system(folder, ENOTDIR);
 }
 
 /// What came of the work on many files.
@@ -139,15 +139,14 @@ ExitStatus convertAll(const ConversionOptions& options, const std::vector<std::s
     if (name == "-") throw Failure::usage("-o DIR: a copy of standard input has no name");
     documents.add(name);
   }
+  checkOptionsForAll(options, documents.all(), placeOf);
   refuseSameNames(documents.all(), placeOf);
   if (options.force) refuseOriginals(documents.all(), placeOf);
 
   const Stopwatch stopwatch;
   Totals totals;
   const auto copy = [&](const Document& document, std::size_t, Turn&) {
-    const std::string place = placeOf(document);
-    makeFolderOf(place);
-    totals.add(convertMeasured(options, document.name, place));
+    totals.add(convertMeasured(options, document.name, placeOf(document)));
     return Done;
   };
   const ExitStatus status = workOnAll(documents.all(), work, copy);

@@ -10,6 +10,18 @@ namespace tool {
 
 namespace {
 
+/// Has declarations of namespaces come as such alone. As attributes, too, they would be written
+/// twice by writers that do not follow the standards.
+void reportDeclarationsOnce(Tavrin::XMLReader& reader) {
+  try {
+    if (reader.getFeature(Tavrin::features::namespaces)) {
+      reader.setFeature(Tavrin::features::namespacePrefixes, false);
+    }
+  } catch (const Tavrin::SAXNotRecognizedException&) {
+    // It knows no other way.
+  }
+}
+
 /// Algorithms from here on are the application's, in X.891: a table in the document names them, and
 /// the writers here have none.
 constexpr int kFirstApplicationAlgorithm = 31;
@@ -42,6 +54,7 @@ Relay::Relay(Tavrin::XMLWriter& writer, const Output* output, const Input& input
 
 void Relay::expectFrom(Tavrin::XMLReader& reader) {
   reader_ = &reader;
+  reportDeclarationsOnce(reader);
   readerFollowsStandard_ = tool::followsStandard(reader);
   readerIsTyped_ = knowsTypedContent(reader);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "files/Failure.h"
+
 namespace tool {
 
 using namespace std::string_view_literals;
@@ -113,10 +115,14 @@ const FileKind* kindOf(std::string_view firstOctets) {
   return found == std::end(kKinds) ? nullptr : found;
 }
 
-std::string messageAbout(const FileKind& kind, const std::string& message) {
-  const std::string name = kind.name;
-  return kind.certainty == kSure ? "This is " + name + ", and neither XML nor Fast Infoset"
-                                 : message + " (" + name + ")";
+void refuseKind(const FileKind* kind, const std::string& file) {
+  if (kind == nullptr || kind->certainty != kSure) return;
+  const std::string name = kind->name;
+  throw Failure::document(file, "This is " + name + ", and neither XML nor Fast Infoset");
+}
+
+std::string withKind(const FileKind* kind, const std::string& message) {
+  return kind ? message + " (" + kind->name + ")" : message;
 }
 
 }  // namespace tool

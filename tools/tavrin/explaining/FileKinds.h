@@ -21,7 +21,11 @@ struct FileKind {
 /// @return null for a document of XML or Fast Infoset, and for what nobody knows
 const FileKind* kindOf(std::string_view firstOctets);
 
-/// The message of a failure in a file of that kind.
-std::string messageAbout(const FileKind& kind, const std::string& message);
+/// Says that a file is of a kind that is sure, instead of what a reader says of some place in it.
+/// @param kind null does nothing, as one that is only probable
+/// @throws Failure
+void refuseKind(const FileKind* kind, const std::string& file);
+/// What a reader says of a file, with a remark on the kind if there is one.
+std::string withKind(const FileKind* kind, const std::string& message);
 
 }  // namespace tool

@@ -12,7 +12,7 @@ std::string placeIn(const std::string& name, int line, int column) {
 }
 
 std::string placeIn(const std::string& name, std::uint64_t octet) {
-  return name + ": octet " + std::to_string(octet);
+  return octet == 0 ? name : name + ": octet " + std::to_string(octet);
 }
 
 Failure::Failure(ExitStatus status, const std::string& line)

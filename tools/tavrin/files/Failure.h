@@ -15,7 +15,8 @@ enum ExitStatus : int {
 
 /// A place in a document of text: "NAME:LINE:COLUMN".
 std::string placeIn(const std::string& name, int line, int column);
-/// A place in any other document: "NAME: octet NUMBER", counted from 1.
+/// A place in any other document: "NAME: octet NUMBER", counted from 1; "NAME" in front of the
+/// first.
 std::string placeIn(const std::string& name, std::uint64_t octet);
 
 /// A failure as the user meets it: one line for standard error, and the exit status.

@@ -12,7 +12,7 @@ namespace tool {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 65536;
+constexpr std::size_t kReadSize = 65536;
 
 bool hasOctets(const Descriptor& descriptor) {
   pollfd asked{.fd = descriptor.number(), .events = POLLIN, .revents = 0};
@@ -108,8 +108,8 @@ bool OctetSource::fill() {
   compressed_.erase(0, position_);
   position_ = 0;
   const std::size_t rest = compressed_.size();
-  compressed_.resize(rest + kBlockSize);
-  const std::size_t count = readDescriptor(compressed_.data() + rest, kBlockSize);
+  compressed_.resize(rest + kReadSize);
+  const std::size_t count = readDescriptor(compressed_.data() + rest, kReadSize);
   compressed_.resize(rest + count);
   return count > 0;
 }

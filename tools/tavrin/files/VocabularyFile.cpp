@@ -2,6 +2,7 @@
 
 #include <Tavrin/Exceptions.h>
 
+#include "explaining/FileKinds.h"
 #include "files/Failure.h"
 #include "files/Input.h"
 
@@ -19,15 +20,20 @@ std::string withoutProperty(std::string message) {
 
 /// @throws Failure, also for a file that could be opened, and not be read to the end
 Tavrin::OwnedVocabulary readFrom(Input& input) {
+  const FileKind* const kind = kindOf(input.firstOctets());
+  const auto messageOf = [&](const Tavrin::SAXException& exception) {
+    refuseKind(kind, input.name());
+    return withKind(kind, withoutProperty(exception.getMessage()));
+  };
   try {
     return Tavrin::OwnedVocabulary::read(input.stream());
   } catch (const Tavrin::SAXParseException& exception) {
     input.checkRead();
     const auto octet = static_cast<std::uint64_t>(exception.getColumnNumber());
-    throw Failure::document(placeIn(input.name(), octet), withoutProperty(exception.getMessage()));
+    throw Failure::document(placeIn(input.name(), octet), messageOf(exception));
   } catch (const Tavrin::SAXException& exception) {
     input.checkRead();
-    throw Failure::document(input.name(), withoutProperty(exception.getMessage()));
+    throw Failure::document(input.name(), messageOf(exception));
   }
 }
 

@@ -31,10 +31,6 @@ struct CommandWords {
   Words arguments;  ///< What the first argument may be; empty for files.
 };
 
-std::vector<HelpBlock> helpOf(const CLI::App& app) {
-  return parseHelp(app.get_formatter()->make_help(&app, "", CLI::AppFormatMode::Normal));
-}
-
 std::string join(const Words& words, std::string_view separator) {
   std::string text;
   for (const std::string& word : words) {
@@ -200,7 +196,7 @@ std::string zshCompletion(const std::vector<CommandWords>& commands) {
                                     : ":value:(" + join(option.values, " ") + ")";
       for (const std::string& name : option.names) {
         cases += " \\\n        ";
-        cases += shellQuoted("*" + name + "[" + zshText(option.summary) + "]" + value);
+        cases += shellQuoted(join({"*", name, "[", zshText(option.summary), "]", value}, ""));
       }
     }
     if (!command.arguments.empty()) {

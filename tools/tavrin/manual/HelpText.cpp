@@ -1,5 +1,6 @@
 #include "manual/HelpText.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 namespace tool {
@@ -109,7 +110,10 @@ bool names(std::string_view term, std::string_view option) {
 
 }  // namespace
 
-std::vector<HelpBlock> parseHelp(std::string_view help) { return Parser(help).parse(); }
+std::vector<HelpBlock> helpOf(const CLI::App& command) {
+  return Parser(command.get_formatter()->make_help(&command, "", CLI::AppFormatMode::Normal))
+      .parse();
+}
 
 std::string summaryOf(const std::vector<HelpBlock>& help, std::string_view option) {
   for (const HelpBlock& block : help) {

@@ -4,6 +4,10 @@
 #include <string_view>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 namespace tool {
 
 /// A part of a help text, as its layout tells: the manual page and the completions of shells are
@@ -22,7 +26,8 @@ struct HelpBlock {
   std::string text;
 };
 
-std::vector<HelpBlock> parseHelp(std::string_view help);
+/// The parts of what a command prints for --help.
+std::vector<HelpBlock> helpOf(const CLI::App& command);
 
 /// The text of the row for an option, up to the first colon, semicolon or full stop; empty without
 /// a row.

@@ -115,10 +115,6 @@ class Page {
   bool isBelowHeading_ = false;
 };
 
-std::vector<HelpBlock> helpOf(const CLI::App& app) {
-  return parseHelp(app.get_formatter()->make_help(&app, "", CLI::AppFormatMode::Normal));
-}
-
 }  // namespace
 
 std::string manualPage(const CLI::App& app, const std::string& version) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/Failure.h"
+#include "octets/Content.h"
 #include "printing/Text.h"
 
 namespace tool::octets {
@@ -24,8 +25,6 @@ int valueOf(char c) {
   const auto lower = static_cast<char>(c | 0x20);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
-
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 }  // namespace
 

@@ -15,7 +15,6 @@ namespace {
 
 using Kind = Content::Kind;
 
-constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr std::string_view kUpperDigits = "0123456789ABCDEF";
 constexpr std::string_view kBase64 =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -27,8 +26,6 @@ constexpr std::size_t kBooleanPiece = 2;
 unsigned octetAt(std::string_view octets, std::size_t i) {
   return static_cast<unsigned char>(octets[i]);
 }
-
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 /// How many octets at the end are the beginning of a character that goes on.
 std::size_t cutAtEnd(std::string_view text) {

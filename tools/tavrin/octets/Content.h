@@ -9,6 +9,11 @@
 
 namespace tool::octets {
 
+inline constexpr std::string_view kDigits = "0123456789abcdef";
+
+/// Whether an octet of UTF-8 goes on with a character.
+inline bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
 /// A restricted alphabet: the characters by their codes (7.17.6).
 class Alphabet {
  public:

@@ -23,7 +23,6 @@ std::optional<Break> Scanner::scan() {
 void Scanner::fail(const std::string& expected, std::size_t ahead) {
   const std::string_view octets = cursor_.view(ahead + 1);
   if (octets.size() <= ahead) fail(expected, octets.size(), "the file ends");
-  constexpr char kDigits[] = "0123456789abcdef";
   const auto octet = static_cast<unsigned char>(octets[ahead]);
   fail(expected, ahead, std::string("found ") + kDigits[octet >> 4] + kDigits[octet & 0xF]);
 }

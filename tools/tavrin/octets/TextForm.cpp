@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "octets/Content.h"
+
 namespace tool::octets {
 
 namespace {
 
-constexpr char kDigits[] = "0123456789abcdef";
 constexpr unsigned kOffsetDigits = 8;
 constexpr std::size_t kEnoughText = 65536;
 constexpr std::size_t kMostLevels = 20;  // Of indentation: documents may be a million deep.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "files/Failure.h"
+#include "options/Suggestion.h"
 #include "writing/CanonicalWriter.h"
 
 namespace tool {
@@ -60,7 +61,7 @@ void addCanonicalOptions(CLI::App& command, CanonicalOptions& options) {
   // A flag that may have a value; as an option it would take the name of the document for one.
   CLI::Option* const canonical = command.add_flag("--canonical{1.0}", options.form)
                                      ->disable_flag_override(false)
-                                     ->check(CLI::IsMember({"1.0", "1.1", "exclusive"}));
+                                     ->check(oneOf({"1.0", "1.1", "exclusive"}));
   for (const char* const other : {"--to", "--no-declaration", "--indent", "--tabs", "--encoding"}) {
     canonical->excludes(command.get_option(other));
   }

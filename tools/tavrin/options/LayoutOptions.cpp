@@ -49,8 +49,7 @@ std::string whyNotBlanks(const std::string& text) {
 std::unique_ptr<Tavrin::XMLWriter> LayoutOptions::layOut(
     std::unique_ptr<Tavrin::XMLWriter> writer) const {
   if (!indent && !tabs) return writer;
-  // An empty value is not checked on the command line.
-  const std::size_t blanks = indent && !indent->empty() ? std::stoul(*indent) : 2;
+  const std::size_t blanks = indent ? std::stoul(*indent) : 2;
   try {
     writer->setFeature(Tavrin::features::autoIndent, false);  // Only writers of text know it.
   } catch (const Tavrin::SAXNotRecognizedException&) {

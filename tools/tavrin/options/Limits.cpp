@@ -18,8 +18,6 @@ namespace {
 
 namespace properties = Tavrin::properties;
 
-constexpr std::size_t kHelpColumn = 34;
-
 }  // namespace
 
 struct Limits::Kind {
@@ -113,9 +111,7 @@ std::vector<std::string> Limits::names() {
 std::string Limits::help() {
   std::string text;
   for (const Kind& kind : kKinds) {
-    std::string line = "  " + std::string(kind.name());
-    line.resize(kHelpColumn, ' ');
-    text += line + kind.help + "\n";
+    text += helpRow(kind.name(), kind.help);
   }
   return text;
 }

@@ -25,6 +25,10 @@ std::uint64_t countFrom(double number) {
                          : std::numeric_limits<std::uint64_t>::max();
 }
 
+std::string whyNotNumber(const std::string& text) {
+  return numberFrom(text) ? "" : "\"" + text + "\" is not a number, maybe with K, M or G behind it";
+}
+
 std::string whyNotCount(const std::string& text) {
   const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
   const bool isPositive = text.find_first_not_of('0') != std::string::npos;

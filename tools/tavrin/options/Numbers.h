@@ -13,6 +13,8 @@ std::optional<double> numberFrom(std::string_view text);
 /// Such a number as a count: the whole part, and the largest count for all that is larger.
 std::uint64_t countFrom(double number);
 
+/// Why a text is not a number that numberFrom reads; empty where it is one.
+std::string whyNotNumber(const std::string& text);
 /// Why a text is not a number of at least 1; empty where it is one.
 std::string whyNotCount(const std::string& text);
 

@@ -22,7 +22,6 @@ namespace {
 namespace features = Tavrin::features;
 namespace properties = Tavrin::properties;
 
-constexpr std::size_t kHelpColumn = 34;
 constexpr double kWidestIndentation = 1000;
 
 }  // namespace
@@ -178,6 +177,13 @@ bool Properties::sets(const char* feature, bool value) const {
   return isSet;
 }
 
+void Properties::requireNamespaces(const std::string& user) const {
+  if (sets(features::namespaces, false) || sets(features::namespacePrefixes, true)) {
+    throw Failure::usage(user +
+                         " needs the feature namespaces, and does without namespace-prefixes");
+  }
+}
+
 template <typename Owner>
 void Properties::apply(Owner& owner, bool ofReaders, bool isChosen) const {
   for (const auto& [kind, value] : settings_) {
@@ -211,9 +217,7 @@ std::string Properties::help(Owners owners) {
     if (kind.isFeature() && !wasFeature)
       text += "\nThe features, with what they are otherwise:\n\n";
     wasFeature = kind.isFeature();
-    std::string line = "  " + std::string(kind.name());
-    line.resize(kHelpColumn, ' ');
-    text += line + kind.help + "\n";
+    text += helpRow(kind.name(), kind.help);
   }
   return text;
 }

@@ -42,6 +42,9 @@ class Properties {
   /// Whether a feature was given this value, and no other one behind it.
   /// @param feature its identifier
   bool sets(const char* feature, bool value) const;
+  /// For whoever goes by names in namespaces, and takes attributes for content.
+  /// @throws Failure where namespaces are off, or declarations of them come as attributes, too
+  void requireNamespaces(const std::string& user) const;
 
   /// The part of a help text that lists them.
   static std::string help(Owners owners);

@@ -8,6 +8,7 @@
 #include "explaining/Explaining.h"
 #include "many/Work.h"
 #include "measuring/Timing.h"
+#include "options/Suggestion.h"
 
 namespace tool {
 
@@ -80,7 +81,7 @@ void addReadingOptions(CLI::App& command, ReadingOptions& options, VocabularyUse
   // A flag that may have a value; as an option it would take the name of the document for one.
   command.add_flag("--entities{folder}", options.entities)
       ->disable_flag_override(false)
-      ->check(CLI::IsMember({"folder", "any"}));
+      ->check(oneOf({"folder", "any"}));
   command.add_flag_callback("--explain", alwaysExplain);
   addPropertyOptions(command, options.properties);
   command

@@ -51,4 +51,15 @@ std::string suggestion(std::string_view word, const std::vector<std::string>& na
   return nearest ? "did you mean \"" + *nearest + "\"? " : std::string();
 }
 
+std::function<std::string(const std::string&)> oneOf(const std::vector<std::string>& words) {
+  std::string all = words[0];
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    all += (i + 1 < words.size() ? ", " : " or ") + words[i];
+  }
+  return [words, all](const std::string& text) {
+    const bool isOne = std::ranges::find(words, text) != words.end();
+    return isOne ? std::string() : "\"" + text + "\" is not " + all;
+  };
+}
+
 }  // namespace tool

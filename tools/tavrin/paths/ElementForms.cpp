@@ -12,10 +12,6 @@ namespace tool {
 
 namespace {
 
-void write(std::ostream& out, std::string_view text) {
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
 // --- XML ---
 
 /// Appends a namespace declaration as an attribute, as the writer does.
@@ -215,7 +211,7 @@ class JSONForm : public ElementForm {
   }
 
   void print() {
-    write(out_, line_);
+    out_ << line_;
     line_.clear();
   }
 
@@ -247,10 +243,13 @@ class TextForm : public ElementForm {
 }  // namespace
 
 void writeText(std::ostream& out, const std::string& text, bool isJSON) {
-  if (!isJSON) return write(out, text);
+  if (!isJSON) {
+    out << text;
+    return;
+  }
   std::string quoted;
   appendQuoted(quoted, text);
-  write(out, std::string_view(quoted).substr(1, quoted.size() - 2));
+  out << std::string_view(quoted).substr(1, quoted.size() - 2);
 }
 
 std::unique_ptr<ElementForm> makeXMLForm(std::ostream& out) {

@@ -13,16 +13,10 @@ std::unique_ptr<ElementForm> makeForm(std::ostream& out, const ResultFormat& for
   return format.isJSON ? makeJSONForm(out) : makeXMLForm(out);
 }
 
-void write(std::ostream& out, std::string_view text) {
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
 /// Writes octets that begin with a tag, and declarations behind its name.
 void writeTag(std::ostream& out, std::string_view octets, std::string_view declarations) {
   const std::size_t behindName = std::min(octets.find_first_of(" />"), octets.size());
-  write(out, octets.substr(0, behindName));
-  write(out, declarations);
-  write(out, octets.substr(behindName));
+  out << octets.substr(0, behindName) << declarations << octets.substr(behindName);
 }
 
 }  // namespace
@@ -58,13 +52,13 @@ Results::Results(std::ostream& out, const ResultFormat& format)
 }
 
 void Results::open(bool isString) {
-  write(out_, before_);
-  if (isString) write(out_, "\"");
+  out_ << before_;
+  if (isString) out_ << "\"";
 }
 
 void Results::close(bool isString) {
-  if (isString) write(out_, "\"");
-  write(out_, behind_);
+  if (isString) out_ << "\"";
+  out_ << behind_;
 }
 
 /// Where results wait. It is there from the first one on that has to.
@@ -155,7 +149,7 @@ void Results::printInner(const std::string& declarations) {
     if (isFirst) {
       writeTag(out_, octets_, declarations);
     } else {
-      write(out_, octets_);
+      out_ << octets_;
     }
     isFirst = false;
   }

@@ -185,6 +185,15 @@ std::string escaped(std::string_view text) {
   return line;
 }
 
+std::string helpRow(std::string_view term, std::string_view meaning) {
+  constexpr std::size_t kMeaningColumn = 34;
+  std::string row = "  ";
+  row += term;
+  row.resize(kMeaningColumn, ' ');
+  row += meaning;
+  return row += '\n';
+}
+
 std::string listed(const std::vector<std::string>& names) {
   std::string list;
   for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;

@@ -33,6 +33,9 @@ void appendValue(std::string& out, Integer value) {
 /// of valid UTF-8 as \xNN.
 std::string escaped(std::string_view text);
 
+/// A line of a help text: a term, and in a column of its own what it means.
+std::string helpRow(std::string_view term, std::string_view meaning);
+
 /// Names with commas between them.
 std::string listed(const std::vector<std::string>& names);
 /// How many octets the first character of a text takes; 1 for an octet that is not part of valid

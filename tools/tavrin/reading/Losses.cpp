@@ -6,16 +6,17 @@
 #include <utility>
 
 #include "files/Failure.h"
+#include "reading/Reading.h"
 
 namespace tool {
 
-Losses::Losses(Tavrin::XMLReader& reader, const Input& input, Report report)
-    : reader_(reader), input_(input), report_(std::move(report)) {
+Losses::Losses(Tavrin::XMLReader& reader, const Input& input, Report report, Warnings warnings)
+    : reader_(reader), input_(input), report_(std::move(report)), warnings_(warnings) {
   try {
     count();
     reader.setErrorHandler(this);
   } catch (const Tavrin::SAXNotRecognizedException&) {
-    // What it tells is not of losses.
+    if (warnings == Warnings::All && followsStandard(reader)) reader.setErrorHandler(this);
   }
 }
 
@@ -23,11 +24,15 @@ std::uint64_t Losses::count() const {
   return *static_cast<const std::uint64_t*>(reader_.getProperty(Tavrin::properties::lossCount));
 }
 
-// Readers warn of other things, too.
 void Losses::warning(const Tavrin::SAXParseException& exception) {
-  if (count() == told_) return;
-  told_ = count();
-  report_(placeIn(input_.name(), exception.getLineNumber(), exception.getColumnNumber()),
+  if (warnings_ == Warnings::OfLosses) {
+    if (count() == told_) return;
+    told_ = count();
+  }
+  // A binary format has no lines.
+  const std::int32_t line = exception.getLineNumber();
+  report_(line < 0 ? placeReached(input_, nullptr)
+                   : placeIn(input_.name(), line, exception.getColumnNumber()),
           exception.getMessage());
 }
 

@@ -17,8 +17,15 @@ class Losses : public Tavrin::ErrorHandler {
   /// What is done about a loss: its place and what is lost.
   using Report = std::function<void(const std::string& place, const std::string& message)>;
 
-  /// Sets itself as the error handler of a reader that knows losses.
-  Losses(Tavrin::XMLReader& reader, const Input& input, Report report);
+  /// What of a reader's warnings is reported.
+  enum class Warnings {
+    OfLosses,
+    All,  ///< Also that a version of XML is read by the rules of another.
+  };
+
+  /// Sets itself as the error handler of a reader that knows losses, or that warns of other things.
+  Losses(Tavrin::XMLReader& reader, const Input& input, Report report,
+         Warnings warnings = Warnings::OfLosses);
 
   void warning(const Tavrin::SAXParseException& exception) override;
 
@@ -28,6 +35,7 @@ class Losses : public Tavrin::ErrorHandler {
   Tavrin::XMLReader& reader_;
   const Input& input_;
   Report report_;
+  Warnings warnings_;
   std::uint64_t told_ = 0;
 };
 

@@ -17,7 +17,7 @@ ReadThrough readThrough(const std::string& name, const ReadingOptions& options) 
     reader->setEntityResolver(entities.resolver());
     AnyAlgorithm anyAlgorithm;
     connect(*reader, anyAlgorithm);
-    const Losses losses(*reader, input, warn);
+    const Losses losses(*reader, input, warn, Losses::Warnings::All);
     parse(*reader, input, &entities);
   }
   return {input.documentNumber(), input.octetsRead()};

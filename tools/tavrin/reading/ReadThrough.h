@@ -13,7 +13,8 @@ struct ReadThrough {
   std::uint64_t octets = 0;
 };
 
-/// Reads every document of a file. Of what no reader can tell there is a warning.
+/// Reads every document of a file. What no reader can tell, and what else it warns of, is a
+/// warning.
 /// @param name of the file; "-" is standard input
 /// @throws Failure when one of them is not well-formed
 ReadThrough readThrough(const std::string& name, const ReadingOptions& options);

@@ -73,10 +73,9 @@ class PathShown {
 void parseDocument(Tavrin::XMLReader& reader, Input& input) {
   const bool isFirst = input.documentNumber() == 1;
   const FileKind* kind = isFirst ? kindOf(input.firstOctets()) : nullptr;
-  const auto messageOf = [kind](const auto& exception) {
-    const std::string message =
-        Vocabularies::withOption(Limits::withOption(exception.getMessage()));
-    return kind ? messageAbout(*kind, message) : message;
+  const auto messageOf = [&](const auto& exception) {
+    refuseKind(kind, input.name());
+    return withKind(kind, Vocabularies::withOption(Limits::withOption(exception.getMessage())));
   };
   const PathShown path(reader, input);
   try {
