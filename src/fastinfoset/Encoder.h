@@ -124,9 +124,7 @@ class Encoder {
   }
   void write(std::string_view octets) {
     if (octets.size() > static_cast<std::size_t>(end_ - at_)) return writeBeyond(octets);
-    if (octets.empty()) return;
-    std::memcpy(at_, octets.data(), octets.size());
-    at_ += octets.size();
+    append(octets);
   }
   void encodeNumberOfItems(std::uint32_t count);
   void encodeIndex(int bits, unsigned index);
@@ -237,6 +235,12 @@ class Encoder {
  private:
   void putBeyond(unsigned octet);
   void writeBeyond(std::string_view octets);
+  /// Appends octets that there is room for.
+  void append(std::string_view octets) {
+    if (octets.empty()) return;
+    std::memcpy(at_, octets.data(), octets.size());
+    at_ += octets.size();
+  }
   bool enterPutArea(std::size_t size);
   void growBy(std::size_t size);
   std::size_t composed() const { return static_cast<std::size_t>(at_ - begin_); }

@@ -40,16 +40,16 @@ void Encoder::putBeyond(unsigned octet) {
     return;
   }
   if (!enterPutArea(1)) growBy(1);
-  put(octet);
+  *at_++ = static_cast<char>(octet);
 }
 
 void Encoder::writeBeyond(std::string_view octets) {
   constexpr std::size_t kMostBuffered = 4096;
   if (isBuffering_) {
-    if (enterPutArea(octets.size())) return write(octets);
+    if (enterPutArea(octets.size())) return append(octets);
     if (octets.size() < kMostBuffered - std::min(kMostBuffered, composed())) {
       growBy(octets.size());
-      return write(octets);
+      return append(octets);
     }
     sendOctets();
   }

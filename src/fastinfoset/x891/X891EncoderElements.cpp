@@ -336,9 +336,9 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       continue;
     }
     ValueTally& tally = tallyOf(attributeRecords_, index);
-    const auto refer = [&](unsigned value) {
+    const auto refer = [&](unsigned position) {
       if (isAdaptive_) tally.count(true);
-      encodeIndex(kStringIndex, value);
+      encodeIndex(kStringIndex, position);
     };
     if (valueIndex != kNoIndex) {
       refer(valueIndex);
