@@ -66,6 +66,7 @@ inline const std::string kWriterProperties =
   quote-character                 text: around attribute values, ' or " (')
   indexed-attribute-value-length  Fast Infoset: octets of a value in a table, at most (32)
   indexed-chunk-length            Fast Infoset: octets of a text in a table, at most (32)
+  value-indexing                  Fast Infoset: values in tables: always, never, adaptive (adaptive)
 )";
 
 inline const std::string kFeatures =
