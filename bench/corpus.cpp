@@ -17,10 +17,13 @@ Corpus::Corpus(double scaleOfAll, const std::vector<std::string>& files) : scale
   add("mesh", documents::floats, 1000000);
   mesh = documents.back();
   add("text", documents::text, 27000);
+  add("prose", documents::prose, 16000);  // 25 MB.
   add("languages", documents::languages, 12000);
   add("attributes", documents::attributes, 100000);
+  add("table", documents::table, 200000);  // 16 MB.
   small = std::make_shared<Document>(
       "document", std::function<std::string()>([] { return documents::records(12); }));
+  messages = std::make_shared<Document>("messages", std::function(documents::message));
   for (const std::string& path : files) addFile(path);
 }
 

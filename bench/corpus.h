@@ -11,6 +11,7 @@ struct Corpus {
   std::vector<DocumentPointer> documents;  ///< Generated ones, then files.
   DocumentPointer mesh;                    ///< One of the documents.
   DocumentPointer small;                   ///< None of them.
+  DocumentPointer messages;                ///< Likewise.
 
   /// @param scale multiplies the sizes of generated documents
   /// @param files paths; a document is called by the name of its file without the extension

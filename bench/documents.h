@@ -15,10 +15,20 @@ std::string records(unsigned count);
 /// About how many of these records make a million octets.
 constexpr double kRecordsPerMegabyte = 6350;
 
+/// Rows of a table: each has a key that never comes again, and values of which there are few.
+std::string table(unsigned rows);
+
+/// A message of about 2 KB in which nearly every name is new: a SOAP envelope with an SVG icon.
+std::string message();
+
 /// Long paragraphs with some elements among their words.
 std::string text(unsigned paragraphs);
 
-/// The same in turn in languages whose characters take two, three and four octets.
+/// Chapters of long paragraphs with nothing in them but lines of words.
+std::string prose(unsigned paragraphs);
+
+/// Paragraphs as those of `text`, in turn in languages whose characters take two, three and four
+/// octets.
 std::string languages(unsigned paragraphs);
 
 /// Elements with many attributes of several namespaces.

@@ -28,6 +28,7 @@ void writeAll(const Corpus& corpus, const std::string& directory) {
     writeForms(*document, directory, document->name());
   }
   writeForms(*corpus.small, directory, "small");
+  writeForms(*corpus.messages, directory, corpus.messages->name());
 }
 
 }  // namespace files

@@ -18,6 +18,7 @@ void addFloats(const Corpus& corpus);
 void addBlocks(const Corpus& corpus);
 void addPulling(const Corpus& corpus);
 void addSmall(const Corpus& corpus);
+void addMessages(const Corpus& corpus);
 void addVocabularies(const Corpus& corpus);
 void addGrowth(const Corpus& corpus);
 void addMemory(const Corpus& corpus);

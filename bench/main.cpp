@@ -74,7 +74,7 @@ void run(int argc, char** argv) {
   for (const auto addGroup :
        {groups::addReading, groups::addWriting, groups::addConversions, groups::addSiblings,
         groups::addFloats, groups::addBlocks, groups::addPulling, groups::addSmall,
-        groups::addVocabularies, groups::addGrowth, groups::addMemory}) {
+        groups::addMessages, groups::addVocabularies, groups::addGrowth, groups::addMemory}) {
     addGroup(corpus);
   }
   benchmark::RunSpecifiedBenchmarks();

@@ -5,7 +5,8 @@ import subprocess
 import sys
 
 COMPRESSORS = {"gzip -6": ["gzip", "-6", "-c", "-n"], "zstd -3": ["zstd", "-3", "-q", "-c"]}
-GENERATED = ("records", "mesh", "text", "languages", "attributes", "small")
+GENERATED = ("records", "mesh", "text", "prose", "languages", "attributes", "table", "small",
+             "messages")
 
 
 def _count(command: list[str]) -> int:

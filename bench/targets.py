@@ -11,6 +11,7 @@ TOLERANCE = 1.6
 
 ISTREAM = "expat from a stream"
 ISTREAM_TWIN = "expat from a stream, on the XML twin"
+NEW_PARSER = "expat, a new parser each time"
 
 
 @dataclass(frozen=True)
@@ -63,9 +64,26 @@ ROWS = (
            ("FI", 0.03, 0.011), ("X891", 0.03, 0.011), document="mesh"),
     *_rows("floats-write", "write a million floats, typed", "`std::to_chars` and the text writer",
            ("FI", 0.05, 0.02), ("X891", 0.05, 0.02), document="mesh"),
-    *_rows("small", "read 2 KB with a new reader", "expat, a new parser each time",
+    *_rows("small", "read 2 KB with a new reader", NEW_PARSER,
            ("Expat", 1.05, 0.98), ("XML10", 1.05, 0.93), ("FI", 0.25, 0.24), ("X891", 0.25, 0.245),
            document="document"),
+    *_rows("message", "read a message of new names, with a new reader", NEW_PARSER,
+           ("X891", 0.30, 0.48), document="messages"),
+    *_rows("message", "write it, with a new writer", NEW_PARSER,
+           ("X891-writer", 0.50, 0.88), document="messages"),
+    *_rows("message", "convert its XML text to Fast Infoset, both new", NEW_PARSER,
+           ("XML10-X891", 1.30, 2.20), document="messages"),
+    *_rows("message", "convert its Fast Infoset to XML text, both new", NEW_PARSER,
+           ("X891-XML10", 0.55, 1.15), document="messages"),
+    *_rows("message-again", "read it, with the same reader", NEW_PARSER,
+           ("X891", 0.25, 0.41), document="messages"),
+    *_rows("message-again", "write it, with the same writer", NEW_PARSER,
+           ("X891-writer", 0.40, 0.70), document="messages"),
+    *_rows("write-binary", "write a table of keys that never come again", ISTREAM_TWIN,
+           ("X891", None, 0.58), document="table"),
+    *_rows("to-binary", "convert such a table to Fast Infoset", ISTREAM,
+           ("XML10-X891", None, 1.60), document="table"),
+    *_rows("read", "read long prose", ISTREAM_TWIN, ("X891", None, 0.03), document="prose"),
     *_rows("vocabulary-write", "write a message with a vocabulary of 500 entries", "without",
            ("external", None, 0.74), document="500"),
     *_rows("vocabulary-read", "read a message with a vocabulary of 500 entries", "without",

@@ -26,6 +26,9 @@ int main() {
   } catch (const Tavrin::SAXException& failure) {  // What Fast Infoset has no form for.
     std::cerr << failure.getMessage() << '\n';
     return 1;
+  } catch (const std::ios_base::failure& failure) {  // A folder cannot be read.
+    std::cerr << failure.what() << '\n';
+    return 1;
   }
   if (std::cout.flush()) return 0;  // Writers leave the checking of the stream to its owner.
   std::cerr << "The output cannot be written\n";

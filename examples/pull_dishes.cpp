@@ -23,6 +23,9 @@ int main() {
     std::cerr << failure.getLineNumber() << ':' << failure.getColumnNumber() << ": "
               << failure.getMessage() << '\n';
     return 1;
+  } catch (const std::ios_base::failure& failure) {  // Of the input: a directory is none.
+    std::cerr << failure.what() << '\n';
+    return 1;
   }
   if (std::cout.flush()) return 0;
   std::cerr << "The output cannot be written\n";

@@ -49,6 +49,9 @@ int main() {
   } catch (const Tavrin::SAXException& failure) {
     std::cerr << failure.getMessage() << '\n';
     return 1;
+  } catch (const std::ios_base::failure& failure) {  // Of the input: a directory is none.
+    std::cerr << failure.what() << '\n';
+    return 1;
   }
   return std::cout.flush() ? 0 : 1;
 }

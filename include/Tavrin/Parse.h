@@ -32,7 +32,7 @@ namespace Tavrin {
 /// encoding has not arrived, as from a pipe that brings octets one by one, or where the buffer
 /// keeps none, as that of `std::cin` until std::ios::sync_with_stdio(false): the reader is then
 /// that of text, which refuses the encoding.
-/// @throws whatever the stream's buffer throws
+/// @throws whatever the stream's buffer throws, such as std::ios_base::failure for a directory
 TAVRIN_API std::unique_ptr<XMLReader> createReaderFor(std::istream& stream);
 
 /// As the template of this name, which applications call.

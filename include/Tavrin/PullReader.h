@@ -117,6 +117,7 @@ class TAVRIN_API PullReader {
  public:
   /// Reads a document from a stream, which must outlive the reader. Which encoding it has is
   /// recognised as createReaderFor does, which may wait for the first octet.
+  /// @throws whatever the stream's buffer throws, such as std::ios_base::failure for a directory
   explicit PullReader(std::istream& stream);
   /// Reads blocks, of which the first octets tell the encoding.
   PullReader();

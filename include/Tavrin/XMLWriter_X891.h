@@ -62,7 +62,9 @@ namespace Tavrin {
 /// Tavrin::properties::maximumTableOctets if that is more, is refused. Values, chunks and other
 /// strings are added up to a length (indexedAttributeValueLength, also for other strings, and
 /// indexedChunkLength), as long as the tables need no more than maximumTableOctets. No table has
-/// more than 2^20 entries.
+/// more than 2^20 entries. Where too few values of an attribute, or chunks of an element, come
+/// back, no more of them are added until some do (valueIndexing). That depends on the events alone:
+/// the same events have the same octets.
 ///
 /// Everything that precedes the root element is buffered until the root element begins, because
 /// notations and unparsed entities are written first.
@@ -126,10 +128,10 @@ class TAVRIN_API XMLWriter_X891 : public XMLWriter,
 
   /// Sets a property of the writer "X891" (see Tavrin::properties): documentXMLVersion, standalone,
   /// registeredEncodingAlgorithms, externalVocabularies, externalVocabulary, initialVocabulary,
-  /// encodingAlgorithmURIs, indexedAttributeValueLength, indexedChunkLength, maximumTableOctets,
-  /// maximumDepth. Until the root element begins, the first seven apply to the current document,
-  /// later to the next one. Maps, and the arrays of vocabularies, belong to the application and
-  /// must outlive their use.
+  /// encodingAlgorithmURIs, indexedAttributeValueLength, indexedChunkLength, valueIndexing,
+  /// maximumTableOctets, maximumDepth. Until the root element begins, the first seven apply to the
+  /// current document, later to the next one. Maps, and the arrays of vocabularies, belong to the
+  /// application and must outlive their use.
   ///
   /// The algorithms of encodingAlgorithmURIs and then those of registeredEncodingAlgorithms are
   /// named in each document, in the order of the list and of the map, after those of the two

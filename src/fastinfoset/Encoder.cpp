@@ -10,8 +10,8 @@ Encoder::Encoder(const Dialect& dialect, const Shared& shared)
       dialect_(dialect) {}
 
 void Encoder::clearTables() {
-  strings_ = {};
-  names_ = {};
+  for (StringIndexMap& table : strings_) table.clear();
+  for (NameIndexMap& table : names_) table.clear();
   limits_.tableOctets = 0;
   known_.elements.clear();
   known_.attributes.clear();

@@ -6,7 +6,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <ostream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 #include <typeinfo>
@@ -49,6 +51,7 @@ struct ExternalItem {
 /// Which values and strings are added to the tables. Names and identifiers always are. Lengths are
 /// in octets.
 struct WriterLimits {
+  bool addsValues = true;                                          // None of these, if not.
   std::uint64_t indexedAttributeValueLength = kIndexedLength - 1;  // Also of other strings.
   std::uint64_t indexedChunkLength = kIndexedLength - 1;
   std::uint64_t maximumTableOctets = UINT64_MAX;
@@ -104,6 +107,7 @@ class Encoder {
   Encoder(const Dialect& dialect, const Shared& shared);
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
+  virtual ~Encoder() = default;
 
   /// Buffers what an event writes, and sends it at the end of the event, also where the event is
   /// refused. Before code of an application runs within the event, sendOctets is called.
@@ -114,8 +118,14 @@ class Encoder {
 
   // --- Octets and integers (Primitives.cpp) ---
 
-  void put(unsigned octet);
-  void write(std::string_view octets);
+  void put(unsigned octet) {
+    if (at_ == end_) return putBeyond(octet);
+    *at_++ = static_cast<char>(octet);
+  }
+  void write(std::string_view octets) {
+    if (octets.size() > static_cast<std::size_t>(end_ - at_)) return writeBeyond(octets);
+    append(octets);
+  }
   void encodeNumberOfItems(std::uint32_t count);
   void encodeIndex(int bits, unsigned index);
   /// Writes an integer in its shortest form.
@@ -188,6 +198,11 @@ class Encoder {
   bool isIndexed(unsigned table, const std::string& text) const;
 
  protected:
+  /// Whether a chunk that is going to be written is added to its table.
+  /// @param isFound whether it is there already
+  virtual bool addsChunk(const std::string& text, bool isFound) {
+    return !isFound && isIndexed(kContentCharacterChunks, text);
+  }
   unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
   void encodeNamePart(unsigned table, const std::string& part, unsigned index);
   void encodeIdentifiers(const ExternalItem& item);
@@ -215,7 +230,27 @@ class Encoder {
   WriterLimits limits_;
   NameParts name_;  // Reused for each name.
   bool isBuffering_ = false;
-  std::string buffer_;  // Octets of an event that are not in the stream yet.
+  bool isInPlace_ = false;  // Octets are composed in the put area of the stream, where they fit.
+
+ private:
+  void putBeyond(unsigned octet);
+  void writeBeyond(std::string_view octets);
+  /// Appends octets that there is room for.
+  void append(std::string_view octets) {
+    if (octets.empty()) return;
+    std::memcpy(at_, octets.data(), octets.size());
+    at_ += octets.size();
+  }
+  bool enterPutArea(std::size_t size);
+  void growBy(std::size_t size);
+  std::size_t composed() const { return static_cast<std::size_t>(at_ - begin_); }
+
+  // The octets of an event that are not in the stream yet, and the room for more.
+  char* begin_ = nullptr;
+  char* at_ = nullptr;
+  char* end_ = nullptr;
+  std::streambuf* area_ = nullptr;  // Has them in its put area; null: the string has them.
+  std::string buffer_;
 };
 
 template <typename Body>
@@ -256,7 +291,8 @@ inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
   const std::uint64_t longest = table == kContentCharacterChunks
                                     ? limits.indexedChunkLength
                                     : limits.indexedAttributeValueLength;
-  return text.size() <= longest && strings(table).positions() < dialect_.maximumEntries &&
+  return limits.addsValues && text.size() <= longest &&
+         strings(table).positions() < dialect_.maximumEntries &&
          limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 

@@ -70,6 +70,31 @@ void IndexMap<Key>::add(const Key& key) {
 }
 
 template <typename Key>
+const unsigned* IndexMap<Key>::findOrAdd(const Key& key) {
+  const std::uint32_t hash = hashOf(key);
+  for (const IndexMap* const table : {base_, static_cast<const IndexMap*>(this)}) {
+    const std::uint32_t entry =
+        table != nullptr ? table->entryOf(key, hash) : xml::HashIndex::kNone;
+    if (entry != xml::HashIndex::kNone) return &table->entries_[entry].second;
+  }
+  insert(key, positions(), hash);
+  return nullptr;
+}
+
+template <typename Key>
+void IndexMap<Key>::clear() {
+  if (entries_.capacity() > kMostKept) {
+    *this = IndexMap();
+    return;
+  }
+  if (!entries_.empty()) index_.clear();
+  entries_.clear();
+  base_ = nullptr;
+  withoutEntry_ = 0;
+  longest_ = 0;
+}
+
+template <typename Key>
 void IndexMap<Key>::setBase(const IndexMap& base) {
   base_ = &base;
   withoutEntry_ = base.positions();
@@ -80,6 +105,14 @@ template <typename Key>
 bool IndexMap<Key>::insert(const Key& key, unsigned index) {
   const std::uint32_t hash = hashOf(key);
   if (entryOf(key, hash) != xml::HashIndex::kNone) return false;
+  insert(key, index, hash);
+  return true;
+}
+
+template <typename Key>
+void IndexMap<Key>::insert(const Key& key, unsigned index, std::uint32_t hash) {
+  // Small documents are many: the first entries come with one allocation.
+  if (entries_.capacity() == 0) entries_.reserve(kFirstEntries);
   entries_.emplace_back(key, index);
   try {
     index_.add(hash, static_cast<std::uint32_t>(entries_.size() - 1));
@@ -88,7 +121,6 @@ bool IndexMap<Key>::insert(const Key& key, unsigned index) {
     throw;
   }
   longest_ = std::max(longest_, octetsOf(key));
-  return true;
 }
 
 template <typename Key>

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "../io/WriteOctets.h"
 #include "Decoder.h"
@@ -33,34 +34,64 @@ void Decoder::readText(std::uint64_t length, std::string& text) {
   }
 }
 
-void Encoder::put(unsigned octet) {
-  if (isBuffering_) {
-    buffer_ += static_cast<char>(octet);
-  } else {
+void Encoder::putBeyond(unsigned octet) {
+  if (!isBuffering_) {
     out_->put(static_cast<char>(octet));
+    return;
   }
+  if (!enterPutArea(1)) growBy(1);
+  *at_++ = static_cast<char>(octet);
 }
 
-void Encoder::write(std::string_view octets) {
+void Encoder::writeBeyond(std::string_view octets) {
   constexpr std::size_t kMostBuffered = 4096;
   if (isBuffering_) {
-    if (octets.size() < kMostBuffered - std::min(kMostBuffered, buffer_.size())) {
-      buffer_.append(octets);
-      return;
+    if (enterPutArea(octets.size())) return append(octets);
+    if (octets.size() < kMostBuffered - std::min(kMostBuffered, composed())) {
+      growBy(octets.size());
+      return append(octets);
     }
     sendOctets();
   }
   if (out_ != nullptr) writeOctets(*out_, octets);
 }
 
+/// Composes an event in the put area of the stream, from its first octet on.
+/// @return false where there is too little room, or others could see the octets
+bool Encoder::enterPutArea(std::size_t size) {
+  if (!isInPlace_ || composed() > 0 || out_ == nullptr || !isReady(*out_)) return false;
+  const PutArea area(*out_->rdbuf());
+  if (area.size() < size || area.isVisible()) return false;
+  area_ = out_->rdbuf();
+  begin_ = at_ = area.begin();
+  end_ = begin_ + area.size();
+  return true;
+}
+
+/// Makes room in the string, with a capacity that at least doubles.
+void Encoder::growBy(std::size_t size) {
+  constexpr std::size_t kLeast = 256;
+  const std::size_t before = composed();
+  if (buffer_.size() < before + size) buffer_.resize(std::max({kLeast, 2 * before, before + size}));
+  if (area_ != nullptr) std::copy(begin_, at_, buffer_.data());
+  area_ = nullptr;
+  begin_ = buffer_.data();
+  at_ = begin_ + before;
+  end_ = begin_ + buffer_.size();
+}
+
 void Encoder::sendOctets() {
-  if (buffer_.empty()) return;
+  const std::size_t size = composed();
+  const char* const octets = begin_;
   // Also where the stream throws, the next event must not write these octets.
-  struct Clear {
-    std::string& octets;
-    ~Clear() { octets.clear(); }
-  } const clear{buffer_};
-  if (out_) writeOctets(*out_, buffer_);
+  begin_ = at_ = end_ = nullptr;
+  std::streambuf* const area = std::exchange(area_, nullptr);
+  if (size == 0) return;
+  if (area != nullptr) {
+    PutArea(*area).advance(size);
+  } else if (out_ != nullptr) {
+    writeOctets(*out_, {octets, size});
+  }
 }
 
 // --- Integers ---

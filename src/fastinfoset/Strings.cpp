@@ -54,11 +54,12 @@ std::uint64_t Encoder::lengthOf(const std::string& text) const {
 
 void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
   StringIndexMap& entries = strings(table);
-  if (const unsigned* const index = entries.find(text)) {
+  const bool adds = entries.positions() < dialect_.maximumEntries;
+  if (const unsigned* const index = adds ? entries.findOrAdd(text) : entries.find(text)) {
     encodeIndex(kStringIndex, *index);
     return;
   }
-  addEntry(entries, text);
+  if (adds) limits_.tableOctets += countedOctets(text);
   encodeLiteralIdentifier(text);
 }
 
@@ -131,12 +132,14 @@ void Encoder::encodeLiteralString(bool adds, const std::string& text) {
 void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = strings(kContentCharacterChunks);
-  if (const unsigned* const index = table.find(text)) {
+  const unsigned* const index = table.find(text);
+  const bool adds = addsChunk(text, index != nullptr);
+  if (index != nullptr) {
     writeInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
     return;
   }
   unsigned bits = kChunk | kChunkUTF8;
-  if (isIndexed(kContentCharacterChunks, text)) {
+  if (adds) {
     addEntry(table, text);
     bits |= kChunkAddToTable;
   }

@@ -88,9 +88,11 @@ inline void writeOctets(std::ostream& out, std::string_view octets) {
   bool isWritten = false;
   try {
     isWritten = out.rdbuf()->sputn(octets.data(), size) == size;
+#ifdef __GLIBCXX__  // Others have no name for it, and their own streams do not let it pass.
   } catch (const abi::__forced_unwind&) {
     setBad(out);
     throw;  // The thread is being cancelled.
+#endif
   } catch (...) {
     setBad(out);
     if ((out.exceptions() & std::ios_base::badbit) != 0) throw;

@@ -22,6 +22,8 @@ class EventRecorder : public ContentHandler,
   void attachTo(XMLReader& reader);
   /// Records positions, too.
   void trackPositions() { tracks_ = true; }
+  /// That of the event that is under way.
+  EventPosition positionHere() const;
 
   void setDocumentLocator(const Locator* locator) override { locator_ = locator; }
   void startDocument() override { add(PullEvent::startDocument); }
@@ -81,9 +83,6 @@ class EventRecorder : public ContentHandler,
   void startCDATA() override { add(PullEvent::startCDATA); }
   void endCDATA() override { add(PullEvent::endCDATA); }
   void comment(const std::string& text) override { add(PullEvent::comment, text); }
-
- protected:
-  EventPosition positionHere() const;
 
  private:
   template <typename... Parts>

@@ -1,14 +1,18 @@
 #include <Tavrin/XMLReader_XML10.h>
 
 #include <algorithm>
+#include <optional>
 #include <streambuf>
+#include <vector>
 
 #include "../sax/DrivenReader.h"
+#include "../text/reader/XML10Driver.h"
 #include "EventRecorder.h"
 #include "PullSource.h"
 
-// XML text. Expat cannot be asked for one event, so those of a piece of the document are kept.
-// Measured: that takes a sixth of the time that handlers take.
+// XML text. While the document is scanned, the scanner is asked for one event after another, and
+// leaves what it reports where it is. Expat cannot be asked so, and some events are rare: they are
+// kept as copies.
 
 namespace Tavrin {
 
@@ -16,30 +20,49 @@ namespace {
 
 class PulledReader_XML10 final : public DrivenReader<XMLReader_XML10> {
  public:
+  PulledReader_XML10() : driver_(*static_cast<text::XML10Driver*>(getProperty(kDriver))) {}
+
+  text::XML10Driver& driver() { return driver_; }
+
   void feed(std::string_view octets, bool isFinal) {
     checkRuns();  // Somebody may have called between two events.
     XMLReader_XML10::parse(octets.data(), octets.size(), isFinal);
     checkRuns();
   }
+  bool pull() {
+    checkRuns();
+    return driver_.pull();
+  }
 
  private:
+  static constexpr auto& kDriver = text::kDriverProperty;
+
   void checkRuns() const {
-    if (isStopped() || isPaused()) refuse("stop or pause called");
+    if (driver_.isStopped() || driver_.isPaused()) refuse("stop or pause called");
   }
+
+  text::XML10Driver& driver_;
 };
 
-class TextSource final : public ReadingSource {
+class TextSource final : public ReadingSource, private text::ScannedEvents {
  public:
-  explicit TextSource(std::istream* stream) : ReadingSource(stream) {
+  explicit TextSource(std::istream* stream) : ReadingSource(stream), driver_(reader_.driver()) {
     if (stream_) phase_ = Phase::reading;
+    driver_.pulledEvents = this;
     recorder_.attachTo(reader_);
   }
 
   bool next() override;
   void supply(std::string_view block, bool isFinal) override;
   XMLReader& reader() override { return reader_; }
-  void trackPositions() override { recorder_.trackPositions(); }
-  EventPosition position() const override { return queue_.position(); }
+  void trackPositions() override {
+    tracks_ = true;
+    recorder_.trackPositions();
+  }
+  EventPosition position() const override {
+    if (!isInPlace_) return queue_.position();
+    return tracks_ ? recorder_.positionHere() : EventPosition();
+  }
 
  private:
   static constexpr std::size_t kPiece = std::size_t{8} * 1024;
@@ -48,31 +71,133 @@ class TextSource final : public ReadingSource {
     recorder_.attachTo(reader_);
     withoutEvent_ = 0;
   }
+  [[gnu::noinline]] bool nextRarer();
+  void pullNext();
+  void readOn();
   void feedFromStream();
   void feedFromBlock();
   void feed(std::string_view octets, bool isLastAtHand, bool isFinal);
 
-  std::string_view rest_;  // What has not been parsed of the block.
+  void scannedDeclaration(std::string_view encoding, std::optional<bool> standalone) override {
+    events().scannedDeclaration(encoding, standalone);
+  }
+  void scannedPrefix(const std::string& prefix, const std::string& uri) override {
+    if (!mayStay()) return events().scannedPrefix(prefix, uri);
+    mappings_.push_back({prefix, uri});
+  }
+  void scannedStart(const std::string& uri, const std::string& localName, const std::string& qName,
+                    const Attributes& list) override {
+    if (!mayStay() || driver_.isTooDeep()) {
+      return events().scannedStart(uri, localName, qName, list);
+    }
+    setNames(PullEvent::startElement, uri, localName, qName);
+    attributes = &list;
+    mappings = mappings_.data();
+    mappingCount = mappings_.size();
+    ++open;
+  }
+  void scannedEnd(const std::string& uri, const std::string& localName,
+                  const std::string& qName) override {
+    if (!mayStay()) return events().scannedEnd(uri, localName, qName);
+    setNames(PullEvent::endElement, uri, localName, qName);
+    --open;
+  }
+  void scannedPrefixEnd(const std::string&) override {}
+  void scannedText(std::string_view text) override {
+    if (!mayStay()) return events().scannedText(text);
+    set(PullEvent::characters, 1);
+    parts[0] = text;
+  }
+  void scannedStartOfCDATA() override { events().scannedStartOfCDATA(); }
+  void scannedEndOfCDATA() override { events().scannedEndOfCDATA(); }
+  void scannedInstruction(const std::string& name, const std::string& data) override {
+    events().scannedInstruction(name, data);
+  }
+  void scannedComment(const std::string& text) override { events().scannedComment(text); }
+
+  /// Whether the current event may stay where it is, as no other one has to come first.
+  bool mayStay() const { return queue_.isEmpty() && driver_.isReady(); }
+  /// The driver, which reports an event to the recorder. What was recorded is asked for first.
+  text::ScannedEvents& events() {
+    driver_.haltHere();
+    return driver_;
+  }
+  void set(PullEvent kind, std::size_t count) {
+    driver_.haltHere();
+    event = kind;
+    partCount = count;
+    isInPlace_ = true;
+  }
+  void setNames(PullEvent kind, const std::string& uri, const std::string& localName,
+                const std::string& qName) {
+    set(kind, 3);
+    parts[0] = uri;
+    parts[1] = localName;
+    parts[2] = qName;
+  }
+
+  std::unique_ptr<char[]> piece_;  // Of a stream.
+  std::string_view rest_;          // What has not been parsed of the block.
   bool isFinal_ = false;
+  bool isHalted_ = false;  // The scanner is, within the piece.
+  bool tracks_ = false;
+  bool isInPlace_ = false;        // The current event was not recorded.
   std::size_t withoutEvent_ = 0;  // Octets since the last event.
   PulledReader_XML10 reader_;
+  text::XML10Driver& driver_;
   EventRecorder recorder_{queue_};
+  std::vector<PullMapping> mappings_;  // Of the current event.
 };
 
 bool TextSource::next() {
-  while (!handOut()) {
+  if (isHalted_ && queue_.isEmpty()) {
     event = PullEvent::none;
-    throwFailure();
-    if (phase_ != Phase::reading || needsBlock) return false;
-    queue_.clear();
-    try {
-      stream_ ? feedFromStream() : feedFromBlock();
-    } catch (...) {
-      fail();
+    isInPlace_ = false;
+    pullNext();
+    if (isInPlace_) return true;
+  }
+  return nextRarer();
+}
+
+bool TextSource::nextRarer() {
+  while (queue_.isEmpty() || !handOut()) {
+    event = PullEvent::none;
+    isInPlace_ = false;
+    if (isHalted_) {
+      pullNext();
+    } else {
+      throwFailure();
+      if (phase_ != Phase::reading || needsBlock) return false;
+      readOn();
     }
-    withoutEvent_ = queue_.isEmpty() ? withoutEvent_ : 0;
+    if (isInPlace_) return true;
   }
   return true;
+}
+
+/// Lets the scanner go on.
+inline void TextSource::pullNext() {
+  if (!queue_.isEmpty()) queue_.clear();
+  if (!mappings_.empty()) mappings_.clear();
+  try {
+    isHalted_ = reader_.pull();
+  } catch (...) {
+    isHalted_ = false;
+    fail();
+  }
+}
+
+/// Reads another piece of the document.
+void TextSource::readOn() {
+  queue_.clear();
+  mappings_.clear();
+  try {
+    stream_ ? feedFromStream() : feedFromBlock();
+  } catch (...) {
+    fail();
+  }
+  isHalted_ = driver_.isHaltedHere();
+  withoutEvent_ = queue_.isEmpty() ? withoutEvent_ : 0;
 }
 
 void TextSource::feedFromStream() {
@@ -81,10 +206,11 @@ void TextSource::feedFromStream() {
   if (source && source->sgetc() != std::streambuf::traits_type::eof()) {
     arrived = std::clamp<std::streamsize>(source->in_avail(), 1, kPiece);
   }
-  char octets[kPiece];
-  if (arrived > 0) arrived = source->sgetn(octets, arrived);
+  if (!piece_) piece_.reset(new char[kPiece]);
+  if (arrived > 0) arrived = source->sgetn(piece_.get(), arrived);
   const bool isFinal = arrived == 0;
-  feed({octets, static_cast<std::size_t>(arrived)}, isFinal || source->in_avail() <= 0, isFinal);
+  feed({piece_.get(), static_cast<std::size_t>(arrived)}, isFinal || source->in_avail() <= 0,
+       isFinal);
 }
 
 void TextSource::feedFromBlock() {

@@ -90,6 +90,13 @@ NameClass nameClass(char32_t c) {
 
 bool areNameCharacters(std::string_view text, NameClass least) {
   for (std::size_t i = 0; i < text.size();) {
+    // Nearly all are of ASCII.
+    if (const unsigned first = octetAt(text, i); first < kASCIINames.size()) {
+      if (kASCIINames[first] < least) return false;
+      least = kNameRestOnly;
+      ++i;
+      continue;
+    }
     const auto [character, octets] = decode(text, i);
     if (nameClass(character) < least) return false;
     least = kNameRestOnly;

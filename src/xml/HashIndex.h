@@ -52,7 +52,7 @@ class HashIndex {
   }
 
   void grow() {
-    constexpr std::size_t kFirstSlots = 16;
+    constexpr std::size_t kFirstSlots = 32;
     std::vector<Slot> larger(std::max(kFirstSlots, 2 * slots_.size()));
     std::swap(slots_, larger);
     for (const Slot& slot : larger) {

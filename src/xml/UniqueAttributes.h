@@ -39,7 +39,10 @@ class UniqueAttributes {
   void beginTag() { ++tag_; }
   /// Records an attribute of the tag.
   /// @return whether it is the first with its number
-  bool take(std::size_t number) { return std::exchange(lastTags_[number - 1], tag_) != tag_; }
+  bool take(std::size_t number) { return isFirst(lastTags_[number - 1]); }
+  /// Likewise, of a name that the caller tells apart: it keeps the last tag that had it, at first
+  /// 0.
+  bool isFirst(std::uint64_t& lastTag) const { return std::exchange(lastTag, tag_) != tag_; }
 
  private:
   struct Name {

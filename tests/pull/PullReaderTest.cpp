@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
 #include <sstream>
 #include <vector>
@@ -245,6 +246,11 @@ TEST(PullReader, ReadsDocumentsOfFastInfosetThatFollowEachOther) {
     ASSERT_TRUE(reader.hasEnded());
   }
   EXPECT_EQ("aabbcc", told);
+}
+
+TEST(PullReader, PassesOnWhatTheStreamThrows) {
+  std::ifstream directory("/", std::ios::binary);
+  EXPECT_THROW(PullReader{directory}, std::ios_base::failure);
 }
 
 TEST(PullReader, RecognisesDeclarationsInBlocksOfAnySize) {

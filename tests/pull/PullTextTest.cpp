@@ -31,6 +31,13 @@ constexpr const char* kEverything = R"(<?xml version='1.0' standalone='no'?>
   xmlns:p="urn:other" xmlns:z="urn:z" z:c=""></p:b>&in;&out;&not;<![CDATA[<c>]]>)"
                                     "\r\n\xD0\xB6]</r><!-- after -->\n<?last?>\n";
 
+// Without a document type, expat has no part in it.
+constexpr const char* kScanned = R"(<?xml version='1.0' standalone='yes'?>
+<!-- before --><?pi with data?><?empty?>
+<r xmlns="urn:d" xmlns:p="urn:p" k="y" p:q='1&#10;2'>text &lt;&#x443;<a xmlns=""/><p:b
+  xmlns:p="urn:other" xmlns:z="urn:z" z:c=""></p:b><p:e/><!-- inside --><?pi?>t<![CDATA[<c>]] ]]>)"
+                                 "\r\n\xD0\xB6]<f/></r><!-- after -->\n<?last?>\n";
+
 struct Entities : EventLog {
   Entities() { entities = {{"s", "<!ELEMENT a ANY>"}, {"out", "<a k='v'>out</a>tail"}}; }
 };
@@ -95,8 +102,10 @@ void expectSame(const std::string& text) {
 }
 
 TEST(PullText, TellsWhatHandlersAreTold) {
-  EXPECT_EQ("nothing", push(kEverything).failure);
-  expectSame(kEverything);
+  for (const char* const text : {kEverything, kScanned}) {
+    EXPECT_EQ("nothing", push(text).failure);
+    expectSame(text);
+  }
   expectSame("<a/>");
   expectSame("<a xmlns='u'><b xmlns='v'/><c xmlns='w' xmlns:p='x'/></a>");
   std::string utf16 = std::string("\xFF\xFE<\0a\0>\0t\0<\0/\0a\0>\0", 18);
@@ -104,8 +113,7 @@ TEST(PullText, TellsWhatHandlersAreTold) {
   expectSame("<a>" + std::string(100000, 'x') + "<b>" + std::string(50000, '\n') + "</b></a>");
 }
 
-TEST(PullText, FailsWhereHandlersDo) {
-  const std::string text = kEverything;
+void expectSameOfEachBeginning(const std::string& text) {
   for (std::size_t end = 0; end < text.size(); ++end) {
     const std::string cut = text.substr(0, end);
     const PullOutcome expected = push(cut);
@@ -113,6 +121,16 @@ TEST(PullText, FailsWhereHandlersDo) {
     ASSERT_EQ(expected, pullBlocks(cut, 5)) << cut;
     std::stringbuf whole(cut);
     ASSERT_EQ(expected, pullStream(whole)) << cut;
+  }
+}
+
+TEST(PullText, FailsWhereHandlersDo) {
+  expectSameOfEachBeginning(kEverything);
+  expectSameOfEachBeginning(kScanned);
+  // Where the document is not well-formed, expat takes over.
+  const std::string scanned = kScanned;
+  for (std::size_t at = 0; at <= scanned.size(); ++at) {
+    expectSame(std::string(scanned).insert(at, "&no;<"));
   }
   expectSame("<a>text</b>");
   expectSame("<a>text<b x='1' x='2'/></a>");
@@ -141,29 +159,64 @@ TEST(PullText, KnowsPositionsWhereItIsToldTo) {
     }
     void endElement(const std::string&, const std::string&, const std::string&) override { note(); }
     void characters(const std::string&) override { note(); }
+    void processingInstruction(const std::string&, const std::string&) override { note(); }
     void note() {
       all << locator->getLineNumber() << ':' << locator->getColumnNumber() << '@'
           << locator->getOctetOffset() << ' ';
     }
     const OctetLocator* locator = nullptr;
     std::ostringstream all;
-  } expected;
-  const std::string text = "<a>\n <b>x</b>\n<c\n/></a>";
-  XMLReader_XML10 pushing;
-  pushing.setContentHandler(&expected);
-  pushing.parse(text.data(), text.size(), true);
-
-  MemoryStream stream(text);
-  PullReader reader(stream);
-  EXPECT_EQ(-1, reader.line());
-  reader.trackPositions();
-  std::ostringstream all;
-  while (reader.next()) {
-    const PullEvent event = reader.event();
-    if (event == PullEvent::startDocument || event == PullEvent::endDocument) continue;
-    all << reader.line() << ':' << reader.column() << '@' << reader.octetOffset() << ' ';
+  };
+  const std::string content = "<a xmlns='u'>\n <b>x&lt;</b>\n<?p?><c\n/><d xmlns='v'/></a>";
+  for (const std::string& text : {content, "<!DOCTYPE a>" + content}) {
+    Positions expected;
+    XMLReader_XML10 pushing;
+    pushing.setContentHandler(&expected);
+    pushing.parse(text.data(), text.size(), true);
+    for (const bool tracks : {false, true}) {
+      MemoryStream stream(text);
+      PullReader reader(stream);
+      EXPECT_EQ(-1, reader.line());
+      if (tracks) reader.trackPositions();
+      std::ostringstream all;
+      while (reader.next()) {
+        const PullEvent event = reader.event();
+        if (!tracks) {
+          ASSERT_EQ(-1, reader.line());
+          continue;
+        }
+        if (event == PullEvent::startDocument || event == PullEvent::endDocument) continue;
+        if (event == PullEvent::startDTD || event == PullEvent::endDTD) continue;
+        all << reader.line() << ':' << reader.column() << '@' << reader.octetOffset() << ' ';
+      }
+      EXPECT_EQ(tracks ? expected.all.str() : "", all.str());
+    }
   }
-  EXPECT_EQ(expected.all.str(), all.str());
+}
+
+/// What an event refers to stays until the next one, and no longer.
+TEST(PullText, StaysUntilTheNextEvent) {
+  const std::string text = "<p:a xmlns:p='a rather long namespace name' b='c'>x&#65;<p:d/></p:a>";
+  for (const std::size_t size : {1, 3, 100}) {
+    PullReader reader("XML10");
+    std::string seen;
+    for (std::size_t begin = 0; begin < text.size(); begin += size) {
+      const std::string block = text.substr(begin, size);
+      reader.supply(block.data(), block.size(), begin + size >= text.size());
+      while (reader.next()) {
+        if (reader.event() == PullEvent::characters) seen += reader.text();
+        if (reader.event() == PullEvent::startElement) {
+          seen.append("<").append(reader.localName());
+          for (int i = 0; i < reader.attributes().getLength(); ++i) {
+            seen += ' ' + reader.attributes().getQName(i) + '=' + reader.attributes().getValue(i);
+          }
+          seen += '>';
+        }
+        if (reader.event() == PullEvent::endElement) seen.append("</").append(reader.uri()) += '>';
+      }
+    }
+    EXPECT_EQ("<a b=c>xA<d></a rather long namespace name></a rather long namespace name>", seen);
+  }
 }
 
 TEST(PullText, IsRefusedAtItsLimits) {

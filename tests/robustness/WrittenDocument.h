@@ -113,7 +113,7 @@ class WrittenDocument {
 
   void typed() {
     add([this](Tavrin::XMLWriter& w) { values(w).bytes(text_); });
-    add([this](Tavrin::XMLWriter& w) { values(w).shorts({1, -2, 3}); });
+    add([](Tavrin::XMLWriter& w) { values(w).shorts({1, -2, 3}); });
     add([this](Tavrin::XMLWriter& w) { values(w).ints(integers_); });
     add([this](Tavrin::XMLWriter& w) { values(w).longs(integers_); });
     add([this](Tavrin::XMLWriter& w) { values(w).booleans(booleans_); });

@@ -132,6 +132,15 @@ TEST(ReaderForAStream, PassesOnWhatTheBufferThrows) {
   EXPECT_EQ("std::out_of_range: broken", thrown([&] { createReaderFor(stream); }));
 }
 
+// A directory as standard input is one.
+TEST(ReaderForAStream, PassesOnThatADirectoryCannotBeRead) {
+  std::ifstream stream("/", std::ios::binary);
+  EXPECT_THROW(createReaderFor(stream), std::ios_base::failure);
+  // So do the readers, where they are chosen by name.
+  EXPECT_THROW(XMLReader_XML10().parse(stream), std::ios_base::failure);
+  EXPECT_THROW(XMLReader_X891().parse(stream), std::ios_base::failure);
+}
+
 // --- Files ---
 
 /// A file that lives as long as the object.

@@ -91,7 +91,7 @@ TEST_F(Assemble, TellsWhereATextHasAnotherForm) {
   for (const auto& [text, place, message] : cases) {
     SCOPED_TRACE(text);
     writeFile("in.txt", text);
-    const auto shown = [&](const std::string& name) {
+    const auto shown = [&place = place, &message = message](const std::string& name) {
       return name + ":" + place + ": " + message + "\n";
     };
     EXPECT_EQ(run({"assemble", "in.txt", "out.fi"}).err, shown("in.txt"));

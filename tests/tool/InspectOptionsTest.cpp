@@ -1,3 +1,4 @@
+#include "HelpTexts.h"
 #include "InspectSupport.h"
 #include "Terminal.h"
 
@@ -136,7 +137,8 @@ TEST_F(InspectOptions, ShowsDeepDocumentsInShortLines) {
 
 TEST_F(InspectOptions, IsExplained) {
   EXPECT_EQ(run({"inspect", "--help"}),
-            (Result{0, R"help(Shows what every octet of a Fast Infoset document is.
+            (Result{0,
+                    R"help(Shows what every octet of a Fast Infoset document is.
 
 Usage: tavrin inspect [OPTIONS] FILE
 
@@ -148,7 +150,8 @@ Options:
   --tables          show the tables of the vocabulary behind each document
   --color WHEN      auto, always or never: whether to use colours. auto, which is so without the
                     option, does on a terminal unless the environment has NO_COLOR
-  -h, --help        print this help
+)help" + kLimitOption + kVocabularyOptions +
+                        R"help(  -h, --help        print this help
 
 Every line has an offset, octets in hexadecimal and a comment, which tells what the octets are, with
 the clauses of ITU-T X.891 that say so; then the value, the entry of a table that an index names,
@@ -166,6 +169,10 @@ All octets are shown as what they are then. So it fails where check does, but fo
 no Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets
 alone are judged.
 
+The entries of an external vocabulary are those of --vocabulary, where its URI is that of --uri.
+Otherwise they are not known: indexes are shown as they are.
+
+)help" + kLimits + R"help(
 The command assemble makes the same octets of the lines again.
 
 Examples:

@@ -199,26 +199,6 @@ TEST_F(Inspect, ShowsLongValuesInPieces) {
           "of the document\n");
 }
 
-TEST_F(Inspect, CannotKnowTheEntriesOfAnExternalVocabulary) {
-  expectFailure(octets("E0 00 00 01 20 10 80 02 'u:v' 00 00 'a' 05 92 01 'text' 3C 82 A0 FF F0"),
-                kHeader +
-                    R"(00000004: 20                       # document (C.2): initial vocabulary
-00000005: 10 80                    #   initial vocabulary (C.2.5)
-00000007: 02 75 3a 76              #     external vocabulary (C.22): "u:v"
-# ! octet 11: Unknown external vocabulary - u:v
-0000000b: 00                       #     LOCAL NAME (C.21): 1 item
-0000000c: 00 61                    #       local name (C.22): "a" -> LOCAL NAME[1] behind the external vocabulary
-0000000e: 05                       #   element (C.3, C.18, C.27) = ELEMENT NAME[6]  /?
-0000000f: 92 01 74 65 78 74        #     characters (C.7, C.15, C.20, C.24): "text" -> CONTENT CHARACTER CHUNK[1] behind the external vocabulary  /?
-00000015: 3c                       #     element (C.3, C.18), with a literal name
-00000016: 82                       #       local name (C.13, C.25) = LOCAL NAME[3] of or behind the external vocabulary -> ELEMENT NAME[1] behind the external vocabulary  /?/?
-00000017: a0                       #       characters (C.7, C.15, C.28) = CONTENT CHARACTER CHUNK[1] of or behind the external vocabulary  /?/?
-00000018: ff                       #     end of the element (C.3.8)  /?/? and of  /?
-00000019: f0                       # end of the document (C.2.12)
-)",
-                "octet 11: Unknown external vocabulary - u:v");
-}
-
 TEST_F(Inspect, ShowsSeveralDocuments) {
   expectText(
       "<?xml version='1.0' encoding='finf'?>" + octets("E0 00 00 01 00 3C 00 'a' F0 F0") +

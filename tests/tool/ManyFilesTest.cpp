@@ -214,7 +214,7 @@ TEST_F(ManyFiles, NeedAFolder) {
   writeFile("file", "");
   EXPECT_EQ(convert({"-o", "file", "a.xml"}), refused("file: Not a directory"));
   EXPECT_EQ(convert({"-o", "file/below", "a.xml"}), refused("file/below: Not a directory"));
-  EXPECT_EQ(convert({"-o", "", "a.xml"}), refused(": No such file or directory"));
+  EXPECT_EQ(convert({"-o", "", "a.xml"}), refused("\"\": No such file or directory"));
   EXPECT_EQ(convert({"-o", "out", "-"}), refused("-o DIR: a copy of standard input has no name"));
   EXPECT_EQ(convert({"a.xml", "b.fi", "-o"}),
             refused("--output: DIR is missing (see tavrin convert --help)"));

@@ -121,3 +121,17 @@ TEST_F(Encoding, OfWhatIsReadIsAnyThatIconvKnows) {
                     "-:2:4: not well-formed (invalid token): octet FF is not part of a character "
                     "of \"EUC-JP\"\n"}));
 }
+
+// An ampersand begins what is no ASCII there, so even the references of markup look otherwise.
+TEST_F(Encoding, MayWriteMarkupInItsOwnWay) {
+  const std::string document = "<a b='1 &amp; 2'>x~\\ €\n<b/>&lt;</a>";
+  const std::string expected =
+      declared("UTF-7-IMAP") + "<a b='1 &-amp; 2'>x~\\ &IKwACg-<b/>&-lt;</a>";
+  EXPECT_EQ(converted(document, "UTF-7-IMAP"), expected);
+  EXPECT_EQ(run({"convert", "--no-declaration", "-"}, expected), (Result{0, document, ""}));
+  EXPECT_EQ(
+      run({"check", "-"}, declared("UTF-7-IMAP") + "<a>&lt;</a>"),
+      (Result{1, "",
+              "-:1:47: not well-formed (invalid token): octet 3B is not part of a character of "
+              "\"UTF-7-IMAP\"\n"}));
+}

@@ -55,6 +55,12 @@ TEST_F(Properties, OfFastInfosetAreChangedInTheCopy) {
                      "indexed-attribute-value-length=2"}),
             done(octets(head + "02 'xyz' F0 82 01 'text' 7C 00 'c' 00 02 'xyz' FF 82 01 'text' "
                                "FF")));
+  EXPECT_EQ(convert({"--property", "value-indexing=never"}),
+            done(octets(head + "02 'xyz' F0 82 01 'text' 7C 00 'c' 00 02 'xyz' FF 82 01 'text' "
+                               "FF")));
+  for (const std::string indexing : {"always", "adaptive"}) {
+    EXPECT_EQ(convert({"--property=value-indexing=" + indexing}), convert({}));
+  }
   for (const std::string most : {"4", "0.5K", "1G", "none"}) {
     EXPECT_EQ(convert({"--property=indexed-chunk-length=" + most}), convert({}));
   }
@@ -128,7 +134,7 @@ TEST_F(Properties, AreThoseThatThereAre) {
     EXPECT_EQ(run({command, "--property", "bogus", "in.xml"}),
               refused("--property bogus: there is no such property (there are base-uri, "
                       "reparse-deferral, raw-octets, indent-width, quote-character, "
-                      "indexed-attribute-value-length, indexed-chunk-length)"));
+                      "indexed-attribute-value-length, indexed-chunk-length, value-indexing)"));
   }
 }
 
@@ -155,6 +161,9 @@ TEST_F(Properties, HaveValuesOfTheirOwn) {
   }
   for (const std::string value : {"", "x", "-1", "1KK", "0x10", "inf"}) {
     refuse("--property", "indexed-chunk-length=" + value, "not a number or none");
+  }
+  for (const std::string value : {"", "on", "Always", "sometimes"}) {
+    refuse("--property", "value-indexing=" + value, "not always, never or adaptive");
   }
 }
 

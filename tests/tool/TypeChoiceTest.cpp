@@ -25,15 +25,21 @@ TEST_F(TypeChoice, TakesTheXMLDeclarationsOfFastInfosetForIt) {
        }) {
     SCOPED_TRACE(declaration);
     writeFile("in.xml", declaration + kBinary);
-    EXPECT_EQ(run({"check", "in.xml"}), (Result{0, "in.xml: well-formed\n", ""}));
+    // Octets are counted from the first of the declaration.
+    const std::string begun = ": octet " + std::to_string(declaration.size() + 5);
+    const bool isOther = declaration.find("1.1") != std::string::npos;
+    const std::string warning =
+        isOther ? begun + ": warning: XML 1.1 is read by the rules of XML 1.0\n" : "";
+    EXPECT_EQ(run({"check", "in.xml"}),
+              (Result{0, "in.xml: well-formed\n", isOther ? "in.xml" + warning : ""}));
     EXPECT_EQ(run({"convert", "--no-declaration", "in.xml"}), (Result{0, "<a/>", ""}));
     EXPECT_EQ(run({"convert", "--no-declaration", "-"}, declaration + kBinary),
               (Result{0, "<a/>", ""}));
-    // Octets are counted from the first of the declaration.
     const std::string cut = declaration + kBinary.substr(0, 8);
-    EXPECT_EQ(run({"check", "-"}, cut), (Result{1, "",
-                                                "-: octet " + std::to_string(cut.size()) +
-                                                    ": Unexpected end of document\n"}));
+    EXPECT_EQ(run({"check", "-"}, cut),
+              (Result{1, "",
+                      (isOther ? "-" + warning : "") + "-: octet " + std::to_string(cut.size()) +
+                          ": Unexpected end of document\n"}));
   }
 }
 

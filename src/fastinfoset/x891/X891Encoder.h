@@ -3,6 +3,7 @@
 #include <Tavrin/Vocabulary.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <memory>
@@ -16,6 +17,7 @@
 #include "../Encoder.h"
 #include "../InitialVocabulary.h"
 #include "../SharedVocabulary.h"
+#include "ValueTally.h"
 
 namespace Tavrin {
 
@@ -51,7 +53,7 @@ class NameRecords {
   Record& operator[](std::size_t index) { return records_[index]; }
   /// The record of an index, which is a new one at first.
   Record& at(std::size_t index) {
-    if (index >= records_.size()) records_.resize(index + index / 2 + 1);
+    if (index >= records_.size()) records_.resize(std::max(kFirst, index + index / 2 + 1));
     return records_[index];
   }
   /// Comes before a new record is changed.
@@ -68,6 +70,7 @@ class NameRecords {
 
  private:
   static constexpr std::size_t kFew = 8;
+  static constexpr std::size_t kFirst = 32;
 
   std::vector<Record> records_;
   std::vector<std::size_t> used_;
@@ -94,6 +97,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void beginDocument();
   template <typename Access>
   bool accessProperty(Access access);
+  void setValueIndexing(const std::string& mode);
 
   // --- Start tags ---
 
@@ -103,14 +107,25 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void classifyAttributes(const Attributes& attributes);
   void checkAttributes(const Attributes& attributes);
   void encodeAttributes(const Attributes& attributes);
-  void encodeNewAttributeName(const EventName& name);
+  unsigned encodeNewAttributeName(const EventName& name);
+  template <typename Record>
+  unsigned encodeUnlistedName(unsigned bits, unsigned table, const NameParts& name,
+                              NameRecords<Record>& records);
+  template <typename Record>
+  fastinfoset::ValueTally& tallyOf(NameRecords<Record>& records, unsigned index) {
+    return index != fastinfoset::kNoIndex ? records[index].tally : document_.unlisted;
+  }
   void declare(const std::string& prefix, const std::string& uri);
   void declareByAttributes(const Attributes& attributes);
   void checkElementName(const EventName& name, unsigned index, bool isKnown);
   void checkAttributeName(const EventName& name, unsigned index, bool isKnown);
+  struct AttributeRecord;
+  bool isFirst(const EventName& name, AttributeRecord& record);
+  void checkNewAttribute(const Attributes& attributes, std::size_t number);
   void checkNewName(const EventName& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
+  bool addsNew(unsigned table, const std::string& text, fastinfoset::ValueTally& tally);
   /// Refuses what would make the tables larger than a reader allows.
   void checkTableOctets(std::uint64_t octets, std::uint64_t entries) const;
 
@@ -132,6 +147,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   // --- Text and typed values ---
 
   void addText(const std::string& text);
+  bool addsChunk(const std::string& text, bool isFound) override;
   void checkTypedContent() const;
   template <typename Algorithm, typename Value>
   void encodeTypedContent(Algorithm& algorithm, const Value& value, std::uint64_t octets);
@@ -146,6 +162,9 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   unsigned fieldOf(const std::string& uri, int index) const;
   [[noreturn]] void refuseAlgorithm(const std::string& uri, int index) const;
 
+  static constexpr char kAdaptive[] = "adaptive";
+  static constexpr char kAlways[] = "always";
+  static constexpr char kNever[] = "never";
   static constexpr std::uint64_t kIndexedLengthDefault = 32;
   static constexpr std::uint64_t kMaximumTableOctetsDefault = std::uint64_t{64} << 20;
 
@@ -165,6 +184,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   EncodingAlgorithmMap* registeredAlgorithms_ = nullptr;
   std::optional<std::vector<std::string>> algorithmURIs_;
   std::uint64_t maximumDepth_ = UINT64_MAX;
+  std::string valueIndexing_ = kAdaptive;
+  bool isAdaptive_ = true;  // As this says.
 
   // --- The document ---
   enum class Kind { comment, processingInstruction, documentType, endOfDocumentType };
@@ -176,10 +197,20 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::string first;
     std::string second;
   };
-  /// The result of checking the name of an attribute.
+  /// What is known of a name.
+  struct ElementRecord {
+    std::uint64_t bindings = 0;     // The version of the bindings for which the prefix was checked.
+    fastinfoset::ValueTally tally;  // Of its chunks.
+  };
   struct AttributeRecord {
-    std::uint64_t bindings = 0;  // The version of the bindings for which the prefix was checked.
-    std::size_t number = xml::UniqueAttributes::kUnknown;
+    std::uint64_t bindings = 0;
+    std::size_t number = xml::UniqueAttributes::kUnknown;  // Of one in a namespace.
+    std::uint64_t lastTag = 0;      // Of another one: its index tells it apart.
+    fastinfoset::ValueTally tally;  // Of its values.
+  };
+  struct OpenElement {
+    std::size_t declarations;
+    unsigned name;  // Its index, or kNoIndex.
   };
 
   struct Document {
@@ -192,8 +223,10 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
-    std::set<std::string> declared;          // Prefixes, for the next start tag.
-    std::vector<std::size_t> declaredCount;  // Of each open element.
+    std::set<std::string> declared;  // Prefixes, for the next start tag.
+    std::vector<OpenElement> openElements;
+    unsigned textElement = fastinfoset::kNoIndex;  // The name of the innermost, which has the text.
+    fastinfoset::ValueTally unlisted;              // Of names that are in no table.
 
     std::shared_ptr<const SharedVocabulary> vocabulary;  // With which the tables begin, or null.
     unsigned loadedValues = 0;            // The number of values in the vocabularies.
@@ -201,7 +234,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
-  NameRecords<std::uint64_t> elementBindings_;  // As AttributeRecord::bindings.
+  NameRecords<ElementRecord> elementRecords_;
   NameRecords<AttributeRecord> attributeRecords_;
 
   // --- Of the current event ---
@@ -211,6 +244,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     unsigned valueIndex;  // Of its text, or kNoIndex.
     bool isKnown;         // Its name is one of known_.
   };
+  bool isClear_ = true;     // There has been no event of a document.
   bool isWriting_ = false;  // Some of its octets may be written.
   NameParts elementName_;
   unsigned elementIndex_ = 0;                 // Of its name, or kNoIndex.

@@ -25,6 +25,13 @@ void XMLWriter_X891::Encoder::addText(const std::string& text) {
   characters += text;
 }
 
+bool XMLWriter_X891::Encoder::addsChunk(const std::string& text, bool isFound) {
+  ValueTally& tally = tallyOf(elementRecords_, document_.textElement);
+  if (!isFound) return addsNew(kContentCharacterChunks, text, tally);
+  if (isAdaptive_) tally.count(true);
+  return false;
+}
+
 void XMLWriter_X891::characters(const std::string& text) {
   std::string& buffer = encoder_->characters;
   // The most frequent event; sections and unusual characters need more.

@@ -2,6 +2,8 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_X891.h>
 
+#include <algorithm>
+
 #include "../../sax/AtLimit.h"
 #include "../../xml/Rules.h"
 #include "../../xml/simd/EasyText.h"
@@ -107,8 +109,9 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
       encoder.isWriting_ = elements_.size() < depth;  // Otherwise it was refused.
       throw;
     }
-    document.bindings.undo(document.declaredCount.back());
-    document.declaredCount.pop_back();
+    document.bindings.undo(document.openElements.back().declarations);
+    document.openElements.pop_back();
+    if (depth > 1) document.textElement = document.openElements.back().name;
   });
 }
 
@@ -127,7 +130,7 @@ void XMLWriter_X891::Encoder::prepareStartTag(const EventName& name, const Attri
 
 void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attributes& attributes) {
   prepareStartTag(name, attributes);
-  document_.declaredCount.push_back(document_.declared.size());
+  document_.openElements.push_back({document_.declared.size(), kNoIndex});
   isWriting_ = true;
   if (!document_.childrenBegan) beginChildren(*header_);
   flushCharacters();
@@ -144,8 +147,10 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
     if (elementIndex_ != kNoIndex) {
       writeInteger(kElementIndex, flag, elementIndex_);
     } else {
-      encodeNewName(kLiteralElementName | flag, kElementNames, elementName_);
+      elementIndex_ = encodeUnlistedName(kLiteralElementName | flag, kElementNames, elementName_,
+                                         elementRecords_);
     }
+    document_.openElements.back().name = document_.textElement = elementIndex_;
     if (hasAttributes) encodeAttributes(attributes);
   }
   namespaces_.clear();
@@ -197,10 +202,10 @@ void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned i
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   if (index == kNoIndex) checkNewName(name);
   std::uint64_t fresh = 0;
-  std::uint64_t& bindings = index != kNoIndex ? elementBindings_.at(index) : fresh;
+  std::uint64_t& bindings = index != kNoIndex ? elementRecords_.at(index).bindings : fresh;
   if (bindings == document.bindings.version()) return;
   xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), document.bindings));
-  if (index != kNoIndex && bindings == 0) elementBindings_.use(index);
+  if (index != kNoIndex && bindings == 0) elementRecords_.use(index);
   bindings = document.bindings.version();
 }
 
@@ -208,10 +213,8 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
                                                  bool isKnown) {
   Document& document = document_;
   if (isKnown) {  // It has been checked, so that it has a record.
-    const AttributeRecord& record = attributeRecords_[index];
-    if (record.bindings == document.bindings.version() && document.attributes.take(record.number)) {
-      return;
-    }
+    AttributeRecord& record = attributeRecords_[index];
+    if (record.bindings == document.bindings.version() && isFirst(name, record)) return;
   }
   if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
   AttributeRecord fresh;
@@ -223,10 +226,43 @@ void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned
     if (index != kNoIndex && record.bindings == 0) attributeRecords_.use(index);
     record.bindings = document.bindings.version();
   }
+  // Those that are new are compared later.
+  const bool isLater = index == kNoIndex && name.uri.empty();
+  if (!isLater && !isFirst(name, record)) throw SAXException(xml::givenTwice(spelling(name)));
+}
+
+/// Whether a name is the first with its namespace name and local name in the tag. Without a
+/// namespace, it is the only one with these.
+bool XMLWriter_X891::Encoder::isFirst(const EventName& name, AttributeRecord& record) {
+  xml::UniqueAttributes& unique = document_.attributes;
+  if (name.uri.empty()) return unique.isFirst(record.lastTag);
   if (record.number == xml::UniqueAttributes::kUnknown) {
-    record.number = document.attributes.number(name.uri, name.localName);
+    record.number = unique.number(name.uri, name.localName);
   }
-  if (!document.attributes.take(record.number)) throw SAXException(xml::givenTwice(spelling(name)));
+  return unique.take(record.number);
+}
+
+/// Checks that no other new name without a namespace is the same as the last one, which name_ has.
+/// The few of most tags are compared with each other, as a search would add each to a table first.
+void XMLWriter_X891::Encoder::checkNewAttribute(const Attributes& attributes, std::size_t number) {
+  constexpr std::size_t kFew = 16;
+  const int position = attributes_[number].position;
+  bool isGiven = false;
+  if (attributes_.size() > kFew) {
+    xml::UniqueAttributes& unique = document_.attributes;
+    isGiven = !unique.take(unique.number({}, name_.localName));
+  } else {
+    isGiven =
+        std::any_of(attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
+                    [&](const CheckedAttribute& other) {
+                      return other.index == kNoIndex &&
+                             attributes.getLocalName(other.position) == name_.localName &&
+                             attributes.getURI(other.position).empty();
+                    });
+  }
+  if (!isGiven) return;
+  const std::string& qName = attributes.getQName(position);
+  throw SAXException(xml::givenTwice(qName.empty() ? name_.localName : qName));
 }
 
 // --- Attributes ---
@@ -260,6 +296,7 @@ void XMLWriter_X891::Encoder::classifyAttributes(const Attributes& attributes) {
 void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
   if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
+  std::size_t number = 0;
   for (auto& [i, index, valueIndex, isKnown] : attributes_) {
     const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
                             attributes.getQName(i)};
@@ -268,6 +305,8 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
       if (const unsigned* const found = names(kAttributeNames).find(name_)) index = *found;
     }
     checkAttributeName(name, index, isKnown);
+    if (index == kNoIndex && name_.namespaceName.empty()) checkNewAttribute(attributes, number);
+    ++number;
     if (!isKnown && index != kNoIndex) {
       known_.attributes.put(name.uri, name.localName, name.qName, index);
     }
@@ -285,38 +324,68 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
 void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
   const unsigned positions = strings(kAttributeValues).positions();
-  for (const auto& [i, index, valueIndex, isKnown] : attributes_) {
+  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
     if (index != kNoIndex) {
       encodeIndex(0, index);
     } else {
-      encodeNewAttributeName(
+      index = encodeNewAttributeName(
           {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
-    } else if (valueIndex != kNoIndex) {
-      encodeIndex(kStringIndex, valueIndex);
+      continue;
+    }
+    ValueTally& tally = tallyOf(attributeRecords_, index);
+    const auto refer = [&](unsigned position) {
+      if (isAdaptive_) tally.count(true);
+      encodeIndex(kStringIndex, position);
+    };
+    if (valueIndex != kNoIndex) {
+      refer(valueIndex);
+      continue;
+    }
+    const std::string& value = attributes.getValue(i);
+    StringIndexMap& values = strings(kAttributeValues);
+    // An attribute before it may have added it.
+    const bool mayBeKnown = values.positions() != positions && !value.empty();
+    if (const unsigned* const added = mayBeKnown ? values.find(value) : nullptr) {
+      refer(*added);
     } else {
-      const std::string& value = attributes.getValue(i);
-      const bool adds = isIndexed(kAttributeValues, value);
-      if (strings(kAttributeValues).positions() == positions) {
-        encodeNewString(kAttributeValues, adds, value);
-      } else {
-        encodeString(kAttributeValues, adds, value);  // An attribute before it may have added it.
-      }
+      encodeNewString(kAttributeValues, !value.empty() && addsNew(kAttributeValues, value, tally),
+                      value);
     }
   }
 }
 
-/// Writes a name that was not in the table when the tag began. An attribute before it may have
-/// added it.
-void XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
+/// Writes a name that was not in the table when the tag began. None of the attributes before it has
+/// added it: it would be given twice.
+/// @return its index, or kNoIndex where the table is full
+unsigned XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
   assignName(name_, name);
-  if (const unsigned* const index = names(kAttributeNames).find(name_)) {
-    encodeIndex(0, *index);
-  } else {
-    encodeNewName(kLiteralAttributeName, kAttributeNames, name_);
-  }
+  return encodeUnlistedName(kLiteralAttributeName, kAttributeNames, name_, attributeRecords_);
+}
+
+/// Writes a name that has been checked and is not in its table, and adds it.
+/// @return its index, or kNoIndex where the table is full
+template <typename Record>
+unsigned XMLWriter_X891::Encoder::encodeUnlistedName(unsigned bits, unsigned table,
+                                                     const NameParts& name,
+                                                     NameRecords<Record>& records) {
+  const unsigned index = names(table).positions();
+  encodeNewName(bits, table, name);
+  if (names(table).positions() == index) return kNoIndex;
+  records.at(index).bindings = document_.bindings.version();
+  records.use(index);
+  return index;
+}
+
+/// Whether a value or chunk that is not in its table is added. It is counted.
+bool XMLWriter_X891::Encoder::addsNew(unsigned table, const std::string& text, ValueTally& tally) {
+  if (!isIndexed(table, text)) return false;
+  if (!isAdaptive_) return true;
+  const bool adds = tally.adds();
+  tally.count(false);
+  return adds;
 }
 
 void XMLWriter_X891::Encoder::checkValue(const std::string& value, unsigned index) const {

@@ -84,7 +84,7 @@ void XMLWriter_X891::Encoder::prepareVocabulary() {
     if (external != nullptr) loadExternalVocabulary(*external);
   }
   // These are indexed by positions of the tables.
-  elementBindings_.forget(document_.vocabulary != nullptr);
+  elementRecords_.forget(document_.vocabulary != nullptr);
   attributeRecords_.forget(document_.vocabulary != nullptr);
   if (external != nullptr) composed_.externalVocabulary = *externalVocabulary_;
   if (header_ == &composed_) loadInitialVocabulary(composed_);

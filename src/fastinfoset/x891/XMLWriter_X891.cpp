@@ -29,6 +29,7 @@ XMLWriter_X891::Encoder::Encoder(XMLWriter_X891& writer)
   limits_.indexedAttributeValueLength = kIndexedLengthDefault;
   limits_.indexedChunkLength = kIndexedLengthDefault;
   limits_.maximumTableOctets = kMaximumTableOctetsDefault;
+  isInPlace_ = true;
   isBuffering_ = true;  // Also between events: each sends its octets at its end.
 }
 
@@ -43,6 +44,7 @@ bool XMLWriter_X891::Encoder::accessProperty(Access access) {
          access(properties::externalVocabularies, externalVocabularies_) ||
          access(properties::externalVocabulary, externalVocabulary_) ||
          access(properties::initialVocabulary, initialVocabulary_) ||
+         access(properties::valueIndexing, valueIndexing_, std::string(kAdaptive)) ||
          access(properties::indexedAttributeValueLength, limits_.indexedAttributeValueLength,
                 kIndexedLengthDefault) ||
          access(properties::indexedChunkLength, limits_.indexedChunkLength,
@@ -57,9 +59,23 @@ void XMLWriter_X891::setProperty(const std::string& name, void* value) {
     xml::refuseIf(xml::whyNotVersion(*static_cast<const std::string*>(value)));
   }
   if (name == properties::initialVocabulary) encoder_->sharedInitial_.reset();
+  if (name == properties::valueIndexing) {
+    return encoder_->setValueIndexing(value == nullptr ? Encoder::kAdaptive
+                                                       : *static_cast<const std::string*>(value));
+  }
   if (!encoder_->accessProperty(PropertySetter{name, value})) {
     XMLWriter::setProperty(name, value);
   }
+}
+
+void XMLWriter_X891::Encoder::setValueIndexing(const std::string& mode) {
+  if (mode != kAlways && mode != kNever && mode != kAdaptive) {
+    throw SAXException("Property \"" + std::string(properties::valueIndexing) +
+                       "\" must be always, never or adaptive");
+  }
+  valueIndexing_ = mode;
+  isAdaptive_ = mode == kAdaptive;
+  limits_.addsValues = mode != kNever;
 }
 
 void XMLWriter_X891::setInitialVocabulary(const OwnedVocabulary& vocabulary) {
@@ -84,15 +100,18 @@ void XMLWriter_X891::startDocument() {
     if (state_ == Initial) encoder.findExternalVocabulary();
     XMLWriter::startDocument();
     encoder.beginDocument();
+    encoder.isClear_ = false;
   });
 }
 
 void XMLWriter_X891::Encoder::beginDocument() {
+  if (isClear_) return;
   clearTables();
   document_ = {};
   pendingTerminator = false;
   characters.clear();
   namespaces_.clear();
+  isClear_ = true;
 }
 
 void XMLWriter_X891::endDocument() {

@@ -132,6 +132,23 @@ void XML10Driver::resume() {
   });
 }
 
+bool XML10Driver::pull() {
+  const ParseScope scope(parsing_);
+  bool isHalted = false;
+  guardParse([&] {
+    isHalted = document_->scanner->pull();
+    if (!isHalted) isHalted = pullRarer();
+  });
+  return isHalted;
+}
+
+bool XML10Driver::pullRarer() {
+  const XML10Scanner::Outcome outcome = document_->scanner->goOn();
+  if (document_->scanner->isHaltedHere()) return true;
+  finishParse(afterScan(outcome, document_->isFinal), document_->isFinal);
+  return false;
+}
+
 XML_Status XML10Driver::continueParse() {
   XML_Status status = XML_STATUS_OK;
   const bool isStream = document_->stream != nullptr;
@@ -167,7 +184,8 @@ void XML10Driver::beginDocument() {
     const XML10Scanner::Settings ways = {.splitsNames = features.namespaces,
                                          .listsDeclarations = features.namespacePrefixes,
                                          .namesXmlns = features.xmlnsURIs};
-    document_->scanner = std::make_unique<XML10Scanner>(*this, ways);
+    ScannedEvents& events = pulledEvents != nullptr ? *pulledEvents : *this;
+    document_->scanner = std::make_unique<XML10Scanner>(events, ways);
     document_->current().scanner = document_->scanner.get();
   }
   // makeReady announces the document, at its XML declaration or the first other event.
@@ -343,6 +361,10 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
   const std::string kept = std::move(start);
   document_->start.reset();
   if (isFirst) return parseBlock(block, size, isFinal);
+  if (isScanned()) {
+    document_->waiting.append(kept.data(), kept.size() - front.size());
+    return scanBlock(block, size, isFinal);
+  }
   const bool isAll = front.size() == size;
   const XML_Status status = parseBlock(kept.data(), kept.size(), isFinal && isAll);
   if (isAll) return status;

@@ -166,6 +166,9 @@ struct XML10Document {
   std::string encodingProblem;
 };
 
+/// Names the driver of a reader, for those who pull from it.
+inline constexpr char kDriverProperty[] = "http://tavrin/parser/properties/driver";
+
 /// Reads documents for the reader "XML10".
 class XML10Driver : public EventTarget, public ScannedEvents {
  public:
@@ -178,6 +181,23 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void resume();
   bool isStopped() const { return gate_.isStopped(); }
   bool isPaused() const { return gate_.isPaused(); }
+
+  // Documents that are scanned, event by event: `parse` begins with the octets of a block, `pull`
+  // goes on where a call of `haltHere` has ended either.
+  /// @return whether `haltHere` has ended it again
+  bool pull();
+  bool isHaltedHere() const {
+    return document_ && document_->scanner && document_->scanner->isHaltedHere();
+  }
+  void haltHere() { document_->scanner->haltHere(); }
+  /// Whether no event has to come before the current one.
+  bool isReady() const { return ready_; }
+  /// Whether an element that begins now is one too many.
+  bool isTooDeep() const {
+    return document_->scanner->depth() > document_->settings.limits.maximumDepth;
+  }
+  /// Who receives the scanner's events; null for the driver itself, which takes all of them.
+  ScannedEvents* pulledEvents = nullptr;
 
   XML10Settings settings;
   XML10Facts facts;
@@ -215,6 +235,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
  private:
   template <typename Parse>
   void guardParse(Parse parse);
+  [[gnu::noinline]] bool pullRarer();
   void checkNotPaused(const char* operation) const;
   void beginDocument();
   void createParser();
@@ -266,6 +287,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   bool isScanned() const { return document_->current().scanner != nullptr; }
   XML_Status scanBlock(const char* block, unsigned long size, bool isFinal);
   XML_Status scan(std::string_view octets, bool areLast);
+  XML_Status afterScan(XML10Scanner::Outcome outcome, bool areLast);
   /// Has expat go on where the scanner has stopped.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();

@@ -46,8 +46,12 @@ XML_Status XML10Driver::scanBlock(const char* block, unsigned long size, bool is
 }
 
 XML_Status XML10Driver::scan(std::string_view octets, bool areLast) {
-  XML10Scanner& scanner = *document_->scanner;
-  const XML10Scanner::Outcome outcome = scanner.scan(octets, areLast);
+  return afterScan(document_->scanner->scan(octets, areLast), areLast);
+}
+
+XML_Status XML10Driver::afterScan(XML10Scanner::Outcome outcome, bool areLast) {
+  const XML10Scanner& scanner = *document_->scanner;
+  if (scanner.isHaltedHere()) return XML_STATUS_SUSPENDED;
   if (outcome == XML10Scanner::Outcome::refused) return passToExpat(scanner.rest(), areLast);
   const bool isHalted = outcome == XML10Scanner::Outcome::halted;
   if (isHalted || !areLast) document_->waiting.keep(scanner.rest());

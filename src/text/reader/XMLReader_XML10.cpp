@@ -112,6 +112,7 @@ void XMLReader_XML10::setProperty(const std::string& name, void* value) {
 }
 
 void* XMLReader_XML10::getProperty(const std::string& name) {
+  if (name == text::kDriverProperty) return static_cast<text::XML10Driver*>(driver_.get());
   void* value = nullptr;
   const bool isKnown = driver_->accessProperty(PropertyGetter{name, value});
   return isKnown ? value : XMLReader::getProperty(name);

@@ -146,7 +146,8 @@ XML10Scanner::Reference XML10Scanner::characterReference(std::string_view number
 XML10Scanner::Step XML10Scanner::contentReference() {
   const Reference found = reference(at_);
   if (found.step != Step::done) return found.step;
-  report(found.text);
+  text_ = found.text;
+  report(text_);
   at_ += found.octets;
   return Step::done;
 }

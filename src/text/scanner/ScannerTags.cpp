@@ -256,11 +256,17 @@ XML10Scanner::Step XML10Scanner::endOfStartTag(const char* end, bool isEmpty) {
   open_.push_back(element);
   events_.scannedStart(*uri, *element.name->localName, element.name->qName, attributes_);
   at_ = end;
-  if (isEmpty) {
-    event_ = at_;
-    reportEnd(element);
-  }
+  isEmptyTag_ = isEmpty;
+  if (isEmpty && !isHaltedHere_) completeTag();
   return Step::done;
+}
+
+/// Reports what is left of a tag.
+void XML10Scanner::completeTag() {
+  if (declarationsToLeave_ > 0) return leaveScope();
+  isEmptyTag_ = false;
+  event_ = at_;
+  reportEnd(open_.back());
 }
 
 /// Puts the namespace declarations of a start tag into force (Namespaces in XML, section 3).
@@ -354,15 +360,22 @@ XML10Scanner::Step XML10Scanner::endTag() {
   return Step::done;
 }
 
-void XML10Scanner::reportEnd(const OpenElement& element) {
+/// @param element the innermost one
+void XML10Scanner::reportEnd(OpenElement element) {
   open_.pop_back();
   numbered_ = std::min(numbered_, open_.size());
+  if (open_.empty()) phase_ = Phase::epilog;
+  declarationsToLeave_ = element.declarations;
   events_.scannedEnd(*element.uri, *element.name->localName, element.name->qName);
-  for (std::size_t i = 0; i < element.declarations; ++i) {
+  if (!isHaltedHere_) leaveScope();
+}
+
+/// Leaves the scope of the declarations of an element that has ended.
+void XML10Scanner::leaveScope() {
+  for (; declarationsToLeave_ > 0; --declarationsToLeave_) {
     events_.scannedPrefixEnd(bindings_.prefixAt(bindings_.count() - 1));
     bindings_.undo(1);
   }
-  if (open_.empty()) phase_ = Phase::epilog;
 }
 
 }  // namespace Tavrin::text

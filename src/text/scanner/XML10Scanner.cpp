@@ -9,23 +9,30 @@ XML10Scanner::Outcome XML10Scanner::scan(std::string_view octets, bool areLast) 
   begin_ = counted_ = event_ = at_ = octets.data();
   end_ = begin_ + octets.size();
   blockPlace_ = place_;
-  isHalted_ = false;
+  isHalted_ = isHaltedHere_ = false;
   isLast_ = areLast;
+  step_ = Step::done;
+  return goOn();
+}
+
+XML10Scanner::Outcome XML10Scanner::goOn() {
   // Afterwards the octets may be gone, also where a handler throws.
   struct Scope {
     const XML10Scanner& scanner;
-    ~Scope() { scanner.place(); }
+    ~Scope() {
+      if (!scanner.isHaltedHere_) scanner.place();
+    }
   } const scope = {*this};
-  Step step = Step::done;
-  while (step == Step::done && !isHalted_) step = scanPhase();
+  while (step_ == Step::done && !isHalted_) step_ = scanPhase();
   rest_ = {at_, left(at_)};
-  if (step == Step::cut && areLast) {
+  if (isHaltedHere_) return Outcome::halted;
+  if (step_ == Step::cut && isLast_) {
     if (phase_ == Phase::epilog && at_ == end_) return Outcome::read;
-    step = Step::refused;
+    step_ = Step::refused;
   }
   endBlock();
-  if (step == Step::refused) return Outcome::refused;
-  return step == Step::cut ? Outcome::read : Outcome::halted;
+  if (step_ == Step::refused) return Outcome::refused;
+  return step_ == Step::cut ? Outcome::read : Outcome::halted;
 }
 
 /// [1] document ::= prolog element Misc*

@@ -45,10 +45,29 @@ class XML10Scanner {
   /// Reads the next octets. They begin with the rest of the call before.
   /// @param areLast whether the document ends with them; where that is no failure, nothing is left
   Outcome scan(std::string_view octets, bool areLast);
+  /// After `haltHere`, reads the same octets up to the next event, where that takes a token or
+  /// less. Otherwise it has to be followed by `goOn`.
+  /// @return whether it has come to an event that has called `haltHere`
+  bool pull() {
+    isHalted_ = isHaltedHere_ = false;
+    step_ = Step::done;
+    if (isEmptyTag_ || declarationsToLeave_ > 0) {
+      completeTag();
+    } else if (phase_ == Phase::content) {
+      step_ = content();
+    }
+    return isHaltedHere_;
+  }
+  /// Reads on after that, as `scan` does.
+  Outcome goOn();
+  bool isHaltedHere() const { return isHaltedHere_; }
   /// What the last call has not read, in its octets.
   std::string_view rest() const { return rest_; }
   /// Ends the call of `scan` that is under way, after the current token.
   void halt() { isHalted_ = true; }
+  /// Ends the call of `scan`, `pull` or `goOn` that is under way, after the current event. Its
+  /// strings stay valid, and the octets must stay where they are, until the next call of `pull`.
+  void haltHere() { isHalted_ = isHaltedHere_ = true; }
 
   /// Where the markup or text of the current event begins.
   std::uint64_t octetsBefore() const {
@@ -124,6 +143,7 @@ class XML10Scanner {
   };
 
   Step scanPhase();
+  void completeTag();
   void endBlock();
 
   // Document and prolog: ScannedProlog.cpp.
@@ -171,7 +191,8 @@ class XML10Scanner {
   }
   bool isFirst(ScannedName& attribute);
   Step endTag();
-  void reportEnd(const OpenElement& element);
+  void reportEnd(OpenElement element);
+  void leaveScope();
 
   std::size_t left(const char* at) const { return static_cast<std::size_t>(end_ - at); }
 
@@ -186,7 +207,11 @@ class XML10Scanner {
   Tag tag_;
 
   Phase phase_ = Phase::start;
+  Step step_ = Step::done;  ///< What became of the last token.
   bool isHalted_ = false;
+  bool isHaltedHere_ = false;
+  bool isEmptyTag_ = false;  ///< The end of the last element is that of its start tag.
+  std::uint32_t declarationsToLeave_ = 0;  ///< Of an element that has ended.
   bool isLast_ = false;
   bool hasMisc_ = false;    ///< Whether anything stands in front of the root element but `start_`.
   std::string start_;       ///< A byte order mark and the XML declaration.

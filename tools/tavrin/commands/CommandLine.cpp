@@ -105,7 +105,7 @@ bool takesNoValue(const CLI::Option& option) {
 
 /// What the parser says, but for what it says of options that have too many values or too few.
 std::string messageOf(const CLI::App& command, const CLI::ParseError& error) {
-  const std::string words = error.what();
+  std::string words = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return words;
   std::string name = words.substr(0, words.find_first_of(": "));
   if (!name.starts_with('-')) name.insert(0, "--");
@@ -126,8 +126,11 @@ const CLI::App& commandAt(const CLI::App& app, const std::string& argument) {
 
 /// The words that call a command.
 std::string wordsOf(const CLI::App& command) {
-  const CLI::App* const group = command.get_parent();
-  return (group ? wordsOf(*group) + " " : "") + command.get_name();
+  std::string words = command.get_name();
+  for (const CLI::App* group = command.get_parent(); group; group = group->get_parent()) {
+    words.insert(0, group->get_name() + " ");
+  }
+  return words;
 }
 
 /// The parser would take the next word for the value of "--name=".
@@ -160,7 +163,8 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error) {
     command = chosen[0];
   }
   const bool lacksCommand = command->get_require_subcommand_min() > 0;
-  const auto unknown = app.remaining(true);
+  auto unknown = app.remaining(true);
+  std::erase(unknown, "--");  // Arguments may follow it.
   const std::string message = !unknown.empty() ? messageAbout(unknown[0], lacksCommand)
                               : lacksCommand   ? "a command is required"
                                                : messageOf(*command, error);

@@ -12,6 +12,7 @@
 #include "files/Input.h"
 #include "files/Output.h"
 #include "octets/Inspection.h"
+#include "options/ReadingOptions.h"
 #include "options/Suggestion.h"
 
 namespace tool {
@@ -31,6 +32,7 @@ Options:
   --tables          show the tables of the vocabulary behind each document
   --color WHEN      auto, always or never: whether to use colours. auto, which is so without the
                     option, does on a terminal unless the environment has NO_COLOR
+%options%
   -h, --help        print this help
 
 Every line has an offset, octets in hexadecimal and a comment, which tells what the octets are, with
@@ -49,12 +51,24 @@ All octets are shown as what they are then. So it fails where check does, but fo
 no Fast Infoset, and for what comes behind a string of more than 16M octets, of which the octets
 alone are judged.
 
+The entries of an external vocabulary are those of --vocabulary, where its URI is that of --uri.
+Otherwise they are not known: indexes are shown as they are.
+
+%limits%
+
 The command assemble makes the same octets of the lines again.
 
 Examples:
   tavrin inspect --tables in.fi
   tavrin inspect --at 1042 broken.fi
 )";
+
+std::string inspectHelpText() {
+  std::string text = kInspectHelp;
+  replaceLine(text, "%options%\n", std::string(kLimitOptionHelp) + kVocabularyOptionsHelp);
+  replaceLine(text, "%limits%\n", kLimitsHelp + Limits::help());
+  return text;
+}
 
 struct InspectOptions {
   std::string file;
@@ -113,7 +127,7 @@ ExitStatus inspect(const InspectOptions& options) {
 }  // namespace
 
 Command makeInspect(CLI::App& app) {
-  CLI::App* command = addCommand(app, "inspect", kInspectHelp);
+  CLI::App* command = addCommand(app, "inspect", inspectHelpText());
   const auto options = std::make_shared<InspectOptions>();
   command->add_option("FILE", options->file)->required();
   command->add_flag("--tables", options->inspection.hasTables);
@@ -124,6 +138,8 @@ Command makeInspect(CLI::App& app) {
   command->add_option("--color", options->colour)
       ->type_name("WHEN")
       ->check(oneOf({"auto", "always", "never"}));
+  addLimitOption(*command, options->inspection.limits);
+  addVocabularyOptions(*command, options->inspection.vocabularies, VocabularyUse::Reading);
   return {command, [options] { return inspect(*options); }};
 }
 

@@ -31,11 +31,10 @@ Options:
 A vocabulary is kept in a file that is a Fast Infoset document itself: the vocabulary that it begins
 with, and one empty element. Any document in Fast Infoset serves as such a file.
 
-All commands that read documents, but for inspect, take --vocabulary FILE --uri URI: a document that
-refers to a vocabulary by that URI is read with it. With the same options, tavrin convert writes
-documents that refer to it, so that they hold numbers in place of names and frequent strings. With
---vocabulary alone, its copy in Fast Infoset begins with the vocabulary, and any reader understands
-it.
+All commands that read documents take --vocabulary FILE --uri URI: a document that refers to a
+vocabulary by that URI is read with it. With the same options, tavrin convert writes documents that
+refer to it, so that they hold numbers in place of names and frequent strings. With --vocabulary
+alone, its copy in Fast Infoset begins with the vocabulary, and any reader understands it.
 
 Both options may stand several times: the first URI is that of the first FILE, and so on. All are
 for reading; convert writes with the last, which may be without a URI.

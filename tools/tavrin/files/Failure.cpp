@@ -25,7 +25,8 @@ Failure Failure::usageAt(const std::string& place, const std::string& message) {
 }
 
 Failure Failure::system(const std::string& name, int errorNumber) {
-  return usage(name + ": " + std::generic_category().message(errorNumber));
+  return usage((name.empty() ? "\"\"" : name) + ": " +
+               std::generic_category().message(errorNumber));
 }
 
 Failure Failure::document(const std::string& place, const std::string& message,

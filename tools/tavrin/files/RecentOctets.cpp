@@ -169,7 +169,7 @@ std::optional<RecentOctets::Line> RecentOctets::line(std::uint64_t number) const
   if (number <= linesLost_) return std::nullopt;
   std::size_t begin = 0;
   auto end = nextBreak(0);
-  for (std::uint64_t current = linesLost_ + 1; current < number; ++current) {
+  for (std::uint64_t passed = linesLost_ + 1; passed < number; ++passed) {
     if (!end) return std::nullopt;
     begin = end->end;
     end = nextBreak(begin);

@@ -15,7 +15,7 @@ Inspection::Inspection(const InspectionOptions& options, Source source, Sink sin
 std::optional<Finding> Inspection::run() {
   TextForm form(sink_, options_.isColoured);
   if (options_.near) form.keepNear(*options_.near);
-  Verdict verdict;
+  Verdict verdict(options_.vocabularies, options_.limits);
   const auto remark = [&] {
     if (!verdict.refusal()) return;
     const auto& [octet, message] = *verdict.refusal();
@@ -29,7 +29,7 @@ std::optional<Finding> Inspection::run() {
     if (!wasRefused) remark();
     return count;
   });
-  Scanner scanner(cursor, form, options_.hasTables, [&] { verdict.stop(); });
+  Scanner scanner(cursor, form, options_.hasTables, options_.vocabularies, [&] { verdict.stop(); });
   std::optional<Break> broken;
   try {
     broken = scanner.scan();

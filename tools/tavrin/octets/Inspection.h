@@ -7,6 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "options/Limits.h"
+#include "options/Vocabularies.h"
+
 namespace tool::octets {
 
 struct InspectionOptions {
@@ -14,6 +17,8 @@ struct InspectionOptions {
   bool isColoured = false;
   /// Shows the lines around the octet of an offset, and nothing else.
   std::optional<std::uint64_t> near;
+  Vocabularies vocabularies;
+  Limits limits;
 };
 
 /// What is wrong with octets.

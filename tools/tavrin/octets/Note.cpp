@@ -4,6 +4,13 @@
 
 namespace tool::octets {
 
+Excerpt Excerpt::of(std::string_view text) {
+  if (text.size() <= kMost) return {std::string(text)};
+  std::size_t size = kMost;
+  while ((static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;  // Within a character.
+  return {std::string(text.substr(0, size)), false};
+}
+
 void Note::paint(const char* colour) {
   if (isColoured_) text_ += colour;
 }

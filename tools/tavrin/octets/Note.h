@@ -8,8 +8,14 @@ namespace tool::octets {
 
 /// A string as a table holds it, or as much of it as a line has room for.
 struct Excerpt {
+  /// So many octets of a literal are shown on the line that begins it, and kept in a table.
+  static constexpr std::size_t kMost = 64;
+
   std::string text;
   bool isWhole = true;
+
+  /// That of a text in UTF-8.
+  static Excerpt of(std::string_view text);
 };
 
 /// What stands behind the octets of a line, piece by piece.

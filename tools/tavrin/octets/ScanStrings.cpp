@@ -12,8 +12,6 @@ namespace {
 
 using format::Encoding;
 
-/// So many octets of a literal are shown on the line that begins it, and kept in a table.
-constexpr std::uint64_t kExcerpt = 64;
 /// A boolean is a bit, and a word as text.
 constexpr std::uint64_t kExcerptOfBooleans = 4;
 /// No restricted alphabet has more octets: 2^20 characters, of four octets each.
@@ -223,7 +221,7 @@ Content Scanner::contentOfAlgorithm(const Encoded& encoded, std::string& clauses
 
 Scanner::Literal Scanner::peekLiteral(std::size_t head, std::uint64_t length,
                                       const Content& content) {
-  const std::uint64_t most = content.isBoolean() ? kExcerptOfBooleans : kExcerpt;
+  const std::uint64_t most = content.isBoolean() ? kExcerptOfBooleans : Excerpt::kMost;
   const auto wanted = static_cast<std::size_t>(std::min(length, most));
   std::string_view octets = cursor_.view(head + wanted).substr(head);
   octets = octets.substr(0, wanted);

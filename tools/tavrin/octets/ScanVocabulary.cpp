@@ -31,16 +31,27 @@ void Scanner::scanVocabulary() {
   note_.begin("initial vocabulary", "C.2.5");
   write(2);
   ++extraLevels_;
-  if ((components & format::kExternalVocabulary) != 0) {
-    scanIdentifier("external vocabulary", kNoTable);
-    tables_.hasUnknownEntries = true;
-  }
+  if ((components & format::kExternalVocabulary) != 0) scanExternalVocabulary();
   for (unsigned table = 0; table < kStringTables; ++table) {
     if ((components & bitOf(table)) != 0) scanEntries(table);
   }
   if ((components & bitOf(kElementNames)) != 0) scanSurrogates(tables_.elements);
   if ((components & bitOf(kAttributeNames)) != 0) scanSurrogates(tables_.attributes);
   --extraLevels_;
+}
+
+void Scanner::scanExternalVocabulary() {
+  Identifier identifier = peekIdentifier("external vocabulary", kNoTable);
+  std::string uri;
+  writeLiteral(std::move(*identifier.literal), &uri);
+  const auto vocabulary = vocabularies_.find(uri);
+  tables_.hasUnknownEntries = vocabulary == nullptr;
+  if (!vocabulary) return;
+  tables_.add(*vocabulary);
+  std::uint32_t number = format::kFirstOwnAlphabet;
+  for (const char* const characters : entriesOf(vocabulary->restrictedAlphabets)) {
+    alphabets_.emplace(number++, Alphabet(characters));
+  }
 }
 
 std::uint64_t Scanner::scanCount(std::string_view what, std::uint64_t most) {

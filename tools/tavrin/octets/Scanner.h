@@ -16,6 +16,7 @@
 #include "octets/OpenElements.h"
 #include "octets/Tables.h"
 #include "octets/TextForm.h"
+#include "options/Vocabularies.h"
 
 namespace tool::octets {
 
@@ -34,12 +35,15 @@ struct Break {
 class Scanner {
  public:
   /// @param hasTables whether the tables are printed behind each document
+  /// @param vocabularies those whose entries are known where a document refers to them
   /// @param whenLong  is called before a literal of more than kLong octets is gone through
-  Scanner(Cursor& cursor, TextForm& form, bool hasTables, std::function<void()> whenLong)
+  Scanner(Cursor& cursor, TextForm& form, bool hasTables, const Vocabularies& vocabularies,
+          std::function<void()> whenLong)
       : cursor_(cursor),
         form_(form),
         note_(form.isColoured()),
         hasTables_(hasTables),
+        vocabularies_(vocabularies),
         whenLong_(std::move(whenLong)) {}
 
   static constexpr std::uint64_t kLong = std::uint64_t{16} << 20;
@@ -105,6 +109,7 @@ class Scanner {
   // --- The initial vocabulary (ScanVocabulary.cpp) ---
 
   void scanVocabulary();
+  void scanExternalVocabulary();
   std::uint64_t scanCount(std::string_view what, std::uint64_t most);
   void scanEntries(unsigned table);
   void scanEncodedEntry(unsigned table);
@@ -168,6 +173,7 @@ class Scanner {
   TextForm& form_;
   Note note_;
   bool hasTables_;
+  const Vocabularies& vocabularies_;
   std::function<void()> whenLong_;
   std::uint64_t documents_ = 0;
 

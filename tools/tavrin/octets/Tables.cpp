@@ -1,6 +1,33 @@
 #include "octets/Tables.h"
 
+#include <unordered_map>
+
 namespace tool::octets {
+
+namespace {
+
+/// Where the texts of a table are in it.
+class IndexOfText {
+ public:
+  IndexOfText(const Tavrin::StringTable& table, const StringTable& strings) {
+    std::uint32_t index = 0;
+    for (const Excerpt& entry : strings.builtIn()) indexes_.emplace(entry.text, ++index);
+    index = strings.first();
+    for (const char* const entry : entriesOf(table)) indexes_.emplace(entry, index++);
+  }
+
+  /// @param text may be null or empty, which is absent
+  std::uint32_t find(const char* text) const {
+    if (text == nullptr || *text == '\0') return Name::kAbsent;
+    const auto found = indexes_.find(text);
+    return found == indexes_.end() ? Name::kUnknown : found->second;
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::uint32_t> indexes_;
+};
+
+}  // namespace
 
 StringTable::StringTable(std::string_view name, std::uint32_t first,
                          const std::vector<std::string_view>& builtIn)
@@ -29,6 +56,38 @@ std::uint32_t NameTable::add(const Name& name) {
 
 const Name* NameTable::find(std::uint64_t index) const {
   return index >= 1 && index <= own_.size() ? &own_[index - 1] : nullptr;
+}
+
+void Tables::add(const Tavrin::ExternalVocabulary& vocabulary) {
+  using External = Tavrin::ExternalVocabulary;
+  constexpr Tavrin::StringTable External::*kStrings[kStringTables] = {
+      &External::restrictedAlphabets,
+      &External::encodingAlgorithms,
+      &External::prefixes,
+      &External::namespaceNames,
+      &External::localNames,
+      &External::otherNCNames,
+      &External::otherURIs,
+      &External::attributeValues,
+      &External::contentCharacterChunks,
+      &External::otherStrings};
+  for (unsigned table = 0; table < kStringTables; ++table) {
+    for (const char* const entry : entriesOf(vocabulary.*kStrings[table])) {
+      all[table].add(Excerpt::of(entry));
+    }
+  }
+  const IndexOfText prefixes(vocabulary.prefixes, all[kPrefixes]);
+  const IndexOfText namespaceNames(vocabulary.namespaceNames, all[kNamespaceNames]);
+  const IndexOfText localNames(vocabulary.localNames, all[kLocalNames]);
+  const auto addNames = [&](NameTable& names, const Tavrin::QualifiedNameTable& table) {
+    for (std::uint32_t i = 0; i < table.definedCount; ++i) {
+      const char* const(&parts)[3] = table.entries[i];
+      names.add(
+          {prefixes.find(parts[0]), namespaceNames.find(parts[1]), localNames.find(parts[2])});
+    }
+  };
+  addNames(elements, vocabulary.elementNameSurrogates);
+  addNames(attributes, vocabulary.attributeNameSurrogates);
 }
 
 std::string Tables::qualifiedNameOf(const Name& name) const {

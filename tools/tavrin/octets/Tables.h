@@ -1,7 +1,10 @@
 #pragma once
 
+#include <Tavrin/Vocabulary.h>
+
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +56,11 @@ class StringTable {
   std::vector<Excerpt> own_;
 };
 
+/// The entries of a table of an external vocabulary.
+inline std::span<const char* const> entriesOf(const Tavrin::StringTable& table) {
+  return {table.entries, table.definedCount};
+}
+
 /// A name, by the indexes of its parts in the tables of strings.
 struct Name {
   static constexpr std::uint32_t kAbsent = 0;
@@ -82,6 +90,8 @@ class NameTable {
 struct Tables {
   StringTable& strings(unsigned table) { return all[table]; }
 
+  /// Adds the entries of an external vocabulary, while there are no others.
+  void add(const Tavrin::ExternalVocabulary& vocabulary);
   /// The name as it stands in a tag, as far as its parts are known.
   std::string qualifiedNameOf(const Name& name) const;
 
@@ -103,8 +113,8 @@ struct Tables {
   NameTable elements{"ELEMENT NAME"};
   NameTable attributes{"ATTRIBUTE NAME"};
 
-  /// Whether there is an external vocabulary. Its entries come first, and nobody knows here what
-  /// they are and how many.
+  /// Whether there is an external vocabulary that is not known. Its entries come first, and nobody
+  /// knows here what they are and how many.
   bool hasUnknownEntries = false;
 };
 

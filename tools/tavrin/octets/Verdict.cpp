@@ -9,10 +9,20 @@
 
 namespace tool::octets {
 
-Verdict::Verdict() {
-  Tavrin::XMLReader_X891::Limits limits = reader_.getLimits();
-  limits.maximumLiteralOctets = std::numeric_limits<std::uint64_t>::max();  // See stop.
-  reader_.setLimits(limits);
+namespace {
+
+std::string withOptions(const std::string& message) {
+  return Vocabularies::withOption(Limits::withOption(message));
+}
+
+}  // namespace
+
+Verdict::Verdict(const Vocabularies& vocabularies, const Limits& limits) {
+  Tavrin::XMLReader_X891::Limits usual = reader_.getLimits();
+  usual.maximumLiteralOctets = std::numeric_limits<std::uint64_t>::max();  // See stop.
+  reader_.setLimits(usual);
+  limits.applyTo(reader_, false);
+  vocabularies.applyTo(reader_);
   reader_.setContentHandler(&end_);
   reader_.setProperty(Tavrin::properties::encodingAlgorithmContentHandler, &anyAlgorithm_);
 }
@@ -43,14 +53,12 @@ void Verdict::parse(std::string_view block, bool isFinal) {
     // Readers count octets as columns, and no further than fits.
     const std::int32_t column = exception.getColumnNumber();
     const bool isCounted = column < std::numeric_limits<std::int32_t>::max();
-    // What a program could do about a vocabulary, a command line cannot.
-    const std::string& message = exception.getMessage();
     refuse(isCounted ? documentStart_ + static_cast<std::uint64_t>(std::max(column, 0)) : read_,
-           message.substr(0, message.find(" (add it to the property")));
+           withOptions(exception.getMessage()));
   } catch (const Tavrin::SAXException& exception) {
-    refuse(read_, exception.getMessage());
+    refuse(read_, withOptions(exception.getMessage()));
   } catch (const Tavrin::FastInfosetException& exception) {
-    refuse(read_, exception.getMessage());
+    refuse(read_, withOptions(exception.getMessage()));
   }
 }
 

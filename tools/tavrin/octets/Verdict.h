@@ -9,6 +9,9 @@
 #include <string>
 #include <string_view>
 
+#include "options/Limits.h"
+#include "options/Vocabularies.h"
+
 namespace tool::octets {
 
 /// Reads the octets that are scanned with the library's reader, which also knows what texts and
@@ -20,7 +23,7 @@ class Verdict {
     std::string message;
   };
 
-  Verdict();
+  Verdict(const Vocabularies& vocabularies, const Limits& limits);
   Verdict(const Verdict&) = delete;
   Verdict& operator=(const Verdict&) = delete;
 

@@ -3,6 +3,7 @@
 #include <Tavrin/Exceptions.h>
 #include <Tavrin/Identifiers.h>
 
+#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -19,6 +20,17 @@ namespace {
 namespace properties = Tavrin::properties;
 
 }  // namespace
+
+const char kLimitOptionHelp[] =
+    R"(  --limit NAME=VALUE
+                    change a limit to what hostile documents may cost; may stand several times
+)";
+
+const char kLimitsHelp[] =
+    R"(Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
+maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
+
+)";
 
 struct Limits::Kind {
   enum class Value { Factor, Count };  // A `double`, a `std::uint64_t`.
@@ -126,6 +138,17 @@ std::string Limits::withOption(const std::string& message) {
     return std::string(message).replace(told, property.size(), "(see --limit " + name + ")");
   }
   return message;
+}
+
+void addLimitOption(CLI::App& command, Limits& limits) {
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--limit",
+          [&limits](const std::vector<std::string>& settings) {
+            for (const std::string& setting : settings) limits.add(setting);
+          })
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
 }
 
 }  // namespace tool

@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 namespace tool {
 
 /// The limits that readers set to hostile documents, and how the command line changes them.
@@ -43,5 +47,12 @@ class Limits {
 
   std::vector<Setting> settings_;
 };
+
+/// Adds --limit.
+void addLimitOption(CLI::App& command, Limits& limits);
+
+/// What the option is, and what its limits are, for help texts.
+extern const char kLimitOptionHelp[];
+extern const char kLimitsHelp[];
 
 }  // namespace tool

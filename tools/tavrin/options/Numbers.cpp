@@ -1,7 +1,8 @@
 #include "options/Numbers.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace tool {
@@ -11,11 +12,13 @@ std::optional<double> numberFrom(std::string_view text) {
   constexpr std::string_view kUnits = "KMG";
   const std::size_t unit = text.empty() ? std::string_view::npos : kUnits.find(text.back());
   if (unit != std::string_view::npos) text.remove_suffix(1);
-  double value = 0;
-  const auto [end, error] =
-      std::from_chars(text.begin(), text.end(), value, std::chars_format::fixed);
-  const bool isNumber = error == std::errc() && end == text.end();
-  if (!isNumber || !std::isfinite(value) || value < 0) return std::nullopt;
+  const bool isDecimal = text.find_first_not_of("0123456789.") == std::string_view::npos &&
+                         std::count(text.begin(), text.end(), '.') <= 1 &&
+                         text.find_first_not_of('.') != std::string_view::npos;
+  if (!isDecimal) return std::nullopt;
+  // The locale is that of C; not every library has std::from_chars for such numbers.
+  const double value = std::strtod(std::string(text).c_str(), nullptr);
+  if (!std::isfinite(value)) return std::nullopt;
   return unit == std::string_view::npos ? value
                                         : std::ldexp(value, 10 * (static_cast<int>(unit) + 1));
 }

@@ -34,7 +34,7 @@ const char kPropertiesHelp[] =
 )";
 
 struct Properties::Kind {
-  enum class Form { Feature, Flag, Quote, Width, Length, Text };
+  enum class Form { Feature, Flag, Quote, Width, Length, Indexing, Text };
 
   const char* identifier;
   Form form;
@@ -57,6 +57,8 @@ struct Properties::Kind {
         return "a number up to 1000";
       case Form::Length:
         return "a number or none";
+      case Form::Indexing:
+        return "always, never or adaptive";
       default:
         return "on or off";
     }
@@ -76,6 +78,10 @@ struct Properties::Kind {
       case Form::Length: {
         const auto number = numberFrom(text);
         return number ? std::optional<Value>(countFrom(*number)) : std::nullopt;
+      }
+      case Form::Indexing: {
+        const bool isMode = text == "always" || text == "never" || text == "adaptive";
+        return isMode ? std::optional<Value>(text) : std::nullopt;
       }
       default:
         return text == "on" || text == "off" ? std::optional<Value>(text == "on") : std::nullopt;
@@ -98,6 +104,8 @@ const Properties::Kind Properties::kKinds[] = {
      "Fast Infoset: octets of a value in a table, at most (32)"},
     {properties::indexedChunkLength, Kind::Form::Length, false,
      "Fast Infoset: octets of a text in a table, at most (32)"},
+    {properties::valueIndexing, Kind::Form::Indexing, false,
+     "Fast Infoset: values in tables: always, never, adaptive (adaptive)"},
     {features::coalesceCharacters, Kind::Form::Feature, true,
      "all text between two events is one event (off)"},
     {features::namespaces, Kind::Form::Feature, true,

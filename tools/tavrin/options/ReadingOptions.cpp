@@ -14,22 +14,20 @@ namespace tool {
 
 namespace {
 
-constexpr char kOptionsHelp[] =
+constexpr char kEntitiesOptionHelp[] =
     R"(  --entities        read external entities and the external subset, as far as they are files in
                     the folder of the document or below it
   --entities=any    read them wherever the files are: whoever wrote the document then chooses
                     which of your files are read, and their text shows in the result
-  --limit NAME=VALUE
-                    change a limit to what hostile documents may cost; may stand several times
-  --explain         show what is around the place of a failure, as is done on a terminal
 )";
 
-constexpr char kLimitsHelp[] =
+constexpr char kExplainOptionHelp[] =
+    R"(  --explain         show what is around the place of a failure, as is done on a terminal
+)";
+
+constexpr char kEntitiesHelp[] =
     R"(With --entities, an entity that is not a file is passed over, as without the option. So is one
 whose file is missing, no regular file or outside of the folder, with a warning on standard error.
-
-Limits end the reading of documents that are made to exhaust whoever reads them. VALUE is a number,
-maybe with K, M or G behind it, or none. Unless --limit says otherwise, they are those in brackets:
 
 )";
 
@@ -68,9 +66,11 @@ CLI::App* addReadingCommand(CLI::App& app, const char* name, const std::string& 
                             Properties::Owners owners) {
   std::string text = help;
   replaceLine(text, "%options%\n",
-              std::string(kOptionsHelp) + kPropertiesHelp + kVocabularyOptionsHelp);
+              std::string(kEntitiesOptionHelp) + kLimitOptionHelp + kExplainOptionHelp +
+                  kPropertiesHelp + kVocabularyOptionsHelp);
   replaceLine(text, "%limits%\n",
-              kLimitsHelp + Limits::help() + kPropertyNamesHelp + Properties::help(owners));
+              std::string(kEntitiesHelp) + kLimitsHelp + Limits::help() + kPropertyNamesHelp +
+                  Properties::help(owners));
   replaceLine(text, "%work%\n", kWorkHelp);
   replaceLine(text, "%folders%\n", kFoldersHelp);
   replaceLine(text, "%timing%\n", kTimingHelp);
@@ -84,14 +84,7 @@ void addReadingOptions(CLI::App& command, ReadingOptions& options, VocabularyUse
       ->check(oneOf({"folder", "any"}));
   command.add_flag_callback("--explain", alwaysExplain);
   addPropertyOptions(command, options.properties);
-  command
-      .add_option_function<std::vector<std::string>>(
-          "--limit",
-          [&options](const std::vector<std::string>& settings) {
-            for (const std::string& setting : settings) options.limits.add(setting);
-          })
-      ->type_name("NAME=VALUE")
-      ->allow_extra_args(false);
+  addLimitOption(command, options.limits);
   addVocabularyOptions(command, options.vocabularies, use);
 }
 

@@ -62,6 +62,14 @@ void Vocabularies::load(const std::vector<std::string>& files, const std::vector
   loaded_ = std::move(loaded);
 }
 
+std::shared_ptr<const Tavrin::ExternalVocabulary> Vocabularies::find(const std::string& uri) const {
+  if (!loaded_) return nullptr;
+  for (const auto& [known, vocabulary] : loaded_->entries) {
+    if (known == uri && !uri.empty()) return vocabulary.tables();
+  }
+  return nullptr;
+}
+
 void Vocabularies::applyTo(Tavrin::XMLReader& reader) const {
   if (!loaded_) return;
   if (auto* const known = dynamic_cast<Tavrin::XMLReader_X891*>(&reader)) {

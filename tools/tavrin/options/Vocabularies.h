@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tavrin/Vocabulary.h>
 #include <Tavrin/XMLReader.h>
 #include <Tavrin/XMLWriter.h>
 
@@ -33,6 +34,8 @@ class Vocabularies {
   ///         use
   void load(const std::vector<std::string>& files, const std::vector<std::string>& uris,
             VocabularyUse use);
+  /// The entries of the one that has a URI, or null. They live as long as the pointer.
+  std::shared_ptr<const Tavrin::ExternalVocabulary> find(const std::string& uri) const;
   /// Makes them known to a reader of Fast Infoset. Others have no use for them.
   void applyTo(Tavrin::XMLReader& reader) const;
   /// @throws Failure when there is one without a URI, which the writer has no form for

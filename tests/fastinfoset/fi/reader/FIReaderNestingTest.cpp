@@ -22,7 +22,7 @@ class DecodingHandler : public Tavrin::XMLReader_FI, public Tavrin::ContentHandl
 
   DecodingHandler() { setContentHandler(this); }
 
-  std::string parse(const std::string& octets) {
+  std::string read(const std::string& octets) {
     std::istringstream stream(octets);
     stream_ = &stream;
     return outcomeOf([&] { XMLReader_FI::parse(stream); });
@@ -64,8 +64,8 @@ TEST(FIReaderNesting, LeavesTheTextAloneThatIsBeingTold) {
     reader.decodeCharacters(reader.next());
     EXPECT_EQ(before, text);
   };
-  EXPECT_EQ("done", reader.parse(documentOfContent("82 20 'abcdefghijklmnopqrstuvwxyz123456789' "
-                                                   "82 1F 'ABCDEFGHIJKLMNOPQRSTUVWXYZ12345678'")));
+  EXPECT_EQ("done", reader.read(documentOfContent("82 20 'abcdefghijklmnopqrstuvwxyz123456789' "
+                                                  "82 1F 'ABCDEFGHIJKLMNOPQRSTUVWXYZ12345678'")));
 }
 
 TEST(FIReaderNesting, LeavesTheDeclarationsAloneThatAreBeingTold) {
@@ -86,8 +86,8 @@ TEST(FIReaderNesting, LeavesTheDeclarationsAloneThatAreBeingTold) {
     told += "</x>";
   }
   // The handler decodes what stands behind the declarations, and the name comes after that.
-  EXPECT_EQ("done", reader.parse(document("38 CF 00 'p' 00 'u' CF 00 'q' 00 'v' F0 " + nested +
-                                          " 3C 00 'a' F0 F0")));
+  EXPECT_EQ("done", reader.read(document("38 CF 00 'p' 00 'u' CF 00 'q' 00 'v' F0 " + nested +
+                                         " 3C 00 'a' F0 F0")));
   EXPECT_EQ("[p" + told + "[q<a></a>p]q]", reader.told);
 }
 
@@ -98,7 +98,7 @@ TEST(FIReaderNesting, ForgetsTheElementsThatFailed) {
     EXPECT_EQ("SAXException: Error when decoding element children",
               outcomeOf([&] { reader.decodeElement(reader.next()); }));
   };
-  EXPECT_EQ("done", reader.parse(document("3C 00 'a' 3C 00 'b' 3C 00 'c' CC F0 F0")));
+  EXPECT_EQ("done", reader.read(document("3C 00 'a' 3C 00 'b' 3C 00 'c' CC F0 F0")));
   EXPECT_EQ("<a><b><c></a>", reader.told);
 }
 
@@ -108,10 +108,10 @@ TEST(FIReaderNesting, HoldsNothingOfADocumentThatFailed) {
   const std::string failing =
       document("38 CD 60") + bigEndian(uri.size() - 321, 4) + uri + octets("F0 3C 00 'a' CC");
   DecodingHandler reader;
-  EXPECT_EQ("SAXException: Error when decoding element children", reader.parse(failing));
+  EXPECT_EQ("SAXException: Error when decoding element children", reader.read(failing));
   // The next document empties the tables, and the copy in them.
   const std::size_t inUse = allocations::inUse();
-  EXPECT_EQ("SAXException: Not a Fast Infoset document", reader.parse("x"));
+  EXPECT_EQ("SAXException: Not a Fast Infoset document", reader.read("x"));
   EXPECT_LT(inUse, allocations::inUse() + kMebibyte + kMebibyte / 2);
 }
 
@@ -125,8 +125,8 @@ TEST(FIReaderNesting, HoldsNoLongTextWhenItIsTold) {
     (text.size() > 1 ? first : second) = allocations::inUse();
   };
   const std::string text(kMebibyte, 't');
-  EXPECT_EQ("done", reader.parse(document("3C 00 'a' 83") + bigEndian(text.size() - 259, 4) + text +
-                                 octets("80 'x' F0 F0")));
+  EXPECT_EQ("done", reader.read(document("3C 00 'a' 83") + bigEndian(text.size() - 259, 4) + text +
+                                octets("80 'x' F0 F0")));
   EXPECT_GE(first, second + kMebibyte);
 }
 

@@ -74,6 +74,7 @@ TEST(X891WriterText, HasALengthOfEveryForm) {
 // C.28: the forms of an index begin at 17, 1041 and 263185.
 TEST(X891WriterText, HasAnIndexOfEveryForm) {
   Writer writer;
+  writer.set(properties::valueIndexing, std::string("always"));
   writer.startDocument();
   writer.start("a");
   std::size_t sent = 0;
