@@ -43,7 +43,7 @@ inline Inspected inspected(std::string_view octets,
 inline std::optional<tool::octets::Break> breakOf(std::string_view octets) {
   tool::octets::TextForm form([](std::string_view) {}, false);
   tool::octets::Cursor cursor(sourceOf(octets));
-  return tool::octets::Scanner(cursor, form, false, [] {}).scan();
+  return tool::octets::Scanner(cursor, form, false, tool::Vocabularies(), [] {}).scan();
 }
 
 /// What assemble makes of a text, in blocks of a size.
