@@ -129,13 +129,13 @@ constexpr char indexedAttributeValueLength[] =
 constexpr char indexedChunkLength[] = "http://tavrin/fastinfoset/properties/indexed-chunk-length";
 /// Writer "X891": whether attribute values, character chunks and other strings of these lengths are
 /// added to their tables, a `std::string`: `always`, `never` (entries of vocabularies are used all
-/// the same) or `adaptive`, the default. That judges the values of each attribute, and the chunks of
-/// each element, by windows of 2048 that are in the table or might be added. Of the first window, 8
-/// must be in the table when they come, in each window after it 16 more, up to 256. Where they are
-/// fewer, none of the next 2048 is added; then the windows begin again. Each pause is twice as long
-/// as the one before, up to 131072 values, until a window has found 256. So the first 2048 of a name
-/// are written as with `always`. What is in a table is written as its index at all times. A change
-/// applies from the next value on.
+/// the same) or `adaptive`, the default. That judges the values of each attribute, and the chunks
+/// of each element, by windows of 2048 that are in the table or might be added. Of the first
+/// window, 8 must be in the table when they come, in each window after it 16 more, up to 256. Where
+/// they are fewer, none of the next 2048 is added; then the windows begin again. Each pause is
+/// twice as long as the one before, up to 131072 values, until a window has found 256. So the first
+/// 2048 of a name are written as with `always`. What is in a table is written as its index at all
+/// times. A change applies from the next value on.
 constexpr char valueIndexing[] = "http://tavrin/fastinfoset/properties/value-indexing";
 /// Writer "X891": an ExternalVocabulary whose entries are written at the beginning of each document
 /// and used in it.
