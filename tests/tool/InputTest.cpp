@@ -48,7 +48,7 @@ std::string largeDocument() {
 TEST_F(Input, IsRefusedWhereThereIsNoFile) {
   expectRefused("missing.xml", "missing.xml: No such file or directory");
   expectRefused("missing/in.xml", "missing/in.xml: No such file or directory");
-  expectRefused("", ": No such file or directory");
+  expectRefused("", "\"\": No such file or directory");
   const std::string longName(300, 'n');
   // Of a long word the middle is left out: 200 characters remain, ": " among them.
   const std::string shown = std::string(99, 'n') + "..." + std::string(96, 'n');

@@ -120,9 +120,10 @@ TEST_F(Output, LeavesNothingBehindWhereAFileBecomesTooLarge) {
 }
 
 TEST_F(Output, NeedsADirectoryToBeThere) {
-  for (const std::string name : {"missing/out.xml", "missing/", "missing/two/out.xml", ""}) {
+  for (const std::string name : {"missing/out.xml", "missing/", "missing/two/out.xml"}) {
     EXPECT_EQ(run({"convert", "small.xml", name}), failed(name + ": No such file or directory"));
   }
+  EXPECT_EQ(run({"convert", "small.xml", ""}), failed("\"\": No such file or directory"));
   EXPECT_EQ(run({"convert", "small.xml", "large.xml/out.xml"}),
             failed("large.xml/out.xml: Not a directory"));
   const std::string longName(300, 'n');

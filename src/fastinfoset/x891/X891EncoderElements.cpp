@@ -336,9 +336,9 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       continue;
     }
     ValueTally& tally = tallyOf(attributeRecords_, index);
-    const auto refer = [&](unsigned position) {
+    const auto refer = [&](unsigned number) {
       if (isAdaptive_) tally.count(true);
-      encodeIndex(kStringIndex, position);
+      encodeIndex(kStringIndex, number);
     };
     if (valueIndex != kNoIndex) {
       refer(valueIndex);

@@ -143,17 +143,12 @@ XML10Scanner::Step XML10Scanner::name(const char*& at) {
 /// @param colon where a QName has a colon, from its beginning, or 0; null for an NCName
 XML10Scanner::Step XML10Scanner::nameOctets(const char*& at, const char* begin,
                                             std::size_t* colon) const {
-  for (; at != end_;) {
+  while (at != end_) {
     const bool isFirst =
         at == begin || (colon != nullptr && *colon != 0 && at == begin + *colon + 1);
     if (static_cast<unsigned char>(*at) >= 0x80) {
-      const xml::FirstCharacter character = xml::firstCharacter({at, left(at)});
-      if (character.isCut) return Step::cut;
-      const xml::NamePlace place = xml::namePlace(character.character);
-      const bool fits =
-          place == xml::NamePlace::anywhere || (place == xml::NamePlace::afterFirst && !isFirst);
-      if (character.octets == 0 || !fits) return Step::refused;
-      at += character.octets;
+      const Step step = overNameCharacter(at, isFirst);
+      if (step != Step::done) return step;
       continue;
     }
     const NameOctet octet = kNameOctets[static_cast<unsigned char>(*at)];

@@ -52,7 +52,7 @@ std::size_t countVectors(const char* at, const char* end, Compare compare) {
     __m128i counts = _mm_setzero_si128();
     for (int i = 0; i < 255 && at != end; ++i, at += 16) {
       const __m128i octets = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-      counts = _mm_sub_epi8(counts, compare(octets));  // NOLINT(portability-simd-intrinsics)
+      counts = _mm_sub_epi8(counts, compare(octets));
     }
     const __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());
     count += static_cast<std::size_t>(_mm_cvtsi128_si32(sums)) +

@@ -64,7 +64,7 @@ bool PathMatcher::accepts(const Step& step, Word* counters,
                      [&](const Predicate& predicate) {
                        return predicate.kind == Predicate::Kind::Position
                                   ? predicate.acceptsPosition(++counters[predicate.counter])
-                                  : hasAttribute(*attributes, predicate);
+                                  : attributes != nullptr && hasAttribute(*attributes, predicate);
                      });
 }
 
