@@ -336,9 +336,9 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
       continue;
     }
     ValueTally& tally = tallyOf(attributeRecords_, index);
-    const auto refer = [&](unsigned number) {
+    const auto refer = [&](unsigned tableIndex) {
       if (isAdaptive_) tally.count(true);
-      encodeIndex(kStringIndex, number);
+      encodeIndex(kStringIndex, tableIndex);
     };
     if (valueIndex != kNoIndex) {
       refer(valueIndex);

@@ -45,8 +45,8 @@ void OpenElements::fillWindow() {
   std::size_t unlisted = unlisted_.size();
   std::size_t size = 0;
   for (std::size_t i = indexes_.size(); i-- > 0 && size < kWindow;) {
-    const bool isListed = indexes_[i] != 0;
-    steps.push_back(stepOf(isListed ? *tables_.elements.find(indexes_[i]) : unlisted_[--unlisted]));
+    const auto* const listed = indexes_[i] != 0 ? tables_.elements.find(indexes_[i]) : nullptr;
+    steps.push_back(stepOf(listed != nullptr ? *listed : unlisted_[--unlisted]));
     size += steps.back().size();
   }
   window_.clear();
