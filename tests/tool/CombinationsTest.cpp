@@ -73,8 +73,10 @@ TEST_F(Combinations, CompletionKnowsWhatTheCommandsTake) {
   writeFile("bash", run({"completion", "bash"}).out);
   const std::string bash = readFile("bash");
   EXPECT_NE(std::string::npos, bash.find("check:--feature) values='coalesce-characters "));
-  EXPECT_EQ(std::string::npos,
-            bash.find("check:--property) values='base-uri reparse-deferral raw-octets indent"));
+  EXPECT_EQ(
+      std::string::npos,
+      bash.find(
+          "check:--property) values='base-uri reparse-deferral text-scanner raw-octets indent"));
   const std::size_t vocabulary = bash.find("vocabulary) words='");
   ASSERT_NE(std::string::npos, vocabulary);
   EXPECT_NE(

@@ -58,6 +58,7 @@ or off, a number as above, or a text. Unless it is changed, it is that in bracke
 
   base-uri                        text: what relative system identifiers count from (none)
   reparse-deferral                text: where a token is cut, wait for twice as much (on)
+  text-scanner                    text: who reads it: automatic, expat (automatic)
   raw-octets                      Fast Infoset: read on if a vocabulary is unknown (off)
 )";
 

@@ -18,7 +18,8 @@ class Properties : public Workplace {
   static Result done(const std::string& out) { return {0, out, ""}; }
 };
 
-const std::string kReaderProperties = " (there are base-uri, reparse-deferral, raw-octets)\n";
+const std::string kReaderProperties =
+    " (there are base-uri, reparse-deferral, text-scanner, raw-octets)\n";
 const std::string kReaderFeatures =
     " (there are coalesce-characters, namespaces, namespace-prefixes, xmlns-uris, "
     "external-general-entities, external-parameter-entities)\n";
@@ -93,6 +94,16 @@ TEST_F(Properties, OfReadersShowInTheEvents) {
                  "endDocument()\n"));
 }
 
+TEST_F(Properties, ChooseWhoReadsTextWhichNobodySees) {
+  const std::string text = "<p:a xmlns:p='u'>t&#10;<b c='d'/></p:a>";
+  for (const std::string& document : {text, text + "<"}) {
+    const Result expected = run({"events", "-"}, document);
+    for (const std::string scanner : {"automatic", "expat"}) {
+      EXPECT_EQ(run({"events", "--property", "text-scanner=" + scanner, "-"}, document), expected);
+    }
+  }
+}
+
 TEST_F(Properties, LetADocumentBeReadWithoutItsVocabulary) {
   EXPECT_EQ(
       run({"check", "unknown.fi"}),
@@ -133,7 +144,7 @@ TEST_F(Properties, AreThoseThatThereAre) {
     EXPECT_EQ(run({command, "--property", "indent-width=3", "in.xml"}).status, 0);
     EXPECT_EQ(run({command, "--property", "bogus", "in.xml"}),
               refused("--property bogus: there is no such property (there are base-uri, "
-                      "reparse-deferral, raw-octets, indent-width, quote-character, "
+                      "reparse-deferral, text-scanner, raw-octets, indent-width, quote-character, "
                       "indexed-attribute-value-length, indexed-chunk-length, value-indexing)"));
   }
 }
@@ -164,6 +175,9 @@ TEST_F(Properties, HaveValuesOfTheirOwn) {
   }
   for (const std::string value : {"", "on", "Always", "sometimes"}) {
     refuse("--property", "value-indexing=" + value, "not always, never or adaptive");
+  }
+  for (const std::string value : {"", "on", "Expat", "own"}) {
+    refuse("--property", "text-scanner=" + value, "not automatic or expat");
   }
 }
 

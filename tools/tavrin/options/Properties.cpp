@@ -34,7 +34,7 @@ const char kPropertiesHelp[] =
 )";
 
 struct Properties::Kind {
-  enum class Form { Feature, Flag, Quote, Width, Length, Indexing, Text };
+  enum class Form { Feature, Flag, Quote, Width, Length, Indexing, Scanner, Text };
 
   const char* identifier;
   Form form;
@@ -59,6 +59,8 @@ struct Properties::Kind {
         return "a number or none";
       case Form::Indexing:
         return "always, never or adaptive";
+      case Form::Scanner:
+        return "automatic or expat";
       default:
         return "on or off";
     }
@@ -83,6 +85,10 @@ struct Properties::Kind {
         const bool isMode = text == "always" || text == "never" || text == "adaptive";
         return isMode ? std::optional<Value>(text) : std::nullopt;
       }
+      case Form::Scanner: {
+        const bool isScanner = text == "automatic" || text == "expat";
+        return isScanner ? std::optional<Value>(text) : std::nullopt;
+      }
       default:
         return text == "on" || text == "off" ? std::optional<Value>(text == "on") : std::nullopt;
     }
@@ -95,6 +101,8 @@ const Properties::Kind Properties::kKinds[] = {
      "text: what relative system identifiers count from (none)"},
     {properties::reparseDeferral, Kind::Form::Flag, true,
      "text: where a token is cut, wait for twice as much (on)"},
+    {properties::textScanner, Kind::Form::Scanner, true,
+     "text: who reads it: automatic, expat (automatic)"},
     {properties::rawOctets, Kind::Form::Flag, true,
      "Fast Infoset: read on if a vocabulary is unknown (off)"},
     {properties::indentWidth, Kind::Form::Width, false, "text: spaces for each level (2)"},
