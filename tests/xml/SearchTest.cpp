@@ -117,7 +117,7 @@ TEST(FindInCharacters, FindsTheFirstOctetOfWhatIsWrong) {
     if (round % 4 != 0) text += faults[numbers() % std::size(faults)];
     const std::size_t end = text.size();
     for (unsigned i = 0; i < numbers() % 40; ++i) text += characters[numbers() % 2];
-    if (text.size() < 16) continue;
+    if (text.size() < xml::kLeastTogether) continue;
     const std::size_t expected = end == fault ? text.size() : fault;
     ASSERT_EQ(expected, xml::findInCharacters(classes, text)) << round;
   }

@@ -105,7 +105,7 @@ std::size_t findFault(const OctetClasses& classes, std::string_view text, std::s
 /// The first octet of a text that is of a class of faults or is not part of a character of XML, or
 /// the end. A character that is cut off or wrong is found by its first octet.
 /// @param classes of all characters, with some faults added
-/// @param text    of at least sixteen octets
+/// @param text    of at least kLeastTogether octets
 std::size_t findInCharacters(const OctetClasses& classes, std::string_view text);
 
 /// Whether a text consists of characters of XML. It takes twice as long as areFaultless.

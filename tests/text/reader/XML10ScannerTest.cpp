@@ -356,7 +356,8 @@ TEST(XML10Scanner, TellsTheSameOfLongTokens) {
 
 /// Changes, cuts out or doubles a few octets.
 std::string mutated(std::string text, std::mt19937& numbers) {
-  static const std::string marks("<>&;%'\"=/!?-[]:# \n\r\t\x80\xC3\xE4\xFF\0axl1", 34);
+  constexpr char kMarks[] = "<>&;%'\"=/!?-[]:# \n\r\t\x80\xC3\xE4\xFF\0axl1";
+  static const std::string marks(kMarks, sizeof kMarks - 1);
   for (unsigned i = 0; i <= numbers() % 3 && !text.empty(); ++i) {
     const std::size_t at = numbers() % text.size();
     const std::size_t length = 1 + numbers() % 8;
