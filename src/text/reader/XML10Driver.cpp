@@ -24,8 +24,12 @@ class Locator_XML10 : public OctetLocator {
 
   std::string getPublicId() const override { return document_.current().entity->publicId; }
   std::string getSystemId() const override { return document_.current().entity->systemId; }
-  std::int32_t getLineNumber() const override { return document_.current().position().line; }
-  std::int32_t getColumnNumber() const override { return document_.current().position().column; }
+  std::int32_t getLineNumber() const override {
+    return static_cast<std::int32_t>(document_.current().line());
+  }
+  std::int32_t getColumnNumber() const override {
+    return static_cast<std::int32_t>(document_.current().column());
+  }
   std::uint64_t getOctetOffset() const override { return document_.current().octetsRead(); }
 
  private:

@@ -85,6 +85,7 @@ struct OpenEntity {
   /// Where the current event begins.
   std::uint64_t octetsRead() const;
   std::uint64_t line() const;
+  std::uint64_t column() const;
   Position position() const;
 };
 

@@ -22,18 +22,16 @@ std::uint64_t OpenEntity::line() const {
   return XML_GetCurrentLineNumber(parser) - inParser.place.line + inDocument.place.line;
 }
 
+std::uint64_t OpenEntity::column() const {
+  if (scanner != nullptr) return scanner->place().column;
+  const auto column = static_cast<std::uint64_t>(columnOf(parser));
+  // The line in which the document goes on may have begun elsewhere.
+  const bool isGoingOn = XML_GetCurrentLineNumber(parser) == inParser.place.line;
+  return isGoingOn ? column - inParser.place.column + inDocument.place.column : column;
+}
+
 Position OpenEntity::position() const {
-  std::uint64_t column = 0;
-  if (scanner != nullptr) {
-    column = scanner->place().column;
-  } else {
-    column = static_cast<std::uint64_t>(columnOf(parser));
-    // The line in which the document goes on may have begun elsewhere.
-    if (XML_GetCurrentLineNumber(parser) == inParser.place.line) {
-      column += inDocument.place.column - inParser.place.column;
-    }
-  }
-  return {static_cast<std::int32_t>(line()), static_cast<std::int32_t>(column)};
+  return {static_cast<std::int32_t>(line()), static_cast<std::int32_t>(column())};
 }
 
 // --- Blocks ---
