@@ -1,3 +1,4 @@
+#include "../xml/SameText.h"
 #include "Decoder.h"
 #include "Encoder.h"
 #include "format/Octets.h"
@@ -63,16 +64,15 @@ Name& Decoder::nameAt(unsigned long index, Names& table, const char* message) {
   return *name;
 }
 
-void Encoder::encodeNewName(unsigned bits, unsigned table, const NameParts& name) {
+void Encoder::encodeNewName(unsigned bits, unsigned table, const NameView& name, KeyHash hash) {
   // This may throw, so it comes before anything is written or added.
   const PartIndices indices = findNameParts(name.prefix, name.namespaceName);
-  addEntry(names(table), name);
-  encodeLiteralName(bits, name.prefix, name.namespaceName, name.localName, indices);
+  addEntry(names(table), name, hash);
+  encodeLiteralName(bits, name, indices);
 }
 
-void Encoder::encodeLiteralName(unsigned bits, const std::string& prefix,
-                                const std::string& namespaceName, const std::string& localName,
-                                PartIndices indices) {
+void Encoder::encodeLiteralName(unsigned bits, const NameView& name, PartIndices indices) {
+  const auto& [prefix, namespaceName, localName] = name;
   put(bits | (prefix.empty() ? 0 : kPrefixPresent) |
       (namespaceName.empty() ? 0 : kNamespacePresent));
   if (!prefix.empty()) encodeNamePart(kPrefixes, prefix, indices.prefix);
@@ -82,30 +82,44 @@ void Encoder::encodeLiteralName(unsigned bits, const std::string& prefix,
   encodeIdentifier(kLocalNames, localName);
 }
 
-Encoder::PartIndices Encoder::findNameParts(const std::string& prefix,
-                                            const std::string& namespaceName) const {
+Encoder::PartIndices Encoder::findNameParts(std::string_view prefix,
+                                            std::string_view namespaceName) {
+  KnownParts& known = parts_;
+  if (known.isKnown && xml::sameText(known.prefix, prefix) &&
+      xml::sameText(known.namespaceName, namespaceName)) {
+    return known.indices;
+  }
   PartIndices indices;
   if (!prefix.empty()) indices.prefix = findNamePart(kPrefixes, prefix, "prefix");
   if (!namespaceName.empty()) {
     indices.namespaceName = findNamePart(kNamespaceNames, namespaceName, "namespace");
+  }
+  // What is in no table now may be there later.
+  known.isKnown = false;
+  if ((prefix.empty() || indices.prefix != kNoIndex) &&
+      (namespaceName.empty() || indices.namespaceName != kNoIndex)) {
+    known.prefix = prefix;
+    known.namespaceName = namespaceName;
+    known.indices = indices;
+    known.isKnown = true;
   }
   return indices;
 }
 
 /// The index of a prefix or namespace name as a literal name counts it, or kNoIndex where it is
 /// written literally.
-unsigned Encoder::findNamePart(unsigned table, const std::string& part, const char* what) const {
+unsigned Encoder::findNamePart(unsigned table, std::string_view part, const char* what) const {
   if (part == kStringTableForms[table].builtIn) return kBuiltInNameIndex;
   if (const unsigned* const index = strings(table).find(part)) {
     return *index + kBuiltInNames - dialect_.builtInNamesInDeclarations;
   }
   if (!dialect_.literalNameParts) {
-    throw SAXException(std::string("Undeclared ") + what + " \"" + part + "\"");
+    throw SAXException(std::string("Undeclared ") + what + " \"" + std::string(part) + "\"");
   }
   return kNoIndex;
 }
 
-void Encoder::encodeNamePart(unsigned table, const std::string& part, unsigned index) {
+void Encoder::encodeNamePart(unsigned table, std::string_view part, unsigned index) {
   if (index == kNoIndex) {
     encodeIdentifier(table, part);
   } else {
@@ -117,10 +131,11 @@ void Encoder::encodeElementName(unsigned attributeFlag, const EventName& name) {
   const auto& [uri, localName, qName] = name;
   const unsigned* index = known_.elements.find(uri, localName, qName);
   if (index == nullptr) {
-    assignName(name_, name);
-    index = names(kElementNames).find(name_);
+    const NameView parts = name.parts();
+    KeyHash hash;
+    index = names(kElementNames).find(parts, hash);
     if (index == nullptr) {
-      return encodeNewName(kLiteralElementName | attributeFlag, kElementNames, name_);
+      return encodeNewName(kLiteralElementName | attributeFlag, kElementNames, parts, hash);
     }
     known_.elements.put(uri, localName, qName, *index);
   }
@@ -131,9 +146,12 @@ void Encoder::encodeAttributeName(const EventName& name) {
   const auto& [uri, localName, qName] = name;
   const unsigned* index = known_.attributes.find(uri, localName, qName);
   if (index == nullptr) {
-    assignName(name_, name);
-    index = names(kAttributeNames).find(name_);
-    if (index == nullptr) return encodeNewName(kLiteralAttributeName, kAttributeNames, name_);
+    const NameView parts = name.parts();
+    KeyHash hash;
+    index = names(kAttributeNames).find(parts, hash);
+    if (index == nullptr) {
+      return encodeNewName(kLiteralAttributeName, kAttributeNames, parts, hash);
+    }
     known_.attributes.put(uri, localName, qName, *index);
   }
   encodeIndex(0, *index);

@@ -46,13 +46,13 @@ void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::strin
 
 /// The length of a literal.
 /// @throws SAXException where the format has no form for it
-std::uint64_t Encoder::lengthOf(const std::string& text) const {
+std::uint64_t Encoder::lengthOf(std::string_view text) const {
   if (text.size() <= dialect_.longestStringWritten) return text.size();
   throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
                      " octets");
 }
 
-void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
+void Encoder::encodeIdentifier(unsigned table, std::string_view text) {
   StringIndexMap& entries = strings(table);
   const bool adds = entries.positions() < dialect_.maximumEntries;
   if (const unsigned* const index = adds ? entries.findOrAdd(text) : entries.find(text)) {
@@ -63,7 +63,7 @@ void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
   encodeLiteralIdentifier(text);
 }
 
-void Encoder::encodeLiteralIdentifier(const std::string& text) {
+void Encoder::encodeLiteralIdentifier(std::string_view text) {
   writeInteger(kIdentifierLength, 0, lengthOf(text));
   write(text);
 }
@@ -104,21 +104,22 @@ void Decoder::decodeString(unsigned table, std::string& text) {
   decodeString(readOctet(), &strings(table), text);
 }
 
-void Encoder::encodeString(unsigned table, bool adds, const std::string& text) {
-  const unsigned* const index = text.empty() ? nullptr : strings(table).find(text);
+void Encoder::encodeString(unsigned table, bool adds, std::string_view text) {
+  KeyHash hash;
+  const unsigned* const index = text.empty() ? nullptr : strings(table).find(text, hash);
   if (index != nullptr) {
     encodeIndex(kStringIndex, *index);
   } else {
-    encodeNewString(table, adds, text);
+    encodeNewString(table, adds, text, hash);
   }
 }
 
-void Encoder::encodeNewString(unsigned table, bool adds, const std::string& text) {
-  if (adds && !text.empty()) addEntry(strings(table), text);
+void Encoder::encodeNewString(unsigned table, bool adds, std::string_view text, KeyHash hash) {
+  if (adds && !text.empty()) addEntry(strings(table), text, hash);
   encodeLiteralString(adds, text);
 }
 
-void Encoder::encodeLiteralString(bool adds, const std::string& text) {
+void Encoder::encodeLiteralString(bool adds, std::string_view text) {
   if (text.empty()) {
     put(kEmptyString);
     return;
@@ -132,7 +133,8 @@ void Encoder::encodeLiteralString(bool adds, const std::string& text) {
 void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = strings(kContentCharacterChunks);
-  const unsigned* const index = table.find(text);
+  KeyHash hash;
+  const unsigned* const index = table.find(text, hash);
   const bool adds = addsChunk(text, index != nullptr);
   if (index != nullptr) {
     writeInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
@@ -140,7 +142,7 @@ void Encoder::encodeCharacters(const std::string& text) {
   }
   unsigned bits = kChunk | kChunkUTF8;
   if (adds) {
-    addEntry(table, text);
+    addEntry(table, text, hash);
     bits |= kChunkAddToTable;
   }
   writeInteger(kCharactersLength, bits, lengthOf(text));

@@ -171,8 +171,9 @@ void XML10StartTag::checkElementName(const Element& element, const NamespaceBind
   const auto& [uri, localName, qName, attributes, mappings] = element;
   refuseIf(whyNotQName(qName));
   const bool raw = isRaw(uri, localName);
-  if (!raw) refuseIf(whyNotLocalName(localName, qName));
-  refuseIf(whyNotElement(split(qName).prefix, raw ? nullptr : &uri, qName, bindings));
+  const std::string_view prefix = split(qName).prefix;
+  if (!raw) refuseUnlessLocalName(prefix, localName, qName);
+  refuseIf(whyNotElement(prefix, raw ? nullptr : &uri, qName, bindings));
   checkedElements_.put(uri, localName, qName,
                        {bindings.version(), UniqueAttributes::kUnknown, false});
 }
@@ -186,7 +187,7 @@ std::size_t XML10StartTag::checkAttributeName(const std::string& uri, const std:
   if (known == nullptr) refuseIf(whyNotQName(qName));
   const auto [prefix, local] = split(qName);
   const bool raw = isRaw(uri, localName);
-  if (!raw && known == nullptr) refuseIf(whyNotLocalName(localName, qName));
+  if (!raw && known == nullptr) refuseUnlessLocalName(prefix, localName, qName);
   refuseIf(whyNotAttribute(prefix, raw ? nullptr : &uri, qName, bindings));
   std::size_t number = known != nullptr && !raw ? known->number : UniqueAttributes::kUnknown;
   if (number == UniqueAttributes::kUnknown) {
