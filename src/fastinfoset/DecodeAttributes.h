@@ -70,13 +70,7 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
                                 copyOfRaw(*raw));
         return attributes.end();
       }
-      // Entries of the document may move.
-      const unsigned long external = values.externalPositions();
-      if (index < external) {
-        attributes.refer(attribute, value);
-      } else {
-        attributes.refer(attribute, values.own(), index - external);
-      }
+      attributes.refer(attribute, value);
     }
   } else if ((octet & kStringIndex) == 0 && (octet & kStringEncoding) == kStringUTF8) {
     const std::uint64_t begin = input_.count() - 1;

@@ -20,41 +20,50 @@ Name& Decoder::decodeLiteralName(unsigned octet, Names& table) {
   if (table.positions() >= dialect_.maximumEntries) {
     unlisted_ = {};
     decodeNameParts(octet, unlisted_);
-    unlisted_.setQName();
     return unlisted_;
   }
   Name& name = appendName(table);
   decodeNameParts(octet, name);
   accountFor(countedOctets(name));
-  name.setQName();
   return name;
 }
 
 /// Decodes the parts of a literal name that an octet's low bits announce.
-void Decoder::decodeNameParts(unsigned octet, std::string& prefix, std::string& namespaceName,
-                              std::string& localName) {
+void Decoder::decodeNameParts(unsigned octet, Name& name) {
   if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) fail(kPrefixWithoutNamespace);
-  if (octet & kPrefixPresent) decodeNamePart(kPrefixes, "Error when parsing prefix", prefix);
-  if (octet & kNamespacePresent) {
-    decodeNamePart(kNamespaceNames, "Error when parsing namespace", namespaceName);
+  NameParts unlisted;  // Those that are in no table, as it is full.
+  const std::string* prefix = &Name::kNone;
+  const std::string* namespaceName = &Name::kNone;
+  if (octet & kPrefixPresent) {
+    prefix = &decodeNamePart(kPrefixes, "Error when parsing prefix", unlisted.prefix);
   }
-  decodeIdentifier(kLocalNames, localName);
+  if (octet & kNamespacePresent) {
+    namespaceName =
+        &decodeNamePart(kNamespaceNames, "Error when parsing namespace", unlisted.namespaceName);
+  }
+  const std::string& localName = decodeEntry(kLocalNames, unlisted.localName);
+  const bool isListed = prefix != &unlisted.prefix && namespaceName != &unlisted.namespaceName &&
+                        &localName != &unlisted.localName;
+  if (isListed) {
+    name.refer(*prefix, *namespaceName, localName);
+  } else {
+    name.own({*prefix, *namespaceName, localName});
+  }
 }
 
-void Decoder::decodeNamePart(unsigned table, const char* message, std::string& part) {
+/// @param unlisted holds the part where it is in no table
+const std::string& Decoder::decodeNamePart(unsigned table, const char* message,
+                                           std::string& unlisted) {
   const unsigned octet = readOctet();
   Strings& entries = strings(table);
   if (dialect_.literalNameParts && (octet & kStringIndex) == 0) {
-    return decodeLiteralIdentifier(octet, &entries, part);
+    return decodeLiteralIdentifier(octet, entries, unlisted);
   }
   const unsigned long index = decodeIndex(octet);
-  if (index == kBuiltInNameIndex) {
-    part = entries.form().builtIn;
-    return;
-  }
+  if (index == kBuiltInNameIndex) return entries.builtIn();
   const std::string* const entry = entries.find(index - kBuiltInNames);
   if (entry == nullptr) fail(message);
-  part = *entry;
+  return *entry;
 }
 
 /// An entry of a table of names: the external entries first, then the document's own.
@@ -160,24 +169,27 @@ void Encoder::encodeAttributeName(const EventName& name) {
 // --- Surrogates ---
 
 /// Decodes a name as the indexes of its parts.
-NameParts Decoder::decodeNameSurrogate() {
+Name Decoder::decodeNameSurrogate() {
   const unsigned octet = readOctet();
   checkPadding(octet & ~(kPrefixPresent | kNamespacePresent));
   if ((octet & kPrefixPresent) && !(octet & kNamespacePresent)) fail(kPrefixWithoutNamespace);
-  NameParts name;
-  if (octet & kPrefixPresent) name.prefix = decodeSurrogatePart(kPrefixes);
-  if (octet & kNamespacePresent) name.namespaceName = decodeSurrogatePart(kNamespaceNames);
-  name.localName = decodeSurrogatePart(kLocalNames);
+  const auto decode = [this](bool isPresent, unsigned table) -> const std::string& {
+    return isPresent ? decodeSurrogatePart(table) : Name::kNone;
+  };
+  const std::string& prefix = decode(octet & kPrefixPresent, kPrefixes);
+  const std::string& namespaceName = decode(octet & kNamespacePresent, kNamespaceNames);
+  Name name;
+  name.refer(prefix, namespaceName, decodeSurrogatePart(kLocalNames));
   return name;
 }
 
-std::string Decoder::decodeSurrogatePart(unsigned table) {
+const std::string& Decoder::decodeSurrogatePart(unsigned table) {
   const unsigned octet = readOctet();
   checkPadding(octet & kStringIndex);
   const unsigned long index = decodeIndex(octet);
   const unsigned long builtIn = builtInEntries(table);
   Strings& entries = strings(table);
-  return index < builtIn ? entries.form().builtIn : stringAt(index - builtIn, entries);
+  return index < builtIn ? entries.builtIn() : stringAt(index - builtIn, entries);
 }
 
 void Encoder::encodeNameSurrogate(const NameParts& name) {

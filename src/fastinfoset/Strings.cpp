@@ -22,26 +22,47 @@ const std::string& Decoder::stringAt(unsigned long index, Strings& table) {
 
 // --- Identifying strings ---
 
-void Decoder::decodeIdentifier(unsigned table, std::string& text) {
+const std::string& Decoder::decodeEntry(unsigned table, std::string& unlisted) {
   const unsigned octet = readOctet();
   Strings& entries = strings(table);
-  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, &entries, text);
-  text = stringAt(decodeIndex(octet), entries);
+  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, entries, unlisted);
+  const std::string& text = stringAt(decodeIndex(octet), entries);
   fromTables_ += text.size();
+  return text;
+}
+
+void Decoder::decodeIdentifier(unsigned table, std::string& text) {
+  const std::string& entry = decodeEntry(table, text);
+  if (&entry != &text) text = entry;
 }
 
 void Decoder::decodeIdentifier(std::string& text) {
   const unsigned octet = readOctet();
   if (octet & kStringIndex) fail("Error when parsing identifier");
-  decodeLiteralIdentifier(octet, nullptr, text);
+  decodeLiteralIdentifier(octet, text);
 }
 
-/// @param table null where it is octets, or a string that is checked where it is used
-void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& text) {
+/// Octets, or a string that is checked where it is used.
+void Decoder::decodeLiteralIdentifier(unsigned octet, std::string& text) {
   readOctets(decodeIdentifierLength(octet), text);
-  if (table == nullptr) return;
-  checkEntry(table->table(), text);
-  addEntry(*table, text);
+}
+
+/// A literal that is added to its table.
+const std::string& Decoder::decodeLiteralIdentifier(unsigned octet, Strings& table,
+                                                    std::string& unlisted) {
+  const std::uint64_t length = decodeIdentifierLength(octet);
+  checkLiteralLength(length);
+  std::string_view text;
+  if (const char* const buffered = input_.consumeBuffered(length)) {
+    text = {buffered, length};
+  } else {
+    readOctets(length, unlisted);
+    text = unlisted;
+  }
+  checkEntry(table.table(), text);
+  if (const std::string* const entry = addEntry(table, text)) return *entry;
+  if (text.data() != unlisted.data()) unlisted = text;
+  return unlisted;
 }
 
 /// The length of a literal.

@@ -38,10 +38,7 @@ class StartTagAttributes final
     const std::string* qName = nullptr;
     std::unique_ptr<std::array<std::string, 3>> ownNames;
 
-    // Where its value is, unless it has one of its own: in a table, which may move, or elsewhere.
-    const std::vector<std::string>* values = nullptr;
-    std::size_t index = 0;
-    const std::string* shared = nullptr;
+    const std::string* shared = nullptr;  // Its value, unless it has one of its own.
 
     const std::string* algorithmURI = nullptr;
     std::int32_t algorithmIndex = -1;
@@ -58,22 +55,17 @@ class StartTagAttributes final
   Record& begin(const Name& name, bool outlives) {
     Record& record = next();
     if (outlives) {
-      record.uri = &name.namespaceName;
-      record.localName = &name.localName;
-      record.qName = &name.qName;
+      record.uri = &name.namespaceName();
+      record.localName = &name.localName();
+      record.qName = &name.qName();
     } else {
       record.ownNames = std::make_unique<std::array<std::string, 3>>(
-          std::array<std::string, 3>{name.namespaceName, name.localName, name.qName});
+          std::array<std::string, 3>{name.namespaceName(), name.localName(), name.qName()});
       record.uri = record.ownNames->data();
       record.localName = record.uri + 1;
       record.qName = record.uri + 2;
     }
     return record;
-  }
-  /// Lets an attribute have an entry of a table as its value.
-  static void refer(Record& record, const std::vector<std::string>& values, std::size_t index) {
-    record.values = &values;
-    record.index = index;
   }
   /// Lets an attribute have a string as its value that stays where it is.
   static void refer(Record& record, const std::string& value) { record.shared = &value; }

@@ -23,9 +23,9 @@ void X891Decoder::checkText(std::string_view text) {
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void X891Decoder::checkEntry(unsigned table, const std::string& entry) {
+void X891Decoder::checkEntry(unsigned table, std::string_view entry) {
   if (kStringTableForms[table].kind == EntryKind::name) {
-    if (!xml::isNCName(entry)) fail("Invalid name \"" + entry + "\"");
+    if (!xml::isNCName(entry)) fail("Invalid name " + xml::quoted(entry));
   } else {
     checkText(entry);
   }
@@ -62,7 +62,7 @@ void X891Decoder::decodeDeclarations(std::uint32_t& count) {
 }
 
 std::size_t X891Decoder::reportedOctetsOf(const Name& name) {
-  return name.namespaceName.size() + name.localName.size() + name.qName.size();
+  return name.namespaceName().size() + name.localName().size() + name.qName().size();
 }
 
 /// Computes how many octets are allowed now that more have been read. Measured: doing so at each
@@ -82,7 +82,7 @@ void X891Decoder::checkElementName(Name& name) {
   Document& document = document_;
   document.attributes.beginTag();
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotElement(name.prefix, &name.namespaceName, name.qName, document.bindings));
+    failIf(xml::whyNotElement(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -92,7 +92,7 @@ void X891Decoder::checkElementName(Name& name) {
 void X891Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotAttribute(name.prefix, &name.namespaceName, name.qName, document.bindings));
+    failIf(xml::whyNotAttribute(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -107,11 +107,11 @@ void X891Decoder::checkAttributeName(Name& name) {
   if (name.identity == xml::UniqueAttributes::kUnknown) {
     const std::size_t known = attributes.size();
     name.identity =
-        static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
+        static_cast<std::uint32_t>(attributes.number(name.namespaceName(), name.localName()));
     // A name that does not fit in the table is kept here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(countedOctets(name));
   }
-  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName));
+  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName()));
 }
 
 }  // namespace Tavrin::fastinfoset

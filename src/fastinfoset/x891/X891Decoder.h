@@ -91,7 +91,7 @@ class X891Decoder : public Decoder {
   void checkPadding(unsigned bits) const override;
   void checkRootElement(bool hasRoot) const override;
 
-  void checkEntry(unsigned table, const std::string& entry) override;
+  void checkEntry(unsigned table, std::string_view entry) override;
   void checkText(std::string_view text) override;
   void checkTextLength(std::uint64_t textOctets, std::uint64_t length) override;
   void checkAmplification() const override;
