@@ -9,7 +9,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <istream>
 #include <map>
 #include <memory>
@@ -508,7 +507,7 @@ class Decoder {
   std::vector<OpenElement> openElements_;  // Nesting is not limited by the call stack.
   // The names that handlers are given stay where they are, whatever a derived reader decodes
   // meanwhile.
-  std::deque<UnlistedName> unlistedElements_;  // The innermost last.
+  std::vector<UnlistedName> unlistedElements_;  // The innermost last.
   std::unique_ptr<Name> ended_;                // That of the last end, for whoever pulls.
 
   template <typename Entries, unsigned First, unsigned... Tables>

@@ -2,6 +2,7 @@
 
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "../../sax/AttributesByName.h"
+#include "../../xml/SameText.h"
 
 namespace Tavrin {
 
@@ -71,6 +73,16 @@ class StartTagAttributes final
   static void refer(Record& record, const std::string& value) { record.shared = &value; }
   void setAlgorithm(Record& record, const std::string& uri, std::int32_t index,
                     std::unique_ptr<EncodedData> value);
+  /// Whether one of the first attributes is of this name.
+  bool beginsWith(const std::string& uri, const std::string& localName, std::size_t most) const {
+    for (std::size_t i = 0; i < std::min(length_, most); ++i) {
+      const Record& record = *records_[i];
+      if (xml::sameText(*record.localName, localName) && xml::sameText(*record.uri, uri)) {
+        return true;
+      }
+    }
+    return false;
+  }
   void end() {
     hasBegun_ = false;
     spareOctets_ -= records_[length_++]->spareOctets;

@@ -228,6 +228,7 @@ class X891Decoder : public Decoder {
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
+    bool isOneCompared = false;  // Of the tag: an attribute whose name has no number.
     std::uint64_t tagOctets = 0;  // What the attributes count for while their tag is read.
 
     /// The identifiers of entities that were referred to: public and system identifier by name.
