@@ -76,7 +76,17 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
     const std::uint64_t begin = input_.count() - 1;
     const std::uint64_t length = decodeStringLength(octet);
     if (isCutBefore(length, begin)) return;
-    decodeLiteralText(octet, length, &values, attributes.begin(name, isListed).value);
+    auto& attribute = attributes.begin(name, isListed);
+    if (octet & kStringAddToTable) {
+      const std::string& value = decodeListedText(length, values, attribute.value);
+      if constexpr (List::kRefersToTables) {
+        attributes.refer(attribute, value);
+      } else {
+        attribute.value = value;
+      }
+    } else {
+      readText(length, attribute.value);
+    }
   } else {
     keepItem();
     decodeString(octet, &values, attributes.begin(name, isListed).value);

@@ -410,6 +410,7 @@ class Decoder {
   void decodeString(unsigned octet, Strings* table, std::string& text);
   void decodeString(unsigned table, std::string& text);
   void decodeLiteralText(unsigned octet, std::uint64_t length, Strings* table, std::string& text);
+  const std::string& decodeListedText(std::uint64_t length, Strings& table, std::string& unlisted);
   /// An identifying string. A literal is added to the table.
   void decodeIdentifier(unsigned table, std::string& text);
   /// Likewise, where it is: in the table, or where that is full, in `unlisted`.
@@ -417,8 +418,7 @@ class Decoder {
   /// An identifying string that belongs to no table.
   void decodeIdentifier(std::string& text);
   void decodeLiteralIdentifier(unsigned octet, std::string& text);
-  const std::string& decodeLiteralIdentifier(unsigned octet, Strings& table,
-                                             std::string& unlisted);
+  const std::string& decodeLiteralIdentifier(unsigned octet, Strings& table, std::string& unlisted);
   void decodeUTF16(std::uint64_t length, std::string& text);
   void decodeRestrictedAlphabet(Field field, std::string& text);
   std::string charactersOfAlphabet(unsigned number);
@@ -508,7 +508,7 @@ class Decoder {
   // The names that handlers are given stay where they are, whatever a derived reader decodes
   // meanwhile.
   std::vector<UnlistedName> unlistedElements_;  // The innermost last.
-  std::unique_ptr<Name> ended_;                // That of the last end, for whoever pulls.
+  std::unique_ptr<Name> ended_;                 // That of the last end, for whoever pulls.
 
   template <typename Entries, unsigned First, unsigned... Tables>
   static std::array<Entries, sizeof...(Tables)> makeTables(

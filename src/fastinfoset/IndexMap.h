@@ -77,7 +77,7 @@ class IndexMap {
   bool operator==(const IndexMap& other) const;
 
  private:
-  static constexpr std::size_t kFirstEntries = 16;
+  static constexpr std::size_t kFirstEntries = 32;
   static constexpr std::size_t kMostKept = 256;  // Entries.
 
   bool insert(View key, unsigned int index);

@@ -52,16 +52,13 @@ const std::string& Decoder::decodeLiteralIdentifier(unsigned octet, Strings& tab
                                                     std::string& unlisted) {
   const std::uint64_t length = decodeIdentifierLength(octet);
   checkLiteralLength(length);
-  std::string_view text;
-  if (const char* const buffered = input_.consumeBuffered(length)) {
-    text = {buffered, length};
-  } else {
-    readOctets(length, unlisted);
-    text = unlisted;
-  }
+  const char* const buffered = input_.consumeBuffered(length);
+  if (buffered == nullptr) readOctets(length, unlisted);
+  const std::string_view text =
+      buffered != nullptr ? std::string_view(buffered, length) : std::string_view(unlisted);
   checkEntry(table.table(), text);
   if (const std::string* const entry = addEntry(table, text)) return *entry;
-  if (text.data() != unlisted.data()) unlisted = text;
+  if (buffered != nullptr) unlisted = text;
   return unlisted;
 }
 
@@ -119,6 +116,21 @@ void Decoder::decodeLiteralText(unsigned octet, std::uint64_t length, Strings* t
                                 std::string& text) {
   readText(length, text);
   if ((octet & kStringAddToTable) && table != nullptr) addEntry(*table, text);
+}
+
+/// Decodes a text in UTF-8 that is added to a table.
+/// @param unlisted holds it where the table is full
+const std::string& Decoder::decodeListedText(std::uint64_t length, Strings& table,
+                                             std::string& unlisted) {
+  checkLiteralLength(length);
+  const char* const buffered = input_.consumeBuffered(length);
+  if (buffered == nullptr) readText(length, unlisted);
+  const std::string_view text =
+      buffered != nullptr ? std::string_view(buffered, length) : std::string_view(unlisted);
+  if (buffered != nullptr) checkText(text);
+  if (const std::string* const entry = addEntry(table, text)) return *entry;
+  if (buffered != nullptr) unlisted = text;
+  return unlisted;
 }
 
 void Decoder::decodeString(unsigned table, std::string& text) {

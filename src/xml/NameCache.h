@@ -86,7 +86,7 @@ class NameCache {
   }
 
  private:
-  static constexpr std::size_t kFirst = 16;
+  static constexpr std::size_t kFirst = 32;
   static constexpr std::size_t kMostUnused = std::size_t{1} << 14U;
 
   struct Entry {
@@ -110,8 +110,8 @@ class NameCache {
     Entry entry;
     entry.qName = texts_.keep(qName);
     const bool isEnd = qName.ends_with(localName);
-    entry.localName = isEnd ? entry.qName.substr(qName.size() - localName.size())
-                            : texts_.keep(localName);
+    entry.localName =
+        isEnd ? entry.qName.substr(qName.size() - localName.size()) : texts_.keep(localName);
     const bool isSameURI = !entries_.empty() && sameText(entries_.back().uri, uri);
     entry.uri = isSameURI ? entries_.back().uri : texts_.keep(uri);
     entry.value = std::move(value);
@@ -124,9 +124,8 @@ class NameCache {
 
   /// The number of the entry with a qualified name, or kNone.
   std::uint32_t numberOf(std::string_view qName, std::uint32_t hash) const {
-    return index_.find(hash, [&](std::uint32_t number) {
-      return sameText(entries_[number].qName, qName);
-    });
+    return index_.find(
+        hash, [&](std::uint32_t number) { return sameText(entries_[number].qName, qName); });
   }
 
   // Not inline, so that the code for the common case is short.

@@ -74,8 +74,8 @@ inline QNameParts split(std::string_view qName) {
 inline void refuseUnlessLocalName(std::string_view prefix, std::string_view localName,
                                   std::string_view qName) {
   const std::size_t before = prefix.empty() ? 0 : prefix.size() + 1;
-  const bool isRight = qName.size() == before + localName.size() &&
-                       sameText(qName.substr(before), localName);
+  const bool isRight =
+      qName.size() == before + localName.size() && sameText(qName.substr(before), localName);
   if (!isRight) refuseIf(whyNotLocalName(localName, qName));
 }
 

@@ -28,8 +28,8 @@ class TextStore {
 
   /// A copy of a text.
   std::string_view keep(std::string_view text) {
-    char* const begin = text.size() <= room() ? std::exchange(at_, at_ + text.size())
-                                              : makeRoom(text.size());
+    char* const begin =
+        text.size() <= room() ? std::exchange(at_, at_ + text.size()) : makeRoom(text.size());
     copyOctets(begin, text);
     return {begin, text.size()};
   }
@@ -54,9 +54,7 @@ class TextStore {
   // Less than this part of a block stays unused.
   static constexpr std::size_t kPart = 4;
 
-  std::size_t room() const {
-    return blockSize_ - static_cast<std::size_t>(at_ - block_.get());
-  }
+  std::size_t room() const { return blockSize_ - static_cast<std::size_t>(at_ - block_.get()); }
 
   /// Memory for a text that does not fit: in a new block, or one of its own.
   char* makeRoom(std::size_t size) {
@@ -82,8 +80,8 @@ class TextStore {
 
   Block block_;  // That texts are added to.
   std::size_t blockSize_ = 0;
-  char* at_ = nullptr;                           // The end of its texts.
-  Blocks others_;  // Full ones, and those of long texts.
+  char* at_ = nullptr;  // The end of its texts.
+  Blocks others_;       // Full ones, and those of long texts.
 };
 
 }  // namespace Tavrin::xml

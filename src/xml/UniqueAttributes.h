@@ -35,6 +35,19 @@ class UniqueAttributes {
   /// An estimate of the memory that they need, in octets.
   std::size_t octets() const { return octets_; }
 
+  /// Forgets all names. Little memory is kept.
+  void clear() {
+    if (names_.capacity() > kMostKept) {
+      *this = UniqueAttributes();
+      return;
+    }
+    names_.clear();
+    texts_.clear();
+    index_.clear();
+    tag_ = 1;
+    octets_ = 0;
+  }
+
   void beginTag() { ++tag_; }
   /// Records an attribute of the tag.
   /// @return whether it is the first with its number
@@ -49,6 +62,8 @@ class UniqueAttributes {
     std::string_view localName;
     std::uint64_t lastTag = 0;  // The last tag that had it.
   };
+
+  static constexpr std::size_t kMostKept = 64;
 
   std::uint32_t add(std::string_view uri, std::string_view localName, std::uint32_t hash) {
     constexpr std::size_t kOfEntry = 128;

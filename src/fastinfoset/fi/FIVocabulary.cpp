@@ -90,9 +90,8 @@ void FIDecoder::decodeIdentifierTable(Table& table) {
 }
 
 void FIDecoder::decodeQualifiedNameTable(NameTable& table) {
-  replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
-    decodeQualifiedName(readOctet(), name);
-  });
+  replaceEntries(decodeNumberOfItems(), table,
+                 [this](QualifiedName& name) { decodeQualifiedName(readOctet(), name); });
 }
 
 void FIDecoder::decodeNameTable(Names& table) {

@@ -103,8 +103,7 @@ struct NameView {
            std::string_view theLocalName)
       : prefix(thePrefix), namespaceName(theNamespaceName), localName(theLocalName) {}
   // NOLINTNEXTLINE(google-explicit-constructor): as a string is a view of one.
-  NameView(const NameParts& parts)
-      : NameView(parts.prefix, parts.namespaceName, parts.localName) {}
+  NameView(const NameParts& parts) : NameView(parts.prefix, parts.namespaceName, parts.localName) {}
 };
 
 // --- The estimated memory of entries, by which tables are bounded ---

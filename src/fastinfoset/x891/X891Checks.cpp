@@ -83,7 +83,8 @@ void X891Decoder::checkElementName(Name& name) {
   document.attributes.beginTag();
   document.isOneCompared = false;
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotElement(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
+    failIf(
+        xml::whyNotElement(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -94,7 +95,8 @@ void X891Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
   const bool isNew = name.bindings == 0 && &name != &unlisted_;
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotAttribute(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
+    failIf(xml::whyNotAttribute(name.prefix(), &name.namespaceName(), name.qName(),
+                                document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -105,9 +107,9 @@ void X891Decoder::checkAttributeName(Name& name) {
   document.tagOctets += octets;
   accountFor(octets);
 
-  // A new name may never come again. Where it is one of the first of its tag, it gets no number, but
-  // is compared with the others, as are those after it. Measured: small messages are read in a tenth
-  // less time.
+  // A new name may never come again. Where it is one of the first of its tag, it gets no number,
+  // but is compared with the others, as are those after it. Measured: small messages are read in a
+  // tenth less time.
   constexpr std::size_t kFew = 16;
   const bool isCompared = isNew && static_cast<std::size_t>(attributes_.getLength()) < kFew;
   document.isOneCompared = document.isOneCompared || isCompared;

@@ -228,11 +228,13 @@ class X891Decoder : public Decoder {
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
-    bool isOneCompared = false;  // Of the tag: an attribute whose name has no number.
+    bool isOneCompared = false;   // Of the tag: an attribute whose name has no number.
     std::uint64_t tagOctets = 0;  // What the attributes count for while their tag is read.
 
     /// The identifiers of entities that were referred to: public and system identifier by name.
     std::map<std::string, std::pair<std::string, std::string>> entities;
+
+    void renew();  ///< Makes it a new document, which uses some memory again.
   };
   Document document_;
   bool isUsed_ = false;  // The document is one that was read.

@@ -62,6 +62,8 @@ class NameRecords {
   void forget(bool keepsMemory) {
     if (keepsMemory && used_.size() < records_.size() / kFew) {
       for (const std::size_t index : used_) records_[index] = {};
+    } else if (records_.size() <= kMostKept) {
+      std::ranges::fill(records_, Record());
     } else {
       records_ = {};
     }
@@ -71,6 +73,7 @@ class NameRecords {
  private:
   static constexpr std::size_t kFew = 8;
   static constexpr std::size_t kFirst = 32;
+  static constexpr std::size_t kMostKept = 128;
 
   std::vector<Record> records_;
   std::vector<std::size_t> used_;
@@ -251,8 +254,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     KeyHash nameHash = {};
     KeyHash valueHash = {};
   };
-  bool isClear_ = true;     // There has been no event of a document.
-  bool isWriting_ = false;  // Some of its octets may be written.
+  bool isClear_ = true;                       // There has been no event of a document.
+  bool isWriting_ = false;                    // Some of its octets may be written.
   unsigned elementIndex_ = 0;                 // Of the element's name, or kNoIndex.
   KeyHash elementHash_;                       // Of its name, where it is in no table.
   std::string localName_;                     // Of an attribute.

@@ -263,13 +263,12 @@ void XMLWriter_X891::Encoder::checkNewAttribute(const Attributes& attributes, st
   } else if (number > 0) {
     // The references that a list returns may be valid only until its next call.
     localName_ = localName;
-    isGiven =
-        std::any_of(attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
-                    [&](const CheckedAttribute& other) {
-                      return other.index == kNoIndex &&
-                             attributes.getLocalName(other.position) == localName_ &&
-                             attributes.getURI(other.position).empty();
-                    });
+    isGiven = std::any_of(
+        attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
+        [&](const CheckedAttribute& other) {
+          return other.index == kNoIndex && attributes.getLocalName(other.position) == localName_ &&
+                 attributes.getURI(other.position).empty();
+        });
   }
   if (!isGiven) return;
   const std::string& qName = attributes.getQName(position);

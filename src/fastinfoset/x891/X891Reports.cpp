@@ -116,7 +116,8 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
                                           document.bindings.uriAt(i));
   }
   if (handlers_.content) {
-    handlers_.content->startElement(name.namespaceName(), name.localName(), name.qName(), attributes);
+    handlers_.content->startElement(name.namespaceName(), name.localName(), name.qName(),
+                                    attributes);
   }
   if (!isPulled_) forgetStartTag();
   return ended;
