@@ -183,13 +183,14 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   bool isStopped() const { return gate_.isStopped(); }
   bool isPaused() const { return gate_.isPaused(); }
 
-  // Documents that are scanned, event by event: `parse` begins with the octets of a block, `pull`
-  // goes on where a call of `haltHere` has ended either.
-  /// @return whether `haltHere` has ended it again
+  // Documents that are scanned, a few events at a time: `parse` begins with the octets of a block,
+  // `pull` goes on after `hold` or `haltHere`.
+  /// @return whether one of them was called again
   bool pull();
   bool isHaltedHere() const {
     return document_ && document_->scanner && document_->scanner->isHaltedHere();
   }
+  void hold() { document_->scanner->hold(); }
   void haltHere() { document_->scanner->haltHere(); }
   /// Whether no event has to come before the current one.
   bool isReady() const { return ready_; }
