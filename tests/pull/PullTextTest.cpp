@@ -113,6 +113,31 @@ TEST(PullText, TellsWhatHandlersAreTold) {
   expectSame("<a>" + std::string(100000, 'x') + "<b>" + std::string(50000, '\n') + "</b></a>");
 }
 
+/// Several events are found at a time, where no start tag is among them.
+TEST(PullText, MayBringManyEventsWithoutAStartTag) {
+  std::string references = "<a>";
+  for (int i = 0; i < 100; ++i) references += "&lt;&#xE9;&#x1F600;\n\r\n&amp;t\r";
+  expectSame(references + "</a>");
+  expectSame(references + "<!--c--><?p d?>&#233;<![CDATA[\n&]]>x</a>");
+  expectSame(references + "&no;</a>");
+  std::string ends = "<a>";
+  for (int i = 0; i < 40; ++i) ends += "<b xmlns:p='u" + std::to_string(i) + "'><p:c>";
+  for (int i = 0; i < 40; ++i) ends += "</p:c></b>";
+  expectSame(ends + "t</a>");
+  expectSame(ends + "</b>");
+  std::string nested(40, ' ');
+  std::string closed;
+  for (int i = 0; i < 40; ++i) {
+    nested += "<b>";
+    closed += "</b>";
+  }
+  for (const std::size_t ended : {30, 31, 32, 33, 39}) {
+    expectSame("<a>" + nested + closed.substr(0, ended * 4));
+    expectSame("<a>" + nested + closed.substr(0, ended * 4) + "</c></a>");
+  }
+  expectSame("<a>" + nested + closed + "</a>");
+}
+
 void expectSameOfEachBeginning(const std::string& text) {
   for (std::size_t end = 0; end < text.size(); ++end) {
     const std::string cut = text.substr(0, end);

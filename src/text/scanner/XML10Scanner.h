@@ -65,8 +65,8 @@ class XML10Scanner {
   /// Called from an event: the strings of its names and of its text stay valid, and the octets must
   /// stay where they are, until the next call of `pull`.
   void hold() { isHaltedHere_ = true; }
-  /// Likewise, those of its attributes, too. Ends the call of `scan`, `pull` or `goOn` that is under
-  /// way, after this event.
+  /// Likewise, those of its attributes, too. Ends the call of `scan`, `pull` or `goOn` that is
+  /// under way, after this event.
   void haltHere() { isHalted_ = isHaltedHere_ = true; }
 
   /// Where the markup or text of the current event begins.
@@ -210,7 +210,7 @@ class XML10Scanner {
   Step step_ = Step::done;  ///< What became of the last token.
   bool isHalted_ = false;
   bool isHaltedHere_ = false;  ///< Or will be, where the octets end.
-  bool isEmptyTag_ = false;  ///< The end of the last element is that of its start tag.
+  bool isEmptyTag_ = false;    ///< The end of the last element is that of its start tag.
   std::uint32_t declarationsToLeave_ = 0;  ///< Of an element that has ended.
   bool isLast_ = false;
   bool hasMisc_ = false;    ///< Whether anything stands in front of the root element but `start_`.
