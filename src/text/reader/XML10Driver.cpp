@@ -150,7 +150,7 @@ bool XML10Driver::pullRarer() {
   const XML10Scanner::Outcome outcome = document_->scanner->goOn();
   if (document_->scanner->isHaltedHere()) return true;
   finishParse(afterScan(outcome, document_->isFinal), document_->isFinal);
-  return false;
+  return isHaltedHere();
 }
 
 XML_Status XML10Driver::continueParse() {
@@ -170,9 +170,10 @@ XML_Status XML10Driver::continueParse() {
     if (parsing.parsing == XML_FINISHED) return status;
     nameOpenElements();
   }
-  if (isStream) return parseEntity(*document_->stream, false);
   const std::string rest = std::exchange(document_->rest, {});
-  return rest.empty() ? status : parseBlock(rest.data(), rest.size(), document_->isFinal);
+  const bool isFinal = !isStream && document_->isFinal;
+  if (!rest.empty()) status = parseBlock(rest.data(), rest.size(), isFinal);
+  return isStream && status == XML_STATUS_OK ? parseEntity(*document_->stream, false) : status;
 }
 
 void XML10Driver::beginDocument() {
@@ -296,6 +297,7 @@ XML_Status XML10Driver::parseEntity(std::istream& stream, bool isFirst) {
     arrived = countArrived(stream.rdbuf(), kMostRead);
   }
   if (isScanned()) return scan(document_->waiting.all(), true);
+  if (isInProlog()) return parseProlog({}, true);
   const OpenEntity& entity = document_->current();
   return entity.recoder ? parseRecoded(entity.parser, *entity.recoder, {}, true)
                         : XML_Parse(entity.parser, "", 0, XML_TRUE);
@@ -303,12 +305,20 @@ XML_Status XML10Driver::parseEntity(std::istream& stream, bool isFirst) {
 
 /// Room for the next octets of the current entity, or null.
 char* XML10Driver::roomFor(int size) {
-  if (isScanned()) return document_->waiting.roomFor(static_cast<std::size_t>(size));
+  if (isScanned() || isInProlog()) {
+    return document_->waiting.roomFor(static_cast<std::size_t>(size));
+  }
   return static_cast<char*>(XML_GetBuffer(document_->current().parser, size));
 }
 
 /// Parses what has been written there.
 XML_Status XML10Driver::parseRoom(std::string_view octets, bool areLast) {
+  if (isInProlog()) {
+    document_->waiting.add(octets.size());
+    const XML_Status status = parseProlog(octets, areLast);
+    if (!isScanned()) document_->waiting = {};
+    return status;
+  }
   const OpenEntity& entity = document_->current();
   return entity.recoder ? parseRecoded(entity.parser, *entity.recoder, octets, areLast)
                         : XML_ParseBuffer(entity.parser, static_cast<int>(octets.size()), areLast);
@@ -381,6 +391,7 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
 
 XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool isFinal) {
   if (isScanned()) return scanBlock(block, size, isFinal);
+  if (isInProlog()) return parseProlog({block, size}, isFinal);
   Recoder* const recoder = document_->current().recoder.get();
   for (; recoder && size > kMostRead; size -= kMostRead, block += kMostRead) {
     const XML_Status status = parseRecoded(parser_.get(), *recoder, {block, kMostRead}, false);

@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "../../sax/EventGate.h"
-#include "../scanner/WaitingOctets.h"
 #include "../scanner/XML10Scanner.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
@@ -25,6 +24,7 @@
 #include "OpenElements.h"
 #include "Parser.h"
 #include "Recoder.h"
+#include "WaitingOctets.h"
 
 namespace Tavrin::text {
 
@@ -124,6 +124,13 @@ struct XML10Document {
   /// Reads the document; null where expat does.
   std::unique_ptr<XML10Scanner> scanner;
   WaitingOctets waiting;  ///< For the scanner.
+  /// What expat reads between two parts that are scanned; none where the scanner is not to go on.
+  struct Prolog {
+    std::unique_ptr<XML10Scanner> scanner;
+    std::string octets = {};               ///< Those that expat has got.
+    std::optional<std::size_t> root = {};  ///< Where in them the root element begins.
+  };
+  std::optional<Prolog> prolog;
 
   // While the document is paused: what has not been given to expat.
   std::istream* stream = nullptr;
@@ -293,6 +300,14 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   /// Has expat go on where the scanner has stopped.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();
+  // Documents that are scanned from the root element on: XML10Prolog.cpp.
+  XML_Status parseProlog(std::string_view octets, bool areLast);
+  XML_Status scanFromRoot(std::string_view octets, std::size_t kept, bool areLast);
+  /// Whether the parser has come to the root element, which is the scanner's. Then it stops.
+  bool comesToRoot();
+  bool isInProlog() const { return document_->prolog && !document_->isInExternalEntity(); }
+  /// Leaves the rest of the document to expat.
+  void stayInParser() { document_->prolog.reset(); }
   void announce() {
     if (!ready_) makeReady();
   }

@@ -78,6 +78,10 @@ class XML10Scanner {
 
   // After a refusal.
 
+  bool isInProlog() const { return phase_ == Phase::prolog; }
+  /// Goes on at the root element.
+  /// @param octets what stands in front of it: what was refused, and what follows
+  void skipProlog(std::string_view octets);
   /// Calls a function with the pieces of a document that leads to the current state.
   void describeContext(const std::function<void(std::string_view piece)>& append) const;
   /// Calls a function with each open element, the outermost first: "<" and its name, and the line
