@@ -253,9 +253,10 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
   void suspendOutsideOfEntities();
-  XML_Status continueParse();
   /// Expat can change it between blocks.
   void setReparseDeferral();
+  // The octets: XML10Blocks.cpp.
+  XML_Status continueParse();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
@@ -275,6 +276,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   static constexpr int kMostRead = 64 * 1024;
   /// Prepares for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(std::string_view start);
+
   bool makeReady() override;
   void handlerThrew() override;
   void endDocument();

@@ -16,8 +16,8 @@
 
 namespace Tavrin::text {
 
-/// Reads a well-formed document in UTF-8 without a document type, by the grammar of XML 1.0 (fourth
-/// edition; its numbers stand with the operations), block by block. It keeps nothing of the
+/// Reads a well-formed document in UTF-8, but for a document type, by the grammar of XML 1.0
+/// (fourth edition; its numbers stand with the operations), block by block. It keeps nothing of the
 /// document but the elements that are open and their namespace declarations.
 ///
 /// What it does not take for certain, it refuses before anything of it has been reported: a
