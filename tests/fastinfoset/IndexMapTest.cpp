@@ -118,7 +118,6 @@ TEST(WriterIndexMap, CopiesShareNothing) {
   auto table = std::make_unique<Strings>();
   table->setBase(base);
   for (unsigned i = 0; i < 1000; ++i) table->add("entry " + std::to_string(i));
-  table->add("a");
   Strings copy = *table;
   EXPECT_TRUE(copy == *table);
   table->add("b");
@@ -127,7 +126,7 @@ TEST(WriterIndexMap, CopiesShareNothing) {
   EXPECT_EQ(*copy.find("a"), 0U);
   for (unsigned i = 0; i < 1000; ++i) EXPECT_EQ(copy.at("entry " + std::to_string(i)), i + 1);
   EXPECT_EQ(copy.find("b"), nullptr);
-  EXPECT_EQ(copy.positions(), 1002U);
+  EXPECT_EQ(copy.positions(), 1001U);
   Strings other;
   other.add("c");
   other = copy;

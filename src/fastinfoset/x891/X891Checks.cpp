@@ -108,8 +108,8 @@ void X891Decoder::checkAttributeName(Name& name) {
   accountFor(octets);
 
   // A new name may never come again. Where it is one of the first of its tag, it gets no number,
-  // but is compared with the others, as are those after it. Measured: small messages are read in a
-  // tenth less time.
+  // but is compared with the others, as are those after it. Measured: a reader that is used
+  // again reads small messages in a fourteenth less time.
   constexpr std::size_t kFew = 16;
   const bool isCompared = isNew && static_cast<std::size_t>(attributes_.getLength()) < kFew;
   document.isOneCompared = document.isOneCompared || isCompared;
