@@ -17,7 +17,7 @@ namespace Tavrin {
 /// of XML text to choose, unless a program relies on the oddities of XMLReader_Expat.
 ///
 /// Documents in UTF-8 are scanned by the library itself; a document type is read by expat, and if
-/// it declares what changes elements or text, so is the rest. So is the rest of a document that is
+/// it declares entities, so is the rest. So is the rest of a document that is
 /// not well-formed, from where the scanner meets the failure. The events and the failures are those
 /// of expat, whoever reads. The property Tavrin::properties::textScanner has expat read all.
 ///

@@ -124,8 +124,12 @@ void XML10Driver::attlistDecl(const XML_Char* element, const XML_Char* attribute
   requireQName(attribute);
   requireName(type);
   const std::string declaredType = AttributeTypes::declaredForm(type);
-  if (defaultValue || declaredType != "CDATA") stayInParser();
   if (!document.attributeTypes.declare(element, attribute, declaredType)) return;
+  const std::string& reportedType = *document.attributeTypes.find(element, attribute);
+  if (document.prolog &&
+      !document.prolog->scanner->declareAttribute(element, attribute, reportedType, defaultValue)) {
+    stayInParser();
+  }
   if (defaultValue) {
     document.hasDefaults = true;
     if (xml::isDeclarationName(attribute)) document.hasDeclarationDefaults = true;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "../../sax/EventGate.h"
+#include "../../xml/Place.h"
 #include "../scanner/XML10Scanner.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
@@ -77,7 +78,7 @@ struct OpenEntity {
   /// Where the document goes on that expat reads after another one: a place in both.
   struct Junction {
     std::uint64_t octets = 0;
-    Place place = {};
+    xml::Place place = {};
   };
   Junction inDocument = {};
   Junction inParser = {};
@@ -201,6 +202,8 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void haltHere() { document_->scanner->haltHere(); }
   /// Whether no event has to come before the current one.
   bool isReady() const { return ready_; }
+  /// Whether tags may have defaults, which it has to count.
+  bool hasDefaults() const { return document_->hasDefaults; }
   /// Whether an element that begins now is one too many.
   bool isTooDeep() const {
     return document_->scanner->depth() > document_->settings.limits.maximumDepth;

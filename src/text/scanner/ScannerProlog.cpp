@@ -114,6 +114,16 @@ XML10Scanner::Step XML10Scanner::misc() {
   return step;
 }
 
+bool XML10Scanner::declareAttribute(std::string_view element, std::string_view attribute,
+                                    const std::string& type, const char* value) {
+  constexpr std::size_t kMost = 64;
+  ScannedName& owner = names_.find(element);
+  if (owner.declared == nullptr) owner.declared = &declared_.emplace_back();
+  owner.declared->push_back({&names_.find(attribute), type, {}});
+  if (value != nullptr) owner.declared->back().value = value;
+  return owner.declared->size() <= kMost;
+}
+
 void XML10Scanner::skipProlog(std::string_view octets) {
   if (hasMisc_) start_ += ' ';
   hasMisc_ = false;
