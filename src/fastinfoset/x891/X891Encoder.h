@@ -124,7 +124,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void checkKnownElementName(const EventName& name, unsigned index);
   void checkElementName(const EventName& name, const NameView& parts, unsigned index);
   struct AttributeRecord;
-  bool checkKnownAttributeName(const EventName& name, unsigned index);
+  void prepareAttributeName(const Attributes& attributes, std::size_t number);
   void checkAttributeName(const EventName& name, const NameView& parts, unsigned index);
   bool isFirst(const EventName& name, AttributeRecord& record);
   void checkNewAttribute(const Attributes& attributes, std::size_t number,

@@ -215,12 +215,6 @@ void XMLWriter_X891::Encoder::checkElementName(const EventName& name, const Name
   xml::refuseIf(xml::whyNotElement(parts.prefix, &name.uri, qName, document_.bindings));
 }
 
-/// @return false where the name is to be checked as one that is not known
-bool XMLWriter_X891::Encoder::checkKnownAttributeName(const EventName& name, unsigned index) {
-  AttributeRecord& record = attributeRecords_[index];  // It has been checked.
-  return record.bindings == document_.bindings.version() && isFirst(name, record);
-}
-
 void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, const NameView& parts,
                                                  unsigned index) {
   const xml::NamespaceBindings& bindings = document_.bindings;
@@ -302,28 +296,33 @@ void XMLWriter_X891::Encoder::classifyAttributes(const Attributes& attributes) {
   }
 }
 
+/// Checks the name of an attribute, and finds it in the table.
+void XMLWriter_X891::Encoder::prepareAttributeName(const Attributes& attributes,
+                                                   std::size_t number) {
+  auto& [i, index, valueIndex, isKnown, nameHash, valueHash] = attributes_[number];
+  const EventName name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+  if (isKnown) {  // It has been checked, so that it has a record.
+    AttributeRecord& record = attributeRecords_[index];
+    if (record.bindings == document_.bindings.version() && isFirst(name, record)) return;
+  }
+  const NameView parts = name.parts();
+  const unsigned* const found = isKnown ? &index : names(kAttributeNames).find(parts, nameHash);
+  if (found != nullptr) index = *found;
+  checkAttributeName(name, parts, index);
+  if (found == nullptr) {
+    if (name.uri.empty()) checkNewAttribute(attributes, number, name.localName);
+  } else if (!isKnown) {
+    known_.attributes.put(name.uri, name.localName, name.qName, index);
+  }
+}
+
 /// Checks the attributes, and finds their names and values in the tables.
 void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
   if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
-  std::size_t number = 0;
-  for (auto& [i, index, valueIndex, isKnown, nameHash, valueHash] : attributes_) {
-    const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
-                            attributes.getQName(i)};
-    if (!isKnown || !checkKnownAttributeName(name, index)) {
-      const NameView parts = name.parts();
-      if (!isKnown) {
-        const unsigned* const found = names(kAttributeNames).find(parts, nameHash);
-        if (found != nullptr) index = *found;
-      }
-      checkAttributeName(name, parts, index);
-      if (index == kNoIndex) {
-        if (name.uri.empty()) checkNewAttribute(attributes, number, name.localName);
-      } else if (!isKnown) {
-        known_.attributes.put(name.uri, name.localName, name.qName, index);
-      }
-    }
-    ++number;
+  for (std::size_t number = 0; number < attributes_.size(); ++number) {
+    prepareAttributeName(attributes, number);
+    auto& [i, index, valueIndex, isKnown, nameHash, valueHash] = attributes_[number];
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
       continue;
