@@ -11,6 +11,7 @@ RecordWriter::RecordWriter(BlockQueue& queue, std::uint64_t document)
 std::unique_ptr<Block> RecordWriter::newBlock() {
   auto block = queue_.take();
   block->document = document_;
+  block->anchor = anchor_;
   return block;
 }
 

@@ -18,6 +18,12 @@ class RecordWriter {
   /// @param document its number
   RecordWriter(BlockQueue& queue, std::uint64_t document);
 
+  /// Notes a place that no further record stands in front of.
+  void setAnchor(const Anchor& anchor) {
+    anchor_ = anchor;
+    if (block_->places.empty()) block_->anchor = anchor;
+  }
+
   /// @name One record
   /// @{
   void begin(RecordKind kind, const Place& place, const std::string& entity) {
@@ -99,6 +105,7 @@ class RecordWriter {
 
   BlockQueue& queue_;
   const std::uint64_t document_;
+  Anchor anchor_;
   std::unique_ptr<Block> block_;
   std::size_t start_ = 0;    // Where the last record begins.
   bool isInText_ = false;    // The last record is a part of a text that may go on.
