@@ -9,6 +9,8 @@
 #include <memory>
 #include <typeinfo>
 
+#include "comparing/ShortNumbers.h"
+
 namespace tool {
 
 namespace {
@@ -52,6 +54,9 @@ bool isExact(int algorithm, const Tavrin::EncodedData& data) {
   return typeid(data) == *types[static_cast<std::size_t>(algorithm)];
 }
 
+/// Whether a blank separates a number of a body from the one before.
+bool hasBlank(std::string_view body, std::size_t number) { return number > 0 || body[1] != 0; }
+
 }  // namespace
 
 Numbers::Array Numbers::of(int algorithm, const Tavrin::EncodedData& data) {
@@ -82,21 +87,60 @@ std::string Numbers::lastOf(std::string_view body, std::size_t count) {
   return last;
 }
 
+std::size_t Numbers::countOf(std::string_view body) {
+  std::size_t count = 0;
+  withHolder(body[0] & ~kExact, [&](const auto& holder) {
+    count = (body.size() - kHeaderSize) / sizeof holder.data_[0];
+  });
+  return count;
+}
+
 void Numbers::appendText(std::string& text, std::string_view body) {
+  appendText(text, body, 0, countOf(body));
+}
+
+void Numbers::appendText(std::string& text, std::string_view body, std::size_t first,
+                         std::size_t count) {
   const char mark = body[0];
-  if (body[1] != 0) text += ' ';
-  body.remove_prefix(kHeaderSize);
+  if (hasBlank(body, first)) text += ' ';
   const int algorithm = mark & ~kExact;
   withHolder(algorithm, [&]<typename Holder>(Holder plain) {
     const auto take = [&](Holder& holder) {
-      holder.data_.resize(body.size() / sizeof holder.data_[0]);
-      std::memcpy(holder.data_.data(), body.data(), body.size());
+      holder.data_.resize(count);
+      const std::size_t size = sizeof holder.data_[0];
+      std::memcpy(holder.data_.data(), body.data() + kHeaderSize + first * size, count * size);
       text += holder.toString();
     };
     if ((mark & kExact) == 0) return take(plain);
     const auto exact = Tavrin::encodedDataFromText(algorithm, "0");
     take(static_cast<Holder&>(*exact));
   });
+}
+
+Numbers::Recognised Numbers::recognise(std::string_view body, std::size_t first,
+                                       std::string_view text) {
+  Recognised recognised;
+  if ((body[0] & kExact) == 0) return recognised;
+  withHolder(body[0] & ~kExact, [&]<typename Holder>(const Holder&) {
+    using Number = typename decltype(Holder::data_)::value_type;
+    const char* from = body.data() + kHeaderSize + first * sizeof(Number);
+    const char* const last = body.data() + body.size();
+    const char* const end = text.data() + text.size();
+    const char* at = text.data();
+    bool isBehindBlank = hasBlank(body, first);
+    for (; from != last; from += sizeof(Number)) {
+      Number number{};
+      std::memcpy(&number, from, sizeof number);
+      const char* next = at;
+      if (isBehindBlank && (next == end || *next++ != ' ')) break;
+      if (!ShortNumbers<Number>::skip(next, end, number)) break;
+      at = next;
+      isBehindBlank = true;
+      ++recognised.numbers;
+    }
+    recognised.octets = static_cast<std::size_t>(at - text.data());
+  });
+  return recognised;
 }
 
 }  // namespace tool
