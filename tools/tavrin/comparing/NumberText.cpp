@@ -57,6 +57,26 @@ bool isExact(int algorithm, const Tavrin::EncodedData& data) {
 /// Whether a blank separates a number of a body from the one before.
 bool hasBlank(std::string_view body, std::size_t number) { return number > 0 || body[1] != 0; }
 
+/// @param hasBlank whether the text begins with a blank
+template <typename Number>
+Numbers::Recognised recogniseAs(std::string_view octets, bool hasBlank, std::string_view text) {
+  if (hasBlank && !text.starts_with(' ')) return {};
+  const std::size_t count = octets.size() / sizeof(Number);
+  const char* at = text.data() + (hasBlank ? 1 : 0);
+  const char* const end = text.data() + text.size();
+  const char* taken = text.data();
+  std::size_t known = 0;
+  for (; known < count; ++known) {
+    Number number{};
+    std::memcpy(&number, octets.data() + known * sizeof number, sizeof number);
+    const std::size_t size = ShortNumbers<Number>::sizeAt(at, end, number);
+    if (size == 0) break;
+    taken = at + size;
+    at = taken + 1;  // A blank is there.
+  }
+  return {known, static_cast<std::size_t>(taken - text.data())};
+}
+
 }  // namespace
 
 Numbers::Array Numbers::of(int algorithm, const Tavrin::EncodedData& data) {
@@ -123,22 +143,8 @@ Numbers::Recognised Numbers::recognise(std::string_view body, std::size_t first,
   if ((body[0] & kExact) == 0) return recognised;
   withHolder(body[0] & ~kExact, [&]<typename Holder>(const Holder&) {
     using Number = typename decltype(Holder::data_)::value_type;
-    const char* from = body.data() + kHeaderSize + first * sizeof(Number);
-    const char* const last = body.data() + body.size();
-    const char* const end = text.data() + text.size();
-    const char* at = text.data();
-    bool isBehindBlank = hasBlank(body, first);
-    for (; from != last; from += sizeof(Number)) {
-      Number number{};
-      std::memcpy(&number, from, sizeof number);
-      const char* next = at;
-      if (isBehindBlank && (next == end || *next++ != ' ')) break;
-      if (!ShortNumbers<Number>::skip(next, end, number)) break;
-      at = next;
-      isBehindBlank = true;
-      ++recognised.numbers;
-    }
-    recognised.octets = static_cast<std::size_t>(at - text.data());
+    recognised = recogniseAs<Number>(body.substr(kHeaderSize + first * sizeof(Number)),
+                                     hasBlank(body, first), text);
   });
   return recognised;
 }

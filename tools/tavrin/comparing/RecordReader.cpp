@@ -97,14 +97,16 @@ std::size_t TextPieces::takeNumbersIn(std::string_view text) {
   const std::size_t first = Numbers::countOf(record_.body) - numbersLeft_;
   const auto [numbers, octets] = Numbers::recognise(record_.body, first, text);
   numbersLeft_ -= numbers;
+  if (numbers > 0) toPrint_ = kFew;
   return octets;
 }
 
 std::string_view TextPieces::findRest() {
-  constexpr std::size_t kAtOnce = 256;
   if (areNumbers()) {
     const std::size_t first = Numbers::countOf(record_.body) - numbersLeft_;
-    const std::size_t count = std::min(numbersLeft_, kAtOnce);
+    const std::size_t count = std::min(numbersLeft_, toPrint_);
+    // Where a block of the text ends, only one or two are not recognised.
+    toPrint_ = std::min(2 * toPrint_, kMany);
     numbers_.clear();
     Numbers::appendText(numbers_, record_.body, first, count);
     numbersLeft_ -= count;

@@ -91,6 +91,9 @@ class TextPieces {
   std::size_t takeNumbersIn(std::string_view text);
 
  private:
+  static constexpr std::size_t kFew = 4;
+  static constexpr std::size_t kMany = 256;
+
   bool findRecord();
   void findPart();
   std::string_view findRest();
@@ -99,6 +102,7 @@ class TextPieces {
   Record record_{};
   bool hasRecord_ = false;       // It is taken, but for the rest.
   std::size_t numbersLeft_ = 0;  // Of it, those of which no text has been made.
+  std::size_t toPrint_ = kFew;   // So many at a time, unless they are recognised.
   std::string_view rest_;
   std::string numbers_;  // As text.
 };

@@ -37,12 +37,25 @@ class RecordWriter {
   }
   /// Remarks something of the record that is not compared.
   void remark(std::uint32_t attribute, std::string_view text);
-  void end();
+  void end() {
+    setSize();
+    if (block_->size > Block::kSize && start_ > 0) moveToNextBlock();
+  }
   /// @}
 
   /// @name A text, piece by piece
   /// @{
-  void addText(std::string_view text, const Place& place, const std::string& entity);
+  void addText(std::string_view text, const Place& place, const std::string& entity) {
+    // Most texts come in one piece, and have room.
+    if (isInText_ || text.empty() || text.size() + Block::kHeaderSize > room()) {
+      addParts(text, place, entity);
+    } else {
+      beginText(RecordKind::Text, place, entity);
+      copy(grow(*block_, text.size()), text);
+      setSize();
+      isOpenText_ = true;
+    }
+  }
   /// Numbers, which print with blanks between.
   void addNumbers(const Numbers::Array& numbers, const Place& place, const std::string& entity);
   /// Whether the last record belongs to a text.
@@ -95,10 +108,28 @@ class RecordWriter {
     std::memcpy(to, &first, sizeof first);
     std::memcpy(to + size - sizeof last, &last, sizeof last);
   }
-  void startRecord(Block& block, RecordKind kind, const Place& place, const std::string& entity);
+  static void startRecord(Block& block, RecordKind kind, const Place& place,
+                          const std::string& entity) {
+    *grow(block, Block::kHeaderSize) = static_cast<char>(kind);
+    block.places.push_back(place);
+    if (!entity.empty()) noteEntity(block, entity);
+  }
+  static void noteEntity(Block& block, const std::string& entity);
   std::unique_ptr<Block> newBlock();
-  void beginText(RecordKind kind, const Place& place, const std::string& entity);
-  void setSize();
+  /// Begins a part of a text, the first one or the next.
+  void beginText(RecordKind kind, const Place& place, const std::string& entity) {
+    if (!isInText_ || block_->size == 0) {
+      block_->lastText = block_->size;
+      block_->lastTextNumber = static_cast<std::uint32_t>(block_->places.size());
+    }
+    isInText_ = true;
+    begin(kind, place, entity);
+  }
+  void addParts(std::string_view text, const Place& place, const std::string& entity);
+  void setSize() {
+    const auto size = static_cast<std::uint32_t>(block_->size - start_ - Block::kHeaderSize);
+    std::memcpy(block_->octets.data() + start_ + 1, &size, sizeof size);
+  }
   void moveToNextBlock();
   void handOver();
   std::size_t room() const { return Block::kSize - std::min(Block::kSize, block_->size); }

@@ -2,12 +2,10 @@
 
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <string_view>
 #include <type_traits>
 
 namespace tool {
@@ -17,33 +15,31 @@ namespace tool {
 template <typename Number>
 class ShortNumbers {
  public:
-  /// Whether the text of a number stands somewhere, with a blank behind it.
-  /// @param at is moved to that blank
+  /// How long the text of a number is, if it stands somewhere, with a blank behind it.
   /// @param end of the octets that may be looked at
-  /// @return false also where only printing would tell
-  static bool skip(const char*& at, const char* end, Number number) {
-    if constexpr (std::endian::native != std::endian::little) return false;
-    if (static_cast<std::size_t>(end - at) < kLookedAt) return false;
-    const bool isNegative = *at == '-';
-    // It is not empty, so that the search for the blank needs not wait for the sign.
-    const std::size_t size =
-        1 + static_cast<std::size_t>(std::countr_zero(firstOf(' ', load(at + 1)))) / 8;
-    const std::size_t digits = size - (isNegative ? 1 : 0);
-    if (digits == 0 || digits > sizeof(std::uint64_t) || at[size] != ' ') return false;
-    const std::uint64_t text = load(at + (isNegative ? 1 : 0)) << 8 * (sizeof text - digits);
-    if (!isTextOf(number, isNegative, text, digits)) return false;
-    at += size;
-    return true;
+  /// @return 0 where it does not, or only printing would tell
+  static std::size_t sizeAt(const char* at, const char* end, Number number) {
+    if constexpr (std::endian::native != std::endian::little) return 0;
+    if (end - at < kLookedAt) return 0;
+    // Nothing branches on the sign, which nobody can predict. The text is not empty, so that the
+    // search for the blank need not wait for the sign.
+    const std::size_t sign = *at == '-' ? 1 : 0;
+    const std::uint64_t blank = firstOf(' ', load(at + 1));
+    std::size_t size = 1 + sizeof blank;
+    if (blank != 0) {
+      size = 1 + indexOf(blank);
+    } else if (at[size] != ' ') {
+      return 0;
+    }
+    const std::size_t count = size - sign;
+    if (count - 1 >= sizeof(std::uint64_t)) return 0;
+    const std::uint64_t text = load(at + sign) << 8 * (sizeof text - count);
+    return isTextOf(number, sign, text, count) ? size : 0;
   }
 
  private:
   /// A sign, the digits with a point, and a blank.
-  static constexpr std::size_t kLookedAt = 1 + sizeof(std::uint64_t) + 1;
-
-  /// Numbers of more digits may be the same number in binary.
-  static constexpr std::uint32_t kDigitsEnd =
-      std::numeric_limits<Number>::digits10 < 8 ? 1'000'000 : 100'000'000;
-
+  static constexpr std::ptrdiff_t kLookedAt = 1 + sizeof(std::uint64_t) + 1;
   static constexpr std::array<double, 8> kPowers = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
 
   static std::uint64_t load(const char* from) {
@@ -52,62 +48,76 @@ class ShortNumbers {
     return octets;
   }
   static constexpr std::uint64_t each(std::uint64_t octet) { return octet * 0x0101010101010101U; }
-  /// The lowest bit that is set is in the first octet that is this character; 0 where none is.
+  /// The lowest bit that is set is the highest of the first octet that is this character; 0 where
+  /// none is.
   static std::uint64_t firstOf(char c, std::uint64_t octets) {
     const std::uint64_t others = octets ^ each(static_cast<unsigned char>(c));
     return (others - each(1)) & ~others & each(0x80);
   }
+  static std::size_t indexOf(std::uint64_t found) {
+    return static_cast<std::size_t>(std::countr_zero(found)) / 8;
+  }
 
-  /// @param text  in its last octets; the others are zeros
-  /// @param count of octets
-  static bool isTextOf(Number number, bool isNegative, std::uint64_t text, std::size_t count) {
+  /// @param text  without the sign, in the last octets; the others are zeros
+  /// @param count of them
+  static bool isTextOf(Number number, std::size_t sign, std::uint64_t text, std::size_t count) {
+    const auto first = static_cast<char>(text >> 8 * (sizeof text - count));
     const std::uint64_t point = firstOf('.', text);
-    const std::size_t front = sizeof text - count;
-    std::size_t decimals = 0;
-    if (point != 0) {
-      const auto index = static_cast<std::size_t>(std::countr_zero(point)) / 8;
-      decimals = sizeof text - 1 - index;
-      // Those in front of the point close up.
-      const std::uint64_t behind =
-          index + 1 < sizeof text ? ~std::uint64_t{0} << 8 * (index + 1) : 0;
-      text = (text & behind) | (text & ~behind & ~(std::uint64_t{0xFF} << 8 * index)) << 8;
-      if (index == front || decimals == 0) return false;
-      --count;
+    if (point == 0) {
+      std::uint32_t integer = 0;
+      return (first != '0' || count == 1) && parse(text, count, integer) &&
+             isInteger(number, sign, integer);
     }
-    const std::uint64_t values = text ^ each('0') << 8 * (sizeof text - count);
-    if (((values + each(0x7F - 9)) | values) & each(0x80)) return false;  // They are no digits.
-    return isCanonical(values, count, decimals) &&
-           isEqual(number, isNegative, join(values), decimals);
+    if constexpr (std::is_floating_point_v<Number>) {
+      constexpr int kLast = 8 * (sizeof text - 1);
+      const auto last = static_cast<char>(text >> kLast);
+      const std::size_t decimals = sizeof text - 1 - indexOf(point);
+      // No zero could be left out, and there are digits on both sides of the point.
+      if (last <= '0' || first < '0' || (first == '0' && count != decimals + 2)) return false;
+      // The digits in front of the point close up.
+      const std::uint64_t bit = point & -point;
+      text = (text & -(bit << 1)) | (text & ((bit >> 7) - 1)) << 8;
+      std::uint32_t digits = 0;
+      return parse(text, count - 1, digits) && isFraction(number, sign, digits, decimals);
+    }
+    return false;
   }
 
-  /// Whether no zero could be left out.
-  static bool isCanonical(std::uint64_t values, std::size_t count, std::size_t decimals) {
-    const auto first = values >> 8 * (sizeof values - count) & 0xFF;
-    const auto last = values >> 8 * (sizeof values - 1);
-    return (first != 0 || count == decimals + 1) && (last != 0 || decimals == 0);
-  }
-
-  /// The number of eight digits.
-  static std::uint32_t join(std::uint64_t values) {
+  /// The number of some digits; false where they are none.
+  static bool parse(std::uint64_t text, std::size_t count, std::uint32_t& number) {
+    std::uint64_t values = text ^ each('0') << 8 * (sizeof text - count);
+    if (((values + each(0x7F - 9)) | values) & each(0x80)) return false;
     constexpr std::uint64_t kPairs = 0x000000FF000000FF;
     values = values * 10 + (values >> 8);
-    return static_cast<std::uint32_t>(
-        ((values & kPairs) * 0x000F424000000064 + (values >> 16 & kPairs) * 0x0000271000000001) >>
-        32);
+    values = (values & kPairs) * 0x000F424000000064 + (values >> 16 & kPairs) * 0x0000271000000001;
+    number = static_cast<std::uint32_t>(values >> 32);
+    return true;
   }
 
-  static bool isEqual(Number number, bool isNegative, std::uint32_t digits, std::size_t decimals) {
-    if constexpr (std::is_integral_v<Number>) {
-      const std::int64_t value = isNegative ? -std::int64_t{digits} : std::int64_t{digits};
-      return decimals == 0 && number == value && (digits != 0 || !isNegative);
+  static bool isInteger(Number number, std::size_t sign, std::uint32_t integer) {
+    if constexpr (std::is_floating_point_v<Number>) {
+      constexpr std::uint32_t kMayHaveExponent = 100'000;
+      return integer < kMayHaveExponent && isSame(number, sign, static_cast<Number>(integer));
     } else {
-      if (digits == 0) return number == 0 && std::signbit(number) == isNegative && decimals == 0;
-      // So few digits are the shortest text of the number that they are read as, and within these
-      // bounds it has no exponent. The quotient is that number: both parts are exact.
-      const double size = digits / kPowers[decimals];
-      if (!(size >= 1e-3 && size < 1e5 && digits < kDigitsEnd)) return false;
-      return static_cast<Number>(isNegative ? -size : size) == number;
+      const std::int64_t value = integer;
+      return number == (sign != 0 ? -value : value) && (integer != 0 || sign == 0);
     }
+  }
+  static bool isFraction(Number number, std::size_t sign, std::uint32_t digits,
+                         std::size_t decimals) {
+    // So few digits are the shortest text of the number that they are read as. That number is the
+    // quotient, as both parts are exact.
+    constexpr std::uint32_t kTooMany =
+        std::numeric_limits<Number>::digits10 < 8 ? 1'000'000 : 100'000'000;
+    constexpr Number kMayHaveExponent = static_cast<Number>(1e-3);
+    const Number size = static_cast<Number>(digits) / static_cast<Number>(kPowers[decimals]);
+    return digits < kTooMany && size >= kMayHaveExponent && isSame(number, sign, size);
+  }
+  static bool isSame(Number number, std::size_t sign, Number size) {
+    using Bits = std::conditional_t<sizeof(Number) == 4, std::uint32_t, std::uint64_t>;
+    constexpr int kSign = 8 * sizeof(Bits) - 1;
+    return std::bit_cast<Bits>(number) ==
+           (std::bit_cast<Bits>(size) | static_cast<Bits>(sign) << kSign);
   }
 };
 
