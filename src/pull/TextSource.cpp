@@ -10,9 +10,9 @@
 #include "EventRecorder.h"
 #include "PullSource.h"
 
-// XML text. While the document is scanned, the scanner is asked for one event after another, and
-// leaves what it reports where it is. Expat cannot be asked so, and some events are rare: they are
-// kept as copies.
+// XML text. While the document is scanned, the scanner is asked for a few events at a time, up to a
+// start tag, and leaves what it reports where it is. Expat cannot be asked so, and some events are
+// rare: they are kept as copies.
 
 namespace Tavrin {
 
@@ -67,10 +67,20 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
  private:
   static constexpr std::size_t kPiece = std::size_t{8} * 1024;
 
+  /// An event of the scanner.
+  struct Held {
+    PullEvent event;
+    std::uint8_t partCount;
+    std::int8_t opened;  // How many elements it opens.
+    std::array<std::string_view, 3> parts;
+  };
+
   void beginDocument() override {
     recorder_.attachTo(reader_);
     withoutEvent_ = 0;
+    heldCount_ = nextHeld_ = 0;
   }
+  bool showHeld();
   [[gnu::noinline]] bool nextRarer();
   void pullNext();
   void readOn();
@@ -90,23 +100,21 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
     if (!mayStay() || driver_.isTooDeep()) {
       return events().scannedStart(uri, localName, qName, list);
     }
-    setNames(PullEvent::startElement, uri, localName, qName);
+    hold(PullEvent::startElement, 1, uri, localName, qName);
+    driver_.haltHere();  // The next one has its attributes in the same place.
     attributes = &list;
     mappings = mappings_.data();
     mappingCount = mappings_.size();
-    ++open;
   }
   void scannedEnd(const std::string& uri, const std::string& localName,
                   const std::string& qName) override {
     if (!mayStay()) return events().scannedEnd(uri, localName, qName);
-    setNames(PullEvent::endElement, uri, localName, qName);
-    --open;
+    hold(PullEvent::endElement, -1, uri, localName, qName);
   }
   void scannedPrefixEnd(const std::string&) override {}
   void scannedText(std::string_view text) override {
     if (!mayStay()) return events().scannedText(text);
-    set(PullEvent::characters, 1);
-    parts[0] = text;
+    hold(PullEvent::characters, 0, text);
   }
   void scannedStartOfCDATA() override { events().scannedStartOfCDATA(); }
   void scannedEndOfCDATA() override { events().scannedEndOfCDATA(); }
@@ -122,18 +130,15 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
     driver_.haltHere();
     return driver_;
   }
-  void set(PullEvent kind, std::size_t count) {
-    driver_.haltHere();
-    event = kind;
-    partCount = count;
-    isInPlace_ = true;
-  }
-  void setNames(PullEvent kind, const std::string& uri, const std::string& localName,
-                const std::string& qName) {
-    set(kind, 3);
-    parts[0] = uri;
-    parts[1] = localName;
-    parts[2] = qName;
+  template <typename... Strings>
+  void hold(PullEvent kind, std::int8_t opened, const Strings&... strings) {
+    driver_.hold();
+    Held& held = held_[heldCount_++];
+    held.event = kind;
+    held.partCount = sizeof...(strings);
+    held.opened = opened;
+    held.parts = {strings...};
+    if (heldCount_ == held_.size() || tracks_) driver_.haltHere();
   }
 
   std::unique_ptr<char[]> piece_;  // Of a stream.
@@ -141,7 +146,10 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
   bool isFinal_ = false;
   bool isHalted_ = false;  // The scanner is, within the piece.
   bool tracks_ = false;
-  bool isInPlace_ = false;        // The current event was not recorded.
+  bool isInPlace_ = false;  // The current event was not recorded.
+  std::array<Held, 32> held_;
+  std::size_t heldCount_ = 0;
+  std::size_t nextHeld_ = 0;
   std::size_t withoutEvent_ = 0;  // Octets since the last event.
   PulledReader_XML10 reader_;
   text::XML10Driver& driver_;
@@ -150,19 +158,26 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
 };
 
 bool TextSource::next() {
-  if (isHalted_ && queue_.isEmpty()) {
-    event = PullEvent::none;
-    isInPlace_ = false;
-    pullNext();
-    if (isInPlace_) return true;
-  }
-  return nextRarer();
+  if (nextHeld_ == heldCount_ && isHalted_ && queue_.isEmpty()) pullNext();
+  return showHeld() || nextRarer();
+}
+
+/// Makes the next event that is held the current one, if there is one.
+inline bool TextSource::showHeld() {
+  if (nextHeld_ == heldCount_) return false;
+  const Held& held = held_[nextHeld_++];
+  event = held.event;
+  partCount = held.partCount;
+  std::copy(held.parts.begin(), held.parts.end(), parts.begin());
+  open += static_cast<std::size_t>(held.opened);
+  isInPlace_ = true;
+  return true;
 }
 
 bool TextSource::nextRarer() {
+  isInPlace_ = false;
   while (queue_.isEmpty() || !handOut()) {
     event = PullEvent::none;
-    isInPlace_ = false;
     if (isHalted_) {
       pullNext();
     } else {
@@ -170,7 +185,7 @@ bool TextSource::nextRarer() {
       if (phase_ != Phase::reading || needsBlock) return false;
       readOn();
     }
-    if (isInPlace_) return true;
+    if (showHeld()) return true;
   }
   return true;
 }
@@ -179,6 +194,7 @@ bool TextSource::nextRarer() {
 inline void TextSource::pullNext() {
   if (!queue_.isEmpty()) queue_.clear();
   if (!mappings_.empty()) mappings_.clear();
+  heldCount_ = nextHeld_ = 0;
   try {
     isHalted_ = reader_.pull();
   } catch (...) {
@@ -191,6 +207,7 @@ inline void TextSource::pullNext() {
 void TextSource::readOn() {
   queue_.clear();
   mappings_.clear();
+  heldCount_ = nextHeld_ = 0;
   try {
     stream_ ? feedFromStream() : feedFromBlock();
   } catch (...) {

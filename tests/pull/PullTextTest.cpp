@@ -38,6 +38,11 @@ constexpr const char* kScanned = R"(<?xml version='1.0' standalone='yes'?>
   xmlns:p="urn:other" xmlns:z="urn:z" z:c=""></p:b><p:e/><!-- inside --><?pi?>t<![CDATA[<c>]] ]]>)"
                                  "\r\n\xD0\xB6]<f/></r><!-- after -->\n<?last?>\n";
 
+// Expat has the document type alone, and what comes behind a reference that only it knows.
+constexpr const char* kPartlyScanned = R"(<?xml version='1.0'?><!-- before -->
+<!DOCTYPE r PUBLIC "p" "not" [<!ELEMENT r ANY><!--in it--><?in it?>]><?pi?>
+<r xmlns="urn:d" k="y">text &lt;<a xmlns=""/><b>x<c/>&unknown;<d e='f'>y</d></b>z</r><!-- after -->)";
+
 struct Entities : EventLog {
   Entities() { entities = {{"s", "<!ELEMENT a ANY>"}, {"out", "<a k='v'>out</a>tail"}}; }
 };
@@ -102,7 +107,7 @@ void expectSame(const std::string& text) {
 }
 
 TEST(PullText, TellsWhatHandlersAreTold) {
-  for (const char* const text : {kEverything, kScanned}) {
+  for (const char* const text : {kEverything, kScanned, kPartlyScanned}) {
     EXPECT_EQ("nothing", push(text).failure);
     expectSame(text);
   }
@@ -111,6 +116,31 @@ TEST(PullText, TellsWhatHandlersAreTold) {
   std::string utf16 = std::string("\xFF\xFE<\0a\0>\0t\0<\0/\0a\0>\0", 18);
   expectSame(utf16);
   expectSame("<a>" + std::string(100000, 'x') + "<b>" + std::string(50000, '\n') + "</b></a>");
+}
+
+/// Several events are found at a time, where no start tag is among them.
+TEST(PullText, MayBringManyEventsWithoutAStartTag) {
+  std::string references = "<a>";
+  for (int i = 0; i < 100; ++i) references += "&lt;&#xE9;&#x1F600;\n\r\n&amp;t\r";
+  expectSame(references + "</a>");
+  expectSame(references + "<!--c--><?p d?>&#233;<![CDATA[\n&]]>x</a>");
+  expectSame(references + "&no;</a>");
+  std::string ends = "<a>";
+  for (int i = 0; i < 40; ++i) ends += "<b xmlns:p='u" + std::to_string(i) + "'><p:c>";
+  for (int i = 0; i < 40; ++i) ends += "</p:c></b>";
+  expectSame(ends + "t</a>");
+  expectSame(ends + "</b>");
+  std::string nested(40, ' ');
+  std::string closed;
+  for (int i = 0; i < 40; ++i) {
+    nested += "<b>";
+    closed += "</b>";
+  }
+  for (const std::size_t ended : {30, 31, 32, 33, 39}) {
+    expectSame("<a>" + nested + closed.substr(0, ended * 4));
+    expectSame("<a>" + nested + closed.substr(0, ended * 4) + "</c></a>");
+  }
+  expectSame("<a>" + nested + closed + "</a>");
 }
 
 void expectSameOfEachBeginning(const std::string& text) {
@@ -127,6 +157,7 @@ void expectSameOfEachBeginning(const std::string& text) {
 TEST(PullText, FailsWhereHandlersDo) {
   expectSameOfEachBeginning(kEverything);
   expectSameOfEachBeginning(kScanned);
+  expectSameOfEachBeginning(kPartlyScanned);
   // Where the document is not well-formed, expat takes over.
   const std::string scanned = kScanned;
   for (std::size_t at = 0; at <= scanned.size(); ++at) {

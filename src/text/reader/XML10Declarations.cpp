@@ -73,6 +73,7 @@ void XML10Driver::entityDecl(const XML_Char* name, int isParameterEntity, const 
                              int valueLength, const XML_Char*, const XML_Char* systemId,
                              const XML_Char* publicId, const XML_Char* notationName) {
   XML10Document& document = *document_;
+  stayInParser();
   requireName(name);
   if (notationName) requireName(notationName);
   const std::string reportedName = isParameterEntity ? std::string("%") + name : name;
@@ -123,6 +124,7 @@ void XML10Driver::attlistDecl(const XML_Char* element, const XML_Char* attribute
   requireQName(attribute);
   requireName(type);
   const std::string declaredType = AttributeTypes::declaredForm(type);
+  if (defaultValue || declaredType != "CDATA") stayInParser();
   if (!document.attributeTypes.declare(element, attribute, declaredType)) return;
   if (defaultValue) {
     document.hasDefaults = true;

@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "../../sax/EventGate.h"
-#include "../scanner/WaitingOctets.h"
 #include "../scanner/XML10Scanner.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
@@ -25,6 +24,7 @@
 #include "OpenElements.h"
 #include "Parser.h"
 #include "Recoder.h"
+#include "WaitingOctets.h"
 
 namespace Tavrin::text {
 
@@ -124,6 +124,13 @@ struct XML10Document {
   /// Reads the document; null where expat does.
   std::unique_ptr<XML10Scanner> scanner;
   WaitingOctets waiting;  ///< For the scanner.
+  /// What expat reads between two parts that are scanned; none where the scanner is not to go on.
+  struct Prolog {
+    std::unique_ptr<XML10Scanner> scanner;
+    std::string octets = {};               ///< Those that expat has got.
+    std::optional<std::size_t> root = {};  ///< Where in them the root element begins.
+  };
+  std::optional<Prolog> prolog;
 
   // While the document is paused: what has not been given to expat.
   std::istream* stream = nullptr;
@@ -183,13 +190,14 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   bool isStopped() const { return gate_.isStopped(); }
   bool isPaused() const { return gate_.isPaused(); }
 
-  // Documents that are scanned, event by event: `parse` begins with the octets of a block, `pull`
-  // goes on where a call of `haltHere` has ended either.
-  /// @return whether `haltHere` has ended it again
+  // Documents that are scanned, a few events at a time: `parse` begins with the octets of a block,
+  // `pull` goes on after `hold` or `haltHere`.
+  /// @return whether one of them was called again
   bool pull();
   bool isHaltedHere() const {
     return document_ && document_->scanner && document_->scanner->isHaltedHere();
   }
+  void hold() { document_->scanner->hold(); }
   void haltHere() { document_->scanner->haltHere(); }
   /// Whether no event has to come before the current one.
   bool isReady() const { return ready_; }
@@ -245,9 +253,10 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
   void suspendOutsideOfEntities();
-  XML_Status continueParse();
   /// Expat can change it between blocks.
   void setReparseDeferral();
+  // The octets: XML10Blocks.cpp.
+  XML_Status continueParse();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
@@ -267,6 +276,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   static constexpr int kMostRead = 64 * 1024;
   /// Prepares for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(std::string_view start);
+
   bool makeReady() override;
   void handlerThrew() override;
   void endDocument();
@@ -292,6 +302,14 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   /// Has expat go on where the scanner has stopped.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();
+  // Documents that are scanned from the root element on: XML10Prolog.cpp.
+  XML_Status parseProlog(std::string_view octets, bool areLast);
+  XML_Status scanFromRoot(std::string_view octets, std::size_t kept, bool areLast);
+  /// Whether the parser has come to the root element, which is the scanner's. Then it stops.
+  bool comesToRoot();
+  bool isInProlog() const { return document_->prolog && !document_->isInExternalEntity(); }
+  /// Leaves the rest of the document to expat.
+  void stayInParser() { document_->prolog.reset(); }
   void announce() {
     if (!ready_) makeReady();
   }

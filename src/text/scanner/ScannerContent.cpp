@@ -1,6 +1,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <utility>
 
@@ -17,6 +18,13 @@ namespace Tavrin::text {
 namespace {
 
 bool isBeyondASCII(char c) { return static_cast<unsigned char>(c) >= 0x80; }
+
+/// Texts of one octet, which last.
+constexpr std::array<char, 0x80> kASCII = [] {
+  std::array<char, 0x80> octets{};
+  for (unsigned c = 0; c < octets.size(); ++c) octets[c] = static_cast<char>(c);
+  return octets;
+}();
 
 }  // namespace
 
@@ -146,8 +154,13 @@ XML10Scanner::Reference XML10Scanner::characterReference(std::string_view number
 XML10Scanner::Step XML10Scanner::contentReference() {
   const Reference found = reference(at_);
   if (found.step != Step::done) return found.step;
-  text_ = found.text;
-  report(text_);
+  if (found.text.size() == 1) {
+    report({&kASCII[static_cast<unsigned char>(found.text.front())], 1});
+  } else {
+    text_ = found.text;
+    report(text_);
+    isHalted_ = isHalted_ || isHaltedHere_;  // The next one is kept there, too.
+  }
   at_ += found.octets;
   return Step::done;
 }
@@ -156,7 +169,7 @@ XML10Scanner::Step XML10Scanner::contentReference() {
 XML10Scanner::Step XML10Scanner::lineEnd() {
   const bool isReturn = *at_ == '\r';
   if (isReturn && left(at_) == 1) return Step::cut;
-  report("\n");
+  report(isReturn ? "\n" : std::string_view(at_, 1));
   at_ += isReturn && at_[1] == '\n' ? 2 : 1;
   return Step::done;
 }

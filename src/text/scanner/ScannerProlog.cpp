@@ -114,6 +114,15 @@ XML10Scanner::Step XML10Scanner::misc() {
   return step;
 }
 
+void XML10Scanner::skipProlog(std::string_view octets) {
+  if (hasMisc_) start_ += ' ';
+  hasMisc_ = false;
+  start_ += octets;
+  octets_ += octets.size();
+  place_.advance(octets.data(), octets.data() + octets.size());
+  phase_ = Phase::content;
+}
+
 /// [3] S. As expat counts lines, one that ends with a carriage return waits for the line feed in
 /// front of the root element, but not behind it.
 XML10Scanner::Step XML10Scanner::whiteSpace() {

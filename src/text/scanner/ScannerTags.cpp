@@ -261,7 +261,7 @@ void XML10Scanner::completeTag() {
   if (declarationsToLeave_ > 0) return leaveScope();
   isEmptyTag_ = false;
   event_ = at_;
-  reportEnd(open_.back());
+  reportEnd();
 }
 
 /// Puts the namespace declarations of a start tag into force (Namespaces in XML, section 3).
@@ -332,8 +332,7 @@ const std::string* XML10Scanner::uriOf(ScannedName& name) const {
 /// [42] ETag ::= '</' Name S? '>'
 XML10Scanner::Step XML10Scanner::endTag() {
   constexpr std::size_t kStart = 2;
-  const OpenElement element = open_.back();
-  const std::string& qName = element.name->qName;
+  const std::string& qName = open_.back().name->qName;
   const std::size_t size = left(at_);
   const std::size_t nameEnd = kStart + qName.size();
   std::size_t known = std::max(resume_, kStart);
@@ -350,19 +349,22 @@ XML10Scanner::Step XML10Scanner::endTag() {
   }
   if (at_[known] != '>') return Step::refused;
   resume_ = 0;
-  reportEnd(element);
+  reportEnd();
   at_ += known + 1;
   return Step::done;
 }
 
-/// @param element the innermost one
-void XML10Scanner::reportEnd(OpenElement element) {
+/// Of the innermost element.
+void XML10Scanner::reportEnd() {
+  const ScannedName& name = *open_.back().name;
+  const std::string& uri = *open_.back().uri;
+  declarationsToLeave_ = open_.back().declarations;
   open_.pop_back();
   numbered_ = std::min(numbered_, open_.size());
   if (open_.empty()) phase_ = Phase::epilog;
-  declarationsToLeave_ = element.declarations;
-  events_.scannedEnd(*element.uri, *element.name->localName, element.name->qName);
-  if (!isHaltedHere_) leaveScope();
+  events_.scannedEnd(uri, *name.localName, name.qName);
+  if (!isHaltedHere_) return leaveScope();
+  isHalted_ = isHalted_ || declarationsToLeave_ > 0;
 }
 
 /// Leaves the scope of the declarations of an element that has ended.

@@ -16,8 +16,8 @@
 
 namespace Tavrin::text {
 
-/// Reads a well-formed document in UTF-8 without a document type, by the grammar of XML 1.0 (fourth
-/// edition; its numbers stand with the operations), block by block. It keeps nothing of the
+/// Reads a well-formed document in UTF-8, but for a document type, by the grammar of XML 1.0
+/// (fourth edition; its numbers stand with the operations), block by block. It keeps nothing of the
 /// document but the elements that are open and their namespace declarations.
 ///
 /// What it does not take for certain, it refuses before anything of it has been reported: a
@@ -45,17 +45,14 @@ class XML10Scanner {
   /// Reads the next octets. They begin with the rest of the call before.
   /// @param areLast whether the document ends with them; where that is no failure, nothing is left
   Outcome scan(std::string_view octets, bool areLast);
-  /// After `haltHere`, reads the same octets up to the next event, where that takes a token or
-  /// less. Otherwise it has to be followed by `goOn`.
-  /// @return whether it has come to an event that has called `haltHere`
+  /// After `hold` or `haltHere`, reads on in the same octets, where content goes on. Otherwise it
+  /// has to be followed by `goOn`.
+  /// @return whether an event has called one of them again
   bool pull() {
     isHalted_ = isHaltedHere_ = false;
     step_ = Step::done;
-    if (isEmptyTag_ || declarationsToLeave_ > 0) {
-      completeTag();
-    } else if (phase_ == Phase::content) {
-      step_ = content();
-    }
+    if (isEmptyTag_ || declarationsToLeave_ > 0) completeTag();
+    if (phase_ == Phase::content) step_ = content();
     return isHaltedHere_;
   }
   /// Reads on after that, as `scan` does.
@@ -65,8 +62,11 @@ class XML10Scanner {
   std::string_view rest() const { return rest_; }
   /// Ends the call of `scan` that is under way, after the current token.
   void halt() { isHalted_ = true; }
-  /// Ends the call of `scan`, `pull` or `goOn` that is under way, after the current event. Its
-  /// strings stay valid, and the octets must stay where they are, until the next call of `pull`.
+  /// Called from an event: the strings of its names and of its text stay valid, and the octets must
+  /// stay where they are, until the next call of `pull`.
+  void hold() { isHaltedHere_ = true; }
+  /// Likewise, those of its attributes, too. Ends the call of `scan`, `pull` or `goOn` that is
+  /// under way, after this event.
   void haltHere() { isHalted_ = isHaltedHere_ = true; }
 
   /// Where the markup or text of the current event begins.
@@ -78,6 +78,10 @@ class XML10Scanner {
 
   // After a refusal.
 
+  bool isInProlog() const { return phase_ == Phase::prolog; }
+  /// Goes on at the root element.
+  /// @param octets what stands in front of it: what was refused, and what follows
+  void skipProlog(std::string_view octets);
   /// Calls a function with the pieces of a document that leads to the current state.
   void describeContext(const std::function<void(std::string_view piece)>& append) const;
   /// Calls a function with each open element, the outermost first: "<" and its name, and the line
@@ -191,7 +195,7 @@ class XML10Scanner {
   }
   bool isFirst(ScannedName& attribute);
   Step endTag();
-  void reportEnd(OpenElement element);
+  void reportEnd();
   void leaveScope();
 
   std::size_t left(const char* at) const { return static_cast<std::size_t>(end_ - at); }
@@ -209,8 +213,8 @@ class XML10Scanner {
   Phase phase_ = Phase::start;
   Step step_ = Step::done;  ///< What became of the last token.
   bool isHalted_ = false;
-  bool isHaltedHere_ = false;
-  bool isEmptyTag_ = false;  ///< The end of the last element is that of its start tag.
+  bool isHaltedHere_ = false;  ///< Or will be, where the octets end.
+  bool isEmptyTag_ = false;    ///< The end of the last element is that of its start tag.
   std::uint32_t declarationsToLeave_ = 0;  ///< Of an element that has ended.
   bool isLast_ = false;
   bool hasMisc_ = false;    ///< Whether anything stands in front of the root element but `start_`.
