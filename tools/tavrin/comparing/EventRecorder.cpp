@@ -64,8 +64,7 @@ Place EventRecorder::advance() {
 /// A difference is found soon when few octets lie between.
 void EventRecorder::setAnchor(std::uint64_t octet) {
   constexpr std::uint64_t kDistance = std::uint64_t{64} * 1024;
-  records_.setAnchor(
-      {octet, Place::inLine(locator_->getLineNumber(), locator_->getColumnNumber())});
+  records_.setAnchor({octet, Place::inLine(octets_->getLineNumber(), octets_->getColumnNumber())});
   nextAnchor_ = octet + kDistance;
 }
 

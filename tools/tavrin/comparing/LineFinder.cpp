@@ -62,7 +62,7 @@ Place LineFinder::placeOf(const Place& place, const Anchor& anchor) {
 /// A file that has become shorter meanwhile has no more lines.
 void LineFinder::countTo(std::uint64_t octet) {
   LineCounter counter(last_.place);
-  std::array<char, kBlockSize> block;
+  std::array<char, kBlockSize> block{};
   while (last_.octet < octet) {
     const auto size =
         static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), octet - last_.octet));

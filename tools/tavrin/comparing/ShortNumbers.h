@@ -109,8 +109,8 @@ class ShortNumbers {
     // quotient, as both parts are exact.
     constexpr std::uint32_t kTooMany =
         std::numeric_limits<Number>::digits10 < 8 ? 1'000'000 : 100'000'000;
-    constexpr Number kMayHaveExponent = static_cast<Number>(1e-3);
-    const Number size = static_cast<Number>(digits) / static_cast<Number>(kPowers[decimals]);
+    constexpr auto kMayHaveExponent = static_cast<Number>(1e-3);
+    const auto size = static_cast<Number>(digits) / static_cast<Number>(kPowers[decimals]);
     return digits < kTooMany && size >= kMayHaveExponent && isSame(number, sign, size);
   }
   static bool isSame(Number number, std::size_t sign, Number size) {
