@@ -1,6 +1,5 @@
 #include "comparing/LineFinder.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -62,16 +61,23 @@ Place LineFinder::placeOf(const Place& place, const Anchor& anchor) {
 /// A file that has become shorter meanwhile has no more lines.
 void LineFinder::countTo(std::uint64_t octet) {
   LineCounter counter(last_.place);
-  std::array<char, kBlockSize> block{};
   while (last_.octet < octet) {
-    const auto size =
-        static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), octet - last_.octet));
-    const std::size_t count = input_.lookUp(last_.octet, block.data(), size);
-    if (count == 0) break;
-    counter.count({block.data(), count});
-    last_.octet += count;
+    const std::string_view text = octetsFrom(last_.octet).substr(0, octet - last_.octet);
+    if (text.empty()) break;
+    counter.count(text);
+    last_.octet += text.size();
   }
   last_.place = counter.place();
+}
+
+/// Some octets of the file, or none.
+std::string_view LineFinder::octetsFrom(std::uint64_t octet) {
+  if (octet < blockStart_ || octet >= blockStart_ + block_.size()) {
+    block_.resize(kBlockSize);
+    block_.resize(input_.lookUp(octet, block_.data(), block_.size()));
+    blockStart_ = octet;
+  }
+  return std::string_view(block_).substr(octet - blockStart_);
 }
 
 }  // namespace tool

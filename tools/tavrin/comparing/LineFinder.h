@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "comparing/Records.h"
 #include "files/Input.h"
@@ -21,9 +23,12 @@ class LineFinder {
 
  private:
   void countTo(std::uint64_t octet);
+  std::string_view octetsFrom(std::uint64_t octet);
 
   const Input& input_;
-  Anchor last_;  // What was found last. The next place is behind it, and may be near.
+  Anchor last_;        // What was found last. The next place is behind it, and may be near.
+  std::string block_;  // What was looked up last,
+  std::uint64_t blockStart_ = 0;  // and how many octets stand in front of it.
 };
 
 }  // namespace tool
