@@ -92,14 +92,14 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
     events().scannedDeclaration(encoding, standalone);
   }
   void scannedPrefix(const std::string& prefix, const std::string& uri) override {
-    if (!mayStay() || driver_.hasDefaults()) return events().scannedPrefix(prefix, uri);
+    if (!mayStay()) return events().scannedPrefix(prefix, uri);
+    driver_.checkPrefix(prefix, uri);
     mappings_.push_back({prefix, uri});
   }
   void scannedStart(const std::string& uri, const std::string& localName, const std::string& qName,
                     const Attributes& list) override {
-    if (!mayStay() || driver_.hasDefaults() || driver_.isTooDeep()) {
-      return events().scannedStart(uri, localName, qName, list);
-    }
+    if (!mayStay()) return events().scannedStart(uri, localName, qName, list);
+    driver_.checkStart();
     hold(PullEvent::startElement, 1, uri, localName, qName);
     driver_.haltHere();  // The next one has its attributes in the same place.
     attributes = &list;

@@ -60,6 +60,11 @@ TEST_F(Explanations, ReadTheEncodingOfTheDocument) {
          "2:7: mismatched tag: expected </a> of line 2",
          "     2 | <a>\xC3\xA4</b>\n"
          "       |       ^\n");
+  // The declaration outweighs a byte order mark.
+  expect("\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?>\n<a>\xE4</b>",
+         "2:7: mismatched tag: expected </a> of line 2",
+         "     2 | <a>\xC3\xA4</b>\n"
+         "       |       ^\n");
   // Octets 0A and 0D alone end no line here.
   const std::string wide = octets("FFFE 3C00 6100 3E00 0A0D 0D00 0A00 3C00 2F00 6200 3E00");
   expect(wide, "2:3: mismatched tag: expected </a> of line 1",

@@ -45,7 +45,7 @@ void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes
   const XML10Settings& current = document.settings;
   const std::uint64_t maximumDepth = current.limits.maximumDepth;
   document.elements.push(document.current().octetsRead());
-  if (document.elements.depth() > maximumDepth) fail(tooDeep(maximumDepth));
+  if (document.elements.depth() > maximumDepth) failTooDeep();
   if (document.checksNames) {
     requireName(withoutNamespace(name));
     for (auto pair = attributes; *pair; pair += 2) requireName(withoutNamespace(*pair));

@@ -202,11 +202,17 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void haltHere() { document_->scanner->haltHere(); }
   /// Whether no event has to come before the current one.
   bool isReady() const { return ready_; }
-  /// Whether tags may have defaults, which it has to count.
-  bool hasDefaults() const { return document_->hasDefaults; }
-  /// Whether an element that begins now is one too many.
-  bool isTooDeep() const {
-    return document_->scanner->depth() > document_->settings.limits.maximumDepth;
+  /// Checks what the scanner has come to against the limits.
+  void checkPrefix(const std::string& prefix, const std::string& uri) {
+    // As where expat reports them, all are counted.
+    if (document_->hasDeclarationDefaults) addDefaults(prefix.size() + uri.size());
+  }
+  void checkStart() {
+    const std::uint64_t maximumDepth = document_->settings.limits.maximumDepth;
+    if (document_->scanner->depth() > maximumDepth) failTooDeep();
+    if (document_->hasDefaults && handlers.content) {
+      addDefaults(document_->scanner->defaultOctets());
+    }
   }
   /// Who receives the scanner's events; null for the driver itself, which takes all of them.
   ScannedEvents* pulledEvents = nullptr;
@@ -344,6 +350,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   /// Refuses a name of an element or attribute that is not a qualified name.
   void requireQName(const char* name);
 
+  [[noreturn]] void failTooDeep();
   /// Completes the attributes of a start tag by what is declared.
   void applyDeclarations();
   /// Counts octets that defaults have added to the document, and checks the limit.

@@ -74,20 +74,18 @@ void XML10Driver::scannedDeclaration(std::string_view encoding, std::optional<bo
 void XML10Driver::scannedPrefix(const std::string& prefix, const std::string& uri) {
   announce();
   if (!handlers.content) return;
-  // As where expat reports them, all are counted.
-  if (document_->hasDeclarationDefaults) addDefaults(prefix.size() + uri.size());
+  checkPrefix(prefix, uri);
   handlers.content->startPrefixMapping(prefix, uri);
 }
 
 void XML10Driver::scannedStart(const std::string& uri, const std::string& localName,
                                const std::string& qName, const Attributes& attributes) {
   announce();
-  const std::uint64_t maximumDepth = document_->settings.limits.maximumDepth;
-  if (document_->scanner->depth() > maximumDepth) fail(tooDeep(maximumDepth));
-  if (!handlers.content) return;
-  if (document_->hasDefaults) addDefaults(document_->scanner->defaultOctets());
-  handlers.content->startElement(uri, localName, qName, attributes);
+  checkStart();
+  if (handlers.content) handlers.content->startElement(uri, localName, qName, attributes);
 }
+
+void XML10Driver::failTooDeep() { fail(tooDeep(document_->settings.limits.maximumDepth)); }
 
 void XML10Driver::scannedEnd(const std::string& uri, const std::string& localName,
                              const std::string& qName) {

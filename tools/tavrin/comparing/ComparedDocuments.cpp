@@ -13,6 +13,7 @@ namespace tool {
 ComparedDocuments::ComparedDocuments(const std::string& name, const ReadingOptions& options,
                                      bool lexical, bool quiet)
     : input_(name, quiet),
+      lines_(input_),
       options_(options),
       lexical_(lexical),
       entities_(name, options.entityAccess()),
@@ -47,7 +48,7 @@ void ComparedDocuments::run() {
 }
 
 void ComparedDocuments::read() {
-  EventRecorder recorder(queue_, input_, lexical_, entities_.resolver());
+  EventRecorder recorder(queue_, input_, lexical_, lines_.isPossible(), entities_.resolver());
   recorder.attachTo(*reader_);
   const Losses losses(*reader_, input_, [](const auto& place, const auto& message) {
     throw Failure::document(place, message + ", and cannot be compared (see --entities)");

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "comparing/BlockQueue.h"
+#include "comparing/LineFinder.h"
 #include "comparing/RecordReader.h"
 #include "files/EntityFiles.h"
 #include "files/Input.h"
@@ -33,6 +34,10 @@ class ComparedDocuments {
 
   void start();
   RecordReader& records() { return records_; }
+  /// The line and column of a place, if the document has lines.
+  Place placeOf(const Location& location) {
+    return lines_.placeOf(location.place, location.anchor);
+  }
 
   /// @throws what ended the reading before the last document did. Call it behind the last record
   void check() const;
@@ -42,6 +47,7 @@ class ComparedDocuments {
   void read();
 
   Input input_;
+  LineFinder lines_;
   ReadingOptions options_;
   bool lexical_;
   EntityFiles entities_;

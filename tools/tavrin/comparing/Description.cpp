@@ -116,13 +116,13 @@ std::string markupOf(const Record& record) {
   }
 }
 
-std::string describe(const ComparedDocuments& documents, const Location& location) {
-  const auto& [place, document, entity] = location;
+std::string describe(ComparedDocuments& documents, const Location& location) {
+  const Place place = documents.placeOf(location);
   const std::string& name = documents.name();
   const std::string at =
       place.hasLine() ? placeIn(name, place.line(), place.column()) : placeIn(name, place.octet());
-  const std::string number = " (document " + std::to_string(document) + ")";
-  return escaped(at + entity + (document > 1 ? number : "")) + ": ";
+  const std::string number = " (document " + std::to_string(location.document) + ")";
+  return escaped(at + location.entity + (location.document > 1 ? number : "")) + ": ";
 }
 
 std::string describeEnd(const ComparedDocuments& documents) {
@@ -131,14 +131,14 @@ std::string describeEnd(const ComparedDocuments& documents) {
          (documents.number() > 1 ? "document " + number + ", the last" : "the document") + "\n";
 }
 
-std::string describeText(const ComparedDocuments& documents, const Location& location,
+std::string describeText(ComparedDocuments& documents, const Location& location,
                          const Excerpt& excerpt, Form form) {
   const bool isEvent = form == Form::Events;
   return describe(documents, location) + (isEvent ? "characters(" : "") + excerpt.quoted() +
          (isEvent ? ")\n" : "\n");
 }
 
-std::string describe(const ComparedDocuments& documents, const Record& record, const Record* other,
+std::string describe(ComparedDocuments& documents, const Record& record, const Record* other,
                      Form form) {
   if (record.kind == RecordKind::Border) {
     return escaped(placeIn(documents.name(), record.place().octet())) + ": document " +

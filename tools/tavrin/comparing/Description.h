@@ -15,16 +15,16 @@ enum class Form {
 };
 
 /// Where something is, as a message tells it: a line up to the colon.
-std::string describe(const ComparedDocuments& documents, const Location& location);
+std::string describe(ComparedDocuments& documents, const Location& location);
 
 /// The line about a side that has come to its end.
 std::string describeEnd(const ComparedDocuments& documents);
 /// The line about a text.
-std::string describeText(const ComparedDocuments& documents, const Location& location,
+std::string describeText(ComparedDocuments& documents, const Location& location,
                          const Excerpt& excerpt, Form form);
 /// The line about a record that is no part of a text.
 /// @param other what the other side has there, or null
-std::string describe(const ComparedDocuments& documents, const Record& record, const Record* other,
+std::string describe(ComparedDocuments& documents, const Record& record, const Record* other,
                      Form form);
 
 /// The markup that a record stands for; nothing for one that is no markup.

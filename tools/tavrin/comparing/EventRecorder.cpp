@@ -7,10 +7,12 @@
 
 namespace tool {
 
-EventRecorder::EventRecorder(BlockQueue& queue, const Input& input, bool lexical,
+EventRecorder::EventRecorder(BlockQueue& queue, const Input& input, bool lexical, bool findsLines,
                              Tavrin::EntityResolver* resolver)
     : input_(input),
       lexical_(lexical),
+      // Octets of an external entity are others.
+      findsLines_(findsLines && resolver == nullptr),
       resolver_(resolver),
       end_(input.documentStart()),
       records_(queue, input.documentNumber()) {
@@ -44,14 +46,26 @@ void EventRecorder::guard(Work work) {
 
 // --- Recording ---
 
-/// Where the event that comes now began. A locator says so. Without one it is the octet behind the
-/// event before, unless one octet brought both.
+/// Where the event that comes now began. A locator says so, but lines take time to count. Without
+/// one it is the octet behind the event before, unless one octet brought both.
 Place EventRecorder::advance() {
+  if (octets_) {
+    const std::uint64_t octet = octets_->getOctetOffset();
+    if (octet >= nextAnchor_) setAnchor(octet);
+    return Place::ofOctet(octet);
+  }
   if (locator_) return Place::inLine(locator_->getLineNumber(), locator_->getColumnNumber());
   const std::uint64_t read = input_.octetsRead();
   const std::uint64_t begin = std::min(end_ + 1, read);
   end_ = read;
   return Place::ofOctet(begin);
+}
+
+/// A difference is found soon when few octets lie between.
+void EventRecorder::setAnchor(std::uint64_t octet) {
+  constexpr std::uint64_t kDistance = std::uint64_t{64} * 1024;
+  records_.setAnchor({octet, Place::inLine(octets_->getLineNumber(), octets_->getColumnNumber())});
+  nextAnchor_ = octet + kDistance;
 }
 
 void EventRecorder::begin(RecordKind kind) {
@@ -100,6 +114,7 @@ void EventRecorder::recordText(const std::string& text) {
 
 void EventRecorder::setDocumentLocator(const Tavrin::Locator* locator) {
   locator_ = withLines(locator);
+  if (findsLines_) octets_ = dynamic_cast<const Tavrin::OctetLocator*>(locator_);
 }
 
 void EventRecorder::startDocument() {

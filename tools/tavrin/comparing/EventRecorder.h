@@ -28,8 +28,9 @@ class EventRecorder : public Tavrin::ContentHandler,
                       public Tavrin::EntityResolver,
                       public Tavrin::EncodingAlgorithmContentHandler {
  public:
+  /// @param findsLines where the document has lines, octets are enough, with anchors
   /// @param resolver gives the external entities; null leaves them out
-  EventRecorder(BlockQueue& queue, const Input& input, bool lexical,
+  EventRecorder(BlockQueue& queue, const Input& input, bool lexical, bool findsLines,
                 Tavrin::EntityResolver* resolver);
 
   /// Lets a reader report to this recorder.
@@ -72,6 +73,7 @@ class EventRecorder : public Tavrin::ContentHandler,
   template <typename Work>
   void guard(Work work);
   Place advance();
+  void setAnchor(std::uint64_t octet);
   void begin(RecordKind kind);
   void end();
   template <typename... Strings>
@@ -83,10 +85,13 @@ class EventRecorder : public Tavrin::ContentHandler,
 
   const Input& input_;
   bool lexical_;
+  bool findsLines_;
   Tavrin::EntityResolver* resolver_;
   bool readerFollowsStandard_ = false;
   const Tavrin::Locator* locator_ = nullptr;
-  std::uint64_t end_;  // The last octet of the event before.
+  const Tavrin::OctetLocator* octets_ = nullptr;  // The same, where these are enough.
+  std::uint64_t nextAnchor_ = 0;                  // An event from here on is the next one.
+  std::uint64_t end_;                             // The last octet of the event before.
   bool inDTD_ = false;
   bool inExternalSubset_ = false;
   RecordWriter records_;

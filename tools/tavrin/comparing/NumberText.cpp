@@ -9,6 +9,8 @@
 #include <memory>
 #include <typeinfo>
 
+#include "comparing/ShortNumbers.h"
+
 namespace tool {
 
 namespace {
@@ -52,6 +54,29 @@ bool isExact(int algorithm, const Tavrin::EncodedData& data) {
   return typeid(data) == *types[static_cast<std::size_t>(algorithm)];
 }
 
+/// Whether a blank separates a number of a body from the one before.
+bool hasBlank(std::string_view body, std::size_t number) { return number > 0 || body[1] != 0; }
+
+/// @param hasBlank whether the text begins with a blank
+template <typename Number>
+Numbers::Recognised recogniseAs(std::string_view octets, bool hasBlank, std::string_view text) {
+  if (hasBlank && !text.starts_with(' ')) return {};
+  const std::size_t count = octets.size() / sizeof(Number);
+  const char* at = text.data() + (hasBlank ? 1 : 0);
+  const char* const end = text.data() + text.size();
+  const char* taken = text.data();
+  std::size_t known = 0;
+  for (; known < count; ++known) {
+    Number number{};
+    std::memcpy(&number, octets.data() + known * sizeof number, sizeof number);
+    const std::size_t size = ShortNumbers<Number>::sizeAt(at, end, number);
+    if (size == 0) break;
+    taken = at + size;
+    at = taken + 1;  // A blank is there.
+  }
+  return {known, static_cast<std::size_t>(taken - text.data())};
+}
+
 }  // namespace
 
 Numbers::Array Numbers::of(int algorithm, const Tavrin::EncodedData& data) {
@@ -82,21 +107,46 @@ std::string Numbers::lastOf(std::string_view body, std::size_t count) {
   return last;
 }
 
+std::size_t Numbers::countOf(std::string_view body) {
+  std::size_t count = 0;
+  withHolder(body[0] & ~kExact, [&](const auto& holder) {
+    count = (body.size() - kHeaderSize) / sizeof holder.data_[0];
+  });
+  return count;
+}
+
 void Numbers::appendText(std::string& text, std::string_view body) {
+  appendText(text, body, 0, countOf(body));
+}
+
+void Numbers::appendText(std::string& text, std::string_view body, std::size_t first,
+                         std::size_t count) {
   const char mark = body[0];
-  if (body[1] != 0) text += ' ';
-  body.remove_prefix(kHeaderSize);
+  if (hasBlank(body, first)) text += ' ';
   const int algorithm = mark & ~kExact;
   withHolder(algorithm, [&]<typename Holder>(Holder plain) {
     const auto take = [&](Holder& holder) {
-      holder.data_.resize(body.size() / sizeof holder.data_[0]);
-      std::memcpy(holder.data_.data(), body.data(), body.size());
+      holder.data_.resize(count);
+      const std::size_t size = sizeof holder.data_[0];
+      std::memcpy(holder.data_.data(), body.data() + kHeaderSize + first * size, count * size);
       text += holder.toString();
     };
     if ((mark & kExact) == 0) return take(plain);
     const auto exact = Tavrin::encodedDataFromText(algorithm, "0");
     take(static_cast<Holder&>(*exact));
   });
+}
+
+Numbers::Recognised Numbers::recognise(std::string_view body, std::size_t first,
+                                       std::string_view text) {
+  Recognised recognised;
+  if ((body[0] & kExact) == 0) return recognised;
+  withHolder(body[0] & ~kExact, [&]<typename Holder>(const Holder&) {
+    using Number = typename decltype(Holder::data_)::value_type;
+    recognised = recogniseAs<Number>(body.substr(kHeaderSize + first * sizeof(Number)),
+                                     hasBlank(body, first), text);
+  });
+  return recognised;
 }
 
 }  // namespace tool

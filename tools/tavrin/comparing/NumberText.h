@@ -30,8 +30,22 @@ class Numbers {
   /// The body of a record of the last of many numbers.
   /// @param body  of the record with all of them
   static std::string lastOf(std::string_view body, std::size_t count);
+  /// How many numbers the body of a record has.
+  static std::size_t countOf(std::string_view body);
   /// Appends the text of a record's body.
   static void appendText(std::string& text, std::string_view body);
+  /// Appends the text of some of its numbers, with the blank that separates it from others.
+  static void appendText(std::string& text, std::string_view body, std::size_t first,
+                         std::size_t count);
+
+  /// Numbers, and the octets that are their text.
+  struct Recognised {
+    std::size_t numbers = 0;
+    std::size_t octets = 0;
+  };
+  /// Recognises numbers of a body in a text, as many as it can without printing them.
+  /// @param first the number that comes next, with a blank in front of it where the text has that
+  static Recognised recognise(std::string_view body, std::size_t first, std::string_view text);
 };
 
 }  // namespace tool

@@ -1,5 +1,6 @@
 #include "comparing/RecordReader.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "comparing/NumberText.h"
@@ -73,21 +74,42 @@ bool TextPieces::findRecord() {
   return hasRecord_;
 }
 
-const Record* TextPieces::numbers() {
-  if (!rest_.empty()) return nullptr;
-  if (!isWhole_) {
-    if (!findRecord()) return nullptr;
-    isWhole_ = record_.kind == RecordKind::Numbers;
-    if (!isWhole_) rest_ = record_.body;
+/// Makes sure that something of the current record is left, if a record is.
+void TextPieces::findPart() {
+  if (!rest_.empty() || numbersLeft_ > 0 || !findRecord()) return;
+  if (record_.kind == RecordKind::Numbers) {
+    numbersLeft_ = Numbers::countOf(record_.body);
+  } else {
+    rest_ = record_.body;
   }
-  return isWhole_ ? &record_ : nullptr;
+}
+
+bool TextPieces::areNumbers() {
+  findPart();
+  return rest_.empty() && numbersLeft_ > 0;
+}
+
+const Record* TextPieces::numbers() {
+  return areNumbers() && numbersLeft_ == Numbers::countOf(record_.body) ? &record_ : nullptr;
+}
+
+std::size_t TextPieces::takeNumbersIn(std::string_view text) {
+  const std::size_t first = Numbers::countOf(record_.body) - numbersLeft_;
+  const auto [numbers, octets] = Numbers::recognise(record_.body, first, text);
+  numbersLeft_ -= numbers;
+  if (numbers > 0) toPrint_ = kFew;
+  return octets;
 }
 
 std::string_view TextPieces::findRest() {
-  while (numbers() != nullptr) {
-    isWhole_ = false;
+  if (areNumbers()) {
+    const std::size_t first = Numbers::countOf(record_.body) - numbersLeft_;
+    const std::size_t count = std::min(numbersLeft_, toPrint_);
+    // Where a block of the text ends, only one or two are not recognised.
+    toPrint_ = std::min(2 * toPrint_, kMany);
     numbers_.clear();
-    Numbers::appendText(numbers_, record_.body);
+    Numbers::appendText(numbers_, record_.body, first, count);
+    numbersLeft_ -= count;
     rest_ = numbers_;
   }
   return rest_;
@@ -95,7 +117,7 @@ std::string_view TextPieces::findRest() {
 
 void TextPieces::skip() {
   rest_ = {};
-  isWhole_ = false;
+  numbersLeft_ = 0;
   while (findRecord()) {
   }
 }

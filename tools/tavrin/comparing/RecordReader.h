@@ -79,20 +79,30 @@ class TextPieces {
   /// Whether the end of the text is where the document could not be read on. Ask at its end.
   bool isCutOff();
 
+  /// Whether numbers come next of which no text has been made.
+  bool areNumbers();
   /// The record of numbers that comes next, of which nothing has been taken; null where something
   /// else comes. It is valid until the next call.
   const Record* numbers();
   /// Takes that record as it is.
-  void takeNumbers() { isWhole_ = false; }
+  void takeNumbers() { numbersLeft_ = 0; }
+  /// Takes numbers that come next and are recognised at the beginning of a text.
+  /// @return how many octets of it they are
+  std::size_t takeNumbersIn(std::string_view text);
 
  private:
+  static constexpr std::size_t kFew = 4;
+  static constexpr std::size_t kMany = 256;
+
   bool findRecord();
+  void findPart();
   std::string_view findRest();
 
   RecordReader& records_;
   Record record_{};
-  bool hasRecord_ = false;  // It is taken, but for the rest.
-  bool isWhole_ = false;    // It is one of numbers of which no text has been made.
+  bool hasRecord_ = false;       // It is taken, but for the rest.
+  std::size_t numbersLeft_ = 0;  // Of it, those of which no text has been made.
+  std::size_t toPrint_ = kFew;   // So many at a time, unless they are recognised.
   std::string_view rest_;
   std::string numbers_;  // As text.
 };

@@ -11,6 +11,7 @@ RecordWriter::RecordWriter(BlockQueue& queue, std::uint64_t document)
 std::unique_ptr<Block> RecordWriter::newBlock() {
   auto block = queue_.take();
   block->document = document_;
+  block->anchor = anchor_;
   return block;
 }
 
@@ -18,11 +19,7 @@ void RecordWriter::enlarge(Block& block, std::size_t size) {
   block.octets.resize(std::max({Block::kRoom, size, block.octets.size() * 2}));
 }
 
-void RecordWriter::startRecord(Block& block, RecordKind kind, const Place& place,
-                               const std::string& entity) {
-  *grow(block, Block::kHeaderSize) = static_cast<char>(kind);
-  block.places.push_back(place);
-  if (entity.empty()) return;
+void RecordWriter::noteEntity(Block& block, const std::string& entity) {
   if (block.entities.empty() || block.entities.back() != entity) block.entities.push_back(entity);
   block.entityOf.resize(block.places.size());
   block.entityOf.back() = static_cast<std::uint32_t>(block.entities.size());
@@ -31,16 +28,6 @@ void RecordWriter::startRecord(Block& block, RecordKind kind, const Place& place
 void RecordWriter::remark(std::uint32_t attribute, std::string_view text) {
   const auto record = static_cast<std::uint32_t>(block_->places.size() - 1);
   block_->remarks.push_back({record, attribute, std::string(text)});
-}
-
-void RecordWriter::setSize() {
-  const auto size = static_cast<std::uint32_t>(block_->size - start_ - Block::kHeaderSize);
-  std::memcpy(block_->octets.data() + start_ + 1, &size, sizeof size);
-}
-
-void RecordWriter::end() {
-  setSize();
-  if (block_->size > Block::kSize && start_ > 0) moveToNextBlock();
 }
 
 /// The last record has no room in its block.
@@ -69,17 +56,7 @@ void RecordWriter::handOver() {
   queue_.push(std::exchange(block_, newBlock()));
 }
 
-/// Begins a part of a text, the first one or the next.
-void RecordWriter::beginText(RecordKind kind, const Place& place, const std::string& entity) {
-  if (!isInText_ || block_->size == 0) {
-    block_->lastText = block_->size;
-    block_->lastTextNumber = static_cast<std::uint32_t>(block_->places.size());
-  }
-  isInText_ = true;
-  begin(kind, place, entity);
-}
-
-void RecordWriter::addText(std::string_view text, const Place& place, const std::string& entity) {
+void RecordWriter::addParts(std::string_view text, const Place& place, const std::string& entity) {
   if (!isInText_) isOpenText_ = false;
   while (!text.empty()) {
     if (room() <= (isOpenText_ ? 0 : Block::kHeaderSize)) handOver();

@@ -18,6 +18,12 @@ class RecordWriter {
   /// @param document its number
   RecordWriter(BlockQueue& queue, std::uint64_t document);
 
+  /// Notes a place that no further record stands in front of.
+  void setAnchor(const Anchor& anchor) {
+    anchor_ = anchor;
+    if (block_->places.empty()) block_->anchor = anchor;
+  }
+
   /// @name One record
   /// @{
   void begin(RecordKind kind, const Place& place, const std::string& entity) {
@@ -31,12 +37,25 @@ class RecordWriter {
   }
   /// Remarks something of the record that is not compared.
   void remark(std::uint32_t attribute, std::string_view text);
-  void end();
+  void end() {
+    setSize();
+    if (block_->size > Block::kSize && start_ > 0) moveToNextBlock();
+  }
   /// @}
 
   /// @name A text, piece by piece
   /// @{
-  void addText(std::string_view text, const Place& place, const std::string& entity);
+  void addText(std::string_view text, const Place& place, const std::string& entity) {
+    // Most texts come in one piece, and have room.
+    if (isInText_ || text.empty() || text.size() + Block::kHeaderSize > room()) {
+      addParts(text, place, entity);
+    } else {
+      beginText(RecordKind::Text, place, entity);
+      copy(grow(*block_, text.size()), text);
+      setSize();
+      isOpenText_ = true;
+    }
+  }
   /// Numbers, which print with blanks between.
   void addNumbers(const Numbers::Array& numbers, const Place& place, const std::string& entity);
   /// Whether the last record belongs to a text.
@@ -89,16 +108,35 @@ class RecordWriter {
     std::memcpy(to, &first, sizeof first);
     std::memcpy(to + size - sizeof last, &last, sizeof last);
   }
-  void startRecord(Block& block, RecordKind kind, const Place& place, const std::string& entity);
+  static void startRecord(Block& block, RecordKind kind, const Place& place,
+                          const std::string& entity) {
+    *grow(block, Block::kHeaderSize) = static_cast<char>(kind);
+    block.places.push_back(place);
+    if (!entity.empty()) noteEntity(block, entity);
+  }
+  static void noteEntity(Block& block, const std::string& entity);
   std::unique_ptr<Block> newBlock();
-  void beginText(RecordKind kind, const Place& place, const std::string& entity);
-  void setSize();
+  /// Begins a part of a text, the first one or the next.
+  void beginText(RecordKind kind, const Place& place, const std::string& entity) {
+    if (!isInText_ || block_->size == 0) {
+      block_->lastText = block_->size;
+      block_->lastTextNumber = static_cast<std::uint32_t>(block_->places.size());
+    }
+    isInText_ = true;
+    begin(kind, place, entity);
+  }
+  void addParts(std::string_view text, const Place& place, const std::string& entity);
+  void setSize() {
+    const auto size = static_cast<std::uint32_t>(block_->size - start_ - Block::kHeaderSize);
+    std::memcpy(block_->octets.data() + start_ + 1, &size, sizeof size);
+  }
   void moveToNextBlock();
   void handOver();
   std::size_t room() const { return Block::kSize - std::min(Block::kSize, block_->size); }
 
   BlockQueue& queue_;
   const std::uint64_t document_;
+  Anchor anchor_;
   std::unique_ptr<Block> block_;
   std::size_t start_ = 0;    // Where the last record begins.
   bool isInText_ = false;    // The last record is a part of a text that may go on.

@@ -5,6 +5,7 @@ namespace tool {
 void Block::clear() {
   size = 0;
   places.clear();
+  anchor = {};
   entityOf.clear();
   entities.clear();
   remarks.clear();

@@ -62,9 +62,16 @@ class Place {
   std::uint64_t bits_ = 0;
 };
 
+/// A place of which both is known, so that lines behind it can be counted from there.
+struct Anchor {
+  std::uint64_t octet = 0;  ///< How many stand in front of it.
+  Place place;              ///< The line and column; an octet where lines are not counted.
+};
+
 /// Where a record began, for messages.
 struct Location {
   Place place;
+  Anchor anchor;               ///< Does not stand behind the place.
   std::uint64_t document = 1;  ///< The number of the document.
   std::string entity;          ///< Names the external entity; empty in the document itself.
 };
@@ -96,6 +103,7 @@ struct Block {
   std::vector<char> octets;  ///< Of which `size` count.
   std::size_t size = 0;
   std::vector<Place> places;            ///< One for each record.
+  Anchor anchor;                        ///< For places that are octets: from it lines are counted.
   std::vector<std::uint32_t> entityOf;  ///< Of each record, from the first in an entity on.
   std::vector<std::string> entities;    ///< What entityOf counts, from 1.
   std::vector<Remark> remarks;
@@ -116,7 +124,7 @@ struct Record {
   const Place& place() const { return block->places[number]; }
   /// Names the external entity that it is in; empty in the document itself.
   std::string entity() const;
-  Location location() const { return {place(), block->document, entity()}; }
+  Location location() const { return {place(), block->anchor, block->document, entity()}; }
   /// What is remarked of an attribute: its type; of octets, the number of their algorithm.
   std::string remark(std::uint32_t attribute) const;
 };

@@ -105,6 +105,18 @@ Excerpt TextComparison::excerpt(TextPieces& pieces) const {
   return excerpt;
 }
 
+/// Takes numbers that are text on the other side, as far as that can be seen without printing them.
+bool TextComparison::takeNumbers(TextPieces& numbers, TextPieces& text) {
+  if (!numbers.areNumbers()) return false;
+  const std::string_view rest = text.rest();
+  const std::size_t same = numbers.takeNumbersIn(rest);
+  if (same == 0) return false;
+  makeText();
+  keep(rest.substr(0, same));
+  text.take(same);
+  return true;
+}
+
 bool TextComparison::areSame() {
   for (;;) {
     const Record* const numbersA = a_.numbers();
@@ -115,6 +127,7 @@ bool TextComparison::areSame() {
       b_.takeNumbers();
       continue;
     }
+    if (takeNumbers(a_, b_) || takeNumbers(b_, a_)) continue;
     const std::string_view a = a_.rest();
     const std::string_view b = b_.rest();
     const std::size_t size = std::min(a.size(), b.size());

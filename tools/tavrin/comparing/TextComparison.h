@@ -49,6 +49,7 @@ class TextComparison {
  private:
   void keep(std::string_view common);
   void keepNumbers(std::string_view common);
+  bool takeNumbers(TextPieces& numbers, TextPieces& text);
   void makeText();
   Excerpt excerpt(TextPieces& pieces) const;
 

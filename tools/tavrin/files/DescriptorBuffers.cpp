@@ -16,8 +16,7 @@ namespace {
 
 constexpr std::size_t kBufferSize = 65536;
 
-/// Whether what has been read can be read again: other things may let themselves be positioned,
-/// too, and give something else then.
+/// Other things may let themselves be positioned, too, and give something else then.
 bool isFile(const Descriptor& descriptor) {
   struct stat status {};
   return fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
@@ -87,10 +86,12 @@ void InputBuffer::report() {
   if (meter_) meter_->show(usedTwice_ + used());
 }
 
+bool InputBuffer::isPlainFile() const { return isFile(descriptor_) && !source_.isCompressed(); }
+
 void InputBuffer::mark() {
   mark_ = taken();
   usedAtMark_ = used();
-  if (isFile(descriptor_) && !source_.isCompressed()) return;
+  if (isPlainFile()) return;
   // The last document may have been kept, and with it what was read of this one.
   const auto rest = std::exchange(kept_, std::make_unique<KeptOctets>());
   const auto buffered = static_cast<std::size_t>(egptr() - gptr());

@@ -57,6 +57,9 @@ class InputBuffer : public std::streambuf {
   void reportTo(Meter* meter) { meter_ = meter; }
   /// Reports now.
   void report();
+  /// Whether its octets are those of a file: what has been read can be read again. Ask when
+  /// something has been read.
+  bool isPlainFile() const;
   /// The error number of the read that failed, or 0.
   int error() const { return source_.error(); }
   /// What is wrong with the compressed data; empty for nothing.

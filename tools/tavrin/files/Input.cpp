@@ -103,6 +103,19 @@ void Input::rewind() {
   documentStart_ = 0;
 }
 
+// What stands in front of standard input may have been read by somebody else.
+bool Input::canLookUp() const {
+  return descriptor_.number() != STDIN_FILENO && buffer_.isPlainFile();
+}
+
+std::size_t Input::lookUp(std::uint64_t octet, char* target, std::size_t size) const {
+  ssize_t count = 0;
+  do {
+    count = pread(descriptor_.number(), target, size, static_cast<off_t>(octet));
+  } while (count < 0 && errno == EINTR);
+  return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+
 void Input::checkRead() const {
   if (!buffer_.problem().empty()) throw Failure::document(name_, buffer_.problem());
   if (buffer_.keepingError() != 0) throw Failure::system("temporary file", buffer_.keepingError());

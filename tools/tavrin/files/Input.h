@@ -64,6 +64,16 @@ class Input {
   void rewind();
   /// @}
 
+  /// @name Looking up what has been read
+  /// @{
+
+  /// Whether that is possible: it is a file that has a name and is not compressed.
+  bool canLookUp() const;
+  /// Gets octets, while another thread may read on.
+  /// @return how many; 0 of them at the end of the file, and where it cannot be read any more
+  std::size_t lookUp(std::uint64_t octet, char* target, std::size_t size) const;
+  /// @}
+
   /// @name Explaining failures
   /// @{
 

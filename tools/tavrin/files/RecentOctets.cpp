@@ -8,49 +8,10 @@
 
 namespace tool {
 
-using namespace std::string_view_literals;
-
 namespace {
 
 // The library asks a stream for blocks of 1 MiB, and its failures are in the last of them.
 constexpr std::size_t kKept = std::size_t{2} << 20;
-constexpr std::size_t kLongestDeclaration = 256;
-
-/// How each encoding begins that has units of more than an octet, and those that have a mark.
-struct Beginning {
-  std::string_view octets;
-  const char* encoding;
-  std::size_t unitSize;
-  bool isBigEndian;
-};
-
-constexpr Beginning kBeginnings[] = {
-    {"\0\0\xFE\xFF"sv, "UTF-32BE", 4, true}, {"\xFF\xFE\0\0"sv, "UTF-32LE", 4, false},
-    {"\0\0\0<"sv, "UTF-32BE", 4, true},      {"<\0\0\0"sv, "UTF-32LE", 4, false},
-    {"\xFE\xFF"sv, "UTF-16BE", 2, true},     {"\xFF\xFE"sv, "UTF-16LE", 2, false},
-    {"\0<"sv, "UTF-16BE", 2, true},          {"<\0"sv, "UTF-16LE", 2, false},
-};
-
-/// The encoding that an XML declaration names, or nothing (XML 1.0, production 80).
-std::string_view declaredEncoding(std::string_view beginning) {
-  constexpr std::string_view kName = "encoding";
-  if (!beginning.starts_with("<?xml")) return {};
-  beginning = beginning.substr(0, beginning.find("?>"));
-  const std::size_t name = beginning.find(kName);
-  if (name == std::string_view::npos) return {};
-  const std::size_t open = beginning.find_first_of("'\"", name + kName.size());
-  if (open == std::string_view::npos) return {};
-  const std::size_t close = beginning.find(beginning[open], open + 1);
-  return close == std::string_view::npos ? std::string_view()
-                                         : beginning.substr(open + 1, close - open - 1);
-}
-
-bool isUTF8(std::string_view name) {
-  std::string upper(name);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 0x20) : c; });
-  return upper.empty() || upper == "UTF-8" || upper == "US-ASCII";
-}
 
 /// Text in UTF-8, up to the first octets that are none in the encoding; nothing where the encoding
 /// is unknown.
@@ -104,45 +65,36 @@ void RecentOctets::restartAt(std::uint64_t octet) {
 }
 
 void RecentOctets::recogniseEncoding() {
-  encoding_.clear();
-  unitSize_ = 1;
-  for (const Beginning& beginning : kBeginnings) {
-    if (!kept_.starts_with(beginning.octets)) continue;
-    encoding_ = beginning.encoding;
-    unitSize_ = beginning.unitSize;
-    isBigEndian_ = beginning.isBigEndian;
-    return;
-  }
-  const auto declared = declaredEncoding(std::string_view(kept_).substr(0, kLongestDeclaration));
-  if (!isUTF8(declared)) encoding_ = declared;
+  encoding_ = TextEncoding::of(std::string_view(kept_).substr(0, kLongestDeclaration));
 }
 
 char32_t RecentOctets::unitAt(std::size_t position) const {
   char32_t unit = 0;
-  for (std::size_t i = 0; i < unitSize_; ++i) {
-    const std::size_t octet = isBigEndian_ ? i : unitSize_ - 1 - i;
+  for (std::size_t i = 0; i < encoding_.unitSize; ++i) {
+    const std::size_t octet = encoding_.isBigEndian ? i : encoding_.unitSize - 1 - i;
     unit = unit << 8 | static_cast<unsigned char>(kept_[position + octet]);
   }
   return unit;
 }
 
 std::optional<RecentOctets::Break> RecentOctets::nextBreak(std::size_t from) const {
+  const std::size_t unitSize = encoding_.unitSize;
   std::size_t at = from;
-  if (unitSize_ == 1) {
+  if (unitSize == 1) {
     const std::string_view rest = std::string_view(kept_).substr(from);
     const std::size_t feed = rest.find('\n');
     const std::size_t found = std::min(rest.substr(0, feed).find('\r'), feed);
     if (found == std::string_view::npos) return std::nullopt;
     at += found;
   } else {
-    while (at + unitSize_ <= kept_.size() && unitAt(at) != '\n' && unitAt(at) != '\r') {
-      at += unitSize_;
+    while (at + unitSize <= kept_.size() && unitAt(at) != '\n' && unitAt(at) != '\r') {
+      at += unitSize;
     }
-    if (at + unitSize_ > kept_.size()) return std::nullopt;
+    if (at + unitSize > kept_.size()) return std::nullopt;
   }
-  std::size_t end = at + unitSize_;
-  const bool hasNext = end + unitSize_ <= kept_.size();
-  if (unitAt(at) == '\r' && hasNext && unitAt(end) == '\n') end += unitSize_;
+  std::size_t end = at + unitSize;
+  const bool hasNext = end + unitSize <= kept_.size();
+  if (unitAt(at) == '\r' && hasNext && unitAt(end) == '\n') end += unitSize;
   return Break{at, end};
 }
 
@@ -177,8 +129,8 @@ std::optional<RecentOctets::Line> RecentOctets::line(std::uint64_t number) const
   const std::size_t size = (end ? end->begin : kept_.size()) - begin;
   const std::string_view octets = std::string_view(kept_).substr(begin, size);
   const bool isCut = begin == 0 && beganInLine_;
-  if (encoding_.empty()) return Line{std::string(octets), isCut ? charactersLost_ : 0};
-  auto text = isCut ? std::nullopt : toUTF8(octets, encoding_);
+  if (encoding_.name.empty()) return Line{std::string(octets), isCut ? charactersLost_ : 0};
+  auto text = isCut ? std::nullopt : toUTF8(octets, encoding_.name);
   if (!text) return std::nullopt;
   return Line{std::move(*text), 0};
 }

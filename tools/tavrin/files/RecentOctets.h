@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "files/TextEncoding.h"
+
 namespace tool {
 
 /// The octets of an input that were read last, with the numbers of their lines, to show the place
@@ -46,9 +48,7 @@ class RecentOctets {
   std::uint64_t linesLost_ = 0;       // Line ends before what is kept,
   std::uint64_t charactersLost_ = 0;  // and characters of the line that goes on there.
   bool beganInLine_ = false;          // That line does.
-  std::string encoding_;              // By its name; empty for UTF-8.
-  std::size_t unitSize_ = 1;
-  bool isBigEndian_ = false;
+  TextEncoding encoding_;
 };
 
 }  // namespace tool
