@@ -32,11 +32,6 @@ void XMLWriter_XML10::Composer::restore(const Mark& mark) {
   document_.brackets = mark.brackets;
 }
 
-/// A direct event begins inside an element, with nothing composed and nothing pending.
-void XMLWriter_XML10::Composer::restore(const DirectMark& mark) {
-  restore({InElement, mark.hasContent, false, mark.open, 0, 0, mark.declarations, mark.open, 0});
-}
-
 void XMLWriter_XML10::Composer::refuseAfterFailure() {
   throw SAXException("The document cannot go on after a failure: the writer must be reset");
 }

@@ -80,11 +80,6 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
   /// fails, it is unknown what has been written, so nothing may follow.
   template <typename Body>
   void perform(Body body);
-  /// Likewise, for what begins and ends elements, which is called as body(*this, isDirect).
-  /// Measured: with as little to restore as a direct event changes, writing takes a twentieth less
-  /// time.
-  template <typename Body>
-  void performTag(Body body);
   void requireSound() const {
     if (document_.isBroken) refuseAfterFailure();
   }
@@ -111,8 +106,15 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
   void indent() { indent(writer_.elements_.size()); }
   void indent(std::size_t depth);
   void forbidIndentation();
+  /// Writes what is composed, unless line breaks are pending.
+  void commit() {
+    if (!composed_.empty()) commitOctets();
+  }
 
-  void composeStartTag(EventOctets& octets, const text::XML10StartTag::Element& tag);
+  void openElement(std::size_t declarations, text::XML10StartTag::Space space);
+  void composeStartTag(const text::XML10StartTag::Element& tag);
+  bool startKnown(const text::XML10StartTag::Element& tag);
+  void composeEndTag(EventOctets& octets, std::string_view qName) const;
   void closeElement();
   void writeSection(std::string_view text);
 
@@ -157,13 +159,6 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
     std::size_t brackets;
   };
 
-  /// The part of it that a direct event may change.
-  struct DirectMark {
-    bool hasContent;
-    std::size_t declarations;
-    std::size_t open;
-  };
-
   Mark mark() const {
     return {writer_.state_,
             writer_.hasContent_,
@@ -176,15 +171,10 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
             document_.brackets};
   }
   void restore(const Mark& mark);
-  void restore(const DirectMark& mark);
   [[noreturn]] static void refuseAfterFailure();
   void breakOff() noexcept;
   template <typename Write>
   void writeOrBreakOff(Write write);
-  /// Writes what is composed, unless line breaks are pending.
-  void commit() {
-    if (!composed_.empty()) commitOctets();
-  }
   void commitOctets();
   void send();
   void writeOut();
@@ -216,20 +206,6 @@ void XMLWriter_XML10::Composer::perform(Body body) {
   }
   // Items outside of the internal subset are not its content.
   if (before.isOutside && writer_.state_ == InDTD) writer_.hasContent_ = before.hasContent;
-  commit();
-}
-
-template <typename Body>
-void XMLWriter_XML10::Composer::performTag(Body body) {
-  if (!isDirect()) return perform([&](Composer& composer) { body(composer, false); });
-  requireSound();
-  const DirectMark before{writer_.hasContent_, document_.bindings.count(), document_.open.size()};
-  try {
-    body(*this, true);
-  } catch (...) {
-    restore(before);
-    throw;
-  }
   commit();
 }
 

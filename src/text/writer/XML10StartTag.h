@@ -43,6 +43,12 @@ class XML10StartTag {
   /// @param bindings gets the declarations of the element; where it is refused, maybe some of them
   Space write(EventOctets& out, const Element& element, char quote, const Defaults& defaults,
               xml::NamespaceBindings& bindings);
+  /// Likewise, if it is of the most common kind: it declares no namespace, no attribute has
+  /// a default, and all names have been checked with these bindings. Measured: records take a
+  /// third less time.
+  /// @return false for any other start tag, of which a part may have been appended
+  bool writeKnown(EventOctets& out, const Element& element, char quote,
+                  const xml::NamespaceBindings& bindings, Space& space);
 
  private:
   static constexpr int kMapping = -1;  // In place of an attribute's index.
@@ -67,8 +73,6 @@ class XML10StartTag {
   };
   using CheckedNames = xml::NameCache<Checked>;
 
-  bool writeKnown(EventOctets& out, const Element& element, char quote,
-                  const xml::NamespaceBindings& bindings, Space& space);
   void checkElementName(const Element& element, const xml::NamespaceBindings& bindings);
   std::size_t checkAttributeName(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const xml::NamespaceBindings& bindings);

@@ -117,37 +117,74 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
   xml::addDeclaration(composer_->namespaces_, prefix, uri);
 }
 
-void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
-                                                const text::XML10StartTag::Element& tag) {
+void XMLWriter_XML10::Composer::openElement(std::size_t declarations,
+                                            text::XML10StartTag::Space space) {
   using Space = text::XML10StartTag::Space;
+  bool isMixed = false;
+  bool preservesSpace = space == Space::Preserve;
+  if (!document_.open.empty()) {
+    const Document::Open& parent = document_.open.back();
+    isMixed = parent.isMixed;
+    if (space == Space::Inherited) preservesSpace = parent.preservesSpace;
+  }
+  document_.open.push_back({declarations, document_.breaks.size(), isMixed, preservesSpace});
+}
+
+void XMLWriter_XML10::Composer::composeStartTag(const text::XML10StartTag::Element& tag) {
   Document& document = document_;
   const std::size_t declared = document.bindings.count();
-  const Space space =
+  EventOctets octets(nullptr, composed_);
+  const text::XML10StartTag::Space space =
       document.startTag.write(octets, tag, quote_, document.defaults, document.bindings);
-  Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
-                         space == Space::Preserve};
-  if (!document.open.empty()) {
-    const Document::Open& parent = document.open.back();
-    element.isMixed = parent.isMixed;
-    if (space == Space::Inherited) element.preservesSpace = parent.preservesSpace;
+  octets.write();
+  openElement(document.bindings.count() - declared, space);
+}
+
+/// Writes a start tag of the most common kind while isDirect.
+/// @return false for any other one: then nothing has changed
+bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& tag) {
+  using Space = text::XML10StartTag::Space;
+  Document& document = document_;
+  const bool isCommon = namespaces_.empty() && document.defaults.empty();
+  if (!isCommon || document.open.size() >= maximumDepth_) return false;
+  EventOctets octets(writer_.out_, composed_);
+  if (!writer_.hasContent_) octets.append('>');
+  Space space = Space::Inherited;
+  if (!document.startTag.writeKnown(octets, tag, quote_, document.bindings, space)) return false;
+  openElement(0, space);
+  try {
+    writer_.XMLWriter::startElement(tag.uri, tag.localName, tag.qName, tag.attributes);
+  } catch (...) {
+    document.open.pop_back();
+    throw;
   }
-  document.open.push_back(element);
+  octets.write();
+  commit();
+  return true;
 }
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
-  composer_->performTag([&](Composer& composer, bool isDirect) {
+  const text::XML10StartTag::Element tag = {uri, localName, qName, attributes,
+                                            composer_->namespaces_};
+  if (composer_->isDirect() && composer_->startKnown(tag)) return;
+  composer_->perform([&](Composer& composer) {
     const std::uint64_t maximumDepth = composer.maximumDepth_;
     if (elements_.size() >= maximumDepth) throw SAXException(tooDeep(maximumDepth));
-    const bool isFirst = !hasContent_;
-    if (!isDirect) composer.startItem();
+    composer.startItem();
     XMLWriter::startElement(uri, localName, qName, attributes);
-    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
-    if (isDirect && isFirst) octets.append('>');
-    composer.composeStartTag(octets, {uri, localName, qName, attributes, composer.namespaces_});
-    octets.write();
+    composer.composeStartTag(tag);
     composer.namespaces_.clear();
   });
+}
+
+void XMLWriter_XML10::Composer::composeEndTag(EventOctets& octets, std::string_view qName) const {
+  const bool hasContent = writer_.hasContent_;
+  if (!hasContent && emptyTags_) {
+    octets.append('/', '>');
+  } else {
+    octets.append(hasContent ? "</"sv : "></"sv, qName, '>');
+  }
 }
 
 void XMLWriter_XML10::Composer::closeElement() {
@@ -157,18 +194,28 @@ void XMLWriter_XML10::Composer::closeElement() {
 
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  composer_->performTag([&](Composer& composer, bool isDirect) {
-    if (hasContent_) composer.indent(elements_.size() - 1);
-    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
-    if (!hasContent_ && composer.emptyTags_) {
-      octets.append('/', '>');
-    } else {
-      octets.append(hasContent_ ? "</"sv : "></"sv, std::string_view(qName), '>');
-    }
+  Composer& composer = *composer_;
+  const auto end = [&](std::ostream* out) {
+    EventOctets octets(out, composer.composed_);
+    composer.composeEndTag(octets, qName);
     XMLWriter::endElement(uri, localName, qName);
     composer.closeElement();
     octets.write();
-  });
+  };
+  if (!composer.isDirect()) {
+    return composer.perform([&](Composer&) {
+      if (hasContent_) composer.indent(elements_.size() - 1);
+      end(nullptr);
+    });
+  }
+  const bool hadContent = hasContent_;
+  try {
+    end(out_);
+  } catch (...) {
+    hasContent_ = hadContent;
+    throw;
+  }
+  composer.commit();
 }
 
 // --- Content ---
