@@ -1,11 +1,12 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_XML10.h>
 
-#include "../../io/WriteOctets.h"
+#include "../../io/EventRoom.h"
 #include "../../sax/AtLimit.h"
 #include "../../sax/Properties.h"
 #include "../../xml/Escapes.h"
 #include "../../xml/Rules.h"
+#include "../../xml/SameText.h"
 #include "XML10Composer.h"
 
 // The writer, and its events except those of the document type.
@@ -145,12 +146,14 @@ void XMLWriter_XML10::Composer::composeStartTag(const text::XML10StartTag::Eleme
 bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& tag) {
   using Space = text::XML10StartTag::Space;
   Document& document = document_;
-  const bool isCommon = namespaces_.empty() && document.defaults.empty();
+  const EventRoom room(writer_.out_);
+  const bool isCommon = namespaces_.empty() && document.defaults.empty() && room.size() > 0;
   if (!isCommon || document.open.size() >= maximumDepth_) return false;
-  EventOctets octets(writer_.out_, composed_);
-  if (!writer_.hasContent_) octets.append('>');
+  char* end = room.begin();
+  if (!writer_.hasContent_) *end++ = '>';
   Space space = Space::Inherited;
-  if (!document.startTag.writeKnown(octets, tag, quote_, document.bindings, space)) return false;
+  end = document.startTag.copyKnown(end, room.end(), tag, quote_, document.bindings, space);
+  if (end == nullptr) return false;
   openElement(0, space);
   try {
     writer_.XMLWriter::startElement(tag.uri, tag.localName, tag.qName, tag.attributes);
@@ -158,8 +161,7 @@ bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& t
     document.open.pop_back();
     throw;
   }
-  octets.write();
-  commit();
+  room.put(end);
   return true;
 }
 
@@ -178,49 +180,67 @@ void XMLWriter_XML10::startElement(const std::string& uri, const std::string& lo
   });
 }
 
-void XMLWriter_XML10::Composer::composeEndTag(EventOctets& octets, std::string_view qName) const {
-  const bool hasContent = writer_.hasContent_;
-  if (!hasContent && emptyTags_) {
-    octets.append('/', '>');
-  } else {
-    octets.append(hasContent ? "</"sv : "></"sv, qName, '>');
-  }
-}
-
 void XMLWriter_XML10::Composer::closeElement() {
   document_.bindings.undo(document_.open.back().declarations);
   document_.open.pop_back();
 }
 
+/// Writes an end tag while isDirect.
+/// @return false where there is no room or the names are wrong: then nothing has changed
+bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::string& localName,
+                                            const std::string& qName) {
+  const Element& element = writer_.elements_.back();
+  if (!xml::sameText(element.qName, qName) || !xml::sameText(element.localName, localName) ||
+      !xml::sameText(element.uri, uri)) {
+    return false;
+  }
+  const EventRoom room(writer_.out_);
+  const bool isEmpty = !writer_.hasContent_ && emptyTags_;
+  const std::string_view name = qName;
+  const std::string_view opening = writer_.hasContent_ ? "</"sv : "></"sv;
+  char* const end = isEmpty ? copyPieces(room.begin(), room.end(), '/', '>')
+                            : copyPieces(room.begin(), room.end(), opening, name, '>');
+  if (end == nullptr) return false;
+  // As XMLWriter::endElement does.
+  writer_.hasContent_ = true;
+  writer_.elements_.pop_back();
+  if (writer_.elements_.empty()) writer_.state_ = AfterRoot;
+  closeElement();
+  room.put(end);
+  return true;
+}
+
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  Composer& composer = *composer_;
-  const auto end = [&](std::ostream* out) {
-    EventOctets octets(out, composer.composed_);
-    composer.composeEndTag(octets, qName);
+  if (composer_->isDirect() && composer_->endDirectly(uri, localName, qName)) return;
+  composer_->perform([&](Composer& composer) {
+    if (hasContent_) composer.indent(elements_.size() - 1);
+    if (!hasContent_ && composer.emptyTags_) {
+      composer.write("/>");
+    } else {
+      composer.write(hasContent_ ? "</" : "></", qName, ">");
+    }
     XMLWriter::endElement(uri, localName, qName);
     composer.closeElement();
-    octets.write();
-  };
-  if (!composer.isDirect()) {
-    return composer.perform([&](Composer&) {
-      if (hasContent_) composer.indent(elements_.size() - 1);
-      end(nullptr);
-    });
-  }
-  const bool hadContent = hasContent_;
-  try {
-    end(out_);
-  } catch (...) {
-    hasContent_ = hadContent;
-    throw;
-  }
-  composer.commit();
+  });
 }
 
 // --- Content ---
 
 void XMLWriter_XML10::Composer::writeText(std::string_view text) {
+  const EventRoom room(writer_.out_);
+  if (text.size() >= room.size()) return writeLongText(text);
+  char* end = room.begin();
+  if (!writer_.hasContent_) *end++ = '>';
+  end = xml::kTextEscapes.copy(text, end, room.end());
+  if (end == nullptr) return writeLongText(text);
+  writer_.hasContent_ = true;
+  room.put(end);
+  forbidIndentation();
+}
+
+/// Likewise, if the stream's buffer may have no room for it.
+void XMLWriter_XML10::Composer::writeLongText(std::string_view text) {
   // Text of at most this length is composed together with the ">" of the start tag before it.
   constexpr std::size_t kShort = 256;
   const bool isFirst = !writer_.hasContent_;
@@ -234,7 +254,7 @@ void XMLWriter_XML10::Composer::writeText(std::string_view text) {
   } else {
     EventOctets octets(writer_.out_, composed_);
     if (isFirst) octets.append('>');
-    xml::appendText(octets, text, xml::kTextEscapes, "character data");
+    text::appendEscaped(octets, text, xml::kTextEscapes, "character data");
     writer_.hasContent_ = true;
     octets.write();
     commit();
