@@ -18,6 +18,15 @@ void checkState(int state, unsigned allowed, const char* message) {
   if ((allowed & bit(state)) == 0) throw SAXException(message);
 }
 
+/// The strings of an element, of which it is made in its place.
+struct NewElement {
+  const std::string& uri;
+  const std::string& localName;
+  const std::string& qName;
+
+  operator XMLWriter::Element() const { return {uri, localName, qName}; }
+};
+
 }  // namespace
 
 void XMLWriter::startDocument() {
@@ -78,7 +87,7 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
                              const std::string& qName, const Attributes&) {
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
-  elements_.push_back({uri, localName, qName});
+  elements_.emplace_back(NewElement{uri, localName, qName});
   state_ = InElement;
   hasContent_ = false;
 }

@@ -28,7 +28,6 @@ class Escapes {
     }
     for (const Escape& escape : escapes) {
       blocks_[count_].fill(escape.character);
-      if (escape.character >= 0x20) printable_ = count_ + 1;
       classes_.addFault(escape.character);
       allClasses_.addFault(escape.character);
       for (Block& passed : passed_) {
@@ -41,6 +40,9 @@ class Escapes {
       numbers_[static_cast<unsigned char>(escape.character)] = count_;
     }
   }
+
+  /// How many of the characters that are escaped are no controls: the first ones.
+  static constexpr std::size_t kPrintable = 3;
 
   /// Whether a text is valid and has nothing to escape, as far as that can be checked quickly.
   bool isVerbatim(std::string_view text) const;
@@ -95,7 +97,6 @@ class Escapes {
   OctetClasses allClasses_{OctetClasses::Characters::all};  // What is escaped or a control.
   std::array<Block, kMost> blocks_{};        // Each has one of the characters to escape, repeated.
   std::uint8_t count_ = 0;                   // How many characters are escaped.
-  std::uint8_t printable_ = 0;               // How many of them, the first ones, are not controls.
   std::array<std::uint8_t, 256> numbers_{};  // Of the reference for an octet, kSuspect, or 0.
   std::array<Block, 2> passed_{};            // Controls that are not escaped, or a space.
   std::array<std::string_view, kMost + 1> references_{};    // By number.
