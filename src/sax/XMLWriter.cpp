@@ -1,5 +1,6 @@
 #include <Tavrin/XMLWriter.h>
 
+#include "OpenElements.h"
 #include "Properties.h"
 
 namespace Tavrin {
@@ -17,15 +18,6 @@ constexpr unsigned kBetweenTags = bit(XMLWriter::Prolog) | bit(XMLWriter::InDTD)
 void checkState(int state, unsigned allowed, const char* message) {
   if ((allowed & bit(state)) == 0) throw SAXException(message);
 }
-
-/// The strings of an element, of which it is made in its place.
-struct NewElement {
-  const std::string& uri;
-  const std::string& localName;
-  const std::string& qName;
-
-  operator XMLWriter::Element() const { return {uri, localName, qName}; }
-};
 
 }  // namespace
 
@@ -87,7 +79,7 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
                              const std::string& qName, const Attributes&) {
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
-  elements_.emplace_back(NewElement{uri, localName, qName});
+  elements_.emplace_back(ElementStrings<const std::string&>{uri, localName, qName});
   state_ = InElement;
   hasContent_ = false;
 }

@@ -156,11 +156,12 @@ bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& t
   if (end == nullptr) return false;
   openElement(0, space);
   try {
-    writer_.XMLWriter::startElement(tag.uri, tag.localName, tag.qName, tag.attributes);
+    openElements_.push(writer_.elements_, tag.uri, tag.localName, tag.qName);
   } catch (...) {
     document.open.pop_back();
     throw;
   }
+  writer_.hasContent_ = false;
   room.put(end);
   return true;
 }
@@ -203,7 +204,7 @@ bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::s
   if (end == nullptr) return false;
   // As XMLWriter::endElement does.
   writer_.hasContent_ = true;
-  writer_.elements_.pop_back();
+  openElements_.pop(writer_.elements_);
   if (writer_.elements_.empty()) writer_.state_ = AfterRoot;
   closeElement();
   room.put(end);
