@@ -1,6 +1,6 @@
 #include <Tavrin/XMLWriter.h>
 
-#include "OpenElements.h"
+#include "ElementStrings.h"
 #include "Properties.h"
 
 namespace Tavrin {

@@ -8,7 +8,7 @@
 #include <bit>
 #include <cstring>
 
-#include "../io/EventRoom.h"
+#include "../io/CopyOctets.h"
 
 namespace Tavrin::xml {
 
@@ -135,17 +135,17 @@ char* Escapes::copy(std::string_view text, char* to, const char* end) const {
   // Most values of attributes.
   if (text.size() < kTogether && text.size() >= kFew &&
       _mm_movemask_epi8(suspects(blockOf(text), passed_, blocks_)) == 0) {
-    return copyPiece(to, text);
+    return copyOctets(to, text);
   }
 #endif
 #ifdef TAVRIN_HAS_AVX2
   if (text.size() >= kLeastTogether && hasAVX2()) return copyLong(text, to, end);
 #endif
-  if (isVerbatim(text)) return copyPiece(to, text);
+  if (isVerbatim(text)) return copyOctets(to, text);
   if (kWord * text.size() > static_cast<std::size_t>(end - to)) return nullptr;
   struct Copy {
     char* end;
-    void operator+=(std::string_view octets) { end = copyPiece(end, octets); }
+    void operator+=(std::string_view octets) { end = copyOctets(end, octets); }
   } copied{to};
   return append(copied, text) == kAllValid ? copied.end : nullptr;
 }

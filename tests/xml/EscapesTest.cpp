@@ -81,7 +81,7 @@ TEST(Escapes, LeaveATextVerbatimThatNeedsNone) {
 std::optional<std::string> copied(const Escapes& escapes, const std::string& text,
                                   std::size_t room) {
   const auto octets = std::make_unique<char[]>(room);
-  const char* const end = escapes.copy(text, octets.get(), octets.get() + room);
+  char* const end = escapes.copy(text, octets.get(), octets.get() + room);
   if (end == nullptr) return std::nullopt;
   return std::string(octets.get(), end);
 }

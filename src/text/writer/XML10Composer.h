@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "../../io/EventOctets.h"
-#include "../../sax/OpenElements.h"
+#include "../../xml/ElementStack.h"
 #include "../../xml/NamespaceBindings.h"
 #include "Markup.h"
 #include "XML10StartTag.h"
@@ -185,7 +185,7 @@ class TAVRIN_LOCAL XMLWriter_XML10::Composer : public text::Markup<XMLWriter_XML
   void writeOut();
 
   XMLWriter_XML10& writer_;
-  OpenElements openElements_;
+  xml::ElementStack stack_;
 };
 
 // Within the class, these would be inline. Measured: writing would take a twelfth longer.

@@ -6,7 +6,6 @@
 #include "../../sax/Properties.h"
 #include "../../xml/Escapes.h"
 #include "../../xml/Rules.h"
-#include "../../xml/SameText.h"
 #include "XML10Composer.h"
 
 // The writer, and its events except those of the document type.
@@ -156,7 +155,7 @@ bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& t
   if (end == nullptr) return false;
   openElement(0, space);
   try {
-    openElements_.push(writer_.elements_, tag.uri, tag.localName, tag.qName);
+    stack_.push(writer_.elements_, tag.uri, tag.localName, tag.qName);
   } catch (...) {
     document.open.pop_back();
     throw;
@@ -190,11 +189,7 @@ void XMLWriter_XML10::Composer::closeElement() {
 /// @return false where there is no room or the names are wrong: then nothing has changed
 bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::string& localName,
                                             const std::string& qName) {
-  const Element& element = writer_.elements_.back();
-  if (!xml::sameText(element.qName, qName) || !xml::sameText(element.localName, localName) ||
-      !xml::sameText(element.uri, uri)) {
-    return false;
-  }
+  if (!stack_.hasLast(writer_.elements_, uri, localName, qName)) return false;
   const EventRoom room(writer_.out_);
   const bool isEmpty = !writer_.hasContent_ && emptyTags_;
   const std::string_view name = qName;
@@ -204,7 +199,7 @@ bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::s
   if (end == nullptr) return false;
   // As XMLWriter::endElement does.
   writer_.hasContent_ = true;
-  openElements_.pop(writer_.elements_);
+  stack_.pop(writer_.elements_);
   if (writer_.elements_.empty()) writer_.state_ = AfterRoot;
   closeElement();
   room.put(end);

@@ -8,25 +8,21 @@
 #include <string>
 #include <utility>
 
-namespace Tavrin {
+#include "../sax/ElementStrings.h"
+#include "SameText.h"
 
-/// The strings of an open element, of which it is made in its place.
-template <typename URI>
-struct ElementStrings {
-  URI uri;
-  const std::string& localName;
-  const std::string& qName;
+namespace Tavrin::xml {
 
-  operator XMLWriter::Element() const { return {std::forward<URI>(uri), localName, qName}; }
-};
-
-/// Adds elements to the stack of a writer and removes them. The memory of namespace names is used
-/// again: they are the longest strings of an element, and nearly always the same.
-class OpenElements {
+/// Adds elements to the stack of a writer and removes them, as the base of writers does. The memory
+/// of namespace names is used again: they are the longest strings of an element, and nearly always
+/// the same. Measured: with one of fifty octets, writing takes a twelfth less time.
+class ElementStack {
  public:
+  using Elements = std::deque<XMLWriter::Element>;
+
   /// Where memory runs out, nothing is added.
-  void push(std::deque<XMLWriter::Element>& elements, const std::string& uri,
-            const std::string& localName, const std::string& qName) {
+  void push(Elements& elements, const std::string& uri, const std::string& localName,
+            const std::string& qName) {
     if (count_ == 0 || uri.size() < kShortest || uri.size() > kLongest) {
       elements.emplace_back(ElementStrings<const std::string&>{uri, localName, qName});
       return;
@@ -37,7 +33,15 @@ class OpenElements {
     --count_;
   }
 
-  void pop(std::deque<XMLWriter::Element>& elements) {
+  /// Whether the last element has these names.
+  static bool hasLast(const Elements& elements, const std::string& uri,
+                      const std::string& localName, const std::string& qName) {
+    const XMLWriter::Element& element = elements.back();
+    return sameText(element.qName, qName) && sameText(element.localName, localName) &&
+           sameText(element.uri, uri);
+  }
+
+  void pop(Elements& elements) {
     std::string& uri = elements.back().uri;
     if (uri.size() >= kShortest && uri.capacity() <= kLongest && count_ < spare_.size()) {
       spare_[count_++] = std::move(uri);
@@ -53,4 +57,4 @@ class OpenElements {
   std::size_t count_ = 0;             // How many there are.
 };
 
-}  // namespace Tavrin
+}  // namespace Tavrin::xml

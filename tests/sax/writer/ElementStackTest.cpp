@@ -1,4 +1,4 @@
-#include "sax/OpenElements.h"
+#include "xml/ElementStack.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +18,8 @@ std::string uriOf(std::size_t depth, std::size_t round) {
   return std::string(length, static_cast<char>('a' + (depth + round) % 26));
 }
 
-TEST(OpenElements, HaveTheirStringsHoweverOftenMemoryIsUsedAgain) {
-  OpenElements stack;
+TEST(ElementStack, HaveTheirStringsHoweverOftenMemoryIsUsedAgain) {
+  xml::ElementStack stack;
   std::deque<XMLWriter::Element> elements;
   for (std::size_t round = 0; round < 50; ++round) {
     const std::size_t depth = 1 + round % 20;
@@ -33,6 +33,10 @@ TEST(OpenElements, HaveTheirStringsHoweverOftenMemoryIsUsedAgain) {
       EXPECT_EQ(element.uri, uriOf(i - 1, round));
       EXPECT_EQ(element.localName, "local" + std::to_string(i - 1));
       EXPECT_EQ(element.qName, "p:" + std::string(i - 1, 'q'));
+      EXPECT_TRUE(stack.hasLast(elements, element.uri, element.localName, element.qName));
+      EXPECT_FALSE(stack.hasLast(elements, element.uri + "x", element.localName, element.qName));
+      EXPECT_FALSE(stack.hasLast(elements, element.uri, "x" + element.localName, element.qName));
+      EXPECT_FALSE(stack.hasLast(elements, element.uri, element.localName, element.qName + "x"));
       stack.pop(elements);
     }
     EXPECT_TRUE(elements.empty());
