@@ -68,9 +68,10 @@ constexpr char lossCount[] = "http://tavrin/sax/properties/loss-count";
 constexpr char reparseDeferral[] = "http://tavrin/sax/properties/reparse-deferral";
 
 /// Reader "XML10": who reads the text, a `std::string`. "automatic", the default: documents in
-/// UTF-8 without a document type are scanned by the library itself, which takes less than half of
-/// the time; all others are read by expat. "expat": all documents are. The events are the same, and
-/// so are the failures, for which expat has the last word. It counts from the next document on.
+/// UTF-8 are scanned by the library itself, which takes less than half of the time, unless their
+/// document type declares entities; all others are read by expat. "expat": all documents are. The
+/// events are the same, and so are the failures, for which expat has the last word. It counts from
+/// the next document on.
 constexpr char textScanner[] = "http://tavrin/sax/properties/text-scanner";
 
 /// "XML10" and "X891": how many elements may be open at a time, a `std::uint64_t`. A deeper

@@ -16,10 +16,10 @@ namespace Tavrin {
 /// Reads XML 1.0 text and loses nothing that SAX2 reports; registered as "XML10". It is the reader
 /// of XML text to choose, unless a program relies on the oddities of XMLReader_Expat.
 ///
-/// Documents in UTF-8 without a document type are scanned by the library itself; all others are
-/// read by expat, and so is the rest of a document that is not well-formed, from where the scanner
-/// meets the failure. The events and the failures are those of expat, whoever reads. The property
-/// Tavrin::properties::textScanner has expat read all.
+/// Documents in UTF-8 are scanned by the library itself; a document type is read by expat, and if
+/// it declares entities, so is the rest. So is the rest of a document that is
+/// not well-formed, from where the scanner meets the failure. The events and the failures are those
+/// of expat, whoever reads. The property Tavrin::properties::textScanner has expat read all.
 ///
 /// @code
 /// struct Text : ContentHandler {

@@ -92,12 +92,12 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
     events().scannedDeclaration(encoding, standalone);
   }
   void scannedPrefix(const std::string& prefix, const std::string& uri) override {
-    if (!mayStay()) return events().scannedPrefix(prefix, uri);
+    if (!mayStay() || driver_.hasDefaults()) return events().scannedPrefix(prefix, uri);
     mappings_.push_back({prefix, uri});
   }
   void scannedStart(const std::string& uri, const std::string& localName, const std::string& qName,
                     const Attributes& list) override {
-    if (!mayStay() || driver_.isTooDeep()) {
+    if (!mayStay() || driver_.hasDefaults() || driver_.isTooDeep()) {
       return events().scannedStart(uri, localName, qName, list);
     }
     hold(PullEvent::startElement, 1, uri, localName, qName);

@@ -91,8 +91,8 @@ TEST_F(Assemble, TellsWhereATextHasAnotherForm) {
   for (const auto& [text, place, message] : cases) {
     SCOPED_TRACE(text);
     writeFile("in.txt", text);
-    const auto shown = [&place = place, &message = message](const std::string& name) {
-      return name + ":" + place + ": " + message + "\n";
+    const auto shown = [&where = place, &what = message](const std::string& name) {
+      return name + ":" + where + ": " + what + "\n";
     };
     EXPECT_EQ(run({"assemble", "in.txt", "out.fi"}).err, shown("in.txt"));
     EXPECT_EQ(run({"assemble", "in.txt", "out.fi"}).status, 1);

@@ -142,8 +142,11 @@ TEST_F(Declarations, OfLaterVersionsAreCheckedAndConvertedAlike) {
     EXPECT_EQ(run({"check", "-"}, written), ofOctets);
     EXPECT_EQ(binary(written), printed(written));
   }
-  const Result refused{1, "", "-:1:1: \"2.0\" is not a version of XML\n"};
-  EXPECT_EQ(run({"check", "-"}, "<?xml version='2.0'?><a/>"), refused);
+  // Newer versions of expat refuse it themselves.
+  const Result refused = run({"check", "-"}, "<?xml version='2.0'?><a/>");
+  if (refused != Result{1, "", "-:1:16: XML declaration not well-formed\n"}) {
+    EXPECT_EQ(refused, (Result{1, "", "-:1:1: \"2.0\" is not a version of XML\n"}));
+  }
   EXPECT_EQ(binary("<?xml version='2.0'?><a/>"), refused);
   EXPECT_EQ(text("<?xml version='2.0'?><a/>"), refused);
 }

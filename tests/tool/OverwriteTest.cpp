@@ -101,7 +101,7 @@ TEST_F(Overwrite, GivesANewFileTheModeThatIsLeftByTheMask) {
   const struct { unsigned mask, mode; } cases[] = {{0, 0666}, {022, 0644}, {077, 0600}, {0777, 0}};
   for (const auto& [mask, mode] : cases) {
     SCOPED_TRACE(mask);
-    EXPECT_EQ(convert("out.xml", {}, [mask = mask] { umask(mask); }), silent(0));
+    EXPECT_EQ(convert("out.xml", {}, [bits = mask] { umask(bits); }), silent(0));
     EXPECT_EQ(modeOf("out.xml"), mode);
     std::filesystem::remove(path("out.xml"));
   }

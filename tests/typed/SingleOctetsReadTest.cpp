@@ -152,6 +152,14 @@ void readPlainly(std::uint32_t length, std::istream& in, typename K::Value& item
   }
 }
 
+/// Takes the items of a value when its scope is left, also by an exception.
+template <typename K>
+struct Take {
+  typename K::Holder& holder;
+  typename K::Value& items;
+  ~Take() { items.swap(holder.data_); }
+};
+
 /// Expects of the algorithm what a program can see of the plain reading.
 template <typename K>
 void expectPlain(const Source& source, std::uint32_t length) {
@@ -166,11 +174,7 @@ void expectPlain(const Source& source, std::uint32_t length) {
   std::istringstream other(before);
   auto& holder = holderOf<K>(algorithm, static_cast<std::uint32_t>(before.size()), other);
   EXPECT_EQ(plain, trace<K>(source, [&](std::istream& in, auto& items) {
-              struct Take {
-                typename K::Holder& holder;
-                typename K::Value& items;
-                ~Take() { items.swap(holder.data_); }
-              } const take{holder, items};
+              const Take<K> take{holder, items};
               algorithm.decodeFromInputStream(length, in);
             }));
 }

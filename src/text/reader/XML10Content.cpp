@@ -40,6 +40,7 @@ void XML10Driver::requireName(std::string_view name) {
 }
 
 void XML10Driver::startElement(const XML_Char* name, const XML_Char** attributes) {
+  if (comesToRoot()) return;
   XML10Document& document = *document_;
   const XML10Settings& current = document.settings;
   const std::uint64_t maximumDepth = current.limits.maximumDepth;
@@ -77,6 +78,7 @@ void XML10Driver::applyDeclarations() {
 }
 
 void XML10Driver::startNamespace(const XML_Char* prefix, const XML_Char* uri) {
+  if (comesToRoot()) return;
   XML10Document& document = *document_;
   if (prefix) requireName(prefix);
   // expat has no namespace name for `xmlns=""`.
@@ -100,6 +102,7 @@ void XML10Driver::endNamespace(const XML_Char* prefix) {
 
 void XML10Driver::skippedEntity(const XML_Char* name, int isParameterEntity) {
   requireName(name);
+  stayInParser();
   if (isParameterEntity) {
     document_->lackDeclarations();
     stopProcessing();

@@ -73,6 +73,7 @@ void XML10Driver::entityDecl(const XML_Char* name, int isParameterEntity, const 
                              int valueLength, const XML_Char*, const XML_Char* systemId,
                              const XML_Char* publicId, const XML_Char* notationName) {
   XML10Document& document = *document_;
+  stayInParser();
   requireName(name);
   if (notationName) requireName(notationName);
   const std::string reportedName = isParameterEntity ? std::string("%") + name : name;
@@ -124,6 +125,11 @@ void XML10Driver::attlistDecl(const XML_Char* element, const XML_Char* attribute
   requireName(type);
   const std::string declaredType = AttributeTypes::declaredForm(type);
   if (!document.attributeTypes.declare(element, attribute, declaredType)) return;
+  const std::string& reportedType = *document.attributeTypes.find(element, attribute);
+  if (document.prolog &&
+      !document.prolog->scanner->declareAttribute(element, attribute, reportedType, defaultValue)) {
+    stayInParser();
+  }
   if (defaultValue) {
     document.hasDefaults = true;
     if (xml::isDeclarationName(attribute)) document.hasDeclarationDefaults = true;

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "../../sax/EventGate.h"
-#include "../scanner/WaitingOctets.h"
+#include "../../xml/Place.h"
 #include "../scanner/XML10Scanner.h"
 #include "AttributeTypes.h"
 #include "DeclarationText.h"
@@ -25,6 +25,7 @@
 #include "OpenElements.h"
 #include "Parser.h"
 #include "Recoder.h"
+#include "WaitingOctets.h"
 
 namespace Tavrin::text {
 
@@ -77,7 +78,7 @@ struct OpenEntity {
   /// Where the document goes on that expat reads after another one: a place in both.
   struct Junction {
     std::uint64_t octets = 0;
-    Place place = {};
+    xml::Place place = {};
   };
   Junction inDocument = {};
   Junction inParser = {};
@@ -124,6 +125,13 @@ struct XML10Document {
   /// Reads the document; null where expat does.
   std::unique_ptr<XML10Scanner> scanner;
   WaitingOctets waiting;  ///< For the scanner.
+  /// What expat reads between two parts that are scanned; none where the scanner is not to go on.
+  struct Prolog {
+    std::unique_ptr<XML10Scanner> scanner;
+    std::string octets = {};               ///< Those that expat has got.
+    std::optional<std::size_t> root = {};  ///< Where in them the root element begins.
+  };
+  std::optional<Prolog> prolog;
 
   // While the document is paused: what has not been given to expat.
   std::istream* stream = nullptr;
@@ -194,6 +202,8 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void haltHere() { document_->scanner->haltHere(); }
   /// Whether no event has to come before the current one.
   bool isReady() const { return ready_; }
+  /// Whether tags may have defaults, which it has to count.
+  bool hasDefaults() const { return document_->hasDefaults; }
   /// Whether an element that begins now is one too many.
   bool isTooDeep() const {
     return document_->scanner->depth() > document_->settings.limits.maximumDepth;
@@ -246,9 +256,10 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   void finishParse(XML_Status status, bool isFinal);
   void stopParser(XML_Bool isResumable);
   void suspendOutsideOfEntities();
-  XML_Status continueParse();
   /// Expat can change it between blocks.
   void setReparseDeferral();
+  // The octets: XML10Blocks.cpp.
+  XML_Status continueParse();
   /// Parses the first blocks of a document, which are kept until its encoding is known.
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
@@ -268,6 +279,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   static constexpr int kMostRead = 64 * 1024;
   /// Prepares for the encoding of an entity, by the entity's first octets.
   void chooseEncoding(std::string_view start);
+
   bool makeReady() override;
   void handlerThrew() override;
   void endDocument();
@@ -293,6 +305,14 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   /// Has expat go on where the scanner has stopped.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();
+  // Documents that are scanned from the root element on: XML10Prolog.cpp.
+  XML_Status parseProlog(std::string_view octets, bool areLast);
+  XML_Status scanFromRoot(std::string_view octets, std::size_t kept, bool areLast);
+  /// Whether the parser has come to the root element, which is the scanner's. Then it stops.
+  bool comesToRoot();
+  bool isInProlog() const { return document_->prolog && !document_->isInExternalEntity(); }
+  /// Leaves the rest of the document to expat.
+  void stayInParser() { document_->prolog.reset(); }
   void announce() {
     if (!ready_) makeReady();
   }

@@ -58,6 +58,7 @@ void XML10Driver::readEntity(const DeclaredEntity& entity, const char* context) 
     if (handlers.content) handlers.content->skippedEntity(entity.name);
     return;
   }
+  stayInParser();
   if (document.open.size() > kMaximumDepth) fail("external entities are nested too deeply");
 
   XML_Parser parent = document.current().parser;

@@ -59,39 +59,7 @@ XML_Status XML10Driver::afterScan(XML10Scanner::Outcome outcome, bool areLast) {
 XML_Status XML10Driver::passToExpat(std::string_view rest, bool areLast) {
   XML_Status status = leadParserHere();
   if (status == XML_STATUS_OK) status = parseBlock(rest.data(), rest.size(), areLast);
-  document_->waiting = {};
-  return status;
-}
-
-/// Replaces the scanner by a parser in the same state.
-XML_Status XML10Driver::leadParserHere() {
-  XML10Document& document = *document_;
-  const std::unique_ptr<XML10Scanner> scanner = std::move(document.scanner);
-  OpenEntity& entity = document.current();
-  entity.inDocument = {scanner->octetsBefore(), scanner->place()};
-  entity.scanner = nullptr;
-  createParser();
-  setReparseDeferral();
-  XML_Parser parser = parser_.get();
-  // What has been reported already is not reported again.
-  XML_SetXmlDeclHandler(parser, nullptr);
-  XML_SetNamespaceDeclHandler(parser, nullptr, nullptr);
-  XML_SetElementHandler(parser, nullptr, nullptr);
-  XML_SetCdataSectionHandler(parser, nullptr, nullptr);
-  XML_Status status = XML_STATUS_OK;
-  scanner->describeContext([&](std::string_view piece) {
-    if (piece.empty() || status != XML_STATUS_OK) return;
-    status = XML_Parse(parser, piece.data(), static_cast<int>(piece.size()), XML_FALSE);
-    entity.inParser.octets += piece.size();
-    entity.inParser.place.advance(piece.data(), piece.data() + piece.size());
-  });
-  installDocumentCallbacks();
-  scanner->forEachElement(
-      [&](std::string_view start, std::uint64_t line) { document.elements.name(start, line); });
-  const xml::NamespaceBindings& bindings = scanner->bindings();
-  for (std::size_t i = 0; i < bindings.count(); ++i) {
-    document.bindings.push(bindings.prefixAt(i), bindings.uriAt(i));
-  }
+  if (!isScanned()) document_->waiting = {};
   return status;
 }
 
@@ -105,7 +73,10 @@ void XML10Driver::scannedDeclaration(std::string_view encoding, std::optional<bo
 
 void XML10Driver::scannedPrefix(const std::string& prefix, const std::string& uri) {
   announce();
-  if (handlers.content) handlers.content->startPrefixMapping(prefix, uri);
+  if (!handlers.content) return;
+  // As where expat reports them, all are counted.
+  if (document_->hasDeclarationDefaults) addDefaults(prefix.size() + uri.size());
+  handlers.content->startPrefixMapping(prefix, uri);
 }
 
 void XML10Driver::scannedStart(const std::string& uri, const std::string& localName,
@@ -113,7 +84,9 @@ void XML10Driver::scannedStart(const std::string& uri, const std::string& localN
   announce();
   const std::uint64_t maximumDepth = document_->settings.limits.maximumDepth;
   if (document_->scanner->depth() > maximumDepth) fail(tooDeep(maximumDepth));
-  if (handlers.content) handlers.content->startElement(uri, localName, qName, attributes);
+  if (!handlers.content) return;
+  if (document_->hasDefaults) addDefaults(document_->scanner->defaultOctets());
+  handlers.content->startElement(uri, localName, qName, attributes);
 }
 
 void XML10Driver::scannedEnd(const std::string& uri, const std::string& localName,

@@ -9,18 +9,20 @@
 namespace Tavrin::text {
 
 /// The attributes of a start tag. Their names belong to the scanner; the next tag reuses the memory
-/// of the values. Without a document type, each has the type "CDATA".
+/// of the values.
 class ScannedAttributes final : public AttributesByName<ScannedAttributes, Attributes> {
  public:
   void clear() { size_ = 0; }
   /// Appends an attribute.
   /// @return where its value goes
-  std::string& add(const std::string& uri, const std::string& localName, const std::string& qName) {
+  std::string& add(const std::string& uri, const std::string& localName, const std::string& qName,
+                   const std::string& type) {
     if (size_ == records_.size()) records_.emplace_back();
     Record& record = records_[size_++];
     record.uri = &uri;
     record.localName = &localName;
     record.qName = &qName;
+    record.type = &type;
     return record.value;
   }
 
@@ -30,7 +32,7 @@ class ScannedAttributes final : public AttributesByName<ScannedAttributes, Attri
   const std::string& getURI(int index) const override { return *at(index).uri; }
   const std::string& getLocalName(int index) const override { return *at(index).localName; }
   const std::string& getQName(int index) const override { return *at(index).qName; }
-  const std::string& getType(int index) const override;
+  const std::string& getType(int index) const override { return *at(index).type; }
   const std::string& getValue(int index) const override { return at(index).value; }
 
  private:
@@ -38,6 +40,7 @@ class ScannedAttributes final : public AttributesByName<ScannedAttributes, Attri
     const std::string* uri = nullptr;
     const std::string* localName = nullptr;
     const std::string* qName = nullptr;
+    const std::string* type = nullptr;
     std::string value;
   };
 
@@ -46,11 +49,5 @@ class ScannedAttributes final : public AttributesByName<ScannedAttributes, Attri
   std::vector<Record> records_;
   std::size_t size_ = 0;  // How many records are in use.
 };
-
-inline const std::string& ScannedAttributes::getType(int index) const {
-  static const std::string type = "CDATA";
-  checkIndex(index, size_);
-  return type;
-}
 
 }  // namespace Tavrin::text

@@ -3,12 +3,23 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "../../xml/HashIndex.h"
 
 namespace Tavrin::text {
+
+struct ScannedName;
+
+/// What a document type declares of an attribute.
+struct DeclaredAttribute {
+  ScannedName* name;
+  std::string type;
+  std::optional<std::string> value;  ///< The default.
+};
 
 /// A qualified name of a document. There may be many, so each is small.
 struct ScannedName {
@@ -16,7 +27,8 @@ struct ScannedName {
   const std::string* localName = nullptr;
   ScannedName* next = nullptr;       ///< The name that came after it.
   const std::string* uri = nullptr;  ///< The namespace name, or null where the prefix has none,
-  std::uint64_t version = 0;         ///< for this version of the declarations.
+  std::vector<DeclaredAttribute>* declared = nullptr;  ///< For an element of this name.
+  std::uint64_t version = 0;                           ///< for this version of the declarations.
   std::uint32_t prefixSize = 0;
   /// Finds attributes that are given twice: of a name without a prefix, the last tag that had it;
   /// of another one, its number among the expanded names, or 0.

@@ -114,6 +114,25 @@ XML10Scanner::Step XML10Scanner::misc() {
   return step;
 }
 
+bool XML10Scanner::declareAttribute(std::string_view element, std::string_view attribute,
+                                    const std::string& type, const char* value) {
+  constexpr std::size_t kMost = 64;
+  ScannedName& owner = names_.find(element);
+  if (owner.declared == nullptr) owner.declared = &declared_.emplace_back();
+  owner.declared->push_back({&names_.find(attribute), type, {}});
+  if (value != nullptr) owner.declared->back().value = value;
+  return owner.declared->size() <= kMost;
+}
+
+void XML10Scanner::skipProlog(std::string_view octets) {
+  if (hasMisc_) start_ += ' ';
+  hasMisc_ = false;
+  start_ += octets;
+  octets_ += octets.size();
+  place_.advance(octets.data(), octets.data() + octets.size());
+  phase_ = Phase::content;
+}
+
 /// [3] S. As expat counts lines, one that ends with a carriage return waits for the line feed in
 /// front of the root element, but not behind it.
 XML10Scanner::Step XML10Scanner::whiteSpace() {

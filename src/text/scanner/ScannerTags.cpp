@@ -17,6 +17,7 @@ namespace Tavrin::text {
 namespace {
 
 const std::string kXmlns = namespaces::xmlns;
+const std::string kCDATA = "CDATA";
 
 enum class NameOctet : std::uint8_t { none, afterFirst, first };
 
@@ -213,8 +214,13 @@ XML10Scanner::Step XML10Scanner::value(const char*& at) {
   }
 }
 
-/// Section 3.3.3: white space becomes a blank, and a line end one.
+/// Section 3.3.3: white space becomes a blank, and a line end one. Where the type is not CDATA,
+/// there are single blanks within the value alone.
 void XML10Scanner::assignValue(std::string& value, const WrittenAttribute& written) const {
+  if (written.isDefault) {
+    value = *written.declared->value;
+    return;
+  }
   const char* at = at_ + written.begin;
   const char* const end = at_ + written.end;
   value.clear();
@@ -230,12 +236,18 @@ void XML10Scanner::assignValue(std::string& value, const WrittenAttribute& writt
       value += *at++;
     }
   }
+  if (written.declared == nullptr || written.declared->type == kCDATA) return;
+  const auto tail = std::ranges::unique(value, [](char a, char b) { return a == ' ' && b == ' '; });
+  value.erase(tail.begin(), value.end());
+  if (value.ends_with(' ')) value.pop_back();
+  if (value.starts_with(' ')) value.erase(0, 1);
 }
 
 /// Checks a start tag as a whole, and then reports it.
 XML10Scanner::Step XML10Scanner::endOfStartTag(const char* end, bool isEmpty) {
   const std::size_t outside = bindings_.count();
   attributes_.clear();
+  if (tag_.element->declared != nullptr) applyDeclarations();
   const std::string* uri = nullptr;
   if ((tag_.declares && !declare(outside)) || !listAttributes() ||
       (uri = uriOf(*tag_.element)) == nullptr) {
@@ -264,6 +276,20 @@ void XML10Scanner::completeTag() {
   reportEnd();
 }
 
+/// Finds what is declared for the attributes of a start tag, and adds those that it lacks and that
+/// have a default (section 3.3.2).
+void XML10Scanner::applyDeclarations() {
+  for (const DeclaredAttribute& declared : *tag_.element->declared) {
+    const auto written = std::ranges::find(tag_.attributes, declared.name, &WrittenAttribute::name);
+    if (written != tag_.attributes.end()) {
+      written->declared = &declared;
+    } else if (declared.value) {
+      tag_.declares = tag_.declares || declaresNamespace(*declared.name);
+      tag_.attributes.push_back({.name = declared.name, .declared = &declared, .isDefault = true});
+    }
+  }
+}
+
 /// Puts the namespace declarations of a start tag into force (Namespaces in XML, section 3).
 /// @param outside how many there are outside of it
 /// @return false where one may be wrong
@@ -282,26 +308,32 @@ bool XML10Scanner::declare(std::size_t outside) {
     bindings_.declare(prefix, value);
     if (!settings_.listsDeclarations) continue;
     const bool isNamed = settings_.namesXmlns;
-    attributes_.add(isNamed ? kXmlns : kNoName, isNamed ? *name.localName : kNoName, name.qName) =
-        value;
+    attributes_.add(isNamed ? kXmlns : kNoName, isNamed ? *name.localName : kNoName, name.qName,
+                    typeOf(written)) = value;
   }
   return true;
+}
+
+const std::string& XML10Scanner::typeOf(const WrittenAttribute& attribute) {
+  return attribute.declared != nullptr ? attribute.declared->type : kCDATA;
 }
 
 /// @return false where the attributes may be wrong
 bool XML10Scanner::listAttributes() {
   unique_.beginTag();
   ++tags_;
+  defaultOctets_ = 0;
   for (const WrittenAttribute& written : tag_.attributes) {
     ScannedName& name = *written.name;
     if (tag_.declares && declaresNamespace(name)) continue;
     const std::string* const uri = name.prefixSize == 0 ? &kNoName : uriOf(name);
     if (uri == nullptr || !isFirst(name)) return false;
-    std::string& value = attributes_.add(*uri, *name.localName, name.qName);
-    if (written.isPlain) {
+    std::string& value = attributes_.add(*uri, *name.localName, name.qName, typeOf(written));
+    if (written.isPlain && written.declared == nullptr) {
       value.assign(at_ + written.begin, written.end - written.begin);
     } else {
       assignValue(value, written);
+      if (written.isDefault) defaultOctets_ += name.qName.size() + value.size();
     }
   }
   return true;

@@ -51,7 +51,7 @@ XML10Scanner::Step XML10Scanner::scanPhase() {
 
 /// Counts the lines up to the current token, and up to the elements that stay open.
 void XML10Scanner::endBlock() {
-  Place place = blockPlace_;
+  xml::Place place = blockPlace_;
   const char* counted = begin_;
   const auto advance = [&](const char* to) {
     place.advance(counted, to);
@@ -68,7 +68,7 @@ void XML10Scanner::endBlock() {
   begin_ = counted_ = event_ = at_;
 }
 
-const Place& XML10Scanner::place() const {
+const xml::Place& XML10Scanner::place() const {
   if (event_ != counted_) place_.advance(counted_, event_);
   counted_ = event_;
   return place_;

@@ -2,22 +2,23 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "../../xml/NamespaceBindings.h"
+#include "../../xml/Place.h"
 #include "../../xml/UniqueAttributes.h"
-#include "Place.h"
 #include "ScannedAttributes.h"
 #include "ScannedEvents.h"
 #include "ScannedNames.h"
 
 namespace Tavrin::text {
 
-/// Reads a well-formed document in UTF-8 without a document type, by the grammar of XML 1.0 (fourth
-/// edition; its numbers stand with the operations), block by block. It keeps nothing of the
+/// Reads a well-formed document in UTF-8, but for a document type, by the grammar of XML 1.0
+/// (fourth edition; its numbers stand with the operations), block by block. It keeps nothing of the
 /// document but the elements that are open and their namespace declarations.
 ///
 /// What it does not take for certain, it refuses before anything of it has been reported: a
@@ -73,11 +74,23 @@ class XML10Scanner {
   std::uint64_t octetsBefore() const {
     return octets_ + static_cast<std::uint64_t>(event_ - begin_);
   }
-  const Place& place() const;
+  const xml::Place& place() const;
   std::size_t depth() const { return open_.size(); }
+  /// How many octets the last start tag has got by defaults, but for namespace declarations.
+  std::size_t defaultOctets() const { return defaultOctets_; }
 
   // After a refusal.
 
+  bool isInProlog() const { return phase_ == Phase::prolog; }
+  /// Takes what a document type declares of an attribute, for the elements that follow.
+  /// @param type  as Attributes::getType returns it
+  /// @param value the default, normalized, or null
+  /// @return whether it can: the time of a start tag grows with the attributes of its element
+  bool declareAttribute(std::string_view element, std::string_view attribute,
+                        const std::string& type, const char* value);
+  /// Goes on at the root element.
+  /// @param octets what stands in front of it: what was refused, and what follows
+  void skipProlog(std::string_view octets);
   /// Calls a function with the pieces of a document that leads to the current state.
   void describeContext(const std::function<void(std::string_view piece)>& append) const;
   /// Calls a function with each open element, the outermost first: "<" and its name, and the line
@@ -111,6 +124,8 @@ class XML10Scanner {
     std::size_t begin = 0;  ///< Of the value, from the beginning of the tag.
     std::size_t end = 0;
     bool isPlain = true;  ///< No reference, and no white space but blanks.
+    const DeclaredAttribute* declared = nullptr;
+    bool isDefault = false;  ///< It is not written, but declared.
   };
 
   /// The start tag that is being read.
@@ -182,9 +197,11 @@ class XML10Scanner {
   Step overNameCharacter(const char*& at, bool isFirst) const;
   Step value(const char*& at);
   Step endOfStartTag(const char* end, bool isEmpty);
+  void applyDeclarations();
   bool declare(std::size_t outside);
   bool listAttributes();
   void assignValue(std::string& value, const WrittenAttribute& written) const;
+  static const std::string& typeOf(const WrittenAttribute& attribute);
   const std::string* uriOf(ScannedName& name) const;
   bool declaresNamespace(const ScannedName& attribute) const {
     return settings_.splitsNames && xml::isDeclarationName(attribute.qName);
@@ -204,6 +221,8 @@ class XML10Scanner {
   std::uint32_t tags_ = 0;        ///< How many there were.
   std::vector<OpenElement> open_;
   ScannedAttributes attributes_;
+  std::deque<std::vector<DeclaredAttribute>> declared_;  ///< By element.
+  std::size_t defaultOctets_ = 0;
   Tag tag_;
 
   Phase phase_ = Phase::start;
@@ -228,10 +247,10 @@ class XML10Scanner {
   std::string_view rest_;
 
   std::uint64_t octets_ = 0;  ///< Before these.
-  Place blockPlace_;          ///< Of these.
+  xml::Place blockPlace_;     ///< Of these.
   std::size_t numbered_ = 0;  ///< How many open elements have a line.
   // How far lines and columns have been counted.
-  mutable Place place_;
+  mutable xml::Place place_;
   mutable const char* counted_ = nullptr;
 };
 

@@ -146,6 +146,20 @@ TEST(XML10Declarations, MayBeMany) {
   EXPECT_EQ(1, counter.elements);
 }
 
+/// Newer versions of expat refuse such a version themselves.
+std::string refusalOf(const std::string& version) {
+  const std::string document = "<?xml version='" + version + "'?><a/>";
+  const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> expat(
+      XML_ParserCreate(nullptr), XML_ParserFree);
+  const auto size = static_cast<int>(document.size());
+  if (XML_Parse(expat.get(), document.data(), size, XML_TRUE) == XML_STATUS_OK) {
+    return "\"" + version + "\" is not a version of XML, 1, 1";
+  }
+  return XML_ErrorString(XML_GetErrorCode(expat.get())) + std::string(", ") +
+         std::to_string(XML_GetErrorLineNumber(expat.get())) + ", " +
+         std::to_string(XML_GetErrorColumnNumber(expat.get()) + 1);
+}
+
 TEST(XML10Declarations, OfOtherVersionsAreReadByTheRulesOfTheFirst) {
   const auto warned = [](const std::string& version) {
     return "warning(XML " + version + " is read by the rules of XML 1.0, 1, 1)";
@@ -175,15 +189,11 @@ TEST(XML10Declarations, OfOtherVersionsAreReadByTheRulesOfTheFirst) {
                   "startElement(, a, a, [])", "resolveEntity(, e)", "startEntity(e)",
                   "characters(x)", "endEntity(e)", "endElement(, a, a)"},
        .entities = {{"e", "<?xml version='1.1' encoding='UTF-8'?>x"}}},
-      {.name = "2.0",
-       .text = "<?xml version='2.0'?><a/>",
-       .failure = "\"2.0\" is not a version of XML, 1, 1"},
-      {.name = "no digits",
-       .text = "<?xml version='1.'?><a/>",
-       .failure = "\"1.\" is not a version of XML, 1, 1"},
+      {.name = "2.0", .text = "<?xml version='2.0'?><a/>", .failure = refusalOf("2.0")},
+      {.name = "no digits", .text = "<?xml version='1.'?><a/>", .failure = refusalOf("1.")},
       {.name = "more than digits",
        .text = "<?xml version='1.0a'?><a/>",
-       .failure = "\"1.0a\" is not a version of XML, 1, 1"},
+       .failure = refusalOf("1.0a")},
   });
 }
 

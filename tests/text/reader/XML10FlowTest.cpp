@@ -44,6 +44,10 @@ const std::vector<Sample>& samples() {
        "<!ATTLIST b d NMTOKEN 'e'>]><a>&i;&j;<b/>&i;</a>"},
       {wide("<a>text <b x='1'/>more<![CDATA[text\ntext]]></a>")},
       {"<a>" + std::string(3000, 't') + "<b/>" + std::string(70000, 'u') + "</a>"},
+      // Expat reads up to the root element; an entity that is not declared ends the scanner's part.
+      {"<!--c--><!DOCTYPE a SYSTEM 's' [<!ELEMENT a ANY><!--d--><?t d?><!NOTATION n SYSTEM 'n'>"
+       "<!ATTLIST a b CDATA #IMPLIED>]>\n<?t?><!--e--><a xmlns='u' b='c'>x<d/>&amp;"
+       "<![CDATA[y]]><e>&none;</e>z</a><!--f-->"},
       // Failures: in the document, in an entity, at the end, before the first event.
       {"<a>x<b>y</c></a>"},
       {"<!DOCTYPE a [<!ENTITY e SYSTEM 'e'>]><a>1&e;2</a>", {{"e", "x<b/>y<c></d>"}}},

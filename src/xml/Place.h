@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "../../xml/simd/Search.h"
+#include "simd/Search.h"
 
-namespace Tavrin::text {
+namespace Tavrin::xml {
 
 /// A place in a document, counted from 1.
 struct Place {
@@ -19,15 +19,15 @@ struct Place {
     // each event takes a third less time.
     constexpr std::ptrdiff_t kFew = 32;
     if (end - at < kFew) return advanceOverFew(at, end);
-    if (xml::countOctet('\r', at, end) != 0) return advanceOverReturns(at, end);
-    const std::size_t lines = xml::countOctet('\n', at, end);
+    if (countOctet('\r', at, end) != 0) return advanceOverReturns(at, end);
+    const std::size_t lines = countOctet('\n', at, end);
     if (lines != 0) {
       line += lines;
       column = 1;
       const std::string_view text(at, static_cast<std::size_t>(end - at));
       at += text.rfind('\n') + 1;
     }
-    column += xml::countCharacters(at, end);
+    column += countCharacters(at, end);
   }
 
  private:
@@ -57,4 +57,4 @@ struct Place {
   }
 };
 
-}  // namespace Tavrin::text
+}  // namespace Tavrin::xml
