@@ -15,7 +15,9 @@ struct ElementStrings {
   const std::string& localName;
   const std::string& qName;
 
-  operator XMLWriter::Element() const { return {std::forward<URI>(uri), localName, qName}; }
+  explicit operator XMLWriter::Element() const {
+    return {std::forward<URI>(uri), localName, qName};
+  }
 };
 
 }  // namespace Tavrin

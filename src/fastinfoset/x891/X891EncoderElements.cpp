@@ -109,7 +109,7 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
     const std::size_t depth = elements_.size();
     try {
       if (depth > 1 && state_ == InElement &&
-          encoder.stack_.hasLast(elements_, uri, localName, qName)) {
+          xml::ElementStack::hasLast(elements_, uri, localName, qName)) {
         encoder.stack_.pop(elements_);
         hasContent_ = true;
       } else {

@@ -189,7 +189,7 @@ void XMLWriter_XML10::Composer::closeElement() {
 /// @return false where there is no room or the names are wrong: then nothing has changed
 bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::string& localName,
                                             const std::string& qName) {
-  if (!stack_.hasLast(writer_.elements_, uri, localName, qName)) return false;
+  if (!xml::ElementStack::hasLast(writer_.elements_, uri, localName, qName)) return false;
   const EventRoom room(writer_.out_);
   const bool isEmpty = !writer_.hasContent_ && emptyTags_;
   const std::string_view name = qName;

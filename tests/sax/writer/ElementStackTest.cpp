@@ -33,10 +33,14 @@ TEST(ElementStack, HaveTheirStringsHoweverOftenMemoryIsUsedAgain) {
       EXPECT_EQ(element.uri, uriOf(i - 1, round));
       EXPECT_EQ(element.localName, "local" + std::to_string(i - 1));
       EXPECT_EQ(element.qName, "p:" + std::string(i - 1, 'q'));
-      EXPECT_TRUE(stack.hasLast(elements, element.uri, element.localName, element.qName));
-      EXPECT_FALSE(stack.hasLast(elements, element.uri + "x", element.localName, element.qName));
-      EXPECT_FALSE(stack.hasLast(elements, element.uri, "x" + element.localName, element.qName));
-      EXPECT_FALSE(stack.hasLast(elements, element.uri, element.localName, element.qName + "x"));
+      EXPECT_TRUE(
+          xml::ElementStack::hasLast(elements, element.uri, element.localName, element.qName));
+      EXPECT_FALSE(xml::ElementStack::hasLast(elements, element.uri + "x", element.localName,
+                                              element.qName));
+      EXPECT_FALSE(xml::ElementStack::hasLast(elements, element.uri, "x" + element.localName,
+                                              element.qName));
+      EXPECT_FALSE(xml::ElementStack::hasLast(elements, element.uri, element.localName,
+                                              element.qName + "x"));
       stack.pop(elements);
     }
     EXPECT_TRUE(elements.empty());
