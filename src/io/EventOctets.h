@@ -4,8 +4,9 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "CopyOctets.h"
+#include "EventRoom.h"
 #include "WriteOctets.h"
 
 namespace Tavrin {
@@ -36,16 +37,25 @@ class EventOctets {
   /// Appends strings and single octets. Whether they fit is checked once for all of them.
   template <typename... Pieces>
   void append(const Pieces&... pieces) {
-    const std::size_t size = (sizeOf(pieces) + ...);
+    const std::size_t size = (pieceSize(pieces) + ...);
     if (size > static_cast<std::size_t>(end_ - at_)) growBy(size);
     char* at = at_;
-    ((at = copy(at, pieces)), ...);
+    ((at = copyPiece(at, pieces)), ...);
     at_ = at;
   }
   EventOctets& operator+=(std::string_view octets) {
     append(octets);
     return *this;
   }
+
+  /// Room for at least so many octets more: its beginning and its end. All of it may be
+  /// overwritten.
+  std::pair<char*, const char*> room(std::size_t least) {
+    if (least > static_cast<std::size_t>(end_ - at_)) growBy(least);
+    return {at_, end_};
+  }
+  /// Appends the octets that stand in the room already.
+  void appendUpTo(char* end) { at_ = end; }
 
   /// How many octets there are.
   std::size_t size() const { return static_cast<std::size_t>(at_ - begin_); }
@@ -62,16 +72,6 @@ class EventOctets {
 
  private:
   void growBy(std::size_t size);
-
-  static std::size_t sizeOf(char) { return 1; }
-  static std::size_t sizeOf(std::string_view octets) { return octets.size(); }
-
-  // These return the end of the copy.
-  static char* copy(char* to, char octet) {
-    *to = octet;
-    return to + 1;
-  }
-  static char* copy(char* to, std::string_view octets) { return copyOctets(to, octets); }
 
   std::string& rest_;
   std::size_t kept_;                  // How many octets the string had before the event.

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../../xml/ElementStack.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 #include "../Encoder.h"
@@ -241,6 +242,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
+  xml::ElementStack stack_;
   NameRecords<ElementRecord> elementRecords_;
   NameRecords<AttributeRecord> attributeRecords_;
 

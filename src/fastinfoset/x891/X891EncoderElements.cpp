@@ -81,7 +81,12 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
       if (mayBegin && !document.childrenBegan) encoder.prepareVocabulary();
-      XMLWriter::startElement(uri, localName, qName, attributes);
+      if (state_ == InElement) {
+        encoder.stack_.push(elements_, uri, localName, qName);
+        hasContent_ = false;
+      } else {
+        XMLWriter::startElement(uri, localName, qName, attributes);
+      }
       encoder.perform([&] { encoder.encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
       while (elements_.size() > depth) elements_.pop_back();
@@ -103,7 +108,13 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
     }
     const std::size_t depth = elements_.size();
     try {
-      XMLWriter::endElement(uri, localName, qName);
+      if (depth > 1 && state_ == InElement &&
+          xml::ElementStack::hasLast(elements_, uri, localName, qName)) {
+        encoder.stack_.pop(elements_);
+        hasContent_ = true;
+      } else {
+        XMLWriter::endElement(uri, localName, qName);
+      }
       encoder.finishElement();
     } catch (...) {
       encoder.isWriting_ = elements_.size() < depth;  // Otherwise it was refused.
