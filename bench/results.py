@@ -8,7 +8,7 @@ from dataclasses import dataclass, field
 
 from targets import MEAN_DOCUMENTS, MEMORY_BASELINE, Growth, Row
 
-OWN_DOCUMENTS = (*MEAN_DOCUMENTS, "prose", "languages", "table", "mesh", "document", "messages")
+OWN_DOCUMENTS = (*MEAN_DOCUMENTS, "prose", "table", "mesh", "document", "messages")
 
 
 @dataclass(frozen=True)

@@ -70,19 +70,23 @@ void Decoder::decodeAttributeValue(List& attributes, const Name& name) {
                                 copyOfRaw(*raw));
         return attributes.end();
       }
-      // Entries of the document may move.
-      const unsigned long external = values.externalPositions();
-      if (index < external) {
-        attributes.refer(attribute, value);
-      } else {
-        attributes.refer(attribute, values.own(), index - external);
-      }
+      attributes.refer(attribute, value);
     }
   } else if ((octet & kStringIndex) == 0 && (octet & kStringEncoding) == kStringUTF8) {
     const std::uint64_t begin = input_.count() - 1;
     const std::uint64_t length = decodeStringLength(octet);
     if (isCutBefore(length, begin)) return;
-    decodeLiteralText(octet, length, &values, attributes.begin(name, isListed).value);
+    auto& attribute = attributes.begin(name, isListed);
+    if (octet & kStringAddToTable) {
+      const std::string& value = decodeListedText(length, values, attribute.value);
+      if constexpr (List::kRefersToTables) {
+        attributes.refer(attribute, value);
+      } else {
+        attribute.value = value;
+      }
+    } else {
+      readText(length, attribute.value);
+    }
   } else {
     keepItem();
     decodeString(octet, &values, attributes.begin(name, isListed).value);

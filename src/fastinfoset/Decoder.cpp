@@ -108,7 +108,7 @@ void Decoder::undoStep() {
   stepEntries_.resize(stepEntryCount_);
   for (const unsigned table : stepEntries_) {
     if (table < kStringTables) {
-      strings(table).removeLast();
+      strings(table).shrinkTo(strings(table).own().size() - 1);
     } else {
       names(table).shrinkTo(names(table).size() - 1);
     }
@@ -134,7 +134,7 @@ void Decoder::beginDocument() {
   for (Strings& table : strings_) {
     table.forgetExternalEntries();
     const bool isKept = dialect_.keepsVocabulary && table.table() <= kEncodingAlgorithms;
-    if (!isKept) table.removeAll();
+    if (!isKept) table.shrinkTo(0);
   }
   for (Names& table : names_) {
     table.forgetExternalEntries();

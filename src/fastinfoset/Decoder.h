@@ -9,7 +9,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <istream>
 #include <map>
 #include <memory>
@@ -168,7 +167,7 @@ class Decoder {
   [[noreturn]] virtual void throwFailure(const std::string& message) const = 0;
   virtual void checkPadding(unsigned bits) const = 0;  ///< Bits that the standard wants to be zero.
   virtual void checkRootElement(bool hasRoot) const = 0;
-  virtual void checkEntry(unsigned table, const std::string& entry) = 0;
+  virtual void checkEntry(unsigned table, std::string_view entry) = 0;
   virtual void checkText(std::string_view text) = 0;
   /// A text that may be longer than the octets from which an algorithm or alphabet made it.
   virtual void checkTextLength(std::uint64_t textOctets, std::uint64_t length) = 0;
@@ -371,7 +370,7 @@ class Decoder {
   void decodeEntries(Strings& table);
   void decodeEntries(Names& table);
   void decodeTypedEntry(unsigned octet, Strings& table);
-  void addEntry(Strings& table, const std::string& entry);
+  const std::string* addEntry(Strings& table, std::string_view entry);
   void addEntry(Strings& table, unsigned field, const std::string& uri, const std::string& octets);
   Name& appendName(Names& table);
 
@@ -397,14 +396,10 @@ class Decoder {
   void decodeDeclaration(unsigned octet, std::string& prefix, std::string& namespaceName);
   void decodeDeclaredPart(unsigned table, std::string& part);
   Name& decodeLiteralName(unsigned octet, Names& table);
-  void decodeNameParts(unsigned octet, std::string& prefix, std::string& namespaceName,
-                       std::string& localName);
-  void decodeNameParts(unsigned octet, NameParts& name) {
-    decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
-  }
-  void decodeNamePart(unsigned table, const char* message, std::string& part);
-  NameParts decodeNameSurrogate();
-  std::string decodeSurrogatePart(unsigned table);
+  void decodeNameParts(unsigned octet, Name& name);
+  const std::string& decodeNamePart(unsigned table, const char* message, std::string& unlisted);
+  Name decodeNameSurrogate();
+  const std::string& decodeSurrogatePart(unsigned table);
   Name& nameAt(unsigned long index, Names& table, const char* message);
 
   // --- Strings ---
@@ -415,11 +410,15 @@ class Decoder {
   void decodeString(unsigned octet, Strings* table, std::string& text);
   void decodeString(unsigned table, std::string& text);
   void decodeLiteralText(unsigned octet, std::uint64_t length, Strings* table, std::string& text);
+  const std::string& decodeListedText(std::uint64_t length, Strings& table, std::string& unlisted);
   /// An identifying string. A literal is added to the table.
   void decodeIdentifier(unsigned table, std::string& text);
+  /// Likewise, where it is: in the table, or where that is full, in `unlisted`.
+  const std::string& decodeEntry(unsigned table, std::string& unlisted);
   /// An identifying string that belongs to no table.
   void decodeIdentifier(std::string& text);
-  void decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& text);
+  void decodeLiteralIdentifier(unsigned octet, std::string& text);
+  const std::string& decodeLiteralIdentifier(unsigned octet, Strings& table, std::string& unlisted);
   void decodeUTF16(std::uint64_t length, std::string& text);
   void decodeRestrictedAlphabet(Field field, std::string& text);
   std::string charactersOfAlphabet(unsigned number);
@@ -508,8 +507,8 @@ class Decoder {
   std::vector<OpenElement> openElements_;  // Nesting is not limited by the call stack.
   // The names that handlers are given stay where they are, whatever a derived reader decodes
   // meanwhile.
-  std::deque<UnlistedName> unlistedElements_;  // The innermost last.
-  std::unique_ptr<Name> ended_;                // That of the last end, for whoever pulls.
+  std::vector<UnlistedName> unlistedElements_;  // The innermost last.
+  std::unique_ptr<Name> ended_;                 // That of the last end, for whoever pulls.
 
   template <typename Entries, unsigned First, unsigned... Tables>
   static std::array<Entries, sizeof...(Tables)> makeTables(

@@ -146,11 +146,15 @@ void Decoder::decodeDeclaration(unsigned octet, std::string& prefix, std::string
 void Decoder::decodeDeclaredPart(unsigned table, std::string& part) {
   const unsigned octet = readOctet();
   Strings& entries = strings(table);
-  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, &entries, part);
+  if ((octet & kStringIndex) == 0) {
+    const std::string& entry = decodeLiteralIdentifier(octet, entries, part);
+    if (&entry != &part) part = entry;
+    return;
+  }
   const unsigned long index = decodeIndex(octet);
   const unsigned long builtIn = dialect_.builtInNamesInDeclarations;
   if (index < builtIn) {
-    part = entries.form().builtIn;
+    part = entries.builtIn();
   } else {
     part = stringAt(index - builtIn, entries);
   }

@@ -15,6 +15,7 @@ void Encoder::clearTables() {
   limits_.tableOctets = 0;
   known_.elements.clear();
   known_.attributes.clear();
+  parts_.isKnown = false;
 }
 
 void Encoder::flushTerminator(bool final) {

@@ -38,6 +38,7 @@ struct EventName {
     const std::size_t colon = qName.rfind(':');
     return std::string_view(qName).substr(0, colon == std::string::npos ? 0 : colon);
   }
+  NameView parts() const { return {prefix(), uri, localName}; }
 };
 
 /// An item with identifiers; an empty one is absent.
@@ -135,13 +136,13 @@ class Encoder {
 
   // --- Strings (Strings.cpp). Tables are those of Tables.h ---
 
-  void encodeIdentifier(unsigned table, const std::string& text);
-  void encodeLiteralIdentifier(const std::string& text);
-  void encodeString(unsigned table, bool adds, const std::string& text);
+  void encodeIdentifier(unsigned table, std::string_view text);
+  void encodeLiteralIdentifier(std::string_view text);
+  void encodeString(unsigned table, bool adds, std::string_view text);
   /// A string that is in no table yet.
-  void encodeNewString(unsigned table, bool adds, const std::string& text);
+  void encodeNewString(unsigned table, bool adds, std::string_view text, KeyHash hash);
   /// The length and the octets of a string.
-  void encodeLiteralString(bool adds, const std::string& text);
+  void encodeLiteralString(bool adds, std::string_view text);
   void encodeCharacters(const std::string& text);
   /// The number of an algorithm and the length of the data, which follows.
   void encodeAlgorithmField(bool chunk, unsigned field, std::uint64_t length);
@@ -154,11 +155,11 @@ class Encoder {
     unsigned namespaceName = kNoIndex;
   };
   /// @throws SAXException "Undeclared prefix ..." or "Undeclared namespace ..."
-  PartIndices findNameParts(const std::string& prefix, const std::string& namespaceName) const;
+  PartIndices findNameParts(std::string_view prefix, std::string_view namespaceName);
   /// A literal name. Its table is not changed.
-  void encodeLiteralName(unsigned bits, const std::string& prefix, const std::string& namespaceName,
-                         const std::string& localName, PartIndices indices);
-  void encodeNewName(unsigned bits, unsigned table, const NameParts& name);
+  void encodeLiteralName(unsigned bits, const NameView& name, PartIndices indices);
+  /// A name that is in no table yet, which is added.
+  void encodeNewName(unsigned bits, unsigned table, const NameView& name, KeyHash hash);
   void encodeElementName(unsigned attributeFlag, const EventName& name);
   void encodeAttributeName(const EventName& name);
   void encodeNameSurrogate(const NameParts& name);
@@ -195,7 +196,7 @@ class Encoder {
   NameIndexMap& names(unsigned table) { return names_[table - kStringTables]; }
   void clearTables();
   /// Whether a value, chunk or other string is added to its table when it is written.
-  bool isIndexed(unsigned table, const std::string& text) const;
+  bool isIndexed(unsigned table, std::string_view text) const;
 
  protected:
   /// Whether a chunk that is going to be written is added to its table.
@@ -203,18 +204,12 @@ class Encoder {
   virtual bool addsChunk(const std::string& text, bool isFound) {
     return !isFound && isIndexed(kContentCharacterChunks, text);
   }
-  unsigned findNamePart(unsigned table, const std::string& part, const char* what) const;
-  void encodeNamePart(unsigned table, const std::string& part, unsigned index);
+  unsigned findNamePart(unsigned table, std::string_view part, const char* what) const;
+  void encodeNamePart(unsigned table, std::string_view part, unsigned index);
   void encodeIdentifiers(const ExternalItem& item);
   template <typename Key>
-  void addEntry(IndexMap<Key>& table, const Key& entry);
-  /// Assigns to a name that is reused, so that its strings keep their memory.
-  static void assignName(NameParts& name, const EventName& from) {
-    name.prefix = from.prefix();
-    name.namespaceName = from.uri;
-    name.localName = from.localName;
-  }
-  std::uint64_t lengthOf(const std::string& text) const;
+  void addEntry(IndexMap<Key>& table, typename IndexMap<Key>::View entry, KeyHash hash);
+  std::uint64_t lengthOf(std::string_view text) const;
 
   std::ostream* const& out_;
   bool& pendingTerminator_;
@@ -228,7 +223,14 @@ class Encoder {
 
   KnownNames known_;
   WriterLimits limits_;
-  NameParts name_;  // Reused for each name.
+  // A prefix and a namespace name that are in the tables. Most names have those of the name before.
+  struct KnownParts {
+    std::string prefix;
+    std::string namespaceName;
+    PartIndices indices;
+    bool isKnown = false;
+  };
+  KnownParts parts_;
   bool isBuffering_ = false;
   bool isInPlace_ = false;  // Octets are composed in the put area of the stream, where they fit.
 
@@ -286,7 +288,7 @@ void Encoder::encodeContent(Algorithm& algorithm, const Value& value) {
   if (out_ != nullptr) algorithm.encodeToOutputStream(true, value, *out_);
 }
 
-inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
+inline bool Encoder::isIndexed(unsigned table, std::string_view text) const {
   const WriterLimits& limits = limits_;
   const std::uint64_t longest = table == kContentCharacterChunks
                                     ? limits.indexedChunkLength
@@ -296,12 +298,12 @@ inline bool Encoder::isIndexed(unsigned table, const std::string& text) const {
          limits.tableOctets + countedOctets(text) <= limits.maximumTableOctets;
 }
 
-/// Adds what is written literally to its table, unless the table is full.
+/// Adds what is written literally, and is not in its table, unless the table is full.
 template <typename Key>
-void Encoder::addEntry(IndexMap<Key>& table, const Key& entry) {
+void Encoder::addEntry(IndexMap<Key>& table, typename IndexMap<Key>::View entry, KeyHash hash) {
   if (table.positions() >= dialect_.maximumEntries) return;
   limits_.tableOctets += countedOctets(entry);
-  table.add(entry);
+  table.addNew(entry, hash);
 }
 
 }  // namespace Tavrin::fastinfoset

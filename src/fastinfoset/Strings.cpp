@@ -22,37 +22,55 @@ const std::string& Decoder::stringAt(unsigned long index, Strings& table) {
 
 // --- Identifying strings ---
 
-void Decoder::decodeIdentifier(unsigned table, std::string& text) {
+const std::string& Decoder::decodeEntry(unsigned table, std::string& unlisted) {
   const unsigned octet = readOctet();
   Strings& entries = strings(table);
-  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, &entries, text);
-  text = stringAt(decodeIndex(octet), entries);
+  if ((octet & kStringIndex) == 0) return decodeLiteralIdentifier(octet, entries, unlisted);
+  const std::string& text = stringAt(decodeIndex(octet), entries);
   fromTables_ += text.size();
+  return text;
+}
+
+void Decoder::decodeIdentifier(unsigned table, std::string& text) {
+  const std::string& entry = decodeEntry(table, text);
+  if (&entry != &text) text = entry;
 }
 
 void Decoder::decodeIdentifier(std::string& text) {
   const unsigned octet = readOctet();
   if (octet & kStringIndex) fail("Error when parsing identifier");
-  decodeLiteralIdentifier(octet, nullptr, text);
+  decodeLiteralIdentifier(octet, text);
 }
 
-/// @param table null where it is octets, or a string that is checked where it is used
-void Decoder::decodeLiteralIdentifier(unsigned octet, Strings* table, std::string& text) {
+/// Octets, or a string that is checked where it is used.
+void Decoder::decodeLiteralIdentifier(unsigned octet, std::string& text) {
   readOctets(decodeIdentifierLength(octet), text);
-  if (table == nullptr) return;
-  checkEntry(table->table(), text);
-  addEntry(*table, text);
+}
+
+/// A literal that is added to its table.
+const std::string& Decoder::decodeLiteralIdentifier(unsigned octet, Strings& table,
+                                                    std::string& unlisted) {
+  const std::uint64_t length = decodeIdentifierLength(octet);
+  checkLiteralLength(length);
+  const char* const buffered = input_.consumeBuffered(length);
+  if (buffered == nullptr) readOctets(length, unlisted);
+  const std::string_view text =
+      buffered != nullptr ? std::string_view(buffered, length) : std::string_view(unlisted);
+  checkEntry(table.table(), text);
+  if (const std::string* const entry = addEntry(table, text)) return *entry;
+  if (buffered != nullptr) unlisted = text;
+  return unlisted;
 }
 
 /// The length of a literal.
 /// @throws SAXException where the format has no form for it
-std::uint64_t Encoder::lengthOf(const std::string& text) const {
+std::uint64_t Encoder::lengthOf(std::string_view text) const {
   if (text.size() <= dialect_.longestStringWritten) return text.size();
   throw SAXException("String longer than " + std::to_string(dialect_.longestStringWritten) +
                      " octets");
 }
 
-void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
+void Encoder::encodeIdentifier(unsigned table, std::string_view text) {
   StringIndexMap& entries = strings(table);
   const bool adds = entries.positions() < dialect_.maximumEntries;
   if (const unsigned* const index = adds ? entries.findOrAdd(text) : entries.find(text)) {
@@ -63,7 +81,7 @@ void Encoder::encodeIdentifier(unsigned table, const std::string& text) {
   encodeLiteralIdentifier(text);
 }
 
-void Encoder::encodeLiteralIdentifier(const std::string& text) {
+void Encoder::encodeLiteralIdentifier(std::string_view text) {
   writeInteger(kIdentifierLength, 0, lengthOf(text));
   write(text);
 }
@@ -100,25 +118,41 @@ void Decoder::decodeLiteralText(unsigned octet, std::uint64_t length, Strings* t
   if ((octet & kStringAddToTable) && table != nullptr) addEntry(*table, text);
 }
 
+/// Decodes a text in UTF-8 that is added to a table.
+/// @param unlisted holds it where the table is full
+const std::string& Decoder::decodeListedText(std::uint64_t length, Strings& table,
+                                             std::string& unlisted) {
+  checkLiteralLength(length);
+  const char* const buffered = input_.consumeBuffered(length);
+  if (buffered == nullptr) readText(length, unlisted);
+  const std::string_view text =
+      buffered != nullptr ? std::string_view(buffered, length) : std::string_view(unlisted);
+  if (buffered != nullptr) checkText(text);
+  if (const std::string* const entry = addEntry(table, text)) return *entry;
+  if (buffered != nullptr) unlisted = text;
+  return unlisted;
+}
+
 void Decoder::decodeString(unsigned table, std::string& text) {
   decodeString(readOctet(), &strings(table), text);
 }
 
-void Encoder::encodeString(unsigned table, bool adds, const std::string& text) {
-  const unsigned* const index = text.empty() ? nullptr : strings(table).find(text);
+void Encoder::encodeString(unsigned table, bool adds, std::string_view text) {
+  KeyHash hash;
+  const unsigned* const index = text.empty() ? nullptr : strings(table).find(text, hash);
   if (index != nullptr) {
     encodeIndex(kStringIndex, *index);
   } else {
-    encodeNewString(table, adds, text);
+    encodeNewString(table, adds, text, hash);
   }
 }
 
-void Encoder::encodeNewString(unsigned table, bool adds, const std::string& text) {
-  if (adds && !text.empty()) addEntry(strings(table), text);
+void Encoder::encodeNewString(unsigned table, bool adds, std::string_view text, KeyHash hash) {
+  if (adds && !text.empty()) addEntry(strings(table), text, hash);
   encodeLiteralString(adds, text);
 }
 
-void Encoder::encodeLiteralString(bool adds, const std::string& text) {
+void Encoder::encodeLiteralString(bool adds, std::string_view text) {
   if (text.empty()) {
     put(kEmptyString);
     return;
@@ -132,7 +166,8 @@ void Encoder::encodeLiteralString(bool adds, const std::string& text) {
 void Encoder::encodeCharacters(const std::string& text) {
   if (text.empty()) return;
   StringIndexMap& table = strings(kContentCharacterChunks);
-  const unsigned* const index = table.find(text);
+  KeyHash hash;
+  const unsigned* const index = table.find(text, hash);
   const bool adds = addsChunk(text, index != nullptr);
   if (index != nullptr) {
     writeInteger(dialect_.charactersIndexWritten, kChunkIndex, *index);
@@ -140,7 +175,7 @@ void Encoder::encodeCharacters(const std::string& text) {
   }
   unsigned bits = kChunk | kChunkUTF8;
   if (adds) {
-    addEntry(table, text);
+    addEntry(table, text, hash);
     bits |= kChunkAddToTable;
   }
   writeInteger(kCharactersLength, bits, lengthOf(text));

@@ -1,6 +1,5 @@
 #include "Vocabulary.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "Decoder.h"
@@ -13,6 +12,14 @@
 namespace Tavrin::fastinfoset {
 
 // --- Tables ---
+
+const std::string& Strings::builtIn() const {
+  static const std::string prefix = kStringTableForms[kPrefixes].builtIn;
+  static const std::string namespaceName = kStringTableForms[kNamespaceNames].builtIn;
+  return table_ == kPrefixes ? prefix : namespaceName;
+}
+
+const std::string Name::kNone;
 
 const std::string* Strings::findExternal(unsigned long position) {
   if (position >= external_->definedCount) return nullptr;
@@ -28,40 +35,22 @@ Name* Names::findExternal(unsigned long position) {
   if (known != externalEntries_.end()) return &known->second;
   Name name;
   if (shared_ != nullptr) {
-    static_cast<NameParts&>(name) = (*shared_)[position];
+    const NameParts& parts = (*shared_)[position];
+    name.refer(parts.prefix, parts.namespaceName, parts.localName);
   } else {
     const auto& [prefix, namespaceName, localName] = external_->entries[position];
-    static_cast<NameParts&>(name) = {textOf(prefix), textOf(namespaceName), textOf(localName)};
+    name.own({textOf(prefix), textOf(namespaceName), textOf(localName)});
   }
-  name.setQName();
   return &externalEntries_.emplace(position, std::move(name)).first->second;
 }
 
-Name& Names::append() {
-  if (size_ == blocks_.size() * kBlock) {
-    std::vector<Name> block;
-    block.reserve(kBlock);  // Before it is there: without, its names would move.
-    blocks_.push_back(std::move(block));
-  }
-  Name& name = blocks_[size_ / kBlock].emplace_back();
-  name.position = static_cast<std::uint32_t>(size_++);
-  return name;
-}
-
-void Names::shrinkTo(std::size_t size) {
-  const std::size_t blocks = std::max<std::size_t>(1, (size + kBlock - 1) / kBlock);
-  if (blocks_.size() > blocks) blocks_.resize(blocks);
-  for (size_ = std::min(size, size_); !blocks_.empty();) {
-    if (blocks_.back().size() + (blocks_.size() - 1) * kBlock <= size_) break;
-    blocks_.back().pop_back();
-  }
-}
-
-void Decoder::addEntry(Strings& table, const std::string& entry) {
-  if (table.positions() >= dialect_.maximumEntries) return;
+/// @return the entry, or null where the table is full
+const std::string* Decoder::addEntry(Strings& table, std::string_view entry) {
+  if (table.positions() >= dialect_.maximumEntries) return nullptr;
   accountFor(countedOctets(entry));
-  table.append(entry);
+  const std::string& added = table.append(entry);
   recordEntry(table.table());
+  return &added;
 }
 
 /// Adds what an unknown algorithm has made.
@@ -173,7 +162,8 @@ void Decoder::decodeTypedEntry(unsigned octet, Strings& table) {
   std::string uri;
   EncodingAlgorithm* const algorithm = getEncodingAlgorithm(field.number, uri);
   if (algorithm == nullptr) {
-    return addEntry(table, field.number, uri, decodeUnknown(field, uri).data_);
+    addEntry(table, field.number, uri, decodeUnknown(field, uri).data_);
+    return;
   }
   const std::string text = textOfValue(field.number, decodeData(*algorithm, field));
   checkText(text);
@@ -182,12 +172,11 @@ void Decoder::decodeTypedEntry(unsigned octet, Strings& table) {
 
 void Decoder::decodeEntries(Names& table) {
   decodeItems(kMaximumEntries, [&] {
-    NameParts name = decodeNameSurrogate();
+    Name name = decodeNameSurrogate();
     if (table.positions() >= kMaximumEntries) return;
     accountFor(countedOctets(name));
     Name& entry = appendName(table);
-    static_cast<NameParts&>(entry) = std::move(name);
-    entry.setQName();
+    entry.refer(name.prefix(), name.namespaceName(), name.localName());
   });
 }
 

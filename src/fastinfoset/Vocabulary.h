@@ -2,10 +2,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "StableList.h"
 #include "format/Tables.h"
 
 /// The tables of a vocabulary as a decoder keeps them (X.891, clause 8). Those of an encoder are in
@@ -28,8 +33,7 @@ class Strings {
   const StringTableForm& form() const { return kStringTableForms[table_]; }
 
   /// The entries of the document.
-  std::vector<std::string>& own() { return own_; }
-  const std::vector<std::string>& own() const { return own_; }
+  StableList<std::string>& own() { return own_; }
 
   /// How many positions the external vocabulary takes.
   std::size_t externalPositions() const { return external_ ? external_->occupiedCount : 0; }
@@ -38,8 +42,10 @@ class Strings {
     return builtInEntries(table_) + externalPositions() + own_.size();
   }
 
-  /// The entry of a position, not counting the built-in one, or null. An entry of the document is
-  /// valid until the next one comes, one of an external vocabulary until the end of the document.
+  /// The built-in entry, of a table that has one.
+  const std::string& builtIn() const;
+  /// The entry of a position, not counting the built-in one, or null. It stays where it is until
+  /// the next document.
   const std::string* find(unsigned long position) {
     if (external_ != nullptr) {
       if (position < external_->occupiedCount) return findExternal(position);
@@ -48,16 +54,17 @@ class Strings {
     return position < own_.size() ? &own_[position] : nullptr;
   }
 
-  void append(const std::string& entry) {
-    // Small documents are many: the first entries come with one allocation.
-    if (own_.capacity() == 0) own_.reserve(kFirstEntries);
-    own_.push_back(entry);
+  const std::string& append(std::string_view entry) {
+    std::string& next = own_.next();
+    next = entry;
+    own_.grow();
+    return next;
   }
 
   /// Appends octets that no text is known of. Such an entry is an empty string, so that nobody has
   /// to look for it where there is a text.
   void append(RawOctets entry) {
-    append(std::string());
+    append(std::string_view());
     raw_.insert_or_assign(own_.size() - 1, std::move(entry));
   }
   /// The octets of a position, or null where its entry is a text.
@@ -67,13 +74,12 @@ class Strings {
     return found == raw_.end() ? nullptr : &found->second;
   }
 
-  void removeLast() {
-    own_.pop_back();
-    raw_.erase(own_.size());
-  }
-  void removeAll() {
-    own_.clear();
-    raw_.clear();
+  /// Drops the entries from a position of the document's own on.
+  void shrinkTo(std::size_t size) {
+    own_.shrinkTo(size, [](std::string& entry) {
+      if (entry.capacity() > kMostSpare) std::string().swap(entry);
+    });
+    if (!raw_.empty()) raw_.erase(raw_.lower_bound(size), raw_.end());
   }
 
   /// Puts entries before all others.
@@ -89,7 +95,7 @@ class Strings {
   void forgetExternalEntries() { externalEntries_.clear(); }
 
  private:
-  static constexpr std::size_t kFirstEntries = 16;
+  static constexpr std::size_t kMostSpare = 64;  // Octets of an entry that is kept for later.
 
   const std::string* findExternal(unsigned long position);
 
@@ -97,14 +103,56 @@ class Strings {
   const StringTable* external_ = nullptr;
   const std::vector<std::string>* shared_ = nullptr;
   std::map<unsigned long, std::string> externalEntries_;  // Those that were used.
-  std::vector<std::string> own_;
+  StableList<std::string> own_;
   std::map<std::size_t, RawOctets> raw_;  // By position in own_.
 };
 
-/// A name of a table, with what a decoder needs besides its parts.
-struct Name : NameParts {
-  std::string qName;  ///< Prefix, colon and local name, or the local name alone.
+/// A name of a table, with what a decoder needs besides its parts. These are entries of other
+/// tables, as a rule: most names share their namespace. Measured: with copies of its own for each
+/// name, reading small messages takes a fifth longer.
+class Name {
+ public:
+  const std::string& prefix() const { return *prefix_; }
+  const std::string& namespaceName() const { return *namespaceName_; }
+  const std::string& localName() const { return *localName_; }
+  /// Prefix, colon and local name, or the local name alone.
+  const std::string& qName() const { return prefix_->empty() ? *localName_ : qName_; }
+  // NOLINTNEXTLINE(google-explicit-constructor): as names have them everywhere.
+  operator NameView() const { return {*prefix_, *namespaceName_, *localName_}; }
+  /// Copies of the parts.
+  NameParts parts() const { return {*prefix_, *namespaceName_, *localName_}; }
 
+  /// Takes parts that stay where they are as long as they are used.
+  void refer(const std::string& prefix, const std::string& namespaceName,
+             const std::string& localName) {
+    prefix_ = &prefix;
+    namespaceName_ = &namespaceName;
+    localName_ = &localName;
+    if (prefix.empty()) return;
+    qName_.reserve(prefix.size() + 1 + localName.size());
+    qName_.assign(prefix).append(1, ':').append(localName);
+  }
+  /// Takes parts that have no other place.
+  void own(NameParts parts) {
+    own_ = std::make_unique<NameParts>(std::move(parts));
+    refer(own_->prefix, own_->namespaceName, own_->localName);
+  }
+  /// Makes it a name without parts, of a position.
+  void reset(std::uint32_t newPosition) {
+    prefix_ = namespaceName_ = localName_ = &kNone;
+    position = newPosition;
+    identity = 0;
+    bindings = 0;
+    octets = 0;
+  }
+  /// Frees what takes memory.
+  void release() {
+    constexpr std::size_t kMostSpare = 64;
+    own_.reset();
+    if (qName_.capacity() > kMostSpare) std::string().swap(qName_);
+  }
+
+  static const std::string kNone;  ///< In place of a part that is absent.
   static constexpr std::uint32_t kUnlisted = UINT32_MAX;
   std::uint32_t position = kUnlisted;  ///< Among the document's own entries of its table.
 
@@ -113,8 +161,12 @@ struct Name : NameParts {
   std::uint64_t bindings = 0;  ///< The version of the bindings for which the prefix is right.
   std::size_t octets = 0;      ///< How many octets are reported with it.
 
-  /// Makes the qualified name of the parts.
-  void setQName() { qName = prefix.empty() ? localName : prefix + ":" + localName; }
+ private:
+  const std::string* prefix_ = &kNone;
+  const std::string* namespaceName_ = &kNone;
+  const std::string* localName_ = &kNone;
+  std::string qName_;               // Where there is a prefix.
+  std::unique_ptr<NameParts> own_;  // The parts, where they are in no table.
 };
 
 /// A table of names: the entries of an external vocabulary, then those of the document, which stay
@@ -129,9 +181,9 @@ class Names {
     return kExternalNameTables[table_ - kStringTables];
   }
 
-  std::size_t size() const { return size_; }  ///< Without external entries.
-  Name& operator[](std::size_t position) { return blocks_[position / kBlock][position % kBlock]; }
-  std::size_t positions() const { return (external_ ? external_->occupiedCount : 0) + size_; }
+  std::size_t size() const { return own_.size(); }  ///< Without external entries.
+  Name& operator[](std::size_t position) { return own_[position]; }
+  std::size_t positions() const { return (external_ ? external_->occupiedCount : 0) + own_.size(); }
 
   /// The entry of a position, or null. An external entry is made a name once, however often a
   /// document refers to it.
@@ -140,12 +192,18 @@ class Names {
       if (position < external_->occupiedCount) return findExternal(position);
       position -= external_->occupiedCount;
     }
-    return position < size_ ? &(*this)[position] : nullptr;
+    return position < own_.size() ? &own_[position] : nullptr;
   }
 
-  Name& append();
+  /// Appends a name without parts.
+  Name& append() {
+    Name& name = own_.next();
+    name.reset(static_cast<std::uint32_t>(own_.size()));
+    own_.grow();
+    return name;
+  }
   /// Drops the names from a position on.
-  void shrinkTo(std::size_t size);
+  void shrinkTo(std::size_t size) { own_.shrinkTo(size, std::mem_fn(&Name::release)); }
 
   /// As in Strings.
   void setExternal(const QualifiedNameTable* external, const std::vector<NameParts>* shared) {
@@ -156,16 +214,13 @@ class Names {
   void forgetExternalEntries() { externalEntries_.clear(); }
 
  private:
-  static constexpr std::size_t kBlock = 16;
-
   Name* findExternal(unsigned long position);
 
   unsigned table_;
   const QualifiedNameTable* external_ = nullptr;
   const std::vector<NameParts>* shared_ = nullptr;
   std::map<unsigned long, Name> externalEntries_;  // Those that were used.
-  std::vector<std::vector<Name>> blocks_;
-  std::size_t size_ = 0;
+  StableList<Name> own_;
 };
 
 }  // namespace Tavrin::fastinfoset

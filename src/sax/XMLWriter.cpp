@@ -1,5 +1,6 @@
 #include <Tavrin/XMLWriter.h>
 
+#include "ElementStrings.h"
 #include "Properties.h"
 
 namespace Tavrin {
@@ -78,15 +79,7 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
                              const std::string& qName, const Attributes&) {
   checkState(state_, bit(Prolog) | bit(AfterDTD) | bit(InElement),
              "You cannot start an element at this point");
-  Element& element = elements_.emplace_back();
-  try {
-    element.uri = uri;
-    element.localName = localName;
-    element.qName = qName;
-  } catch (...) {
-    elements_.pop_back();
-    throw;
-  }
+  elements_.emplace_back(ElementStrings<const std::string&>{uri, localName, qName});
   state_ = InElement;
   hasContent_ = false;
 }

@@ -88,6 +88,21 @@ NameClass nameClass(char32_t c) {
   return isIn(kNameRest, c) ? kNameRestOnly : kNotName;
 }
 
+/// How many octets at the beginning of a text are a name of ASCII without a colon. Nearly all names
+/// and prefixes are that.
+std::size_t plainNameOctets(std::string_view text) {
+  static constexpr std::array<NameClass, 0x100> kClasses = [] {
+    std::array<NameClass, 0x100> classes{};
+    std::ranges::copy(kASCIINames, classes.begin());
+    classes[':'] = kNotName;
+    return classes;
+  }();
+  if (text.empty() || kClasses[octetAt(text, 0)] != kNameStart) return 0;
+  std::size_t i = 1;
+  while (i < text.size() && kClasses[octetAt(text, i)] != kNotName) ++i;
+  return i;
+}
+
 bool areNameCharacters(std::string_view text, NameClass least) {
   for (std::size_t i = 0; i < text.size();) {
     // Nearly all are of ASCII.
@@ -161,10 +176,14 @@ std::string describeInvalid(std::string_view text, std::size_t position) {
 bool isName(std::string_view text) { return areNameCharacters(text, kNameStart); }
 
 bool isNCName(std::string_view text) {
+  if (const std::size_t octets = plainNameOctets(text); octets == text.size()) return octets > 0;
   return text.find(':') == std::string_view::npos && isName(text);
 }
 
 bool isQName(std::string_view text) {
+  const std::size_t octets = plainNameOctets(text);
+  if (octets == text.size()) return octets > 0;
+  if (octets > 0 && text[octets] == ':') return isNCName(text.substr(octets + 1));
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) return isName(text);
   return isNCName(text.substr(0, colon)) && isNCName(text.substr(colon + 1));

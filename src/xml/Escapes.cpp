@@ -8,6 +8,8 @@
 #include <bit>
 #include <cstring>
 
+#include "../io/CopyOctets.h"
+
 namespace Tavrin::xml {
 
 #ifdef __SSE2__
@@ -48,6 +50,17 @@ __m128i equalToOneOf(__m128i block, const Blocks& blocks, std::size_t count) {
   return found;
 }
 
+/// The octets that are escaped or may be invalid.
+/// @param passed  controls that are not escaped
+/// @param escaped first those that are not controls
+template <typename Passed, typename Escaped>
+__m128i suspects(__m128i block, const Passed& passed, const Escaped& escaped) {
+  // Controls, and octets that are not ASCII, which are negative in a signed comparison.
+  const __m128i found = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
+  return _mm_or_si128(_mm_andnot_si128(equalToOneOf(block, passed, passed.size()), found),
+                      equalToOneOf(block, escaped, Escapes::kPrintable));
+}
+
 /// Finds the first octet that matches in a text of kFew octets or more.
 /// @param match is called with blocks of octets, and returns those that match
 /// @return its position, or the end; in a text of less than a block, `begin` where one matches
@@ -78,12 +91,8 @@ bool Escapes::isVerbatim(std::string_view text) const {
 #endif
 #ifdef __SSE2__
   // Measured: XML10 writes attributes and prose in a thirtieth less time.
-  const auto needsCheck = [this](__m128i block) {
-    // Controls, and octets that are not ASCII, which are negative in a signed comparison.
-    const __m128i suspect = _mm_cmplt_epi8(block, _mm_set1_epi8(0x20));
-    return _mm_or_si128(suspect, equalToOneOf(block, blocks_, printable_));
-  };
-  if (text.size() >= kFew && findMatch(text, 0, needsCheck) == text.size()) return true;
+  const auto match = [this](__m128i block) { return suspects(block, passed_, blocks_); };
+  if (text.size() >= kFew && findMatch(text, 0, match) == text.size()) return true;
 #endif
   return std::ranges::all_of(text, [this](char c) { return lookUp(c) == 0; });
 }
@@ -112,10 +121,59 @@ std::size_t characterBegin(std::string_view text, std::size_t position) {
     return position >= back && static_cast<unsigned char>(text[position - back]) >= least;
   };
   if (isFrom(1, 0xC0)) return position - 1;
-  return isFrom(2, 0xE0) ? position - 2 : position;
+  if (isFrom(2, 0xE0)) return position - 2;
+  return isFrom(3, 0xF0) ? position - 3 : position;
 }
 
 }  // namespace
+
+#endif
+
+char* Escapes::copy(std::string_view text, char* to, const char* end) const {
+  if (text.size() > static_cast<std::size_t>(end - to)) return nullptr;
+#ifdef __SSE2__
+  // Most values of attributes.
+  if (text.size() < kTogether && text.size() >= kFew &&
+      _mm_movemask_epi8(suspects(blockOf(text), passed_, blocks_)) == 0) {
+    return copyOctets(to, text);
+  }
+#endif
+#ifdef TAVRIN_HAS_AVX2
+  if (text.size() >= kLeastTogether && hasAVX2()) return copyLong(text, to, end);
+#endif
+  if (isVerbatim(text)) return copyOctets(to, text);
+  if (kWord * text.size() > static_cast<std::size_t>(end - to)) return nullptr;
+  struct Copy {
+    char* end;
+    void operator+=(std::string_view octets) { end = copyOctets(end, octets); }
+  } copied{to};
+  return append(copied, text) == kAllValid ? copied.end : nullptr;
+}
+
+#ifdef TAVRIN_HAS_AVX2
+
+/// @param end of a room that is at least as large as the text
+char* Escapes::copyLong(std::string_view text, char* to, const char* end) const {
+  bool isEasy = true;  // So far.
+  for (std::size_t begin = 0;;) {
+    const std::size_t copied = isEasy ? copyFaultless(classes_, text, begin, to)
+                                      : copyCharacters(allClasses_, text, begin, to);
+    const std::size_t fault = characterBegin(text, copied);
+    to += fault - begin;
+    begin = fault;
+    if (fault == text.size()) return to;
+    const unsigned number = fault == copied ? numberOf(text[fault]) : 0;
+    if (number == 0) {
+      if (!isEasy) return nullptr;
+      isEasy = false;
+      continue;
+    }
+    ++begin;
+    if (kWord + text.size() - begin > static_cast<std::size_t>(end - to)) return nullptr;
+    std::memcpy(to, words_[number].data(), kWord);
+    to += references_[number].size();
+  }
+}
 
 #endif
 

@@ -20,18 +20,29 @@ class Escapes {
   };
 
   constexpr Escapes(std::initializer_list<Escape> escapes) {
+    passed_[0].fill('\n');
+    passed_[1].fill('\t');
     for (std::size_t octet = 0; octet < numbers_.size(); ++octet) {
       const bool isSafe = (octet >= 0x20 && octet < 0x80) || octet == '\t' || octet == '\n';
       numbers_[octet] = isSafe ? 0 : kSuspect;
     }
     for (const Escape& escape : escapes) {
       blocks_[count_].fill(escape.character);
-      if (escape.character >= 0x20) printable_ = count_ + 1;
       classes_.addFault(escape.character);
+      allClasses_.addFault(escape.character);
+      for (Block& passed : passed_) {
+        if (passed[0] == escape.character) passed.fill(' ');
+      }
       references_[++count_] = escape.reference;
+      for (std::size_t i = 0; i < escape.reference.size(); ++i) {
+        words_[count_][i] = escape.reference[i];
+      }
       numbers_[static_cast<unsigned char>(escape.character)] = count_;
     }
   }
+
+  /// How many of the characters that are escaped are no controls: the first ones.
+  static constexpr std::size_t kPrintable = 3;
 
   /// Whether a text is valid and has nothing to escape, as far as that can be checked quickly.
   bool isVerbatim(std::string_view text) const;
@@ -40,6 +51,11 @@ class Escapes {
   std::size_t find(std::string_view text, std::size_t begin) const;
   /// What is written for a character to escape.
   std::string_view reference(char c) const { return references_[numberOf(c)]; }
+
+  /// Copies a text with its characters escaped. It is checked, searched and copied at once.
+  /// @param end of the room, all of which may be overwritten
+  /// @return the end of the copy; or null for a text that is not valid, or may have too little room
+  char* copy(std::string_view text, char* to, const char* end) const;
 
   /// Appends a text with its characters escaped.
   /// @param out has the operator `+=` of a string
@@ -66,21 +82,25 @@ class Escapes {
 
  private:
   static constexpr std::size_t kMost = 6;
+  static constexpr std::size_t kWord = 8;  // No reference is longer.
   using Block = std::array<char, 16>;
 
   static constexpr std::uint8_t kSuspect = 0x80;  // Part of a character that may be invalid.
 
+  char* copyLong(std::string_view text, char* to, const char* end) const;
   std::size_t findSuspect(std::string_view text, std::size_t begin) const;
 
   std::uint8_t lookUp(char c) const { return numbers_[static_cast<unsigned char>(c)]; }
   unsigned numberOf(char c) const { return lookUp(c) & ~unsigned{kSuspect}; }
 
-  OctetClasses classes_;                     // Faults: what is escaped, or may be invalid.
+  OctetClasses classes_;  // Faults: what is escaped, or may be invalid.
+  OctetClasses allClasses_{OctetClasses::Characters::all};  // What is escaped or a control.
   std::array<Block, kMost> blocks_{};        // Each has one of the characters to escape, repeated.
   std::uint8_t count_ = 0;                   // How many characters are escaped.
-  std::uint8_t printable_ = 0;               // How many of them, the first ones, are not controls.
   std::array<std::uint8_t, 256> numbers_{};  // Of the reference for an octet, kSuspect, or 0.
-  std::array<std::string_view, kMost + 1> references_{};  // By number.
+  std::array<Block, 2> passed_{};            // Controls that are not escaped, or a space.
+  std::array<std::string_view, kMost + 1> references_{};    // By number.
+  std::array<std::array<char, kWord>, kMost + 1> words_{};  // They, with zeros.
 };
 
 /// Of text between tags (XML 1.0, sections 2.4 and 2.11). A parser turns a carriage return that is

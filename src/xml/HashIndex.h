@@ -52,8 +52,11 @@ class HashIndex {
   }
 
   void grow() {
-    constexpr std::size_t kFirstSlots = 32;
-    std::vector<Slot> larger(std::max(kFirstSlots, 2 * slots_.size()));
+    // Small documents fill small tables: these are not entered again and again.
+    constexpr std::size_t kFirstSlots = 64;
+    constexpr std::size_t kFewSlots = 1024;
+    const std::size_t factor = slots_.size() < kFewSlots ? 4 : 2;
+    std::vector<Slot> larger(std::max(kFirstSlots, factor * slots_.size()));
     std::swap(slots_, larger);
     for (const Slot& slot : larger) {
       if (slot.number != kNone) enter(slot);

@@ -10,6 +10,7 @@
 #include "HashIndex.h"
 #include "SaltedHash.h"
 #include "SameText.h"
+#include "TextStore.h"
 
 namespace Tavrin::xml {
 
@@ -42,15 +43,36 @@ class NameCache {
   void put(const std::string& uri, const std::string& localName, const std::string& qName,
            Value value) {
     if (uri.size() + localName.size() + qName.size() > kLongest) return;
-    Entry entry{uri, localName, qName, std::move(value)};
-    std::uint32_t number = numberOf(qName);
+    const std::uint32_t hash = hashOf(qName);
+    std::uint32_t number = numberOf(qName, hash);
     if (number != HashIndex::kNone) {
-      entries_[number] = std::move(entry);
+      Entry& known = entries_[number];
+      if (isSame(known, uri, localName, qName)) {
+        known.value = std::move(value);
+        last_ = entries_[last_].next = number;
+        return;
+      }
+    }
+    if (entries_.size() == kMost || unused_ > kMostUnused) {
+      clear();
+      number = HashIndex::kNone;
+    }
+    if (entries_.capacity() == 0) entries_.reserve(kFirst);
+    Entry entry = keep(uri, localName, qName, std::move(value));
+    if (number != HashIndex::kNone) {
+      Entry& other = entries_[number];
+      unused_ += other.uri.size() + other.localName.size() + other.qName.size();
+      entry.next = other.next;
+      other = std::move(entry);
     } else {
-      if (entries_.size() == kMost) clear();
       number = static_cast<std::uint32_t>(entries_.size());
       entries_.push_back(std::move(entry));
-      index_.add(hashOf(qName), number);
+      try {
+        index_.add(hash, number);
+      } catch (...) {
+        entries_.pop_back();
+        throw;
+      }
     }
     last_ = entries_[last_].next = number;
   }
@@ -58,14 +80,19 @@ class NameCache {
   void clear() {
     entries_.clear();
     index_.clear();
+    texts_.clear();
+    unused_ = 0;
     last_ = 0;
   }
 
  private:
+  static constexpr std::size_t kFirst = 32;
+  static constexpr std::size_t kMostUnused = std::size_t{1} << 14U;
+
   struct Entry {
-    std::string uri;
-    std::string localName;
-    std::string qName;
+    std::string_view uri;
+    std::string_view localName;
+    std::string_view qName;
     Value value{};
     std::uint32_t next = 0;  // The number of the name that came after it.
   };
@@ -76,21 +103,35 @@ class NameCache {
            sameText(entry.uri, uri);
   }
 
+  /// Keeps the texts of an entry. A local name is the end of the qualified name, in most cases, and
+  /// the namespace that of the name before it.
+  Entry keep(std::string_view uri, std::string_view localName, std::string_view qName,
+             Value value) {
+    Entry entry;
+    entry.qName = texts_.keep(qName);
+    const bool isEnd = qName.ends_with(localName);
+    entry.localName =
+        isEnd ? entry.qName.substr(qName.size() - localName.size()) : texts_.keep(localName);
+    const bool isSameURI = !entries_.empty() && sameText(entries_.back().uri, uri);
+    entry.uri = isSameURI ? entries_.back().uri : texts_.keep(uri);
+    entry.value = std::move(value);
+    return entry;
+  }
+
   static std::uint32_t hashOf(std::string_view qName) {
     return static_cast<std::uint32_t>(saltedHash(qName));
   }
 
   /// The number of the entry with a qualified name, or kNone.
-  std::uint32_t numberOf(std::string_view qName) const {
-    return index_.find(hashOf(qName), [&](std::uint32_t number) {
-      return sameText(entries_[number].qName, qName);
-    });
+  std::uint32_t numberOf(std::string_view qName, std::uint32_t hash) const {
+    return index_.find(
+        hash, [&](std::uint32_t number) { return sameText(entries_[number].qName, qName); });
   }
 
   // Not inline, so that the code for the common case is short.
   [[gnu::noinline]] std::uint32_t search(std::string_view uri, std::string_view localName,
                                          std::string_view qName) const {
-    const std::uint32_t number = numberOf(qName);
+    const std::uint32_t number = numberOf(qName, hashOf(qName));
     const bool isFound =
         number != HashIndex::kNone && isSame(entries_[number], uri, localName, qName);
     return isFound ? number : HashIndex::kNone;
@@ -98,6 +139,8 @@ class NameCache {
 
   std::vector<Entry> entries_;
   HashIndex index_;
+  TextStore texts_;
+  std::size_t unused_ = 0;  // Octets of names that were replaced, at most.
   std::uint32_t last_ = 0;  // The number of the name that was found or kept last.
 };
 

@@ -99,8 +99,12 @@ void NamespaceBindings::undoLast() {
 const std::string& NamespaceBindings::find(std::string_view prefix) const {
   static const std::string unbound;
   static const std::string xml = namespaces::xml;
+  if (last_.version == version_ && *last_.prefix == prefix) return *last_.uri;
   const auto found = prefixes_.find(prefix);
-  if (found != prefixes_.end()) return uriAt(found->second - 1);
+  if (found != prefixes_.end()) {
+    last_ = {&found->first, &uriAt(found->second - 1), version_};
+    return *last_.uri;
+  }
   return prefix == "xml" ? xml : unbound;
 }
 

@@ -103,6 +103,14 @@ class NamespaceBindings {
   std::size_t octets_ = 0;
   std::uint64_t version_ = 0;
   std::uint64_t lastVersion_ = 0;
+
+  // What was found last. Most names have the prefix of the name before.
+  struct Found {
+    const std::string* prefix = nullptr;
+    const std::string* uri = nullptr;
+    std::uint64_t version = 0;
+  };
+  mutable Found last_;
 };
 
 }  // namespace Tavrin::xml

@@ -9,6 +9,7 @@
 #include "Characters.h"
 #include "Escapes.h"
 #include "NamespaceBindings.h"
+#include "SameText.h"
 
 /// The rules of XML 1.0 and Namespaces in XML for what readers deliver and writers write, each with
 /// its message. A function whose name begins with whyNot returns the message for a string that
@@ -67,6 +68,16 @@ inline QNameParts split(std::string_view qName) {
 
 /// The local name that an event gives with a qualified name.
 [[nodiscard]] std::string whyNotLocalName(std::string_view localName, std::string_view qName);
+
+/// Refuses another local name than that of a qualified name.
+/// @param prefix what split gives
+inline void refuseUnlessLocalName(std::string_view prefix, std::string_view localName,
+                                  std::string_view qName) {
+  const std::size_t before = prefix.empty() ? 0 : prefix.size() + 1;
+  const bool isRight =
+      qName.size() == before + localName.size() && sameText(qName.substr(before), localName);
+  if (!isRight) refuseIf(whyNotLocalName(localName, qName));
+}
 
 // The names of an element and of an attribute within the scope of declarations (Namespaces in XML,
 // section 5). The namespace name is null where the prefix may be bound to any.

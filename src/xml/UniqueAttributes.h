@@ -2,8 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -11,6 +9,7 @@
 #include "HashIndex.h"
 #include "SaltedHash.h"
 #include "SameText.h"
+#include "TextStore.h"
 
 namespace Tavrin::xml {
 
@@ -36,35 +35,55 @@ class UniqueAttributes {
   /// An estimate of the memory that they need, in octets.
   std::size_t octets() const { return octets_; }
 
+  /// Forgets all names. Little memory is kept.
+  void clear() {
+    if (names_.capacity() > kMostKept) {
+      *this = UniqueAttributes();
+      return;
+    }
+    names_.clear();
+    texts_.clear();
+    index_.clear();
+    tag_ = 1;
+    octets_ = 0;
+  }
+
   void beginTag() { ++tag_; }
   /// Records an attribute of the tag.
   /// @return whether it is the first with its number
-  bool take(std::size_t number) { return isFirst(lastTags_[number - 1]); }
+  bool take(std::size_t number) { return isFirst(names_[number - 1].lastTag); }
   /// Likewise, of a name that the caller tells apart: it keeps the last tag that had it, at first
   /// 0.
   bool isFirst(std::uint64_t& lastTag) const { return std::exchange(lastTag, tag_) != tag_; }
 
  private:
   struct Name {
-    std::string uri;
-    std::string localName;
+    std::string_view uri;
+    std::string_view localName;
+    std::uint64_t lastTag = 0;  // The last tag that had it.
   };
+
+  static constexpr std::size_t kMostKept = 64;
 
   std::uint32_t add(std::string_view uri, std::string_view localName, std::uint32_t hash) {
     constexpr std::size_t kOfEntry = 128;
+    constexpr std::size_t kFirstNames = 16;  // Small documents are many.
     const auto position = static_cast<std::uint32_t>(names_.size());
-    // Where memory runs out, the name has no number yet.
-    lastTags_.resize(names_.size() + 1);
-    names_.push_back({std::string(uri), std::string(localName)});
-    index_.add(hash, position);
+    if (names_.capacity() == 0) names_.reserve(kFirstNames);
+    names_.push_back({texts_.keep(uri), texts_.keep(localName)});
+    try {
+      index_.add(hash, position);
+    } catch (...) {  // Where memory runs out, the name has no number yet.
+      names_.pop_back();
+      throw;
+    }
     octets_ += uri.size() + localName.size() + kOfEntry;
     return position;
   }
 
-  // By number, from 1.
-  std::deque<Name> names_;
-  std::vector<std::uint64_t> lastTags_;  // The last tag that had it.
-  HashIndex index_;                      // Of positions in both.
+  std::vector<Name> names_;  // By number, from 1.
+  TextStore texts_;
+  HashIndex index_;  // Of positions in names_.
   std::uint64_t tag_ = 1;
   std::size_t octets_ = 0;
 };

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 #include <random>
 #include <stdexcept>
 #include <tuple>
@@ -94,6 +95,43 @@ TEST(WriterIndexMap, CountsPositionsAtWhichNothingIsFound) {
   EXPECT_EQ(table.positions(), 0U);
   EXPECT_TRUE(table.empty());
   EXPECT_EQ(table.find("a"), nullptr);
+}
+
+TEST(WriterIndexMap, FindsWhatWasAddedWithTheHashOfASearch) {
+  Names table;
+  for (unsigned i = 0; i < 1000; ++i) {
+    const Tavrin::fastinfoset::NameParts name = {"p", i % 3 == 0 ? "urn:a" : "urn:b",
+                                                 std::to_string(i)};
+    Tavrin::fastinfoset::KeyHash hash;
+    ASSERT_EQ(table.find(name, hash), nullptr);
+    table.addNew(name, hash);
+    ASSERT_NE(table.find(name, hash), nullptr);
+    EXPECT_EQ(*table.find(name), i);
+  }
+  EXPECT_EQ(table.find({"p", "urn:b", "0"}), nullptr);
+  EXPECT_EQ(table.find({"", "urn:a", "0"}), nullptr);
+}
+
+TEST(WriterIndexMap, CopiesShareNothing) {
+  Strings base;
+  base.add("a");
+  auto table = std::make_unique<Strings>();
+  table->setBase(base);
+  for (unsigned i = 0; i < 1000; ++i) table->add("entry " + std::to_string(i));
+  Strings copy = *table;
+  EXPECT_TRUE(copy == *table);
+  table->add("b");
+  EXPECT_FALSE(copy == *table);
+  table.reset();
+  EXPECT_EQ(*copy.find("a"), 0U);
+  for (unsigned i = 0; i < 1000; ++i) EXPECT_EQ(copy.at("entry " + std::to_string(i)), i + 1);
+  EXPECT_EQ(copy.find("b"), nullptr);
+  EXPECT_EQ(copy.positions(), 1001U);
+  Strings other;
+  other.add("c");
+  other = copy;
+  EXPECT_EQ(other.find("c"), nullptr);
+  EXPECT_TRUE(other == copy);
 }
 
 TEST(WriterIndexMap, HasNoIndexOfWhatItDoesNotHold) {

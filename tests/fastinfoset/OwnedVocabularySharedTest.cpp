@@ -503,11 +503,17 @@ TEST(SharedVocabulary, CostsTheSameWhateverItsSize) {
       reader.parse(in);
     }));
   }
+  // What the allocator gives may be a little more than what it was asked for.
+  const auto expectSamePeak = [](const Cost& one, const Cost& other) {
+    constexpr std::size_t kLittle = 64;
+    EXPECT_LE(one.peak, other.peak + kLittle);
+    EXPECT_LE(other.peak, one.peak + kLittle);
+  };
   for (std::size_t i = 1; i < writing.size(); ++i) {
     EXPECT_EQ(writing[0].allocations, writing[i].allocations);
-    EXPECT_EQ(writing[0].peak, writing[i].peak);
+    expectSamePeak(writing[0], writing[i]);
     EXPECT_EQ(reading[0].allocations, reading[i].allocations);
-    EXPECT_EQ(reading[0].peak, reading[i].peak);
+    expectSamePeak(reading[0], reading[i]);
   }
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -72,6 +75,41 @@ TEST(Escapes, LeaveATextVerbatimThatNeedsNone) {
   }
 }
 
+// --- Copies ---
+
+/// What is copied into a room of so many octets, which nothing may exceed; or nothing.
+std::optional<std::string> copied(const Escapes& escapes, const std::string& text,
+                                  std::size_t room) {
+  const auto octets = std::make_unique<char[]>(room);
+  char* const end = escapes.copy(text, octets.get(), octets.get() + room);
+  if (end == nullptr) return std::nullopt;
+  return std::string(octets.get(), end);
+}
+
+TEST(Escapes, AreWrittenIntoACopyWhereverTheyStand) {
+  for (std::size_t length = 1; length < 110; ++length) {
+    const std::string plain(length, 'a');
+    EXPECT_EQ(copied(kTextEscapes, plain, length), plain);
+    EXPECT_EQ(copied(kTextEscapes, plain, length - 1), std::nullopt);
+    EXPECT_EQ(copied(kTextEscapes, "\xC3\xA4\n" + plain, 9 * length + 24), "\xC3\xA4\n" + plain);
+    const std::size_t room = 8 * length + 40;
+    for (std::size_t place = 0; place < length; ++place) {
+      const std::string begin(place, 'a');
+      const std::string end(length - place - 1, 'b');
+      EXPECT_EQ(copied(kTextEscapes, begin + '<' + end, room), begin + "&lt;" + end);
+      EXPECT_EQ(copied(kTextEscapes, begin + "<\r>" + end, room), begin + "&lt;&#xD;&gt;" + end);
+      EXPECT_EQ(copied(kApostropheEscapes, begin + "'\t" + end, room), begin + "&apos;&#x9;" + end);
+      EXPECT_EQ(copied(kTextEscapes, begin + "\xED\x95\x9C&" + end, room),
+                begin + "\xED\x95\x9C&amp;" + end);
+      for (const char* const invalid : {"\x01", "\xFF", "\xC3", "\xE2\x82", "\xED\xA0\x80", "\xC3<",
+                                        "\xE2\x82&", "\xF0\x9F\x98<"}) {
+        EXPECT_EQ(copied(kTextEscapes, begin + invalid + end, room), std::nullopt);
+      }
+    }
+  }
+  EXPECT_EQ(copied(kTextEscapes, "", 0), "");
+}
+
 /// What a text becomes when each octet is looked at by itself.
 std::string escapedOneByOne(const Escapes& escapes, const std::string& text) {
   std::string out;
@@ -120,9 +158,12 @@ TEST(Escapes, AreRightInAnyText) {
       if (findInvalid(text) != kAllValid) {
         ++invalid;
         ASSERT_FALSE(escapes.isVerbatim(text)) << testing::PrintToString(text);
+        ASSERT_EQ(copied(escapes, text, 8 * text.size()), std::nullopt);
         continue;
       }
       ASSERT_EQ(out, escapedOneByOne(escapes, text));
+      ASSERT_EQ(copied(escapes, text, 8 * text.size()), out);
+      ASSERT_EQ(copied(escapes, text, below(out.size() + 20)).value_or(out), out);
       if (escapes.isVerbatim(text)) {
         ASSERT_EQ(out, text);
       }

@@ -42,5 +42,18 @@ TEST(UniqueAttributes, MayBeManyInATag) {
   EXPECT_EQ(attributes.size(), 10000U);
 }
 
+TEST(UniqueAttributes, AreForgotten) {
+  UniqueAttributes attributes;
+  for (const std::size_t names : {3U, 1000U, 0U, 2U}) {
+    for (std::size_t i = 0; i < names; ++i) {
+      EXPECT_TRUE(attributes.take(attributes.number("urn:a", std::to_string(i))));
+    }
+    EXPECT_EQ(attributes.size(), names);
+    attributes.clear();
+    EXPECT_EQ(attributes.size(), 0U);
+    EXPECT_EQ(attributes.octets(), 0U);
+  }
+}
+
 }  // namespace
 }  // namespace Tavrin::xml

@@ -34,9 +34,9 @@ class AppendedAttributes {
       next_ = std::move(spare_.back());
       spare_.pop_back();
     }
-    next_->uri = name.namespaceName;
-    next_->localName = name.localName;
-    next_->qName = name.qName;
+    next_->uri = name.namespaceName();
+    next_->localName = name.localName();
+    next_->qName = name.qName();
     next_->type = kType;
     return *next_;
   }
@@ -99,7 +99,7 @@ bool FIDecoder::finishStartTag(bool hasAttributes, const Name& name, std::uint32
     ended = decodeAttributes(attributes);
   }
   if (contentHandler_) {
-    contentHandler_->startElement(name.namespaceName, name.localName, name.qName, attributes);
+    contentHandler_->startElement(name.namespaceName(), name.localName(), name.qName(), attributes);
   }
   if (!hasAttributes) return false;
   keepSmall(attributes.attributes_, spareAttributes_);

@@ -129,7 +129,8 @@ void FIDecoder::decodeDeclarations(std::uint32_t& count) {
 }
 
 void FIDecoder::reportEndElement(const Name& name, std::uint32_t declarations) {
-  if (contentHandler_) contentHandler_->endElement(name.namespaceName, name.localName, name.qName);
+  if (contentHandler_)
+    contentHandler_->endElement(name.namespaceName(), name.localName(), name.qName());
   if (declarations == 0) return;
   const std::vector<std::string> ended = std::move(declarations_.back());
   declarations_.pop_back();

@@ -49,6 +49,9 @@ class FIDecoder : public Decoder {
   void beginDocument() override;
   void decodeHeader() override;
   void decodeNameTable(Names& table);
+  void decodeStringEntries(Strings& table);
+  void decodeIdentifierEntries(Strings& table);
+  void decodeQualifiedName(unsigned octet, QualifiedName& name);
   void decodeOtherString(unsigned octet, std::string& text) override;
   void decodeOtherChunk(unsigned octet, std::string& text) override;
   std::string describeUnknown(const std::string& uri) const override;
@@ -82,7 +85,7 @@ class FIDecoder : public Decoder {
   // Checks, which this dialect does without.
   void checkPadding(unsigned) const override {}
   void checkRootElement(bool) const override {}
-  void checkEntry(unsigned, const std::string&) override {}
+  void checkEntry(unsigned, std::string_view) override {}
   void checkText(std::string_view) override {}
   void checkTextLength(std::uint64_t, std::uint64_t) override {}
   void checkAmplification() const override {}

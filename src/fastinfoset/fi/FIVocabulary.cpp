@@ -15,6 +15,12 @@ constexpr const char* kNoSuchAttributeName = "Error when decoding attribute name
 // --- The initial vocabulary ---
 
 void FIDecoder::decodeInitialVocabulary() {
+  // A derived reader may call this at any time: names keep the parts that they have.
+  for (const unsigned table : {kElementNames, kAttributeNames}) {
+    for (std::size_t i = 0; i < names(table).size(); ++i) {
+      names(table)[i].own(names(table)[i].parts());
+    }
+  }
   const unsigned high = readOctet();
   const unsigned components = high << 8 | readOctet();
   if (components & kExternalVocabulary) {
@@ -32,9 +38,9 @@ void FIDecoder::decodeInitialVocabulary() {
     if (table >= kStringTables) {
       decodeNameTable(names(table));
     } else if (isText) {
-      decodeStringTable(strings(table).own());
+      decodeStringEntries(strings(table));
     } else {
-      decodeIdentifierTable(strings(table).own());
+      decodeIdentifierEntries(strings(table));
     }
   }
 }
@@ -52,11 +58,30 @@ void replaceEntries(unsigned long count, std::vector<Entry>& table, Decode decod
   }
 }
 
+template <typename Decode>
+void replaceEntries(unsigned long count, Strings& table, Decode decode) {
+  table.shrinkTo(count);
+  for (unsigned long i = 0; i < count; ++i) {
+    if (i == table.own().size()) table.append(std::string_view());
+    decode(table.own()[i]);
+  }
+}
+
 }  // namespace
 
 void FIDecoder::decodeStringTable(Table& table) {
   replaceEntries(decodeNumberOfItems(), table,
                  [this](std::string& entry) { decodeString(nullptr, nullptr, entry); });
+}
+
+void FIDecoder::decodeStringEntries(Strings& table) {
+  replaceEntries(decodeNumberOfItems(), table,
+                 [this](std::string& entry) { decodeString(nullptr, nullptr, entry); });
+}
+
+void FIDecoder::decodeIdentifierEntries(Strings& table) {
+  replaceEntries(decodeNumberOfItems(), table,
+                 [this](std::string& entry) { decodeIdentifier(nullptr, entry); });
 }
 
 void FIDecoder::decodeIdentifierTable(Table& table) {
@@ -65,9 +90,8 @@ void FIDecoder::decodeIdentifierTable(Table& table) {
 }
 
 void FIDecoder::decodeQualifiedNameTable(NameTable& table) {
-  replaceEntries(decodeNumberOfItems(), table, [this](QualifiedName& name) {
-    decodeNameParts(readOctet(), name.prefix, name.namespaceName, name.localName);
-  });
+  replaceEntries(decodeNumberOfItems(), table,
+                 [this](QualifiedName& name) { decodeQualifiedName(readOctet(), name); });
 }
 
 void FIDecoder::decodeNameTable(Names& table) {
@@ -76,7 +100,6 @@ void FIDecoder::decodeNameTable(Names& table) {
   for (unsigned long i = 0; i < count; ++i) {
     Name& name = i < table.size() ? table[i] : table.append();
     decodeNameParts(readOctet(), name);
-    name.setQName();
   }
 }
 
@@ -84,18 +107,26 @@ void FIDecoder::decodeNameTable(Names& table) {
 
 FIDecoder::QualifiedName& FIDecoder::decodeQualifiedName(unsigned octet, NameTable& table) {
   QualifiedName& name = table.emplace_back();
-  decodeNameParts(octet, name.prefix, name.namespaceName, name.localName);
+  decodeQualifiedName(octet, name);
   return name;
+}
+
+void FIDecoder::decodeQualifiedName(unsigned octet, QualifiedName& name) {
+  Name decoded;
+  decodeNameParts(octet, decoded);
+  name.prefix = decoded.prefix();
+  name.namespaceName = decoded.namespaceName();
+  name.localName = decoded.localName();
 }
 
 FIDecoder::QualifiedName FIDecoder::getElementName(unsigned long index) {
   const Name& name = nameAt(index, names(kElementNames), kNoSuchElementName);
-  return {name.prefix, name.namespaceName, name.localName};
+  return {name.prefix(), name.namespaceName(), name.localName()};
 }
 
 FIDecoder::QualifiedName FIDecoder::getAttributeName(unsigned long index) {
   const Name& name = nameAt(index, names(kAttributeNames), kNoSuchAttributeName);
-  return {name.prefix, name.namespaceName, name.localName};
+  return {name.prefix(), name.namespaceName(), name.localName()};
 }
 
 // --- Strings ---
@@ -131,7 +162,7 @@ void FIDecoder::decodeString(Table* table, const StringTable* external, std::str
 void FIDecoder::decodeIdentifier(Table* table, std::string& text) {
   const unsigned octet = readOctet();
   if ((octet & kStringIndex) == 0) {
-    decodeLiteralIdentifier(octet, nullptr, text);
+    decodeLiteralIdentifier(octet, text);
     if (table != nullptr) table->push_back(text);
   } else {
     if (table == nullptr) fail("Error when parsing identifier");

@@ -305,8 +305,8 @@ void XMLWriter_FI::encodeQualifiedName(int bits, std::map<QualifiedName, unsigne
                                        const QualifiedName& name) {
   const auto indices = encoder_->findNameParts(name.prefix, name.namespaceName);
   addTo(table, name);
-  encoder_->encodeLiteralName(static_cast<unsigned>(bits), name.prefix, name.namespaceName,
-                              name.localName, indices);
+  encoder_->encodeLiteralName(static_cast<unsigned>(bits),
+                              {name.prefix, name.namespaceName, name.localName}, indices);
 }
 
 void XMLWriter_FI::encodeNamespaces(const std::vector<std::string>& pairs) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// The twelve tables of a vocabulary (X.891, 7.2 and clause 8).
 namespace Tavrin::fastinfoset {
@@ -91,6 +92,20 @@ struct NameParts {
   bool operator==(const NameParts&) const = default;
 };
 
+/// A name whose parts are elsewhere.
+struct NameView {
+  std::string_view prefix;
+  std::string_view namespaceName;
+  std::string_view localName;
+
+  NameView() = default;
+  NameView(std::string_view thePrefix, std::string_view theNamespaceName,
+           std::string_view theLocalName)
+      : prefix(thePrefix), namespaceName(theNamespaceName), localName(theLocalName) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): as a string is a view of one.
+  NameView(const NameParts& parts) : NameView(parts.prefix, parts.namespaceName, parts.localName) {}
+};
+
 // --- The estimated memory of entries, by which tables are bounded ---
 
 // A reader never needs more for an entry, including the overhead of growing tables and of the
@@ -102,8 +117,8 @@ inline constexpr std::uint64_t kNameOctets = 320;   ///< Besides the octets of a
 /// which duplicate attributes are found.
 inline constexpr std::uint64_t kNameCopies = 3;
 
-inline std::uint64_t countedOctets(const std::string& entry) { return entry.size() + kEntryOctets; }
-inline std::uint64_t countedOctets(const NameParts& name) {
+inline std::uint64_t countedOctets(std::string_view entry) { return entry.size() + kEntryOctets; }
+inline std::uint64_t countedOctets(const NameView& name) {
   return kNameCopies * (name.prefix.size() + name.namespaceName.size() + name.localName.size()) +
          kNameOctets;
 }

@@ -61,7 +61,9 @@ class VocabularyDecoder : public X891Decoder {
     parseVocabulary(stream);
     auto tables = std::make_shared<SharedVocabulary>();
     for (unsigned table = 0; table < kStringTables; ++table) {
-      for (const std::string& entry : strings(table).own()) {
+      const auto& entries = strings(table).own();
+      for (std::size_t i = 0; i < entries.size(); ++i) {
+        const std::string& entry = entries[i];
         fastinfoset::checkEntry(table, entry);
         checkRoom(tables.get(), table);
         tables->append(table, entry);
@@ -70,9 +72,9 @@ class VocabularyDecoder : public X891Decoder {
     for (unsigned table = kStringTables; table < kTables; ++table) {
       for (std::size_t i = 0; i < names(table).size(); ++i) {
         const Name& name = names(table)[i];
-        checkName(table, name, name.qName);
+        checkName(table, name.parts(), name.qName());
         checkRoom(tables.get(), table);
-        tables->append(table, static_cast<const NameParts&>(name));
+        tables->append(table, name.parts());
       }
     }
     return tables;

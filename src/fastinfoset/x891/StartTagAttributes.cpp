@@ -19,7 +19,6 @@ void StartTagAttributes::clear() {
     spareOctets_ += record.spareOctets;
     record.value.clear();
     record.ownNames.reset();
-    record.values = nullptr;
     record.shared = nullptr;
     record.algorithmURI = nullptr;
     record.algorithmIndex = -1;
@@ -51,7 +50,6 @@ const std::string& StartTagAttributes::getType(int index) const {
 
 const std::string& StartTagAttributes::getValue(int index) const {
   const Record& record = at(index);
-  if (record.values) return (*record.values)[record.index];
   if (record.shared) return *record.shared;
   if (record.value.empty() && record.algorithmData) record.value = record.algorithmData->toString();
   return record.value;

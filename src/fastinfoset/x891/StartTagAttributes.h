@@ -2,6 +2,7 @@
 
 #include <Tavrin/EncodingAlgorithmAttributes.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "../../sax/AttributesByName.h"
+#include "../../xml/SameText.h"
 
 namespace Tavrin {
 
@@ -38,10 +40,7 @@ class StartTagAttributes final
     const std::string* qName = nullptr;
     std::unique_ptr<std::array<std::string, 3>> ownNames;
 
-    // Where its value is, unless it has one of its own: in a table, which may move, or elsewhere.
-    const std::vector<std::string>* values = nullptr;
-    std::size_t index = 0;
-    const std::string* shared = nullptr;
+    const std::string* shared = nullptr;  // Its value, unless it has one of its own.
 
     const std::string* algorithmURI = nullptr;
     std::int32_t algorithmIndex = -1;
@@ -58,27 +57,32 @@ class StartTagAttributes final
   Record& begin(const Name& name, bool outlives) {
     Record& record = next();
     if (outlives) {
-      record.uri = &name.namespaceName;
-      record.localName = &name.localName;
-      record.qName = &name.qName;
+      record.uri = &name.namespaceName();
+      record.localName = &name.localName();
+      record.qName = &name.qName();
     } else {
       record.ownNames = std::make_unique<std::array<std::string, 3>>(
-          std::array<std::string, 3>{name.namespaceName, name.localName, name.qName});
+          std::array<std::string, 3>{name.namespaceName(), name.localName(), name.qName()});
       record.uri = record.ownNames->data();
       record.localName = record.uri + 1;
       record.qName = record.uri + 2;
     }
     return record;
   }
-  /// Lets an attribute have an entry of a table as its value.
-  static void refer(Record& record, const std::vector<std::string>& values, std::size_t index) {
-    record.values = &values;
-    record.index = index;
-  }
   /// Lets an attribute have a string as its value that stays where it is.
   static void refer(Record& record, const std::string& value) { record.shared = &value; }
   void setAlgorithm(Record& record, const std::string& uri, std::int32_t index,
                     std::unique_ptr<EncodedData> value);
+  /// Whether one of the first attributes is of this name.
+  bool beginsWith(const std::string& uri, const std::string& localName, std::size_t most) const {
+    for (std::size_t i = 0; i < std::min(length_, most); ++i) {
+      const Record& record = *records_[i];
+      if (xml::sameText(*record.localName, localName) && xml::sameText(*record.uri, uri)) {
+        return true;
+      }
+    }
+    return false;
+  }
   void end() {
     hasBegun_ = false;
     spareOctets_ -= records_[length_++]->spareOctets;

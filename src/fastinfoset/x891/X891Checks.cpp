@@ -23,9 +23,9 @@ void X891Decoder::checkText(std::string_view text) {
   if (position != xml::kAllValid) fail("Invalid " + xml::describeInvalid(text, position));
 }
 
-void X891Decoder::checkEntry(unsigned table, const std::string& entry) {
+void X891Decoder::checkEntry(unsigned table, std::string_view entry) {
   if (kStringTableForms[table].kind == EntryKind::name) {
-    if (!xml::isNCName(entry)) fail("Invalid name \"" + entry + "\"");
+    if (!xml::isNCName(entry)) fail("Invalid name " + xml::quoted(entry));
   } else {
     checkText(entry);
   }
@@ -62,7 +62,7 @@ void X891Decoder::decodeDeclarations(std::uint32_t& count) {
 }
 
 std::size_t X891Decoder::reportedOctetsOf(const Name& name) {
-  return name.namespaceName.size() + name.localName.size() + name.qName.size();
+  return name.namespaceName().size() + name.localName().size() + name.qName().size();
 }
 
 /// Computes how many octets are allowed now that more have been read. Measured: doing so at each
@@ -81,8 +81,10 @@ void X891Decoder::allowMoreFromTables() const {
 void X891Decoder::checkElementName(Name& name) {
   Document& document = document_;
   document.attributes.beginTag();
+  document.isOneCompared = false;
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotElement(name.prefix, &name.namespaceName, name.qName, document.bindings));
+    failIf(
+        xml::whyNotElement(name.prefix(), &name.namespaceName(), name.qName(), document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -91,8 +93,10 @@ void X891Decoder::checkElementName(Name& name) {
 
 void X891Decoder::checkAttributeName(Name& name) {
   Document& document = document_;
+  const bool isNew = name.bindings == 0 && &name != &unlisted_;
   if (name.bindings != document.bindings.version()) {
-    failIf(xml::whyNotAttribute(name.prefix, &name.namespaceName, name.qName, document.bindings));
+    failIf(xml::whyNotAttribute(name.prefix(), &name.namespaceName(), name.qName(),
+                                document.bindings));
     name.bindings = document.bindings.version();
     name.octets = reportedOctetsOf(name);
   }
@@ -103,15 +107,26 @@ void X891Decoder::checkAttributeName(Name& name) {
   document.tagOctets += octets;
   accountFor(octets);
 
+  // A new name may never come again. Where it is one of the first of its tag, it gets no number,
+  // but is compared with the others, as are those after it. Measured: a reader that is used
+  // again reads small messages in a fourteenth less time.
+  constexpr std::size_t kFew = 16;
+  const bool isCompared = isNew && static_cast<std::size_t>(attributes_.getLength()) < kFew;
+  document.isOneCompared = document.isOneCompared || isCompared;
+  if (document.isOneCompared &&
+      attributes_.beginsWith(name.namespaceName(), name.localName(), kFew)) {
+    fail(xml::givenTwice(name.qName()));
+  }
+  if (isCompared) return;
   xml::UniqueAttributes& attributes = document.attributes;
   if (name.identity == xml::UniqueAttributes::kUnknown) {
     const std::size_t known = attributes.size();
     name.identity =
-        static_cast<std::uint32_t>(attributes.number(name.namespaceName, name.localName));
+        static_cast<std::uint32_t>(attributes.number(name.namespaceName(), name.localName()));
     // A name that does not fit in the table is kept here, so it counts here.
     if (&name == &unlisted_ && attributes.size() > known) accountFor(countedOctets(name));
   }
-  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName));
+  if (!attributes.take(name.identity)) fail(xml::givenTwice(name.qName()));
 }
 
 }  // namespace Tavrin::fastinfoset

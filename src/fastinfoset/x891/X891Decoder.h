@@ -91,7 +91,7 @@ class X891Decoder : public Decoder {
   void checkPadding(unsigned bits) const override;
   void checkRootElement(bool hasRoot) const override;
 
-  void checkEntry(unsigned table, const std::string& entry) override;
+  void checkEntry(unsigned table, std::string_view entry) override;
   void checkText(std::string_view text) override;
   void checkTextLength(std::uint64_t textOctets, std::uint64_t length) override;
   void checkAmplification() const override;
@@ -228,10 +228,13 @@ class X891Decoder : public Decoder {
 
     xml::NamespaceBindings bindings;
     xml::UniqueAttributes attributes;
+    bool isOneCompared = false;   // Of the tag: an attribute whose name has no number.
     std::uint64_t tagOctets = 0;  // What the attributes count for while their tag is read.
 
     /// The identifiers of entities that were referred to: public and system identifier by name.
     std::map<std::string, std::pair<std::string, std::string>> entities;
+
+    void renew();  ///< Makes it a new document, which uses some memory again.
   };
   Document document_;
   bool isUsed_ = false;  // The document is one that was read.

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../../xml/ElementStack.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 #include "../Encoder.h"
@@ -62,6 +63,8 @@ class NameRecords {
   void forget(bool keepsMemory) {
     if (keepsMemory && used_.size() < records_.size() / kFew) {
       for (const std::size_t index : used_) records_[index] = {};
+    } else if (records_.size() <= kMostKept) {
+      std::ranges::fill(records_, Record());
     } else {
       records_ = {};
     }
@@ -71,6 +74,7 @@ class NameRecords {
  private:
   static constexpr std::size_t kFew = 8;
   static constexpr std::size_t kFirst = 32;
+  static constexpr std::size_t kMostKept = 128;
 
   std::vector<Record> records_;
   std::vector<std::size_t> used_;
@@ -82,6 +86,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
  public:
   using EventName = fastinfoset::EventName;
   using NameParts = fastinfoset::NameParts;
+  using NameView = fastinfoset::NameView;
+  using KeyHash = fastinfoset::KeyHash;
   using InitialVocabulary = fastinfoset::InitialVocabulary;
   using SharedVocabulary = fastinfoset::SharedVocabulary;
 
@@ -107,9 +113,8 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   void classifyAttributes(const Attributes& attributes);
   void checkAttributes(const Attributes& attributes);
   void encodeAttributes(const Attributes& attributes);
-  unsigned encodeNewAttributeName(const EventName& name);
   template <typename Record>
-  unsigned encodeUnlistedName(unsigned bits, unsigned table, const NameParts& name,
+  unsigned encodeUnlistedName(unsigned bits, unsigned table, const NameView& name, KeyHash hash,
                               NameRecords<Record>& records);
   template <typename Record>
   fastinfoset::ValueTally& tallyOf(NameRecords<Record>& records, unsigned index) {
@@ -117,12 +122,15 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
   }
   void declare(const std::string& prefix, const std::string& uri);
   void declareByAttributes(const Attributes& attributes);
-  void checkElementName(const EventName& name, unsigned index, bool isKnown);
-  void checkAttributeName(const EventName& name, unsigned index, bool isKnown);
+  void checkKnownElementName(const EventName& name, unsigned index);
+  void checkElementName(const EventName& name, const NameView& parts, unsigned index);
   struct AttributeRecord;
+  void prepareAttributeName(const Attributes& attributes, std::size_t number);
+  void checkAttributeName(const EventName& name, const NameView& parts, unsigned index);
   bool isFirst(const EventName& name, AttributeRecord& record);
-  void checkNewAttribute(const Attributes& attributes, std::size_t number);
-  void checkNewName(const EventName& name);
+  void checkNewAttribute(const Attributes& attributes, std::size_t number,
+                         const std::string& localName);
+  void checkNewName(const NameView& name);
   void checkPrefix(std::string_view prefix, const std::string& uri) const;
   void checkValue(const std::string& value, unsigned index) const;
   bool addsNew(unsigned table, const std::string& text, fastinfoset::ValueTally& tally);
@@ -234,6 +242,7 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     std::map<std::string, unsigned> algorithmFields;
   };
   Document document_;
+  xml::ElementStack stack_;
   NameRecords<ElementRecord> elementRecords_;
   NameRecords<AttributeRecord> attributeRecords_;
 
@@ -243,11 +252,15 @@ class TAVRIN_LOCAL XMLWriter_X891::Encoder : public EncoderState, public fastinf
     unsigned index;       // Of its name, or kNoIndex.
     unsigned valueIndex;  // Of its text, or kNoIndex.
     bool isKnown;         // Its name is one of known_.
+    // Where they are in no table:
+    KeyHash nameHash = {};
+    KeyHash valueHash = {};
   };
-  bool isClear_ = true;     // There has been no event of a document.
-  bool isWriting_ = false;  // Some of its octets may be written.
-  NameParts elementName_;
-  unsigned elementIndex_ = 0;                 // Of its name, or kNoIndex.
+  bool isClear_ = true;                       // There has been no event of a document.
+  bool isWriting_ = false;                    // Some of its octets may be written.
+  unsigned elementIndex_ = 0;                 // Of the element's name, or kNoIndex.
+  KeyHash elementHash_;                       // Of its name, where it is in no table.
+  std::string localName_;                     // Of an attribute.
   std::vector<CheckedAttribute> attributes_;  // Those that are not declarations.
   std::vector<int> declarations_;             // The positions of the others.
   std::vector<std::string> newPrefixes_;      // Prefixes that attributes declare.

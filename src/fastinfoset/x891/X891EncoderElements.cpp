@@ -81,7 +81,12 @@ void XMLWriter_X891::startElement(const std::string& uri, const std::string& loc
     try {
       const bool mayBegin = state_ == Prolog || state_ == AfterDTD;
       if (mayBegin && !document.childrenBegan) encoder.prepareVocabulary();
-      XMLWriter::startElement(uri, localName, qName, attributes);
+      if (state_ == InElement) {
+        encoder.stack_.push(elements_, uri, localName, qName);
+        hasContent_ = false;
+      } else {
+        XMLWriter::startElement(uri, localName, qName, attributes);
+      }
       encoder.perform([&] { encoder.encodeStartTag({uri, localName, qName}, attributes); });
     } catch (...) {
       while (elements_.size() > depth) elements_.pop_back();
@@ -103,7 +108,13 @@ void XMLWriter_X891::endElement(const std::string& uri, const std::string& local
     }
     const std::size_t depth = elements_.size();
     try {
-      XMLWriter::endElement(uri, localName, qName);
+      if (depth > 1 && state_ == InElement &&
+          xml::ElementStack::hasLast(elements_, uri, localName, qName)) {
+        encoder.stack_.pop(elements_);
+        hasContent_ = true;
+      } else {
+        XMLWriter::endElement(uri, localName, qName);
+      }
       encoder.finishElement();
     } catch (...) {
       encoder.isWriting_ = elements_.size() < depth;  // Otherwise it was refused.
@@ -147,8 +158,8 @@ void XMLWriter_X891::Encoder::encodeStartTag(const EventName& name, const Attrib
     if (elementIndex_ != kNoIndex) {
       writeInteger(kElementIndex, flag, elementIndex_);
     } else {
-      elementIndex_ = encodeUnlistedName(kLiteralElementName | flag, kElementNames, elementName_,
-                                         elementRecords_);
+      elementIndex_ = encodeUnlistedName(kLiteralElementName | flag, kElementNames, name.parts(),
+                                         elementHash_, elementRecords_);
     }
     document_.openElements.back().name = document_.textElement = elementIndex_;
     if (hasAttributes) encodeAttributes(attributes);
@@ -171,64 +182,66 @@ const std::string& spelling(const EventName& name) {
 
 unsigned XMLWriter_X891::Encoder::findElementName(const EventName& name) {
   const auto& [uri, localName, qName] = name;
+  document_.attributes.beginTag();
   if (const unsigned* const known = known_.elements.find(uri, localName, qName)) {
-    checkElementName(name, *known, true);
+    checkKnownElementName(name, *known);
     return *known;
   }
-  assignName(elementName_, name);
-  const unsigned* const found = names(kElementNames).find(elementName_);
+  const NameView parts = name.parts();
+  elementHash_ = {};
+  const unsigned* const found = names(kElementNames).find(parts, elementHash_);
   const unsigned index = found ? *found : kNoIndex;
-  checkElementName(name, index, false);
+  checkElementName(name, parts, index);
   if (found) known_.elements.put(uri, localName, qName, index);
   return index;
 }
 
 /// Checks the parts of a name that is in no table.
-void XMLWriter_X891::Encoder::checkNewName(const EventName& name) {
-  const std::string_view prefix = name.prefix();
-  const std::uint64_t parts = prefix.size() + name.uri.size() + name.localName.size();
-  newOctets_ += kNameCopies * parts + kNameOctets + name.localName.size();
+void XMLWriter_X891::Encoder::checkNewName(const NameView& name) {
+  const auto& [prefix, uri, localName] = name;
+  const std::uint64_t parts = prefix.size() + uri.size() + localName.size();
+  newOctets_ += kNameCopies * parts + kNameOctets + localName.size();
   ++newEntries_;  // The local name.
-  checkNCName(name.localName);
+  checkNCName(localName);
   if (!prefix.empty()) checkNCName(prefix);
 }
 
 // A name that is in a table is checked again only where other declarations are in force.
 
-void XMLWriter_X891::Encoder::checkElementName(const EventName& name, unsigned index,
-                                               bool isKnown) {
-  Document& document = document_;
-  document.attributes.beginTag();
-  if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
-  if (index == kNoIndex) checkNewName(name);
-  std::uint64_t fresh = 0;
-  std::uint64_t& bindings = index != kNoIndex ? elementRecords_.at(index).bindings : fresh;
-  if (bindings == document.bindings.version()) return;
-  xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), document.bindings));
-  if (index != kNoIndex && bindings == 0) elementRecords_.use(index);
-  bindings = document.bindings.version();
+void XMLWriter_X891::Encoder::checkKnownElementName(const EventName& name, unsigned index) {
+  const xml::NamespaceBindings& bindings = document_.bindings;
+  ElementRecord& record = elementRecords_.at(index);
+  if (record.bindings == bindings.version()) return;
+  xml::refuseIf(xml::whyNotElement(name.prefix(), &name.uri, spelling(name), bindings));
+  if (record.bindings == 0) elementRecords_.use(index);
+  record.bindings = bindings.version();
 }
 
-void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, unsigned index,
-                                                 bool isKnown) {
-  Document& document = document_;
-  if (isKnown) {  // It has been checked, so that it has a record.
-    AttributeRecord& record = attributeRecords_[index];
-    if (record.bindings == document.bindings.version() && isFirst(name, record)) return;
-  }
-  if (!isKnown) xml::refuseIf(xml::whyNotLocalName(name.localName, spelling(name)));
+void XMLWriter_X891::Encoder::checkElementName(const EventName& name, const NameView& parts,
+                                               unsigned index) {
+  const std::string& qName = spelling(name);
+  xml::refuseUnlessLocalName(parts.prefix, name.localName, qName);
+  if (index != kNoIndex) return checkKnownElementName(name, index);
+  checkNewName(parts);
+  xml::refuseIf(xml::whyNotElement(parts.prefix, &name.uri, qName, document_.bindings));
+}
+
+void XMLWriter_X891::Encoder::checkAttributeName(const EventName& name, const NameView& parts,
+                                                 unsigned index) {
+  const xml::NamespaceBindings& bindings = document_.bindings;
+  const std::string& qName = spelling(name);
+  xml::refuseUnlessLocalName(parts.prefix, name.localName, qName);
   AttributeRecord fresh;
   AttributeRecord& record = index != kNoIndex ? attributeRecords_.at(index) : fresh;
-  if (index == kNoIndex) checkNewName(name);
-  if (record.bindings != document.bindings.version()) {
-    xml::refuseIf(
-        xml::whyNotAttribute(name.prefix(), &name.uri, spelling(name), document.bindings));
+  if (index == kNoIndex) checkNewName(parts);
+  if (record.bindings != bindings.version()) {
+    xml::refuseIf(xml::whyNotAttribute(parts.prefix, &name.uri, qName, bindings));
     if (index != kNoIndex && record.bindings == 0) attributeRecords_.use(index);
-    record.bindings = document.bindings.version();
+    record.bindings = bindings.version();
   }
   // Those that are new are compared later.
   const bool isLater = index == kNoIndex && name.uri.empty();
-  if (!isLater && !isFirst(name, record)) throw SAXException(xml::givenTwice(spelling(name)));
+  if (!isLater && !isFirst(name, record)) throw SAXException(xml::givenTwice(qName));
 }
 
 /// Whether a name is the first with its namespace name and local name in the tag. Without a
@@ -242,27 +255,29 @@ bool XMLWriter_X891::Encoder::isFirst(const EventName& name, AttributeRecord& re
   return unique.take(record.number);
 }
 
-/// Checks that no other new name without a namespace is the same as the last one, which name_ has.
-/// The few of most tags are compared with each other, as a search would add each to a table first.
-void XMLWriter_X891::Encoder::checkNewAttribute(const Attributes& attributes, std::size_t number) {
+/// Checks that no other new name without a namespace is the same as the last one. The few of most
+/// tags are compared with each other, as a search would add each to a table first.
+void XMLWriter_X891::Encoder::checkNewAttribute(const Attributes& attributes, std::size_t number,
+                                                const std::string& localName) {
   constexpr std::size_t kFew = 16;
   const int position = attributes_[number].position;
   bool isGiven = false;
   if (attributes_.size() > kFew) {
     xml::UniqueAttributes& unique = document_.attributes;
-    isGiven = !unique.take(unique.number({}, name_.localName));
-  } else {
-    isGiven =
-        std::any_of(attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
-                    [&](const CheckedAttribute& other) {
-                      return other.index == kNoIndex &&
-                             attributes.getLocalName(other.position) == name_.localName &&
-                             attributes.getURI(other.position).empty();
-                    });
+    isGiven = !unique.take(unique.number({}, localName));
+  } else if (number > 0) {
+    // The references that a list returns may be valid only until its next call.
+    localName_ = localName;
+    isGiven = std::any_of(
+        attributes_.begin(), attributes_.begin() + static_cast<std::ptrdiff_t>(number),
+        [&](const CheckedAttribute& other) {
+          return other.index == kNoIndex && attributes.getLocalName(other.position) == localName_ &&
+                 attributes.getURI(other.position).empty();
+        });
   }
   if (!isGiven) return;
   const std::string& qName = attributes.getQName(position);
-  throw SAXException(xml::givenTwice(qName.empty() ? name_.localName : qName));
+  throw SAXException(xml::givenTwice(qName.empty() ? attributes.getLocalName(position) : qName));
 }
 
 // --- Attributes ---
@@ -292,31 +307,41 @@ void XMLWriter_X891::Encoder::classifyAttributes(const Attributes& attributes) {
   }
 }
 
+/// Checks the name of an attribute, and finds it in the table.
+void XMLWriter_X891::Encoder::prepareAttributeName(const Attributes& attributes,
+                                                   std::size_t number) {
+  auto& [i, index, valueIndex, isKnown, nameHash, valueHash] = attributes_[number];
+  const EventName name = {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)};
+  if (isKnown) {  // It has been checked, so that it has a record.
+    AttributeRecord& record = attributeRecords_[index];
+    if (record.bindings == document_.bindings.version() && isFirst(name, record)) return;
+  }
+  const NameView parts = name.parts();
+  const unsigned* const found = isKnown ? &index : names(kAttributeNames).find(parts, nameHash);
+  if (found != nullptr) index = *found;
+  checkAttributeName(name, parts, index);
+  if (found == nullptr) {
+    if (name.uri.empty()) checkNewAttribute(attributes, number, name.localName);
+  } else if (!isKnown) {
+    known_.attributes.put(name.uri, name.localName, name.qName, index);
+  }
+}
+
 /// Checks the attributes, and finds their names and values in the tables.
 void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
   if (attributes_.empty()) return;
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
-  std::size_t number = 0;
-  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
-    const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
-                            attributes.getQName(i)};
-    if (!isKnown) {
-      assignName(name_, name);
-      if (const unsigned* const found = names(kAttributeNames).find(name_)) index = *found;
-    }
-    checkAttributeName(name, index, isKnown);
-    if (index == kNoIndex && name_.namespaceName.empty()) checkNewAttribute(attributes, number);
-    ++number;
-    if (!isKnown && index != kNoIndex) {
-      known_.attributes.put(name.uri, name.localName, name.qName, index);
-    }
+  for (std::size_t number = 0; number < attributes_.size(); ++number) {
+    prepareAttributeName(attributes, number);
+    auto& [i, index, valueIndex, isKnown, nameHash, valueHash] = attributes_[number];
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       checkTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
       continue;
     }
     const std::string& value = attributes.getValue(i);
     if (value.empty()) continue;  // It has a form of its own, without an index.
-    if (const unsigned* const found = strings(kAttributeValues).find(value)) valueIndex = *found;
+    const unsigned* const found = strings(kAttributeValues).find(value, valueHash);
+    if (found != nullptr) valueIndex = *found;
     checkValue(value, valueIndex);
   }
 }
@@ -324,12 +349,15 @@ void XMLWriter_X891::Encoder::checkAttributes(const Attributes& attributes) {
 void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
   const EncodingAlgorithmAttributes* const typed = findTypedForm(attributes, known_.untyped);
   const unsigned positions = strings(kAttributeValues).positions();
-  for (auto& [i, index, valueIndex, isKnown] : attributes_) {
+  for (auto& [i, index, valueIndex, isKnown, nameHash, valueHash] : attributes_) {
     if (index != kNoIndex) {
       encodeIndex(0, index);
     } else {
-      index = encodeNewAttributeName(
-          {attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)});
+      // None of the attributes before it has added it: it would be given twice.
+      const EventName name = {attributes.getURI(i), attributes.getLocalName(i),
+                              attributes.getQName(i)};
+      index = encodeUnlistedName(kLiteralAttributeName, kAttributeNames, name.parts(), nameHash,
+                                 attributeRecords_);
     }
     if (const EncodedData* const data = typed ? typed->getAlgorithmData(i) : nullptr) {
       encodeTypedValue(typed->getAlgorithmURI(i), typed->getAlgorithmIndex(i), *data);
@@ -348,31 +376,23 @@ void XMLWriter_X891::Encoder::encodeAttributes(const Attributes& attributes) {
     StringIndexMap& values = strings(kAttributeValues);
     // An attribute before it may have added it.
     const bool mayBeKnown = values.positions() != positions && !value.empty();
-    if (const unsigned* const added = mayBeKnown ? values.find(value) : nullptr) {
+    if (const unsigned* const added = mayBeKnown ? values.find(value, valueHash) : nullptr) {
       refer(*added);
     } else {
       encodeNewString(kAttributeValues, !value.empty() && addsNew(kAttributeValues, value, tally),
-                      value);
+                      value, valueHash);
     }
   }
-}
-
-/// Writes a name that was not in the table when the tag began. None of the attributes before it has
-/// added it: it would be given twice.
-/// @return its index, or kNoIndex where the table is full
-unsigned XMLWriter_X891::Encoder::encodeNewAttributeName(const EventName& name) {
-  assignName(name_, name);
-  return encodeUnlistedName(kLiteralAttributeName, kAttributeNames, name_, attributeRecords_);
 }
 
 /// Writes a name that has been checked and is not in its table, and adds it.
 /// @return its index, or kNoIndex where the table is full
 template <typename Record>
 unsigned XMLWriter_X891::Encoder::encodeUnlistedName(unsigned bits, unsigned table,
-                                                     const NameParts& name,
+                                                     const NameView& name, KeyHash hash,
                                                      NameRecords<Record>& records) {
   const unsigned index = names(table).positions();
-  encodeNewName(bits, table, name);
+  encodeNewName(bits, table, name, hash);
   if (names(table).positions() == index) return kNoIndex;
   records.at(index).bindings = document_.bindings.version();
   records.use(index);

@@ -109,14 +109,15 @@ bool X891Decoder::finishStartTag(bool hasAttributes, const Name& name, std::uint
   const bool ended = hasAttributes && decodeAttributes(attributes);
   if (isCut_) return false;
   checkAmplification();
-  if (document.isHoldingBack) releaseProlog(name.qName);
+  if (document.isHoldingBack) releaseProlog(name.qName());
   const std::size_t declared = document.bindings.count();
   for (std::size_t i = declared - declarations; i < declared && handlers_.content; ++i) {
     handlers_.content->startPrefixMapping(document.bindings.prefixAt(i),
                                           document.bindings.uriAt(i));
   }
   if (handlers_.content) {
-    handlers_.content->startElement(name.namespaceName, name.localName, name.qName, attributes);
+    handlers_.content->startElement(name.namespaceName(), name.localName(), name.qName(),
+                                    attributes);
   }
   if (!isPulled_) forgetStartTag();
   return ended;
@@ -130,7 +131,7 @@ void X891Decoder::forgetStartTag() {
 
 void X891Decoder::reportEndElement(const Name& name, std::uint32_t declarations) {
   if (handlers_.content)
-    handlers_.content->endElement(name.namespaceName, name.localName, name.qName);
+    handlers_.content->endElement(name.namespaceName(), name.localName(), name.qName());
   if (declarations == 0) return;
   xml::NamespaceBindings& bindings = document_.bindings;
   const std::size_t octets = bindings.octets();

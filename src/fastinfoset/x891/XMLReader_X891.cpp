@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "../../sax/ParseScope.h"
 #include "../../sax/Properties.h"
@@ -178,11 +179,18 @@ void X891Decoder::throwFailure(const std::string& message) const {
   throw exception;
 }
 
+void X891Decoder::Document::renew() {
+  xml::UniqueAttributes kept = std::move(attributes);
+  kept.clear();
+  *this = {};
+  attributes = std::move(kept);
+}
+
 void X891Decoder::beginDocument() {
   gate_.begin(coalescesCharacters_, maximumCoalescedOctets_);
   Decoder::beginDocument();
   attributes_.clear();
-  if (isUsed_) document_ = {};
+  if (isUsed_) document_.renew();
   isUsed_ = true;
 }
 

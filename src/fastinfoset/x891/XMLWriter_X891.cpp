@@ -107,7 +107,10 @@ void XMLWriter_X891::startDocument() {
 void XMLWriter_X891::Encoder::beginDocument() {
   if (isClear_) return;
   clearTables();
+  xml::UniqueAttributes kept = std::move(document_.attributes);
+  kept.clear();
   document_ = {};
+  document_.attributes = std::move(kept);
   pendingTerminator = false;
   characters.clear();
   namespaces_.clear();

@@ -15,7 +15,6 @@ ScannedName& ScannedNames::find(std::string_view qName) {
     ScannedName& name = names_.emplace_back();
     name.qName = qName;
     const std::string_view prefix = splits_ ? xml::split(qName).prefix : std::string_view();
-    name.prefixSize = static_cast<std::uint32_t>(prefix.size());
     if (!splits_) {
       name.localName = &kNoName;
     } else if (prefix.empty()) {

@@ -14,6 +14,9 @@ namespace Tavrin::text {
 
 struct ScannedName;
 
+/// An empty name.
+inline const std::string kNoName;
+
 /// What a document type declares of an attribute.
 struct DeclaredAttribute {
   ScannedName* name;
@@ -24,21 +27,21 @@ struct DeclaredAttribute {
 /// A qualified name of a document. There may be many, so each is small.
 struct ScannedName {
   std::string qName;
-  const std::string* localName = nullptr;
-  ScannedName* next = nullptr;       ///< The name that came after it.
+  const std::string* localName = nullptr;  ///< kNoName where names are not split.
+  ScannedName* next = nullptr;             ///< The name that came after it.
   const std::string* uri = nullptr;  ///< The namespace name, or null where the prefix has none,
-  std::vector<DeclaredAttribute>* declared = nullptr;  ///< For an element of this name.
-  std::uint64_t version = 0;                           ///< for this version of the declarations.
-  std::uint32_t prefixSize = 0;
+  std::uint64_t version = 0;         ///< for this version of the declarations.
+  std::uint32_t declared = 0;        ///< The number of what is declared for its element, or 0.
   /// Finds attributes that are given twice: of a name without a prefix, the last tag that had it;
   /// of another one, its number among the expanded names, or 0.
   std::uint32_t mark = 0;
 
-  std::string_view prefix() const { return std::string_view(qName).substr(0, prefixSize); }
+  bool hasPrefix() const { return localName != &qName && localName != &kNoName; }
+  std::string_view prefix() const {
+    const std::size_t size = hasPrefix() ? qName.size() - localName->size() - 1 : 0;
+    return std::string_view(qName).substr(0, size);
+  }
 };
-
-/// An empty name.
-inline const std::string kNoName;
 
 /// The names of a document, by their octets.
 class ScannedNames {

@@ -118,10 +118,14 @@ bool XML10Scanner::declareAttribute(std::string_view element, std::string_view a
                                     const std::string& type, const char* value) {
   constexpr std::size_t kMost = 64;
   ScannedName& owner = names_.find(element);
-  if (owner.declared == nullptr) owner.declared = &declared_.emplace_back();
-  owner.declared->push_back({&names_.find(attribute), type, {}});
-  if (value != nullptr) owner.declared->back().value = value;
-  return owner.declared->size() <= kMost;
+  if (owner.declared == 0) {
+    declared_.emplace_back();
+    owner.declared = static_cast<std::uint32_t>(declared_.size());
+  }
+  std::vector<DeclaredAttribute>& declared = declared_[owner.declared - 1];
+  declared.push_back({&names_.find(attribute), type, {}});
+  if (value != nullptr) declared.back().value = value;
+  return declared.size() <= kMost;
 }
 
 void XML10Scanner::skipProlog(std::string_view octets) {

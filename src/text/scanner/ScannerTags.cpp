@@ -247,7 +247,7 @@ void XML10Scanner::assignValue(std::string& value, const WrittenAttribute& writt
 XML10Scanner::Step XML10Scanner::endOfStartTag(const char* end, bool isEmpty) {
   const std::size_t outside = bindings_.count();
   attributes_.clear();
-  if (tag_.element->declared != nullptr) applyDeclarations();
+  if (tag_.element->declared != 0) applyDeclarations();
   const std::string* uri = nullptr;
   if ((tag_.declares && !declare(outside)) || !listAttributes() ||
       (uri = uriOf(*tag_.element)) == nullptr) {
@@ -279,7 +279,7 @@ void XML10Scanner::completeTag() {
 /// Finds what is declared for the attributes of a start tag, and adds those that it lacks and that
 /// have a default (section 3.3.2).
 void XML10Scanner::applyDeclarations() {
-  for (const DeclaredAttribute& declared : *tag_.element->declared) {
+  for (const DeclaredAttribute& declared : declared_[tag_.element->declared - 1]) {
     const auto written = std::ranges::find(tag_.attributes, declared.name, &WrittenAttribute::name);
     if (written != tag_.attributes.end()) {
       written->declared = &declared;
@@ -326,7 +326,7 @@ bool XML10Scanner::listAttributes() {
   for (const WrittenAttribute& written : tag_.attributes) {
     ScannedName& name = *written.name;
     if (tag_.declares && declaresNamespace(name)) continue;
-    const std::string* const uri = name.prefixSize == 0 ? &kNoName : uriOf(name);
+    const std::string* const uri = name.hasPrefix() ? uriOf(name) : &kNoName;
     if (uri == nullptr || !isFirst(name)) return false;
     std::string& value = attributes_.add(*uri, *name.localName, name.qName, typeOf(written));
     if (written.isPlain && written.declared == nullptr) {
@@ -342,7 +342,7 @@ bool XML10Scanner::listAttributes() {
 /// Whether an attribute is the first of its name in the tag (Namespaces in XML, section 6.3). After
 /// very many tags the answer may be no by mistake.
 bool XML10Scanner::isFirst(ScannedName& attribute) {
-  if (attribute.prefixSize == 0) return std::exchange(attribute.mark, tags_) != tags_;
+  if (!attribute.hasPrefix()) return std::exchange(attribute.mark, tags_) != tags_;
   if (attribute.mark == 0) {
     const std::size_t number = unique_.number(*attribute.uri, *attribute.localName);
     attribute.mark = static_cast<std::uint32_t>(number);
@@ -356,8 +356,8 @@ const std::string* XML10Scanner::uriOf(ScannedName& name) const {
   if (name.version == bindings_.version()) return name.uri;
   const std::string& bound = settings_.splitsNames ? bindings_.find(name.prefix()) : kNoName;
   name.version = bindings_.version();
-  name.uri = bound.empty() && name.prefixSize > 0 ? nullptr : &bound;
-  if (name.prefixSize > 0) name.mark = 0;
+  name.uri = bound.empty() && name.hasPrefix() ? nullptr : &bound;
+  if (name.hasPrefix()) name.mark = 0;
   return name.uri;
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -221,7 +220,7 @@ class XML10Scanner {
   std::uint32_t tags_ = 0;        ///< How many there were.
   std::vector<OpenElement> open_;
   ScannedAttributes attributes_;
-  std::deque<std::vector<DeclaredAttribute>> declared_;  ///< By element.
+  std::vector<std::vector<DeclaredAttribute>> declared_;  ///< By the numbers of elements.
   std::size_t defaultOctets_ = 0;
   Tag tag_;
 

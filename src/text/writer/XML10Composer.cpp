@@ -32,11 +32,6 @@ void XMLWriter_XML10::Composer::restore(const Mark& mark) {
   document_.brackets = mark.brackets;
 }
 
-/// A direct event begins inside an element, with nothing composed and nothing pending.
-void XMLWriter_XML10::Composer::restore(const DirectMark& mark) {
-  restore({InElement, mark.hasContent, false, mark.open, 0, 0, mark.declarations, mark.open, 0});
-}
-
 void XMLWriter_XML10::Composer::refuseAfterFailure() {
   throw SAXException("The document cannot go on after a failure: the writer must be reset");
 }
@@ -121,10 +116,8 @@ void XMLWriter_XML10::Composer::indent(std::size_t depth) {
 
 /// Records that the innermost element has text: no line break may be written inside of it, neither
 /// a pending one nor a later one. This cannot be undone, so an event does it last.
-void XMLWriter_XML10::Composer::forbidIndentation() {
-  if (document_.open.empty()) return;
+void XMLWriter_XML10::Composer::makeMixed() {
   Document::Open& element = document_.open.back();
-  if (element.isMixed) return;
   element.isMixed = true;
   if (document_.breaks.size() > element.firstBreak) document_.breaks.resize(element.firstBreak);
 }

@@ -12,11 +12,17 @@
 #include <vector>
 
 #include "../../io/EventOctets.h"
+#include "../../xml/Escapes.h"
 #include "../../xml/NameCache.h"
 #include "../../xml/NamespaceBindings.h"
 #include "../../xml/UniqueAttributes.h"
 
 namespace Tavrin::text {
+
+/// Appends a text with its characters escaped, or refuses it.
+/// @param place what holds the text, with its article
+void appendEscaped(EventOctets& out, std::string_view text, const xml::Escapes& escapes,
+                   const char* place);
 
 /// Writes start tags, or refuses them with a SAXException where names, prefixes and namespaces do
 /// not agree (Namespaces in XML 1.0, section 5).
@@ -43,6 +49,12 @@ class XML10StartTag {
   /// @param bindings gets the declarations of the element; where it is refused, maybe some of them
   Space write(EventOctets& out, const Element& element, char quote, const Defaults& defaults,
               xml::NamespaceBindings& bindings);
+  /// Likewise, into a room that ends at `end`, if the start tag is of the most common kind: it
+  /// declares no namespace, no attribute has a default, and all names have been checked with these
+  /// bindings. Measured: records take a third less time.
+  /// @return the end of the copy; or null for any other one, or where there may be too little room
+  char* copyKnown(char* to, const char* end, const Element& element, char quote,
+                  const xml::NamespaceBindings& bindings, Space& space);
 
  private:
   static constexpr int kMapping = -1;  // In place of an attribute's index.
@@ -67,8 +79,6 @@ class XML10StartTag {
   };
   using CheckedNames = xml::NameCache<Checked>;
 
-  bool writeKnown(EventOctets& out, const Element& element, char quote,
-                  const xml::NamespaceBindings& bindings, Space& space);
   void checkElementName(const Element& element, const xml::NamespaceBindings& bindings);
   std::size_t checkAttributeName(const std::string& uri, const std::string& localName,
                                  const std::string& qName, const xml::NamespaceBindings& bindings);

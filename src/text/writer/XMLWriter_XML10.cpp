@@ -1,7 +1,7 @@
 #include <Tavrin/Identifiers.h>
 #include <Tavrin/XMLWriter_XML10.h>
 
-#include "../../io/WriteOctets.h"
+#include "../../io/EventRoom.h"
 #include "../../sax/AtLimit.h"
 #include "../../sax/Properties.h"
 #include "../../xml/Escapes.h"
@@ -117,35 +117,65 @@ void XMLWriter_XML10::startPrefixMapping(const std::string& prefix, const std::s
   xml::addDeclaration(composer_->namespaces_, prefix, uri);
 }
 
-void XMLWriter_XML10::Composer::composeStartTag(EventOctets& octets,
-                                                const text::XML10StartTag::Element& tag) {
+void XMLWriter_XML10::Composer::openElement(std::size_t declarations,
+                                            text::XML10StartTag::Space space) {
   using Space = text::XML10StartTag::Space;
+  bool isMixed = false;
+  bool preservesSpace = space == Space::Preserve;
+  if (!document_.open.empty()) {
+    const Document::Open& parent = document_.open.back();
+    isMixed = parent.isMixed;
+    if (space == Space::Inherited) preservesSpace = parent.preservesSpace;
+  }
+  document_.open.push_back({declarations, document_.breaks.size(), isMixed, preservesSpace});
+}
+
+void XMLWriter_XML10::Composer::composeStartTag(const text::XML10StartTag::Element& tag) {
   Document& document = document_;
   const std::size_t declared = document.bindings.count();
-  const Space space =
+  EventOctets octets(nullptr, composed_);
+  const text::XML10StartTag::Space space =
       document.startTag.write(octets, tag, quote_, document.defaults, document.bindings);
-  Document::Open element{document.bindings.count() - declared, document.breaks.size(), false,
-                         space == Space::Preserve};
-  if (!document.open.empty()) {
-    const Document::Open& parent = document.open.back();
-    element.isMixed = parent.isMixed;
-    if (space == Space::Inherited) element.preservesSpace = parent.preservesSpace;
+  octets.write();
+  openElement(document.bindings.count() - declared, space);
+}
+
+/// Writes a start tag of the most common kind while isDirect.
+/// @return false for any other one: then nothing has changed
+bool XMLWriter_XML10::Composer::startKnown(const text::XML10StartTag::Element& tag) {
+  using Space = text::XML10StartTag::Space;
+  Document& document = document_;
+  const EventRoom room(writer_.out_);
+  const bool isCommon = namespaces_.empty() && document.defaults.empty() && room.size() > 0;
+  if (!isCommon || document.open.size() >= maximumDepth_) return false;
+  char* end = room.begin();
+  if (!writer_.hasContent_) *end++ = '>';
+  Space space = Space::Inherited;
+  end = document.startTag.copyKnown(end, room.end(), tag, quote_, document.bindings, space);
+  if (end == nullptr) return false;
+  openElement(0, space);
+  try {
+    stack_.push(writer_.elements_, tag.uri, tag.localName, tag.qName);
+  } catch (...) {
+    document.open.pop_back();
+    throw;
   }
-  document.open.push_back(element);
+  writer_.hasContent_ = false;
+  room.put(end);
+  return true;
 }
 
 void XMLWriter_XML10::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qName, const Attributes& attributes) {
-  composer_->performTag([&](Composer& composer, bool isDirect) {
+  const text::XML10StartTag::Element tag = {uri, localName, qName, attributes,
+                                            composer_->namespaces_};
+  if (composer_->isDirect() && composer_->startKnown(tag)) return;
+  composer_->perform([&](Composer& composer) {
     const std::uint64_t maximumDepth = composer.maximumDepth_;
     if (elements_.size() >= maximumDepth) throw SAXException(tooDeep(maximumDepth));
-    const bool isFirst = !hasContent_;
-    if (!isDirect) composer.startItem();
+    composer.startItem();
     XMLWriter::startElement(uri, localName, qName, attributes);
-    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
-    if (isDirect && isFirst) octets.append('>');
-    composer.composeStartTag(octets, {uri, localName, qName, attributes, composer.namespaces_});
-    octets.write();
+    composer.composeStartTag(tag);
     composer.namespaces_.clear();
   });
 }
@@ -155,25 +185,58 @@ void XMLWriter_XML10::Composer::closeElement() {
   document_.open.pop_back();
 }
 
+/// Writes an end tag while isDirect.
+/// @return false where there is no room or the names are wrong: then nothing has changed
+bool XMLWriter_XML10::Composer::endDirectly(const std::string& uri, const std::string& localName,
+                                            const std::string& qName) {
+  if (!xml::ElementStack::hasLast(writer_.elements_, uri, localName, qName)) return false;
+  const EventRoom room(writer_.out_);
+  const bool isEmpty = !writer_.hasContent_ && emptyTags_;
+  const std::string_view name = qName;
+  const std::string_view opening = writer_.hasContent_ ? "</"sv : "></"sv;
+  char* const end = isEmpty ? copyPieces(room.begin(), room.end(), '/', '>')
+                            : copyPieces(room.begin(), room.end(), opening, name, '>');
+  if (end == nullptr) return false;
+  // As XMLWriter::endElement does.
+  writer_.hasContent_ = true;
+  stack_.pop(writer_.elements_);
+  if (writer_.elements_.empty()) writer_.state_ = AfterRoot;
+  closeElement();
+  room.put(end);
+  return true;
+}
+
 void XMLWriter_XML10::endElement(const std::string& uri, const std::string& localName,
                                  const std::string& qName) {
-  composer_->performTag([&](Composer& composer, bool isDirect) {
+  if (composer_->isDirect() && composer_->endDirectly(uri, localName, qName)) return;
+  composer_->perform([&](Composer& composer) {
     if (hasContent_) composer.indent(elements_.size() - 1);
-    EventOctets octets(isDirect ? out_ : nullptr, composer.composed_);
     if (!hasContent_ && composer.emptyTags_) {
-      octets.append('/', '>');
+      composer.write("/>");
     } else {
-      octets.append(hasContent_ ? "</"sv : "></"sv, std::string_view(qName), '>');
+      composer.write(hasContent_ ? "</" : "></", qName, ">");
     }
     XMLWriter::endElement(uri, localName, qName);
     composer.closeElement();
-    octets.write();
   });
 }
 
 // --- Content ---
 
 void XMLWriter_XML10::Composer::writeText(std::string_view text) {
+  const EventRoom room(writer_.out_);
+  if (text.size() >= room.size()) return writeLongText(text);
+  char* end = room.begin();
+  if (!writer_.hasContent_) *end++ = '>';
+  end = xml::kTextEscapes.copy(text, end, room.end());
+  if (end == nullptr) return writeLongText(text);
+  writer_.hasContent_ = true;
+  room.put(end);
+  forbidIndentation();
+}
+
+/// Likewise, if the stream's buffer may have no room for it.
+void XMLWriter_XML10::Composer::writeLongText(std::string_view text) {
   // Text of at most this length is composed together with the ">" of the start tag before it.
   constexpr std::size_t kShort = 256;
   const bool isFirst = !writer_.hasContent_;
@@ -187,7 +250,7 @@ void XMLWriter_XML10::Composer::writeText(std::string_view text) {
   } else {
     EventOctets octets(writer_.out_, composed_);
     if (isFirst) octets.append('>');
-    xml::appendText(octets, text, xml::kTextEscapes, "character data");
+    text::appendEscaped(octets, text, xml::kTextEscapes, "character data");
     writer_.hasContent_ = true;
     octets.write();
     commit();

@@ -19,10 +19,11 @@ inline bool isEasyText(std::string_view text) {
   if (text.size() >= kLeastTogether && hasAVX2()) return areFaultless(kEasyOctets, text);
 #endif
   // Short texts are often line breaks and indentation.
-  for (std::size_t i = plainOctets(text); i < text.size(); ++i) {
-    if (!isPlain(text[i]) && text[i] != '\n' && text[i] != '\t') return false;
+  for (std::size_t i = 0;; ++i) {
+    i += plainOctets(text.substr(i));
+    if (i == text.size()) return true;
+    if (text[i] != '\n' && text[i] != '\t') return false;
   }
-  return true;
 }
 
 }  // namespace Tavrin::xml

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace Tavrin::xml {
 
@@ -22,6 +23,14 @@ TAVRIN_AVX2 inline __m128i load16(const void* octets) {
 
 TAVRIN_AVX2 inline __m256i load32(const void* octets) {
   return _mm256_loadu_si256(static_cast<const __m256i*>(octets));
+}
+
+TAVRIN_AVX2 inline void store16(char* to, __m128i octets) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), octets);
+}
+
+TAVRIN_AVX2 inline void store32(char* to, __m256i octets) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), octets);
 }
 
 TAVRIN_AVX2 inline __m256i each(unsigned octet) {
@@ -219,7 +228,59 @@ TAVRIN_AVX2 inline std::size_t findFault(const Check& check, std::string_view te
   return size;
 }
 
+/// Copies up to the first fault. Each vector is stored before it is known whether it has one.
+template <typename Check>
+TAVRIN_AVX2 inline std::size_t copyFaultless(const Check& check, std::string_view text,
+                                             std::size_t begin, char* to) {
+  const char* const octets = text.data();
+  const std::size_t size = text.size();
+  std::size_t i = begin;
+  const auto firstOf = [](std::uint64_t found, std::size_t at) {
+    return at + static_cast<std::size_t>(std::countr_zero(found));
+  };
+  if (i < 3) {
+    store16(to, load16(octets + i));
+    const std::uint64_t found = positions(faultsOfFirst16(check, octets)) >> i;
+    if (found != 0) return firstOf(found, i);
+    i = 16;
+  }
+  for (; size - i >= 32; i += 32) {
+    store32(to + (i - begin), load32(octets + i));
+    const std::uint64_t found = positions(faultsOf32(check, octets + i));
+    if (found != 0) return firstOf(found, i);
+  }
+  // The rest, with some octets before it, which are copied again.
+  if (i < size && size >= 3 + 32 && size - 32 >= begin) {
+    const std::size_t at = size - 32;
+    store32(to + (at - begin), load32(octets + at));
+    const std::uint64_t found = positions(faultsOf32(check, octets + at)) >> (i - at);
+    return found != 0 ? firstOf(found, i) : size;
+  }
+  while (i < size) {
+    const std::size_t at = std::min(i, size - 16);
+    if (at >= begin) {
+      store16(to + (at - begin), load16(octets + at));
+    } else {
+      std::memcpy(to, octets + begin, size - begin);  // There is something else before `to`.
+    }
+    const std::uint64_t found = positions(faultsOf16(check, octets + at)) >> (i - at);
+    if (found != 0) return firstOf(found, i);
+    i = at + 16;
+  }
+  return size;
+}
+
 }  // namespace
+
+TAVRIN_AVX2 std::size_t copyFaultless(const OctetClasses& classes, std::string_view text,
+                                      std::size_t begin, char* to) {
+  return copyFaultless(Easy{classes}, text, begin, to);
+}
+
+TAVRIN_AVX2 std::size_t copyCharacters(const OctetClasses& classes, std::string_view text,
+                                       std::size_t begin, char* to) {
+  return copyFaultless(Exact{classes}, text, begin, to);
+}
 
 TAVRIN_AVX2 bool areFaultless(const OctetClasses& classes, std::string_view text) {
   return areFaultless(Easy{classes}, text);

@@ -102,6 +102,18 @@ bool areFaultless(const OctetClasses& classes, std::string_view text);
 /// @param begin there is no fault before it
 std::size_t findFault(const OctetClasses& classes, std::string_view text, std::size_t begin);
 
+/// Copies a text from a position on, up to the first fault or the end.
+/// @param begin there is no fault before it
+/// @param to    has room for the rest of the text; what is behind the copy may be overwritten there
+/// @return the position of the fault, or the end
+std::size_t copyFaultless(const OctetClasses& classes, std::string_view text, std::size_t begin,
+                          char* to);
+
+/// Likewise. A fault is also an octet that cannot follow those before it in a character of XML.
+/// @param classes of all characters, with some faults added
+std::size_t copyCharacters(const OctetClasses& classes, std::string_view text, std::size_t begin,
+                           char* to);
+
 /// The first octet of a text that is of a class of faults or is not part of a character of XML, or
 /// the end. A character that is cut off or wrong is found by its first octet.
 /// @param classes of all characters, with some faults added

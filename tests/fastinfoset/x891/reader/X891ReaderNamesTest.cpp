@@ -209,6 +209,79 @@ TEST(X891ReaderNames, AttributeInANamespaceNeedsAPrefix) {
                       "The attribute \"b\" has a namespace, but no prefix");
 }
 
+/// Attributes with literal names of two letters and the value `x`.
+std::string newAttributes(std::size_t count) {
+  std::string attributes;
+  for (std::size_t i = 0; i < count; ++i) {
+    attributes += octets("78 01") + static_cast<char>('A' + i / 26) +
+                  static_cast<char>('a' + i % 26) + octets("00 'x'");
+  }
+  return attributes;
+}
+
+// Whatever the place of a name in its tag, and whether it is new there.
+TEST(X891ReaderNames, AttributesAreThereOnceAmongMany) {
+  const std::string root = document("7C 00 'a' 78 00 'k' 00 'x' F0");
+  const EventLog::Lines events = {"startDocument()", "startElement(, a, a, [{, k, k, CDATA, x}])"};
+  const std::string known = octets("00 00 'x'");
+  for (const std::size_t between : {1U, 2U, 14U, 15U, 16U, 17U, 18U, 40U}) {
+    const std::string tag = root + octets("7C 00 'e'");
+    const std::string others = newAttributes(between);
+    const auto expectTwice = [&](const std::string& before, const std::string& again,
+                                 const std::string& name) {
+      expectRefused(tag + before + again, octets("00 'x' FF F0"),
+                    "The attribute \"" + name + "\" is given twice", events);
+    };
+    expectTwice(others, octets("01"), "Aa");
+    expectTwice(others, octets("78 01 'Aa'"), "Aa");
+    expectTwice(known + others, octets("00"), "k");
+    expectTwice(known + others, octets("78 00 'k'"), "k");
+    expectTwice(known + others, octets("01"), "Aa");
+    expectTwice(others + known, octets("00"), "k");
+    expectTwice(others + known, octets("78 01 'Aa'"), "Aa");
+    expectTwice(others + octets("78 00 'k' 00 'x'"), octets("00"), "k");
+
+    // Once each, in two tags.
+    std::string list;
+    for (std::size_t i = 0; i < between; ++i) {
+      const std::string name = {static_cast<char>('A' + i / 26), static_cast<char>('a' + i % 26)};
+      list += "{, " + name + ", " + name + ", CDATA, x}, ";
+    }
+    list += "{, k, k, CDATA, x}";
+    std::string again;
+    for (std::size_t i = 1; i <= between; ++i) {
+      again += static_cast<char>(i) + octets("00 'x'");
+    }
+    const std::string start = "startElement(, e, e, [" + list + "])";
+    const std::string end = "endElement(, e, e)";
+    EXPECT_EQ(whole({events[1], start, end, start, end, "endElement(, a, a)"}),
+              readNew(tag + others + known + octets("FF 41") + again + known + octets("FF FF")));
+  }
+}
+
+// The memory of names is used again.
+TEST(X891ReaderNames, AreThoseOfEachDocument) {
+  const std::string longest(300, 'n');
+  std::string many = document("38 CF 00 'p' 00 'u' F0 3F 81 81 00 'a'");
+  for (char first = 'a'; first <= 'z'; ++first) {
+    for (char second = 'a'; second <= 'h'; ++second) {
+      many += octets("3C 01") + first + second + octets("F0");
+    }
+  }
+  many += octets("FF");
+  const std::string documents[] = {
+      many,
+      document("3C 00 'a' FF"),
+      document("38 CF 00 'p' 00 'u' F0 3F 81 81 40 EB") + longest + octets("FF"),
+      document("38 CF 00 'p' 00 'u' F0 3F 81 81 00 'b' FF"),
+      document("3C 00 'c' FF"),
+  };
+  X891Reader reader;
+  for (int i = 0; i < 3; ++i) {
+    for (const std::string& each : documents) EXPECT_EQ(readNew(each), reader.read(each));
+  }
+}
+
 TEST(X891ReaderNames, AttributesAreThereOnce) {
   expectPrologRefused("7C 00 'a' 78 00 'b' 00 'x' 00", "00 'y' FF F0",
                       "The attribute \"b\" is given twice");
