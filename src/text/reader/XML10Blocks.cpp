@@ -158,6 +158,10 @@ XML_Status XML10Driver::parseFirstBlocks(const char* block, unsigned long size, 
 XML_Status XML10Driver::parseBlock(const char* block, unsigned long size, bool isFinal) {
   if (isScanned()) return scanBlock(block, size, isFinal);
   if (isInProlog()) return parseProlog({block, size}, isFinal);
+  return parseByExpat(block, size, isFinal);
+}
+
+XML_Status XML10Driver::parseByExpat(const char* block, unsigned long size, bool isFinal) {
   Recoder* const recoder = document_->current().recoder.get();
   for (; recoder && size > kMostRead; size -= kMostRead, block += kMostRead) {
     const XML_Status status = parseRecoded(parser_.get(), *recoder, {block, kMostRead}, false);

@@ -270,6 +270,8 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   XML_Status parseFirstBlocks(const char* block, unsigned long size, bool isFinal);
   /// Parses a block of any size.
   XML_Status parseBlock(const char* block, unsigned long size, bool isFinal);
+  /// Likewise, by expat.
+  XML_Status parseByExpat(const char* block, unsigned long size, bool isFinal);
   /// Likewise, for an entity that expat does not get as it is.
   XML_Status parseRecoded(XML_Parser parser, Recoder& recoder, std::string_view octets,
                           bool areLast);
@@ -308,7 +310,12 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   XML_Status scanBlock(const char* block, unsigned long size, bool isFinal);
   XML_Status scan(std::string_view octets, bool areLast);
   XML_Status afterScan(XML10Scanner::Outcome outcome, bool areLast);
-  /// Has expat go on where the scanner has stopped.
+  // Likewise, from the root element on.
+  XML_Status scanContent(std::string_view octets, bool areLast);
+  XML_Status afterContent(XML10Scanner::Outcome outcome, bool areLast);
+  /// Has expat go on where the scanner has stopped in the prolog.
+  XML_Status passPrologToExpat(std::string_view rest, bool areLast);
+  /// Likewise, behind it.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();
   // Documents that are scanned from the root element on: XML10Prolog.cpp.

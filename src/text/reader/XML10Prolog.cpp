@@ -52,7 +52,7 @@ XML_Status XML10Driver::parseProlog(std::string_view octets, bool areLast) {
     if (kept + piece.size() > kLongestProlog) document.prolog.reset();
     if (octets.empty()) return status;
   }
-  return parseBlock(octets.data(), octets.size(), areLast);
+  return parseByExpat(octets.data(), octets.size(), areLast);
 }
 
 bool XML10Driver::comesToRoot() {
@@ -77,13 +77,13 @@ XML_Status XML10Driver::scanFromRoot(std::string_view octets, std::size_t kept, 
   parser_.reset();
   document.current().parser = nullptr;
   document.current().scanner = document.scanner.get();
-  if (*prolog.root >= kept) return scan(octets.substr(*prolog.root - kept), areLast);
+  if (*prolog.root >= kept) return scanContent(octets.substr(*prolog.root - kept), areLast);
   // The start tag was cut.
   WaitingOctets joined;
   joined.append(all.data() + *prolog.root, kept - *prolog.root);
   joined.append(octets.data(), octets.size());
   document.waiting = std::move(joined);
-  return scan(document.waiting.all(), areLast);
+  return scanContent(document.waiting.all(), areLast);
 }
 
 /// Replaces the scanner by a parser in the same state.

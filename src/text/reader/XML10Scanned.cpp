@@ -49,6 +49,17 @@ XML_Status XML10Driver::scan(std::string_view octets, bool areLast) {
 
 XML_Status XML10Driver::afterScan(XML10Scanner::Outcome outcome, bool areLast) {
   const XML10Scanner& scanner = *document_->scanner;
+  const bool isRefused = outcome == XML10Scanner::Outcome::refused && !scanner.isHaltedHere();
+  if (isRefused && scanner.isInProlog()) return passPrologToExpat(scanner.rest(), areLast);
+  return afterContent(outcome, areLast);
+}
+
+XML_Status XML10Driver::scanContent(std::string_view octets, bool areLast) {
+  return afterContent(document_->scanner->scan(octets, areLast), areLast);
+}
+
+XML_Status XML10Driver::afterContent(XML10Scanner::Outcome outcome, bool areLast) {
+  const XML10Scanner& scanner = *document_->scanner;
   if (scanner.isHaltedHere()) return XML_STATUS_SUSPENDED;
   if (outcome == XML10Scanner::Outcome::refused) return passToExpat(scanner.rest(), areLast);
   const bool isHalted = outcome == XML10Scanner::Outcome::halted;
@@ -56,10 +67,17 @@ XML_Status XML10Driver::afterScan(XML10Scanner::Outcome outcome, bool areLast) {
   return isHalted ? XML_STATUS_SUSPENDED : XML_STATUS_OK;
 }
 
+XML_Status XML10Driver::passPrologToExpat(std::string_view rest, bool areLast) {
+  XML_Status status = leadParserHere();
+  if (status == XML_STATUS_OK) status = parseProlog(rest, areLast);
+  if (!isScanned()) document_->waiting = {};
+  return status;
+}
+
 XML_Status XML10Driver::passToExpat(std::string_view rest, bool areLast) {
   XML_Status status = leadParserHere();
-  if (status == XML_STATUS_OK) status = parseBlock(rest.data(), rest.size(), areLast);
-  if (!isScanned()) document_->waiting = {};
+  if (status == XML_STATUS_OK) status = parseByExpat(rest.data(), rest.size(), areLast);
+  document_->waiting = {};
   return status;
 }
 
