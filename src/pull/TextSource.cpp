@@ -69,9 +69,9 @@ class TextSource final : public ReadingSource, private text::ScannedEvents {
 
   /// An event of the scanner.
   struct Held {
-    PullEvent event;
-    std::uint8_t partCount;
-    std::int8_t opened;  // How many elements it opens.
+    PullEvent event{};
+    std::uint8_t partCount = 0;
+    std::int8_t opened = 0;  // How many elements it opens.
     std::array<std::string_view, 3> parts;
   };
 

@@ -315,7 +315,7 @@ class XML10Driver : public EventTarget, public ScannedEvents {
   XML_Status afterContent(XML10Scanner::Outcome outcome, bool areLast);
   /// Has expat go on where the scanner has stopped in the prolog.
   XML_Status passPrologToExpat(std::string_view rest, bool areLast);
-  /// Likewise, behind it.
+  /// Likewise, anywhere else.
   XML_Status passToExpat(std::string_view rest, bool areLast);
   XML_Status leadParserHere();
   // Documents that are scanned from the root element on: XML10Prolog.cpp.

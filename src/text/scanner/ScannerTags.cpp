@@ -237,8 +237,8 @@ void XML10Scanner::assignValue(std::string& value, const WrittenAttribute& writt
     }
   }
   if (written.declared == nullptr || written.declared->type == kCDATA) return;
-  const auto tail = std::ranges::unique(value, [](char a, char b) { return a == ' ' && b == ' '; });
-  value.erase(tail.begin(), value.end());
+  const auto areSpaces = [](char a, char b) { return a == ' ' && b == ' '; };
+  value.erase(std::unique(value.begin(), value.end(), areSpaces), value.end());
   if (value.ends_with(' ')) value.pop_back();
   if (value.starts_with(' ')) value.erase(0, 1);
 }
