@@ -58,6 +58,10 @@ class SingleOctets {
     return stream_.get();
   }
 
+  /// Does what all further calls do after one that failed. Where the buffer threw, libc++ sets
+  /// failbit only now.
+  void getAfterFailure() const { stream_.get(); }
+
   /// Consumes octets of the get area, in units of some size.
   /// @param most a multiple of the unit
   /// @return valid until the next octet is consumed; empty where `get` has more to do than consume

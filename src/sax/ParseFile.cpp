@@ -1,6 +1,7 @@
 #include <Tavrin/Parse.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <system_error>
 
@@ -12,7 +13,6 @@ namespace {
   throw SAXException("Cannot read \"" + path + "\": " + reason.message());
 }
 
-/// A directory, for one, can be opened, but not read.
 std::unique_ptr<XMLReader> createReaderForFile(const std::string& path, std::istream& stream) {
   try {
     return createReaderFor(stream);
@@ -26,6 +26,11 @@ std::unique_ptr<XMLReader> createReaderForFile(const std::string& path, std::ist
 void parseFile(const std::string& path, std::initializer_list<HandlerSet> handlers) {
   std::ifstream stream(path, std::ios::binary);
   if (!stream) throwCannotRead(path, {errno, std::generic_category()});
+  // It can be opened, but not read, which libc++ takes for the end of a file.
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown)) {
+    throwCannotRead(path, std::make_error_code(std::errc::is_a_directory));
+  }
   const auto reader = createReaderForFile(path, stream);
   for (const HandlerSet& each : handlers) connect(*reader, each);
   reader->parse(stream);

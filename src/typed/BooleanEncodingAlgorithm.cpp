@@ -42,7 +42,10 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   // Octets that consist of unused bits alone are not consumed.
   while (missing > 0) {
     const int octet = source.get();
-    if (octet == std::istream::traits_type::eof()) break;
+    if (octet == std::istream::traits_type::eof()) {
+      if (missing > 8) source.getAfterFailure();
+      break;
+    }
     appendBits(static_cast<unsigned>(octet), kFirstBit);
   }
   // After a call has failed, all further calls fail: each missing octet counts as 0xFF.

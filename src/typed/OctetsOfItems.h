@@ -89,6 +89,7 @@ void readItems(std::uint32_t length, std::istream& stream, std::vector<Item>& it
     items.push_back(itemAt(octets.data()));
     if (!isMissing) continue;
     // After a call has failed, all further calls fail.
+    if (items.size() < count) source.getAfterFailure();
     octets.fill(kMissingOctet);
     items.resize(count, itemAt(octets.data()));
   }

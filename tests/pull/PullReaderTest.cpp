@@ -249,6 +249,9 @@ TEST(PullReader, ReadsDocumentsOfFastInfosetThatFollowEachOther) {
 }
 
 TEST(PullReader, PassesOnWhatTheStreamThrows) {
+#ifdef _LIBCPP_VERSION
+  GTEST_SKIP() << "libc++ takes a directory for an empty file";
+#endif
   std::ifstream directory("/", std::ios::binary);
   EXPECT_THROW(PullReader{directory}, std::ios_base::failure);
 }

@@ -134,6 +134,9 @@ TEST(ReaderForAStream, PassesOnWhatTheBufferThrows) {
 
 // A directory as standard input is one.
 TEST(ReaderForAStream, PassesOnThatADirectoryCannotBeRead) {
+#ifdef _LIBCPP_VERSION
+  GTEST_SKIP() << "libc++ takes a directory for an empty file";
+#endif
   std::ifstream stream("/", std::ios::binary);
   EXPECT_THROW(createReaderFor(stream), std::ios_base::failure);
   // So do the readers, where they are chosen by name.
