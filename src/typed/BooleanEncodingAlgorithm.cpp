@@ -42,13 +42,13 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
   // Octets that consist of unused bits alone are not consumed.
   while (missing > 0) {
     const int octet = source.get();
-    if (octet == std::istream::traits_type::eof()) {
-      if (missing > 8) source.getAfterFailure();
-      break;
-    }
-    appendBits(static_cast<unsigned>(octet), kFirstBit);
+    const bool isEnd = octet == std::istream::traits_type::eof();
+    appendBits(isEnd ? kMissingOctet : static_cast<unsigned>(octet), kFirstBit);
+    if (!isEnd) continue;
+    // After a call has failed, all further calls fail.
+    if (missing > 0) source.getAfterFailure();
+    break;
   }
-  // After a call has failed, all further calls fail: each missing octet counts as 0xFF.
   booleans.resize(count, true);
   return holder_;
 }
