@@ -45,7 +45,7 @@ EncodedData& BooleanEncodingAlgorithm::decodeFromInputStream(std::uint32_t lengt
     const bool isEnd = octet == std::istream::traits_type::eof();
     appendBits(isEnd ? kMissingOctet : static_cast<unsigned>(octet), kFirstBit);
     if (!isEnd) continue;
-    // After a call has failed, all further calls fail.
+    // After a call has failed, all further calls fail: each missing octet counts as 0xFF.
     if (missing > 0) source.getAfterFailure();
     break;
   }
